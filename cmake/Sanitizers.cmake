@@ -1,0 +1,15 @@
+# SPDX-License-Identifier: Apache-2.0
+# A sanitizer report ends the program: a test that provokes one fails.
+if(OGM_SANITIZE STREQUAL "address-undefined")
+    set(ogm_sanitizer_flags
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(OGM_SANITIZE STREQUAL "thread")
+    set(ogm_sanitizer_flags -fsanitize=thread -fno-omit-frame-pointer)
+elseif(NOT OGM_SANITIZE STREQUAL "")
+    message(FATAL_ERROR "OGM_SANITIZE must be empty, address-undefined or thread")
+endif()
+
+if(ogm_sanitizer_flags)
+    add_compile_options(${ogm_sanitizer_flags})
+    add_link_options(${ogm_sanitizer_flags})
+endif()

@@ -1,0 +1,48 @@
+# SPDX-License-Identifier: Apache-2.0
+# shellcheck shell=bash
+# Sourced by the other scripts: goes to the project's root and installs what a build needs.
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
+
+readonly build_packages=(
+    cmake ninja-build g++ git ca-certificates
+    libgtest-dev libgmock-dev libcli11-dev libfmt-dev nlohmann-json3-dev
+)
+readonly test_packages=(
+    clang clang-format clang-tidy libclang-rt-14-dev llvm python3
+)
+
+# Installs those of the named Debian packages that are missing.
+install_missing() {
+    local missing=() package
+    for package in "$@"; do
+        if ! dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null |
+            grep --quiet '^installed$'; then
+            missing+=("$package")
+        fi
+    done
+    if [ ${#missing[@]} -eq 0 ]; then
+        return
+    fi
+    local as_root=()
+    if [ "$(id --user)" -ne 0 ]; then
+        as_root=(sudo)
+    fi
+    echo "Installing ${missing[*]}" >&2
+    "${as_root[@]}" apt-get update --quiet=2 >&2
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install --quiet=2 --yes \
+        --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# Configures and builds a preset; the output is shown only if that fails.
+build_preset() {
+    local preset=$1 log
+    log=$(mktemp)
+    echo "Building preset $preset" >&2
+    if ! { cmake --preset "$preset" && cmake --build --preset "$preset"; } >"$log" 2>&1; then
+        cat "$log" >&2
+        rm --force "$log"
+        return 1
+    fi
+    rm --force "$log"
+}
