@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <media/stagefright/foundation/ABitReader.h>
+
+#include "LibraryAssert.h"
+
+namespace android {
+
+namespace {
+
+constexpr size_t kMaxBits = 32;
+constexpr size_t kReservoirBits = 64;
+
+/** A number whose lowest `n` bits, at most 63, are set. */
+uint64_t lowMask(size_t n) {
+    return (uint64_t{1} << n) - 1;
+}
+
+}  // namespace
+
+ABitReader::ABitReader(const uint8_t* data, size_t size)
+    : mBegin(data), mNext(data), mEnd(data + size), mBits(0), mNumBits(0), mOverRead(false) {}
+
+uint32_t ABitReader::getBits(size_t n) {
+    uint32_t ret;
+    if (!getBitsGraceful(n, &ret)) {
+        checkFailed({nullptr, "ABitReader.cpp:56", "CHECK(getBitsGraceful(n, &ret))"});
+    }
+    return ret;
+}
+
+bool ABitReader::getBitsGraceful(size_t n, uint32_t* out) {
+    if (n > kMaxBits || !fill(n)) {
+        return false;
+    }
+    *out = take(n);
+    return true;
+}
+
+uint32_t ABitReader::getBitsWithFallback(size_t n, uint32_t fallback) {
+    uint32_t ret = fallback;
+    getBitsGraceful(n, &ret);
+    return ret;
+}
+
+bool ABitReader::skipBits(size_t n) {
+    if (n > numBitsLeft()) {
+        consumeAll();
+        return false;
+    }
+    if (n <= mNumBits) {
+        mNumBits -= n;
+        mBits &= lowMask(mNumBits);
+        return true;
+    }
+    const size_t beyondReservoir = n - mNumBits;
+    mNumBits = 0;
+    mBits = 0;
+    mNext += beyondReservoir / 8;
+    const size_t rest = beyondReservoir % 8;
+    fill(rest);
+    take(rest);
+    return true;
+}
+
+void ABitReader::putBits(uint32_t x, size_t n) {
+    if (mOverRead) {
+        return;
+    }
+    if (n > kMaxBits) {
+        comparisonFailed({nullptr, "ABitReader.cpp:117", "CHECK_LE( n,32u)"}, n, 32u);
+    }
+    while (mNumBits + n >= kReservoirBits) {
+        giveBackByte();
+    }
+    mBits |= (x & lowMask(n)) << mNumBits;
+    mNumBits += n;
+}
+
+size_t ABitReader::numBitsLeft() const {
+    return static_cast<size_t>(mEnd - mNext) * 8 + mNumBits;
+}
+
+const uint8_t* ABitReader::data() const {
+    return mNext - (mNumBits + 7) / 8;
+}
+
+/** Makes `n` bits, at most 32, ready to be taken; false, with all consumed, if they are not there.
+ */
+bool ABitReader::fill(size_t n) {
+    while (mNumBits < n) {
+        if (mNext == mEnd) {
+            consumeAll();
+            return false;
+        }
+        mBits = mBits << 8 | *mNext++;
+        mNumBits += 8;
+    }
+    return true;
+}
+
+/** Takes `n` bits, at most 32, that fill() has made ready. */
+uint32_t ABitReader::take(size_t n) {
+    mNumBits -= n;
+    const auto value = static_cast<uint32_t>(mBits >> mNumBits);
+    mBits &= lowMask(mNumBits);
+    return value;
+}
+
+void ABitReader::consumeAll() {
+    mNext = mEnd;
+    mBits = 0;
+    mNumBits = 0;
+    mOverRead = true;
+}
+
+/** Drops the last eight bits that are ready: they are read from their byte again later. */
+void ABitReader::giveBackByte() {
+    if (mNext == mBegin) {
+        checkFailed({nullptr, "ABitReader.cpp:120", "CHECK(mNext > mBegin)"});
+    }
+    --mNext;
+    mBits >>= 8;
+    mNumBits -= 8;
+}
+
+}  // namespace android

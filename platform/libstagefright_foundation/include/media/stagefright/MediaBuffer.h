@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <stddef.h>
+
+#include <atomic>
+
+#include <media/stagefright/MediaBufferBase.h>
+#include <media/stagefright/foundation/ABuffer.h>
+#include <utils/RefBase.h>
+
+namespace android {
+
+/**
+ * A block of bytes with a range that marks those in use. Fresh storage is not cleared.
+ *
+ * A free-standing buffer is made with `new` and ended with one release(). It cannot be deleted, nor
+ * held in an sp<>. A buffer of a group is used and released any number of times and belongs to the
+ * group.
+ */
+class MediaBuffer : public MediaBufferBase {
+  public:
+    /** Owns `size` bytes; data() is null when there is no memory. */
+    explicit MediaBuffer(size_t size);
+    /** Refers to bytes that stay the caller's. */
+    MediaBuffer(void* data, size_t size);
+    /** Refers to the range of `buffer` and keeps that alive. */
+    explicit MediaBuffer(const sp<ABuffer>& buffer);
+
+    void release() override;
+    void add_ref() override;
+
+    void* data() const override { return mData; }
+    size_t size() const override { return mSize; }
+    size_t range_offset() const override { return mRangeOffset; }
+    size_t range_length() const override { return mRangeLength; }
+    void set_range(size_t offset, size_t length) override;
+    void reset() override;
+
+    void setObserver(MediaBufferObserver* group) override;
+    int refcount() const override { return mRefCount.load(std::memory_order_acquire); }
+
+  protected:
+    ~MediaBuffer() override;
+
+  private:
+    MediaBufferObserver* mObserver;
+    std::atomic<int> mRefCount;
+    const sp<ABuffer> mBuffer;
+    void* const mData;
+    const size_t mSize;
+    size_t mRangeOffset;
+    size_t mRangeLength;
+    const bool mOwnsData;
+
+    DISALLOW_EVIL_CONSTRUCTORS(MediaBuffer);
+};
+
+}  // namespace android

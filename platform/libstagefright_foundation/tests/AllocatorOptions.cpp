@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// Tests ask for more memory than there is. The sanitizers' allocators are to give null then, like
+// malloc(), instead of ending the program; they ask these functions when they start.
+extern "C" {
+
+__attribute__((visibility("default"))) const char* __asan_default_options();
+__attribute__((visibility("default"))) const char* __tsan_default_options();
+
+const char* __asan_default_options() {
+    return "allocator_may_return_null=1";
+}
+
+const char* __tsan_default_options() {
+    return "allocator_may_return_null=1";
+}
+
+}  // extern "C"
