@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+#define LOG_TAG "OgmExtractor"
+
+#include <algorithm>
+#include <optional>
+
+#include "OgmAssert.h"
+#include "OgmCutters.h"
+#include "OgmExtractor.h"
+#include "OgmPacketBuffer.h"
+
+namespace android {
+
+using ogm::ByteView;
+
+namespace {
+
+/** The time of a range whose time is not known; a later range's time stands in for it. */
+constexpr int64_t kUnknownTimeUs = 4294967295;
+
+constexpr const char* kNoRangeLeft =
+        OGM_SOURCES "OgmExtractor:499 CHECK(!mRangeInfos.empty()) failed.";
+
+}  // namespace
+
+media_status_t OgmTrack::appendAudioData(ByteView data, int64_t timeUs) {
+    ByteView aligned = data;
+    if (ByteView(mPacketBuff).empty()) {
+        const std::optional<size_t> start = findFirstSync(data);
+        if (!start) {
+            return AMEDIA_ERROR_MALFORMED;
+        }
+        aligned = data.from(*start);
+    }
+    (void)ogm::appendBytes(&mPacketBuff, aligned);
+    mRangeInfos.push_back({timeUs, aligned.size()});
+    return AMEDIA_OK;
+}
+
+std::optional<size_t> OgmTrack::findFirstSync(ByteView data) const {
+    std::optional<size_t> start;
+    switch (mType) {
+        case OGA_AUDIO_MP3:
+        case OGA_AUDIO_MPEG:
+            start = ogm::findMpegAudioSync(data);
+            if (start.value_or(0) > 0) {
+                ALOGI("found something resembling an MPEG audio syncword at offset %zd",
+                      static_cast<ssize_t>(*start));
+            }
+            return start;
+        case OGA_AUDIO_AC3:
+            start = ogm::findAc3Sync(data);
+            if (start.value_or(0) > 0) {
+                ALOGD("found something resembling an AC3 syncword at offset %ld",
+                      static_cast<long>(*start));
+            }
+            return start;
+        case OGA_AUDIO_DTS:
+            start = ogm::findDtsStart(data);
+            if (start.value_or(0) > 0) {
+                ALOGI("found something resembling an DTS syncword at offset %ld",
+                      static_cast<long>(*start));
+            }
+            return start;
+        default:
+            ALOGE("appendAudioData: UNKNOWN TYPE!");
+            return 0;
+    }
+}
+
+sp<ABuffer> OgmTrack::dequeueAccessUnit() {
+    switch (mType) {
+        case OGA_AUDIO_MP3:
+        case OGA_AUDIO_MPEG:
+            return dequeueAccessUnitMpegAudio();
+        case OGA_AUDIO_AC3:
+            return dequeueAccessUnitAC3();
+        case OGA_AUDIO_DTS:
+            return dequeueAccessUnitDTS();
+        default:
+            return nullptr;
+    }
+}
+
+sp<ABuffer> OgmTrack::takeFrame(size_t offset, size_t size) {
+    // Never null, also for a frame of no bytes.
+    const sp<ABuffer> unit = new ABuffer(size);
+    std::copy_n(mPacketBuff->data() + offset, size, unit->data());
+    ogm::dropFront(*mPacketBuff, offset + size);
+    return unit;
+}
+
+/**
+ * Throws the buffered bytes away. Their ranges stay: they are charged to later frames, whose times
+ * lag behind until the ranges have caught up.
+ */
+void OgmTrack::discardBuffer() {
+    mPacketBuff->setRange(0, 0);
+}
+
+int64_t OgmTrack::fetchTimestamp(uint64_t size) {
+    if (size == 0) {
+        return -1;
+    }
+    OGM_CHECK(!mRangeInfos.empty(), kNoRangeLeft);
+    int64_t timeUs = mRangeInfos.front().mTimestampUs;
+    uint64_t remaining = size;
+    remaining -= takeFromFrontRange(remaining);
+    while (remaining != 0) {
+        OGM_CHECK(!mRangeInfos.empty(), kNoRangeLeft);
+        const int64_t laterUs = mRangeInfos.front().mTimestampUs;
+        if (timeUs == kUnknownTimeUs && laterUs != 0) {
+            ALOGE("fetchTimestamp - Change: %lld  %lld \n", static_cast<long long>(timeUs),
+                  static_cast<long long>(laterUs));
+            timeUs = laterUs;
+        }
+        remaining -= takeFromFrontRange(remaining);
+    }
+    if (timeUs == 0) {
+        ALOGI("Returning 0 timestamp");
+    }
+    return timeUs;
+}
+
+/** Takes at most `size` bytes; a range of which nothing is left goes. Returns how many it took. */
+uint64_t OgmTrack::takeFromFrontRange(uint64_t size) {
+    RangeInfo& front = mRangeInfos.front();
+    if (front.mLength > size) {
+        front.mLength -= size;
+        return size;
+    }
+    const uint64_t taken = front.mLength;
+    mRangeInfos.pop_front();
+    return taken;
+}
+
+}  // namespace android

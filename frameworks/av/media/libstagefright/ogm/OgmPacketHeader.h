@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/**
+ * The header in front of the bytes of every OGM data packet: one byte with flags and, for audio, a
+ * duration of a few bytes behind it.
+ */
+namespace android::ogm {
+
+inline constexpr size_t kVideoPacketHeaderSize = 1;
+
+/** A header byte with exactly this value marks a key frame. */
+inline constexpr uint8_t kKeyFramePacket = 0x08;
+
+/** An audio packet up to this size is taken to be a header without content. */
+inline constexpr size_t kMaxEmptyAudioPacket = 3;
+
+/**
+ * Size of an audio packet's header, 3 to 10 bytes, by its first byte.
+ *
+ * The format's own rule is 1 plus a length in bits 1, 7 and 6. This one takes bits 1, 0 and 6 and
+ * adds 3, which comes to the same for the usual first bytes (bit 7 set; bits 0, 1 and 6 clear): 3.
+ * For others it cuts more or less than the header; every device does so, keep it.
+ */
+constexpr size_t audioPacketHeaderSize(uint8_t firstByte) {
+    return size_t{((unsigned{firstByte} << 1) & 6U) | ((unsigned{firstByte} >> 6) & 1U)} + 3;
+}
+
+}  // namespace android::ogm

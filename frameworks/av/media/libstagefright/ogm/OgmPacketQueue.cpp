@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: Apache-2.0
+#define LOG_TAG "OgmExtractor"
+
+#include "OgmExtractor.h"
+#include "OgmFrameType.h"
+#include "OgmPacketBuffer.h"
+#include "OgmPacketHeader.h"
+#include "OgmStreamTypes.h"
+#include "OgmWrap.h"
+
+namespace android {
+
+using ogm::ByteView;
+using ogm::wrapAdd;
+using ogm::wrapDiv;
+using ogm::wrapMul;
+using ogm::wrapSub;
+
+namespace {
+
+constexpr uint64_t kUsPerSecond = 1'000'000;
+constexpr uint64_t kUnitsPerUs = 10;  // a time unit is 100 ns
+
+constexpr const char* kGranuleNotValid =
+        "********** mPreGranulePosition is not vaild, Skip appending this item*************\n";
+
+/** (position + average x packets) in samples, as microseconds; 0 without a sample rate. */
+uint64_t samplesToUs(uint64_t position, uint64_t average, uint8_t packets, int32_t sampleRate) {
+    const uint64_t samples = wrapAdd(position, wrapMul(average, uint64_t{packets}));
+    return wrapDiv(wrapMul(samples, kUsPerSecond), static_cast<uint64_t>(int64_t{sampleRate}));
+}
+
+/** (position + packets) in units of `timeUnit` x 100 ns, as microseconds. */
+uint64_t unitsToUs(uint64_t position, uint8_t packets, int32_t timeUnit) {
+    return wrapMul(wrapAdd(position, uint64_t{packets}), static_cast<uint64_t>(int64_t{timeUnit})) /
+           kUnitsPerUs;
+}
+
+}  // namespace
+
+void OgmTrack::updateGranulePosition(uint64_t granulePosition, uint64_t averagePerPacket) {
+    uint64_t current = mCurGranulePosition;
+    bool announce = false;
+    if (current > granulePosition) {
+        // A granule position of -1 (no packet ends on the page) is not special: the page after it
+        // comes here too.
+        ALOGI(" *****Track Type[%d] GranulePosition Error*****", static_cast<int>(mType));
+        current = 0;
+        mCurrentPageSamplesOut = 0;
+        announce = mExtractor->isPastFirstDataPage() && granulePosition != 0;
+        mGranuleValid = !announce;
+    } else if (mPreGranulePosition <= current || current == granulePosition) {
+        mGranuleValid = true;
+    } else {
+        announce = !mGranuleValid;
+    }
+    mPrePageSamplesOut = mCurrentPageSamplesOut;
+    mCurrentPageSamplesOut = 0;
+    mPreGranulePosition = current;
+    mCurGranulePosition = granulePosition;
+    mPageGranuleDelta = static_cast<uint8_t>(wrapSub(granulePosition, current));
+    averGranulePosition = averagePerPacket;
+    if (announce) {
+        ALOGI(" *****Track Type[%d] update GP %lld, %lld*****", static_cast<int>(mType),
+              static_cast<long long>(current), static_cast<long long>(granulePosition));
+    }
+}
+
+void OgmTrack::resetPageState() {
+    mCurGranulePosition = 0;
+    // Behind the first data page, 1 keeps the first page that is met from being timed: it may begin
+    // anywhere, and its packets' places are known only from the page before it.
+    mPreGranulePosition = mExtractor->isPastFirstDataPage() ? 1 : 0;
+    averGranulePosition = 1;
+    mPageGranuleDelta = 0;
+    mPrePageSamplesOut = 0;
+    mCurrentPageSamplesOut = 0;
+    mGranuleValid = false;
+}
+
+media_status_t OgmTrack::appendData(const sp<ABuffer>& packet, bool isNewPacket) {
+    const std::lock_guard<std::mutex> lock(mLock);
+    if (ogm::isAudioType(mType) && mExtractor->isSeeking()) {
+        ALOGI("********** Track Type[%d] skip appending data because seeking*************\n",
+              static_cast<int>(mType));
+        return AMEDIA_OK;
+    }
+    if (packet == nullptr) {
+        ALOGI("appendData Buffer null\n");
+        return AMEDIA_ERROR_MALFORMED;
+    }
+    const ByteView data(packet);
+    if (ogm::isReframedAudioType(mType)) {
+        return appendAccessUnits(data, isNewPacket);
+    }
+    if (isNewPacket) {
+        int64_t timeUs = 0;
+        if (!computePacketTime(data.size(), &timeUs)) {
+            // Later pieces of this packet are not dropped: they end up behind the packet before.
+            return AMEDIA_OK;
+        }
+        closeOpenPacket();
+        openPacket(timeUs);
+    }
+    appendPacketBytes(data);
+    return AMEDIA_OK;
+}
+
+media_status_t OgmTrack::appendAccessUnits(ByteView data, bool isNewPacket) {
+    if (!mGranuleValid) {
+        ALOGI("%s", kGranuleNotValid);
+        return AMEDIA_OK;
+    }
+    const auto timeUs = static_cast<int64_t>(samplesToUs(mPreGranulePosition, averGranulePosition,
+                                                         mCurrentPageSamplesOut, mSampleRate));
+    ALOGI("mSampleRate, timeUs = %lld,size = %d\n", static_cast<long long>(timeUs),
+          static_cast<int>(data.size()));
+    ByteView payload = data;
+    if (isNewPacket) {
+        if (data.size() <= ogm::kMaxEmptyAudioPacket) {
+            ALOGE("Invalid append buffer size:%d", static_cast<int>(data.size()));
+            return AMEDIA_ERROR_MALFORMED;
+        }
+        payload = data.from(ogm::audioPacketHeaderSize(data[0]));
+        if (mCurrentPageSamplesOut < mPageGranuleDelta) {
+            ++mCurrentPageSamplesOut;
+        }
+    }
+    if (appendAudioData(payload, timeUs) != AMEDIA_OK) {
+        ALOGE("appendAudioData FAIL!");
+        return AMEDIA_ERROR_MALFORMED;
+    }
+    while (const sp<ABuffer> unit = dequeueAccessUnit()) {
+        ++NumOfVPackets;
+        // The packet's time for all units cut out of it; a unit's own stays in its meta.
+        queuePacket(timeUs, unit);
+    }
+    return AMEDIA_OK;
+}
+
+bool OgmTrack::computePacketTime(size_t size, int64_t* timeUs) {
+    if (mTimeUnit != 0) {
+        if (!mGranuleValid) {
+            ALOGE("%s", kGranuleNotValid);
+            return false;
+        }
+        *timeUs = static_cast<int64_t>(
+                unitsToUs(mPreGranulePosition, mCurrentPageSamplesOut, mTimeUnit));
+        ALOGI("mTimeUnit, timeUs = %lld, size = %d,mPreGranulePosition:%lld,"
+              "mCurrentPageSamplesOut:%d\n",
+              static_cast<long long>(*timeUs), static_cast<int>(size),
+              static_cast<long long>(mPreGranulePosition), mCurrentPageSamplesOut);
+    } else if (mSampleRate != 0) {
+        if (!mGranuleValid) {
+            ALOGI("%s", kGranuleNotValid);
+            return false;
+        }
+        *timeUs = computeSampleTime(size);
+    }
+    return true;
+}
+
+int64_t OgmTrack::computeSampleTime(size_t size) {
+    const auto timeAt = [this](uint64_t average) {
+        return static_cast<int64_t>(
+                samplesToUs(mPreGranulePosition, average, mCurrentPageSamplesOut, mSampleRate));
+    };
+    if (mPrePageSamplesOut != 0) {
+        mBaseAvgGranPos = wrapDiv(wrapSub(mCurGranulePosition, mPreGranulePosition),
+                                  uint64_t{mPrePageSamplesOut});
+        const int64_t timeUs = timeAt(mBaseAvgGranPos);
+        ALOGI("mSampleRate, timeUs = %lld,size = %d,avgGranulePosition=%lld,"
+              "mCurGranulePosition=%lld,mPreGranulePosition=%lld,mPrePageSamplesOut=%lld\n",
+              static_cast<long long>(timeUs), static_cast<int>(size),
+              static_cast<long long>(mBaseAvgGranPos), static_cast<long long>(mCurGranulePosition),
+              static_cast<long long>(mPreGranulePosition),
+              static_cast<long long>(mPrePageSamplesOut));
+        return timeUs;
+    }
+    if (mBaseAvgGranPos != 0) {
+        const int64_t timeUs = timeAt(mBaseAvgGranPos);
+        ALOGI("mSampleRate, timeUs = %lld,size = %d,mBaseAvgGranPos=%lld\n",
+              static_cast<long long>(timeUs), static_cast<int>(size),
+              static_cast<long long>(mBaseAvgGranPos));
+        return timeUs;
+    }
+    const int64_t timeUs = timeAt(1);
+    ALOGI("mSampleRate, timeUs = %lld,size = %d\n", static_cast<long long>(timeUs),
+          static_cast<int>(size));
+    return timeUs;
+}
+
+void OgmTrack::closeOpenPacket() {
+    if (NumOfVPackets == 0) {
+        if (mPacketBuff == nullptr) {
+            NumOfVPackets = 1;
+            return;
+        }
+        // The tail of a packet that began before reading did.
+        mPacketBuff->setRange(0, 0);
+    }
+    if (++NumOfVPackets < 2) {
+        return;
+    }
+    ALOGI("NumOfVPackets:%lld,mPacketsQue size:%d", static_cast<long long>(NumOfVPackets),
+          static_cast<int>(mPacketsQue.size()));
+    if (mPacketsQue.empty()) {
+        // The bytes held so far become the beginning of the packet that is opened next.
+        return;
+    }
+    OgmPacket& open = mPacketsQue.back();
+    open.buffer = ABuffer::CreateAsCopy(mPacketBuff->data(), mPacketBuff->size());
+    if (ogm::isVideoPacketType(mType)) {
+        open.frameType = getVideoFrameType(open.buffer);
+    }
+    mPacketBuff->setRange(0, 0);
+}
+
+void OgmTrack::openPacket(int64_t timeUs) {
+    queuePacket(timeUs, nullptr);
+    const OgmPacket& packet = mPacketsQue.back();
+    ALOGI("packet info:isVideo:%d,index:%d,GranulePosition:%lld,serialNo:%d,timeUs:%lld",
+          static_cast<int>(ogm::isVideoPacketType(mType)), static_cast<int>(mPacketsQue.size() - 1),
+          static_cast<long long>(packet.granulePosition), static_cast<int>(packet.serialNo),
+          static_cast<long long>(packet.timeUs));
+}
+
+void OgmTrack::queuePacket(int64_t timeUs, const sp<ABuffer>& buffer) {
+    const uint64_t granulePosition = wrapAdd(mPreGranulePosition, uint64_t{mCurrentPageSamplesOut});
+    mPacketsQue.push_back(
+            {mSerialNo, buffer, timeUs, static_cast<int64_t>(granulePosition), ogm::kUnknownFrame});
+}
+
+void OgmTrack::appendPacketBytes(ByteView data) {
+    if (const auto capacity = ogm::appendBytes(&mPacketBuff, data)) {
+        ALOGI("Track Tyep[%d] resizing mPacketBuff to size %zu", static_cast<int>(mType),
+              *capacity);
+    }
+}
+
+int32_t OgmTrack::getVideoFrameType(const sp<ABuffer>& packet) const {
+    const ByteView data(packet);
+    int32_t frameType = ogm::kUnknownFrame;
+    if (mType == OGV_VIDEO_MPEG) {
+        frameType = ogm::mpegFrameType(data);
+    } else if (mType == OGV_VIDEO_MP4) {
+        frameType = ogm::mpeg4FrameType(data);
+    }
+    return data[0] == ogm::kKeyFramePacket ? ogm::kIntraFrame : frameType;
+}
+
+}  // namespace android

@@ -1,0 +1,258 @@
+// SPDX-License-Identifier: Apache-2.0
+#define LOG_TAG "OgmExtractor"
+
+#include <algorithm>
+
+#include "OgmBufferQueue.h"
+#include "OgmEsQueue.h"
+#include "OgmExtractor.h"
+#include "OgmFrameType.h"
+#include "OgmStreamTypes.h"
+#include "OgmWrap.h"
+
+namespace android {
+
+using ogm::wrapAdd;
+using ogm::wrapDiv;
+using ogm::wrapMul;
+using ogm::wrapSub;
+
+namespace {
+
+/** How far before the target reading starts, and how far each further search goes back. */
+constexpr int64_t kLeadUs = 3'000'000;
+/** Up to here a seek goes to the first data page. */
+constexpr int64_t kMaxStartSeekUs = 2'999'999;
+/** A seek this close to the end goes to the end. */
+constexpr int64_t kEndZoneUs = 200'000;
+/** How far behind its goal a scan may end, and a sync frame may lie. */
+constexpr int64_t kToleranceUs = 2'000'000;
+
+constexpr int64_t kLongStep = 0x40000;
+constexpr int64_t kShortStep = 0x10000;
+constexpr int64_t kMinOffsetForLongStep = 0x50000;
+
+constexpr int8_t kSyncFrameRetries = 10;
+constexpr size_t kQueueTarget = 10;
+
+constexpr uint64_t kUsPerSecond = 1'000'000;
+constexpr uint64_t kUnitsPerUs = 10;  // a time unit is 100 ns
+
+// The places that the log lines name.
+constexpr int kEstimateLine = 2449;
+constexpr int kGiveUpLine = 1210;
+constexpr int kStepBackLine = 1228;
+
+int64_t stepBackFrom(int64_t offset) {
+    if (offset >= kMinOffsetForLongStep) {
+        return offset - kLongStep;
+    }
+    return offset >= kShortStep ? offset - kShortStep : 0;
+}
+
+}  // namespace
+
+int32_t OgmExtractor::seekToTime(int64_t timeUs) {
+    if (timeUs <= kMaxStartSeekUs) {
+        resetTracks();
+        (void)seekToPage(mFirstDataPageOffset, 0);
+        return 0;
+    }
+    if (mDuration != 0 && wrapSub(mDuration, timeUs) < kEndZoneUs) {
+        resetTracks();
+        (void)seekToPage(mDataSourceSize, 0);
+        return 0;
+    }
+    resetTracks();
+    mSeekDone = false;
+    scanToTime(timeUs);
+    mSeekDone = true;
+    return 0;
+}
+
+int64_t OgmExtractor::estimateOffset(int64_t targetUs) const {
+    const int64_t dataSize = wrapSub(mDataSourceSize, mFirstDataPageOffset);
+    return wrapAdd(mFirstDataPageOffset, wrapDiv(wrapMul(dataSize, targetUs), mDuration));
+}
+
+void OgmExtractor::scanToTime(int64_t seekUs) {
+    const int64_t targetUs = seekUs - kLeadUs;
+    int64_t offset = mFirstDataPageOffset;
+    if (mDuration != 0) {
+        offset = estimateOffset(targetUs);
+        ALOGI("%s, %d, searchOffset=%lld", "seekToTime", kEstimateLine,
+              static_cast<long long>(offset));
+    }
+    // Set once: where a later round cannot read on at all, the time of the round before counts.
+    int64_t currentUs = 0;
+    do {
+        offset = stepBackFrom(offset);
+        (void)seekToPage(offset, 0);
+        do {
+            if (readNextPacket() != AMEDIA_OK) {
+                break;
+            }
+            currentUs = getCurrentTimeUs();
+        } while (currentUs < targetUs);
+        ALOGI("mFirstDataPageOffset = %ld,mDataSourceSize = %lld,mDuration = %lld,"
+              "searchOffset=%lld,seekTimeUs=%lld,seekTargetUs=%lld",
+              mFirstDataPageOffset, static_cast<long long>(mDataSourceSize),
+              static_cast<long long>(mDuration), static_cast<long long>(offset),
+              static_cast<long long>(currentUs), static_cast<long long>(targetUs));
+        if (offset == 0) {
+            ALOGI("has search seek point from file beginning, Exit!");
+            return;
+        }
+    } while (wrapSub(currentUs, targetUs) > kToleranceUs);
+}
+
+int64_t OgmExtractor::getCurrentTimeUs() const {
+    int64_t latest = 0;
+    for (const auto& [serialNo, track] : mStartedTracks) {
+        if (track == nullptr) {
+            continue;
+        }
+        const int64_t timeUs = track->currentTimeUs();
+        if (timeUs == 0) {
+            return 0;
+        }
+        latest = std::max(latest, timeUs);
+    }
+    return latest;
+}
+
+void OgmExtractor::resetTracks() {
+    for (const auto& [serialNo, track] : mStartedTracks) {
+        if (track != nullptr) {
+            track->signalDiscontinuity();
+        }
+    }
+}
+
+int64_t OgmTrack::currentTimeUs() const {
+    if (!mGranuleValid) {
+        return 0;
+    }
+    const uint64_t position = wrapAdd(mPreGranulePosition, uint64_t{mCurrentPageSamplesOut});
+    if (mTimeUnit != 0) {
+        return static_cast<int64_t>(wrapMul(position, static_cast<uint64_t>(int64_t{mTimeUnit})) /
+                                    kUnitsPerUs);
+    }
+    return static_cast<int64_t>(
+            wrapDiv(wrapMul(position, kUsPerSecond), static_cast<uint64_t>(int64_t{mSampleRate})));
+}
+
+void OgmTrack::signalDiscontinuity() {
+    if (mEsQueue == nullptr) {
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(mLock);
+    ALOGI("OgmTrack:mSerialNo[%d] signalDiscontinuity!", static_cast<int>(mSerialNo));
+    mEsQueue->clear(false);
+    mEsQueue->setDiscontinuity(false);
+    mBufferQueue->clear();
+    dropQueued();
+}
+
+void OgmTrack::dropQueued() {
+    mRangeInfos.clear();
+    mPacketsQue.clear();
+    NumOfVPackets = 0;
+    if (mPacketBuff != nullptr) {
+        mPacketBuff->setRange(0, 0);
+    }
+}
+
+media_status_t OgmTrack::seek(int64_t timeUs, const char* mime) {
+    ALOGI("begin seek to %lld us mime:%s", static_cast<long long>(timeUs), mime);
+    if (timeUs != 0) {
+        mSeekRequested = true;
+    }
+    // The other tracks read on from where the selected one leaves the file.
+    if (mExtractor->isSelected(mSerialNo)) {
+        mExtractor->setSeeking(true);
+        ALOGD("Start seekToTime");
+        (void)mExtractor->seekToTime(timeUs);
+        ALOGD("End seekToTime");
+        if (ogm::isVideoTrackType(mType)) {
+            const media_status_t status = findSyncFrame(timeUs);
+            if (status != AMEDIA_OK) {
+                // Still seeking: audio goes on being dropped until a seek of this track succeeds.
+                return status;
+            }
+        }
+        mExtractor->setSeeking(false);
+    }
+    ALOGI("after seek to %lld us mime:%s", static_cast<long long>(timeUs), mime);
+    return AMEDIA_OK;
+}
+
+media_status_t OgmTrack::findSyncFrame(int64_t seekUs) {
+    int8_t retries = kSyncFrameRetries;
+    bool endOfFile = false;
+    int64_t searchUs = seekUs;
+    while (retries >= 0) {
+        if (const media_status_t status = fillForSyncFrame(&endOfFile); status != AMEDIA_OK) {
+            return status;
+        }
+        const SyncSearch result = dropUntilSyncFrame(searchUs);
+        if (result == SyncSearch::kFound) {
+            return AMEDIA_OK;
+        }
+        if (result == SyncSearch::kTooLate) {
+            stepBack(seekUs, &retries, &searchUs);
+        }
+        // Once seen, the end of the file is remembered, although a step back may have left it.
+        if (endOfFile) {
+            return AMEDIA_OK;
+        }
+    }
+    return AMEDIA_OK;
+}
+
+media_status_t OgmTrack::fillForSyncFrame(bool* endOfFile) {
+    while (mPacketsQue.size() < kQueueTarget) {
+        const media_status_t result = mExtractor->readNextPacket();
+        if (result == AMEDIA_ERROR_IO) {
+            ALOGE("Read Data fail,return ERROR_IO");
+            return AMEDIA_ERROR_IO;
+        }
+        if (result == AMEDIA_ERROR_END_OF_STREAM) {
+            *endOfFile = true;
+            break;
+        }
+    }
+    return AMEDIA_OK;
+}
+
+OgmTrack::SyncSearch OgmTrack::dropUntilSyncFrame(int64_t searchUs) {
+    while (mPacketsQue.size() >= 2) {
+        const OgmPacket& packet = mPacketsQue.front();
+        if (wrapSub(packet.timeUs, searchUs) > kToleranceUs) {
+            return SyncSearch::kTooLate;
+        }
+        if (packet.frameType == ogm::kIntraFrame) {
+            ALOGI("found I Frame after seek,timeus=%lld", static_cast<long long>(packet.timeUs));
+            return SyncSearch::kFound;
+        }
+        mPacketsQue.pop_front();
+    }
+    return SyncSearch::kDrained;
+}
+
+void OgmTrack::stepBack(int64_t seekUs, int8_t* retries, int64_t* searchUs) {
+    if (*retries == 0) {
+        // Packets are given out as they come from here on, sync frame or not.
+        ALOGI("%s, %d,Can't find I frame after search 10 times", "read", kGiveUpLine);
+        *searchUs = seekUs;
+    } else {
+        *searchUs = *searchUs <= kLeadUs ? 0 : *searchUs - kLeadUs;
+    }
+    dropQueued();
+    --*retries;
+    (void)mExtractor->seekToTime(*searchUs);
+    ALOGI("%s, %d, Can't find I frame after time %lld, leavings search times:%d", "read",
+          kStepBackLine, static_cast<long long>(*searchUs), *retries);
+}
+
+}  // namespace android

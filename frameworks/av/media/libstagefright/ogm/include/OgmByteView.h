@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <media/stagefright/foundation/ABuffer.h>
+#include <utils/StrongPointer.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace android::ogm {
+
+/**
+ * A run of bytes that somebody else owns. It is the only thing in the plug-in that reads bytes of
+ * a file: positions are relative to its start, and a byte past its end counts as zero, so no
+ * header, however damaged, makes a reader leave the memory it was given.
+ */
+class ByteView {
+  public:
+    constexpr ByteView() = default;
+    constexpr ByteView(const uint8_t* data, size_t size) : mData(data), mSize(size) {}
+
+    /** The buffer's range; empty for a null buffer. */
+    explicit ByteView(const sp<ABuffer>& buffer) {
+        if (buffer != nullptr) {
+            mData = buffer->data();
+            mSize = buffer->size();
+        }
+    }
+
+    constexpr const uint8_t* data() const { return mData; }
+    constexpr size_t size() const { return mSize; }
+    constexpr bool empty() const { return mSize == 0; }
+
+    constexpr uint8_t operator[](size_t position) const {
+        return position < mSize ? mData[position] : uint8_t{0};
+    }
+
+    /** What follows `position`; empty when that is past the end. */
+    constexpr ByteView from(size_t position) const {
+        const size_t skipped = std::min(position, mSize);
+        return {mData + skipped, mSize - skipped};
+    }
+
+    /** At most the first `count` bytes. */
+    constexpr ByteView first(size_t count) const { return {mData, std::min(count, mSize)}; }
+
+    /** Whether all bytes of `text` stand at `position`. */
+    constexpr bool holds(std::string_view text, size_t position) const {
+        const ByteView rest = from(position);
+        if (rest.mSize < text.size()) {
+            return false;
+        }
+        for (size_t i = 0; i < text.size(); ++i) {
+            if (rest.mData[i] != static_cast<uint8_t>(text[i])) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    constexpr uint16_t u16le(size_t position) const {
+        return static_cast<uint16_t>(littleEndian(position, 2));
+    }
+    constexpr uint32_t u32le(size_t position) const {
+        return static_cast<uint32_t>(littleEndian(position, 4));
+    }
+    constexpr uint64_t u64le(size_t position) const { return littleEndian(position, 8); }
+
+    constexpr uint32_t u32be(size_t position) const {
+        const ByteView rest = from(position);
+        return uint32_t{rest[0]} << 24 | uint32_t{rest[1]} << 16 | uint32_t{rest[2]} << 8 | rest[3];
+    }
+
+  private:
+    constexpr uint64_t littleEndian(size_t position, size_t width) const {
+        const ByteView rest = from(position);
+        uint64_t value = 0;
+        for (size_t i = 0; i < width; ++i) {
+            value |= uint64_t{rest[i]} << (8 * i);
+        }
+        return value;
+    }
+
+    const uint8_t* mData = nullptr;
+    size_t mSize = 0;
+};
+
+}  // namespace android::ogm
