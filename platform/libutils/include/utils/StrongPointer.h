@@ -169,7 +169,8 @@ sp<T>& sp<T>::operator=(T* other) {
 
 template <typename T>
 sp<T>& sp<T>::operator=(const sp<T>& other) {
-    sp<T>(other).swap(*this);
+    sp<T> copy(other);
+    copy.swap(*this);
     return *this;
 }
 

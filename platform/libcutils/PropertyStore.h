@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <shared_mutex>
+#include <string>
+#include <string_view>
+
+namespace android::properties {
+
+/** The properties of this process. Every member function may be called from any thread. */
+class PropertyStore {
+  public:
+    /** The one store; the first call reads the environment. */
+    static PropertyStore& instance();
+
+    /**
+     * Copies the value of `name` with a final zero into `value`, which has room for PROP_VALUE_MAX
+     * bytes; "" if there is none. Returns its length.
+     */
+    size_t read(std::string_view name, char* value) const;
+
+    /** Sets a property; false if the name is empty or the value too long. */
+    bool set(std::string_view name, std::string_view value);
+
+  private:
+    explicit PropertyStore(std::string_view entries);
+    void setEntry(std::string_view entry);
+
+    mutable std::shared_mutex mLock;
+    std::map<std::string, std::string, std::less<>> mValues;
+};
+
+}  // namespace android::properties

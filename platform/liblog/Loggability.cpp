@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Loggability.h"
+
+#include <ctype.h>
+
+#include <algorithm>
+#include <atomic>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <android/log.h>
+#include <sys/system_properties.h>
+
+#include "DefaultTag.h"
+#include "ErrnoRestorer.h"
+
+namespace android::log {
+
+namespace {
+
+constexpr char kPersistentProperty[] = "persist.log.tag";
+constexpr char kProperty[] = "log.tag";
+
+std::atomic<int32_t> gMinimumPriority{ANDROID_LOG_DEFAULT};
+
+std::optional<int> levelOfLetter(char letter) {
+    switch (toupper(static_cast<unsigned char>(letter))) {
+        case 'V':
+            return ANDROID_LOG_VERBOSE;
+        case 'D':
+            return ANDROID_LOG_DEBUG;
+        case 'I':
+            return ANDROID_LOG_INFO;
+        case 'W':
+            return ANDROID_LOG_WARN;
+        case 'E':
+            return ANDROID_LOG_ERROR;
+        case 'F':
+        case 'A':
+            return ANDROID_LOG_FATAL;
+        case 'S':
+            return ANDROID_LOG_SILENT;
+        default:
+            return std::nullopt;
+    }
+}
+
+std::optional<int> levelInProperty(const char* name) {
+    char value[PROP_VALUE_MAX];
+    __system_property_get(name, value);
+    return levelOfLetter(value[0]);
+}
+
+std::optional<int> levelInPropertyOfTag(const char* prefix, std::string_view tag) {
+    return levelInProperty(std::string(prefix).append(".").append(tag).c_str());
+}
+
+std::optional<int> levelInProperties(std::string_view tag) {
+    std::optional<int> level = levelInPropertyOfTag(kPersistentProperty, tag);
+    if (!level) {
+        level = levelInPropertyOfTag(kProperty, tag);
+    }
+    if (!level) {
+        level = levelInProperty(kPersistentProperty);
+    }
+    if (!level) {
+        level = levelInProperty(kProperty);
+    }
+    return level;
+}
+
+int levelOfTag(std::string_view tag, int defaultLevel) {
+    const std::optional<int> configured = levelInProperties(tag);
+    const int minimum = gMinimumPriority.load();
+    if (minimum == ANDROID_LOG_DEFAULT) {
+        return configured.value_or(defaultLevel);
+    }
+    return configured ? std::min(*configured, minimum) : minimum;
+}
+
+}  // namespace
+
+bool isLoggable(int priority, const char* tag, int defaultLevel) {
+    const ErrnoRestorer restorer;
+    if (tag == nullptr) {
+        return priority >= levelOfTag(*defaultTag(), defaultLevel);
+    }
+    return priority >= levelOfTag(tag, defaultLevel);
+}
+
+}  // namespace android::log
+
+int __android_log_is_loggable(int prio, const char* tag, int default_prio) {
+    return android::log::isLoggable(prio, tag, default_prio) ? 1 : 0;
+}
+
+int __android_log_is_loggable_len(int prio, const char* tag, size_t len, int default_prio) {
+    if (tag == nullptr || len == 0) {
+        return android::log::isLoggable(prio, nullptr, default_prio) ? 1 : 0;
+    }
+    const std::string text(tag, len);
+    return android::log::isLoggable(prio, text.c_str(), default_prio) ? 1 : 0;
+}
+
+int32_t __android_log_set_minimum_priority(int32_t priority) {
+    return android::log::gMinimumPriority.exchange(priority);
+}
+
+int32_t __android_log_get_minimum_priority(void) {
+    return android::log::gMinimumPriority.load();
+}

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <stddef.h>
+
+namespace android::log {
+
+/** Room for a formatted text with its final zero; what is longer is cut. */
+constexpr size_t kTextBufferSize = 1024;
+
+/** Logs a text if it may pass. Returns 1, or -EPERM if not. */
+int write(int bufferId, int priority, const char* tag, const char* text);
+
+}  // namespace android::log

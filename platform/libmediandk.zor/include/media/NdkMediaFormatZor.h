@@ -1,0 +1,20 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#pragma once
+
+/*
+ * Names of media format entries that the vendor's decoders read and the platform does not know. A
+ * plug-in that uses one is loaded only where the vendor's library is.
+ */
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+#pragma GCC visibility push(default)
+
+/** Layer of an MPEG audio track. */
+extern const char* AMEDIAFORMAT_KEY_MPEG_AUD_LAYER;
+
+#pragma GCC visibility pop
+#ifdef __cplusplus
+}
+#endif

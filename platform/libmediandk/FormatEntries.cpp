@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "FormatEntries.h"
+
+#include <algorithm>
+
+#include <android/log.h>
+
+namespace android::mediandk {
+
+namespace {
+
+constexpr size_t kMaxNumItems = 256;
+
+// On the device the entries are those of a framework message, whose source fails the assertion.
+constexpr char kTooManyItems[] =
+        "frameworks/av/media/libstagefright/foundation/AMessage.cpp:210 "
+        "CHECK(mItems.size() < kMaxNumItems) failed.";
+
+void checkRoomForOneMore(size_t itemCount) {
+    if (itemCount >= kMaxNumItems) {
+        __android_log_assert("!(mItems.size() < kMaxNumItems)", "AMessage", "%s", kTooManyItems);
+    }
+}
+
+}  // namespace
+
+Buffer::Buffer(const void* data, size_t size) : mBytes(new uint8_t[size]), mSize(size) {
+    std::copy_n(static_cast<const uint8_t*>(data), size, mBytes.get());
+}
+
+void FormatEntries::set(std::string_view name, Value value) {
+    if (const Entry* entry = findEntry(name)) {
+        mItems[static_cast<size_t>(entry - mItems.data())].value = std::move(value);
+        return;
+    }
+    checkRoomForOneMore(mItems.size());
+    mItems.push_back({std::string(name), std::move(value)});
+}
+
+void FormatEntries::extend(const FormatEntries& other) {
+    for (const Entry& entry : other.mItems) {
+        set(entry.name, entry.value);
+    }
+}
+
+const FormatEntries::Entry* FormatEntries::findEntry(std::string_view name) const {
+    const auto found = std::find_if(mItems.begin(), mItems.end(),
+                                    [name](const Entry& entry) { return entry.name == name; });
+    return found != mItems.end() ? &*found : nullptr;
+}
+
+}  // namespace android::mediandk

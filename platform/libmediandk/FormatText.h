@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "FormatEntries.h"
+
+namespace android::mediandk {
+
+/** All entries as "name: type(value)", with ", " between them and a closing brace at the end. */
+std::string toText(const FormatEntries& entries);
+
+}  // namespace android::mediandk
