@@ -50,8 +50,7 @@ MediaBufferHelper* OgmTrack::dequeueFrame(int64_t targetTimeUs) {
         return nullptr;
     }
     const ByteView payload = data.from(*headerSize);
-    MediaBufferHelper* buffer = nullptr;
-    (void)mBufferGroup->acquire_buffer(&buffer, false, payload.size());
+    MediaBufferHelper* const buffer = acquireBuffer(payload.size());
     if (buffer == nullptr) {
         return nullptr;
     }
@@ -72,6 +71,15 @@ MediaBufferHelper* OgmTrack::dequeueFrame(int64_t targetTimeUs) {
                               packet.frameType == ogm::kIntraFrame ? 1 : 0);
     }
     mPacketsQue.pop_front();
+    return buffer;
+}
+
+/** Waits for a free buffer. Null before the track was started, and when there is no memory. */
+MediaBufferHelper* OgmTrack::acquireBuffer(size_t size) {
+    MediaBufferHelper* buffer = nullptr;
+    if (mBufferGroup != nullptr) {
+        (void)mBufferGroup->acquire_buffer(&buffer, false, size);
+    }
     return buffer;
 }
 

@@ -129,12 +129,10 @@ media_status_t OgmTrack::widenPcm(MediaBufferHelper** buffer) {
     MediaBufferHelper* const narrow = *buffer;
     const ByteView samples(static_cast<const uint8_t*>(narrow->data()), narrow->range_length());
     const size_t size = 2 * samples.size();
-    MediaBufferHelper* wide = nullptr;
-    const media_status_t status = mBufferGroup->acquire_buffer(&wide, false, size);
+    MediaBufferHelper* const wide = acquireBuffer(size);
     if (wide == nullptr) {
         narrow->release();
-        *buffer = nullptr;
-        return status == AMEDIA_OK ? AMEDIA_ERROR_UNKNOWN : status;
+        return AMEDIA_ERROR_UNKNOWN;
     }
     wide->set_range(0, size);
     ogm::widenPcm8(samples, static_cast<uint8_t*>(wide->data()));

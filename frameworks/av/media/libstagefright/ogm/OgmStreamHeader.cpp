@@ -15,8 +15,6 @@ namespace android {
 using ogm::ByteView;
 using ogm::FormatPtr;
 using ogm::StreamHeader;
-using ogm::wrapDiv;
-using ogm::wrapMul;
 
 namespace {
 

@@ -361,6 +361,7 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     media_status_t reworkPcm(MediaBufferHelper** buffer);
     media_status_t widenPcm(MediaBufferHelper** buffer);
     void dumpAudio(MediaBufferHelper* buffer) const;
+    MediaBufferHelper* acquireBuffer(size_t size);
     std::optional<size_t> frameHeaderSize(ogm::ByteView packet) const;
     void correctTime(OgmPacket* packet) const;
 

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <optional>
+
+#include "PluginTest.h"
+
+namespace android::ogm::test {
+namespace {
+
+constexpr uint32_t kSerialNo = 1;
+// Announces a header of four bytes, behind which a packet may be empty.
+constexpr uint8_t kFourByteHeader = 0x40;
+const LogLine kEightBits = infoLine("OGA_AUDIO_PCM,mBitsPerSample == 8");
+
+class PcmTest : public PluginTest {
+  protected:
+    /** What a track of `bits` bits a sample makes of packets with this payload, on two reads. */
+    std::vector<ReadResult> read(uint16_t bits, const Bytes& payload, const char* tag = "0001") {
+        AudioHeader header;
+        header.subtype = tag;
+        header.bitsPerSample = bits;
+        OgmFile file;
+        file.addHeader(kSerialNo, header);
+        file.addPages(kSerialNo, std::vector<Bytes>(20, audioPacket(payload, kFourByteHeader)),
+                      8000);
+        OpenedFile opened = open(file);
+        const auto track = opened->startedTrack(0);
+        mEvents.clear();
+        std::vector<ReadResult> results = track->readAll(2);
+        mLines = mEvents.lines();
+        return results;
+    }
+
+    Bytes firstBytes(uint16_t bits, const Bytes& payload, const char* tag = "0001") {
+        return read(bits, payload, tag).at(0).bytes;
+    }
+
+    /** What was logged by the two reads. */
+    std::vector<LogLine> mLines;
+};
+
+TEST_F(PcmTest, SixteenBitsAreHandedOutAsTheyAre) {
+    EXPECT_EQ(firstBytes(16, {1, 2, 3, 4}), (Bytes{1, 2, 3, 4}));
+}
+
+TEST_F(PcmTest, OtherWidthsAreHandedOutAsTheyAre) {
+    EXPECT_EQ(firstBytes(32, {1, 2, 3, 4}), (Bytes{1, 2, 3, 4}));
+    EXPECT_EQ(firstBytes(0, {1, 2, 3, 4}), (Bytes{1, 2, 3, 4}));
+    EXPECT_EQ(firstBytes(20, {1, 2, 3}), (Bytes{1, 2, 3}));
+}
+
+TEST_F(PcmTest, EightBitsBecomeSignedSixteenBits) {
+    EXPECT_EQ(firstBytes(8, {0x80, 0x00, 0xFF, 0x7F}),
+              (Bytes{0x00, 0x00, 0x00, 0x80, 0x00, 0x7F, 0x00, 0xFF}));
+}
+
+TEST_F(PcmTest, AHundredBytesOfEightBitsBecomeTwoHundredInABufferOfTheirOwn) {
+    const auto results = read(8, pattern(100, 1));
+    ASSERT_EQ(results.size(), 2U);
+    EXPECT_EQ(results[0].bytes.size(), 200U);
+    // The first buffer of 256 bytes holds the packet, so another of 200 x 3 / 2 is made.
+    EXPECT_EQ(results[0].capacity, 300U);
+    EXPECT_EQ(results[1].capacity, 300U);
+    EXPECT_EQ(mEvents.count(kEightBits), 2U);
+}
+
+TEST_F(PcmTest, AConvertedBufferOfEightBitsCarriesItsTimeAlone) {
+    const auto results = read(8, pattern(100, 1));
+    ASSERT_EQ(results.size(), 2U);
+    EXPECT_EQ(results[1].timeUs, 1000000);
+    EXPECT_EQ(results[1].targetTimeUs, std::nullopt);
+    EXPECT_EQ(results[1].isSyncFrame, std::nullopt);
+    EXPECT_EQ(mLines.back(),
+              infoLine("after read mime:audio/raw IsIFrame:0, timeUs:1000000, size:200"));
+}
+
+TEST_F(PcmTest, TheConversionIsLoggedBeforeTheBufferIsHandedOut) {
+    read(8, {1});
+    ASSERT_GE(mLines.size(), 2U);
+    EXPECT_EQ(mLines[mLines.size() - 2], kEightBits);
+}
+
+TEST_F(PcmTest, AnEmptyPacketOfEightBitsStaysEmpty) {
+    EXPECT_EQ(firstBytes(8, {}), Bytes{});
+}
+
+TEST_F(PcmTest, TwentyFourBitsLoseTheirLowestByte) {
+    EXPECT_EQ(firstBytes(24, {0x01, 0x02, 0x03, 0x04, 0x05, 0x06}),
+              (Bytes{0x02, 0x03, 0x05, 0x06}));
+}
+
+TEST_F(PcmTest, ATwentyFourBitSampleCutOffIsDropped) {
+    EXPECT_EQ(firstBytes(24, {1, 2, 3, 4, 5, 6, 7}), (Bytes{2, 3, 5, 6}));
+    EXPECT_EQ(mLines.back(),
+              infoLine("after read mime:audio/raw IsIFrame:0, timeUs:1000000, size:4"));
+}
+
+TEST_F(PcmTest, LessThanOneTwentyFourBitSampleBecomesEmpty) {
+    EXPECT_EQ(firstBytes(24, {1, 2}), Bytes{});
+}
+
+TEST_F(PcmTest, ATwentyFourBitBufferKeepsItsTargetTime) {
+    const auto results = read(24, {1, 2, 3});
+    ASSERT_EQ(results.size(), 2U);
+    EXPECT_EQ(results[0].targetTimeUs, 0);
+    EXPECT_EQ(results[0].timeUs, 0);
+}
+
+TEST_F(PcmTest, OtherCodecsAreNotConverted) {
+    EXPECT_EQ(firstBytes(8, {0x80, 0x00, 0xFF}, "0002"), (Bytes{0x80, 0x00, 0xFF}));
+    EXPECT_EQ(firstBytes(24, {1, 2, 3}, "00FF"), (Bytes{1, 2, 3}));
+    EXPECT_FALSE(mEvents.holds(kEightBits));
+}
+
+}  // namespace
+}  // namespace android::ogm::test

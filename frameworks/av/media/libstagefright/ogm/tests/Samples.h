@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+#include "Bytes.h"
+
+namespace android::ogm::test {
+
+/** The samples in data/samples, without the long one. */
+inline constexpr const char* kShortSamples[] = {
+        "divx3_pcm16", "h264_mp3vbr",    "mjpeg",         "mpeg2_ac3",    "mpeg4_2997_ac3",
+        "mpeg4_b_mp3", "mpeg4_mp3_ac3",  "mpeg4_pcm8",    "mpeg4_vorbis", "xvid_refused_mp3"};
+/** The one that is long enough for a duration. */
+inline constexpr char kLongSample[] = "long_mpeg4_mp3";
+
+inline Bytes sampleBytes(const std::string& name) {
+    std::ifstream stream(std::string(OGM_TEST_DATA "/samples/") + name + ".ogm", std::ios::binary);
+    if (!stream) {
+        throw std::runtime_error("cannot open the sample " + name);
+    }
+    return Bytes(std::istreambuf_iterator<char>(stream), {});
+}
+
+}  // namespace android::ogm::test

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <android/log.h>
+
+namespace android::ogm::test {
+
+/** While it lives nothing is logged, and no message is even formatted. */
+class SilentLog {
+  public:
+    SilentLog() : mBefore(__android_log_set_minimum_priority(ANDROID_LOG_SILENT)) {}
+    ~SilentLog() { __android_log_set_minimum_priority(mBefore); }
+    SilentLog(const SilentLog&) = delete;
+    SilentLog& operator=(const SilentLog&) = delete;
+
+  private:
+    int32_t mBefore;
+};
+
+}  // namespace android::ogm::test

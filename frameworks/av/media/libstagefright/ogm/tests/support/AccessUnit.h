@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "Bytes.h"
+
+namespace android::ogm::test {
+
+/** One frame as a cutter gives it. */
+struct AccessUnit {
+    Bytes bytes;
+    std::optional<int64_t> timeUs;
+
+    bool operator==(const AccessUnit& other) const {
+        return bytes == other.bytes && timeUs == other.timeUs;
+    }
+};
+
+inline std::ostream& operator<<(std::ostream& stream, const AccessUnit& unit) {
+    stream << unit.bytes.size() << " bytes (" << digestOf(unit.bytes) << ") at ";
+    return unit.timeUs ? stream << *unit.timeUs : stream << "no time";
+}
+
+/** Frames by size and digest, so that a difference can be read. */
+inline std::vector<std::string> framesOf(const std::vector<Bytes>& frames) {
+    std::vector<std::string> all;
+    for (const Bytes& frame : frames) {
+        all.push_back(std::to_string(frame.size()) + " bytes " + digestOf(frame));
+    }
+    return all;
+}
+
+inline std::vector<std::string> framesOf(const std::vector<AccessUnit>& units) {
+    std::vector<Bytes> all;
+    for (const AccessUnit& unit : units) {
+        all.push_back(unit.bytes);
+    }
+    return framesOf(all);
+}
+
+inline std::vector<std::optional<int64_t>> timesOfUnits(const std::vector<AccessUnit>& units) {
+    std::vector<std::optional<int64_t>> all;
+    for (const AccessUnit& unit : units) {
+        all.push_back(unit.timeUs);
+    }
+    return all;
+}
+
+}  // namespace android::ogm::test

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "AccessUnit.h"
+#include "Bytes.h"
+#include "ReferenceCutter.h"
+#include "TrackDriver.h"
+
+/** Ways to cut a stream up, to damage it, and to give it to the cutters. */
+namespace android::ogm::test {
+
+inline Bytes joinedAll(const std::vector<Bytes>& parts) {
+    Bytes all;
+    for (const Bytes& part : parts) {
+        append(all, part);
+    }
+    return all;
+}
+
+/** Pieces of `size` bytes, and the rest. */
+inline std::vector<Bytes> equalPieces(const Bytes& stream, size_t size) {
+    std::vector<Bytes> pieces;
+    for (size_t start = 0; start < stream.size(); start += size) {
+        pieces.push_back(head(tail(stream, start), size));
+    }
+    return pieces;
+}
+
+/** Pieces of `least` to `most` bytes; the last may be smaller. */
+inline std::vector<Bytes> randomPieces(const Bytes& stream, uint32_t seed, size_t least,
+                                       size_t most) {
+    std::mt19937 random(seed);
+    std::vector<Bytes> pieces;
+    for (size_t start = 0; start < stream.size(); start += pieces.back().size()) {
+        const size_t size = least + random() % (most - least + 1);
+        pieces.push_back(head(tail(stream, start), size));
+    }
+    return pieces;
+}
+
+/** Bytes overwritten, left out and put in, most of them taken from `temptations`. */
+inline Bytes damaged(Bytes stream, const Bytes& temptations, uint32_t seed) {
+    std::mt19937 random(seed);
+    const size_t faults = 1 + random() % 40;
+    for (size_t i = 0; i < faults; ++i) {
+        const size_t position = random() % stream.size();
+        const auto at = stream.begin() + static_cast<ptrdiff_t>(position);
+        const uint8_t byte = random() % 4 == 0 ? static_cast<uint8_t>(random() & 0xFF)
+                                               : temptations[random() % temptations.size()];
+        switch (random() % 3) {
+            case 0:
+                *at = byte;
+                break;
+            case 1:
+                stream.erase(at);
+                break;
+            default:
+                stream.insert(at, 1 + random() % 5, byte);
+                break;
+        }
+    }
+    return stream;
+}
+
+/** The time of the n-th piece; times are told apart by it. */
+inline int64_t timeOfPiece(size_t number) {
+    return static_cast<int64_t>(number + 1) * 1000;
+}
+
+/** Feeds all pieces; a piece that is refused is lost. */
+inline std::vector<AccessUnit> feedAll(TrackDriver& track, const std::vector<Bytes>& pieces) {
+    std::vector<AccessUnit> all;
+    for (size_t i = 0; i < pieces.size(); ++i) {
+        const auto units = track.feed(pieces[i], timeOfPiece(i));
+        all.insert(all.end(), units.begin(), units.end());
+    }
+    return all;
+}
+
+inline std::vector<AccessUnit> feedAll(ReferenceCutter& cutter, const std::vector<Bytes>& pieces) {
+    std::vector<AccessUnit> all;
+    for (size_t i = 0; i < pieces.size(); ++i) {
+        const auto units = cutter.feed(pieces[i], timeOfPiece(i)).units;
+        all.insert(all.end(), units.begin(), units.end());
+    }
+    return all;
+}
+
+/**
+ * Feeds both, up to a piece that would end the process or never end. Returns what they first
+ * differ in, or nothing.
+ */
+inline std::optional<std::string> feedSound(TrackDriver& track, ReferenceCutter& reference,
+                                            const std::vector<Bytes>& pieces) {
+    for (size_t i = 0; i < pieces.size(); ++i) {
+        const auto expected = reference.feed(pieces[i], timeOfPiece(i));
+        if (expected.fatal) {
+            return std::nullopt;
+        }
+        const bool accepted = track.append(pieces[i], timeOfPiece(i)) == AMEDIA_OK;
+        if (accepted != expected.accepted) {
+            return "whether piece " + std::to_string(i) + " is taken";
+        }
+        if (accepted && track.cut() != expected.units) {
+            return "the frames of piece " + std::to_string(i);
+        }
+        if (track.buffered() != reference.buffered()) {
+            return "the bytes left after piece " + std::to_string(i);
+        }
+        if (track.ranges() != reference.ranges()) {
+            return "the ranges left after piece " + std::to_string(i);
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace android::ogm::test

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "TrackDriver.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "OgmBufferQueue.h"
+#include "OgmEsQueue.h"
+#include "PrivateMember.h"
+
+namespace android::ogm::test {
+namespace {
+
+constexpr uint32_t kSerialNo = 1;
+constexpr uint16_t kBitsPerSample = 16;
+
+}  // namespace
+
+// Not in the unnamed namespace: the friends must belong to that of PrivateMember.
+struct PacketBuff {
+    using Type = sp<ABuffer> OgmTrack::*;
+    friend Type memberOf(PacketBuff);
+};
+
+struct RangeInfos {
+    using Type = std::deque<RangeInfo> OgmTrack::*;
+    friend Type memberOf(RangeInfos);
+};
+
+struct OutputFormat {
+    using Type = FormatPtr OgmTrack::*;
+    friend Type memberOf(OutputFormat);
+};
+
+struct LearnFormat {
+    using Type = void (OgmTrack::*)(uint32_t, int32_t, int32_t);
+    friend Type memberOf(LearnFormat);
+};
+template struct PrivateMember<PacketBuff, &OgmTrack::mPacketBuff>;
+template struct PrivateMember<RangeInfos, &OgmTrack::mRangeInfos>;
+template struct PrivateMember<OutputFormat, &OgmTrack::mFormat>;
+template struct PrivateMember<LearnFormat, &OgmTrack::learnFormat>;
+
+ExtractorOverBytes::ExtractorOverBytes(const Bytes& file)
+    : mSource(file), mExtractor(std::make_unique<DataSourceHelper>(mSource.table())) {}
+
+TrackDriver::TrackDriver(uint32_t streamType)
+    : mTrack(&*mExtractor, kSerialNo, streamType, kBitsPerSample) {}
+
+media_status_t TrackDriver::append(const Bytes& bytes, int64_t timeUs) {
+    const auto exact = std::make_unique<uint8_t[]>(bytes.size());
+    std::copy(bytes.begin(), bytes.end(), exact.get());
+    return mTrack.appendAudioData(ByteView(exact.get(), bytes.size()), timeUs);
+}
+
+std::optional<AccessUnit> TrackDriver::next() {
+    const sp<ABuffer> buffer = mTrack.dequeueAccessUnit();
+    if (buffer == nullptr) {
+        return std::nullopt;
+    }
+    AccessUnit unit;
+    unit.bytes.assign(buffer->data(), buffer->data() + buffer->size());
+    int64_t timeUs = 0;
+    if (buffer->meta()->findInt64("timeUs", &timeUs)) {
+        unit.timeUs = timeUs;
+    }
+    return unit;
+}
+
+std::vector<AccessUnit> TrackDriver::cut(size_t limit) {
+    std::vector<AccessUnit> units;
+    while (units.size() < limit) {
+        std::optional<AccessUnit> unit = next();
+        if (!unit) {
+            break;
+        }
+        units.push_back(std::move(*unit));
+    }
+    return units;
+}
+
+std::vector<AccessUnit> TrackDriver::feed(const Bytes& piece, int64_t timeUs) {
+    // As the track itself does it, nothing is cut after an append that failed.
+    return append(piece, timeUs) == AMEDIA_OK ? cut() : std::vector<AccessUnit>{};
+}
+
+Bytes TrackDriver::buffered() {
+    const sp<ABuffer>& buffer = mTrack.*memberOf(PacketBuff{});
+    return buffer == nullptr ? Bytes{} : Bytes(buffer->data(), buffer->data() + buffer->size());
+}
+
+Ranges TrackDriver::ranges() {
+    Ranges all;
+    for (const RangeInfo& range : mTrack.*memberOf(RangeInfos{})) {
+        all.emplace_back(range.mTimestampUs, range.mLength);
+    }
+    return all;
+}
+
+void TrackDriver::place(const Bytes& bytes, int64_t timeUs) {
+    mTrack.*memberOf(PacketBuff{}) = ABuffer::CreateAsCopy(bytes.data(), bytes.size());
+    (mTrack.*memberOf(RangeInfos{})).push_back({timeUs, bytes.size()});
+}
+
+AMediaFormat* TrackDriver::format() {
+    return (mTrack.*memberOf(OutputFormat{})).get();
+}
+
+void TrackDriver::learnFormat(uint32_t header, int32_t sampleRate, int32_t channels) {
+    (mTrack.*memberOf(LearnFormat{}))(header, sampleRate, channels);
+}
+
+}  // namespace android::ogm::test

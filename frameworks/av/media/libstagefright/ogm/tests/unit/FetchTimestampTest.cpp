@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ChildProcess.h"
+#include "TrackDriver.h"
+
+namespace android::ogm::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+
+constexpr int64_t kUnknownTime = 4294967295;
+constexpr char kReturningZero[] = "Returning 0 timestamp";
+
+LogLine change(int64_t from, int64_t to) {
+    return errorLine(formatted("fetchTimestamp - Change: %lld  %lld \n",
+                               static_cast<long long>(from), static_cast<long long>(to)));
+}
+
+const ChildResult& listRanEmpty() {
+    static const ChildResult result = abortedWith(
+            "OgmExtractor",
+            "frameworks/av/media/libstagefright/ogm/OgmExtractor:499 CHECK(!mRangeInfos.empty()) "
+            "failed.");
+    return result;
+}
+
+/** Which time is given for bytes that came with times. */
+class FetchTimestampTest : public TrackTest {
+  protected:
+    FetchTimestampTest() { mTrack = trackOf(OGA_AUDIO_AAC); }
+
+    /** Appends ranges; a type that is not re-framed takes any bytes. */
+    void add(std::initializer_list<std::pair<int64_t, size_t>> ranges) {
+        for (const auto& [timeUs, length] : ranges) {
+            ASSERT_EQ(mTrack->append(filled(length, 0x55), timeUs), AMEDIA_OK);
+        }
+        mEvents.clear();
+    }
+
+    int64_t fetch(uint64_t size) { return (*mTrack)->fetchTimestamp(size); }
+
+    std::unique_ptr<TrackDriver> mTrack;
+};
+
+TEST_F(FetchTimestampTest, NoBytesHaveTheTimeMinusOneAndTouchNothing) {
+    EXPECT_EQ(fetch(0), -1);
+    add({{1000, 10}});
+    EXPECT_EQ(fetch(0), -1);
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 10u)));
+    EXPECT_THAT(mEvents.lines(), IsEmpty());
+}
+
+TEST_F(FetchTimestampTest, AFrameWithinARangeShortensIt) {
+    add({{1000, 10}, {2000, 10}});
+    EXPECT_EQ(fetch(4), 1000);
+    EXPECT_EQ(fetch(5), 1000);
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 1u), Pair(2000, 10u)));
+}
+
+TEST_F(FetchTimestampTest, AFrameExactlyAsLongAsTheFirstRangeErasesIt) {
+    add({{1000, 10}, {2000, 10}});
+    EXPECT_EQ(fetch(10), 1000);
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(2000, 10u)));
+    EXPECT_EQ(fetch(1), 2000);
+}
+
+TEST_F(FetchTimestampTest, AFrameOverThreeRangesHasTheTimeOfTheFirstAndShortensTheThird) {
+    add({{1000, 10}, {2000, 20}, {3000, 30}});
+    EXPECT_EQ(fetch(35), 1000);
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(3000, 25u)));
+}
+
+TEST_F(FetchTimestampTest, AFrameThatEndsWithItsLastRangeErasesThatToo) {
+    add({{1000, 10}, {2000, 20}, {3000, 30}});
+    EXPECT_EQ(fetch(30), 1000);
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(3000, 30u)));
+    EXPECT_EQ(fetch(30), 3000);
+    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+}
+
+TEST_F(FetchTimestampTest, AnEmptyRangeInFrontGivesTheTime) {
+    add({{1000, 10}, {1500, 0}, {2000, 10}});
+    EXPECT_EQ(fetch(10), 1000);
+    EXPECT_EQ(fetch(10), 1500);
+    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+}
+
+TEST_F(FetchTimestampTest, AnUnknownTimeIsReplacedByThatOfTheNextRange) {
+    add({{kUnknownTime, 10}, {5000, 10}});
+    EXPECT_EQ(fetch(15), 5000);
+    EXPECT_THAT(mEvents.lines(), ElementsAre(change(kUnknownTime, 5000)));
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(5000, 5u)));
+}
+
+TEST_F(FetchTimestampTest, AnUnknownTimeIsNotReplacedByZeroButByTheTimeAfterIt) {
+    add({{kUnknownTime, 10}, {0, 10}, {7000, 10}});
+    EXPECT_EQ(fetch(15), kUnknownTime);
+    EXPECT_THAT(mEvents.lines(), IsEmpty());
+    add({{8000, 10}});
+    // The rest of the range of time zero comes first now.
+    EXPECT_EQ(fetch(5), 0);
+    EXPECT_EQ(fetch(10), 7000);
+}
+
+TEST_F(FetchTimestampTest, AnUnknownTimeIsReplacedByTheFirstThatIsNotZero) {
+    add({{kUnknownTime, 10}, {0, 10}, {7000, 10}, {8000, 10}});
+    EXPECT_EQ(fetch(40), 7000);
+    EXPECT_THAT(mEvents.lines(), ElementsAre(change(kUnknownTime, 7000)));
+}
+
+TEST_F(FetchTimestampTest, AnUnknownTimeStaysWhenNoFurtherRangeIsTouched) {
+    add({{kUnknownTime, 10}, {5000, 10}});
+    EXPECT_EQ(fetch(10), kUnknownTime);
+    EXPECT_THAT(mEvents.lines(), IsEmpty());
+}
+
+TEST_F(FetchTimestampTest, ARangeOfUnknownTimeReplacesAnUnknownTimeByItself) {
+    add({{kUnknownTime, 10}, {kUnknownTime, 10}, {9000, 10}});
+    EXPECT_EQ(fetch(25), 9000);
+    EXPECT_THAT(mEvents.lines(),
+                ElementsAre(change(kUnknownTime, kUnknownTime), change(kUnknownTime, 9000)));
+}
+
+TEST_F(FetchTimestampTest, OnlyTheExactMarkIsUnknown) {
+    for (const int64_t timeUs : {kUnknownTime - 1, kUnknownTime + 1, int64_t{-1}}) {
+        add({{timeUs, 10}, {5000, 10}});
+        EXPECT_EQ(fetch(20), timeUs);
+        EXPECT_THAT(mEvents.lines(), IsEmpty());
+    }
+}
+
+TEST_F(FetchTimestampTest, AnUnknownTimeMayTurnIntoANegativeOne) {
+    add({{kUnknownTime, 10}, {-7, 10}});
+    EXPECT_EQ(fetch(20), -7);
+    EXPECT_THAT(mEvents.lines(), ElementsAre(change(kUnknownTime, -7)));
+}
+
+TEST_F(FetchTimestampTest, ATimeOfZeroIsReturnedAndLogged) {
+    add({{0, 10}, {5000, 10}});
+    EXPECT_EQ(fetch(10), 0);
+    EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine(kReturningZero)));
+    mEvents.clear();
+    add({{0, 10}});
+    EXPECT_EQ(fetch(20), 5000);
+    EXPECT_THAT(mEvents.lines(), IsEmpty());
+}
+
+TEST_F(FetchTimestampTest, MoreBytesThanTheRangesHoldEndTheProcess) {
+    EXPECT_EQ(runInChild([this] { fetch(1); }), listRanEmpty());
+    add({{1000, 10}, {2000, 10}});
+    EXPECT_EQ(runInChild([this] { fetch(21); }), listRanEmpty());
+    EXPECT_EQ(runInChild([this] { fetch(20); }), returned());
+}
+
+}  // namespace
+}  // namespace android::ogm::test

@@ -1,0 +1,414 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <media/stagefright/MediaDefs.h>
+
+#include "ChildProcess.h"
+#include "ElementaryStreams.h"
+#include "Format.h"
+#include "OgmCutters.h"
+#include "OgmMimeTypes.h"
+#include "Pieces.h"
+#include "ReferenceCutter.h"
+#include "TrackDriver.h"
+
+namespace android::ogm::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::Eq;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::Pair;
+
+constexpr size_t kFrameSize = 417;
+constexpr size_t kSearchLimit = 131072;
+constexpr char kSkipAll[] = "not found mMP3Header,skip";
+constexpr char kSkipBuffer[] = "GetMPEGAudioFrameSize fail, skip this buffer";
+
+/** The n-th frame of an ordinary stream: 128 kbit/s at 44100 Hz without padding. */
+Bytes frame(uint32_t number) {
+    MpegAudioFrame frame;
+    frame.seed = number;
+    return frame.bytes();
+}
+
+LogLine notLocked(size_t size) {
+    return warningLine(formatted("Not get mMP3Header, size:%d", static_cast<int>(size)));
+}
+
+/** How MPEG audio frames are cut out of bytes that arrive in any pieces. */
+class MpegAudioCutterTest : public TrackTest {
+  protected:
+    MpegAudioCutterTest() { mTrack = trackOf(OGA_AUDIO_MP3); }
+
+    std::vector<AccessUnit> feed(const Bytes& piece, int64_t timeUs) {
+        return mTrack->feed(piece, timeUs);
+    }
+
+    /** Makes the track know its header: the time 1000 for two frames of which none is left. */
+    void lock() {
+        ASSERT_THAT(feed(joined({frame(0), frame(1)}), 1000),
+                    ElementsAre(AccessUnit{frame(1), 1000}));
+        ASSERT_THAT(mTrack->buffered(), IsEmpty());
+        ASSERT_THAT(mTrack->ranges(), IsEmpty());
+        mEvents.clear();
+    }
+
+    std::unique_ptr<TrackDriver> mTrack;
+};
+
+TEST_F(MpegAudioCutterTest, ThreeBytesOrFewerAreNotLookedAt) {
+    EXPECT_THAT(feed(head(frame(0), 3), 1000), IsEmpty());
+    EXPECT_THAT(mEvents.lines(), IsEmpty());
+    EXPECT_EQ(mTrack->buffered().size(), 3u);
+}
+
+TEST_F(MpegAudioCutterTest, FourBytesAreTooFewForTheSearchAndAreKept) {
+    EXPECT_THAT(feed(head(frame(0), 4), 1000), IsEmpty());
+    EXPECT_THAT(mEvents.lines(), Contains(notLocked(4)));
+    EXPECT_THAT(mEvents.linesBeginning("mp3 header1"), IsEmpty());
+    EXPECT_EQ(mTrack->buffered(), head(frame(0), 4));
+}
+
+TEST_F(MpegAudioCutterTest, TheFirstFrameIsGivenUpAndItsBytesAreChargedToTheSecond) {
+    EXPECT_THAT(feed(frame(0), 1000), IsEmpty());
+    EXPECT_THAT(mEvents.lines(), Contains(notLocked(kFrameSize)));
+    mEvents.clear();
+    EXPECT_THAT(feed(frame(1), 2000), ElementsAre(AccessUnit{frame(1), 1000}));
+    EXPECT_THAT(mEvents.lines(), Contains(infoLine("mMP3Header:fffb9040")));
+    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+    EXPECT_THAT(feed(frame(2), 3000), ElementsAre(AccessUnit{frame(2), 3000}));
+}
+
+TEST_F(MpegAudioCutterTest, AFrameThatArrivesWholeComesOutAtOnce) {
+    lock();
+    for (uint32_t i = 2; i < 10; ++i) {
+        EXPECT_THAT(feed(frame(i), i * 1000), ElementsAre(AccessUnit{frame(i), i * 1000}));
+        EXPECT_THAT(mTrack->buffered(), IsEmpty());
+    }
+    EXPECT_THAT(mEvents.lines(), IsEmpty());
+}
+
+TEST_F(MpegAudioCutterTest, FramesOfOnePieceShareItsTime) {
+    lock();
+    EXPECT_THAT(feed(joined({frame(2), frame(3), frame(4)}), 5000),
+                ElementsAre(AccessUnit{frame(2), 5000}, AccessUnit{frame(3), 5000},
+                            AccessUnit{frame(4), 5000}));
+}
+
+TEST_F(MpegAudioCutterTest, AFrameHasTheTimeOfThePieceInWhichItBegins) {
+    lock();
+    const Bytes stream = joined({frame(2), frame(3), frame(4)});
+    EXPECT_THAT(feed(head(stream, 500), 5000), ElementsAre(AccessUnit{frame(2), 5000}));
+    EXPECT_THAT(feed(head(tail(stream, 500), 400), 6000), ElementsAre(AccessUnit{frame(3), 5000}));
+    EXPECT_THAT(feed(tail(stream, 900), 7000), ElementsAre(AccessUnit{frame(4), 6000}));
+}
+
+TEST_F(MpegAudioCutterTest, AFrameWhoseLastByteIsMissingChangesNothing) {
+    lock();
+    const Bytes allButOne = head(frame(2), kFrameSize - 1);
+    EXPECT_THAT(feed(allButOne, 5000), IsEmpty());
+    EXPECT_EQ(mTrack->buffered(), allButOne);
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(5000, kFrameSize - 1)));
+    EXPECT_THAT(mTrack->cut(), IsEmpty());
+    EXPECT_THAT(feed(tail(frame(2), kFrameSize - 1), 6000),
+                ElementsAre(AccessUnit{frame(2), 5000}));
+}
+
+TEST_F(MpegAudioCutterTest, AHundredBytesOfJunkAreConsumedTogetherWithTheirFrame) {
+    lock();
+    mTrack->place(joined({pattern(100, 1), frame(2)}), 7000);
+    EXPECT_THAT(mTrack->cut(), ElementsAre(AccessUnit{frame(2), 7000}));
+    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+}
+
+TEST_F(MpegAudioCutterTest, TheTimeIsThatOfTheJunkInFront) {
+    lock();
+    EXPECT_THAT(feed(joined({frame(2), pattern(20, 1), frame(3), pattern(20, 2), frame(4)}), 5000),
+                ElementsAre(AccessUnit{frame(2), 5000}, AccessUnit{frame(3), 5000},
+                            AccessUnit{frame(4), 5000}));
+    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+}
+
+TEST_F(MpegAudioCutterTest, BytesWithoutAHeaderThatAgreesAreThrownAwayButNotTheirRange) {
+    lock();
+    const Bytes junk = joined({{0xFF, 0xFB, 0x94, 0x64}, pattern(300, 1)});
+    EXPECT_THAT(feed(junk, 5000), IsEmpty());
+    EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine(kSkipAll)));
+    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(5000, junk.size())));
+}
+
+TEST_F(MpegAudioCutterTest, RangesLeftBehindMakeLaterTimesLag) {
+    lock();
+    EXPECT_THAT(feed(joined({{0xFF, 0xFB, 0x94, 0x64}, pattern(296, 1)}), 5000), IsEmpty());
+    EXPECT_THAT(feed(frame(2), 6000), ElementsAre(AccessUnit{frame(2), 5000}));
+    EXPECT_THAT(feed(frame(3), 7000), ElementsAre(AccessUnit{frame(3), 6000}));
+    EXPECT_THAT(feed(frame(4), 8000), ElementsAre(AccessUnit{frame(4), 7000}));
+    // Three hundred bytes behind for good.
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(8000, 300u)));
+    (*mTrack)->signalDiscontinuity();
+    EXPECT_THAT(feed(frame(5), 9000), ElementsAre(AccessUnit{frame(5), 9000}));
+}
+
+TEST_F(MpegAudioCutterTest, AHeaderThatAgreesButDoesNotDecodeThrowsTheBufferAway) {
+    lock();
+    for (const uint8_t bitrate : {0x00, 0xF0}) {
+        (*mTrack)->signalDiscontinuity();
+        mEvents.clear();
+        mTrack->place(joined({{0xFF, 0xFB, bitrate, 0x64}, pattern(50, 1), frame(2)}), 5000);
+        EXPECT_THAT(mTrack->cut(), IsEmpty());
+        EXPECT_THAT(mEvents.lines(), ElementsAre(errorLine(kSkipBuffer)));
+        EXPECT_THAT(mTrack->buffered(), IsEmpty());
+        EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(5000, 54u + kFrameSize)));
+    }
+}
+
+TEST_F(MpegAudioCutterTest, ThreeBytesLeftWithALockAreKeptAndFourWithoutAHeaderAreNot) {
+    lock();
+    mTrack->place({0x55, 0xFF, 0xFB}, 5000);
+    EXPECT_THAT(mTrack->cut(), IsEmpty());
+    EXPECT_EQ(mTrack->buffered().size(), 3u);
+    EXPECT_THAT(mEvents.lines(), IsEmpty());
+    EXPECT_EQ(mTrack->append({0x90}, 6000), AMEDIA_OK);
+    EXPECT_THAT(mTrack->cut(), IsEmpty());
+    EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine(kSkipAll)));
+    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+}
+
+TEST_F(MpegAudioCutterTest, ALockOnFewerThanFourBytesOfTheSecondHeaderThrowsBothFramesAway) {
+    for (const size_t bytes : {2, 3}) {
+        auto track = trackOf(OGA_AUDIO_MP3);
+        const Bytes stream = joined({frame(0), frame(1), frame(2), frame(3)});
+        EXPECT_THAT(track->feed(head(stream, kFrameSize + bytes), 1000), IsEmpty());
+        EXPECT_THAT(mEvents.lines(), Contains(infoLine("mMP3Header:fffb9040")));
+        EXPECT_THAT(mEvents.lines(), Contains(infoLine(kSkipAll)));
+        EXPECT_THAT(track->buffered(), IsEmpty());
+        // What is left of the second frame has no sync word until the third begins. The times lag
+        // by what was thrown away.
+        EXPECT_THAT(track->feed(tail(stream, kFrameSize + bytes), 2000),
+                    ElementsAre(AccessUnit{frame(2), 1000}, AccessUnit{frame(3), 1000}));
+    }
+}
+
+TEST_F(MpegAudioCutterTest, AChangeOfTheSamplingRateLosesEveryFrameAfterIt) {
+    lock();
+    MpegAudioFrame changed;
+    changed.samplingRateIndex = 1;
+    for (int i = 0; i < 5; ++i) {
+        mEvents.clear();
+        EXPECT_THAT(feed(joined({changed.bytes(), changed.bytes()}), 5000), IsEmpty());
+        EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine(kSkipAll)));
+    }
+    EXPECT_THAT(feed(frame(2), 6000), ElementsAre(AccessUnit{frame(2), 5000}));
+}
+
+TEST_F(MpegAudioCutterTest, AChangeOfBitrateProtectionPaddingOrModeLosesNothing) {
+    lock();
+    std::vector<Bytes> frames(5);
+    for (size_t i = 0; i < frames.size(); ++i) {
+        MpegAudioFrame frame;
+        frame.seed = static_cast<uint32_t>(i);
+        frame.bitrateIndex = i == 1 ? 14 : 9;
+        frame.crc = i == 2;
+        frame.padding = i == 3;
+        frame.mono = i == 4;
+        frames[i] = frame.bytes();
+    }
+    EXPECT_EQ(framesOf(feed(joinedAll(frames), 1)), framesOf(frames));
+}
+
+TEST_F(MpegAudioCutterTest, TheHeaderOutlivesADiscontinuitySoThatNoFurtherFrameIsGivenUp) {
+    lock();
+    (*mTrack)->signalDiscontinuity();
+    EXPECT_THAT(feed(frame(7), 5000), ElementsAre(AccessUnit{frame(7), 5000}));
+}
+
+TEST_F(MpegAudioCutterTest, FramesThreeBytesApartAreFoundBehindTheGap) {
+    const Bytes gap{0x00, 0x28, 0x01};
+    EXPECT_THAT(feed(joined({frame(0), gap, frame(1), gap, frame(2)}), 1000),
+                ElementsAre(AccessUnit{frame(1), 1000}, AccessUnit{frame(2), 1000}));
+    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+}
+
+TEST_F(MpegAudioCutterTest, UpTo131072BytesWithoutAConfirmedHeaderAreKept) {
+    // A header of the free format lets the first byte pass and is no candidate.
+    const Bytes bytes = joined({{0xFF, 0xFB, 0x00, 0x00}, filled(kSearchLimit - 4, 0x55)});
+    EXPECT_THAT(feed(bytes, 1000), IsEmpty());
+    EXPECT_THAT(mEvents.lines(), Contains(notLocked(kSearchLimit)));
+    EXPECT_EQ(mTrack->buffered().size(), kSearchLimit);
+    mEvents.clear();
+    EXPECT_THAT(feed({0x55}, 2000), IsEmpty());
+    EXPECT_THAT(mEvents.lines(),
+                Contains(errorLine("findMP3Header fail size>131072, skip this buffer")));
+    EXPECT_THAT(mEvents.lines(), Not(Contains(notLocked(kSearchLimit + 1))));
+    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, kSearchLimit), Pair(2000, 1u)));
+}
+
+TEST_F(MpegAudioCutterTest, ANegativeTimeEndsTheProcess) {
+    lock();
+    EXPECT_EQ(runInChild([this] { feed(frame(2), -5); }),
+              abortedWith("OgmExtractor",
+                          "frameworks/av/media/libstagefright/ogm/OgmExtractor:717 CHECK_GE( "
+                          "timeUs,0ll) failed: -5 vs. 0"));
+}
+
+struct Layer {
+    uint32_t layer;
+    const char* mime;
+};
+
+TEST_F(MpegAudioCutterTest, TheFirstFrameThatComesOutFillsTheFormatForGood) {
+    for (const Layer& row :
+         {Layer{1, MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_I}, Layer{2, MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_II},
+          Layer{3, MEDIA_MIMETYPE_AUDIO_MPEG}}) {
+        MpegAudioFrame frame;
+        frame.version = MpegVersion::kMpeg2;
+        frame.layer = row.layer;
+        frame.samplingRateIndex = 1;
+        frame.mono = true;
+        auto track = trackOf(OGA_AUDIO_MPEG);
+        EXPECT_EQ(track->format(), nullptr);
+        EXPECT_EQ(track->feed(joined({frame.bytes(), frame.bytes()}), 0).size(), 1u);
+        frame.mono = false;
+        EXPECT_EQ(track->feed(frame.bytes(), 0).size(), 1u);
+        AMediaFormat* format = track->format();
+        ASSERT_NE(format, nullptr);
+        EXPECT_EQ(stringOf(format, AMEDIAFORMAT_KEY_MIME), row.mime);
+        EXPECT_EQ(int32Of(format, AMEDIAFORMAT_KEY_SAMPLE_RATE), 24000);
+        EXPECT_EQ(int32Of(format, AMEDIAFORMAT_KEY_CHANNEL_COUNT), 1);
+        EXPECT_EQ(int32Of(format, AMEDIAFORMAT_KEY_MPEG_AUD_LAYER),
+                  static_cast<int32_t>(row.layer));
+    }
+}
+
+TEST_F(MpegAudioCutterTest, AFormatCannotBeLearntFromAReservedLayer) {
+    EXPECT_EQ(runInChild([this] { mTrack->learnFormat(0xFFF99064, 44100, 2); }),
+              abortedWith("OgmExtractor",
+                          "frameworks/av/media/libstagefright/ogm/OgmExtractor:735 Should not be "
+                          "here. "));
+}
+
+TEST_F(MpegAudioCutterTest, FramesOfEveryVersionLayerAndRateAreCut) {
+    for (const MpegVersion version :
+         {MpegVersion::kMpeg1, MpegVersion::kMpeg2, MpegVersion::kMpeg25}) {
+        for (uint32_t i = 0; i < 3 * 3 * 14; ++i) {
+            MpegAudioFrame frame;
+            frame.version = version;
+            frame.layer = 1 + i % 3;
+            frame.samplingRateIndex = i / 3 % 3;
+            frame.bitrateIndex = 1 + i / 9;
+            const Bytes one = frame.bytes();
+            auto track = trackOf(OGA_AUDIO_MPEG);
+            EXPECT_EQ(framesOf(track->feed(joined({one, one, one}), 0)),
+                      framesOf(std::vector<Bytes>{one, one}))
+                    << std::hex << frame.header();
+        }
+    }
+}
+
+/** Streams that arrive in pieces: where pieces may lie without loss, and where they may not. */
+class MpegAudioPiecesTest : public MpegAudioCutterTest {
+  protected:
+    static std::vector<Bytes> frames(uint32_t count) {
+        std::vector<Bytes> all;
+        for (uint32_t i = 0; i < count; ++i) {
+            MpegAudioFrame frame;
+            frame.seed = i;
+            frame.padding = i % 3 == 0;
+            frame.bitrateIndex = 5 + i % 5;
+            all.push_back(frame.bytes());
+        }
+        return all;
+    }
+
+    static std::vector<Bytes> allButTheFirst(const std::vector<Bytes>& frames) {
+        return {frames.begin() + 1, frames.end()};
+    }
+};
+
+TEST_F(MpegAudioPiecesTest, AStreamInOnePieceGivesAllFramesButTheFirst) {
+    const auto stream = frames(20);
+    EXPECT_EQ(framesOf(feed(joinedAll(stream), 0)), framesOf(allButTheFirst(stream)));
+}
+
+TEST_F(MpegAudioPiecesTest, OneByteAtATimeGivesNothing) {
+    // A single byte never begins a stream, so the buffer stays empty for ever.
+    EXPECT_THAT(feedAll(*mTrack, equalPieces(joinedAll(frames(5)), 1)), IsEmpty());
+    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+}
+
+TEST_F(MpegAudioPiecesTest, OneByteAtATimeBehindALockGivesTheFramesUntilTheBufferRunsEmpty) {
+    lock();
+    const Bytes stream = joined({frame(2), frame(3)});
+    EXPECT_THAT(feed(head(stream, 3), 5000), IsEmpty());
+    EXPECT_EQ(framesOf(feedAll(*mTrack, equalPieces(tail(stream, 3), 1))),
+              framesOf(std::vector<Bytes>{frame(2)}));
+    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+}
+
+TEST_F(MpegAudioPiecesTest, TheFirstFrameIsGivenUpOnlyWhenTheSecondIsWholeAtTheLock) {
+    // Otherwise the next search begins at the front again, and knows the header.
+    const Bytes stream = joined({frame(0), frame(1), frame(2)});
+    for (const size_t atTheLock : {kFrameSize + 4, 2 * kFrameSize - 1, 2 * kFrameSize}) {
+        auto track = trackOf(OGA_AUDIO_MP3);
+        const bool secondIsWhole = atTheLock == 2 * kFrameSize;
+        auto units = track->feed(head(stream, atTheLock), 1000);
+        EXPECT_EQ(units.size(), secondIsWhole ? 1u : 0u) << atTheLock;
+        EXPECT_THAT(mEvents.lines(), Contains(infoLine("mMP3Header:fffb9040")));
+        const auto rest = track->feed(tail(stream, atTheLock), 2000);
+        units.insert(units.end(), rest.begin(), rest.end());
+        const auto expected = secondIsWhole ? std::vector<Bytes>{frame(1), frame(2)}
+                                            : std::vector<Bytes>{frame(0), frame(1), frame(2)};
+        EXPECT_EQ(framesOf(units), framesOf(expected)) << atTheLock;
+    }
+}
+
+TEST_F(MpegAudioPiecesTest, PiecesOfAnEqualSizeGiveAllFramesSaveThatTheFirstMayBeGivenUp) {
+    const auto stream = frames(20);
+    const size_t firstSize = stream[0].size();
+    for (const size_t size : {50, 64, 100, 255, 300, 500, 1000, 4096}) {
+        auto track = trackOf(OGA_AUDIO_MP3);
+        const auto units = feedAll(*track, equalPieces(joinedAll(stream), size));
+        const size_t atTheLock = (firstSize + 4 + size - 1) / size * size;
+        const bool secondIsWhole = atTheLock >= firstSize + stream[1].size();
+        EXPECT_EQ(framesOf(units), framesOf(secondIsWhole ? allButTheFirst(stream) : stream))
+                << size;
+    }
+}
+
+TEST_F(MpegAudioPiecesTest, RandomPiecesOfASoundStreamGiveWhatAPlainCutterGives) {
+    for (uint32_t seed = 0; seed < 300; ++seed) {
+        const auto pieces = randomPieces(joinedAll(frames(12)), seed, 1, 1 + seed * 3);
+        auto track = trackOf(OGA_AUDIO_MP3);
+        ReferenceCutter reference(ReferenceCutter::Codec::kMpegAudio);
+        ASSERT_EQ(feedAll(*track, pieces), feedAll(reference, pieces)) << seed;
+        EXPECT_EQ(track->buffered(), reference.buffered()) << seed;
+        EXPECT_EQ(track->ranges(), reference.ranges()) << seed;
+    }
+}
+
+TEST_F(MpegAudioPiecesTest, RandomPiecesOfADamagedStreamGiveWhatAPlainCutterGives) {
+    const Bytes temptations{0xFF, 0xFB, 0x90, 0x94, 0x00, 0xF0, 0xFA};
+    for (uint32_t seed = 0; seed < 300; ++seed) {
+        const Bytes stream = damaged(joinedAll(frames(12)), temptations, seed);
+        const auto pieces = randomPieces(stream, seed, 1, 700);
+        auto track = trackOf(OGA_AUDIO_MP3);
+        ReferenceCutter reference(ReferenceCutter::Codec::kMpegAudio);
+        ASSERT_EQ(feedSound(*track, reference, pieces), std::nullopt) << seed;
+    }
+}
+
+TEST(MpegAudioSyncSearchTest, FindsTheFirstPlausibleHeader) {
+    const auto find = [](const Bytes& bytes) { return findMpegAudioSync(viewOf(bytes)); };
+    EXPECT_EQ(find({}), std::nullopt);
+    EXPECT_EQ(find({0xFF, 0xFB}), std::nullopt);
+    EXPECT_EQ(find({0xFF, 0xFB, 0x90}), 0u);
+    EXPECT_EQ(find({0x01, 0xFF, 0xFF, 0xFB, 0x90}), 2u);
+    EXPECT_EQ(find(pattern(100, 1)), std::nullopt);
+}
+
+}  // namespace
+}  // namespace android::ogm::test

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: Apache-2.0
+#define LOG_TAG "OgmTrackTest"
+#include <gtest/gtest.h>
+#include <media/stagefright/MediaBufferGroup.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include "Bytes.h"
+#include "EventLog.h"
+#include "Format.h"
+#include "MemorySource.h"
+#include "OgmExtractor.h"
+
+namespace android::ogm::test {
+namespace {
+
+constexpr uint32_t kSerialNo = 1;
+constexpr int64_t kNoTarget = -1;
+
+Bytes bytesOf(MediaBufferHelper* buffer) {
+    const auto* data = static_cast<const uint8_t*>(buffer->data()) + buffer->range_offset();
+    return Bytes(data, data + buffer->range_length());
+}
+
+/** A track of any stream type, those included that no file produces, fed by hand. */
+class OgmTrackTest : public ::testing::Test {
+  protected:
+    ~OgmTrackTest() override {
+        if (mTable != nullptr) {
+            mTable->free(mTable->data);
+            ::free(mTable);
+        }
+    }
+
+    OgmTrack& startTrack(uint32_t type) {
+        mTrack = new OgmTrack(&mExtractor, kSerialNo, type, 16);
+        mTable = wrap(mTrack);
+        mTable->start(mTable->data, mGroup.wrap());
+        mTrack->updateGranulePosition(0, 1);
+        mEvents.clear();
+        return *mTrack;
+    }
+
+    /** A started track whose first packet, and another, have been queued. */
+    OgmTrack& trackWith(uint32_t type, const Bytes& packet) {
+        OgmTrack& track = startTrack(type);
+        append(packet, true);
+        append({0, 0, 0, 0}, true);
+        mEvents.clear();
+        return track;
+    }
+
+    media_status_t append(const Bytes& packet, bool isNewPacket) {
+        return mTrack->appendData(ABuffer::CreateAsCopy(packet.data(), packet.size()), isNewPacket);
+    }
+
+    EventLog mEvents;
+    LogCapture mCapture{mEvents};
+    MemorySource mSource{Bytes{}};
+    OgmExtractor mExtractor{std::make_unique<DataSourceHelper>(mSource.table())};
+    MediaBufferGroup mGroup;
+    OgmTrack* mTrack = nullptr;
+    CMediaTrack* mTable = nullptr;
+};
+
+TEST_F(OgmTrackTest, ATrackOfAStreamThatTheExtractorDoesNotKnowHasNoFormat) {
+    const OgmTrack& track = startTrack(OGV_VIDEO_H264);
+    static_cast<void>(track);
+    const Format format;
+    EXPECT_EQ(mTrack->getFormat(format.get()), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("getFormat: Track type[22]")}));
+}
+
+TEST_F(OgmTrackTest, AMissingPacketIsMalformed) {
+    EXPECT_EQ(startTrack(OGV_VIDEO_H264).appendData(nullptr, true), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("appendData Buffer null\n")}));
+}
+
+TEST_F(OgmTrackTest, AMissingPacketOfReframedAudioIsMalformedToo) {
+    EXPECT_EQ(startTrack(OGA_AUDIO_AC3).appendData(nullptr, true), AMEDIA_ERROR_MALFORMED);
+}
+
+TEST_F(OgmTrackTest, AudioIsSkippedWhileTheExtractorSeeksAndVideoIsNot) {
+    startTrack(OGA_AUDIO_PCM);
+    mExtractor.setSeeking(true);
+    EXPECT_EQ(append({0, 0, 0, 1}, true), AMEDIA_OK);
+    EXPECT_EQ(mEvents.lines(),
+              (std::vector{infoLine("********** Track Type[5] skip appending data because "
+                                    "seeking*************\n")}));
+    // Before anything else is looked at.
+    EXPECT_EQ(mTrack->appendData(nullptr, true), AMEDIA_OK);
+}
+
+TEST_F(OgmTrackTest, VideoIsQueuedWhileTheExtractorSeeks) {
+    startTrack(OGV_VIDEO_H264);
+    mExtractor.setSeeking(true);
+    EXPECT_EQ(append({0, 1}, true), AMEDIA_OK);
+    EXPECT_EQ(mEvents.linesBeginning("packet info:").size(), 1u);
+}
+
+TEST_F(OgmTrackTest, ReframedAudioReportsAPacketTooShortAndOneWithoutSync) {
+    startTrack(OGA_AUDIO_AC3);
+    EXPECT_EQ(append({0, 0, 0}, true), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(append({0, 0, 0, 0}, true), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(append({}, false), AMEDIA_ERROR_MALFORMED);
+}
+
+TEST_F(OgmTrackTest, WithoutATargetTimeNoneIsSet) {
+    MediaBufferHelper* buffer = trackWith(OGV_VIDEO_H264, {0x08, 1, 2}).dequeueFrame(kNoTarget);
+    ASSERT_NE(buffer, nullptr);
+    EXPECT_EQ(bytesOf(buffer), (Bytes{1, 2}));
+    EXPECT_EQ(int64Of(buffer->meta_data(), AMEDIAFORMAT_KEY_TARGET_TIME), std::nullopt);
+    EXPECT_EQ(int64Of(buffer->meta_data(), AMEDIAFORMAT_KEY_TIME_US), 0);
+    EXPECT_EQ(int32Of(buffer->meta_data(), AMEDIAFORMAT_KEY_IS_SYNC_FRAME), 1);
+    buffer->release();
+}
+
+TEST_F(OgmTrackTest, AGivenTargetTimeIsSet) {
+    MediaBufferHelper* buffer = trackWith(OGV_VIDEO_H264, {0, 1, 2}).dequeueFrame(123456);
+    ASSERT_NE(buffer, nullptr);
+    EXPECT_EQ(int64Of(buffer->meta_data(), AMEDIAFORMAT_KEY_TARGET_TIME), 123456);
+    buffer->release();
+}
+
+TEST_F(OgmTrackTest, AudioOfTypeTwoLosesItsHeaderByTheRuleOfItsFirstByte) {
+    MediaBufferHelper* buffer = trackWith(2, {0x88, 1, 2, 3, 4}).dequeueFrame(0);
+    ASSERT_NE(buffer, nullptr);
+    EXPECT_EQ(bytesOf(buffer), (Bytes{3, 4}));
+    EXPECT_EQ(int32Of(buffer->meta_data(), AMEDIAFORMAT_KEY_IS_SYNC_FRAME), std::nullopt);
+    buffer->release();
+}
+
+class UnnamedVideoTypeTest : public OgmTrackTest, public ::testing::WithParamInterface<uint32_t> {};
+
+TEST_P(UnnamedVideoTypeTest, LosesItsHeaderByteAndCarriesASyncFlag) {
+    MediaBufferHelper* buffer = trackWith(GetParam(), {0x08, 1, 2}).dequeueFrame(0);
+    ASSERT_NE(buffer, nullptr);
+    EXPECT_EQ(bytesOf(buffer), (Bytes{1, 2}));
+    EXPECT_EQ(int32Of(buffer->meta_data(), AMEDIAFORMAT_KEY_IS_SYNC_FRAME), 1);
+    buffer->release();
+}
+
+INSTANTIATE_TEST_SUITE_P(Types, UnnamedVideoTypeTest, ::testing::Values(16u, 21u));
+
+class UnknownTypeTest : public OgmTrackTest, public ::testing::WithParamInterface<uint32_t> {};
+
+TEST_P(UnknownTypeTest, HandsNothingOutAndKeepsThePacket) {
+    OgmTrack& track = trackWith(GetParam(), {0x08, 1, 2});
+    const LogLine line = errorLine(
+            formatted("dequeueFrame:Unknow track type:%d\n", static_cast<int>(GetParam())));
+    EXPECT_EQ(track.dequeueFrame(0), nullptr);
+    EXPECT_EQ(track.dequeueFrame(0), nullptr);
+    EXPECT_EQ(mEvents.lines(), (std::vector{line, line}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Types, UnknownTypeTest,
+                         ::testing::Values(0u, 10u, 15u, 17u, 20u, 27u, 30u));
+
+}  // namespace
+}  // namespace android::ogm::test
