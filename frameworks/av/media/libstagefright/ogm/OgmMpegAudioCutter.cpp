@@ -71,8 +71,9 @@ sp<ABuffer> OgmTrack::dequeueAccessUnitMpegAudio() {
 }
 
 /**
- * Looks for the header that all frames of the stream agree with. The search goes on behind the
- * header that confirmed it, so the first frame of a stream is given up and charged to the second.
+ * Looks for the header that all frames of the stream agree with. This call's search for a frame
+ * goes on at the header that confirmed it: if the second frame is whole by then, the first is given
+ * up and charged to it. Otherwise the next call begins at the first frame again.
  */
 bool OgmTrack::lockMpegAudio(ByteView data, uint64_t* offset) {
     if (ogm::findMP3Header(data, offset, &mMP3Header) == ogm::kMP3HeaderFound) {

@@ -125,6 +125,8 @@ struct Candidate {
     uint64_t offset;
     uint32_t header = 0;
     uint64_t frameSize = 0;
+    /** Nothing from `offset` on looks like a header, so it need not be searched again. */
+    bool isLast = false;
 };
 
 /**
@@ -132,6 +134,9 @@ struct Candidate {
  * looked like a header is left in hand, and without that the candidate as it was.
  */
 void findCandidate(ByteView data, Candidate* candidate) {
+    if (candidate->isLast) {
+        return;
+    }
     for (uint64_t position = candidate->offset; position + kHeaderSize < data.size(); ++position) {
         const ByteView here = data.from(position);
         if (!IsPlausibleMPEGAudioSync(here)) {
@@ -143,6 +148,7 @@ void findCandidate(ByteView data, Candidate* candidate) {
             return;
         }
     }
+    candidate->isLast = true;
 }
 
 /** Whether the stream goes on with a header like the candidate's at the end of its frame. */
@@ -213,8 +219,8 @@ bool GetMPEGAudioFrameSize(uint32_t header, uint64_t* frameSize, int32_t* sample
 }
 
 int32_t FindMatchingMPEGAudioHeader(ByteView data, int32_t length, uint32_t reference) {
-    constexpr auto kSize = static_cast<int32_t>(kHeaderSize);
-    for (int32_t position = 0; position <= length - kSize; ++position) {
+    const int64_t last = int64_t{length} - static_cast<int64_t>(kHeaderSize);
+    for (int32_t position = 0; position <= last; ++position) {
         if (agree(data.u32be(static_cast<size_t>(position)), reference)) {
             return position;
         }

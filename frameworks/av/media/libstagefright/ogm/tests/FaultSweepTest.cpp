@@ -30,7 +30,8 @@ ReadFault faultFrom(size_t first, Fault fault, Lasting lasting, size_t budget) {
         if (request.index >= budget) {
             return 0;
         }
-        const bool hit = lasting == Lasting::kOnce ? request.index == first : request.index >= first;
+        const bool hit =
+                lasting == Lasting::kOnce ? request.index == first : request.index >= first;
         if (!hit) {
             return std::nullopt;
         }
@@ -212,9 +213,9 @@ TEST_F(FaultSweepTest, EveryReadOfAFileWithDividedPacketsAndJunkMayFail) {
     file.addHeader(1, mpeg);
     file.addHeader(2, ac3);
     file.addHeader(3, textHeader());
-    file.add(OggPage(1).granule(1).packet(
-            dataPacket(kSyncPacket, joined({visualObjectSequence(), VideoObjectLayer().bytes(),
-                                            videoObjectPlane(0)}))));
+    file.add(OggPage(1).granule(1).packet(dataPacket(
+            kSyncPacket,
+            joined({visualObjectSequence(), VideoObjectLayer().bytes(), videoObjectPlane(0)}))));
     for (uint32_t i = 1; i < 7; ++i) {
         const Bytes divided = dataPacket(kPlainPacket, videoObjectPlane(i % 3, 599, i));
         file.add(OggPage(1).granule(i).openPacket(head(divided, 510)));

@@ -181,9 +181,9 @@ TEST_F(FaultTest, AFailedHeaderOfTheNextGranuleNamesItsPlace) {
     source().setFault(faultOnHit(pageOffset(12), 2, 26));
     read(5);
     const auto offset = static_cast<unsigned>(pageOffset(12));
-    EXPECT_EQ(mEvents.count(infoLine(formatted("failed to read 27 bytesat offset 0x%08x\n",
-                                               offset))),
-              1u);
+    EXPECT_EQ(
+            mEvents.count(infoLine(formatted("failed to read 27 bytesat offset 0x%08x\n", offset))),
+            1u);
     EXPECT_EQ(mEvents.count(errorLine(formatted(
                       "getNextGranulePosition:Cannot read a page header, at 0x%08X\n", offset))),
               1u);

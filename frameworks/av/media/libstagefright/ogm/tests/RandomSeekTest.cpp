@@ -83,8 +83,8 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
           mExtractor(openFile(mSource)) {
         mFacts = tracksOf(mFile, mBytes, mExtractor);
         // The selected track comes first from here on.
-        std::rotate(mFacts.begin(),
-                    mFacts.begin() + static_cast<ptrdiff_t>(GetParam().selected), mFacts.end());
+        std::rotate(mFacts.begin(), mFacts.begin() + static_cast<ptrdiff_t>(GetParam().selected),
+                    mFacts.end());
         runStraight();
         startTracks();
     }
@@ -215,9 +215,9 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
         const int64_t durationUs =
                 mExtractor.fileFormat().int64(AMEDIAFORMAT_KEY_DURATION).value_or(0);
         const int64_t end = durationUs != 0 ? durationUs : endUs();
-        std::vector<int64_t> times{INT64_MIN / 2, -5000000,     -1,         0,        1,
-                                   2999999,       3000000,      3000001,    end / 3,  end * 2 / 3,
-                                   end - 200001,  end - 200000, end - 199999, end - 1, end,
+        std::vector<int64_t> times{INT64_MIN / 2, -5000000,      -1,           0,       1,
+                                   2999999,       3000000,       3000001,      end / 3, end * 2 / 3,
+                                   end - 200001,  end - 200000,  end - 199999, end - 1, end,
                                    end + 1,       end + 5000000, INT64_MAX};
         for (const ReadResult& result : mStraight[0].results) {
             if (result.isSyncFrame == 1) {

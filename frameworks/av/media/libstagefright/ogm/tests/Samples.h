@@ -12,8 +12,8 @@ namespace android::ogm::test {
 
 /** The samples in data/samples, without the long one. */
 inline constexpr const char* kShortSamples[] = {
-        "divx3_pcm16", "h264_mp3vbr",    "mjpeg",         "mpeg2_ac3",    "mpeg4_2997_ac3",
-        "mpeg4_b_mp3", "mpeg4_mp3_ac3",  "mpeg4_pcm8",    "mpeg4_vorbis", "xvid_refused_mp3"};
+        "divx3_pcm16", "h264_mp3vbr",   "mjpeg",      "mpeg2_ac3",    "mpeg4_2997_ac3",
+        "mpeg4_b_mp3", "mpeg4_mp3_ac3", "mpeg4_pcm8", "mpeg4_vorbis", "xvid_refused_mp3"};
 /** The one that is long enough for a duration. */
 inline constexpr char kLongSample[] = "long_mpeg4_mp3";
 

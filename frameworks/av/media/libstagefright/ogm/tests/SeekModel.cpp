@@ -65,8 +65,8 @@ PagedFile::PagedFile(const Bytes& bytes) : size(static_cast<int64_t>(bytes.size(
 
 void PagedFile::addPage(const Bytes& bytes, size_t offset, const Bytes& lacing) {
     std::vector<Bytes> packets(1);
-    auto position = bytes.begin() + static_cast<ptrdiff_t>(offset + kPageHeaderSize +
-                                                           lacing.size());
+    auto position =
+            bytes.begin() + static_cast<ptrdiff_t>(offset + kPageHeaderSize + lacing.size());
     for (const uint8_t value : lacing) {
         packets.back().insert(packets.back().end(), position, position + value);
         position += value;

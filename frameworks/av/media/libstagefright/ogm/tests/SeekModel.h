@@ -54,7 +54,8 @@ class SeekModel {
   public:
     struct TrackModel {
         uint32_t serialNo;
-        /** Whether a packet comes out at all; audio that is cut anew drops packets without frames. */
+        /** Whether a packet comes out at all; audio that is cut anew drops packets without frames.
+         */
         std::function<bool(size_t packet)> isDelivered;
         std::function<bool(size_t packet)> isSync;
     };

@@ -293,6 +293,35 @@ TEST_F(SeekTest, TheFrameHeaderThatMpegAudioAgreedOnSurvivesASeek) {
     EXPECT_THAT(mEvents.linesBeginning("mMP3Header:"), IsEmpty());
 }
 
+TEST_F(SeekTest, HalfAnAudioFrameIsForgotten) {
+    AudioHeader header;
+    header.subtype = "2000";
+    header.samplesPerUnit = 48000;
+    Bytes frames;
+    const auto frameOf = [](uint32_t index) {
+        Ac3Frame frame;
+        frame.frameSizeCode = 0;
+        frame.seed = index;
+        return frame.bytes();
+    };
+    for (uint32_t i = 0; i < 60; ++i) {
+        append(frames, frameOf(i));
+    }
+    // A frame and a half in each packet: ten frames are queued when half of another is waiting.
+    OgmFile file;
+    file.addHeader(1, header);
+    for (uint32_t i = 0; i < 40; ++i) {
+        file.addData(1, (i + 1) * 2304, audioPacket(head(tail(frames, i * 192), 192)));
+    }
+    OpenedFile opened = openQuietly(file);
+    auto track = opened->startedTrack(0);
+    EXPECT_EQ(track->read().bytes, frameOf(0));
+    EXPECT_EQ(track->readAt(0).bytes, frameOf(0));
+    for (uint32_t i = 1; i < 12; ++i) {
+        EXPECT_EQ(track->read().bytes, frameOf(i));
+    }
+}
+
 TEST_F(SeekTest, ACursorThatIsSetAnewWithoutASeekKeepsWhatIsQueued) {
     // Where data begins the file, the cursor counts as not set before every packet. It goes back
     // to the first page each time, with timing anew, but queue and assembly go on.

@@ -125,6 +125,12 @@ TEST_F(DtsCutterTest, TwoSyncWordsInARowMakeAFrameOfFourBytes) {
                 ElementsAre(AccessUnit{head(frame(1), 4), 1000}));
 }
 
+TEST_F(DtsCutterTest, NineBytesAreEnoughForAFrameOfASyncWord) {
+    const Bytes sync = head(frame(1), 4);
+    EXPECT_THAT(feed(joined({sync, sync}), 1000), IsEmpty());
+    EXPECT_THAT(feed({0x55}, 2000), ElementsAre(AccessUnit{sync, 1000}));
+}
+
 TEST_F(DtsCutterTest, AFrameHasTheTimeOfThePieceInWhichItBegins) {
     const Bytes stream = joined({frame(1), frame(2), frame(3)});
     EXPECT_THAT(feed(head(stream, 400), 5000), ElementsAre(AccessUnit{frame(1), 5000}));
