@@ -146,22 +146,23 @@ TEST_F(PrintTest, TheFormatSeesTheCallersErrno) {
 }
 
 TEST_F(PrintTest, SeveralThreadsMayLogAndReconfigureAtOnce) {
-    constexpr int kThreads = 4;
-    constexpr int kMessages = 200;
+    constexpr size_t kThreads = 4;
+    constexpr size_t kMessages = 200;
     std::vector<std::thread> threads;
-    for (int i = 0; i < kThreads; ++i) {
+    threads.reserve(kThreads);
+    for (size_t i = 0; i < kThreads; ++i) {
         threads.emplace_back([] {
-            for (int n = 0; n < kMessages; ++n) {
+            for (size_t n = 0; n < kMessages; ++n) {
                 __android_log_set_default_tag("log_test");
                 __android_log_set_minimum_priority(ANDROID_LOG_DEFAULT);
-                __android_log_print(ANDROID_LOG_INFO, nullptr, "%d", n);
+                __android_log_print(ANDROID_LOG_INFO, nullptr, "%zu", n);
             }
         });
     }
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(size_t{kThreads * kMessages}, entries().size());
+    EXPECT_EQ(kThreads * kMessages, entries().size());
 }
 
 }  // namespace

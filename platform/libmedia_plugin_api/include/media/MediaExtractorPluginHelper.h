@@ -144,7 +144,8 @@ class MediaTrackHelper {
     virtual media_status_t stop() = 0;
     virtual media_status_t getFormat(AMediaFormat* format) = 0;
     /** `*buffer` is null on entry. */
-    virtual media_status_t read(MediaBufferHelper** buffer, const ReadOptions* options = nullptr) = 0;
+    virtual media_status_t read(MediaBufferHelper** buffer,
+                                const ReadOptions* options = nullptr) = 0;
     virtual bool supportsNonBlockingRead() { return false; }
 
   protected:
