@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Arguments.h"
+
+#include <android/log.h>
+
+#include <CLI/CLI.hpp>
+#include <map>
+#include <string>
+#include <utility>
+
+#include "TimeText.h"
+
+namespace ogmprobe {
+namespace {
+
+constexpr const char* kExitCodes =
+        "Exit codes: 0 done, 1 wrong usage, 2 a file cannot be opened, read or written,\n"
+        "3 the plug-in does not take the file, 4 the extractor died or got stuck. With several\n"
+        "files all are tried and the largest code counts. Data goes to standard output,\n"
+        "everything else to standard error.";
+
+constexpr const char* kInfoExamples =
+        "Examples:\n"
+        "  ogmprobe info film.ogm\n"
+        "  ogmprobe info --json *.ogm | jq '.files[].tracks[].codec'";
+
+constexpr const char* kPacketsExamples =
+        "A line has the track, the time in seconds, the time until the track's next buffer (less\n"
+        "than 0 where pictures are stored in another order than shown), the size in bytes, K for "
+        "a\n"
+        "sync frame, and the bytes' 64-bit FNV-1a digest.\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe packets film.ogm\n"
+        "  ogmprobe packets film.ogm --track 0 --count 10\n"
+        "  ogmprobe packets film.ogm --seek 30 --seek 12.5 --count 1";
+
+constexpr const char* kSeekTestExamples =
+        "Examples:\n"
+        "  ogmprobe seektest film.ogm\n"
+        "  ogmprobe seektest film.ogm --steps 100 --json";
+
+constexpr const char* kExtractExamples =
+        "Files are named after FILE and the track: film.ogm gives film.track0.m4v and so on. "
+        "Until\n"
+        "a file is whole, \".part\" is added to its name. Streams follow as the plug-in gives "
+        "them,\n"
+        "without an Ogg comment header in front; PCM gets a WAV header, VP8 an IVF header, and "
+        "MPEG-4\n"
+        "its configuration where the stream does not begin with it.\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe extract film.ogm -o streams\n"
+        "  ogmprobe extract film.ogm -o streams --track 1 --force";
+
+const std::map<std::string, int> kLogLevels = {
+        {"verbose", ANDROID_LOG_VERBOSE}, {"debug", ANDROID_LOG_DEBUG},
+        {"info", ANDROID_LOG_INFO},       {"warn", ANDROID_LOG_WARN},
+        {"error", ANDROID_LOG_ERROR},     {"silent", ANDROID_LOG_SILENT},
+};
+
+const std::map<std::string, ColorMode> kColorModes = {
+        {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
+
+// The names alone: the mapped numbers mean nothing to a reader of the help.
+template <typename T>
+CLI::CheckedTransformer oneOf(const std::map<std::string, T>& values, const std::string& names) {
+    CLI::CheckedTransformer transformer(values);
+    transformer.description(names);
+    return transformer;
+}
+
+// Without its name in the help, which would stand next to the value's own.
+CLI::Validator unnamed(CLI::Validator validator) {
+    validator.description("");
+    return validator;
+}
+
+void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
+    app.add_option("--plugin", options.pluginPath,
+                   "The plug-in's library (default: the one beside the program)")
+            ->type_name("PATH");
+    app.add_option("--log", options.logPriority,
+                   "Show the plug-in's log lines from this level on (default: none)")
+            ->type_name("LEVEL")
+            ->transform(oneOf(kLogLevels, "verbose|debug|info|warn|error|silent"));
+    app.add_option("--color", options.color, "Colour: auto heeds NO_COLOR and the terminal")
+            ->type_name("WHEN")
+            ->transform(oneOf(kColorModes, "auto|always|never"));
+    app.add_option("--timeout", options.timeoutSeconds,
+                   "How long the plug-in may stand still, ten times that in one call; 0: for ever")
+            ->type_name("SECONDS")
+            ->capture_default_str()
+            ->check(unnamed(CLI::NonNegativeNumber));
+}
+
+void addTracks(CLI::App& command, std::vector<size_t>& tracks) {
+    command.add_option("--track", tracks, "Only this track; may be given again")
+            ->type_name("N")
+            ->check(unnamed(CLI::NonNegativeNumber))
+            ->allow_extra_args(false);
+}
+
+void addFile(CLI::App& command, std::string& file) {
+    command.add_option("file", file, "A media file")->type_name("FILE")->required();
+}
+
+void addJson(CLI::App& command, bool& json, const char* description) {
+    command.add_flag("--json", json, description);
+}
+
+CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
+                     const char* examples) {
+    CLI::App* command = app.add_subcommand(name, description);
+    // Options of every command may stand after its name too.
+    command->fallthrough();
+    command->footer(examples);
+    return command;
+}
+
+void addInfo(CLI::App& app, InfoOptions& options) {
+    CLI::App* command = addCommand(
+            app, "info", "Show what the files are and which tracks they hold", kInfoExamples);
+    command->add_option("files", options.files, "Media files")->type_name("FILE")->required();
+    addJson(*command, options.json, "A JSON document; times are whole microseconds");
+}
+
+void addSeeks(CLI::App& command, std::vector<int64_t>& seeksUs) {
+    const auto add = [&seeksUs](const std::string& text) {
+        const auto timeUs = parseSeconds(text);
+        if (timeUs) {
+            seeksUs.push_back(*timeUs);
+        }
+        return timeUs.has_value();
+    };
+    command.add_option_function<std::vector<std::string>>(
+                   "--seek",
+                   [add](const std::vector<std::string>& texts) {
+                       for (const std::string& text : texts) {
+                           if (!add(text)) {
+                               throw CLI::ConversionError(text, "--seek");
+                           }
+                       }
+                   },
+                   "Seek there as players do, then read on; may be given again")
+            ->type_name("SECONDS")
+            ->allow_extra_args(false);
+}
+
+void addPackets(CLI::App& app, PacketsOptions& options) {
+    CLI::App* command =
+            addCommand(app, "packets", "List the buffers of all tracks in the order of their times",
+                       kPacketsExamples);
+    addFile(*command, options.file);
+    addTracks(*command, options.tracks);
+    addSeeks(*command, options.seeksUs);
+    command->add_option("--count", options.count, "At most so many buffers of each track")
+            ->type_name("N")
+            ->check(unnamed(CLI::PositiveNumber));
+    addJson(*command, options.json, "JSON lines; times are whole microseconds");
+}
+
+void addSeekTest(CLI::App& app, SeekTestOptions& options) {
+    CLI::App* command = addCommand(app, "seektest",
+                                   "Seek to evenly spaced times and show where each seek lands "
+                                   "and what it costs",
+                                   kSeekTestExamples);
+    addFile(*command, options.file);
+    command->add_option("--steps", options.steps, "Spaces between the targets")
+            ->type_name("N")
+            ->capture_default_str()
+            ->check(unnamed(CLI::Range(1, 1000000)));
+    addJson(*command, options.json, "A JSON document; times are whole microseconds");
+}
+
+void addExtract(CLI::App& app, ExtractOptions& options) {
+    CLI::App* command =
+            addCommand(app, "extract", "Write each track's buffers into a file", kExtractExamples);
+    addFile(*command, options.file);
+    command->add_option("-o,--output", options.folder, "Folder for the files, made if need be")
+            ->type_name("DIR")
+            ->required();
+    addTracks(*command, options.tracks);
+    command->add_flag("--force", options.force, "Overwrite files that exist");
+}
+
+/** Room for the options of all commands, of which one is then taken. */
+struct Collected {
+    GlobalOptions global;
+    InfoOptions info;
+    PacketsOptions packets;
+    SeekTestOptions seekTest;
+    ExtractOptions extract;
+};
+
+Options chosen(const CLI::App& app, Collected collected) {
+    const std::string name = app.get_subcommands().front()->get_name();
+    CommandOptions command = std::move(collected.info);
+    if (name == "packets") {
+        command = std::move(collected.packets);
+    } else if (name == "seektest") {
+        command = std::move(collected.seekTest);
+    } else if (name == "extract") {
+        command = std::move(collected.extract);
+    }
+    return {std::move(collected.global), std::move(command)};
+}
+
+}  // namespace
+
+std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv, std::ostream& out,
+                                               std::ostream& err) {
+    CLI::App app("Plays the media framework's part for a media-extractor plug-in.", "ogmprobe");
+    app.set_version_flag("--version", "ogmprobe " OGMPROBE_VERSION);
+    app.footer(kExitCodes);
+    app.require_subcommand(1);
+    Collected collected;
+    addGlobalOptions(app, collected.global);
+    addInfo(app, collected.info);
+    addPackets(app, collected.packets);
+    addSeekTest(app, collected.seekTest);
+    addExtract(app, collected.extract);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error, out, err) == 0 ? ExitCode::kDone : ExitCode::kUsage;
+    }
+    return chosen(app, std::move(collected));
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "ExitCode.h"
+#include "Options.h"
+#include "Session.h"
+
+namespace ogmprobe {
+
+// Each command reports what goes wrong and returns the code for it. They throw `ClosedPipe`, and
+// `ProbeError` when standard output cannot be written.
+
+ExitCode runInfo(const InfoOptions& options, Session& session);
+ExitCode runPackets(const PacketsOptions& options, Session& session);
+ExitCode runSeekTest(const SeekTestOptions& options, Session& session);
+ExitCode runExtract(const ExtractOptions& options, Session& session);
+
+}  // namespace ogmprobe

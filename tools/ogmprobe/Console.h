@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ogmprobe {
+
+enum class ColorMode { kAuto, kAlways, kNever };
+
+/**
+ * Whether to colour what goes to the descriptor. The option beats `NO_COLOR`, which beats the
+ * terminal; `NO_COLOR` counts when it is set and not empty.
+ */
+bool wantsColor(ColorMode mode, int descriptor);
+
+/** The text in bold, if colour is wanted. */
+std::string emphasised(std::string_view text, bool color);
+
+/** Everything that is not data: messages and the progress line, on standard error. */
+class Console {
+  public:
+    explicit Console(ColorMode mode);
+    ~Console();
+
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+
+    /** "ogmprobe: error: SUBJECT: MESSAGE"; the subject may be empty. */
+    void error(std::string_view subject, std::string_view message);
+    void warning(std::string_view subject, std::string_view message);
+
+    /**
+     * Shows the text in place of the progress line before. Nothing happens unless standard error is
+     * a terminal. A message, or the end, wipes the line.
+     */
+    void showProgress(std::string_view text);
+    void clearProgress();
+
+  private:
+    void message(std::string_view kind, const char* color, std::string_view subject,
+                 std::string_view text);
+
+    const bool mColor;
+    const bool mTerminal;
+    bool mProgressShown = false;
+};
+
+}  // namespace ogmprobe

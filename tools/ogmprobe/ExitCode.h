@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace ogmprobe {
+
+/** What the program tells its caller. With several files the largest one counts. */
+enum class ExitCode : int {
+    kDone = 0,
+    /** The command line is wrong. */
+    kUsage = 1,
+    /** A file cannot be opened, read or written. */
+    kFile = 2,
+    /** The plug-in does not take the file. */
+    kNotTaken = 3,
+    /** The extractor died or got stuck. */
+    kDied = 4,
+};
+
+/** Ends the work on one file; `what()` is a sentence for people, without the file's name. */
+class ProbeError : public std::runtime_error {
+  public:
+    ProbeError(ExitCode code, const std::string& message)
+        : std::runtime_error(message), mCode(code) {}
+
+    ExitCode code() const { return mCode; }
+
+  private:
+    ExitCode mCode;
+};
+
+}  // namespace ogmprobe

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <media/NdkMediaFormat.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ogmprobe {
+
+/** An `AMediaFormat` that is deleted with this object. Values of another type count as absent. */
+class Format {
+  public:
+    Format() : mFormat(AMediaFormat_new()) {}
+
+    /** For the plug-in to fill; stays owned by this object. */
+    AMediaFormat* get() const { return mFormat.get(); }
+
+    std::optional<int32_t> int32(const char* key) const;
+    std::optional<int64_t> int64(const char* key) const;
+    std::optional<std::string> string(const char* key) const;
+    /** A copy of the bytes. */
+    std::optional<std::vector<uint8_t>> buffer(const char* key) const;
+
+  private:
+    struct Delete {
+        void operator()(AMediaFormat* format) const { AMediaFormat_delete(format); }
+    };
+    std::unique_ptr<AMediaFormat, Delete> mFormat;
+};
+
+}  // namespace ogmprobe

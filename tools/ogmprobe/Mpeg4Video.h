@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace ogmprobe {
+
+/**
+ * The bytes from the first video object layer (ISO/IEC 14496-2, start codes 00 00 01 20 to 2F) on
+ * that stands before any picture; empty if there is none.
+ */
+std::span<const uint8_t> videoObjectLayer(std::span<const uint8_t> stream);
+
+}  // namespace ogmprobe

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace ogmprobe {
+
+/** What a track gave in one buffer: a packet or an access unit. */
+struct Packet {
+    int64_t timeUs = 0;
+    bool isSync = false;
+    std::vector<uint8_t> bytes;
+};
+
+}  // namespace ogmprobe

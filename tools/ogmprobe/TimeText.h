@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ogmprobe {
+
+/** Seconds with six decimals: -1500000 is "-1.500000". */
+std::string secondsText(int64_t timeUs);
+/** The same, or "-" without a time. */
+std::string secondsText(std::optional<int64_t> timeUs);
+
+/** Hours, minutes, seconds and milliseconds: "0:01:30.000"; "unknown" for 0, less or nothing. */
+std::string durationText(std::optional<int64_t> durationUs);
+
+/** Seconds as a decimal number, to the nearest microsecond; nothing for any other text. */
+std::optional<int64_t> parseSeconds(std::string_view text);
+
+}  // namespace ogmprobe

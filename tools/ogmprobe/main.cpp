@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <android/log.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <sstream>
+#include <variant>
+
+#include "Arguments.h"
+#include "Commands.h"
+#include "Console.h"
+#include "Death.h"
+#include "ExitCode.h"
+#include "Output.h"
+#include "Session.h"
+#include "Watchdog.h"
+
+namespace ogmprobe {
+namespace {
+
+void chooseLogLines(const GlobalOptions& options) {
+    __android_log_set_minimum_priority(options.logPriority.value_or(ANDROID_LOG_SILENT));
+}
+
+struct RunCommand {
+    Session& session;
+
+    ExitCode operator()(const InfoOptions& options) const { return runInfo(options, session); }
+    ExitCode operator()(const PacketsOptions& options) const {
+        return runPackets(options, session);
+    }
+    ExitCode operator()(const SeekTestOptions& options) const {
+        return runSeekTest(options, session);
+    }
+    ExitCode operator()(const ExtractOptions& options) const {
+        return runExtract(options, session);
+    }
+};
+
+ExitCode runCommand(const Options& options, Console& console, Output& output) {
+    chooseLogLines(options.global);
+    death::catchAll();
+    const Watchdog watchdog{Watchdog::Duration(options.global.timeoutSeconds)};
+    Session session{options.global, console, output};
+    const ExitCode code = std::visit(RunCommand{session}, options.command);
+    output.flush();
+    return code;
+}
+
+ExitCode run(int argc, const char* const* argv) {
+    Output output(STDOUT_FILENO);
+    std::ostringstream help;
+    const auto parsed = parseArguments(argc, argv, help, std::cerr);
+    const Options* options = std::get_if<Options>(&parsed);
+    Console console(options != nullptr ? options->global.color : ColorMode::kAuto);
+    try {
+        if (options != nullptr) {
+            return runCommand(*options, console, output);
+        }
+        output.write(help.str());
+        output.flush();
+        return std::get<ExitCode>(parsed);
+    } catch (const ClosedPipe&) {
+        return ExitCode::kDone;
+    } catch (const ProbeError& error) {
+        console.error("", error.what());
+        return error.code();
+    } catch (const std::exception& error) {
+        console.error("", error.what());
+        return ExitCode::kFile;
+    }
+}
+
+}  // namespace
+}  // namespace ogmprobe
+
+int main(int argc, char** argv) {
+    // A reader that goes away is noticed when writing.
+    std::signal(SIGPIPE, SIG_IGN);
+    return static_cast<int>(ogmprobe::run(argc, argv));
+}

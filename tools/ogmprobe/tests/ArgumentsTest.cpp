@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Arguments.h"
+
+#include <android/log.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace ogmprobe {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ArgumentsTest : public testing::Test {
+  protected:
+    std::variant<Options, ExitCode> parse(std::vector<const char*> arguments) {
+        arguments.insert(arguments.begin(), "ogmprobe");
+        mOut.str("");
+        mErr.str("");
+        return parseArguments(static_cast<int>(arguments.size()), arguments.data(), mOut, mErr);
+    }
+
+    template <typename Command>
+    Command command(const std::vector<const char*>& arguments) {
+        const auto parsed = parse(arguments);
+        const Options* options = std::get_if<Options>(&parsed);
+        EXPECT_NE(options, nullptr) << mErr.str();
+        return options != nullptr ? std::get<Command>(options->command) : Command();
+    }
+
+    GlobalOptions global(const std::vector<const char*>& arguments) {
+        const auto parsed = parse(arguments);
+        const Options* options = std::get_if<Options>(&parsed);
+        EXPECT_NE(options, nullptr) << mErr.str();
+        return options != nullptr ? options->global : GlobalOptions();
+    }
+
+    void expectUsageError(const std::vector<const char*>& arguments) {
+        const auto parsed = parse(arguments);
+        const ExitCode* code = std::get_if<ExitCode>(&parsed);
+        ASSERT_NE(code, nullptr);
+        EXPECT_EQ(*code, ExitCode::kUsage);
+        EXPECT_THAT(mOut.str(), IsEmpty());
+        EXPECT_FALSE(mErr.str().empty());
+    }
+
+    std::ostringstream mOut;
+    std::ostringstream mErr;
+};
+
+TEST_F(ArgumentsTest, HasDefaultsForAllOptions) {
+    const GlobalOptions options = global({"info", "a"});
+    EXPECT_EQ(options.pluginPath, "");
+    EXPECT_EQ(options.logPriority, std::nullopt);
+    EXPECT_EQ(options.color, ColorMode::kAuto);
+    EXPECT_EQ(options.timeoutSeconds, 10);
+}
+
+TEST_F(ArgumentsTest, TakesGlobalOptionsBeforeAndAfterTheCommand) {
+    for (const auto& arguments : std::vector<std::vector<const char*>>{
+                 {"--log", "debug", "--plugin", "p", "--color", "never", "info", "a"},
+                 {"info", "a", "--log", "debug", "--plugin", "p", "--color", "never"}}) {
+        const GlobalOptions options = global(arguments);
+        EXPECT_EQ(options.logPriority, ANDROID_LOG_DEBUG);
+        EXPECT_EQ(options.pluginPath, "p");
+        EXPECT_EQ(options.color, ColorMode::kNever);
+    }
+}
+
+TEST_F(ArgumentsTest, TakesSeveralFilesForInfo) {
+    const auto options = command<InfoOptions>({"info", "--json", "a", "b"});
+    EXPECT_THAT(options.files, ElementsAre("a", "b"));
+    EXPECT_TRUE(options.json);
+}
+
+TEST_F(ArgumentsTest, TakesOneValueForEachTrackAndSeekOption) {
+    const auto options = command<PacketsOptions>({"packets", "--track", "0", "--seek", "1.5", "a",
+                                                  "--track", "2", "--seek=-3", "--count", "4"});
+    EXPECT_EQ(options.file, "a");
+    EXPECT_THAT(options.tracks, ElementsAre(0, 2));
+    EXPECT_THAT(options.seeksUs, ElementsAre(1500000, -3000000));
+    EXPECT_EQ(options.count, 4u);
+}
+
+TEST_F(ArgumentsTest, TakesTheGridOfASeekTest) {
+    EXPECT_EQ(command<SeekTestOptions>({"seektest", "a"}).steps, 20u);
+    EXPECT_EQ(command<SeekTestOptions>({"seektest", "a", "--steps", "7"}).steps, 7u);
+}
+
+TEST_F(ArgumentsTest, TakesTheFolderOfAnExtraction) {
+    const auto options =
+            command<ExtractOptions>({"extract", "a", "-o", "dir", "--track", "1", "--force"});
+    EXPECT_EQ(options.file, "a");
+    EXPECT_EQ(options.folder, "dir");
+    EXPECT_THAT(options.tracks, ElementsAre(1));
+    EXPECT_TRUE(options.force);
+}
+
+TEST_F(ArgumentsTest, RefusesWhatItDoesNotKnowOrMisses) {
+    expectUsageError({});
+    expectUsageError({"frobnicate"});
+    expectUsageError({"info"});
+    expectUsageError({"info", "--frobnicate", "a"});
+    expectUsageError({"packets", "a", "b"});
+    expectUsageError({"extract", "a"});
+}
+
+TEST_F(ArgumentsTest, RefusesValuesThatMakeNoSense) {
+    expectUsageError({"info", "a", "--log", "loud"});
+    expectUsageError({"info", "a", "--color", "green"});
+    expectUsageError({"info", "a", "--timeout", "-1"});
+    expectUsageError({"packets", "a", "--track", "-1"});
+    expectUsageError({"packets", "a", "--track", "x"});
+    expectUsageError({"packets", "a", "--seek", "soon"});
+    expectUsageError({"packets", "a", "--count", "0"});
+    expectUsageError({"seektest", "a", "--steps", "0"});
+}
+
+TEST_F(ArgumentsTest, ShowsHelpAndVersionOnTheOutput) {
+    for (const char* option : {"--help", "--version"}) {
+        const auto parsed = parse({option});
+        EXPECT_EQ(std::get<ExitCode>(parsed), ExitCode::kDone);
+        EXPECT_THAT(mOut.str(), HasSubstr("ogmprobe"));
+        EXPECT_THAT(mErr.str(), IsEmpty());
+    }
+}
+
+TEST_F(ArgumentsTest, HasExamplesInTheHelpOfEachCommand) {
+    for (const char* name : {"info", "packets", "seektest", "extract"}) {
+        EXPECT_EQ(std::get<ExitCode>(parse({name, "--help"})), ExitCode::kDone);
+        EXPECT_THAT(mOut.str(), HasSubstr("Examples:\n  ogmprobe " + std::string(name)));
+    }
+}
+
+}  // namespace
+}  // namespace ogmprobe

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Esds.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace ogmprobe {
+namespace {
+
+using testing::ElementsAre;
+using Bytes = std::vector<uint8_t>;
+
+// Sizes in two bytes each, as the extractor writes them; two bytes of configuration.
+const Bytes kEsds = {0x03, 0x80, 0x18,                                // ES descriptor
+                     0x00, 0x07, 0x00,                                // ES_ID, flags
+                     0x04, 0x80, 0x12,                                // decoder configuration
+                     0x40, 0x15, 0x00, 0x01, 0x02,                    // types, buffer size
+                     0x00, 0x00, 0x00, 0x09, 0x00, 0x00, 0x00, 0x08,  // bitrates
+                     0x05, 0x80, 0x02, 0xab, 0xcd};                   // decoder specific info
+
+TEST(EsDescriptor, YieldsItsFieldsAndTags) {
+    const auto es = parseEsDescriptor(kEsds);
+    ASSERT_TRUE(es);
+    EXPECT_THAT(es->tags, ElementsAre(3, 4, 5));
+    EXPECT_EQ(es->esId, 7);
+    EXPECT_EQ(es->flags, 0);
+    ASSERT_TRUE(es->decoderConfig);
+    EXPECT_EQ(es->decoderConfig->objectTypeIndication, 0x40);
+    EXPECT_EQ(es->decoderConfig->streamType, 5);
+    EXPECT_FALSE(es->decoderConfig->upStream);
+    EXPECT_EQ(es->decoderConfig->bufferSizeDb, 0x102u);
+    EXPECT_EQ(es->decoderConfig->maxBitrate, 9u);
+    EXPECT_EQ(es->decoderConfig->avgBitrate, 8u);
+    ASSERT_TRUE(es->decoderConfig->decoderSpecificInfo);
+    EXPECT_THAT(*es->decoderConfig->decoderSpecificInfo, ElementsAre(0xab, 0xcd));
+}
+
+TEST(EsDescriptor, IsRefusedWhenCutAnywhere) {
+    for (size_t size = 0; size < kEsds.size(); ++size) {
+        EXPECT_FALSE(parseEsDescriptor(Bytes(kEsds.begin(), kEsds.begin() + size))) << size;
+    }
+}
+
+TEST(EsDescriptor, IsRefusedWhenAnInnerDescriptorReachesTooFar) {
+    Bytes bytes = kEsds;
+    bytes[24] = 0x03;  // the decoder specific info's size
+    EXPECT_FALSE(parseEsDescriptor(bytes));
+}
+
+TEST(EsDescriptor, IsRefusedUnderAnotherTag) {
+    Bytes bytes = kEsds;
+    bytes[0] = 0x04;
+    EXPECT_FALSE(parseEsDescriptor(bytes));
+}
+
+TEST(EsDescriptor, ReadsSizesOfOneToFourBytesAndNoLonger) {
+    EXPECT_TRUE(parseEsDescriptor(Bytes{3, 3, 0, 1, 0}));
+    EXPECT_TRUE(parseEsDescriptor(Bytes{3, 0x80, 0x80, 0x80, 3, 0, 1, 0}));
+    EXPECT_FALSE(parseEsDescriptor(Bytes{3, 0x80, 0x80, 0x80, 0x80, 3, 0, 1, 0}));
+}
+
+TEST(EsDescriptor, PassesOverTheOptionalFields) {
+    const auto es = parseEsDescriptor(
+            Bytes{3, 16, 0, 1, 0xe0, 0, 2, 3, 'u', 'r', 'l', 0, 3, 6, 3, 9, 9, 9});
+    ASSERT_TRUE(es);
+    EXPECT_THAT(es->tags, ElementsAre(3, 6));
+}
+
+TEST(ObjectTypeName, KnowsTheTypesOfTheStandard) {
+    EXPECT_EQ(objectTypeName(0x20), "MPEG-4 Part 2 video");
+    EXPECT_EQ(objectTypeName(0x40), "MPEG-4 audio");
+    EXPECT_EQ(objectTypeName(0x00), "unknown");
+}
+
+}  // namespace
+}  // namespace ogmprobe

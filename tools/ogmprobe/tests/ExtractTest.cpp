@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "FakeFile.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class ExtractTest : public testing::Test {
+  protected:
+    ProcessResult extract(const nlohmann::json& script, std::vector<std::string> options = {},
+                          const ProcessSetup& setup = {}) {
+        std::vector<std::string> arguments = {"extract", mPlugin.file(script), "-o",
+                                              mPlugin.folder().path("out/deep")};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return FakePlugin::run(arguments, setup);
+    }
+
+    std::string contents(const std::string& name) const {
+        return mPlugin.folder().read("out/deep/" + name);
+    }
+    bool exists(const std::string& name) const {
+        return std::filesystem::exists(mPlugin.folder().path("out/deep/" + name));
+    }
+
+    FakePlugin mPlugin;
+};
+
+TEST_F(ExtractTest, WritesEachTrackIntoAFileNamedAfterIt) {
+    const ProcessResult result = extract(fakeFile({fakeVideo(), fakeAudio()}));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(contents("a.track0.h264"), (std::string{0, 1, 2, 3, 4}));
+    EXPECT_EQ(contents("a.track1.wav").substr(44), "\x11\x11\x22\x22");
+    EXPECT_THAT(result.out, HasSubstr("track 0: H.264, 3 buffers, 5 bytes: "));
+    EXPECT_THAT(result.out, HasSubstr("track 1: PCM, 2 buffers, 48 bytes: "));
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST_F(ExtractTest, LeavesOutACommentHeaderAtTheStartOnly) {
+    auto video = fakeVideo();
+    const nlohmann::json comments = {{"time_us", 0}, {"hex", "766f72626973000000000000000001"}};
+    video["buffers"] = {comments, {{"time_us", 0}, {"hex", "0001"}}, comments};
+    const ProcessResult result = extract(fakeFile({video}));
+    EXPECT_EQ(contents("a.track0.h264").size(), 2u + 15u);
+    EXPECT_THAT(result.out, HasSubstr("3 buffers (comment header left out), 17 bytes"));
+}
+
+TEST_F(ExtractTest, WritesOnlyTheTracksThatAreAskedFor) {
+    extract(fakeFile({fakeVideo(), fakeAudio()}), {"--track", "1"});
+    EXPECT_FALSE(exists("a.track0.h264"));
+    EXPECT_TRUE(exists("a.track1.wav"));
+}
+
+TEST_F(ExtractTest, OverwritesOnlyByForce) {
+    extract(fakeFile({fakeVideo()}));
+    auto other = fakeVideo();
+    other["buffers"][0]["hex"] = "ff";
+    const ProcessResult refused = extract(fakeFile({other}));
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.err, HasSubstr("exists; --force overwrites it"));
+    EXPECT_EQ(contents("a.track0.h264").size(), 5u);
+    EXPECT_EQ(extract(fakeFile({other}), {"--force"}).exitCode, 0);
+    EXPECT_EQ(contents("a.track0.h264").size(), 4u);
+}
+
+TEST_F(ExtractTest, NamesAFileOnlyWhenItsTrackWasReadToTheEnd) {
+    auto video = fakeVideo();
+    video["end"] = -10007;
+    const ProcessResult result = extract(fakeFile({video, fakeAudio()}));
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_FALSE(exists("a.track0.h264"));
+    EXPECT_EQ(contents("a.track0.h264.part").size(), 5u);
+    EXPECT_TRUE(exists("a.track1.wav"));
+    EXPECT_THAT(result.err, HasSubstr("what could be read of track 0 is in "));
+}
+
+TEST_F(ExtractTest, FailsWhereNoFolderCanBeMade) {
+    mPlugin.folder().write("out", "a file in the way");
+    const ProcessResult result = extract(fakeFile({fakeVideo()}));
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.err, HasSubstr("cannot make the folder"));
+}
+
+TEST_F(ExtractTest, ShowsABarOnATerminalAndWipesIt) {
+    ProcessSetup setup;
+    setup.err = StandardStream::kTerminal;
+    const ProcessResult result = extract(fakeFile({fakeVideo()}), {}, setup);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.err, HasSubstr("100 %"));
+    EXPECT_THAT(result.err, testing::EndsWith("\r\033[K"));
+}
+
+TEST_F(ExtractTest, ShowsNoBarInAPipe) {
+    EXPECT_THAT(extract(fakeFile({fakeVideo()})).err, Not(HasSubstr("%")));
+}
+
+}  // namespace
+}  // namespace ogmprobe::test

@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// A plug-in whose "media files" are JSON scripts that say what the extractor is to do:
+//
+//   {"fake": true,                        without it the plug-in does not claim the file
+//    "sniff": MISCHIEF, "create": MISCHIEF,
+//    "container": {KEY: VALUE...},
+//    "tracks": [{"format": {KEY: VALUE...},
+//                "buffers": [{"time_us": 0, "sync": 1, "hex": "00ff"}...],
+//                "start": STATUS,         what `start` returns
+//                "end": MISCHIEF or STATUS, after the last buffer; end of stream by default
+//                "keep": true}]}          holds a buffer until after its group is gone
+//
+// MISCHIEF is one of the words in `misbehave`; "null" makes creation fail. A seek goes to the first
+// buffer at or after its time. What the framework calls is logged at info level.
+#define LOG_TAG "FakeExtractor"
+
+#include <media/MediaExtractorPluginApi.h>
+#include <media/MediaExtractorPluginHelper.h>
+#include <media/NdkMediaFormat.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using nlohmann::json;
+
+constexpr size_t kGroupLimit = 64;
+
+[[noreturn]] void hang() {
+    while (true) {
+        std::this_thread::sleep_for(std::chrono::hours(1));
+    }
+}
+
+[[noreturn]] void readWithoutEnd(android::CDataSource* source) {
+    while (true) {
+        char byte = 0;
+        source->readAt(source->handle, 0, &byte, 1);
+    }
+}
+
+void misbehave(const std::string& what, android::CDataSource* source) {
+    if (what == "crash") {
+        std::raise(SIGSEGV);
+    } else if (what == "abort") {
+        std::abort();
+    } else if (what == "assert") {
+        __android_log_assert("false", LOG_TAG, "CHECK(%s) failed.", "fake");
+    } else if (what == "hang") {
+        hang();
+    } else if (what == "spin") {
+        readWithoutEnd(source);
+    }
+}
+
+std::string readAll(android::CDataSource* source) {
+    off64_t size = 0;
+    source->getSize(source->handle, &size);
+    std::string text(static_cast<size_t>(size), '\0');
+    const ssize_t got = source->readAt(source->handle, 0, text.data(), text.size());
+    text.resize(got > 0 ? static_cast<size_t>(got) : 0);
+    return text;
+}
+
+json parse(android::CDataSource* source) {
+    return json::parse(readAll(source), nullptr, false);
+}
+
+std::string bytesOf(const std::string& hex) {
+    std::string bytes;
+    for (size_t i = 0; i + 1 < hex.size(); i += 2) {
+        bytes.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+    }
+    return bytes;
+}
+
+// Keys that end in "Us" hold 64 bits, as those of the platform do.
+void fill(AMediaFormat* format, const json& values) {
+    for (const auto& [key, value] : values.items()) {
+        if (key == "esds") {
+            const std::string bytes = bytesOf(value.get<std::string>());
+            AMediaFormat_setBuffer(format, key.c_str(), bytes.data(), bytes.size());
+        } else if (value.is_string()) {
+            AMediaFormat_setString(format, key.c_str(), value.get<std::string>().c_str());
+        } else if (key.size() > 2 && key.compare(key.size() - 2, 2, "Us") == 0) {
+            AMediaFormat_setInt64(format, key.c_str(), value.get<int64_t>());
+        } else {
+            AMediaFormat_setInt32(format, key.c_str(), value.get<int32_t>());
+        }
+    }
+}
+
+class FakeTrack : public android::MediaTrackHelper {
+  public:
+    FakeTrack(size_t index, const json& script, android::CDataSource* source)
+        : mIndex(index), mScript(script), mSource(source) {}
+
+    ~FakeTrack() override { ALOGI("free track %zu", mIndex); }
+
+    media_status_t start() override {
+        ALOGI("start track %zu", mIndex);
+        mBufferGroup->init(1, 16, kGroupLimit);
+        return static_cast<media_status_t>(mScript.value("start", 0));
+    }
+
+    media_status_t stop() override {
+        ALOGI("stop track %zu", mIndex);
+        return AMEDIA_OK;
+    }
+
+    media_status_t getFormat(AMediaFormat* format) override {
+        fill(format, mScript["format"]);
+        return AMEDIA_OK;
+    }
+
+    media_status_t read(android::MediaBufferHelper** out, const ReadOptions* options) override {
+        seekIfAsked(options);
+        if (mNext == mScript["buffers"].size()) {
+            return atEnd();
+        }
+        const json& buffer = mScript["buffers"][mNext++];
+        const std::string bytes = bytesOf(buffer.value("hex", ""));
+        mBufferGroup->acquire_buffer(out, false, bytes.size());
+        std::memcpy((*out)->data(), bytes.data(), bytes.size());
+        (*out)->set_range(0, bytes.size());
+        AMediaFormat_clear((*out)->meta_data());
+        if (buffer.contains("time_us")) {
+            AMediaFormat_setInt64((*out)->meta_data(), AMEDIAFORMAT_KEY_TIME_US,
+                                  buffer["time_us"].get<int64_t>());
+        }
+        AMediaFormat_setInt32((*out)->meta_data(), AMEDIAFORMAT_KEY_IS_SYNC_FRAME,
+                              buffer.value("sync", 0));
+        if (mScript.value("keep", false)) {
+            android::MediaBufferHelper* kept = nullptr;
+            mBufferGroup->acquire_buffer(&kept, false, 1);
+        }
+        return AMEDIA_OK;
+    }
+
+  private:
+    void seekIfAsked(const ReadOptions* options) {
+        int64_t timeUs = 0;
+        ReadOptions::SeekMode mode = ReadOptions::SEEK_PREVIOUS_SYNC;
+        if (!options->getSeekTo(&timeUs, &mode)) {
+            return;
+        }
+        ALOGI("seek track %zu to %lld mode %d", mIndex, static_cast<long long>(timeUs), mode);
+        char byte = 0;
+        mSource->readAt(mSource->handle, 0, &byte, 1);
+        mNext = 0;
+        while (mNext < mScript["buffers"].size() &&
+               mScript["buffers"][mNext].value("time_us", int64_t{0}) < timeUs) {
+            ++mNext;
+        }
+    }
+
+    media_status_t atEnd() const {
+        const auto end = mScript.find("end");
+        if (end == mScript.end()) {
+            return AMEDIA_ERROR_END_OF_STREAM;
+        }
+        if (end->is_number()) {
+            return static_cast<media_status_t>(end->get<int>());
+        }
+        misbehave(end->get<std::string>(), mSource);
+        return AMEDIA_ERROR_END_OF_STREAM;
+    }
+
+    const size_t mIndex;
+    const json& mScript;
+    android::CDataSource* const mSource;
+    size_t mNext = 0;
+};
+
+class FakeExtractor : public android::MediaExtractorPluginHelper {
+  public:
+    FakeExtractor(json script, android::CDataSource* source)
+        : mScript(std::move(script)), mSource(source) {}
+
+    ~FakeExtractor() override { ALOGI("free extractor"); }
+
+    size_t countTracks() override {
+        ALOGI("countTracks");
+        return mScript["tracks"].size();
+    }
+
+    android::MediaTrackHelper* getTrack(size_t index) override {
+        ALOGI("getTrack %zu", index);
+        return new FakeTrack(index, mScript["tracks"][index], mSource);
+    }
+
+    media_status_t getTrackMetaData(AMediaFormat* meta, size_t index, uint32_t) override {
+        fill(meta, mScript["tracks"][index]["format"]);
+        return AMEDIA_OK;
+    }
+
+    media_status_t getMetaData(AMediaFormat* meta) override {
+        ALOGI("getMetaData");
+        fill(meta, mScript["container"]);
+        return AMEDIA_OK;
+    }
+
+    const char* name() override {
+        ALOGI("name");
+        return "fake";
+    }
+
+  private:
+    json mScript;
+    android::CDataSource* const mSource;
+};
+
+android::CMediaExtractor* create(android::CDataSource* source, void*) {
+    json script = parse(source);
+    const std::string mischief = script.value("create", "");
+    misbehave(mischief, source);
+    if (mischief == "null") {
+        return nullptr;
+    }
+    return android::wrap(new FakeExtractor(std::move(script), source));
+}
+
+android::CreatorFunc sniff(android::CDataSource* source, float* confidence, void**,
+                           android::FreeMetaFunc*) {
+    const json script = parse(source);
+    if (!script.is_object() || !script.value("fake", false)) {
+        return nullptr;
+    }
+    misbehave(script.value("sniff", ""), source);
+    *confidence = 0.5;
+    return create;
+}
+
+const char* kTypes[] = {"fake", nullptr};
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) android::ExtractorDef GETEXTRACTORDEF() {
+    return {android::EXTRACTORDEF_VERSION,
+            android::UUID("6f1c53a0-7b0a-4d57-9d2e-3a54c1f0e8b7"),
+            1,
+            "Fake Extractor",
+            {.v3 = {sniff, kTypes}}};
+}

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Mpeg4Video.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "Digest.h"
+
+namespace ogmprobe {
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+size_t layerSize(const Bytes& stream) {
+    return videoObjectLayer(stream).size();
+}
+
+TEST(VideoObjectLayer, ReachesFromItsStartCodeToTheEnd) {
+    EXPECT_EQ(layerSize({0, 0, 1, 0x00, 0, 0, 1, 0x20, 7, 8}), 6u);
+    EXPECT_EQ(layerSize({0, 0, 0, 1, 0x2f}), 4u);
+}
+
+TEST(VideoObjectLayer, IsNotLookedForBehindAPicture) {
+    EXPECT_EQ(layerSize({0, 0, 1, 0xb6, 9, 0, 0, 1, 0x20, 7}), 0u);
+}
+
+TEST(VideoObjectLayer, IsMissingWithoutAWholeStartCode) {
+    EXPECT_EQ(layerSize({}), 0u);
+    EXPECT_EQ(layerSize({0, 0, 1}), 0u);
+    EXPECT_EQ(layerSize({0, 0, 1, 0x1f, 0, 0, 1, 0x30, 0, 0, 1}), 0u);
+}
+
+TEST(Digest, MatchesThePublishedValues) {
+    const auto digest = [](std::string_view text) {
+        return fnv1a64(Bytes(text.begin(), text.end()));
+    };
+    EXPECT_EQ(digest(""), 0xcbf29ce484222325);
+    EXPECT_EQ(digest("a"), 0xaf63dc4c8601ec8c);
+    EXPECT_EQ(digest("foobar"), 0x85944171f73967e8);
+}
+
+}  // namespace
+}  // namespace ogmprobe

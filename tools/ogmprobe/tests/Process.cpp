@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Process.h"
+
+#include <fcntl.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <stdexcept>
+#include <thread>
+
+namespace ogmprobe::test {
+namespace {
+
+/** The two ends of a standard stream: the program's, and the one that is read here (or -1). */
+struct Ends {
+    int program = -1;
+    int reader = -1;
+};
+
+Ends connect(StandardStream kind) {
+    int ends[2] = {-1, -1};
+    switch (kind) {
+        case StandardStream::kCaptured:
+        case StandardStream::kClosedPipe:
+            if (pipe2(ends, O_CLOEXEC) != 0) {
+                throw std::runtime_error("no pipe");
+            }
+            break;
+        case StandardStream::kFullDevice:
+            return {open("/dev/full", O_WRONLY | O_CLOEXEC), -1};
+        case StandardStream::kTerminal:
+            if (openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) != 0) {
+                throw std::runtime_error("no terminal");
+            }
+            break;
+    }
+    if (kind == StandardStream::kClosedPipe) {
+        close(ends[0]);
+        return {ends[1], -1};
+    }
+    return {ends[1], ends[0]};
+}
+
+// The reader end of a terminal fails instead of ending when the last writer is gone.
+void readToEnd(int descriptor, std::string& text) {
+    char bytes[4096];
+    ssize_t got = 0;
+    while (descriptor >= 0 && (got = read(descriptor, bytes, sizeof(bytes))) > 0) {
+        text.append(bytes, static_cast<size_t>(got));
+    }
+    close(descriptor);
+}
+
+[[noreturn]] void execProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup,
+                            int out, int err) {
+    dup2(out, STDOUT_FILENO);
+    dup2(err, STDERR_FILENO);
+    for (const auto& [name, value] : setup.environment) {
+        setenv(name.c_str(), value.c_str(), 1);
+    }
+    std::vector<char*> argv = {const_cast<char*>("ogmprobe")};
+    for (const std::string& argument : arguments) {
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    }
+    argv.push_back(nullptr);
+    execv(OGMPROBE_PROGRAM, argv.data());
+    _exit(127);
+}
+
+}  // namespace
+
+ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup) {
+    const Ends out = connect(setup.out);
+    const Ends err = connect(setup.err);
+    const pid_t child = fork();
+    if (child == 0) {
+        execProbe(arguments, setup, out.program, err.program);
+    }
+    close(out.program);
+    close(err.program);
+    ProcessResult result;
+    std::thread errReader(readToEnd, err.reader, std::ref(result.err));
+    readToEnd(out.reader, result.out);
+    errReader.join();
+    int status = 0;
+    waitpid(child, &status, 0);
+    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    return result;
+}
+
+}  // namespace ogmprobe::test

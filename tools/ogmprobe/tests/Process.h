@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ogmprobe::test {
+
+/** How a program ended and what it wrote. */
+struct ProcessResult {
+    /** Less than 0: the signal that ended it. */
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+enum class StandardStream {
+    /** Into the result. */
+    kCaptured,
+    /** A pipe that nobody reads. */
+    kClosedPipe,
+    /** A device that is always full. */
+    kFullDevice,
+    /** A terminal; what is shown on it goes into the result. */
+    kTerminal,
+};
+
+/** How to run a program. */
+struct ProcessSetup {
+    std::vector<std::pair<std::string, std::string>> environment;
+    StandardStream out = StandardStream::kCaptured;
+    StandardStream err = StandardStream::kCaptured;
+};
+
+/** Runs the `ogmprobe` of this build and waits for its end. */
+ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup = {});
+
+}  // namespace ogmprobe::test

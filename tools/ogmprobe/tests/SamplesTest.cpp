@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "Process.h"
+#include "TemporaryFolder.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::string sample(const std::string& name) {
+    return std::string(OGMPROBE_SAMPLES "/") + name;
+}
+
+json infoOf(const std::string& name) {
+    const ProcessResult result = runProbe({"info", "--json", sample(name)});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    return json::parse(result.out)["files"][0];
+}
+
+std::vector<json> buffersOf(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"packets", "--json"});
+    const ProcessResult result = runProbe(arguments);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    std::istringstream lines(result.out);
+    std::vector<json> buffers;
+    for (std::string line; std::getline(lines, line);) {
+        json document = json::parse(line);
+        if (document["type"] == "buffer") {
+            buffers.push_back(std::move(document));
+        }
+    }
+    return buffers;
+}
+
+std::vector<std::string> codecsOf(const std::string& name) {
+    std::vector<std::string> codecs;
+    const json info = infoOf(name);
+    for (const json& track : info["tracks"]) {
+        codecs.push_back(track["codec"]);
+    }
+    return codecs;
+}
+
+std::string beginningOf(const TemporaryFolder& folder, const std::string& name) {
+    return folder.read(name).substr(0, 8);
+}
+
+TEST(Samples, FindThePluginBesideTheProgram) {
+    EXPECT_EQ(runProbe({"info", sample("mpeg4_b_mp3.ogm")}).exitCode, 0);
+}
+
+TEST(Samples, HaveTheCodecsThatWereMuxed) {
+    constexpr const char* kMp3 = "MP3 (MPEG audio layer 3)";
+    EXPECT_THAT(codecsOf("mpeg4_b_mp3.ogm"), ElementsAre("MPEG-4 Part 2", kMp3));
+    EXPECT_THAT(codecsOf("mpeg4_mp3_ac3.ogm"), ElementsAre("MPEG-4 Part 2", kMp3, "AC-3"));
+    EXPECT_THAT(codecsOf("mpeg4_vorbis.ogm"), ElementsAre("MPEG-4 Part 2"));
+    EXPECT_THAT(codecsOf("h264_mp3vbr.ogm"), ElementsAre("H.264", kMp3));
+    EXPECT_THAT(codecsOf("divx3_pcm16.ogm"), ElementsAre("DivX 3", "PCM"));
+    EXPECT_THAT(codecsOf("mpeg2_ac3.ogm"), ElementsAre("MPEG-1/2 video", "AC-3"));
+    EXPECT_THAT(codecsOf("mjpeg.ogm"), ElementsAre("Motion JPEG"));
+    EXPECT_THAT(codecsOf("xvid_refused_mp3.ogm"), ElementsAre(kMp3));
+}
+
+TEST(Samples, HaveTheFormatsThatWereMuxed) {
+    const json file = infoOf("mpeg4_b_mp3.ogm");
+    EXPECT_EQ(file["container"]["mime"], "video/ogm");
+    const json& video = file["tracks"][0];
+    EXPECT_EQ(video["width"], 176);
+    EXPECT_EQ(video["height"], 144);
+    EXPECT_EQ(video["frame_rate"], 25);
+    const json& audio = file["tracks"][1];
+    EXPECT_EQ(audio["sample_rate"], 44100);
+    EXPECT_EQ(audio["channel_count"], 1);
+    EXPECT_EQ(audio["mpeg_audio_layer"], 3);
+}
+
+TEST(Samples, HaveAVideoObjectLayerInTheirEsds) {
+    const json esds = infoOf("mpeg4_b_mp3.ogm")["tracks"][0]["esds"];
+    EXPECT_EQ(esds["valid"], true);
+    EXPECT_EQ(esds["tags"], json({3, 4, 5}));
+    EXPECT_THAT(esds["video_object_layer"].get<std::string>(), testing::StartsWith("00000120"));
+}
+
+TEST(Samples, TellTheDurationOfALongFileOnly) {
+    const int64_t durationUs = infoOf("long_mpeg4_mp3.ogm")["container"]["duration_us"];
+    EXPECT_NEAR(static_cast<double>(durationUs), 90e6, 1e6);
+    EXPECT_THAT(runProbe({"info", sample("mpeg4_b_mp3.ogm")}).out, HasSubstr("duration unknown"));
+}
+
+TEST(Samples, GiveTheirPacketsInTheOrderOfTheirTimes) {
+    std::map<int, int64_t> reachedUs;
+    int64_t lastReachedUs = 0;
+    const auto buffers = buffersOf({sample("mpeg4_mp3_ac3.ogm")});
+    for (const json& buffer : buffers) {
+        int64_t& reached = reachedUs[buffer["track"].get<int>()];
+        reached = std::max(reached, buffer["time_us"].get<int64_t>());
+        EXPECT_GE(reached, lastReachedUs);
+        lastReachedUs = reached;
+    }
+    // 150 pictures and 232 and 188 audio frames were muxed; a few at the end stay inside.
+    EXPECT_EQ(reachedUs.size(), 3u);
+    EXPECT_GT(buffers.size(), 500u);
+    EXPECT_LE(buffers.size(), 570u);
+}
+
+TEST(Samples, StartWithASyncFrameBehindTheCommentHeader) {
+    const auto buffers = buffersOf({sample("long_mpeg4_mp3.ogm"), "--track", "0", "--count", "2"});
+    ASSERT_EQ(buffers.size(), 2u);
+    EXPECT_EQ(buffers[0]["sync"], false);
+    EXPECT_EQ(buffers[1]["sync"], true);
+}
+
+TEST(Samples, LandOnASyncFrameNearTheTargetOfASeek) {
+    const auto buffers = buffersOf(
+            {sample("long_mpeg4_mp3.ogm"), "--track", "0", "--seek", "45", "--count", "1"});
+    ASSERT_EQ(buffers.size(), 1u);
+    EXPECT_EQ(buffers[0]["sync"], true);
+    // There is a key frame every four seconds.
+    EXPECT_NEAR(buffers[0]["time_us"].get<double>(), 45e6, 4e6);
+}
+
+TEST(Samples, PassASeekTest) {
+    const ProcessResult result =
+            runProbe({"seektest", "--json", "--steps", "10", sample("long_mpeg4_mp3.ogm")});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const json document = json::parse(result.out);
+    EXPECT_EQ(document["seeks"].size(), 11u);
+    for (const json& seek : document["seeks"]) {
+        EXPECT_GT(seek["reads"].get<int>(), 0);
+    }
+}
+
+TEST(Samples, ComeOutAsFilesWithTheUsualBeginnings) {
+    const TemporaryFolder folder;
+    for (const char* name : {"mpeg4_mp3_ac3.ogm", "divx3_pcm16.ogm", "h264_mp3vbr.ogm"}) {
+        const ProcessResult result =
+                runProbe({"extract", sample(name), "-o", folder.path().string()});
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        EXPECT_THAT(result.err, IsEmpty());
+    }
+    EXPECT_THAT(beginningOf(folder, "mpeg4_mp3_ac3.track0.m4v"),
+                testing::StartsWith(std::string("\0\0\1", 3)));
+    EXPECT_THAT(beginningOf(folder, "mpeg4_mp3_ac3.track1.mp3"), testing::StartsWith("\xff\xfb"));
+    EXPECT_THAT(beginningOf(folder, "mpeg4_mp3_ac3.track2.ac3"), testing::StartsWith("\x0b\x77"));
+    EXPECT_THAT(beginningOf(folder, "divx3_pcm16.track1.wav"), testing::StartsWith("RIFF"));
+    EXPECT_THAT(beginningOf(folder, "h264_mp3vbr.track0.h264"),
+                testing::StartsWith(std::string("\0\0", 2)));
+}
+
+TEST(Samples, OfAnotherKindAreNotTaken) {
+    const TemporaryFolder folder;
+    const ProcessResult result = runProbe({"info", folder.write("a.txt", "no media file")});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.err, HasSubstr("not recognised"));
+}
+
+}  // namespace
+}  // namespace ogmprobe::test

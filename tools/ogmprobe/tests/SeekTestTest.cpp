@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "FakeFile.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using nlohmann::json;
+using testing::IsEmpty;
+
+TEST(SeekTest, ShowsWhereEachSeekOfTheGridLandsAndWhatItCosts) {
+    const FakePlugin plugin;
+    const ProcessResult result = FakePlugin::run(
+            {"seektest", "--steps", "3", plugin.file(fakeFile({fakeVideo(), fakeAudio()}))});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out,
+              "  Target    Landed  Off target  Sync  Reads  Bytes\n"
+              "0.000000  0.000000    0.000000  yes       2      2\n"
+              "0.040000  0.080000    0.040000  no        2      2\n"
+              "0.080000  0.080000    0.000000  no        2      2\n"
+              "0.120000       end           -  no        2      2\n");
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST(SeekTestJson, HoldsTheLandingsOfAllTracks) {
+    const FakePlugin plugin;
+    const ProcessResult result =
+            FakePlugin::run({"seektest", "--steps", "3", "--json",
+                             plugin.file(fakeFile({fakeAudio(), fakeVideo()}))});
+    const json document = json::parse(result.out);
+    EXPECT_EQ(document["schema_version"], 1);
+    EXPECT_EQ(document["exit_code"], 0);
+    EXPECT_EQ(document["duration_known"], true);
+    EXPECT_EQ(document["last_target_us"], 120000);
+    EXPECT_EQ(document["errors"], json::array());
+    EXPECT_EQ(document["warnings"], json::array());
+    ASSERT_EQ(document["seeks"].size(), 4u);
+    const json& second = document["seeks"][1];
+    EXPECT_EQ(second["target_us"], 40000);
+    EXPECT_EQ(second["landed_us"], 80000);
+    EXPECT_EQ(second["off_target_us"], 40000);
+    EXPECT_EQ(second["sync"], false);
+    EXPECT_EQ(second["reads"], 2);
+    EXPECT_EQ(second["bytes"], 2);
+    EXPECT_EQ(second["tracks"][0], json({{"track", 1}, {"time_us", 80000}, {"sync", false}}));
+    EXPECT_EQ(second["tracks"][1], json({{"track", 0}, {"time_us", nullptr}, {"sync", false}}));
+}
+
+TEST(SeekTest, MeasuresAnUnknownDuration) {
+    const FakePlugin plugin;
+    auto script = fakeFile({fakeVideo()});
+    script["container"]["durationUs"] = 0;
+    const json document = json::parse(
+            FakePlugin::run({"seektest", "--json", "--steps", "2", plugin.file(script)}).out);
+    EXPECT_EQ(document["duration_known"], false);
+    EXPECT_EQ(document["last_target_us"], 80000);
+}
+
+TEST(SeekTest, FailsWithTheReadThatFails) {
+    const FakePlugin plugin;
+    auto video = fakeVideo();
+    video["end"] = -10007;
+    const ProcessResult result =
+            FakePlugin::run({"seektest", "--steps", "2", plugin.file(fakeFile({video}))});
+    EXPECT_EQ(result.exitCode, 2);
+}
+
+}  // namespace
+}  // namespace ogmprobe::test

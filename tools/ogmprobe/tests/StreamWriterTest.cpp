@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "StreamWriter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "TemporaryFolder.h"
+
+namespace ogmprobe {
+namespace {
+
+using testing::ElementsAreArray;
+using Bytes = std::vector<uint8_t>;
+
+const Bytes kPicture = {0, 0, 1, 0xb6, 0x10};
+const Bytes kLayerAndPicture = {0, 0, 1, 0x20, 0x08, 0, 0, 1, 0xb6, 0x10};
+const Bytes kLayer = {0, 0, 1, 0x20, 0x99};
+
+TrackDescription track(const std::string& mime) {
+    TrackDescription track;
+    track.mime = mime;
+    track.codec = codecOf(mime, {});
+    return track;
+}
+
+Bytes operator+(Bytes first, const Bytes& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+// The smallest descriptor around the configuration.
+Bytes esdsAround(const Bytes& configuration) {
+    const auto size = static_cast<uint8_t>(configuration.size());
+    const auto configSize = static_cast<uint8_t>(15 + size);
+    const auto wholeSize = static_cast<uint8_t>(20 + size);
+    return Bytes{3, wholeSize, 0, 0, 0, 4, configSize, 0x20, 0x11} + Bytes(11) + Bytes{5, size} +
+           configuration;
+}
+
+Bytes written(const TrackDescription& track, const std::vector<Packet>& packets) {
+    const test::TemporaryFolder folder;
+    NewFile file(folder.path("x"));
+    const auto writer = makeStreamWriter(track, file);
+    for (const Packet& packet : packets) {
+        writer->write(packet);
+    }
+    writer->finish();
+    file.commit();
+    const std::string contents = folder.read("x");
+    return {contents.begin(), contents.end()};
+}
+
+TEST(RawStream, IsOneBufferAfterTheOther) {
+    EXPECT_THAT(written(track("audio/ac3"), {{0, true, {1, 2}}, {1, true, {}}, {2, true, {3}}}),
+                ElementsAreArray({1, 2, 3}));
+}
+
+TEST(Mpeg4Stream, IsLedByTheConfigurationThatItLacks) {
+    TrackDescription mpeg4 = track("video/mp4v-es");
+    mpeg4.esds = esdsAround(kLayer);
+    EXPECT_EQ(written(mpeg4, {{0, true, kPicture}, {1, false, kPicture}}),
+              kLayer + kPicture + kPicture);
+}
+
+TEST(Mpeg4Stream, StaysAsItIsWithItsOwnConfiguration) {
+    TrackDescription mpeg4 = track("video/mp4v-es");
+    mpeg4.esds = esdsAround(kLayer);
+    EXPECT_EQ(written(mpeg4, {{0, true, kLayerAndPicture}, {1, false, kPicture}}),
+              kLayerAndPicture + kPicture);
+}
+
+TEST(Mpeg4Stream, StaysAsItIsWithoutAnEsdsOrWithADamagedOne) {
+    TrackDescription mpeg4 = track("video/mp4v-es");
+    EXPECT_EQ(written(mpeg4, {{0, true, kPicture}}), kPicture);
+    mpeg4.esds = Bytes{3, 100};
+    EXPECT_EQ(written(mpeg4, {{0, true, kPicture}}), kPicture);
+}
+
+TEST(WavHeader, DescribesSixteenBitSamples) {
+    const Bytes expected = {'R', 'I', 'F',  'F',  40,  0,   0,    0,    'W', 'A', 'V',
+                            'E', 'f', 'm',  't',  ' ', 16,  0,    0,    0,   1,   0,
+                            2,   0,   0x44, 0xac, 0,   0,   0x10, 0xb1, 2,   0,   4,
+                            0,   16,  0,    'd',  'a', 't', 'a',  4,    0,   0,   0};
+    EXPECT_EQ(wavHeader(44100, 2, 4), expected);
+}
+
+TEST(WavHeader, CapsSizesThatItsFieldsCannotHold) {
+    const Bytes header = wavHeader(8000, 1, uint64_t{1} << 33);
+    EXPECT_EQ(Bytes(header.begin() + 4, header.begin() + 8), Bytes(4, 0xff));
+    EXPECT_EQ(Bytes(header.begin() + 40, header.end()), Bytes(4, 0xff));
+}
+
+TEST(WavStream, HasItsSizesFilledInAtTheEnd) {
+    TrackDescription pcm = track("audio/raw");
+    pcm.sampleRate = 8000;
+    pcm.channelCount = 1;
+    EXPECT_EQ(written(pcm, {{0, true, {1, 2}}, {1, true, {3, 4}}}),
+              (wavHeader(8000, 1, 4) + Bytes{1, 2, 3, 4}));
+}
+
+TEST(WavStream, IsFilledUpToAnEvenSizeThatIsNotCounted) {
+    TrackDescription pcm = track("audio/raw");
+    pcm.sampleRate = 8000;
+    pcm.channelCount = 1;
+    EXPECT_EQ(written(pcm, {{0, true, {1, 2}}, {1, true, {7}}}),
+              (wavHeader(8000, 1, 3) + Bytes{1, 2, 7, 0}));
+}
+
+TEST(WavStream, BeginsWithWholeSamplesOfAllChannels) {
+    TrackDescription pcm = track("audio/raw");
+    pcm.sampleRate = 8000;
+    pcm.channelCount = 2;
+    EXPECT_EQ(written(pcm, {{0, true, {1, 2, 3, 4, 5, 6, 7}}, {1, true, {8, 9, 10, 11}}}),
+              (wavHeader(8000, 2, 8) + Bytes{1, 2, 3, 4, 8, 9, 10, 11}));
+}
+
+TEST(IvfStream, HasAHeaderForTheFileAndEachFrame) {
+    TrackDescription vp8 = track("video/x-vnd.on2.vp8");
+    vp8.width = 320;
+    vp8.height = 240;
+    const Bytes expected = {'D', 'K',  'I',  'F',  0, 0, 32, 0, 'V', 'P', '8', '0', 64, 1, 240,
+                            0,   0x40, 0x42, 0x0f, 0, 1, 0,  0, 0,   2,   0,   0,   0,  0, 0,
+                            0,   0,    1,    0,    0, 0, 0,  0, 0,   0,   0,   0,   0,  0, 9,  //
+                            2,   0,    0,    0,    5, 0, 0,  0, 0,   0,   0,   0,   8,  7};
+    EXPECT_EQ(written(vp8, {{0, true, {9}}, {5, false, {8, 7}}}), expected);
+}
+
+}  // namespace
+}  // namespace ogmprobe

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+namespace ogmprobe::test {
+
+/** A folder of its own for a test, gone with this object. */
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::string name = (std::filesystem::temp_directory_path() / "ogmprobe.XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr) {
+            throw std::runtime_error("no temporary folder");
+        }
+        mPath = name;
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(mPath); }
+
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& path() const { return mPath; }
+    std::string path(const std::string& name) const { return (mPath / name).string(); }
+
+    /** Gives the new file's path. */
+    std::string write(const std::string& name, const std::string& contents) const {
+        std::ofstream(mPath / name, std::ios::binary) << contents;
+        return path(name);
+    }
+    std::string read(const std::string& name) const {
+        std::ifstream file(mPath / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+  private:
+    std::filesystem::path mPath;
+};
+
+}  // namespace ogmprobe::test

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "TimeText.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "TimeArithmetic.h"
+
+namespace ogmprobe {
+namespace {
+
+constexpr int64_t kLeast = std::numeric_limits<int64_t>::min();
+constexpr int64_t kGreatest = std::numeric_limits<int64_t>::max();
+
+TEST(SecondsText, HasSixDecimalsAndTheSign) {
+    EXPECT_EQ(secondsText(0), "0.000000");
+    EXPECT_EQ(secondsText(1), "0.000001");
+    EXPECT_EQ(secondsText(90123456), "90.123456");
+    EXPECT_EQ(secondsText(-1500000), "-1.500000");
+    EXPECT_EQ(secondsText(-1), "-0.000001");
+}
+
+TEST(SecondsText, HoldsTheMostNegativeTime) {
+    EXPECT_EQ(secondsText(kLeast), "-9223372036854.775808");
+}
+
+TEST(SecondsText, IsADashWithoutATime) {
+    EXPECT_EQ(secondsText(std::nullopt), "-");
+}
+
+TEST(DurationText, ShowsHoursToMilliseconds) {
+    EXPECT_EQ(durationText(90000000), "0:01:30.000");
+    EXPECT_EQ(durationText(36061001999), "10:01:01.001");
+    EXPECT_EQ(durationText(1), "0:00:00.000");
+}
+
+TEST(DurationText, IsUnknownForNothingZeroAndLess) {
+    EXPECT_EQ(durationText(std::nullopt), "unknown");
+    EXPECT_EQ(durationText(0), "unknown");
+    EXPECT_EQ(durationText(-1), "unknown");
+}
+
+TEST(ParseSeconds, GivesWholeMicroseconds) {
+    EXPECT_EQ(parseSeconds("0"), 0);
+    EXPECT_EQ(parseSeconds("12.5"), 12500000);
+    EXPECT_EQ(parseSeconds("33.366700"), 33366700);
+    EXPECT_EQ(parseSeconds("-0.25"), -250000);
+}
+
+TEST(ParseSeconds, RefusesWhatIsNoNumberOfSeconds) {
+    for (const char* text : {"", "x", "1x", " 1", "1:30", "1e3", "inf", "nan", "99999999999"}) {
+        EXPECT_EQ(parseSeconds(text), std::nullopt) << text;
+    }
+}
+
+TEST(TimeDifference, WrapsWhereItDoesNotFit) {
+    EXPECT_EQ(timeDifferenceUs(40000, 80000), -40000);
+    EXPECT_EQ(timeDifferenceUs(kLeast, 1), kGreatest);
+}
+
+TEST(PartOfTime, ReachesTheWholeInEqualSteps) {
+    EXPECT_EQ(partOfTimeUs(100, 0, 4), 0);
+    EXPECT_EQ(partOfTimeUs(100, 1, 4), 25);
+    EXPECT_EQ(partOfTimeUs(10, 1, 3), 3);
+    EXPECT_EQ(partOfTimeUs(10, 2, 3), 6);
+    EXPECT_EQ(partOfTimeUs(kGreatest, 1000000, 1000000), kGreatest);
+}
+
+}  // namespace
+}  // namespace ogmprobe
