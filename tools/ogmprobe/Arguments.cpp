@@ -88,7 +88,8 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
             ->type_name("WHEN")
             ->transform(oneOf(kColorModes, "auto|always|never"));
     app.add_option("--timeout", options.timeoutSeconds,
-                   "How long the plug-in may stand still, ten times that in one call; 0: for ever")
+                   "Longest standstill of the plug-in; one call may take ten times as long; 0: no "
+                   "limit")
             ->type_name("SECONDS")
             ->capture_default_str()
             ->check(unnamed(CLI::NonNegativeNumber));

@@ -142,6 +142,7 @@ media_status_t OgmExtractor::getTrackMetaData(AMediaFormat* format, size_t index
         ALOGE("%s,invalid index[%d]", "getTrackMetaData", static_cast<int>(index));
         return AMEDIA_ERROR_UNKNOWN;
     }
+    const std::lock_guard<std::mutex> lock(mFormatLock);
     AMediaFormat* const own = mTracks[index].mFormat.get();
     const char* mime = nullptr;
     if (AMediaFormat_getString(own, AMEDIAFORMAT_KEY_MIME, &mime)) {
@@ -154,6 +155,17 @@ media_status_t OgmExtractor::getTrackMetaData(AMediaFormat* format, size_t index
         mThumbnailTimeSet = true;
     }
     AMediaFormat_copy(format, own);
+    return AMEDIA_OK;
+}
+
+media_status_t OgmExtractor::copyFormat(uint32_t serialNo, AMediaFormat* format) {
+    const OgmStreamInfo* const stream = findStream(serialNo);
+    if (stream == nullptr) {
+        return AMEDIA_ERROR_MALFORMED;
+    }
+    const std::lock_guard<std::mutex> lock(mFormatLock);
+    AMediaFormat_setInt64(stream->mFormat.get(), AMEDIAFORMAT_KEY_DURATION, mDuration);
+    AMediaFormat_copy(format, stream->mFormat.get());
     return AMEDIA_OK;
 }
 

@@ -71,13 +71,7 @@ media_status_t OgmTrack::stop() {
 
 media_status_t OgmTrack::getFormat(AMediaFormat* format) {
     ALOGI("getFormat: Track type[%d]", static_cast<int>(mType));
-    const OgmStreamInfo* const stream = mExtractor->findStream(mSerialNo);
-    if (stream == nullptr) {
-        return AMEDIA_ERROR_MALFORMED;
-    }
-    AMediaFormat_setInt64(stream->mFormat.get(), AMEDIAFORMAT_KEY_DURATION, mExtractor->duration());
-    AMediaFormat_copy(format, stream->mFormat.get());
-    return AMEDIA_OK;
+    return mExtractor->copyFormat(mSerialNo, format);
 }
 
 }  // namespace android

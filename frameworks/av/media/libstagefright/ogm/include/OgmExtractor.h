@@ -11,11 +11,10 @@
  * met on the way goes into the queue of the track it belongs to.
  *
  * Threads: `read` of all tracks of one extractor may be called at the same time from any threads;
- * they take turns. Callers serialise everything else, among itself and against every `read` of the
- * same extractor: making a track, its `start` and `stop`, its destruction (which stops it), and the
- * destruction of the extractor, which must outlive its tracks. `getFormat`, `getTrackMetaData` and
- * `getMetaData` may not run at the same time as another call that reads or writes the same stream's
- * format, `read` included.
+ * they take turns. Formats may be asked for meanwhile. Callers serialise everything else, among
+ * itself and against every `read` of the same extractor: making a track, its `start` and `stop`,
+ * its destruction (which stops it), and the destruction of the extractor, which must outlive its
+ * tracks.
  *
  * LOG_TAG must be defined before this header is included.
  */
@@ -207,7 +206,12 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     /** The stream's record, the first one where two have the serial number; null for none. */
     OgmStreamInfo* findStream(uint32_t serialNo);
 
-    int64_t duration() const { return mDuration; }
+    /**
+     * Copies a stream's format, with the duration as it is now; AMEDIA_ERROR_MALFORMED for a serial
+     * number without a record.
+     */
+    media_status_t copyFormat(uint32_t serialNo, AMediaFormat* format);
+
     bool isSelected(uint32_t serialNo) const {
         return static_cast<uint32_t>(mSelectedSerialNo) == serialNo;
     }
@@ -237,7 +241,10 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     void scanToTime(int64_t seekUs);
     void resetTracks();
 
+    /** Held for the whole of every read. */
     std::mutex mExtractorLock;
+    /** Held while a stream's format is changed or copied, and never while anything is read. */
+    std::mutex mFormatLock;
 
     // The file, known once it has been opened.
     std::unique_ptr<DataSourceHelper> mDataSource;

@@ -29,7 +29,7 @@ class CurrentTimeTest : public PluginTest {
         mEvents.clear();
         mLastRead = track.readAt(seekUs);
         const auto lines = mEvents.linesBeginning("mFirstDataPageOffset = ");
-        EXPECT_EQ(lines.size(), 1u);
+        EXPECT_EQ(lines.size(), 1U);
         int64_t timeUs = -1;
         const std::string& text = lines.front().text;
         EXPECT_EQ(sscanf(text.c_str() + text.find("seekTimeUs="), "seekTimeUs=%" SCNd64, &timeUs),

@@ -63,7 +63,7 @@ void expectLegal(const ReadResult& result, bool isVideo) {
             EXPECT_TRUE(result.hasBuffer);
             EXPECT_TRUE(result.timeUs.has_value());
             EXPECT_EQ(result.isSyncFrame.has_value(), isVideo);
-            EXPECT_EQ(result.rangeOffset, 0u);
+            EXPECT_EQ(result.rangeOffset, 0U);
             EXPECT_LE(result.bytes.size(), result.capacity);
             break;
         case AMEDIA_ERROR_END_OF_STREAM:
@@ -222,14 +222,14 @@ TEST_F(FaultSweepTest, EveryReadOfAFileWithDividedPacketsAndJunkMayFail) {
         Ac3Frame frame;
         frame.seed = i;
         file.add(OggPage(2)
-                         .granule(i * 3072)
+                         .granule(uint64_t{i} * 3072)
                          .packet(audioPacket(frame.bytes()))
                          .packet(audioPacket(frame.bytes(), 0x41)));
         file.add(OggPage(1).granule(i + 1).continued().packet(tail(divided, 510)));
         file.addData(3, i, dataPacket(kPlainPacket, bytesOf("text")));
         if (i % 3 == 0) {
             file.addJunk(5);
-            file.add(OggPage(2).granule(i * 3072));
+            file.add(OggPage(2).granule(uint64_t{i} * 3072));
         }
     }
     sweep(file.bytes(), 1, kReadBudgetOfATinyFile);
@@ -277,7 +277,7 @@ TEST_P(SampleSizeTest, AWrongSizeOnlyCostsPackets) {
         EXPECT_LE(packets, all) << reported;
         before = packets;
     }
-    EXPECT_GT(before, 0u);
+    EXPECT_GT(before, 0U);
     for (const int64_t reported : {size + 1, 2 * size, 100 * size, INT64_MAX}) {
         EXPECT_EQ(packetsWith(reported), all) << reported;
     }

@@ -53,6 +53,7 @@ class FaultTest : public PluginTest {
     /** The pages and their times in a run without faults. */
     static std::vector<int64_t> timesOf(const std::vector<size_t>& pages) {
         std::vector<int64_t> times;
+        times.reserve(pages.size());
         for (const size_t page : pages) {
             times.push_back(static_cast<int64_t>(page) * kPacedPageUs);
         }
@@ -102,14 +103,14 @@ TEST_F(FaultTest, AFailedReadOfALaterPacketOfAPageChangesNoTime) {
     }
     OpenedFile opened = openQuietly(file);
     auto track = opened->startedTrack(0);
-    const int64_t pageSize = kPageHeaderSize + 2 + 2 * 23;
+    const int64_t pageSize = kPageHeaderSize + 2 + 23 + 23;
     opened.source->setFault(faultOnHit(kHeaderPageSize + 7 * pageSize + 29 + 23, 1, 0));
     for (uint32_t i = 0; i < 20; ++i) {
         const ReadResult result = track->read();
         EXPECT_EQ(result.bytes, pattern(20, i));
         EXPECT_EQ(result.timeUs, i / 2 * kPacedPageUs);
     }
-    EXPECT_EQ(mEvents.count(infoLine("Cannot read page payload, size 23\n")), 1u);
+    EXPECT_EQ(mEvents.count(infoLine("Cannot read page payload, size 23\n")), 1U);
 }
 
 TEST_F(FaultTest, APayloadThatNeverComesEndsTheTrackWithAnErrorOnceItsQueueIsEmpty) {
@@ -123,7 +124,7 @@ TEST_F(FaultTest, APayloadThatNeverComesEndsTheTrackWithAnErrorOnceItsQueueIsEmp
         EXPECT_FALSE(result.hasBuffer);
     }
     source().clearFault();
-    EXPECT_EQ(pageOf(mTrack->read()), 11u);
+    EXPECT_EQ(pageOf(mTrack->read()), 11U);
 }
 
 TEST_F(FaultTest, AFailedSearchForTheNextPageSkipsAPage) {
@@ -140,37 +141,37 @@ TEST_F(FaultTest, AFailedSearchForTheNextPageSkipsAPage) {
     std::vector<int64_t> times = timesOf(expected);
     times[12] = 12 * kPacedPageUs;
     EXPECT_EQ(mTimes, times);
-    EXPECT_EQ(mEvents.count(errorLine("FindPage: readSize = 0")), 1u);
+    EXPECT_EQ(mEvents.count(errorLine("FindPage: readSize = 0")), 1U);
     EXPECT_EQ(mEvents.count(infoLine(formatted("Cannot find a page start,LINE:2222 from 0x%08X\n",
                                                static_cast<unsigned>(pageOffset(12))))),
-              1u);
+              1U);
 }
 
 TEST_F(FaultTest, AShortSearchForTheNextPageSkipsAPageAndSaysHowMuchItGot) {
     start();
     source().setFault(faultOnHit(pageOffset(12), 3, 3));
     read(13);
-    EXPECT_EQ(mPages.back(), 13u);
-    EXPECT_EQ(mEvents.count(errorLine("FindPage: readSize = 3")), 1u);
+    EXPECT_EQ(mPages.back(), 13U);
+    EXPECT_EQ(mEvents.count(errorLine("FindPage: readSize = 3")), 1U);
 }
 
 TEST_F(FaultTest, ARefusedSearchForTheNextPageLogsTheStatus) {
     start();
     source().setFault(faultOnHit(pageOffset(12), 3, kReadRefused));
     read(13);
-    EXPECT_EQ(mPages.back(), 13u);
-    EXPECT_EQ(mEvents.count(errorLine("FindPage: readSize = -2147483648")), 1u);
+    EXPECT_EQ(mPages.back(), 13U);
+    EXPECT_EQ(mEvents.count(errorLine("FindPage: readSize = -2147483648")), 1U);
 }
 
 TEST_F(FaultTest, AFailedScanForTheNextGranuleIsMadeAgainAndCostsNothing) {
-    for (const size_t hit : {1u, 2u}) {  // the search for the next page, and its header
+    for (const size_t hit : {1U, 2U}) {  // the search for the next page, and its header
         start();
         source().setFault(faultOnHit(pageOffset(12), hit, 0));
         read(30);
         EXPECT_EQ(mPages, pages(0, 30));
         // The scan failed before the page counted as entered.
         EXPECT_EQ(mTimes, timesOf(mPages));
-        EXPECT_EQ(mEvents.count(infoLine("getNextGranulePosition fail, return -10006")), 1u);
+        EXPECT_EQ(mEvents.count(infoLine("getNextGranulePosition fail, return -10006")), 1U);
         mPages.clear();
         mTimes.clear();
     }
@@ -183,10 +184,10 @@ TEST_F(FaultTest, AFailedHeaderOfTheNextGranuleNamesItsPlace) {
     const auto offset = static_cast<unsigned>(pageOffset(12));
     EXPECT_EQ(
             mEvents.count(infoLine(formatted("failed to read 27 bytesat offset 0x%08x\n", offset))),
-            1u);
+            1U);
     EXPECT_EQ(mEvents.count(errorLine(formatted(
                       "getNextGranulePosition:Cannot read a page header, at 0x%08X\n", offset))),
-              1u);
+              1U);
 }
 
 /**
@@ -211,7 +212,7 @@ TEST_F(FaultTest, AFailedPageHeaderSendsTheTrackBackInTheFile) {
                                                    "page start ***\n",
                                                    static_cast<long long>(pageOffset(3) - from),
                                                    static_cast<long long>(from)))),
-                  2u);  // for the granule position, and for the page
+                  2U);  // for the granule position, and for the page
         mPages.clear();
         mTimes.clear();
     }
@@ -228,7 +229,7 @@ TEST_F(FaultTest, AFailedLacingTableSendsTheTrackBackInTheFile) {
         }
         EXPECT_EQ(mPages, expected);
         EXPECT_EQ(mTimes, timesOf(expected));
-        EXPECT_EQ(mEvents.count(infoLine("failed to read segments lace length data\n")), 1u);
+        EXPECT_EQ(mEvents.count(infoLine("failed to read segments lace length data\n")), 1U);
         mPages.clear();
         mTimes.clear();
     }
@@ -253,7 +254,7 @@ TEST_F(FaultTest, ASeekBringsATrackBackFromAnyFailure) {
             read(20);
             source().clearFault();
             const ReadResult result = mTrack->readAt(0);
-            EXPECT_EQ(pageOf(result), 0u);
+            EXPECT_EQ(pageOf(result), 0U);
             EXPECT_EQ(result.timeUs, 0);
             mPages.clear();
             mTimes.clear();
@@ -274,14 +275,14 @@ TEST_F(FaultTest, AFailedHeaderAfterASeekToTheStartEndsTheStreamUntilTheNextSeek
     const ReadResult result = mTrack->readAt(0);
     EXPECT_EQ(result.status, AMEDIA_ERROR_END_OF_STREAM);
     source().clearFault();
-    EXPECT_EQ(pageOf(mTrack->readAt(0)), 0u);
+    EXPECT_EQ(pageOf(mTrack->readAt(0)), 0U);
 }
 
 TEST_F(FaultTest, AFailedSearchAfterASeekGoesToTheEndOfTheFile) {
     start();
     source().setFault(faultOnHit(pageOffset(0), 1, 0));
     EXPECT_EQ(mTrack->readAt(0).status, AMEDIA_ERROR_END_OF_STREAM);
-    EXPECT_EQ(mEvents.count(infoLine("Seek to file end\n")), 1u);
+    EXPECT_EQ(mEvents.count(infoLine("Seek to file end\n")), 1U);
 }
 
 /** Which tracks a file has when one of the first reads fails. */
@@ -302,7 +303,7 @@ TEST_F(OpeningFaultTest, AFailureOfAHeaderPageLeavesTheTracksBeforeIt) {
         for (size_t header = 0; header < 2; ++header) {
             const size_t first = header * kReadsPerHeader;
             // The result of the first search is not used, only that of the second.
-            EXPECT_EQ(tracksWithFault(first, result, Lasting::kOnce), 2u) << result;
+            EXPECT_EQ(tracksWithFault(first, result, Lasting::kOnce), 2U) << result;
             for (size_t read = first + 1; read < first + kReadsPerHeader; ++read) {
                 const bool isWholeLacing = read == first + 3 && result == 3;
                 EXPECT_EQ(tracksWithFault(read, result, Lasting::kOnce), isWholeLacing ? 2 : header)
@@ -321,8 +322,8 @@ TEST_F(OpeningFaultTest, AFailureBehindTheHeaderPagesLeavesBothTracks) {
     MemorySource& counter = *healthy;
     OpenedFile opened = open(std::move(healthy));
     for (size_t read = 2 * kReadsPerHeader; read < counter.readCount(); read += 3) {
-        EXPECT_EQ(tracksWithFault(read, 0, Lasting::kOnce), 2u) << read;
-        EXPECT_EQ(tracksWithFault(read, -5, Lasting::kFromThenOn), 2u) << read;
+        EXPECT_EQ(tracksWithFault(read, 0, Lasting::kOnce), 2U) << read;
+        EXPECT_EQ(tracksWithFault(read, -5, Lasting::kFromThenOn), 2U) << read;
     }
 }
 
@@ -330,7 +331,7 @@ TEST_F(OpeningFaultTest, AFileThatCannotBeReadHasNoTracksAndNoDuration) {
     auto source = sourceOf(oneVideoOneAudioFile());
     source->setFault(faultyRead(0, kReadRefused, Lasting::kFromThenOn));
     OpenedFile opened = open(std::move(source));
-    EXPECT_EQ(opened->countTracks(), 0u);
+    EXPECT_EQ(opened->countTracks(), 0U);
     EXPECT_EQ(opened->track(0), nullptr);
     EXPECT_EQ(opened->fileFormat().int64(AMEDIAFORMAT_KEY_DURATION), 0);
 }
@@ -352,7 +353,7 @@ TEST_F(FileSizeTest, ARefusedSizeIsZeroAndNoPacketLiesWithinIt) {
     auto source = pacedSource();
     source->setSizeStatus(-1010);
     OpenedFile opened = open(std::move(source));
-    EXPECT_EQ(opened->countTracks(), 1u);
+    EXPECT_EQ(opened->countTracks(), 1U);
     auto track = opened->startedTrack(0);
     mEvents.clear();
     EXPECT_EQ(track->read().status, AMEDIA_ERROR_END_OF_STREAM);
@@ -364,18 +365,18 @@ TEST_F(FileSizeTest, ARefusedSizeIsZeroAndNoPacketLiesWithinIt) {
 TEST_F(FileSizeTest, ASizeOfMinusOneIsTakenAsItIs) {
     auto source = pacedSource();
     source->setReportedSize(-1);
-    EXPECT_EQ(packetsOf(std::move(source)), 0u);
+    EXPECT_EQ(packetsOf(std::move(source)), 0U);
 }
 
 TEST_F(FileSizeTest, ASizeThatIsTooSmallEndsTheTrackBehindIt) {
     // The start of a packet may lie at the size, but not behind it.
     auto source = pacedSource();
     source->setReportedSize(pageOffset(20) + kPayload);
-    EXPECT_EQ(packetsOf(std::move(source)), 20u);
+    EXPECT_EQ(packetsOf(std::move(source)), 20U);
 
     source = pacedSource();
     source->setReportedSize(pageOffset(20) + kPayload - 1);
-    EXPECT_EQ(packetsOf(std::move(source)), 19u);
+    EXPECT_EQ(packetsOf(std::move(source)), 19U);
 }
 
 TEST_F(FileSizeTest, ASizeThatIsTooLargeChangesNoPacket) {

@@ -28,8 +28,8 @@ TEST_F(FreedTrackTest, IsPassedOverByReadsAndSeeksOfOtherTracks) {
     mEvents.clear();
     // It gets no reset, and it does not keep the time measure of the scan at zero.
     EXPECT_EQ(other->readAt(5000000).bytes, payload(0, 51));
-    EXPECT_EQ(mEvents.count(resetLine(7)), 1u);
-    EXPECT_EQ(mEvents.count(resetLine(3)), 0u);
+    EXPECT_EQ(mEvents.count(resetLine(7)), 1U);
+    EXPECT_EQ(mEvents.count(resetLine(3)), 0U);
 }
 
 TEST_F(FreedTrackTest, GetsNoGranuleRefreshAndItsPacketsAreDiscarded) {
@@ -38,7 +38,7 @@ TEST_F(FreedTrackTest, GetsNoGranuleRefreshAndItsPacketsAreDiscarded) {
     leaveRegistered(opened, 1);
     mEvents.clear();
     other->read();
-    constexpr int64_t kHeaders = 2 * 81;
+    constexpr int64_t kHeaders = 81 + 81;
     constexpr int64_t kPage = 51;
     const auto header = [](int64_t page) {
         const int64_t offset = kHeaders + page * kPage;
@@ -98,7 +98,7 @@ TEST_F(FreedTrackTest, IsRemovedByTheStopOfAnotherTrackOfItsStream) {
     second->stop();
     mEvents.clear();
     second->start();
-    EXPECT_EQ(mEvents.count(alreadyStarted(7)), 0u);
+    EXPECT_EQ(mEvents.count(alreadyStarted(7)), 0U);
     EXPECT_EQ(second->readAt(0).bytes, payload(0, 0));
 }
 
@@ -109,8 +109,8 @@ TEST_F(FreedTrackTest, IsReplacedByANewTrackOfItsStream) {
     EXPECT_EQ(track->readAt(5000000).bytes, payload(0, 51));
     auto other = opened->startedTrack(1);
     EXPECT_TRUE(movesTheFile(*track));
-    EXPECT_EQ(mEvents.count(resetLine(7)), 1u);
-    EXPECT_EQ(mEvents.count(resetLine(3)), 1u);
+    EXPECT_EQ(mEvents.count(resetLine(7)), 1U);
+    EXPECT_EQ(mEvents.count(resetLine(3)), 1U);
 }
 
 TEST_F(FreedTrackTest, LeavesTheSelectionThatItHad) {

@@ -300,7 +300,7 @@ TEST_F(LifecycleTest, BothTracksOfAnIndexMoveTheFileButOnlyTheSecondIsReset) {
     mEvents.clear();
     EXPECT_EQ(first->readAt(0).bytes, payload(0, 1));
     EXPECT_TRUE(mEvents.holds(debugLine("Start seekToTime")));
-    EXPECT_EQ(mEvents.count(resetLine(7)), 1u);
+    EXPECT_EQ(mEvents.count(resetLine(7)), 1U);
     EXPECT_EQ(second->read().bytes, payload(0, 0));
 }
 

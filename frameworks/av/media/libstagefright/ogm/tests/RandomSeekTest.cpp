@@ -244,9 +244,9 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
 TEST_P(RandomSeekTest, TheStraightRunGivesThePacketsOfTheFile) {
     for (size_t track = 0; track < mFacts.size(); ++track) {
         const StraightRun& run = mStraight[track];
-        ASSERT_GT(run.results.size(), 50u);
+        ASSERT_GT(run.results.size(), 50U);
         // The comment packet is no audio frame, and the first frame of MPEG audio stays inside.
-        EXPECT_LE(run.firstPacket, mFacts[track].isAccessUnitAudio ? 2u : 0u);
+        EXPECT_LE(run.firstPacket, mFacts[track].isAccessUnitAudio ? 2U : 0U);
         for (size_t i = 0; i < run.results.size() && !mFacts[track].isConvertedPcm; ++i) {
             EXPECT_TRUE(run.results[i].bytes == payload(track, run.firstPacket + i)) << i;
         }

@@ -90,9 +90,8 @@ class SeekScanTest : public PluginTest {
     /** The seek time for which the estimate in the paced file of 1000 pages is this offset. */
     static int64_t timeOfEstimate(int64_t offset) {
         const auto intoTheData = offset - static_cast<int64_t>(kHeaderPageSize);
-        return (intoTheData * kPacedPageUs + kPacedPageSize - 1) /
-                       static_cast<int64_t>(kPacedPageSize) +
-               kLeadUs;
+        constexpr auto kPageBytes = static_cast<int64_t>(kPacedPageSize);
+        return (intoTheData * kPacedPageUs + kPageBytes - 1) / kPageBytes + kLeadUs;
     }
 
     /** Seeks the paced file to where the estimate is `offset`; gives where the scan began. */
@@ -149,7 +148,7 @@ TEST_F(SeekScanTest, FromTheMiddleOfAPageTheNextOneIsSearchedForByteByByte) {
     // 262,143 lies 82 bytes before page 256.
     EXPECT_EQ(landingOfEstimate(327679), 262143);
     const std::vector<ReadCall> reads = mEvents.reads();
-    ASSERT_GT(reads.size(), 85u);
+    ASSERT_GT(reads.size(), 85U);
     for (int64_t i = 0; i <= 82; ++i) {
         EXPECT_EQ(reads[static_cast<size_t>(i)], (ReadCall{262143 + i, 4, 4}));
     }
@@ -198,7 +197,7 @@ TEST_F(SeekScanTest, WithAnUnknownDurationAndLongHeadersTheScanBeginsAmongTheHea
     Bytes longHeader = AudioHeader().bytes();
     longHeader.resize(60000);
     OgmFile file;
-    for (const uint32_t serialNo : {1u, 2u}) {
+    for (const uint32_t serialNo : {1U, 2U}) {
         file.addHeader(serialNo, longHeader);
     }
     const int64_t firstData = static_cast<int64_t>(file.size());

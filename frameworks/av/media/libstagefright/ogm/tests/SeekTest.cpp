@@ -147,7 +147,7 @@ TEST_F(SeekTest, EveryBufferOfASeekHasTheTargetTimeZero) {
 TEST_F(SeekTest, TheSeekModeIsNotLookedAt) {
     OpenedFile opened = openQuietly(pacedAudioFile(1000));
     auto track = opened->startedTrack(0);
-    for (const uint32_t mode : {0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u}) {
+    for (const uint32_t mode : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U}) {
         EXPECT_EQ(track->read(SEEK | mode, 20 * kSecond).bytes, audioPayload(426)) << mode;
     }
 }
@@ -256,7 +256,7 @@ TEST_F(SeekTest, TheTailOfAPacketThatBeganBeforeTheLandingPlaceIsForgotten) {
             file.add(OggPage(1).granule(2100000).openPacket(head(divided, 255)));
             file.add(OggPage(1).granule(2200000).continued().packet(tail(divided, 255)));
         } else {
-            file.addData(1, (i + 1) * 100000, audioPacket(pattern(20, i)));
+            file.addData(1, (uint64_t{i} + 1) * 100000, audioPacket(pattern(20, i)));
         }
     }
     OpenedFile opened = openQuietly(file);
@@ -278,13 +278,13 @@ TEST_F(SeekTest, TheFrameHeaderThatMpegAudioAgreedOnSurvivesASeek) {
     file.addHeader(1, header);
     for (uint32_t i = 0; i < 30; ++i) {
         frame.seed = i;
-        file.addData(1, (i + 1) * 1152, audioPacket(frame.bytes()));
+        file.addData(1, (uint64_t{i} + 1) * 1152, audioPacket(frame.bytes()));
     }
     OpenedFile opened = openQuietly(file);
     auto track = opened->startedTrack(0);
     mEvents.clear();
     const Bytes firstOut = track->read().bytes;
-    EXPECT_EQ(mEvents.linesBeginning("mMP3Header:").size(), 1u);
+    EXPECT_EQ(mEvents.linesBeginning("mMP3Header:").size(), 1U);
     mEvents.clear();
     // Now the first frame needs no second one to be recognised.
     frame.seed = 0;
@@ -311,7 +311,8 @@ TEST_F(SeekTest, HalfAnAudioFrameIsForgotten) {
     OgmFile file;
     file.addHeader(1, header);
     for (uint32_t i = 0; i < 40; ++i) {
-        file.addData(1, (i + 1) * 2304, audioPacket(head(tail(frames, i * 192), 192)));
+        file.addData(1, (uint64_t{i} + 1) * 2304,
+                     audioPacket(head(tail(frames, size_t{i} * 192), 192)));
     }
     OpenedFile opened = openQuietly(file);
     auto track = opened->startedTrack(0);
@@ -388,7 +389,7 @@ TEST_F(SelectedTrackSeekTest, TheOtherTrackReadsOnFromWhereTheSelectedOneLeftThe
 
 TEST_F(SelectedTrackSeekTest, AllTracksAreResetInTheOrderOfTheirUnsignedSerialNumbers) {
     OgmFile file;
-    for (const uint32_t serialNo : {0x80000005u, 9u, 7u}) {
+    for (const uint32_t serialNo : {0x80000005U, 9U, 7U}) {
         file.addHeader(serialNo, AudioHeader());
     }
     file.addPages(7, {audioPacket({1}), audioPacket({2}), audioPacket({3})});
@@ -412,10 +413,10 @@ TEST_F(SelectedTrackSeekTest, AudioPacketsMetDuringTheSearchForASyncFrameAreDrop
     video->readAt(10 * kSecond);
     const LogLine dropped =
             infoLine("********** Track Type[5] skip appending data because seeking*************\n");
-    EXPECT_GT(mEvents.count(dropped), 0u);
+    EXPECT_GT(mEvents.count(dropped), 0U);
     mEvents.clear();
     EXPECT_EQ(audio->read().status, AMEDIA_OK);
-    EXPECT_EQ(mEvents.count(dropped), 0u);
+    EXPECT_EQ(mEvents.count(dropped), 0U);
 }
 
 TEST_F(SelectedTrackSeekTest, NothingIsQueuedDuringTheScan) {
@@ -453,7 +454,7 @@ TEST_F(SelectedTrackSeekTest, ASerialNumberOfAllOnesIsTheOneSelectedWhenNoneIs) 
     auto audio = opened->startedTrack(1);
     video->stop();
     audio->stop();
-    EXPECT_EQ(mEvents.count(infoLine("trackStop:serialNo=-2147483643, mSelectedSerialNo=-1")), 1u);
+    EXPECT_EQ(mEvents.count(infoLine("trackStop:serialNo=-2147483643, mSelectedSerialNo=-1")), 1U);
     mEvents.clear();
     // No track is registered, but the stopped one has the number that stands for none.
     video->readAt(0);

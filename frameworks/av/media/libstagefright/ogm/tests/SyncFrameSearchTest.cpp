@@ -158,10 +158,10 @@ TEST_F(SyncFrameSearchTest, EachStepBackIsThreeSecondsAndIsFollowedByAScanOfItsO
                 ElementsAre(steppedBackTo(17 * kSecond, 9), steppedBackTo(14 * kSecond, 8),
                             steppedBackTo(11 * kSecond, 7), foundAt(10500000)));
     // The seek itself and one for each step back.
-    EXPECT_EQ(mEvents.count(infoLine("OgmTrack:mSerialNo[1] signalDiscontinuity!")), 4u);
+    EXPECT_EQ(mEvents.count(infoLine("OgmTrack:mSerialNo[1] signalDiscontinuity!")), 4U);
     // Only the seek announces its beginning and end.
-    EXPECT_EQ(mEvents.count(debugLine("Start seekToTime")), 1u);
-    EXPECT_EQ(mEvents.count(debugLine("End seekToTime")), 1u);
+    EXPECT_EQ(mEvents.count(debugLine("Start seekToTime")), 1U);
+    EXPECT_EQ(mEvents.count(debugLine("End seekToTime")), 1U);
 }
 
 TEST_F(SyncFrameSearchTest, WithoutSyncFramesTenStepsBackAreMadeAndThenTheTargetIsTaken) {
@@ -184,7 +184,7 @@ TEST_F(SyncFrameSearchTest, AfterTheLastStepBackNoFrameIsLookedAt) {
     // The sync frame is too far from all eleven places that are searched, but not from the target.
     const ReadResult result = seek(regularFile(600, {42.1}), 40 * kSecond);
     EXPECT_EQ(result.timeUs, 37100000);
-    EXPECT_EQ(mEvents.linesBeginning("found I Frame").size(), 0u);
+    EXPECT_EQ(mEvents.linesBeginning("found I Frame").size(), 0U);
 }
 
 TEST_F(SyncFrameSearchTest, StepsBackEndAtTheStartOfTheFile) {
@@ -328,7 +328,7 @@ TEST_F(SyncFrameSearchTest, AFailedReadEndsTheSearchAndTheRead) {
     EXPECT_EQ(result.status, AMEDIA_ERROR_IO);
     EXPECT_FALSE(result.hasBuffer);
     const std::vector<LogLine> lines = mEvents.lines();
-    ASSERT_GE(lines.size(), 2u);
+    ASSERT_GE(lines.size(), 2U);
     EXPECT_EQ(lines[lines.size() - 2], infoLine("Cannot read page payload, size 21\n"));
     EXPECT_EQ(lines.back(), errorLine("Read Data fail,return ERROR_IO"));
     EXPECT_THAT(mEvents.linesBeginning("after seek"), IsEmpty());
@@ -344,7 +344,7 @@ TEST_F(SyncFrameSearchTest, AFailedScanIsNoFailedRead) {
     // The scan cannot get past the page at 5 s, so the search cannot either.
     start(regularFile(300, {0, 8})).setFault(faultAtOffset(regularPageOffset(50), 0));
     EXPECT_EQ(mTrack->readAt(10 * kSecond).status, AMEDIA_ERROR_END_OF_STREAM);
-    EXPECT_EQ(mEvents.count(infoLine("after seek to 10000000 us mime:video/avc")), 1u);
+    EXPECT_EQ(mEvents.count(infoLine("after seek to 10000000 us mime:video/avc")), 1U);
 }
 
 /** A video and an audio track, the video track selected. */
@@ -383,14 +383,14 @@ TEST_F(SeekingFlagTest, AfterAFailedSearchAudioIsDroppedUntilTheNextSeekOfTheSel
 
     mEvents.clear();
     EXPECT_EQ(video->read().timeUs, 7100000);
-    EXPECT_GT(mEvents.count(infoLine(kDropped)), 0u);
+    EXPECT_GT(mEvents.count(infoLine(kDropped)), 0U);
     // A seek of the other track changes nothing: all that is left of the audio is dropped.
     EXPECT_EQ(audio->readAt(0).status, AMEDIA_ERROR_END_OF_STREAM);
 
     EXPECT_EQ(video->readAt(10 * kSecond).timeUs, 8 * kSecond);
     mEvents.clear();
     EXPECT_EQ(audio->read().status, AMEDIA_OK);
-    EXPECT_EQ(mEvents.count(infoLine(kDropped)), 0u);
+    EXPECT_EQ(mEvents.count(infoLine(kDropped)), 0U);
 }
 
 TEST_F(SeekingFlagTest, AnotherTrackMeetsTheFailureThatEndedTheSearch) {
@@ -425,7 +425,7 @@ TEST_F(SeekingFlagTest, TheSearchPassesOverAnyNumberOfOtherTracksPages) {
     auto audio = opened->startedTrack(1);
     mEvents.clear();
     EXPECT_EQ(video->readAt(0).bytes, payload(0));
-    EXPECT_EQ(mEvents.count(infoLine(kDropped)), 200u);
+    EXPECT_EQ(mEvents.count(infoLine(kDropped)), 200U);
 }
 
 }  // namespace

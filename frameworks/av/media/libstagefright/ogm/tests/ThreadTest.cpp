@@ -123,7 +123,7 @@ TEST_F(ThreadTest, SeeksOfTheSelectedTrackDisturbNoReadOfAnother) {
     }
     std::mt19937 random(1);
     for (int i = 0; i < 50 || reading > 0; ++i) {
-        const int64_t timeUs = random() % 55 * kSecond;
+        const auto timeUs = static_cast<int64_t>(random() % 55) * kSecond;
         const ReadResult result = mTracks[0]->readAt(timeUs);
         // Sync frames lie two seconds apart, so one is found without a step back.
         EXPECT_EQ(result.status, AMEDIA_OK) << timeUs;
@@ -182,6 +182,7 @@ TEST_F(ThreadTest, FormatsMayBeAskedForWhileTheTracksRead) {
 
 TEST_F(ThreadTest, ExtractorsShareNothing) {
     std::vector<std::future<size_t>> counts;
+    counts.reserve(4);
     for (int i = 0; i < 4; ++i) {
         counts.push_back(std::async(std::launch::async, [] {
             MemorySource source(file().bytes());
@@ -203,7 +204,7 @@ TEST_F(ThreadTest, ATrackMayBeFreedOnAnotherThreadOnceAllReadsAreOver) {
     reading.get();
     std::thread([this] { mTracks[0].reset(); }).join();
     auto rest = std::async(std::launch::async, [this] { return mTracks[1]->readAll().size(); });
-    EXPECT_GT(rest.get(), 0u);
+    EXPECT_GT(rest.get(), 0U);
 }
 
 }  // namespace
