@@ -16,7 +16,7 @@ Integer readInteger(const char* key, Integer defaultValue) {
     if (key == nullptr) {
         return defaultValue;
     }
-    const android::properties::ErrnoRestorer restorer;
+    const android::ErrnoRestorer restorer;
     char text[PROPERTY_VALUE_MAX];
     android::properties::PropertyStore::instance().read(key, text);
 

@@ -10,7 +10,7 @@
 #include "ErrnoRestorer.h"
 #include "PropertyStore.h"
 
-using android::properties::ErrnoRestorer;
+using android::ErrnoRestorer;
 using android::properties::PropertyStore;
 
 namespace {

@@ -5,6 +5,6 @@
 #include "PropertyStore.h"
 
 int __system_property_get(const char* name, char* value) {
-    const android::properties::ErrnoRestorer restorer;
+    const android::ErrnoRestorer restorer;
     return static_cast<int>(android::properties::PropertyStore::instance().read(name, value));
 }

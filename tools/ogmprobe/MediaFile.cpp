@@ -113,11 +113,11 @@ PlayedTracks::PlayedTracks(const MediaFile& file, const std::vector<size_t>& sel
         descriptions.push_back(describeTrack(index, extractor.trackFormat(index)));
     }
     startInPlayersOrder(tracks, descriptions);
-    for (size_t i = 0; i < tracks.size(); ++i) {
+    for (auto& track : tracks) {
         // What a decoder is set up with is the started track's own format.
-        TrackDescription description = describeTrack(tracks[i]->index(), tracks[i]->format());
-        mStreams.push_back(std::make_unique<TrackStream>(std::move(tracks[i]),
-                                                         std::move(description), report));
+        TrackDescription description = describeTrack(track->index(), track->format());
+        mStreams.push_back(
+                std::make_unique<TrackStream>(std::move(track), std::move(description), report));
     }
     const auto isVideo = [](const auto& stream) {
         return stream->description().kind == TrackKind::kVideo;
@@ -131,7 +131,7 @@ TimeOrderedReader PlayedTracks::reader() const {
     for (const auto& stream : mStreams) {
         streams.push_back(stream.get());
     }
-    return TimeOrderedReader(std::move(streams), mLead);
+    return {streams, mLead};
 }
 
 }  // namespace ogmprobe

@@ -46,7 +46,7 @@ void Output::flush() {
     writeThrough(collected);
 }
 
-void Output::writeThrough(std::string_view text) {
+void Output::writeThrough(std::string_view text) const {
     while (!text.empty()) {
         const ssize_t written = ::write(mDescriptor, text.data(), text.size());
         if (written >= 0) {

@@ -39,7 +39,7 @@ class Output {
   private:
     static constexpr size_t kBufferSize = 65536;
 
-    void writeThrough(std::string_view text);
+    void writeThrough(std::string_view text) const;
 
     const int mDescriptor;
     const bool mTerminal;

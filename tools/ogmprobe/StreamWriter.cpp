@@ -16,10 +16,15 @@ constexpr uint64_t kWavHeaderSize = 44;
 constexpr uint64_t kRiffPreamble = 8;
 constexpr uint32_t kFormatChunkSize = 16;
 constexpr uint16_t kPcmFormat = 1;
-constexpr uint16_t kBytesPerSample = 2;
+constexpr uint64_t kBitsPerSample = 16;
 
 constexpr uint16_t kIvfHeaderSize = 32;
 constexpr uint32_t kUsPerSecond = 1000000;
+
+/** The bytes of one sample of all channels. */
+uint64_t blockAlign(uint16_t channels) {
+    return channels * (kBitsPerSample / 8);
+}
 
 uint64_t fitting32(uint64_t value) {
     return std::min<uint64_t>(value, std::numeric_limits<uint32_t>::max());
@@ -72,7 +77,7 @@ class WavWriter : public StreamWriter {
         // What is left of an Ogg comment header may come first. It must not shift the samples that
         // follow, or all of them would be noise.
         if (file().size() == kWavHeaderSize && mChannels != 0) {
-            bytes = bytes.first(bytes.size() - bytes.size() % (mChannels * kBytesPerSample));
+            bytes = bytes.first(bytes.size() - bytes.size() % blockAlign(mChannels));
         }
         file().append(bytes);
     }
@@ -139,12 +144,12 @@ std::unique_ptr<StreamWriter> makeStreamWriter(const TrackDescription& track, Ne
 }
 
 std::vector<uint8_t> wavHeader(uint32_t sampleRate, uint16_t channels, uint64_t dataBytes) {
-    const uint64_t blockAlign = uint64_t{channels} * kBytesPerSample;
+    const uint64_t frameBytes = blockAlign(channels);
     const uint64_t padded = dataBytes + dataBytes % 2;
     LittleEndian header;
     header.text("RIFF").u32(fitting32(kWavHeaderSize - kRiffPreamble + padded)).text("WAVE");
     header.text("fmt ").u32(kFormatChunkSize).u16(kPcmFormat).u16(channels).u32(sampleRate);
-    header.u32(fitting32(sampleRate * blockAlign)).u16(blockAlign).u16(8 * kBytesPerSample);
+    header.u32(fitting32(sampleRate * frameBytes)).u16(frameBytes).u16(kBitsPerSample);
     header.text("data").u32(fitting32(dataBytes));
     return header.bytes();
 }

@@ -8,7 +8,7 @@
 
 namespace ogmprobe {
 
-TimeOrderedReader::TimeOrderedReader(std::vector<PacketStream*> streams, size_t lead)
+TimeOrderedReader::TimeOrderedReader(const std::vector<PacketStream*>& streams, size_t lead)
     : mLead(lead) {
     for (PacketStream* stream : streams) {
         mLanes.push_back({stream, std::nullopt});

@@ -46,7 +46,7 @@ struct OrderedPacket {
 class TimeOrderedReader {
   public:
     /** Streams must outlive the reader. The lead is the one that a seek moves first. */
-    TimeOrderedReader(std::vector<PacketStream*> streams, size_t lead);
+    TimeOrderedReader(const std::vector<PacketStream*>& streams, size_t lead);
 
     /**
      * Seeks as the players do: the lead to the sync frame closest to the target, then the others to

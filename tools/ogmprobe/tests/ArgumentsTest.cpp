@@ -84,12 +84,12 @@ TEST_F(ArgumentsTest, TakesOneValueForEachTrackAndSeekOption) {
     EXPECT_EQ(options.file, "a");
     EXPECT_THAT(options.tracks, ElementsAre(0, 2));
     EXPECT_THAT(options.seeksUs, ElementsAre(1500000, -3000000));
-    EXPECT_EQ(options.count, 4u);
+    EXPECT_EQ(options.count, 4U);
 }
 
 TEST_F(ArgumentsTest, TakesTheGridOfASeekTest) {
-    EXPECT_EQ(command<SeekTestOptions>({"seektest", "a"}).steps, 20u);
-    EXPECT_EQ(command<SeekTestOptions>({"seektest", "a", "--steps", "7"}).steps, 7u);
+    EXPECT_EQ(command<SeekTestOptions>({"seektest", "a"}).steps, 20U);
+    EXPECT_EQ(command<SeekTestOptions>({"seektest", "a", "--steps", "7"}).steps, 7U);
 }
 
 TEST_F(ArgumentsTest, TakesTheFolderOfAnExtraction) {

@@ -28,9 +28,9 @@ TEST(EsDescriptor, YieldsItsFieldsAndTags) {
     EXPECT_EQ(es->decoderConfig->objectTypeIndication, 0x40);
     EXPECT_EQ(es->decoderConfig->streamType, 5);
     EXPECT_FALSE(es->decoderConfig->upStream);
-    EXPECT_EQ(es->decoderConfig->bufferSizeDb, 0x102u);
-    EXPECT_EQ(es->decoderConfig->maxBitrate, 9u);
-    EXPECT_EQ(es->decoderConfig->avgBitrate, 8u);
+    EXPECT_EQ(es->decoderConfig->bufferSizeDb, 0x102U);
+    EXPECT_EQ(es->decoderConfig->maxBitrate, 9U);
+    EXPECT_EQ(es->decoderConfig->avgBitrate, 8U);
     ASSERT_TRUE(es->decoderConfig->decoderSpecificInfo);
     EXPECT_THAT(*es->decoderConfig->decoderSpecificInfo, ElementsAre(0xab, 0xcd));
 }

@@ -48,7 +48,7 @@ TEST_F(ExtractTest, LeavesOutACommentHeaderAtTheStartOnly) {
     const nlohmann::json comments = {{"time_us", 0}, {"hex", "766f72626973000000000000000001"}};
     video["buffers"] = {comments, {{"time_us", 0}, {"hex", "0001"}}, comments};
     const ProcessResult result = extract(fakeFile({video}));
-    EXPECT_EQ(contents("a.track0.h264").size(), 2u + 15u);
+    EXPECT_EQ(contents("a.track0.h264").size(), 2U + 15U);
     EXPECT_THAT(result.out, HasSubstr("3 buffers (comment header left out), 17 bytes"));
 }
 
@@ -65,9 +65,9 @@ TEST_F(ExtractTest, OverwritesOnlyByForce) {
     const ProcessResult refused = extract(fakeFile({other}));
     EXPECT_EQ(refused.exitCode, 2);
     EXPECT_THAT(refused.err, HasSubstr("exists; --force overwrites it"));
-    EXPECT_EQ(contents("a.track0.h264").size(), 5u);
+    EXPECT_EQ(contents("a.track0.h264").size(), 5U);
     EXPECT_EQ(extract(fakeFile({other}), {"--force"}).exitCode, 0);
-    EXPECT_EQ(contents("a.track0.h264").size(), 4u);
+    EXPECT_EQ(contents("a.track0.h264").size(), 4U);
 }
 
 TEST_F(ExtractTest, NamesAFileOnlyWhenItsTrackWasReadToTheEnd) {
@@ -76,7 +76,7 @@ TEST_F(ExtractTest, NamesAFileOnlyWhenItsTrackWasReadToTheEnd) {
     const ProcessResult result = extract(fakeFile({video, fakeAudio()}));
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_FALSE(exists("a.track0.h264"));
-    EXPECT_EQ(contents("a.track0.h264.part").size(), 5u);
+    EXPECT_EQ(contents("a.track0.h264.part").size(), 5U);
     EXPECT_TRUE(exists("a.track1.wav"));
     EXPECT_THAT(result.err, HasSubstr("what could be read of track 0 is in "));
 }

@@ -129,7 +129,10 @@ class FakeTrack : public android::MediaTrackHelper {
         }
         const json& buffer = mScript["buffers"][mNext++];
         const std::string bytes = bytesOf(buffer.value("hex", ""));
-        mBufferGroup->acquire_buffer(out, false, bytes.size());
+        const media_status_t status = mBufferGroup->acquire_buffer(out, false, bytes.size());
+        if (status != AMEDIA_OK) {
+            return status;
+        }
         std::memcpy((*out)->data(), bytes.data(), bytes.size());
         (*out)->set_range(0, bytes.size());
         AMediaFormat_clear((*out)->meta_data());

@@ -53,8 +53,8 @@ TEST_F(FileSourceTest, CountsReadsAndTheBytesTheyGave) {
     readAt(0, 4);
     readAt(8, 4);
     readAt(-1, 4);
-    EXPECT_EQ(mSource.reads(), 3u);
-    EXPECT_EQ(mSource.bytesRead(), 6u);
+    EXPECT_EQ(mSource.reads(), 3U);
+    EXPECT_EQ(mSource.bytesRead(), 6U);
 }
 
 TEST_F(FileSourceTest, TellsWhereTheLastReadEnded) {
@@ -70,7 +70,7 @@ TEST_F(FileSourceTest, DescribesItselfAsALocalFile) {
     off64_t size = 0;
     EXPECT_EQ(table->getSize(table->handle, &size), android::OK);
     EXPECT_EQ(size, 10);
-    EXPECT_EQ(table->flags(table->handle), 16u);
+    EXPECT_EQ(table->flags(table->handle), 16U);
     char uri[4] = "xxx";
     EXPECT_TRUE(table->getUri(table->handle, uri, sizeof(uri)));
     EXPECT_STREQ(uri, "");

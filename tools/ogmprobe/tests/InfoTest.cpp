@@ -80,14 +80,14 @@ TEST(InfoJson, HasTheErrorOfEachFile) {
     EXPECT_EQ(files[0]["errors"][0]["message"], "cannot open: No such file or directory");
     EXPECT_EQ(files[0]["container"], nullptr);
     EXPECT_EQ(files[1]["errors"], json::array());
-    EXPECT_EQ(files[1]["warnings"].size(), 1u);
+    EXPECT_EQ(files[1]["warnings"].size(), 1U);
 }
 
 TEST(InfoJson, HasTheErrorOfAMissingPlugin) {
     const ProcessResult result = runProbe({"--plugin", "missing.so", "info", "--json", "a"});
     EXPECT_EQ(result.exitCode, 2);
     const json document = json::parse(result.out);
-    EXPECT_EQ(document["errors"].size(), 1u);
+    EXPECT_EQ(document["errors"].size(), 1U);
     EXPECT_EQ(document["files"], json::array());
 }
 

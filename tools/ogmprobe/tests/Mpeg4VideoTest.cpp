@@ -17,18 +17,18 @@ size_t layerSize(const Bytes& stream) {
 }
 
 TEST(VideoObjectLayer, ReachesFromItsStartCodeToTheEnd) {
-    EXPECT_EQ(layerSize({0, 0, 1, 0x00, 0, 0, 1, 0x20, 7, 8}), 6u);
-    EXPECT_EQ(layerSize({0, 0, 0, 1, 0x2f}), 4u);
+    EXPECT_EQ(layerSize({0, 0, 1, 0x00, 0, 0, 1, 0x20, 7, 8}), 6U);
+    EXPECT_EQ(layerSize({0, 0, 0, 1, 0x2f}), 4U);
 }
 
 TEST(VideoObjectLayer, IsNotLookedForBehindAPicture) {
-    EXPECT_EQ(layerSize({0, 0, 1, 0xb6, 9, 0, 0, 1, 0x20, 7}), 0u);
+    EXPECT_EQ(layerSize({0, 0, 1, 0xb6, 9, 0, 0, 1, 0x20, 7}), 0U);
 }
 
 TEST(VideoObjectLayer, IsMissingWithoutAWholeStartCode) {
-    EXPECT_EQ(layerSize({}), 0u);
-    EXPECT_EQ(layerSize({0, 0, 1}), 0u);
-    EXPECT_EQ(layerSize({0, 0, 1, 0x1f, 0, 0, 1, 0x30, 0, 0, 1}), 0u);
+    EXPECT_EQ(layerSize({}), 0U);
+    EXPECT_EQ(layerSize({0, 0, 1}), 0U);
+    EXPECT_EQ(layerSize({0, 0, 1, 0x1f, 0, 0, 1, 0x30, 0, 0, 1}), 0U);
 }
 
 TEST(Digest, MatchesThePublishedValues) {

@@ -30,7 +30,7 @@ TEST(NewFile, CanHaveItsStartReplacedBetweenAdditions) {
     file.append(Bytes{'a', 'b', 'c'});
     file.overwriteStart(Bytes{'X'});
     file.append(Bytes{'d'});
-    EXPECT_EQ(file.size(), 4u);
+    EXPECT_EQ(file.size(), 4U);
     file.commit();
     EXPECT_EQ(folder.read("x"), "Xbcd");
 }

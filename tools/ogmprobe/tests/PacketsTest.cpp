@@ -43,7 +43,7 @@ TEST(Packets, CanBeThoseOfSomeTracksOnly) {
             jsonLines(FakePlugin::run({"packets", "--json", "--track", "1",
                                        plugin.file(fakeFile({fakeVideo(), fakeAudio()}))})
                               .out);
-    ASSERT_EQ(lines.size(), 4u);
+    ASSERT_EQ(lines.size(), 4U);
     EXPECT_EQ(lines[1]["track"], 1);
     EXPECT_EQ(lines[2]["track"], 1);
 }
@@ -54,7 +54,7 @@ TEST(Packets, CanBeCountedOutForEachTrack) {
             jsonLines(FakePlugin::run({"packets", "--json", "--count", "1",
                                        plugin.file(fakeFile({fakeVideo(), fakeAudio()}))})
                               .out);
-    ASSERT_EQ(lines.size(), 4u);
+    ASSERT_EQ(lines.size(), 4U);
     EXPECT_EQ(lines[1]["track"], 0);
     EXPECT_EQ(lines[2]["track"], 1);
 }
@@ -63,7 +63,7 @@ TEST(PacketsJson, HasAHeaderBuffersAndAnEnd) {
     const FakePlugin plugin;
     const auto lines = jsonLines(
             FakePlugin::run({"packets", "--json", plugin.file(fakeFile({fakeVideo()}))}).out);
-    ASSERT_EQ(lines.size(), 5u);
+    ASSERT_EQ(lines.size(), 5U);
     EXPECT_EQ(lines[0], json({{"type", "header"}, {"schema_version", 1}, {"digest", "fnv1a64"}}));
     EXPECT_EQ(lines[1], json({{"type", "buffer"},
                               {"track", 0},
@@ -86,7 +86,7 @@ TEST(Packets, FollowEachSeekInTurn) {
             FakePlugin::run({"packets", "--json", "--seek", "0.05", "--seek", "0", "--track", "0",
                              "--count", "1", plugin.file(fakeFile({fakeVideo()}))})
                     .out);
-    ASSERT_EQ(lines.size(), 6u);
+    ASSERT_EQ(lines.size(), 6U);
     EXPECT_EQ(lines[1], json({{"type", "seek"}, {"target_us", 50000}}));
     EXPECT_EQ(lines[2]["time_us"], 80000);
     EXPECT_EQ(lines[3], json({{"type", "seek"}, {"target_us", 0}}));
@@ -102,7 +102,7 @@ TEST(Packets, OfOtherTracksGoOnWhenOneCannotBeRead) {
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_THAT(result.err, HasSubstr("reading track 0 failed: AMEDIA_ERROR_IO (-10007)"));
     const auto lines = jsonLines(result.out);
-    ASSERT_EQ(lines.size(), 7u);
+    ASSERT_EQ(lines.size(), 7U);
     EXPECT_EQ(lines.back()["exit_code"], 2);
     EXPECT_EQ(lines.back()["errors"][0]["message"],
               "reading track 0 failed: AMEDIA_ERROR_IO (-10007)");

@@ -109,14 +109,14 @@ TEST(Samples, GiveTheirPacketsInTheOrderOfTheirTimes) {
         lastReachedUs = reached;
     }
     // 150 pictures and 232 and 188 audio frames were muxed; a few at the end stay inside.
-    EXPECT_EQ(reachedUs.size(), 3u);
-    EXPECT_GT(buffers.size(), 500u);
-    EXPECT_LE(buffers.size(), 570u);
+    EXPECT_EQ(reachedUs.size(), 3U);
+    EXPECT_GT(buffers.size(), 500U);
+    EXPECT_LE(buffers.size(), 570U);
 }
 
 TEST(Samples, StartWithASyncFrameBehindTheCommentHeader) {
     const auto buffers = buffersOf({sample("long_mpeg4_mp3.ogm"), "--track", "0", "--count", "2"});
-    ASSERT_EQ(buffers.size(), 2u);
+    ASSERT_EQ(buffers.size(), 2U);
     EXPECT_EQ(buffers[0]["sync"], false);
     EXPECT_EQ(buffers[1]["sync"], true);
 }
@@ -124,7 +124,7 @@ TEST(Samples, StartWithASyncFrameBehindTheCommentHeader) {
 TEST(Samples, LandOnASyncFrameNearTheTargetOfASeek) {
     const auto buffers = buffersOf(
             {sample("long_mpeg4_mp3.ogm"), "--track", "0", "--seek", "45", "--count", "1"});
-    ASSERT_EQ(buffers.size(), 1u);
+    ASSERT_EQ(buffers.size(), 1U);
     EXPECT_EQ(buffers[0]["sync"], true);
     // There is a key frame every four seconds.
     EXPECT_NEAR(buffers[0]["time_us"].get<double>(), 45e6, 4e6);
@@ -135,7 +135,7 @@ TEST(Samples, PassASeekTest) {
             runProbe({"seektest", "--json", "--steps", "10", sample("long_mpeg4_mp3.ogm")});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const json document = json::parse(result.out);
-    EXPECT_EQ(document["seeks"].size(), 11u);
+    EXPECT_EQ(document["seeks"].size(), 11U);
     for (const json& seek : document["seeks"]) {
         EXPECT_GT(seek["reads"].get<int>(), 0);
     }

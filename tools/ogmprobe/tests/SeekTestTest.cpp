@@ -36,7 +36,7 @@ TEST(SeekTestJson, HoldsTheLandingsOfAllTracks) {
     EXPECT_EQ(document["last_target_us"], 120000);
     EXPECT_EQ(document["errors"], json::array());
     EXPECT_EQ(document["warnings"], json::array());
-    ASSERT_EQ(document["seeks"].size(), 4u);
+    ASSERT_EQ(document["seeks"].size(), 4U);
     const json& second = document["seeks"][1];
     EXPECT_EQ(second["target_us"], 40000);
     EXPECT_EQ(second["landed_us"], 80000);

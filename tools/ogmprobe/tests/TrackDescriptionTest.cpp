@@ -34,7 +34,7 @@ TEST(TrackDescription, TakesThePictureAndItsRate) {
     AMediaFormat_setInt32(format.get(), "frame-rate", 25);
     AMediaFormat_setInt64(format.get(), "durationUs", 90000000);
     const TrackDescription track = describeTrack(1, format);
-    EXPECT_EQ(track.index, 1u);
+    EXPECT_EQ(track.index, 1U);
     EXPECT_EQ(track.kind, TrackKind::kVideo);
     EXPECT_EQ(track.codec.name, "H.264");
     EXPECT_EQ(track.durationUs, 90000000);

@@ -23,9 +23,6 @@ constexpr int kPageSearchLine = 2993;
 
 constexpr size_t kMpegAudioHeaderSize = 4;
 
-constexpr std::string_view kStartCodePrefix("\0\0\1", 3);
-constexpr size_t kStartCodeOffset = 3;  // behind the prefix
-
 // Start codes of ISO/IEC 14496-2.
 constexpr uint8_t kVideoObjectLayer = 0x2;  // in the high nibble
 constexpr uint8_t kGroupOfVop = 0xB3;
@@ -39,7 +36,7 @@ std::optional<size_t> findStartCode(ByteView data) {
     // ones the search goes on for ever. It is volatile so that a search without end stays one.
     volatile uint8_t position = 0;
     while (size_t{position} + 2 < data.size()) {
-        if (data.holds(kStartCodePrefix, position)) {
+        if (data.holds(ogm::kStartCodePrefix, position)) {
             return position;
         }
         position = static_cast<uint8_t>(position + 1);
@@ -63,7 +60,7 @@ std::optional<size_t> findVideoConfig(const sp<ABuffer>& rawBuffer, size_t start
             return std::nullopt;
         }
         const ByteView chunk = rest.first(static_cast<size_t>(chunkSize));
-        const uint8_t code = rest[kStartCodeOffset];
+        const uint8_t code = rest[ogm::kStartCodePrefix.size()];
         if (state == VideoConfigState::WAIT_FOR_VOP_START) {
             ALOGI("enter WAIT_FOR_VOP_START");
             if (code == kVop || code == kGroupOfVop) {

@@ -2,6 +2,7 @@
 #define LOG_TAG "OgmExtractor"
 
 #include "OgmExtractor.h"
+#include "OgmPageFormat.h"
 #include "OgmWrap.h"
 
 namespace android {
@@ -12,7 +13,6 @@ using ogm::wrapSub;
 
 namespace {
 
-constexpr uint8_t kUnterminated = 255;
 constexpr int kNextPageSearchLine = 2222;
 constexpr int kNextGranuleSearchLine = 2175;
 
@@ -33,7 +33,7 @@ PacketPiece findPiece(const OgmPage& page, uint64_t segment) {
     while (!terminated && piece.nextSegment < page.mNumSegments) {
         const uint8_t lacing = page.mLacing[piece.nextSegment++];
         piece.size += lacing;
-        terminated = lacing != kUnterminated;
+        terminated = lacing != ogm::kUnterminated;
     }
     return piece;
 }

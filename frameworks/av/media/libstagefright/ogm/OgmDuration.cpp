@@ -7,22 +7,18 @@
 
 #include "OgmExtractor.h"
 #include "OgmStreamTypes.h"
+#include "OgmTime.h"
 #include "OgmWrap.h"
 
 namespace android {
 
 using ogm::wrapAdd;
-using ogm::wrapDiv;
-using ogm::wrapMul;
 using ogm::wrapSub;
 
 namespace {
 
 /** The part at the end of the file whose pages tell the duration, in bytes. */
 constexpr int64_t kTailSize = 650520;
-
-constexpr uint64_t kUsPerSecond = 1'000'000;
-constexpr uint64_t kUnitsPerUs = 10;  // a time unit is 100 ns
 
 }  // namespace
 
@@ -41,10 +37,9 @@ uint64_t OgmExtractor::granuleToTimeUs(const OgmStreamInfo& stream,
                                        uint64_t granulePosition) const {
     switch (getLogicStrmType(stream.mType)) {
         case LogicStreamType::kVideo:
-            return wrapMul(static_cast<uint64_t>(stream.mTimeUnit), granulePosition) / kUnitsPerUs;
+            return ogm::unitsToUs(granulePosition, stream.mTimeUnit);
         case LogicStreamType::kAudio:
-            return wrapDiv(wrapMul(granulePosition, kUsPerSecond),
-                           static_cast<uint64_t>(stream.mSampleRate));
+            return ogm::samplesToUs(granulePosition, stream.mSampleRate);
         case LogicStreamType::kUnknown:
             break;
     }

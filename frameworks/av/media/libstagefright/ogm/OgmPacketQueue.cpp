@@ -6,6 +6,7 @@
 #include "OgmPacketBuffer.h"
 #include "OgmPacketHeader.h"
 #include "OgmStreamTypes.h"
+#include "OgmTime.h"
 #include "OgmWrap.h"
 
 namespace android {
@@ -18,23 +19,8 @@ using ogm::wrapSub;
 
 namespace {
 
-constexpr uint64_t kUsPerSecond = 1'000'000;
-constexpr uint64_t kUnitsPerUs = 10;  // a time unit is 100 ns
-
 constexpr const char* kGranuleNotValid =
         "********** mPreGranulePosition is not vaild, Skip appending this item*************\n";
-
-/** (position + average x packets) in samples, as microseconds; 0 without a sample rate. */
-uint64_t samplesToUs(uint64_t position, uint64_t average, uint8_t packets, int32_t sampleRate) {
-    const uint64_t samples = wrapAdd(position, wrapMul(average, uint64_t{packets}));
-    return wrapDiv(wrapMul(samples, kUsPerSecond), static_cast<uint64_t>(int64_t{sampleRate}));
-}
-
-/** (position + packets) in units of `timeUnit` x 100 ns, as microseconds. */
-uint64_t unitsToUs(uint64_t position, uint8_t packets, int32_t timeUnit) {
-    return wrapMul(wrapAdd(position, uint64_t{packets}), static_cast<uint64_t>(int64_t{timeUnit})) /
-           kUnitsPerUs;
-}
 
 }  // namespace
 
@@ -111,8 +97,7 @@ media_status_t OgmTrack::appendAccessUnits(ByteView data, bool isNewPacket) {
         ALOGI("%s", kGranuleNotValid);
         return AMEDIA_OK;
     }
-    const auto timeUs = static_cast<int64_t>(samplesToUs(mPreGranulePosition, averGranulePosition,
-                                                         mCurrentPageSamplesOut, mSampleRate));
+    const int64_t timeUs = sampleTimeUs(averGranulePosition);
     ALOGI("mSampleRate, timeUs = %lld,size = %d\n", static_cast<long long>(timeUs),
           static_cast<int>(data.size()));
     ByteView payload = data;
@@ -144,8 +129,7 @@ bool OgmTrack::computePacketTime(size_t size, int64_t* timeUs) {
             ALOGE("%s", kGranuleNotValid);
             return false;
         }
-        *timeUs = static_cast<int64_t>(
-                unitsToUs(mPreGranulePosition, mCurrentPageSamplesOut, mTimeUnit));
+        *timeUs = static_cast<int64_t>(ogm::unitsToUs(packetPosition(1), mTimeUnit));
         ALOGI("mTimeUnit, timeUs = %lld, size = %d,mPreGranulePosition:%lld,"
               "mCurrentPageSamplesOut:%d\n",
               static_cast<long long>(*timeUs), static_cast<int>(size),
@@ -160,15 +144,20 @@ bool OgmTrack::computePacketTime(size_t size, int64_t* timeUs) {
     return true;
 }
 
+uint64_t OgmTrack::packetPosition(uint64_t averagePerPacket) const {
+    return wrapAdd(mPreGranulePosition,
+                   wrapMul(averagePerPacket, uint64_t{mCurrentPageSamplesOut}));
+}
+
+int64_t OgmTrack::sampleTimeUs(uint64_t averagePerPacket) const {
+    return static_cast<int64_t>(ogm::samplesToUs(packetPosition(averagePerPacket), mSampleRate));
+}
+
 int64_t OgmTrack::computeSampleTime(size_t size) {
-    const auto timeAt = [this](uint64_t average) {
-        return static_cast<int64_t>(
-                samplesToUs(mPreGranulePosition, average, mCurrentPageSamplesOut, mSampleRate));
-    };
     if (mPrePageSamplesOut != 0) {
         mBaseAvgGranPos = wrapDiv(wrapSub(mCurGranulePosition, mPreGranulePosition),
                                   uint64_t{mPrePageSamplesOut});
-        const int64_t timeUs = timeAt(mBaseAvgGranPos);
+        const int64_t timeUs = sampleTimeUs(mBaseAvgGranPos);
         ALOGI("mSampleRate, timeUs = %lld,size = %d,avgGranulePosition=%lld,"
               "mCurGranulePosition=%lld,mPreGranulePosition=%lld,mPrePageSamplesOut=%lld\n",
               static_cast<long long>(timeUs), static_cast<int>(size),
@@ -178,13 +167,13 @@ int64_t OgmTrack::computeSampleTime(size_t size) {
         return timeUs;
     }
     if (mBaseAvgGranPos != 0) {
-        const int64_t timeUs = timeAt(mBaseAvgGranPos);
+        const int64_t timeUs = sampleTimeUs(mBaseAvgGranPos);
         ALOGI("mSampleRate, timeUs = %lld,size = %d,mBaseAvgGranPos=%lld\n",
               static_cast<long long>(timeUs), static_cast<int>(size),
               static_cast<long long>(mBaseAvgGranPos));
         return timeUs;
     }
-    const int64_t timeUs = timeAt(1);
+    const int64_t timeUs = sampleTimeUs(1);
     ALOGI("mSampleRate, timeUs = %lld,size = %d\n", static_cast<long long>(timeUs),
           static_cast<int>(size));
     return timeUs;
@@ -226,9 +215,8 @@ void OgmTrack::openPacket(int64_t timeUs) {
 }
 
 void OgmTrack::queuePacket(int64_t timeUs, const sp<ABuffer>& buffer) {
-    const uint64_t granulePosition = wrapAdd(mPreGranulePosition, uint64_t{mCurrentPageSamplesOut});
-    mPacketsQue.push_back(
-            {mSerialNo, buffer, timeUs, static_cast<int64_t>(granulePosition), ogm::kUnknownFrame});
+    mPacketsQue.push_back({mSerialNo, buffer, timeUs, static_cast<int64_t>(packetPosition(1)),
+                           ogm::kUnknownFrame});
 }
 
 void OgmTrack::appendPacketBytes(ByteView data) {

@@ -2,6 +2,7 @@
 #define LOG_TAG "OgmExtractor"
 
 #include "OgmExtractor.h"
+#include "OgmPageFormat.h"
 #include "OgmWrap.h"
 
 namespace android {
@@ -12,30 +13,18 @@ using ogm::wrapSub;
 
 namespace {
 
-constexpr const char* kCapturePattern = "OggS";
-constexpr size_t kCapturePatternSize = 4;
-
-// Places of the fields in a page header (RFC 3533, section 6).
-constexpr size_t kVersionOffset = 4;
-constexpr size_t kFlagsOffset = 5;
-constexpr size_t kGranulePositionOffset = 6;
-constexpr size_t kSerialNoOffset = 14;
-constexpr size_t kPageNoOffset = 18;
-constexpr size_t kNumSegmentsOffset = 26;
-
 constexpr uint8_t kFirstUndefinedFlag = 0x08;
-constexpr uint8_t kUnterminated = 255;
 
 media_status_t checkHeader(ByteView header) {
-    if (!header.holds(kCapturePattern, 0)) {
+    if (!header.holds(ogm::kCapturePattern, 0)) {
         ALOGI("Page Starts without signatures\n");
         return AMEDIA_ERROR_MALFORMED;
     }
-    if (header[kVersionOffset] != 0) {
-        ALOGI("Version Error, verison should be 0 but %X\n", header[kVersionOffset]);
+    if (header[ogm::kVersionOffset] != 0) {
+        ALOGI("Version Error, verison should be 0 but %X\n", header[ogm::kVersionOffset]);
         return AMEDIA_ERROR_UNSUPPORTED;
     }
-    if (header[kFlagsOffset] >= kFirstUndefinedFlag) {
+    if (header[ogm::kFlagsOffset] >= kFirstUndefinedFlag) {
         ALOGI("Flag only bits 0-2 are defined in version 0\n");
         return AMEDIA_ERROR_MALFORMED;
     }
@@ -43,11 +32,11 @@ media_status_t checkHeader(ByteView header) {
 }
 
 void storeHeader(ByteView header, OgmPage* page) {
-    page->mFlags = header[kFlagsOffset];
-    page->mGranulePosition = header.u64le(kGranulePositionOffset);
-    page->mSerialNo = header.u32le(kSerialNoOffset);
-    page->mPageNo = header.u32le(kPageNoOffset);
-    page->mNumSegments = header[kNumSegmentsOffset];
+    page->mFlags = header[ogm::kFlagsOffset];
+    page->mGranulePosition = header.u64le(ogm::kGranulePositionOffset);
+    page->mSerialNo = header.u32le(ogm::kSerialNoOffset);
+    page->mPageNo = header.u32le(ogm::kPageNoOffset);
+    page->mNumSegments = header[ogm::kNumSegmentsOffset];
 }
 
 /** Counts the packets that end on the page; returns the size of its body in bytes. */
@@ -56,7 +45,7 @@ int64_t countPackets(OgmPage* page) {
     int64_t bodySize = 0;
     for (size_t i = 0; i < page->mNumSegments; ++i) {
         bodySize += page->mLacing[i];
-        if (page->mLacing[i] != kUnterminated) {
+        if (page->mLacing[i] != ogm::kUnterminated) {
             ++page->mNumPackets;
         }
     }
@@ -94,7 +83,7 @@ int64_t OgmExtractor::readPage(int64_t offset, OgmPage* page) {
 media_status_t OgmExtractor::FindPage(int64_t offset, int64_t* foundOffset, int64_t maxSkip) {
     int64_t position = offset;
     for (;;) {
-        uint8_t bytes[kCapturePatternSize] = {};
+        uint8_t bytes[ogm::kCapturePattern.size()] = {};
         const ssize_t count = mDataSource->readAt(position, bytes, sizeof(bytes));
         if (count < static_cast<ssize_t>(sizeof(bytes))) {
             ALOGE("FindPage: readSize = %d", static_cast<int>(count));
@@ -102,7 +91,7 @@ media_status_t OgmExtractor::FindPage(int64_t offset, int64_t* foundOffset, int6
             return AMEDIA_ERROR_END_OF_STREAM;
         }
         const int64_t skipped = wrapSub(position, offset);
-        if (ByteView(bytes, sizeof(bytes)).holds(kCapturePattern, 0)) {
+        if (ByteView(bytes, sizeof(bytes)).holds(ogm::kCapturePattern, 0)) {
             if (skipped != 0) {
                 ALOGI("*** Skip %ld bytes of junk from %ld to reach page start ***\n", skipped,
                       offset);

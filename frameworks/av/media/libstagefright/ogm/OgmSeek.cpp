@@ -8,6 +8,7 @@
 #include "OgmExtractor.h"
 #include "OgmFrameType.h"
 #include "OgmStreamTypes.h"
+#include "OgmTime.h"
 #include "OgmWrap.h"
 
 namespace android {
@@ -33,10 +34,6 @@ constexpr int64_t kShortStep = 0x10000;
 constexpr int64_t kMinOffsetForLongStep = 0x50000;
 
 constexpr int8_t kSyncFrameRetries = 10;
-constexpr size_t kQueueTarget = 10;
-
-constexpr uint64_t kUsPerSecond = 1'000'000;
-constexpr uint64_t kUnitsPerUs = 10;  // a time unit is 100 ns
 
 // The places that the log lines name.
 constexpr int kEstimateLine = 2449;
@@ -133,13 +130,10 @@ int64_t OgmTrack::currentTimeUs() const {
     if (!mGranuleValid) {
         return 0;
     }
-    const uint64_t position = wrapAdd(mPreGranulePosition, uint64_t{mCurrentPageSamplesOut});
     if (mTimeUnit != 0) {
-        return static_cast<int64_t>(wrapMul(position, static_cast<uint64_t>(int64_t{mTimeUnit})) /
-                                    kUnitsPerUs);
+        return static_cast<int64_t>(ogm::unitsToUs(packetPosition(1), mTimeUnit));
     }
-    return static_cast<int64_t>(
-            wrapDiv(wrapMul(position, kUsPerSecond), static_cast<uint64_t>(int64_t{mSampleRate})));
+    return sampleTimeUs(1);
 }
 
 void OgmTrack::signalDiscontinuity() {
@@ -211,16 +205,13 @@ media_status_t OgmTrack::findSyncFrame(int64_t seekUs) {
 }
 
 media_status_t OgmTrack::fillForSyncFrame(bool* endOfFile) {
-    while (mPacketsQue.size() < kQueueTarget) {
-        const media_status_t result = mExtractor->readNextPacket();
-        if (result == AMEDIA_ERROR_IO) {
-            ALOGE("Read Data fail,return ERROR_IO");
-            return AMEDIA_ERROR_IO;
-        }
-        if (result == AMEDIA_ERROR_END_OF_STREAM) {
-            *endOfFile = true;
-            break;
-        }
+    const media_status_t result = fillQueue();
+    if (result == AMEDIA_ERROR_IO) {
+        ALOGE("Read Data fail,return ERROR_IO");
+        return AMEDIA_ERROR_IO;
+    }
+    if (result == AMEDIA_ERROR_END_OF_STREAM) {
+        *endOfFile = true;
     }
     return AMEDIA_OK;
 }

@@ -9,6 +9,8 @@
 #include <optional>
 
 #include "OgmByteView.h"
+#include "OgmPacketHeader.h"
+#include "OgmPageFormat.h"
 #include "OgmWrap.h"
 
 namespace android {
@@ -19,23 +21,20 @@ using ogm::wrapSub;
 
 namespace {
 
-constexpr const char* kCapturePattern = "OggS";
-constexpr uint32_t kCapturePatternSize = 4;
+constexpr uint32_t kCapturePatternSize = ogm::kCapturePattern.size();
 
 // Places in a page with one lacing value.
-constexpr uint32_t kSegmentCountOffset = 26;
-constexpr uint32_t kFirstLacingOffset = 27;
-constexpr uint32_t kPacketOffset = 28;
-constexpr uint32_t kIdentificationOffset = 29;
-
-constexpr uint8_t kOgmHeaderPacket = 1;
+constexpr uint32_t kSegmentCountOffset = ogm::kNumSegmentsOffset;
+constexpr uint32_t kFirstLacingOffset = ogm::kLacingOffset;
+constexpr uint32_t kPacketOffset = kFirstLacingOffset + 1;
+constexpr uint32_t kIdentificationOffset = kPacketOffset + 1;
 
 enum class Identification { kNone, kVideo, kAudio, kVorbis };
 
 /** What the first packet of the page at `page` identifies. */
 Identification identify(ByteView data, uint32_t page) {
     const uint32_t identification = wrapAdd(page, kIdentificationOffset);
-    if (data[wrapAdd(page, kPacketOffset)] == kOgmHeaderPacket) {
+    if (data[wrapAdd(page, kPacketOffset)] == ogm::kStreamHeaderPacket) {
         if (data.holds("video", identification)) {
             return Identification::kVideo;
         }
@@ -53,7 +52,7 @@ Identification identify(ByteView data, uint32_t page) {
 std::optional<uint32_t> findPageStart(ByteView data, uint32_t position) {
     // The test looks at the start of the buffer, not at `position`: in a file that begins with a
     // page every later page is taken to start where the one before ends, whatever stands there.
-    if (data.holds(kCapturePattern, 0)) {
+    if (data.holds(ogm::kCapturePattern, 0)) {
         return 0;
     }
     const auto size = static_cast<uint32_t>(data.size());
@@ -61,7 +60,7 @@ std::optional<uint32_t> findPageStart(ByteView data, uint32_t position) {
     // No candidate past the end holds anything, so a count that wrapped need not be walked.
     const uint32_t candidates = std::min(std::max(rest, 1U), size);
     for (uint32_t skip = 0; skip < candidates; ++skip) {
-        if (data.holds(kCapturePattern, wrapAdd(position, skip))) {
+        if (data.holds(ogm::kCapturePattern, wrapAdd(position, skip))) {
             return skip;
         }
     }

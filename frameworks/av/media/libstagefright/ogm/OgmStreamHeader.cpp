@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "OgmExtractor.h"
+#include "OgmPacketHeader.h"
 #include "OgmWrap.h"
 
 namespace android {
@@ -18,7 +19,6 @@ using ogm::StreamHeader;
 
 namespace {
 
-constexpr uint8_t kOgmHeaderPacket = 1;
 constexpr size_t kStreamTypeOffset = 1;
 
 constexpr int kUnitsPerSecond = 10'000'000;  // a time unit is 100 ns
@@ -63,10 +63,10 @@ media_status_t OgmExtractor::parseOgmHeader(const MediaBuffer& buffer, uint32_t 
         ALOGI("Verify Vorbis Header\n");
         return AMEDIA_OK;
     }
-    if (packet[0] == kOgmHeaderPacket && packet.holds("video", kStreamTypeOffset)) {
+    if (packet[0] == ogm::kStreamHeaderPacket && packet.holds("video", kStreamTypeOffset)) {
         return addVideoStream(packet, serialNo);
     }
-    if (packet[0] == kOgmHeaderPacket && packet.holds("audio", kStreamTypeOffset)) {
+    if (packet[0] == ogm::kStreamHeaderPacket && packet.holds("audio", kStreamTypeOffset)) {
         return addAudioStream(packet, serialNo);
     }
     ALOGI("************* unknow header %02x %02x %02x %02x %02x %02x %02x %02x **************\n",

@@ -15,9 +15,8 @@ namespace android::ogm {
 
 namespace {
 
-constexpr size_t kStartCodeSize = 4;
-constexpr size_t kStartCodePrefixSize = 3;
-constexpr std::string_view kStartCodePrefix("\0\0\1", kStartCodePrefixSize);
+constexpr size_t kStartCodePrefixSize = kStartCodePrefix.size();
+constexpr size_t kStartCodeSize = kStartCodePrefixSize + 1;
 constexpr size_t kMinChunkAndPrefix = 6;
 
 constexpr uint32_t kFineGranularityScalable = 0x21;

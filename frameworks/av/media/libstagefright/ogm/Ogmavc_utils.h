@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "OgmByteView.h"
 
@@ -50,6 +51,9 @@ int32_t FindMatchingMPEGAudioHeader(ByteView data, int32_t length, uint32_t refe
 uint32_t findMP3Header(ByteView data, uint64_t* offset, uint32_t* header);
 
 // MPEG-4 video (ISO/IEC 14496-2).
+
+/** Begins every start code; one byte follows that tells which. */
+inline constexpr std::string_view kStartCodePrefix("\0\0\1", 3);
 
 /**
  * Reads the size of the picture, in pixels, from a video object layer header with its start code.

@@ -347,6 +347,9 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     media_status_t appendAccessUnits(ogm::ByteView data, bool isNewPacket);
     bool computePacketTime(size_t size, int64_t* timeUs);
     int64_t computeSampleTime(size_t size);
+    /** Granule position of the next packet if each takes up `averagePerPacket`. */
+    uint64_t packetPosition(uint64_t averagePerPacket) const;
+    int64_t sampleTimeUs(uint64_t averagePerPacket) const;
     void closeOpenPacket();
     void openPacket(int64_t timeUs);
     void queuePacket(int64_t timeUs, const sp<ABuffer>& buffer);

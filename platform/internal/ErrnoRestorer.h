@@ -3,7 +3,7 @@
 
 #include <errno.h>
 
-namespace android::log {
+namespace android {
 
 /** Puts errno back to what it was when this object was made. */
 class ErrnoRestorer {
@@ -17,4 +17,4 @@ class ErrnoRestorer {
     const int mSaved = errno;
 };
 
-}  // namespace android::log
+}  // namespace android
