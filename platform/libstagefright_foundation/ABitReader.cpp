@@ -67,7 +67,7 @@ void ABitReader::putBits(uint32_t x, size_t n) {
         return;
     }
     if (n > kMaxBits) {
-        comparisonFailed({nullptr, "ABitReader.cpp:117", "CHECK_LE( n,32u)"}, n, 32u);
+        comparisonFailed({nullptr, "ABitReader.cpp:117", "CHECK_LE( n,32u)"}, n, 32U);
     }
     while (mNumBits + n >= kReservoirBits) {
         giveBackByte();

@@ -139,7 +139,8 @@ void RefBase::decStrong(const void* id) const {
             delete this;
         }
     }
-    refs->decWeak(id);
+    // The strong reference holds a weak one, which has kept the counts alive up to here.
+    refs->decWeak(id);  // NOLINT(clang-analyzer-cplusplus.NewDelete)
 }
 
 int32_t RefBase::getStrongCount() const {

@@ -58,7 +58,8 @@ class sp {
     static sp<T> cast(const sp<U>& other);
 
     sp& operator=(T* other);
-    sp& operator=(const sp<T>& other);
+    // Copies and swaps, which is safe when both are the same.
+    sp& operator=(const sp<T>& other);  // NOLINT(bugprone-unhandled-self-assignment)
     sp& operator=(sp<T>&& other) noexcept;
     template <typename U>
     sp& operator=(U* other);
