@@ -33,8 +33,9 @@ LogicStreamType getLogicStrmType(uint32_t streamType) {
     return LogicStreamType::kUnknown;
 }
 
-uint64_t OgmExtractor::granuleToTimeUs(const OgmStreamInfo& stream,
-                                       uint64_t granulePosition) const {
+namespace {
+
+uint64_t granuleToTimeUs(const OgmStreamInfo& stream, uint64_t granulePosition) {
     switch (getLogicStrmType(stream.mType)) {
         case LogicStreamType::kVideo:
             return ogm::unitsToUs(granulePosition, stream.mTimeUnit);
@@ -46,6 +47,8 @@ uint64_t OgmExtractor::granuleToTimeUs(const OgmStreamInfo& stream,
     ALOGE("parseMaxTime:unknown stream type!");
     return 0;
 }
+
+}  // namespace
 
 void OgmExtractor::parseMaxTime() {
     // Below 0 for a file that is shorter: a source that refuses such a read leaves the duration 0.

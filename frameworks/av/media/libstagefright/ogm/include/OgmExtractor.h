@@ -225,8 +225,6 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     media_status_t addVideoStream(ogm::ByteView packet, uint32_t serialNo);
     media_status_t addAudioStream(ogm::ByteView packet, uint32_t serialNo);
 
-    uint64_t granuleToTimeUs(const OgmStreamInfo& stream, uint64_t granulePosition) const;
-
     void collectCodecConfigs();
     media_status_t collectCodecConfig(const OgmStreamInfo& stream, sp<ABuffer>* rawBuffer);
     bool appendPagePayload(int64_t pageOffset, int64_t pageSize, const OgmPage& page,

@@ -107,6 +107,15 @@ INSTANTIATE_TEST_SUITE_P(
                           Codec{"MJPG", 26, "video/x-motion-jpeg", "Video - MJPG Codec \n"}),
         idOf);
 
+/** The four characters of an identifier as the hexadecimal number that they make. */
+std::string valueOf(const char* id) {
+    std::string value;
+    for (const char* c = id; *c != '\0'; ++c) {
+        value += formatted("%02X", static_cast<unsigned>(*c));
+    }
+    return value;
+}
+
 class UnknownVideoCodecTest : public PluginTest,
                               public ::testing::WithParamInterface<const char*> {};
 
@@ -116,12 +125,8 @@ TEST_P(UnknownVideoCodecTest, MakesNoTrackAndIsNamedByItsValue) {
     OgmFile file;
     file.addHeader(1, header);
     EXPECT_EQ(open(file)->countTracks(), 0U);
-    std::string value;
-    for (const char* c = GetParam(); *c != '\0'; ++c) {
-        value += formatted("%02X", static_cast<unsigned>(*c));
-    }
     EXPECT_EQ(linesBetween(mEvents, "Begin parse Video stream info", "FindPage"),
-              (std::vector{errorLine("unknow video codec: " + value),
+              (std::vector{errorLine("unknow video codec: " + valueOf(GetParam())),
                            errorLine("invalid video codec")}));
 }
 
@@ -169,12 +174,8 @@ TEST_P(UnknownAudioCodecTest, MakesNoTrackAndIsNamedByItsValue) {
     OgmFile file;
     file.addHeader(1, header);
     EXPECT_EQ(open(file)->countTracks(), 0U);
-    std::string value;
-    for (const char* c = GetParam(); *c != '\0'; ++c) {
-        value += formatted("%02X", static_cast<unsigned>(*c));
-    }
     EXPECT_EQ(linesBetween(mEvents, "Begin parse Audio stream info", "FindPage"),
-              (std::vector{errorLine("unknown audio codec:" + value),
+              (std::vector{errorLine("unknown audio codec:" + valueOf(GetParam())),
                            errorLine("invalid audio codec")}));
 }
 
