@@ -37,14 +37,17 @@ class CommandRecords {
     Report& mReport;
 };
 
+/** A sink that calls the object, which must live as long, with each record as what it is. */
+template <typename Records>
+RecordSink visitedBy(Records& records) {
+    return [&records](const Record& record) { std::visit(records, record); };
+}
+
 /** Runs the job and lets the object have its records. What it throws as `ProbeError` is reported.
  */
 template <typename Records>
 void runReported(const JobRequest& request, Session& session, Report& report, Records& records) {
-    report.guard([&] {
-        runJob(request, session.options,
-               [&records](const Record& record) { std::visit(records, record); });
-    });
+    report.guard([&] { runJob(request, session.options, visitedBy(records)); });
 }
 
 }  // namespace ogmprobe

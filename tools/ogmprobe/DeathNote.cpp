@@ -38,7 +38,7 @@ std::string textOf(const DeathNote& note) {
 
 std::string causeByStatus(int waitStatus) {
     if (WIFSIGNALED(waitStatus)) {
-        return fmt::format("killed by {}", signalText(WTERMSIG(waitStatus)));
+        return signalText(WTERMSIG(waitStatus));
     }
     return fmt::format("it ended the process with exit code {}", WEXITSTATUS(waitStatus));
 }
@@ -68,8 +68,7 @@ std::string deathSentence(const DeathNote& note, PluginFunction function, int wa
             return fmt::format("the extractor made a forbidden system call{}: {}",
                                inFunction(function), systemCallName(number));
         case DeathNote::Cause::kOutOfMemory:
-            return died(function, fmt::format("out of memory, of which it may have {} MiB more "
-                                              "than at its start",
+            return died(function, fmt::format("out of memory (the limit is {} MiB)",
                                               kMemoryLimitBytes >> 20));
         case DeathNote::Cause::kNone:
             break;

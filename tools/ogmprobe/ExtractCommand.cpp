@@ -22,8 +22,8 @@ namespace fs = std::filesystem;
 /** One track on its way into its file. */
 class Extraction {
   public:
-    Extraction(const TrackDescription& track, const fs::path& path)
-        : mTrack(track), mFile(path), mWriter(makeStreamWriter(track, mFile)) {}
+    Extraction(const TrackDescription& track, const fs::path& path, Existing existing)
+        : mTrack(track), mFile(path, existing), mWriter(makeStreamWriter(track, mFile)) {}
 
     void write(const Packet& packet) {
         // No part of the coded stream: players would take it for damage.
@@ -43,6 +43,7 @@ class Extraction {
     void finish(Report& report, Output& output) {
         mWriter->finish();
         if (!mWhole) {
+            mFile.keepPart();
             report.warning(fmt::format("what could be read of track {} is in {}", mTrack.index,
                                        mFile.partPath().string()));
             return;
@@ -67,17 +68,6 @@ fs::path outputPath(const ExtractOptions& options, const TrackDescription& track
     return fs::path(options.folder) / fmt::format("{}.track{}{}",
                                                   fs::path(options.file).stem().string(),
                                                   track.index, track.codec.suffix);
-}
-
-// Before anything is read: nobody wants to hear it after an hour.
-void requireFree(const std::vector<fs::path>& paths) {
-    for (const fs::path& path : paths) {
-        std::error_code ignored;
-        if (fs::exists(path, ignored)) {
-            throw ProbeError(ExitCode::kFile,
-                             fmt::format("{} exists; --force overwrites it", path.string()));
-        }
-    }
 }
 
 void makeFolder(const fs::path& folder) {
@@ -106,8 +96,10 @@ class ExtractRecords : public CommandRecords {
         if (extraction != mExtractions.end()) {
             extraction->second->write(packet.packet);
         }
-        mProgress.update(static_cast<double>(packet.packet.readUpTo) /
-                         static_cast<double>(mFileSize));
+        if (mFileSize > 0) {
+            mProgress.update(static_cast<double>(packet.packet.readUpTo) /
+                             static_cast<double>(mFileSize));
+        }
     }
     void operator()(const TrackEnded& end) {
         CommandRecords::operator()(end);
@@ -120,7 +112,7 @@ class ExtractRecords : public CommandRecords {
     /** Gives the files their names. */
     void finish() {
         for (const auto& [index, extraction] : mExtractions) {
-            extraction->finish(report(), session().output);
+            report().guard([&, &file = *extraction] { file.finish(report(), session().output); });
         }
     }
 
@@ -130,16 +122,12 @@ class ExtractRecords : public CommandRecords {
             report().warning(kNoTracks);
             return;
         }
-        std::vector<fs::path> paths;
-        for (const TrackDescription& track : mTracks) {
-            paths.push_back(outputPath(mOptions, track));
-        }
-        if (!mOptions.force) {
-            requireFree(paths);
-        }
         makeFolder(mOptions.folder);
-        for (size_t i = 0; i < paths.size(); ++i) {
-            mExtractions[mTracks[i].index] = std::make_unique<Extraction>(mTracks[i], paths[i]);
+        const Existing existing = mOptions.force ? Existing::kOverwrite : Existing::kRefuse;
+        // Before anything is read: nobody wants to hear of a name that is taken after an hour.
+        for (const TrackDescription& track : mTracks) {
+            mExtractions[track.index] =
+                    std::make_unique<Extraction>(track, outputPath(mOptions, track), existing);
         }
     }
 
@@ -155,8 +143,11 @@ class ExtractRecords : public CommandRecords {
 ExitCode runExtract(const ExtractOptions& options, Session& session) {
     Report report(session.console, options.file);
     ExtractRecords records(options, session, report);
-    runReported({options.file, playJob({options.tracks, {}, {}})}, session, report, records);
-    report.guard([&records] { records.finish(); });
+    report.guard([&] {
+        runJob({options.file, playJob({options.tracks, {}, {}})}, session.options,
+               visitedBy(records));
+        records.finish();
+    });
     return report.worst();
 }
 

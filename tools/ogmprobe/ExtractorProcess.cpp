@@ -98,6 +98,7 @@ void enterSandboxAndTell(const RecordSink& sink) {
     try {
         performJob(request, options, sink, [&sink] { enterSandboxAndTell(sink); });
     } catch (const std::exception& error) {
+        shared.vitals.function = PluginCall::leftByException();
         death::ofException(error.what());
     }
     writer.end();

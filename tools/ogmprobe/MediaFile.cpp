@@ -52,6 +52,21 @@ void startInPlayersOrder(const std::vector<std::unique_ptr<Track>>& tracks,
     }
 }
 
+// Of a read that gave no packet to go on with; nothing at the end of the stream.
+std::optional<std::string> failureOf(const Track::ReadResult& result) {
+    if (result.withoutTime) {
+        return "a buffer bears no time";
+    }
+    switch (result.status) {
+        case AMEDIA_OK:
+            return "a read gave no buffer";
+        case AMEDIA_ERROR_END_OF_STREAM:
+            return std::nullopt;
+        default:
+            return statusText(result.status);
+    }
+}
+
 }  // namespace
 
 MediaFile::MediaFile(const PluginLibrary& library, FileSource& source) : mSource(source) {
@@ -77,30 +92,18 @@ void MediaFile::requireReadable() const {
     }
 }
 
-TrackStream::TrackStream(std::unique_ptr<Track> track, const FileSource& source,
-                         const RecordSink& sink)
-    : mTrack(std::move(track)), mSource(source), mSink(sink) {}
+TrackStream::TrackStream(std::unique_ptr<Track> track, const FileSource& source)
+    : mTrack(std::move(track)), mSource(source) {}
 
 std::optional<Packet> TrackStream::read(const std::optional<SeekRequest>& seek) {
     Track::ReadResult result = mTrack->read(seek);
-    if (result.packet && !result.withoutTime) {
-        result.packet->readUpTo = mSource.readUpTo();
-        return std::move(result.packet);
+    mEnd.reset();
+    if (!result.packet || result.withoutTime) {
+        mEnd = TrackEnded{mTrack->index(), failureOf(result)};
+        return std::nullopt;
     }
-    if (result.withoutTime) {
-        end("a buffer bears no time");
-    } else if (result.status == AMEDIA_OK) {
-        end("a read gave no buffer");
-    } else if (result.status == AMEDIA_ERROR_END_OF_STREAM) {
-        end(std::nullopt);
-    } else {
-        end(statusText(result.status));
-    }
-    return std::nullopt;
-}
-
-void TrackStream::end(std::optional<std::string> failure) {
-    mSink(TrackEnded{mTrack->index(), std::move(failure)});
+    result.packet->readUpTo = mSource.readUpTo();
+    return std::move(result.packet);
 }
 
 PlayedTracks::PlayedTracks(const MediaFile& file, const std::vector<size_t>& selection,
@@ -121,7 +124,7 @@ PlayedTracks::PlayedTracks(const MediaFile& file, const std::vector<size_t>& sel
             firstVideo = mStreams.size();
         }
         sink(TrackStarted{std::move(description)});
-        mStreams.push_back(std::make_unique<TrackStream>(std::move(track), file.source(), sink));
+        mStreams.push_back(std::make_unique<TrackStream>(std::move(track), file.source()));
     }
     mLead = firstVideo.value_or(0);
     sink(PlaybackReady{mStreams.size()});
@@ -133,6 +136,14 @@ TimeOrderedReader PlayedTracks::reader() const {
         streams.push_back(stream.get());
     }
     return {streams, mLead};
+}
+
+void PlayedTracks::tellEnds(const RecordSink& sink) const {
+    for (const auto& stream : mStreams) {
+        if (auto end = stream->takeEnd()) {
+            sink(*std::move(end));
+        }
+    }
 }
 
 }  // namespace ogmprobe

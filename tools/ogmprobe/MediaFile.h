@@ -2,6 +2,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "Extractor.h"
@@ -35,21 +37,22 @@ class MediaFile {
     std::unique_ptr<Extractor> mExtractor;
 };
 
-/** A started track as a stream of packets; its end goes to the sink. */
+/** A started track as a stream of packets. */
 class TrackStream : public PacketStream {
   public:
-    TrackStream(std::unique_ptr<Track> track, const FileSource& source, const RecordSink& sink);
+    TrackStream(std::unique_ptr<Track> track, const FileSource& source);
 
     size_t index() const { return mTrack->index(); }
 
     std::optional<Packet> read(const std::optional<SeekRequest>& seek) override;
 
-  private:
-    void end(std::optional<std::string> failure);
+    /** Why the last read gave nothing, once; nothing if it gave a packet. */
+    std::optional<TrackEnded> takeEnd() { return std::exchange(mEnd, std::nullopt); }
 
+  private:
     std::unique_ptr<Track> mTrack;
     const FileSource& mSource;
-    const RecordSink& mSink;
+    std::optional<TrackEnded> mEnd;
 };
 
 /** Tracks of one file, ready to be read side by side. */
@@ -58,7 +61,7 @@ class PlayedTracks {
     /**
      * Makes and starts tracks in the players' order, and tells of each; an empty selection means
      * all. Throws `ProbeError`: `kUsage` for a track that the file does not have, `kFile` when one
-     * does not start. File and sink must outlive this object.
+     * does not start. The file must outlive this object.
      */
     PlayedTracks(const MediaFile& file, const std::vector<size_t>& selection,
                  const RecordSink& sink);
@@ -67,6 +70,9 @@ class PlayedTracks {
     /** The first video track, else the first track: the one that a seek moves first. */
     size_t lead() const { return mLead; }
     TimeOrderedReader reader() const;
+
+    /** Tells of the tracks that have ended since the last time. */
+    void tellEnds(const RecordSink& sink) const;
 
   private:
     std::vector<std::unique_ptr<TrackStream>> mStreams;

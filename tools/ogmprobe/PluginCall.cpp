@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PluginCall.h"
 
+#include <exception>
+
 #include "Trace.h"
 
 namespace ogmprobe {
@@ -8,6 +10,7 @@ namespace {
 
 Vitals gOwnVitals;
 Vitals* gVitals = &gOwnVitals;
+PluginFunction gLeftByException = PluginFunction::kNone;
 
 // There is one writer: no need for an atomic addition.
 void countSignOfLife() noexcept {
@@ -18,13 +21,16 @@ void countSignOfLife() noexcept {
 }  // namespace
 
 PluginCall::PluginCall(PluginFunction function, std::optional<size_t> track)
-    : mEnd{function, track, {}} {
+    : mEnd{function, track, {}}, mExceptionsBefore(std::uncaught_exceptions()) {
     countSignOfLife();
     gVitals->function.store(function, std::memory_order_relaxed);
     Trace::add<CallBegun>(function, track);
 }
 
 PluginCall::~PluginCall() {
+    if (std::uncaught_exceptions() > mExceptionsBefore) {
+        gLeftByException = mEnd.function;
+    }
     Trace::add<CallEnded>(mEnd);
     gVitals->function.store(PluginFunction::kNone, std::memory_order_relaxed);
     countSignOfLife();
@@ -37,6 +43,10 @@ media_status_t PluginCall::returned(media_status_t status) {
 
 bool PluginCall::active() noexcept {
     return gVitals->function.load(std::memory_order_relaxed) != PluginFunction::kNone;
+}
+
+PluginFunction PluginCall::leftByException() noexcept {
+    return gLeftByException;
 }
 
 void PluginCall::noteProgress() noexcept {

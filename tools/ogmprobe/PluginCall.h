@@ -39,6 +39,9 @@ class PluginCall {
     /** Whether the plug-in is at work. */
     static bool active() noexcept;
 
+    /** The function that an exception has left, which none may do; no function at first. */
+    static PluginFunction leftByException() noexcept;
+
     /** Notes that a data-source read has finished. */
     static void noteProgress() noexcept;
 
@@ -47,6 +50,7 @@ class PluginCall {
 
   private:
     CallEnded mEnd;
+    const int mExceptionsBefore;
 };
 
 }  // namespace ogmprobe

@@ -62,10 +62,7 @@ struct PacketPlayed {
     std::optional<int64_t> untilNextUs;
 };
 
-/**
- * The track gives no more packets (before the next seek). Packets are read one ahead, so its last
- * one comes after this.
- */
+/** The track gives no more packets (before the next seek). */
 struct TrackEnded {
     uint64_t track = 0;
     /** Nothing at the end of the stream. */

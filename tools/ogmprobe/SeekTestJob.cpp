@@ -10,20 +10,16 @@ namespace {
 
 // Plays the file through in an extractor of its own, so that the tested one stays fresh.
 int64_t measuredDurationUs(const JobContext& context) {
-    const RecordSink failuresOnly = [&context](const Record& record) {
-        const auto* end = std::get_if<TrackEnded>(&record);
-        if (end != nullptr && end->failure) {
-            context.sink(record);
-        }
-    };
+    const RecordSink nowhere = [](const Record&) {};
     const MediaFile file(context.library, context.source);
-    const PlayedTracks tracks(file, {}, failuresOnly);
+    const PlayedTracks tracks(file, {}, nowhere);
     TimeOrderedReader reader = tracks.reader();
     int64_t lastUs = 0;
     while (const auto packet = reader.next()) {
         lastUs = std::max(lastUs, packet->packet.timeUs);
         context.sink(Progress{packet->packet.readUpTo});
     }
+    tracks.tellEnds(context.sink);
     return lastUs;
 }
 
@@ -74,6 +70,7 @@ void seekThrough(const JobContext& context, uint32_t steps) {
     for (uint32_t step = 0; step <= steps; ++step) {
         const int64_t targetUs = partOfTimeUs(range.lastTargetUs, step, steps);
         context.sink(seekTo(targetUs, context.source, tracks, reader));
+        tracks.tellEnds(context.sink);
     }
     file.requireReadable();
 }

@@ -11,6 +11,7 @@
 #include "Commands.h"
 #include "Console.h"
 #include "ExitCode.h"
+#include "LeftoverFiles.h"
 #include "Output.h"
 #include "Session.h"
 
@@ -65,7 +66,9 @@ ExitCode run(int argc, const char* const* argv) {
 }  // namespace ogmprobe
 
 int main(int argc, char** argv) {
-    // A reader that goes away is noticed when writing.
+    // A reader that goes away, and a limit on the size of files, are noticed when writing.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    ogmprobe::removeLeftoverFilesOnSignals();
     return static_cast<int>(ogmprobe::run(argc, argv));
 }
