@@ -64,8 +64,8 @@ std::string remarks(const OggPage& page) {
         text += applies ? ", " + words : "";
     };
     remark(!page.isReadable(), "header damaged");
-    remark(!page.checksumRight, "wrong checksum");
-    remark(page.missingBytes > 0, fmt::format("{} bytes missing", page.missingBytes));
+    remark(page.isReadable() && !page.checksumRight, "wrong checksum");
+    remark(page.missingBytes > 0, plural(page.missingBytes, "byte") + " missing");
     remark(page.beginsWithComment, "comment header");
     return text;
 }
