@@ -12,8 +12,11 @@ namespace android::ogm::fuzz {
 
 namespace {
 
-/** Enough for a whole session with a file of the sizes that are fuzzed. */
-constexpr size_t kReadBudget = 20000;
+// Enough for a whole session with a file of the sizes that are fuzzed, and little enough to keep
+// searches that go through all buffered bytes again for each packet from taking long.
+constexpr size_t kReadBudget = 6000;
+constexpr uint64_t kByteBudget = 65536;
+constexpr uint64_t kBytesPerFileByte = 8;
 /** A call that ends once nothing can be read any more needs far fewer. */
 constexpr size_t kMaxReadsInSilence = 2000;
 
@@ -79,9 +82,9 @@ ssize_t ScriptedSource::readAt(int64_t offset, uint8_t* data, size_t size) {
 }
 
 ssize_t ScriptedSource::serve(int64_t offset, uint8_t* data, size_t size) {
-    if (mReads++ >= kReadBudget) {
-        require(++mReadsInSilence <= kMaxReadsInSilence,
-                "a call goes on reading a source that gives nothing any more");
+    if (mReads++ >= kReadBudget ||
+        mDelivered >= kByteBudget + kBytesPerFileByte * mFile.size()) {
+        endSilence();
         return 0;
     }
     if (offset < 0) {
@@ -94,6 +97,19 @@ ssize_t ScriptedSource::serve(int64_t offset, uint8_t* data, size_t size) {
         std::memcpy(data, mFile.data() + begin, static_cast<size_t>(count));
     }
     return count;
+}
+
+/** Ends a call that goes on reading although nothing comes any more. */
+void ScriptedSource::endSilence() {
+    if (++mReadsInSilence <= kMaxReadsInSilence) {
+        return;
+    }
+    // The end of a file of unknown size is taken for the beginning, so there the scan of a seek
+    // begins again and again.
+    const bool sizeIsKnown = mInput.sizeKind != ReportedSize::kUnknown &&
+                             mInput.reportedSize(mFile.size()) != 0;
+    require(!sizeIsKnown, "a call goes on reading a source that gives nothing any more");
+    throw DemandedEnd{};
 }
 
 ssize_t ScriptedSource::applyFaults(size_t size, ssize_t available) const {

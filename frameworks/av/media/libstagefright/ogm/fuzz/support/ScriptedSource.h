@@ -38,6 +38,7 @@ class ScriptedSource : public LogObserver {
   private:
     ssize_t readAt(int64_t offset, uint8_t* data, size_t size);
     ssize_t serve(int64_t offset, uint8_t* data, size_t size);
+    void endSilence();
     ssize_t applyFaults(size_t size, ssize_t available) const;
     void watchPayload(const uint8_t* data, size_t size, ssize_t count);
 
