@@ -82,8 +82,7 @@ ssize_t ScriptedSource::readAt(int64_t offset, uint8_t* data, size_t size) {
 }
 
 ssize_t ScriptedSource::serve(int64_t offset, uint8_t* data, size_t size) {
-    if (mReads++ >= kReadBudget ||
-        mDelivered >= kByteBudget + kBytesPerFileByte * mFile.size()) {
+    if (mReads++ >= kReadBudget || mDelivered >= kByteBudget + kBytesPerFileByte * mFile.size()) {
         endSilence();
         return 0;
     }
@@ -106,8 +105,8 @@ void ScriptedSource::endSilence() {
     }
     // The end of a file of unknown size is taken for the beginning, so there the scan of a seek
     // begins again and again.
-    const bool sizeIsKnown = mInput.sizeKind != ReportedSize::kUnknown &&
-                             mInput.reportedSize(mFile.size()) != 0;
+    const bool sizeIsKnown =
+            mInput.sizeKind != ReportedSize::kUnknown && mInput.reportedSize(mFile.size()) != 0;
     require(!sizeIsKnown, "a call goes on reading a source that gives nothing any more");
     throw DemandedEnd{};
 }

@@ -102,8 +102,7 @@ TEST(SessionMutatorTest, MostChangesKeepThePagesWhole) {
         const Bytes mutated = SessionMutator(addOne, seed).mutate(validInput(), kMaxSize);
         EXPECT_LE(mutated.size(), kMaxSize);
         changed += mutated != validInput() ? 1 : 0;
-        const PagedFile pieces =
-                splitIntoPages(SessionInput(mutated.data(), mutated.size()).file);
+        const PagedFile pieces = splitIntoPages(SessionInput(mutated.data(), mutated.size()).file);
         whole += junkIn(pieces) == 0 ? 1 : 0;
     }
     EXPECT_GT(changed, kSeeds * 9 / 10);
@@ -126,8 +125,7 @@ TEST(SessionMutatorTest, ACrossHoldsPagesOfBoth) {
         const Bytes crossed =
                 SessionMutator(addOne, seed).cross(validInput(), other.bytes(), kMaxSize);
         ASSERT_LE(crossed.size(), kMaxSize);
-        const PagedFile pieces =
-                splitIntoPages(SessionInput(crossed.data(), crossed.size()).file);
+        const PagedFile pieces = splitIntoPages(SessionInput(crossed.data(), crossed.size()).file);
         withBoth += std::any_of(pieces.begin(), pieces.end(),
                                 [](const FilePiece& piece) { return piece.serialNo == 0xABCDEF; })
                             ? 1
