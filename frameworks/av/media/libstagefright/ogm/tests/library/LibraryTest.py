@@ -36,8 +36,8 @@ C_IMPORTS = {
     "__stack_chk_fail", "__stack_chk_guard", "__cxa_finalize", "__cxa_atexit", "__getauxval",
     "__memcpy_chk", "__memmove_chk", "__memset_chk", "__strlen_chk", "__vsnprintf_chk",
     "__snprintf_chk",
-    # What the C library of a device has for properties and for the C++ runtime.
-    "__system_property_get",
+    # For properties, where the platform's library for them cannot be linked with.
+    "__system_property_get", "strnlen", "strtoimax", "__errno", "__errno_location",
 }
 WEAK_START_UP_HOOKS = {"__gmon_start__", "_ITM_deregisterTMCloneTable", "_ITM_registerTMCloneTable"}
 
