@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 
 readonly build_packages=(
     cmake ninja-build g++ git ca-certificates
-    libgtest-dev libgmock-dev libcli11-dev libfmt-dev nlohmann-json3-dev
+    libgtest-dev libgmock-dev libcli11-dev libfmt-dev libseccomp-dev nlohmann-json3-dev
 )
 readonly test_packages=(
     clang clang-format clang-tidy libclang-rt-14-dev llvm

@@ -93,6 +93,8 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
             ->type_name("SECONDS")
             ->capture_default_str()
             ->check(unnamed(CLI::NonNegativeNumber));
+    app.add_flag("--in-process", options.inProcess,
+                 "Run the plug-in in this process, for a debugger: nothing is caught or limited");
 }
 
 void addTracks(CLI::App& command, std::vector<size_t>& tracks) {

@@ -7,8 +7,8 @@
 
 namespace ogmprobe {
 
-// Each command reports what goes wrong and returns the code for it. They throw `ClosedPipe`, and
-// `ProbeError` when standard output cannot be written.
+// Each command reports what goes wrong and returns the code for it. They throw
+// `OutputError`.
 
 ExitCode runInfo(const InfoOptions& options, Session& session);
 ExitCode runPackets(const PacketsOptions& options, Session& session);

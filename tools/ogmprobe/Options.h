@@ -21,6 +21,8 @@ struct GlobalOptions {
     ColorMode color = ColorMode::kAuto;
     /** How long the plug-in may stand still; 0 for ever. */
     double timeoutSeconds = 10;
+    /** Runs the plug-in unprotected, within reach of a debugger. */
+    bool inProcess = false;
 };
 
 struct InfoOptions {

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <pty.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -56,7 +57,11 @@ void readToEnd(int descriptor, std::string& text) {
 [[noreturn]] void execProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup,
                             int out, int err) {
     dup2(out, STDOUT_FILENO);
-    dup2(err, STDERR_FILENO);
+    dup2(setup.joined ? out : err, STDERR_FILENO);
+    if (setup.fileSizeLimit) {
+        const rlimit limit = {*setup.fileSizeLimit, *setup.fileSizeLimit};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
     for (const auto& [name, value] : setup.environment) {
         setenv(name.c_str(), value.c_str(), 1);
     }
@@ -82,7 +87,11 @@ ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessS
     close(err.program);
     ProcessResult result;
     std::thread errReader(readToEnd, err.reader, std::ref(result.err));
-    readToEnd(out.reader, result.out);
+    std::thread outReader(readToEnd, out.reader, std::ref(result.out));
+    if (setup.meanwhile) {
+        setup.meanwhile(child);
+    }
+    outReader.join();
     errReader.join();
     int status = 0;
     waitpid(child, &status, 0);
