@@ -2,7 +2,6 @@
 #define LOG_TAG "OgmExtractor"
 
 #include <media/stagefright/foundation/ABitReader.h>
-#include <media/stagefright/foundation/AMessage.h>
 
 #include <algorithm>
 #include <iterator>
@@ -10,7 +9,6 @@
 #include "OgmAssert.h"
 #include "OgmCutters.h"
 #include "OgmExtractor.h"
-#include "OgmPacketBuffer.h"
 
 namespace android {
 
@@ -97,15 +95,15 @@ Ac3Frame ogm::parseAc3Frame(ByteView data) {
     return parseEac3Sizes(&bits);
 }
 
-sp<ABuffer> OgmTrack::dequeueAccessUnitAC3() {
-    const ByteView data(mPacketBuff);
+std::optional<AccessUnit> OgmTrack::dequeueAccessUnitAC3() {
+    const ByteView data = mPacketBuff.view();
     if (data.size() < kMinBufferedSize) {
         ALOGD("****NO enough data in AC3 ESQueue****");
-        return nullptr;
+        return std::nullopt;
     }
     const std::optional<size_t> offset = ogm::findAc3Sync(data);
     if (!offset) {
-        return nullptr;
+        return std::nullopt;
     }
     const Ac3Frame frame = ogm::parseAc3Frame(data.from(*offset));
     if (frame.kind != Ac3Frame::Kind::kFrame) {
@@ -115,20 +113,17 @@ sp<ABuffer> OgmTrack::dequeueAccessUnitAC3() {
             ALOGD("[%s]***wrong bsid:%u***", "dequeueAccessUnitAC3", frame.bsid);
         }
         // Like the bytes in front of a frame, these are charged to no range.
-        ogm::dropFront(*mPacketBuff, *offset + std::size(kSyncWord));
-        return nullptr;
+        mPacketBuff.dropFront(*offset + std::size(kSyncWord));
+        return std::nullopt;
     }
     const size_t available = data.size() - *offset;
     if (available < frame.size) {
         ALOGD("NO enough data: accessUnit size:%d > remaining data after offset :%d", frame.size,
               static_cast<int>(available));
-        return nullptr;
+        return std::nullopt;
     }
-    const sp<ABuffer> unit = takeFrame(*offset, frame.size);
-    const int64_t timeUs = fetchTimestamp(frame.size);
-    if (timeUs >= 0) {
-        unit->meta()->setInt64("timeUs", timeUs);
-    }
+    AccessUnit unit{takeFrame(*offset, frame.size)};
+    unit.timeUs = fetchTimestamp(frame.size);
     return unit;
 }
 

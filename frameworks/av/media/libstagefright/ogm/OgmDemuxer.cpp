@@ -121,17 +121,15 @@ media_status_t OgmExtractor::cutPacket(OgmTrack* track) {
     if (offset > mDataSourceSize) {
         return AMEDIA_ERROR_END_OF_STREAM;
     }
-    const sp<ABuffer> packet = new ABuffer(piece.size);
-    packet->setRange(0, 0);
-    const ssize_t count = mDataSource->readAt(offset, packet->base(), piece.size);
+    mPiece.reset(piece.size);
+    const ssize_t count = mDataSource->readAt(offset, mPiece.data(), piece.size);
     if (count != static_cast<ssize_t>(piece.size)) {
         ALOGI("Cannot read page payload, size %d\n", static_cast<int>(piece.size));
         return AMEDIA_ERROR_IO;
     }
-    packet->setRange(0, piece.size);
     mCurrentSegment = piece.nextSegment;
     if (track != nullptr) {
-        (void)track->appendData(packet, isNewPacket);
+        (void)track->appendData(&mPiece, isNewPacket);
     }
     return AMEDIA_OK;
 }

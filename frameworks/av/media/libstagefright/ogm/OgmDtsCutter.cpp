@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include <media/stagefright/foundation/AMessage.h>
-
 #include "OgmAssert.h"
 #include "OgmCutters.h"
 #include "OgmExtractor.h"
-#include "OgmPacketBuffer.h"
 
 namespace android {
 
@@ -44,30 +41,29 @@ std::optional<size_t> ogm::findDtsSync(ByteView data, size_t from) {
     return std::nullopt;
 }
 
-sp<ABuffer> OgmTrack::dequeueAccessUnitDTS() {
-    const std::optional<size_t> offset = ogm::findDtsSync(ByteView(mPacketBuff), 0);
+std::optional<AccessUnit> OgmTrack::dequeueAccessUnitDTS() {
+    const std::optional<size_t> offset = ogm::findDtsSync(mPacketBuff.view(), 0);
     if (!offset) {
-        return nullptr;
+        return std::nullopt;
     }
     if (*offset > 0) {
         // The bytes in front of a frame are charged to nobody, and their time goes with them.
-        ogm::dropFront(*mPacketBuff, *offset);
+        mPacketBuff.dropFront(*offset);
         (void)fetchTimestamp(*offset);
     }
-    const ByteView data(mPacketBuff);
+    const ByteView data = mPacketBuff.view();
     if (data.size() < kMinFrameAndSync) {
-        return nullptr;
+        return std::nullopt;
     }
     // No field tells the size of a frame here: it ends where the next one begins.
     const std::optional<size_t> size = ogm::findDtsSync(data, 1);
     if (!size) {
-        return nullptr;
+        return std::nullopt;
     }
-    const sp<ABuffer> unit = takeFrame(0, *size);
-    const int64_t timeUs = fetchTimestamp(*size);
-    OGM_CHECK_VALUES(timeUs >= 0,
-                     OGM_SOURCES "OgmExtractor:783 CHECK_GE( timeUs,0ll) failed: ", timeUs, 0);
-    unit->meta()->setInt64("timeUs", timeUs);
+    AccessUnit unit{takeFrame(0, *size)};
+    unit.timeUs = fetchTimestamp(*size);
+    OGM_CHECK_VALUES(unit.timeUs >= 0,
+                     OGM_SOURCES "OgmExtractor:783 CHECK_GE( timeUs,0ll) failed: ", unit.timeUs, 0);
     return unit;
 }
 

@@ -152,9 +152,7 @@ void OgmTrack::dropQueued() {
     mRangeInfos.clear();
     mPacketsQue.clear();
     NumOfVPackets = 0;
-    if (mPacketBuff != nullptr) {
-        mPacketBuff->setRange(0, 0);
-    }
+    mPacketBuff.clear();
 }
 
 media_status_t OgmTrack::seek(int64_t timeUs, const char* mime) {

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <media/stagefright/foundation/ABuffer.h>
-#include <utils/StrongPointer.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -20,14 +17,6 @@ class ByteView {
   public:
     constexpr ByteView() = default;
     constexpr ByteView(const uint8_t* data, size_t size) : mData(data), mSize(size) {}
-
-    /** The buffer's range; empty for a null buffer. */
-    explicit ByteView(const sp<ABuffer>& buffer) {
-        if (buffer != nullptr) {
-            mData = buffer->data();
-            mSize = buffer->size();
-        }
-    }
 
     constexpr const uint8_t* data() const { return mData; }
     constexpr size_t size() const { return mSize; }
