@@ -155,8 +155,8 @@ void OgmTrack::dropQueued() {
     mPacketBuff.clear();
 }
 
-media_status_t OgmTrack::seek(int64_t timeUs, const char* mime) {
-    ALOGI("begin seek to %lld us mime:%s", static_cast<long long>(timeUs), mime);
+media_status_t OgmTrack::seek(int64_t timeUs) {
+    ALOGI("begin seek to %lld us mime:%s", static_cast<long long>(timeUs), mimeText());
     if (timeUs != 0) {
         mSeekRequested = true;
     }
@@ -175,7 +175,7 @@ media_status_t OgmTrack::seek(int64_t timeUs, const char* mime) {
         }
         mExtractor->setSeeking(false);
     }
-    ALOGI("after seek to %lld us mime:%s", static_cast<long long>(timeUs), mime);
+    ALOGI("after seek to %lld us mime:%s", static_cast<long long>(timeUs), mimeText());
     return AMEDIA_OK;
 }
 

@@ -214,6 +214,9 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     /** The stream's record, the first one where two have the serial number; null for none. */
     OgmStreamInfo* findStream(uint32_t serialNo);
 
+    /** MIME type of a stream, which is settled once the file is open; empty when it is not known. */
+    std::string mimeOf(uint32_t serialNo);
+
     /**
      * Copies a stream's format, with the duration as it is now; AMEDIA_ERROR_MALFORMED for a serial
      * number without a record.
@@ -374,6 +377,7 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     ogm::ByteBuffer takeFrame(size_t offset, size_t size);
     void learnFormat(uint32_t header, int32_t sampleRate, int32_t channels);
 
+    void logGetFormat() const;
     media_status_t fillQueue();
     media_status_t takePacket(MediaBufferHelper** buffer);
     media_status_t reworkPcm(MediaBufferHelper** buffer);
@@ -385,7 +389,10 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
 
     enum class SyncSearch { kFound, kDrained, kTooLate };
 
-    media_status_t seek(int64_t timeUs, const char* mime);
+    /** The MIME type as log lines take it: null when it is not known. */
+    const char* mimeText() const { return mMime.empty() ? nullptr : mMime.c_str(); }
+
+    media_status_t seek(int64_t timeUs);
     media_status_t findSyncFrame(int64_t seekUs);
     media_status_t fillForSyncFrame(bool* endOfFile);
     SyncSearch dropUntilSyncFrame(int64_t searchUs);
@@ -396,6 +403,8 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     const uint32_t mSerialNo;
     const uint32_t mType;
     const uint16_t mBitsPerSample;
+    /** For the log; empty when the extractor does not know the stream. */
+    const std::string mMime;
     int32_t mSampleRate = 0;
     int32_t mTimeUnit = 0;
     bool mDumpAudio = false;
