@@ -19,14 +19,6 @@ void copyBytes(uint8_t* destination, ByteView bytes) {
 
 }  // namespace
 
-ByteBuffer& ByteBuffer::operator=(ByteBuffer&& other) noexcept {
-    mBytes = std::move(other.mBytes);
-    mCapacity = std::exchange(other.mCapacity, 0);
-    mOffset = std::exchange(other.mOffset, 0);
-    mSize = std::exchange(other.mSize, 0);
-    return *this;
-}
-
 void ByteBuffer::reset(size_t size) {
     if (mCapacity < size || mCapacity / 2 > size) {
         mBytes.reset(new uint8_t[size]);

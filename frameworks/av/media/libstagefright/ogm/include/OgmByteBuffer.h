@@ -21,7 +21,13 @@ class ByteBuffer {
     explicit ByteBuffer(size_t size) { reset(size); }
     explicit ByteBuffer(ByteView bytes) { append(bytes); }
     ByteBuffer(ByteBuffer&& other) noexcept { *this = std::move(other); }
-    ByteBuffer& operator=(ByteBuffer&& other) noexcept;
+    ByteBuffer& operator=(ByteBuffer&& other) noexcept {
+        mBytes = std::move(other.mBytes);
+        mCapacity = std::exchange(other.mCapacity, 0);
+        mOffset = std::exchange(other.mOffset, 0);
+        mSize = std::exchange(other.mSize, 0);
+        return *this;
+    }
 
     uint8_t* data() { return mBytes.get() + mOffset; }
     size_t size() const { return mSize; }

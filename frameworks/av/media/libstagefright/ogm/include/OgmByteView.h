@@ -66,6 +66,13 @@ class ByteView {
     constexpr uint64_t littleEndian(size_t position, size_t width) const {
         const ByteView rest = from(position);
         uint64_t value = 0;
+        if (rest.mSize >= width) {
+            // The usual case, which compiles to one load.
+            for (size_t i = 0; i < width; ++i) {
+                value |= uint64_t{rest.mData[i]} << (8 * i);
+            }
+            return value;
+        }
         for (size_t i = 0; i < width; ++i) {
             value |= uint64_t{rest[i]} << (8 * i);
         }

@@ -241,6 +241,8 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     bool appendPagePayload(int64_t pageOffset, int64_t pageSize, const OgmPage& page,
                            ogm::ByteBuffer* rawBuffer, ogm::SteppedCapacity* capacity);
 
+    /** Goes back to the start of currPage's body. */
+    void rewindPage();
     media_status_t enterNextPage();
     OgmTrack* findStartedTrack(uint32_t serialNo) const;
     media_status_t refreshGranules(OgmTrack* track);
@@ -273,6 +275,8 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     int64_t mCurrentPageSize = 0;
     /** Next lacing value of currPage to use. */
     uint64_t mCurrentSegment = 0;
+    /** Where its bytes begin in the body of currPage. */
+    int64_t mCurrentBodyOffset = 0;
     /** The piece that was read last, unless its track has taken it. */
     ogm::ByteBuffer mPiece;
 
