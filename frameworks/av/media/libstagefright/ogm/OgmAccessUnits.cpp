@@ -48,7 +48,7 @@ std::optional<size_t> OgmTrack::findFirstSync(ByteView data) const {
             }
             return start;
         case OGA_AUDIO_AC3:
-            start = ogm::findAc3Sync(data);
+            start = ogm::findAc3Sync(data, 0);
             if (start.value_or(0) > 0) {
                 ALOGD("found something resembling an AC3 syncword at offset %ld",
                       static_cast<long>(*start));
@@ -83,8 +83,13 @@ std::optional<AccessUnit> OgmTrack::dequeueAccessUnit() {
 
 ByteBuffer OgmTrack::takeFrame(size_t offset, size_t size) {
     ByteBuffer frame(mPacketBuff.view().from(offset).first(size));
-    mPacketBuff.dropFront(offset + size);
+    dropBuffered(offset + size);
     return frame;
+}
+
+void OgmTrack::dropBuffered(size_t size) {
+    mPacketBuff.dropFront(size);
+    mSearched = 0;
 }
 
 /**
@@ -93,6 +98,7 @@ ByteBuffer OgmTrack::takeFrame(size_t offset, size_t size) {
  */
 void OgmTrack::discardBuffer() {
     mPacketBuff.clear();
+    mSearched = 0;
 }
 
 int64_t OgmTrack::fetchTimestamp(uint64_t size) {

@@ -152,7 +152,7 @@ void OgmTrack::dropQueued() {
     mRangeInfos.clear();
     mPacketsQue.clear();
     NumOfVPackets = 0;
-    mPacketBuff.clear();
+    discardBuffer();
 }
 
 media_status_t OgmTrack::seek(int64_t timeUs) {

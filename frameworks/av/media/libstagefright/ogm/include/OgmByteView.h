@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <optional>
 #include <string_view>
 
 namespace android::ogm {
@@ -47,6 +49,19 @@ class ByteView {
             }
         }
         return true;
+    }
+
+    /** The first place at or after `from` where all bytes of `text` stand, which is not empty. */
+    std::optional<size_t> find(std::string_view text, size_t from) const {
+        const ByteView rest = this->from(from);
+        if (rest.mSize < text.size()) {
+            return std::nullopt;
+        }
+        const void* const found = memmem(rest.mData, rest.mSize, text.data(), text.size());
+        if (found == nullptr) {
+            return std::nullopt;
+        }
+        return static_cast<size_t>(static_cast<const uint8_t*>(found) - mData);
     }
 
     constexpr uint16_t u16le(size_t position) const {

@@ -214,7 +214,8 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     /** The stream's record, the first one where two have the serial number; null for none. */
     OgmStreamInfo* findStream(uint32_t serialNo);
 
-    /** MIME type of a stream, which is settled once the file is open; empty when it is not known. */
+    /** MIME type of a stream, which is settled once the file is open; empty when it is not known.
+     */
     std::string mimeOf(uint32_t serialNo);
 
     /**
@@ -378,7 +379,9 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     std::optional<AccessUnit> dequeueAccessUnitDTS();
     bool lockMpegAudio(ogm::ByteView data, uint64_t* offset);
     void discardBuffer();
+    std::optional<size_t> findNextDtsSync(size_t from);
     ogm::ByteBuffer takeFrame(size_t offset, size_t size);
+    void dropBuffered(size_t size);
     void learnFormat(uint32_t header, int32_t sampleRate, int32_t channels);
 
     void logGetFormat() const;
@@ -434,6 +437,8 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     /** The packet being assembled; for re-framed audio the elementary stream not yet cut. */
     ogm::ByteBuffer mPacketBuff;
     ogm::SteppedCapacity mPacketCapacity;
+    /** Up to here no frame of re-framed audio begins in mPacketBuff but at its start. */
+    size_t mSearched = 0;
     std::deque<RangeInfo> mRangeInfos;
     /** Oldest first. The last one is still open, but for re-framed audio. */
     std::deque<OgmPacket> mPacketsQue;

@@ -399,7 +399,7 @@ TEST_F(Ac3CutterTest, RandomPiecesOfADamagedStreamGiveWhatAPlainCutterGives) {
 }
 
 TEST(Ac3SyncSearchTest, FindsTheFirstSyncWord) {
-    const auto find = [](const Bytes& bytes) { return findAc3Sync(viewOf(bytes)); };
+    const auto find = [](const Bytes& bytes) { return findAc3Sync(viewOf(bytes), 0); };
     EXPECT_EQ(find({}), std::nullopt);
     EXPECT_EQ(find({0x0B}), std::nullopt);
     EXPECT_EQ(find({0x0B, 0x77}), 0u);
