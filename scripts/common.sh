@@ -15,7 +15,7 @@ readonly test_packages=(
 # For 64-bit Arm: compiler, emulator, and the libraries of tests and tool for that machine.
 readonly arm64_packages=(
     g++-aarch64-linux-gnu qemu-user
-    libgtest-dev:arm64 libgmock-dev:arm64 libfmt-dev:arm64 libc6-dev:arm64 libstdc++-12-dev:arm64
+    libgtest-dev:arm64 libgmock-dev:arm64 libfmt-dev:arm64 libseccomp-dev:arm64 libc6-dev:arm64 libstdc++-12-dev:arm64
 )
 
 # Installs those of the named Debian packages that are missing.
