@@ -71,6 +71,10 @@ ScriptedSource::ScriptedSource(const SessionInput& input, const Bytes& file)
     setLogObserver(this);
 }
 
+bool ScriptedSource::isSilent() const {
+    return mReads >= kReadBudget || mDelivered >= kByteBudget + kBytesPerFileByte * mFile.size();
+}
+
 ssize_t ScriptedSource::readAt(int64_t offset, uint8_t* data, size_t size) {
     const ssize_t count = serve(offset, data, size);
     mDelivered += static_cast<uint64_t>(std::max<ssize_t>(count, 0));
@@ -82,7 +86,9 @@ ssize_t ScriptedSource::readAt(int64_t offset, uint8_t* data, size_t size) {
 }
 
 ssize_t ScriptedSource::serve(int64_t offset, uint8_t* data, size_t size) {
-    if (mReads++ >= kReadBudget || mDelivered >= kByteBudget + kBytesPerFileByte * mFile.size()) {
+    const bool silent = isSilent();
+    ++mReads;
+    if (silent) {
         endSilence();
         return 0;
     }

@@ -30,6 +30,8 @@ class ScriptedSource : public LogObserver {
     /** Bytes that have been handed over. */
     uint64_t delivered() const { return mDelivered; }
     size_t reads() const { return mReads; }
+    /** Whether all further reads give nothing. */
+    bool isSilent() const;
     /** To be called before each call of the plug-in: reads in silence are counted for each. */
     void beginCall() { mReadsInSilence = 0; }
 

@@ -2,7 +2,7 @@
 
 /**
  * Runs a fuzz target, without a fuzz engine, on the files that are named and on all files in the
- * folders that are named. Ends with 0 once every one of them has been run.
+ * folders that are named. Ends with 0 once every one of them, and at least one, has been run.
  */
 
 #include <cstdio>
@@ -19,10 +19,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/** In an order that does not depend on the file system. */
+/** In an order that does not depend on the file system; none for a folder that does not exist. */
 std::set<fs::path> filesIn(const fs::path& path) {
-    if (!fs::is_directory(path)) {
+    if (fs::is_regular_file(path)) {
         return {path};
+    }
+    if (!fs::exists(path)) {
+        return {};
     }
     std::set<fs::path> files;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path)) {
