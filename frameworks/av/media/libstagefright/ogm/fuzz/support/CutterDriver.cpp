@@ -3,8 +3,6 @@
 
 #include "CutterDriver.h"
 
-#include <media/stagefright/foundation/AMessage.h>
-
 #include <memory>
 #include <utility>
 
@@ -35,12 +33,11 @@ uint32_t streamTypeOf(ReferenceCutter::Codec codec) {
     return OGM_TYPE_UNKNOWN;
 }
 
-AccessUnit unitOf(const sp<ABuffer>& buffer) {
+AccessUnit unitOf(const android::AccessUnit& cut) {
     AccessUnit unit;
-    unit.bytes = bytesOf(ByteView(buffer));
-    int64_t timeUs = 0;
-    if (buffer->meta()->findInt64("timeUs", &timeUs)) {
-        unit.timeUs = timeUs;
+    unit.bytes = bytesOf(cut.bytes.view());
+    if (cut.timeUs >= 0) {
+        unit.timeUs = cut.timeUs;
     }
     return unit;
 }
@@ -48,17 +45,17 @@ AccessUnit unitOf(const sp<ABuffer>& buffer) {
 /** Cuts what can be cut and expects just these units, and that the cutting ends as they say. */
 void cutAll(OgmTrack* track, const ReferenceCutter::Outcome& expected) {
     for (const AccessUnit& unit : expected.units) {
-        const sp<ABuffer> buffer = track->dequeueAccessUnit();
-        require(buffer != nullptr, "an access unit is missing");
-        require(unitOf(buffer) == unit, "an access unit or its time differs");
+        const auto cut = track->dequeueAccessUnit();
+        require(cut.has_value(), "an access unit is missing");
+        require(unitOf(*cut) == unit, "an access unit or its time differs");
     }
     if (expected.fatal) {
         // An assertion, or a unit of no bytes that is found again for ever.
-        const sp<ABuffer> buffer = track->dequeueAccessUnit();
-        require(buffer != nullptr && buffer->size() == 0, "the process should have ended");
+        const auto cut = track->dequeueAccessUnit();
+        require(cut && cut->bytes.view().size() == 0, "the process should have ended");
         throw DemandedEnd{};
     }
-    require(track->dequeueAccessUnit() == nullptr, "there is an access unit too many");
+    require(!track->dequeueAccessUnit(), "there is an access unit too many");
 }
 
 }  // namespace

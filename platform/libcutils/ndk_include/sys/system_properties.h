@@ -6,6 +6,8 @@
  * its levels here, so a program that brings its own property_get() does not see those reads.
  */
 
+#include <stdint.h>
+
 /** Size of a buffer that holds any value, the final zero included. */
 #define PROP_VALUE_MAX 92
 
@@ -19,6 +21,9 @@ extern "C" {
  * PROP_VALUE_MAX bytes. Returns the length of what was copied.
  */
 int __system_property_get(const char* name, char* value);
+
+/** A number that changes with every change of a property. */
+uint32_t __system_property_area_serial(void);
 
 #pragma GCC visibility pop
 #ifdef __cplusplus
