@@ -47,7 +47,8 @@ class SampleTimeTest : public ::testing::Test {
 
     int64_t timeOfNextPacket() {
         constexpr uint8_t kPacket[] = {0, 0, 0, 1, 2};
-        mTrack.appendData(ABuffer::CreateAsCopy(kPacket, sizeof(kPacket)), true);
+        ogm::ByteBuffer packet(ogm::ByteView(kPacket, sizeof(kPacket)));
+        mTrack.appendData(&packet, true);
         return (mTrack.*memberOf(Queue{})).back().timeUs;
     }
 
