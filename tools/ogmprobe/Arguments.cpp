@@ -15,9 +15,9 @@ namespace {
 
 constexpr const char* kExitCodes =
         "Exit codes: 0 done, 1 wrong usage, 2 a file cannot be opened, read or written,\n"
-        "3 the plug-in does not take the file, 4 the extractor died or got stuck. With several\n"
-        "files all are tried and the largest code counts. Data goes to standard output,\n"
-        "everything else to standard error.";
+        "3 the plug-in does not take the file, 4 the extractor died or got stuck, 5 what was\n"
+        "compared differs. With several files all are tried and the largest code counts. Data\n"
+        "goes to standard output, everything else to standard error.";
 
 constexpr const char* kInfoExamples =
         "Examples:\n"
@@ -62,6 +62,18 @@ constexpr const char* kExplainExamples =
         "  ogmprobe explain film.ogm\n"
         "  ogmprobe explain film.ogm --pages | less\n"
         "  ogmprobe explain film.ogm --json | jq '.findings[].id'";
+
+constexpr const char* kCompareExamples =
+        "Both are played to their ends. Compared are the container, the tracks' formats, of each\n"
+        "packet time, sync flag, size and bytes, the ends, and the log where asked for. The first\n"
+        "difference is told in one line; packets count from 0. A packet is \"only in\" one of the\n"
+        "two if the other has none with the same time, sync flag and bytes. A file that one\n"
+        "plug-in takes and the other does not is a difference too.\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe compare film.ogm copy.ogm\n"
+        "  ogmprobe compare film.ogm --plugin-b old/libogmextractor.so\n"
+        "  ogmprobe compare film.ogm copy.ogm --json | jq '.differences[0]'";
 
 const std::map<std::string, int> kLogLevels = {
         {"verbose", ANDROID_LOG_VERBOSE}, {"debug", ANDROID_LOG_DEBUG},
@@ -210,6 +222,26 @@ void addExplain(CLI::App& app, ExplainOptions& options) {
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
 }
 
+void addCompare(CLI::App& app, CompareOptions& options) {
+    CLI::App* command = addCommand(app, "compare",
+                                   "Tell what differs first between two files, or between two "
+                                   "plug-ins on one file",
+                                   kCompareExamples);
+    command->add_option("a", options.a, "A media file")->type_name("A")->required();
+    auto* file = command->add_option("b", options.b, "The file to compare it with")->type_name("B");
+    auto* plugin = command->add_option("--plugin-b", options.pluginB,
+                                       "Compare with what this plug-in gives (of A, without B)");
+    plugin->type_name("PATH");
+    command->add_flag("--logs,!--no-logs", options.logs,
+                      "Compare the plug-in's log lines (default: only with --plugin-b)");
+    addJson(*command, options.json, "A JSON document; times are whole microseconds");
+    command->callback([file, plugin] {
+        if (file->empty() && plugin->empty()) {
+            throw CLI::RequiredError("B or --plugin-b");
+        }
+    });
+}
+
 /** Room for the options of all commands, of which one is then taken. */
 struct Collected {
     GlobalOptions global;
@@ -218,6 +250,7 @@ struct Collected {
     SeekTestOptions seekTest;
     ExtractOptions extract;
     ExplainOptions explain;
+    CompareOptions compare;
 };
 
 Options chosen(const CLI::App& app, Collected collected) {
@@ -231,6 +264,8 @@ Options chosen(const CLI::App& app, Collected collected) {
         command = std::move(collected.extract);
     } else if (name == "explain") {
         command = std::move(collected.explain);
+    } else if (name == "compare") {
+        command = std::move(collected.compare);
     }
     return {std::move(collected.global), std::move(command)};
 }
@@ -250,6 +285,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
     addSeekTest(app, collected.seekTest);
     addExtract(app, collected.extract);
     addExplain(app, collected.explain);
+    addCompare(app, collected.compare);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -1,24 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explain/ExplainText.h"
 
-#include <android/log.h>
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <string_view>
 #include <vector>
 
+#include "LogText.h"
 #include "TimeText.h"
 
 namespace ogmprobe {
 namespace {
 
-constexpr std::string_view kLevels = "??VDIWEF";
-
 std::string lineText(const LoggedLine& line) {
-    const auto level = static_cast<size_t>(line.priority);
-    return fmt::format("{} {}: {}{}", level < kLevels.size() ? kLevels[level] : '?', line.tag,
-                       line.text, line.count > 1 ? fmt::format("  ({} times)", line.count) : "");
+    return logText(line.priority, line.tag, line.text) +
+           (line.count > 1 ? fmt::format("  ({} times)", line.count) : "");
 }
 
 std::string placeText(const Finding& finding) {
