@@ -227,13 +227,17 @@ void addCompare(CLI::App& app, CompareOptions& options) {
                                    "Tell what differs first between two files, or between two "
                                    "plug-ins on one file",
                                    kCompareExamples);
-    command->add_option("a", options.a, "A media file")->type_name("A")->required();
-    auto* file = command->add_option("b", options.b, "The file to compare it with")->type_name("B");
-    auto* plugin = command->add_option("--plugin-b", options.pluginB,
-                                       "Compare with what this plug-in gives (of A, without B)");
+    command->add_option("A", options.a, "A media file")->type_name("FILE")->required();
+    auto* file = command->add_option("B", options.b, "Another, or with --plugin-b the same");
+    file->type_name("FILE");
+    auto* plugin = command->add_option("--plugin-b", options.pluginB, "Play B with this plug-in");
     plugin->type_name("PATH");
-    command->add_flag("--logs,!--no-logs", options.logs,
-                      "Compare the plug-in's log lines (default: only with --plugin-b)");
+    command->add_flag_callback(
+            "--logs", [&options] { options.logs = true; },
+            "Compare the log lines too (default with --plugin-b)");
+    command->add_flag_callback(
+            "--no-logs", [&options] { options.logs = false; },
+            "Leave the log lines out (default without --plugin-b)");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
     command->callback([file, plugin] {
         if (file->empty() && plugin->empty()) {

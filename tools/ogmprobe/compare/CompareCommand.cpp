@@ -95,7 +95,11 @@ class Comparison {
         const FoundLine b = findLogLine(mB.path, mB.options, number);
         difference.a = orNull(a.text);
         difference.b = orNull(b.text);
-        difference.call = a.text ? a.call : b.call;
+        if (a.text && b.text && a.call != b.call) {
+            difference.call = fmt::format("{} (A), {} (B)", a.call, b.call);
+        } else {
+            difference.call = a.text ? a.call : b.call;
+        }
         return difference;
     }
 

@@ -146,8 +146,8 @@ class TrackPair {
     TrackComparison summary() const {
         auto a = packetsOf(mA);
         auto b = packetsOf(mB);
-        TrackComparison comparison{mIndex,   mimes(), a.size(), b.size(), 0, 0,
-                                   firstDifference(a, b)};
+        TrackComparison comparison{
+                mIndex, mimes(), a.size(), b.size(), 0, 0, firstDifference(a, b)};
         std::sort(a.begin(), a.end());
         std::sort(b.begin(), b.end());
         std::vector<ComparedPacket> only;
@@ -165,9 +165,7 @@ class TrackPair {
         return difference;
     }
 
-    std::string mimes() const {
-        return (mA != nullptr ? mA : mB)->description.mime;
-    }
+    std::string mimes() const { return (mA != nullptr ? mA : mB)->description.mime; }
 
     const uint64_t mIndex;
     const ComparedTrack* const mA;
@@ -214,9 +212,8 @@ std::vector<Difference> differencesBetween(const PlayedFile& a, const PlayedFile
         pair.addFirstPacket(packets);
         pair.addEnd(ends);
     }
-    std::stable_sort(
-            packets.begin(), packets.end(),
-            [](const Difference& x, const Difference& y) { return x.timeUs < y.timeUs; });
+    std::stable_sort(packets.begin(), packets.end(),
+                     [](const Difference& x, const Difference& y) { return x.timeUs < y.timeUs; });
     addEnd(a, b, ends);
     for (auto* more : {&packets, &ends}) {
         std::move(more->begin(), more->end(), std::back_inserter(differences));

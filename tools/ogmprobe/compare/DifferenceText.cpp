@@ -122,8 +122,8 @@ std::string toText(const Difference& difference) {
         return fmt::format("{}: only in {}", place, difference.b.is_null() ? "A" : "B");
     }
     const std::string field = difference.field.empty() ? "" : fieldText(difference.field) + " ";
-    return fmt::format("{}: {}{} in A, {} in B", place, field,
-                       valueText(difference, difference.a), valueText(difference, difference.b));
+    return fmt::format("{}: {}{} in A, {} in B", place, field, valueText(difference, difference.a),
+                       valueText(difference, difference.b));
 }
 
 ordered_json toJson(const Difference& difference) {
@@ -132,8 +132,8 @@ ordered_json toJson(const Difference& difference) {
             {"track", orNull(difference.track)},
             {"number", orNull(difference.number)},
             {"time_us", orNull(difference.timeUs)},
-            {"field", difference.field.empty() ? ordered_json(nullptr)
-                                               : ordered_json(difference.field)},
+            {"field",
+             difference.field.empty() ? ordered_json(nullptr) : ordered_json(difference.field)},
             {"a", difference.a},
             {"b", difference.b}};
 }

@@ -110,7 +110,33 @@ void explainUnread(Explanation& explanation, uint64_t track, const std::vector<s
     explanation.add(std::move(finding));
 }
 
+/** The stream is announced again, and the later track has taken the packets over. */
+void explainSupersededTrack(Explanation& explanation, uint64_t track, uint32_t serial,
+                            uint64_t heir) {
+    Finding finding;
+    finding.id = "serial-number-twice";
+    finding.track = track;
+    finding.serial = serial;
+    finding.text = fmt::format(
+            "Track {} gives no packet: its serial number {} is announced again for track {}, which "
+            "gets the packets of both.",
+            track, serial, heir);
+    const auto& pages = explanation.file().pages();
+    const auto again = std::find_if(pages.rbegin(), pages.rend(), [&](const OggPage& page) {
+        return page.beginsStream() && page.serial == serial;
+    });
+    if (again != pages.rend()) {
+        finding.offset = again->offset;
+    }
+    explanation.add(std::move(finding));
+}
+
 void explainEmptyTrack(Explanation& explanation, uint64_t track, const OggStream* stream) {
+    const auto heir = stream != nullptr ? explanation.trace().trackOf(stream->serial) : track;
+    if (heir && *heir != track) {
+        explainSupersededTrack(explanation, track, stream->serial, *heir);
+        return;
+    }
     Finding finding;
     finding.id = "track-without-packets";
     finding.track = track;

@@ -59,6 +59,7 @@ void explainAll(Explanation& explanation) {
         explainStreams(explanation);
         explainDuration(explanation);
         explainDamage(explanation);
+        explainAudio(explanation);
     }
     explainEnd(explanation);
 }

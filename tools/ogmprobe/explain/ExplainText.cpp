@@ -18,8 +18,9 @@ std::string lineText(const LoggedLine& line) {
 }
 
 std::string placeText(const Finding& finding) {
-    std::string text =
-            finding.offset ? fmt::format("offset {}", *finding.offset) : "the whole file";
+    std::string text = finding.offset  ? fmt::format("offset {}", *finding.offset)
+                       : finding.track ? fmt::format("track {}", *finding.track)
+                                       : "the whole file";
     if (finding.timeUs && finding.untilUs && *finding.timeUs != *finding.untilUs) {
         // Streams are stored side by side, so the place behind may have the smaller time.
         const auto [from, until] = std::minmax(*finding.timeUs, *finding.untilUs);

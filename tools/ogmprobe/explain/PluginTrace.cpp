@@ -177,12 +177,13 @@ std::vector<const LoggedLine*> PluginTrace::linesAt(uint64_t offset, uint64_t en
 }
 
 std::optional<uint64_t> PluginTrace::trackOf(uint32_t serial) const {
+    std::optional<uint64_t> last;
     for (const auto& [index, track] : mTracks) {
         if (track.serial == serial) {
-            return index;
+            last = index;
         }
     }
-    return std::nullopt;
+    return last;
 }
 
 std::optional<int64_t> numberBehind(std::string_view text, std::string_view before) {

@@ -77,6 +77,7 @@ class PluginTrace {
     const LoggedLine* line(std::string_view beginning, uint64_t offset, uint64_t end) const;
     /** All that were written there, in the order of the places. */
     std::vector<const LoggedLine*> linesAt(uint64_t offset, uint64_t end) const;
+    /** Of several tracks with the number the last gets the packets. */
     std::optional<uint64_t> trackOf(uint32_t serial) const;
 
   private:

@@ -196,13 +196,16 @@ TEST(ExplainDamage, OfAPageHeaderBehindPagesWithoutATrackLeadsBack) {
 }
 
 TEST(ExplainDamage, ThatPlayingDoesNotComeToIsToldAsSuch) {
-    OgmFile file = videoAndAudio(70, 70);
-    file.addData(kAudio, 1, audioPacket({1}));
-    file.addPages(kVideo, std::vector<Bytes>(3, dataPacket(kPlainPacket, pattern(9, 9))), 100);
-    const size_t damaged = file.add(OggPage(kVideo).version(1).packet(filled(9, 1)));
-    const auto found = ExplainedFile(file.bytes()).findings("page-header-damaged");
-    ASSERT_EQ(found.size(), 1U);
-    EXPECT_EQ(found[0]["offset"], damaged);
+    Bytes bytes = sampleBytes(kSample);
+    const auto offsets = pageOffsets(bytes);
+    bytes[offsets[kPage] + 4] = 1;
+    bytes[offsets[kPage + 5] + 5] = 0x80;
+    const auto found = ExplainedFile(bytes).findings("page-header-damaged");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[1]["text"], "The header of the page at offset " +
+                                        std::to_string(offsets[kPage + 5]) +
+                                        " has undefined flags (0x80), so it cannot be read. "
+                                        "Playing did not come here.");
 }
 
 TEST(ExplainDamage, ThatLeadsBackForEverIsAnEndlessReading) {
@@ -314,7 +317,7 @@ TEST(ExplainDamage, OfAudioFramesIsToldWithItsKind) {
     std::vector<Bytes> mp3(20, MpegAudioFrame().bytes());
     mp3[5] = filled(100, 0x11);
     expectAudioLoss(audioFile("0055", mp3), "audio-without-sync",
-                    "hold no beginning of a frame (no sync word) and are dropped.",
+                    ": no beginning of a frame (no sync word), so all is dropped.",
                     "appendAudioData FAIL!");
     mp3.assign(20, MpegAudioFrame().bytes());
     MpegAudioFrame other;
@@ -322,19 +325,28 @@ TEST(ExplainDamage, OfAudioFramesIsToldWithItsKind) {
     mp3[8] = other.bytes();
     mp3[9] = mp3[8];
     expectAudioLoss(audioFile("0055", mp3), "audio-unlike-first-frame",
-                    "hold no frame like the first one of the track: the bytes so far are dropped.",
+                    ": no frame like the first one of the track, so the bytes so far are dropped.",
                     "not found mMP3Header,skip");
+    mp3.assign(20, MpegAudioFrame().bytes());
+    mp3[8][2] &= 0x0f;
+    expectAudioLoss(audioFile("0055", mp3), "audio-frame-without-size",
+                    ": a frame header without a valid size, so the bytes so far are dropped.",
+                    "GetMPEGAudioFrameSize fail");
+    mp3.assign(10, joined({{0xff, 0xfb, 0x00, 0x00}, filled(20000, 0x55)}));
+    expectAudioLoss(audioFile("0055", mp3), "audio-unconfirmed",
+                    ": no frames that follow each other, so the bytes so far are dropped.",
+                    "findMP3Header fail size>131072");
     std::vector<Bytes> ac3(20, Ac3Frame().bytes());
     ac3[5][4] |= 0xc0;
     expectAudioLoss(audioFile("2000", ac3), "audio-frame-without-size",
-                    "hold a frame header without a valid sampling rate: the frame is dropped.",
+                    ": a frame header without a valid sampling rate, so the frame is dropped.",
                     "fscod=3");
     ac3.assign(20, Ac3Frame().bytes());
     Ac3Frame unknown;
     unknown.bitStreamId = 20;
     ac3[5] = unknown.bytes();
     expectAudioLoss(audioFile("2000", ac3), "audio-frame-refused",
-                    "hold a frame of an unknown version (bsid): the frame is dropped.",
+                    ": a frame of an unknown version (bsid), which is dropped.",
                     "[dequeueAccessUnitAC3]***wrong bsid:20***");
 }
 
@@ -383,6 +395,16 @@ TEST(ExplainEnd, ATrackWithoutPacketsIsTold) {
             "track-without-packets",
             "Track 0 gives no packet: reading ended at the damaged page header at offset 85.",
             "getNextGranulePosition:Cannot read a page header, at 0x00000055");
+}
+
+TEST(ExplainEnd, ATrackWhoseSerialNumberIsAnnouncedAgainIsTold) {
+    const Bytes once = sampleBytes(kSample);
+    const auto found = ExplainedFile(joined({once, once})).findings("serial-number-twice");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[1]["text"],
+              "Track 1 gives no packet: its serial number 1 is announced again for track 3, which "
+              "gets the packets of both.");
+    EXPECT_EQ(found[1]["offset"], once.size() + 85);
 }
 
 TEST(ExplainEnd, ACommentHeaderComesOutFirst) {

@@ -201,9 +201,9 @@ TEST(ExplainRefusal, SaysThatOnlyVorbisIsAnnounced) {
     OgmFile file;
     file.addHeader(kAudio, vorbisIdentificationHeader());
     EXPECT_EQ(refusalOf(file.bytes(), "Sniff:parseOgmHeader fail,isVorbisExist=1"),
-              "The plug-in does not take the file. Within the first 1024 bytes only Vorbis streams "
-              "are announced, which are left to other extractors; no video or audio with an OGM "
-              "header is; nor does the rest of the file.");
+              "The plug-in does not take the file. Within the first 1024 bytes only Vorbis headers "
+              "are found, whose streams are left to other extractors, and no video or audio with "
+              "an OGM header; the rest of the file announces none either.");
 }
 
 TEST(ExplainRefusal, SaysWhereVideoOrAudioIsAnnounced) {
