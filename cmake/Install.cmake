@@ -25,7 +25,10 @@ install(FILES ${papers}/_ogmprobe DESTINATION share/zsh/vendor-completions COMPO
 install(FILES ${papers}/ogmprobe.fish
     DESTINATION share/fish/vendor_completions.d COMPONENT ogmprobe)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/ogmprobe.md ${PROJECT_SOURCE_DIR}/docs/behaviour.md
+    ${PROJECT_SOURCE_DIR}/tools/ogmprobe/JSON.md
     DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/tools/ogmprobe/schema
+    DESTINATION share/doc/ogmprobe COMPONENT ogmprobe FILES_MATCHING PATTERN "*.json")
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE
     DESTINATION share/doc/ogmprobe RENAME copyright COMPONENT ogmprobe)
 

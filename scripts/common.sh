@@ -10,7 +10,7 @@ readonly build_packages=(
 )
 readonly test_packages=(
     clang clang-format clang-tidy libclang-rt-14-dev llvm
-    python3 python3-pyelftools golang-go golang-github-google-blueprint-dev
+    python3 python3-jsonschema python3-pyelftools golang-go golang-github-google-blueprint-dev
 )
 # For 64-bit Arm: compiler, emulator, and the libraries of tests and tool for that machine.
 readonly arm64_packages=(

@@ -26,7 +26,8 @@ TEST(Usage, ExitsWithZeroAfterHelpOnStandardOutput) {
 
 TEST(Usage, DocumentsEachExitCode) {
     const ProcessResult result = runProbe({"--help"});
-    for (const char* code : {"0 done", "1 wrong usage", "2 a file", "3 the plug-in", "4 the ext"}) {
+    for (const char* code :
+         {"0 done", "1 wrong usage", "2 a file", "3 the plug-in", "4 the ext", "5 what was"}) {
         EXPECT_THAT(result.out, HasSubstr(code));
     }
 }
