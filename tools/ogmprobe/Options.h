@@ -55,7 +55,17 @@ struct ExtractOptions {
     bool force = false;
 };
 
-using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions>;
+struct ExplainOptions {
+    std::string file;
+    /** List the pages too. */
+    bool pages = false;
+    /** Tell also what is so with every file; with pages, all log lines. */
+    bool verbose = false;
+    bool json = false;
+};
+
+using CommandOptions =
+        std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions, ExplainOptions>;
 
 struct Options {
     GlobalOptions global;
