@@ -49,13 +49,6 @@ TEST(Usage, ExitsWithTwoForAMissingFile) {
     }
 }
 
-TEST(Usage, ExitsWithTwoForAFolder) {
-    const FakePlugin plugin;
-    const ProcessResult result = FakePlugin::run({"info", plugin.folder().path().string()});
-    EXPECT_EQ(result.exitCode, 2);
-    EXPECT_THAT(result.err, HasSubstr("Is a directory"));
-}
-
 TEST(Usage, ExitsWithTwoForAPluginThatCannotBeLoaded) {
     const FakePlugin plugin;
     const std::string text = plugin.folder().write("no_library", "text");
