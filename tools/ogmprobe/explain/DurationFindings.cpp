@@ -73,6 +73,9 @@ void explainUnknown(Explanation& explanation) {
                 "time before the place where the search ends.",
                 kTailSize);
         finding.offset = tailOffset(explanation.file());
+        if (!finding.line) {
+            finding.line = copied(explanation.trace().line("parseMaxTime: This logic stream"));
+        }
     }
     explanation.add(std::move(finding));
 }

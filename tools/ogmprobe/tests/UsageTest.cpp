@@ -49,11 +49,16 @@ TEST(Usage, ExitsWithTwoForAMissingFile) {
     }
 }
 
-TEST(Usage, ExitsWithTwoForAFolder) {
+TEST(Usage, ExitsWithTwoForAFolderWithoutFiles) {
     const FakePlugin plugin;
-    const ProcessResult result = FakePlugin::run({"info", plugin.folder().path().string()});
-    EXPECT_EQ(result.exitCode, 2);
-    EXPECT_THAT(result.err, HasSubstr("Is a directory"));
+    const std::string folder = plugin.folder().path().string();
+    for (const auto& [command, message] :
+         {std::pair{"packets", "Is a directory"},
+          std::pair{"info", "the folder has no file whose name ends in .ogm"}}) {
+        const ProcessResult result = FakePlugin::run({command, folder});
+        EXPECT_EQ(result.exitCode, 2) << command;
+        EXPECT_THAT(result.err, HasSubstr(message));
+    }
 }
 
 TEST(Usage, ExitsWithTwoForAPluginThatCannotBeLoaded) {
