@@ -30,7 +30,7 @@ enum class DifferenceKind {
 std::string kindName(DifferenceKind kind);
 
 /** Something that two played files, A and B, do not have in common. */
-struct Difference {
+struct Difference {  // NOLINT(bugprone-exception-escape): JSON values do not throw when moved.
     DifferenceKind kind = DifferenceKind::kOpening;
     /** What differs there; empty where there is but one thing. */
     std::string field;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "CommandRecords.h"
@@ -21,7 +21,12 @@ struct ComparedPacket {
     uint64_t size = 0;
     uint64_t digest = 0;
 
-    friend auto operator<=>(const ComparedPacket&, const ComparedPacket&) = default;
+    bool operator==(const ComparedPacket&) const = default;
+    /** Puts equal packets side by side, nothing more. */
+    bool operator<(const ComparedPacket& other) const {
+        return std::tie(timeUs, isSync, size, digest) <
+               std::tie(other.timeUs, other.isSync, other.size, other.digest);
+    }
 };
 
 struct ComparedTrack {

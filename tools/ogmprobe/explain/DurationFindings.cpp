@@ -37,20 +37,24 @@ const OggPage* decidingPage(const Explanation& explanation, int64_t durationUs) 
     return found == pages.end() ? nullptr : &*found;
 }
 
-/** The last page of the track that ends last, by what the last pages say. */
+/** The last page of the stream that says a time. */
+const OggPage* lastPage(const Explanation& explanation, const OggStream& stream) {
+    const auto& pages = explanation.file().pages();
+    const auto found =
+            std::find_if(stream.dataPages.rbegin(), stream.dataPages.rend(), [&](size_t index) {
+                return pages[index].granule != kNoGranule && takenTimeUs(explanation, pages[index]);
+            });
+    return found == stream.dataPages.rend() ? nullptr : &pages[*found];
+}
+
+/** That of the track that ends last. */
 const OggPage* lastPage(const Explanation& explanation) {
     const OggPage* last = nullptr;
     for (const auto& [serial, stream] : explanation.file().streams()) {
-        for (auto page = stream.dataPages.rbegin(); page != stream.dataPages.rend(); ++page) {
-            const OggPage& candidate = explanation.file().pages()[*page];
-            const auto time = takenTimeUs(explanation, candidate);
-            if (!time || candidate.granule == kNoGranule) {
-                continue;
-            }
-            if (last == nullptr || *time > takenTimeUs(explanation, *last)) {
-                last = &candidate;
-            }
-            break;
+        const OggPage* page = lastPage(explanation, stream);
+        if (page != nullptr && (last == nullptr || takenTimeUs(explanation, *page) >
+                                                           takenTimeUs(explanation, *last))) {
+            last = page;
         }
     }
     return last;
@@ -73,6 +77,9 @@ void explainUnknown(Explanation& explanation) {
                 "time before the place where the search ends.",
                 kTailSize);
         finding.offset = tailOffset(explanation.file());
+        if (!finding.line) {
+            finding.line = copied(explanation.trace().line("parseMaxTime: This logic stream"));
+        }
     }
     explanation.add(std::move(finding));
 }

@@ -27,7 +27,7 @@ constexpr size_t kFixedSize = 27;
 /** A lacing value below this one ends a packet. */
 constexpr uint8_t kUnterminated = 255;
 
-constexpr size_t kWindowSize = 256 * 1024;
+constexpr size_t kWindowSize = 1 << 18;
 
 bool beginsWith(std::span<const uint8_t> bytes, std::string_view text) {
     return bytes.size() >= text.size() && std::memcmp(bytes.data(), text.data(), text.size()) == 0;

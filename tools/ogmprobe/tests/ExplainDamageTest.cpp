@@ -3,7 +3,6 @@
 #include <OgmStreamHeaders.h>
 
 #include "ExplainedFile.h"
-#include "FakeFile.h"
 
 namespace ogmprobe::test {
 namespace {
@@ -13,7 +12,6 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr const char* kSample = "mpeg4_b_mp3.ogm";
-constexpr const char* kLongSample = "long_mpeg4_mp3.ogm";
 constexpr const char* kDropped =
         "********** mPreGranulePosition is not vaild, Skip appending this item*************";
 constexpr uint32_t kVideo = 1;
@@ -21,95 +19,6 @@ constexpr uint32_t kAudio = 2;
 
 /** The page in the middle of the sample, of its video. */
 constexpr size_t kPage = 10;
-
-Bytes withGranule(Bytes bytes, size_t page, uint64_t granule) {
-    constexpr size_t kGranule = 6;
-    for (size_t i = 0; i < sizeof(granule); ++i) {
-        bytes[page + kGranule + i] = static_cast<uint8_t>(granule >> (8 * i));
-    }
-    return bytes;
-}
-
-/** The last page but `back` of the stream. */
-size_t pageFromEnd(const Bytes& bytes, uint8_t serial, size_t back) {
-    auto offsets = pageOffsets(bytes);
-    for (auto offset = offsets.rbegin(); offset != offsets.rend(); ++offset) {
-        if (bytes[*offset + 14] == serial && back-- == 0) {
-            return *offset;
-        }
-    }
-    return 0;
-}
-
-TEST(ExplainDuration, OfAShortFileIsUnknown) {
-    const ExplainedFile file(sampleBytes(kSample));
-    file.expectOne("duration-unknown-short-file",
-                   "The duration is unknown: the plug-in looks for it in the last 650520 bytes, "
-                   "and for a file of 206453 bytes it asks for some in front of the beginning, "
-                   "which is refused.",
-                   "parseMaxTime:Cannot find a page start, from -444067");
-}
-
-TEST(ExplainDuration, IsUnknownWithoutATrackInTheTail) {
-    constexpr uint32_t kNoTrack = 9;
-    OgmFile file = oneVideoOneAudioFile();
-    file.addPages(kNoTrack, std::vector<Bytes>(11, Bytes(60000, 1)));
-    const auto finding = ExplainedFile(file.bytes())
-                                 .expectOne("duration-unknown",
-                                            "The duration is unknown: the last 650520 bytes hold "
-                                            "no page of a track that tells a time before the place "
-                                            "where the search ends.",
-                                            "parseMaxTime:Cannot find a page start, from " +
-                                                    std::to_string(file.size()));
-    EXPECT_EQ(finding["offset"], file.size() - 650520);
-}
-
-TEST(ExplainDuration, FromAGranuleOfMinus1IsToldWithItsPage) {
-    const Bytes bytes = sampleBytes(kLongSample);
-    const size_t page = pageFromEnd(bytes, 0, 2);
-    const auto finding =
-            ExplainedFile(withGranule(bytes, page, ~uint64_t{0}))
-                    .expectOne("duration-from-granule-minus-1",
-                               "The duration is said to be 1844674407370.915161 s, but the last "
-                               "pages tell 90.044081 s: the page at offset " +
-                                       std::to_string(page) +
-                                       " has granule position -1 (no packet ends on it), which the "
-                                       "plug-in takes for a time.",
-                               "File duration is 1844674407370915161 us");
-    EXPECT_EQ(finding["offset"], page);
-    EXPECT_EQ(finding["track"], 0);
-}
-
-TEST(ExplainDuration, FromAStrayGranuleIsToldWithItsPage) {
-    const Bytes bytes = sampleBytes(kLongSample);
-    const size_t page = pageFromEnd(bytes, 0, 30);
-    ExplainedFile(withGranule(bytes, page, 90000))
-            .expectOne("duration-from-stray-granule",
-                       "The duration is said to be 3600.000000 s, but the last pages tell "
-                       "90.044081 s: the granule position of the page at offset " +
-                               std::to_string(page) +
-                               " is larger than those that follow, and the largest counts.",
-                       "File duration is 3600000000 us");
-}
-
-TEST(ExplainDuration, IsTooShortWhereTheSearchEndsEarly) {
-    Bytes bytes = sampleBytes(kLongSample);
-    const size_t page = pageFromEnd(bytes, 0, 30);
-    bytes[page + 4] = 1;
-    const auto found = ExplainedFile(bytes).findings("duration-too-short");
-    ASSERT_EQ(found.size(), 1U);
-    EXPECT_THAT(found[0]["text"].get<std::string>(),
-                testing::EndsWith(" but the last pages tell 90.044081 s: the search through the "
-                                  "end of the file stopped before the last page."));
-    EXPECT_EQ(found[0]["log"]["text"],
-              "parseMaxTime:Cannot read a page header, at " + std::to_string(page));
-}
-
-TEST(ExplainDuration, OfAnOrdinaryLongFileIsNotTold) {
-    const ExplainedFile file(sampleBytes(kLongSample));
-    EXPECT_EQ(file.run().out,
-              "nothing to explain\n(3 notes on what is so with every such file: --verbose)\n");
-}
 
 TEST(ExplainDamage, OfACapturePatternSkipsThePage) {
     Bytes bytes = sampleBytes(kSample);
@@ -349,98 +258,6 @@ TEST(ExplainDamage, OfAudioFramesIsToldWithItsKind) {
     expectAudioLoss(audioFile("2000", ac3), "audio-frame-refused",
                     ": a frame of an unknown version (bsid), which is dropped.",
                     "[dequeueAccessUnitAC3]***wrong bsid:20***");
-}
-
-TEST(ExplainEnd, LastPacketsAreWithheldAsAlways) {
-    const ExplainedFile file(sampleBytes(kLongSample));
-    const auto found = file.findings("last-packets-withheld");
-    ASSERT_EQ(found.size(), 2U);
-    EXPECT_EQ(found[0]["text"],
-              "The last packets of track 0 do not come out: a stream's last page (here with 4 "
-              "packets) is never read, and the packet in front of it stays open.");
-    EXPECT_EQ(found[0]["usual"], true);
-    EXPECT_THAT(found[0]["log"]["text"].get<std::string>(),
-                StartsWith("getNextGranulePosition: Cannot find a page start"));
-    EXPECT_THAT(file.run({"--verbose"}).out, HasSubstr("The last packets of track 0"));
-}
-
-TEST(ExplainEnd, AllReadingStopsAtTheFirstLastPage) {
-    OgmFile file = videoAndAudio(100, 20);
-    const auto found = ExplainedFile(file.bytes()).findings("pages-not-read");
-    ASSERT_EQ(found.size(), 1U);
-    EXPECT_EQ(found[0]["text"],
-              "The last 80 pages of track 0, with 80 packets, are not read: all reading stops at "
-              "the first page that is the last one of its stream, here at offset " +
-                      std::to_string(pageOffsets(file.bytes())[2 + 39]) + " (track 1).");
-    EXPECT_EQ(found[0]["usual"], false);
-    EXPECT_EQ(ExplainedFile(sampleBytes(kSample)).findings("pages-not-read")[0]["usual"], true);
-}
-
-TEST(ExplainEnd, ATrackWithoutPacketsIsTold) {
-    OgmFile file = videoAndAudio(20, 2);
-    file.addHeader(3, AudioHeader());
-    const auto found = ExplainedFile(file.bytes()).findings("track-without-packets");
-    ASSERT_EQ(found.size(), 3U);
-    EXPECT_EQ(found[0]["text"],
-              "Track 0 gives no packet: all reading stops at the first page that is the last one "
-              "of its stream, here at offset " +
-                      std::to_string(pageOffsets(file.bytes())[2 + 3]) + " (track 1).");
-    EXPECT_EQ(found[1]["text"],
-              "Track 1 gives no packet: of its 2 pages the last is never read, and what the others "
-              "hold does not reach beyond the packet that stays open.");
-    EXPECT_EQ(found[2]["text"], "Track 2 gives no packet: no page holds any of its data.");
-
-    Bytes damaged = sampleBytes(kSample);
-    damaged[pageOffsets(damaged)[1] + 4] = 1;
-    ExplainedFile(damaged).expectOne(
-            "track-without-packets",
-            "Track 0 gives no packet: reading ended at the damaged page header at offset 85.",
-            "getNextGranulePosition:Cannot read a page header, at 0x00000055");
-}
-
-TEST(ExplainEnd, ATrackWhoseSerialNumberIsAnnouncedAgainIsTold) {
-    const Bytes once = sampleBytes(kSample);
-    const auto found = ExplainedFile(joined({once, once})).findings("serial-number-twice");
-    ASSERT_EQ(found.size(), 2U);
-    EXPECT_EQ(found[1]["text"],
-              "Track 1 gives no packet: its serial number 1 is announced again for track 3, which "
-              "gets the packets of both.");
-    EXPECT_EQ(found[1]["offset"], once.size() + 85);
-}
-
-TEST(ExplainEnd, ACommentHeaderComesOutFirst) {
-    const auto finding = ExplainedFile(sampleBytes(kSample))
-                                 .expectOne("comment-header-comes-out",
-                                            "The first buffer of track 0 is its comment header, "
-                                            "which is handed out like a frame.",
-                                            "");
-    EXPECT_EQ(finding["usual"], true);
-}
-
-nlohmann::json fakeFindings(const nlohmann::json& end, int exitCode) {
-    const FakePlugin plugin;
-    auto video = fakeVideo();
-    video["end"] = end;
-    const ProcessResult result =
-            FakePlugin::run({"explain", "--json", plugin.file(fakeFile({video}))});
-    EXPECT_EQ(result.exitCode, exitCode);
-    return nlohmann::json::parse(result.out)["findings"];
-}
-
-TEST(ExplainEnd, AReadingThatFailsIsTold) {
-    const auto findings = fakeFindings(-10007, 2);
-    ASSERT_EQ(findings.size(), 1U);
-    EXPECT_EQ(findings[0]["id"], "reading-failed");
-    EXPECT_EQ(findings[0]["text"], "Reading track 0 ended with AMEDIA_ERROR_IO (-10007).");
-}
-
-TEST(ExplainEnd, ADeathIsToldWithTheLastRead) {
-    const auto findings = fakeFindings("abort", 4);
-    ASSERT_EQ(findings.size(), 1U);
-    EXPECT_EQ(findings[0]["id"], "extractor-ended");
-    EXPECT_EQ(findings[0]["text"],
-              "Playing came to no end: the extractor died in read: Aborted (SIGABRT). The last "
-              "read was at offset 0.");
 }
 
 }  // namespace

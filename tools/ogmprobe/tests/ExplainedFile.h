@@ -40,6 +40,15 @@ inline std::vector<size_t> pageOffsets(const Bytes& file) {
     return offsets;
 }
 
+/** The file, with another granule position on the page at the offset. */
+inline Bytes withGranule(Bytes bytes, size_t page, uint64_t granule) {
+    constexpr size_t kGranule = 6;
+    for (size_t i = 0; i < sizeof(granule); ++i) {
+        bytes[page + kGranule + i] = static_cast<uint8_t>(granule >> (8 * i));
+    }
+    return bytes;
+}
+
 /** Header pages, then video and audio pages in turn, with a packet each. */
 inline OgmFile videoAndAudio(size_t videoFrames, size_t audioPackets) {
     android::ogm::test::OneVideoOneAudio content;

@@ -49,6 +49,18 @@ TEST(Usage, ExitsWithTwoForAMissingFile) {
     }
 }
 
+TEST(Usage, ExitsWithTwoForAFolderWithoutFiles) {
+    const FakePlugin plugin;
+    const std::string folder = plugin.folder().path().string();
+    for (const auto& [command, message] :
+         {std::pair{"packets", "Is a directory"},
+          std::pair{"info", "the folder has no file whose name ends in .ogm"}}) {
+        const ProcessResult result = FakePlugin::run({command, folder});
+        EXPECT_EQ(result.exitCode, 2) << command;
+        EXPECT_THAT(result.err, HasSubstr(message));
+    }
+}
+
 TEST(Usage, ExitsWithTwoForAPluginThatCannotBeLoaded) {
     const FakePlugin plugin;
     const std::string text = plugin.folder().write("no_library", "text");

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <OgmStreamHeaders.h>
+
+#include "ExplainedFile.h"
+#include "FakeFile.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using namespace android::ogm::test;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kSample = "mpeg4_b_mp3.ogm";
+constexpr const char* kLongSample = "long_mpeg4_mp3.ogm";
+
+TEST(ExplainEnd, LastPacketsAreWithheldAsAlways) {
+    const ExplainedFile file(sampleBytes(kLongSample));
+    const auto found = file.findings("last-packets-withheld");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0]["text"],
+              "The last packets of track 0 do not come out: a stream's last page (here with 4 "
+              "packets) is never read, and the packet in front of it stays open.");
+    EXPECT_EQ(found[0]["usual"], true);
+    EXPECT_THAT(found[0]["log"]["text"].get<std::string>(),
+                StartsWith("getNextGranulePosition: Cannot find a page start"));
+    EXPECT_THAT(file.run({"--verbose"}).out, HasSubstr("The last packets of track 0"));
+}
+
+TEST(ExplainEnd, AllReadingStopsAtTheFirstLastPage) {
+    OgmFile file = videoAndAudio(100, 20);
+    const auto found = ExplainedFile(file.bytes()).findings("pages-not-read");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0]["text"],
+              "The last 80 pages of track 0, with 80 packets, are not read: all reading stops at "
+              "the first page that is the last one of its stream, here at offset " +
+                      std::to_string(pageOffsets(file.bytes())[2 + 39]) + " (track 1).");
+    EXPECT_EQ(found[0]["usual"], false);
+    EXPECT_EQ(ExplainedFile(sampleBytes(kSample)).findings("pages-not-read")[0]["usual"], true);
+}
+
+TEST(ExplainEnd, ATrackWithoutPacketsIsTold) {
+    OgmFile file = videoAndAudio(20, 2);
+    file.addHeader(3, AudioHeader());
+    const auto found = ExplainedFile(file.bytes()).findings("track-without-packets");
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_EQ(found[0]["text"],
+              "Track 0 gives no packet: all reading stops at the first page that is the last one "
+              "of its stream, here at offset " +
+                      std::to_string(pageOffsets(file.bytes())[2 + 3]) + " (track 1).");
+    EXPECT_EQ(found[1]["text"],
+              "Track 1 gives no packet: of its 2 pages the last is never read, and what the others "
+              "hold does not reach beyond the packet that stays open.");
+    EXPECT_EQ(found[2]["text"], "Track 2 gives no packet: no page holds any of its data.");
+
+    Bytes damaged = sampleBytes(kSample);
+    damaged[pageOffsets(damaged)[1] + 4] = 1;
+    ExplainedFile(damaged).expectOne(
+            "track-without-packets",
+            "Track 0 gives no packet: reading ended at the damaged page header at offset 85.",
+            "getNextGranulePosition:Cannot read a page header, at 0x00000055");
+}
+
+TEST(ExplainEnd, ATrackWhoseSerialNumberIsAnnouncedAgainIsTold) {
+    const Bytes once = sampleBytes(kSample);
+    const auto found = ExplainedFile(joined({once, once})).findings("serial-number-twice");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[1]["text"],
+              "Track 1 gives no packet: its serial number 1 is announced again for track 3, which "
+              "gets the packets of both.");
+    EXPECT_EQ(found[1]["offset"], once.size() + 85);
+}
+
+TEST(ExplainEnd, ACommentHeaderComesOutFirst) {
+    const auto finding = ExplainedFile(sampleBytes(kSample))
+                                 .expectOne("comment-header-comes-out",
+                                            "The first buffer of track 0 is its comment header, "
+                                            "which is handed out like a frame.",
+                                            "");
+    EXPECT_EQ(finding["usual"], true);
+}
+
+nlohmann::json fakeFindings(const nlohmann::json& end, int exitCode) {
+    const FakePlugin plugin;
+    auto video = fakeVideo();
+    video["end"] = end;
+    const ProcessResult result =
+            FakePlugin::run({"explain", "--json", plugin.file(fakeFile({video}))});
+    EXPECT_EQ(result.exitCode, exitCode);
+    return nlohmann::json::parse(result.out)["findings"];
+}
+
+TEST(ExplainEnd, AReadingThatFailsIsTold) {
+    const auto findings = fakeFindings(-10007, 2);
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0]["id"], "reading-failed");
+    EXPECT_EQ(findings[0]["text"], "Reading track 0 ended with AMEDIA_ERROR_IO (-10007).");
+}
+
+TEST(ExplainEnd, ADeathIsToldWithTheLastRead) {
+    const auto findings = fakeFindings("abort", 4);
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0]["id"], "extractor-ended");
+    EXPECT_EQ(findings[0]["text"],
+              "Playing came to no end: the extractor died in read: Aborted (SIGABRT). The last "
+              "read was at offset 0.");
+}
+
+}  // namespace
+}  // namespace ogmprobe::test
