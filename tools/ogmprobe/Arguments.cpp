@@ -53,6 +53,19 @@ constexpr const char* kExtractExamples =
         "  ogmprobe extract film.ogm -o streams\n"
         "  ogmprobe extract film.ogm -o streams --track 1 --force";
 
+constexpr const char* kTimelineExamples =
+        "Draws each track's packets over presentation time, their sizes, types and sync frames, "
+        "gaps,\n"
+        "equal times and backward steps, the bitrate, and what was read from the file for each "
+        "packet\n"
+        "and by seeks. A page for a browser (.html) tells about the packet under the mouse; it "
+        "needs\n"
+        "no network. A drawing (.svg) shows the same without motion.\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe timeline film.ogm -o film.html\n"
+        "  ogmprobe timeline film.ogm -o film.svg --seek-steps 0 --force";
+
 const std::map<std::string, int> kLogLevels = {
         {"verbose", ANDROID_LOG_VERBOSE}, {"debug", ANDROID_LOG_DEBUG},
         {"info", ANDROID_LOG_INFO},       {"warn", ANDROID_LOG_WARN},
@@ -187,6 +200,31 @@ void addExtract(CLI::App& app, ExtractOptions& options) {
     command->add_flag("--force", options.force, "Overwrite files that exist");
 }
 
+CLI::Validator pageOrDrawing() {
+    return {[](const std::string& path) -> std::string {
+                const std::string_view name = path;
+                const bool isKnown = name.ends_with(".html") || name.ends_with(".svg");
+                return isKnown ? "" : path + " ends neither in .html nor in .svg";
+            },
+            ""};
+}
+
+void addTimeline(CLI::App& app, TimelineOptions& options) {
+    CLI::App* command = addCommand(app, "timeline", "Draw the packets of all tracks over time",
+                                   kTimelineExamples);
+    addFile(*command, options.file);
+    command->add_option("-o,--output", options.output, "The new page (.html) or drawing (.svg)")
+            ->type_name("OUT")
+            ->required()
+            ->check(pageOrDrawing());
+    command->add_option("--seek-steps", options.seekSteps,
+                        "Spaces between the targets of seeks; 0: no seeks")
+            ->type_name("N")
+            ->capture_default_str()
+            ->check(unnamed(CLI::Range(0, 50)));
+    command->add_flag("--force", options.force, "Overwrite a file that exists");
+}
+
 /** Room for the options of all commands, of which one is then taken. */
 struct Collected {
     GlobalOptions global;
@@ -194,6 +232,7 @@ struct Collected {
     PacketsOptions packets;
     SeekTestOptions seekTest;
     ExtractOptions extract;
+    TimelineOptions timeline;
 };
 
 Options chosen(const CLI::App& app, Collected collected) {
@@ -205,6 +244,8 @@ Options chosen(const CLI::App& app, Collected collected) {
         command = std::move(collected.seekTest);
     } else if (name == "extract") {
         command = std::move(collected.extract);
+    } else if (name == "timeline") {
+        command = std::move(collected.timeline);
     }
     return {std::move(collected.global), std::move(command)};
 }
@@ -223,6 +264,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
     addPackets(app, collected.packets);
     addSeekTest(app, collected.seekTest);
     addExtract(app, collected.extract);
+    addTimeline(app, collected.timeline);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -14,5 +14,6 @@ ExitCode runInfo(const InfoOptions& options, Session& session);
 ExitCode runPackets(const PacketsOptions& options, Session& session);
 ExitCode runSeekTest(const SeekTestOptions& options, Session& session);
 ExitCode runExtract(const ExtractOptions& options, Session& session);
+ExitCode runTimeline(const TimelineOptions& options, Session& session);
 
 }  // namespace ogmprobe

@@ -55,7 +55,17 @@ struct ExtractOptions {
     bool force = false;
 };
 
-using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions>;
+struct TimelineOptions {
+    std::string file;
+    /** Ends in ".html" or ".svg", which says what is written. */
+    std::string output;
+    /** Spaces between the targets of seeks; 0 leaves seeks out. */
+    uint32_t seekSteps = 8;
+    bool force = false;
+};
+
+using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions,
+                                    TimelineOptions>;
 
 struct Options {
     GlobalOptions global;
