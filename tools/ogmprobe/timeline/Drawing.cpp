@@ -24,8 +24,8 @@ constexpr double kAxisHeight = 26;
 constexpr double kHeadingLeft = 12;
 constexpr double kTitleHeight = 34;
 constexpr double kLineHeight = 20;
-// An upper bound of the sheet's 12 px sans-serif.
-constexpr double kCharacterWidth = 6.6;
+// About that of the sheet's 12 px sans-serif.
+constexpr double kCharacterWidth = 6.2;
 constexpr int kMostTicks = 12;
 
 struct LegendEntry {
@@ -99,7 +99,7 @@ std::string legendElement(const Chart& chart, double& y) {
     std::string text = "<g class=\"legend\">\n";
     double x = kHeadingLeft;
     for (const LegendEntry& entry : legendOf(chart)) {
-        const double width = 20 + static_cast<double>(entry.text.size()) * kCharacterWidth + 16;
+        const double width = 20 + static_cast<double>(entry.text.size()) * kCharacterWidth + 10;
         if (x + width > kLegendWidth) {
             x = kHeadingLeft;
             y += kLineHeight;
@@ -205,21 +205,20 @@ std::string summaryOf(const Chart& chart) {
             hasPackets ? fmt::format("packets from {} to {} s", secondsText(chart.span.firstUs),
                                      secondsText(chart.span.lastUs))
                        : "no packets";
-    return fmt::format("{}, duration {}, {}, {}, {} ({})", file.mime,
-                       durationText(file.durationUs), covered,
-                       counted(chart.timeline.lanes.size(), "track"), sizeText(file.sizeBytes),
-                       file.extractor);
+    std::string text = fmt::format("{}, {}, duration {}, {}, {}", file.mime,
+                                   sizeText(file.sizeBytes), durationText(file.durationUs),
+                                   counted(chart.timeline.lanes.size(), "track"), covered);
+    if (!chart.detail.packets) {
+        text += fmt::format("; a bar is the largest packet of {:.3g} s",
+                            chart.axis.lengthUs() / 1e6 / static_cast<double>(chart.detail.bins));
+    }
+    return text;
 }
 
 std::vector<std::string> notesOf(const Chart& chart) {
     std::vector<std::string> notes = chart.timeline.failures;
     if (!notes.empty()) {
-        notes.emplace_back("What was read before that is drawn.");
-    }
-    if (!chart.detail.packets) {
-        notes.push_back(fmt::format(
-                "There are too many packets to draw each: a bar is the largest packet of {:.3g} s.",
-                chart.axis.lengthUs() / 1e6 / static_cast<double>(chart.detail.bins)));
+        notes.emplace_back("What could be read is drawn.");
     }
     return notes;
 }

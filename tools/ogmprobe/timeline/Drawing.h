@@ -14,10 +14,10 @@ std::string drawingElement(const Chart& chart);
 /** The same as an SVG document of its own, with a heading and what went wrong. */
 std::string drawingDocument(const Chart& chart);
 
-/** What the file is, in one line: not escaped. */
+/** What the file is and how it is drawn, in one line: not escaped. */
 std::string summaryOf(const Chart& chart);
 
-/** How to read the failures, and how bars are made where packets are put together. */
+/** What went wrong, in sentences; empty if nothing did. Not escaped. */
 std::vector<std::string> notesOf(const Chart& chart);
 
 }  // namespace ogmprobe::timeline

@@ -20,8 +20,16 @@ constexpr double kHeadHeight = 6;
 constexpr double kMarkHeight = 11;
 
 constexpr double kWidestBar = 10;
+constexpr double kWidestHead = 4;
 constexpr double kBarPart = 0.72;
-constexpr size_t kLongestName = 23;
+constexpr double kLeastLineSpacing = 4;
+constexpr size_t kLongestName = 25;
+
+/** Attributes of lines that leave some room between each other; zooming computes it anew. */
+std::string widthOf(double spacing, double widest) {
+    return fmt::format("data-spacing=\"{:.5g}\" data-widest=\"{}\" stroke-width=\"{}\"", spacing,
+                       widest, coordinate(std::clamp(spacing * kBarPart, 1.0, widest)));
+}
 
 /** The plot of one lane, whose bars stand on a base line. */
 class LanePlot {
@@ -66,12 +74,12 @@ class LanePlot {
     }
 
     std::string marks(const char* cssClass, const std::vector<double>& timesUs, double from,
-                      double to) const {
+                      double to, const std::string& attributes = "") const {
         PathData path;
         for (const double x : places(timesUs)) {
             path.move(x, from).vertical(to);
         }
-        return path.element(cssClass);
+        return path.element(cssClass, attributes);
     }
 
     std::vector<double> repeatedTimes() const {
@@ -102,7 +110,12 @@ class LanePlot {
                 timesUs.push_back(static_cast<double>(packet.timeUs));
             }
         }
-        return marks("sync", timesUs, 0, base()) + marks("head", timesUs, 0, kHeadHeight - 1);
+        const double spacing = kPlotWidth / static_cast<double>(places(timesUs).size());
+        // Lines that stand side by side would be but a shade.
+        const std::string lines =
+                spacing < kLeastLineSpacing ? "" : marks("sync", timesUs, 0, base());
+        return lines +
+               marks("head", timesUs, 0, kHeadHeight - 1, widthOf(spacing, kWidestHead));
     }
 
     // A gap that is too narrow to be seen is drawn as wide as a bin.
@@ -136,9 +149,7 @@ class LanePlot {
             paths[static_cast<size_t>(bar.type)].move(plotX(mChart, bar.timeUs), from).vertical(to);
         }
         const double spacing = mBars.spacingUs / mChart.axis.lengthUs() * kPlotWidth;
-        const std::string width =
-                fmt::format("data-spacing=\"{:.5g}\" stroke-width=\"{}\"", spacing,
-                            coordinate(std::clamp(spacing * kBarPart, 1.0, kWidestBar)));
+        const std::string width = widthOf(spacing, kWidestBar);
         std::string text;
         for (size_t type = 0; type < paths.size(); ++type) {
             text += paths[type].element(barClass(static_cast<FrameType>(type)), width);

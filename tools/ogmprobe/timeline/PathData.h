@@ -18,9 +18,12 @@ inline std::string coordinate(double value) {
 class PathData {
   public:
     PathData& move(double x, double y) { return add('M', x).add(' ', y); }
-    PathData& line(double x, double y) { return add('L', x).add(' ', y); }
     PathData& vertical(double y) { return add('V', y); }
     PathData& horizontal(double x) { return add('H', x); }
+    /** A quadratic curve that is drawn towards its middle point. */
+    PathData& curve(double middleX, double middleY, double x, double y) {
+        return add('Q', middleX).add(' ', middleY).add(' ', x).add(' ', y);
+    }
     /** A point that shows with round caps alone. */
     PathData& dot(double x, double y) {
         move(x, y);

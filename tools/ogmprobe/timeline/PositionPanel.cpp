@@ -2,6 +2,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "Markup.h"
 #include "Panel.h"
@@ -10,10 +11,13 @@
 namespace ogmprobe::timeline {
 namespace {
 
-constexpr double kHeight = 208;
-// The strip above the positions, from each seek's target to where it landed.
-constexpr double kStripHeight = 16;
-constexpr double kStripMiddle = 7;
+constexpr double kHeight = 220;
+// The strip above the positions, with an arc from each seek's target to where it landed.
+constexpr double kStripHeight = 30;
+constexpr double kArcFoot = 22;
+constexpr double kFlattestArc = 8;
+constexpr double kSteepestArc = 40;
+constexpr double kArcRise = 0.1;
 constexpr double kBase = kHeight - 1;
 // The column beside the plot that holds what opening read.
 constexpr double kOpeningX = kPlotLeft - 14;
@@ -80,14 +84,22 @@ class PositionPlot {
 
     std::string seek(const Seek& seek) const {
         const double target = plotX(mChart, static_cast<double>(seek.targetUs));
-        std::string text = partsRead(target, seek.cost).element("seek") +
-                           PathData().move(target, 2).vertical(kStripMiddle + 5).element("target");
+        std::string text =
+                partsRead(target, seek.cost).element("seek") +
+                PathData().move(target, kArcFoot - 4).vertical(kArcFoot + 4).element("target");
         if (seek.landedUs) {
             const double landed = plotX(mChart, static_cast<double>(*seek.landedUs));
-            text += PathData().move(target, kStripMiddle).horizontal(landed).element("way") +
-                    PathData().dot(landed, kStripMiddle).element("landing");
+            text += arc(target, landed).element("way") +
+                    PathData().dot(landed, kArcFoot).element("landing");
         }
         return text;
+    }
+
+    // The longer, the higher: arcs that land at one place stay apart.
+    static PathData arc(double from, double to) {
+        const double rise =
+                std::clamp(std::abs(to - from) * kArcRise, kFlattestArc, kSteepestArc);
+        return PathData().move(from, kArcFoot).curve((from + to) / 2, kArcFoot - rise, to, kArcFoot);
     }
 
     const Chart& mChart;

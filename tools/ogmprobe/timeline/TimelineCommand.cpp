@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <set>
-#include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Chart.h"
 #include "CommandRecords.h"
@@ -54,8 +53,10 @@ class PlayRecords : public CommandRecords {
         const Packet& packet = played.packet;
         lane.packets.push_back({packet.timeUs, packet.bytes.size(), packet.readUpTo, packet.isSync,
                                 timeline::frameTypeOf(lane.track.mime, packet.bytes)});
-        mProgress.update(static_cast<double>(packet.readUpTo) /
-                         static_cast<double>(mShown.file.sizeBytes));
+        if (mShown.file.sizeBytes > 0) {
+            mProgress.update(static_cast<double>(packet.readUpTo) /
+                             static_cast<double>(mShown.file.sizeBytes));
+        }
     }
     void operator()(const TrackEnded& end) {
         CommandRecords::operator()(end);
@@ -106,11 +107,8 @@ class SeekRecords : public CommandRecords {
     timeline::ReadCost mCost;
 };
 
-void requireFree(const TimelineOptions& options) {
-    if (!options.force) {
-        requireFree(fs::path(options.output));
-    }
-    // Not even by force: the file would be gone once it has been drawn.
+// Not even by force: the file would be gone once it has been drawn.
+void requireOtherFile(const TimelineOptions& options) {
     std::error_code ignored;
     if (fs::equivalent(options.file, options.output, ignored)) {
         throw ProbeError(ExitCode::kUsage, "the timeline cannot take its file's own place");
@@ -125,14 +123,15 @@ std::vector<std::string> failuresOf(const Report& report) {
     return failures;
 }
 
-void writeTimeline(const TimelineOptions& options, const Timeline& shown, Output& output) {
+std::string textOf(const Timeline& shown, const fs::path& path) {
     const timeline::Chart chart(shown);
-    const bool isDrawing = fs::path(options.output).extension() == ".svg";
-    const std::string text =
-            isDrawing ? timeline::drawingDocument(chart) : timeline::pageDocument(chart);
-    NewFile file(options.output);
+    return path.extension() == ".svg" ? timeline::drawingDocument(chart)
+                                      : timeline::pageDocument(chart);
+}
+
+void write(const Timeline& shown, NewFile& file, Output& output) {
+    const std::string text = textOf(shown, file.path());
     file.append({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
-    requireFree(options);
     file.commit();
     size_t packets = 0;
     for (const timeline::Lane& lane : shown.lanes) {
@@ -140,7 +139,7 @@ void writeTimeline(const TimelineOptions& options, const Timeline& shown, Output
     }
     output.write(fmt::format("timeline of {}, {}: {}\n",
                              timeline::counted(shown.lanes.size(), "track"),
-                             timeline::counted(packets, "packet"), options.output));
+                             timeline::counted(packets, "packet"), file.path().string()));
 }
 
 /** Plays the file and seeks in it; whether there is anything to draw. */
@@ -160,12 +159,14 @@ bool gather(const TimelineOptions& options, Session& session, Report& report, Ti
 ExitCode runTimeline(const TimelineOptions& options, Session& session) {
     Report report(session.console, options.file);
     report.guard([&] {
-        requireFree(options);
+        requireOtherFile(options);
+        // Before anything is read: nobody wants to hear of a name that is taken after an hour.
+        NewFile file(options.output, options.force ? Existing::kOverwrite : Existing::kRefuse);
         Timeline shown;
         shown.fileName = fs::path(options.file).filename().string();
         if (gather(options, session, report, shown)) {
             shown.failures = failuresOf(report);
-            writeTimeline(options, shown, session.output);
+            write(shown, file, session.output);
         }
     });
     return report.worst();

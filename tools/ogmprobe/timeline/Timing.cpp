@@ -9,6 +9,8 @@ namespace {
 
 // A single lost packet doubles the distance of its neighbours; times are rounded.
 constexpr double kGapFactor = 1.9;
+// Pages are cut before key frames: some groups are smaller than the distance to the next one.
+constexpr size_t kGroupsAround = 2;
 
 std::vector<TimeGroup> groupsOf(const std::vector<PacketPoint>& packets) {
     std::vector<size_t> order(packets.size());
@@ -46,13 +48,23 @@ double usualPacketUs(const std::vector<TimeGroup>& groups) {
     return *middle;
 }
 
+/** The largest of the groups on both sides of the distance to the next one. */
+double largestAround(const std::vector<TimeGroup>& groups, size_t group) {
+    const size_t from = group - std::min(group, kGroupsAround - 1);
+    const size_t to = std::min(group + kGroupsAround, groups.size() - 1);
+    size_t largest = 0;
+    for (size_t i = from; i <= to; ++i) {
+        largest = std::max(largest, groups[i].packets.size());
+    }
+    return static_cast<double>(largest);
+}
+
 std::vector<Gap> gapsOf(const std::vector<TimeGroup>& groups, double packetUs) {
     std::vector<Gap> gaps;
     for (size_t i = 0; i + 1 < groups.size(); ++i) {
         const TimeGroup& group = groups[i];
         const TimeGroup& next = groups[i + 1];
-        const auto larger = static_cast<double>(std::max(group.packets.size(), next.packets.size()));
-        if (distanceUs(group, next) > kGapFactor * larger * packetUs) {
+        if (distanceUs(group, next) > kGapFactor * largestAround(groups, i) * packetUs) {
             const double lastsUs = static_cast<double>(group.packets.size()) * packetUs;
             const double fromUs = static_cast<double>(group.timeUs) + lastsUs;
             gaps.push_back({static_cast<int64_t>(fromUs), next.timeUs});

@@ -37,8 +37,8 @@ struct Timing {
 
 /**
  * A container may give one time to all packets of a page. A group of n packets therefore accounts
- * for n times the usual length of a packet, and there is a gap only where nearly as much again is
- * missing from the larger of two neighbours.
+ * for n times the usual length of a packet, and there is a gap only where the next time is nearly
+ * twice as far as the largest group nearby lasts.
  */
 Timing timingOf(const std::vector<PacketPoint>& packets);
 

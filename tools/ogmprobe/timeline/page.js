@@ -173,7 +173,7 @@
         }
         for (const bar of svg.querySelectorAll("[data-spacing]")) {
             const width = bar.dataset.spacing * scale * 0.72;
-            bar.setAttribute("stroke-width", Math.min(10, Math.max(1, width)));
+            bar.setAttribute("stroke-width", Math.min(bar.dataset.widest, Math.max(1, width)));
         }
         drawTimes();
     };
