@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <shared_mutex>
@@ -25,10 +27,17 @@ class PropertyStore {
     /** Sets a property; false if the name is empty or the value too long. */
     bool set(std::string_view name, std::string_view value);
 
+    /**
+     * How often a property has been set. Whoever reads a property after asking for the serial has
+     * at least the value of that moment.
+     */
+    uint32_t serial() const { return mSerial.load(std::memory_order_acquire); }
+
   private:
     explicit PropertyStore(std::string_view entries);
     void setEntry(std::string_view entry);
 
+    std::atomic<uint32_t> mSerial{0};
     mutable std::shared_mutex mLock;
     std::map<std::string, std::string, std::less<>> mValues;
 };

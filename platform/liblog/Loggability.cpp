@@ -2,6 +2,7 @@
 #include "Loggability.h"
 
 #include <ctype.h>
+#include <string.h>
 
 #include <algorithm>
 #include <atomic>
@@ -70,8 +71,42 @@ std::optional<int> levelInProperties(std::string_view tag) {
     return level;
 }
 
-int levelOfTag(std::string_view tag, int defaultLevel) {
-    const std::optional<int> configured = levelInProperties(tag);
+/** The level of the tag that a thread logged with last, good until any property changes. */
+struct CachedLevel {
+    static constexpr size_t kMaxTagLength = 64;
+
+    bool isOf(const char* otherTag, uint32_t otherSerial) const {
+        return valid && serial == otherSerial && strcmp(tag, otherTag) == 0;
+    }
+
+    bool valid;
+    uint32_t serial;
+    char tag[kMaxTagLength + 1];
+    std::optional<int> level;
+};
+
+std::optional<int> levelInPropertiesOrCache(const char* tag) {
+    // Needs no destructor: messages may still be logged while the thread ends.
+    thread_local CachedLevel cached{};
+    // Before the properties are read, so that a change meanwhile is seen the next time.
+    const uint32_t serial = __system_property_area_serial();
+    if (cached.isOf(tag, serial)) {
+        return cached.level;
+    }
+    const ErrnoRestorer restorer;
+    const std::string_view text(tag);
+    const std::optional<int> level = levelInProperties(text);
+    cached.valid = text.size() <= CachedLevel::kMaxTagLength;
+    if (cached.valid) {
+        cached.serial = serial;
+        cached.tag[text.copy(cached.tag, CachedLevel::kMaxTagLength)] = '\0';
+        cached.level = level;
+    }
+    return level;
+}
+
+int levelOfTag(const char* tag, int defaultLevel) {
+    const std::optional<int> configured = levelInPropertiesOrCache(tag);
     const int minimum = gMinimumPriority.load();
     if (minimum == ANDROID_LOG_DEFAULT) {
         return configured.value_or(defaultLevel);
@@ -82,9 +117,9 @@ int levelOfTag(std::string_view tag, int defaultLevel) {
 }  // namespace
 
 bool isLoggable(int priority, const char* tag, int defaultLevel) {
-    const ErrnoRestorer restorer;
     if (tag == nullptr) {
-        return priority >= levelOfTag(*defaultTag(), defaultLevel);
+        const ErrnoRestorer restorer;
+        return priority >= levelOfTag(defaultTag()->c_str(), defaultLevel);
     }
     return priority >= levelOfTag(tag, defaultLevel);
 }

@@ -65,6 +65,15 @@ constexpr const char* kTimelineExamples =
         "Examples:\n"
         "  ogmprobe timeline film.ogm -o film.html\n"
         "  ogmprobe timeline film.ogm -o film.svg --seek-steps 0 --force";
+constexpr const char* kExplainExamples =
+        "The file is opened and played to its end. What comes of it is compared with the file's\n"
+        "pages; each finding has its place, the reason, and the log line that shows it. The flags\n"
+        "of a page are c (continues a packet), b (begins a stream), e (ends it).\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe explain film.ogm\n"
+        "  ogmprobe explain film.ogm --pages | less\n"
+        "  ogmprobe explain film.ogm --json | jq '.findings[].id'";
 
 const std::map<std::string, int> kLogLevels = {
         {"verbose", ANDROID_LOG_VERBOSE}, {"debug", ANDROID_LOG_DEBUG},
@@ -225,6 +234,19 @@ void addTimeline(CLI::App& app, TimelineOptions& options) {
     command->add_flag("--force", options.force, "Overwrite a file that exists");
 }
 
+void addExplain(CLI::App& app, ExplainOptions& options) {
+    CLI::App* command = addCommand(app, "explain",
+                                   "Say why tracks are missing, the duration is odd, bytes are "
+                                   "skipped or packets do not come out",
+                                   kExplainExamples);
+    addFile(*command, options.file);
+    command->add_flag("--pages", options.pages,
+                      "List the file's pages too, with the log lines that were written there");
+    command->add_flag("--verbose", options.verbose,
+                      "Tell also what is so with every file; with --pages, show all log lines");
+    addJson(*command, options.json, "A JSON document; times are whole microseconds");
+}
+
 /** Room for the options of all commands, of which one is then taken. */
 struct Collected {
     GlobalOptions global;
@@ -233,6 +255,7 @@ struct Collected {
     SeekTestOptions seekTest;
     ExtractOptions extract;
     TimelineOptions timeline;
+    ExplainOptions explain;
 };
 
 Options chosen(const CLI::App& app, Collected collected) {
@@ -246,6 +269,8 @@ Options chosen(const CLI::App& app, Collected collected) {
         command = std::move(collected.extract);
     } else if (name == "timeline") {
         command = std::move(collected.timeline);
+    } else if (name == "explain") {
+        command = std::move(collected.explain);
     }
     return {std::move(collected.global), std::move(command)};
 }
@@ -265,6 +290,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
     addSeekTest(app, collected.seekTest);
     addExtract(app, collected.extract);
     addTimeline(app, collected.timeline);
+    addExplain(app, collected.explain);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

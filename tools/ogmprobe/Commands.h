@@ -15,5 +15,6 @@ ExitCode runPackets(const PacketsOptions& options, Session& session);
 ExitCode runSeekTest(const SeekTestOptions& options, Session& session);
 ExitCode runExtract(const ExtractOptions& options, Session& session);
 ExitCode runTimeline(const TimelineOptions& options, Session& session);
+ExitCode runExplain(const ExplainOptions& options, Session& session);
 
 }  // namespace ogmprobe

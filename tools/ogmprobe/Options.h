@@ -64,8 +64,17 @@ struct TimelineOptions {
     bool force = false;
 };
 
+struct ExplainOptions {
+    std::string file;
+    /** List the pages too. */
+    bool pages = false;
+    /** Tell also what is so with every file; with pages, all log lines. */
+    bool verbose = false;
+    bool json = false;
+};
+
 using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions,
-                                    TimelineOptions>;
+                                    TimelineOptions, ExplainOptions>;
 
 struct Options {
     GlobalOptions global;

@@ -130,7 +130,8 @@ std::unique_ptr<Extractor> PluginLibrary::open(android::CDataSource* source) con
 std::optional<std::filesystem::path> PluginLibrary::findBeside(
         const std::filesystem::path& programFolder) {
     const auto lib = programFolder.parent_path() / "lib";
-    const std::array folders = {lib / "extractors", lib / OGMPROBE_MULTIARCH / "extractors"};
+    // In a build tree, and when installed.
+    const std::array folders = {lib / "extractors", lib / "ogmprobe" / "extractors"};
     for (const auto& folder : folders) {
         std::error_code ignored;
         if (std::filesystem::exists(folder / kFileName, ignored)) {

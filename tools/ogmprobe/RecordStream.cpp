@@ -73,7 +73,7 @@ class FieldWriter {
         fieldsOf(value);
     }
     void put(const T& value) {
-        std::apply([this](const auto&... fields) { (put(fields), ...); }, fieldsOf(value));
+        std::apply([this](const auto&... fields) { (this->put(fields), ...); }, fieldsOf(value));
     }
 
   private:
@@ -145,7 +145,7 @@ class FieldReader {
         fieldsOf(value);
     }
     void get(T& value) {
-        std::apply([this](auto&... fields) { (get(fields), ...); }, fieldsOf(value));
+        std::apply([this](auto&... fields) { (this->get(fields), ...); }, fieldsOf(value));
         if constexpr (std::same_as<T, TrackDescription>) {
             classify(value);
         }

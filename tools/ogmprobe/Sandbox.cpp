@@ -10,10 +10,10 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <fstream>
-#include <memory>
 #include <vector>
 
 #include "ExitCode.h"
@@ -22,86 +22,119 @@
 namespace ogmprobe {
 namespace {
 
-/** A system call that may be made with any arguments, or where they compare as given. */
-struct Allowed {
+/** Allowed whatever the arguments are. */
+constexpr std::array kAllowed = {
+        // The file and the parent's answers. There is nothing else to read from.
+        SCMP_SYS(pread64), SCMP_SYS(read), SCMP_SYS(close), SCMP_SYS(fstat),
+        // Memory.
+        SCMP_SYS(brk), SCMP_SYS(mremap), SCMP_SYS(munmap), SCMP_SYS(madvise),
+        // Locks, time, randomness for hash tables.
+        SCMP_SYS(futex), SCMP_SYS(sched_yield), SCMP_SYS(clock_gettime), SCMP_SYS(gettimeofday),
+        SCMP_SYS(time), SCMP_SYS(nanosleep), SCMP_SYS(clock_nanosleep), SCMP_SYS(restart_syscall),
+        SCMP_SYS(getrandom),
+        // A death of its own, and the way to it.
+        SCMP_SYS(getpid), SCMP_SYS(gettid), SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask),
+        SCMP_SYS(rt_sigreturn), SCMP_SYS(sigaltstack), SCMP_SYS(exit), SCMP_SYS(exit_group)};
+
+/**
+ * Sanitizers read /proc for their reports, write into a pipe to find out whether memory can be
+ * read, and ask for the bounds of the stack and how much memory is in use.
+ */
+constexpr std::array kAllowedToSanitizers = {SCMP_SYS(stat),      SCMP_SYS(newfstatat),
+                                             SCMP_SYS(access),    SCMP_SYS(faccessat),
+                                             SCMP_SYS(readlink),  SCMP_SYS(readlinkat),
+                                             SCMP_SYS(lseek),     SCMP_SYS(pipe),
+                                             SCMP_SYS(pipe2),     SCMP_SYS(write),
+                                             SCMP_SYS(getrusage), SCMP_SYS(getrlimit),
+                                             SCMP_SYS(prlimit64), SCMP_SYS(prctl),
+                                             SCMP_SYS(mincore),   SCMP_SYS(sched_getaffinity)};
+
+/** They try to run a program that knows names of functions, and get on without. */
+constexpr std::array kDeniedToSanitizers = {SCMP_SYS(fork), SCMP_SYS(vfork), SCMP_SYS(clone)};
+
+/** Allowed where one argument has a certain value in the bits of a mask. */
+struct AllowedIf {
     int call;
-    std::vector<scmp_arg_cmp> arguments;
+    unsigned argument;
+    scmp_datum_t mask;
+    scmp_datum_t value;
 };
 
-std::vector<Allowed> allowedCalls() {
-    const auto process = static_cast<scmp_datum_t>(getpid());
-    std::vector<Allowed> calls = {
-            // The file and the parent's answers. There is nothing else to read from.
-            {SCMP_SYS(read), {}},
-            {SCMP_SYS(pread64), {}},
-            {SCMP_SYS(close), {}},
-            {SCMP_SYS(write), {SCMP_A0_64(SCMP_CMP_LE, kParentDescriptor)}},
-            {SCMP_SYS(writev), {SCMP_A0_64(SCMP_CMP_LE, kParentDescriptor)}},
+constexpr scmp_datum_t kWholeValue = ~scmp_datum_t{0};
+
+std::vector<AllowedIf> conditionallyAllowed() {
+    std::vector<AllowedIf> calls = {
             // What the C library asks before it writes to a standard stream.
-            {SCMP_SYS(fstat), {}},
-            {SCMP_SYS(newfstatat), {SCMP_A3_64(SCMP_CMP_EQ, AT_EMPTY_PATH)}},
-            {SCMP_SYS(ioctl), {SCMP_A1_64(SCMP_CMP_EQ, TCGETS)}},
-            // Memory, but no new code.
-            {SCMP_SYS(brk), {}},
-            {SCMP_SYS(mmap), {SCMP_A2_64(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0)}},
-            {SCMP_SYS(mprotect), {SCMP_A2_64(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0)}},
-            {SCMP_SYS(mremap), {}},
-            {SCMP_SYS(munmap), {}},
-            {SCMP_SYS(madvise), {}},
-            // Locks, time, randomness for hash tables.
-            {SCMP_SYS(futex), {}},
-            {SCMP_SYS(sched_yield), {}},
-            {SCMP_SYS(clock_gettime), {}},
-            {SCMP_SYS(gettimeofday), {}},
-            {SCMP_SYS(time), {}},
-            {SCMP_SYS(nanosleep), {}},
-            {SCMP_SYS(clock_nanosleep), {}},
-            {SCMP_SYS(restart_syscall), {}},
-            {SCMP_SYS(getrandom), {}},
-            // A death of its own, and the way to it.
-            {SCMP_SYS(getpid), {}},
-            {SCMP_SYS(gettid), {}},
-            {SCMP_SYS(tgkill), {SCMP_A0_64(SCMP_CMP_EQ, process)}},
-            {SCMP_SYS(rt_sigaction), {}},
-            {SCMP_SYS(rt_sigprocmask), {}},
-            {SCMP_SYS(rt_sigreturn), {}},
-            {SCMP_SYS(sigaltstack), {}},
-            {SCMP_SYS(exit), {}},
-            {SCMP_SYS(exit_group), {}},
+            {SCMP_SYS(newfstatat), 3, kWholeValue, AT_EMPTY_PATH},
+            {SCMP_SYS(ioctl), 1, kWholeValue, TCGETS},
+            // No new code.
+            {SCMP_SYS(mmap), 2, PROT_EXEC, 0},
+            {SCMP_SYS(mprotect), 2, PROT_EXEC, 0},
+            // Signals to itself: an abort is one.
+            {SCMP_SYS(tgkill), 0, kWholeValue, static_cast<scmp_datum_t>(getpid())},
     };
+    for (const int descriptor : {STDOUT_FILENO, STDERR_FILENO, kParentDescriptor}) {
+        calls.push_back({SCMP_SYS(write), 0, kWholeValue, static_cast<scmp_datum_t>(descriptor)});
+        calls.push_back({SCMP_SYS(writev), 0, kWholeValue, static_cast<scmp_datum_t>(descriptor)});
+    }
     if (kSanitized) {
-        // Sanitizers read /proc for their reports and measure the memory that is in use.
-        for (const int call : {SCMP_SYS(openat), SCMP_SYS(open)}) {
-            const unsigned flags = call == SCMP_SYS(openat) ? 2 : 1;
-            calls.push_back({call, {SCMP_CMP64(flags, SCMP_CMP_MASKED_EQ, O_ACCMODE, O_RDONLY)}});
-        }
-        for (const int call :
-             {SCMP_SYS(readlink), SCMP_SYS(readlinkat), SCMP_SYS(lseek), SCMP_SYS(getrusage),
-              SCMP_SYS(getrlimit), SCMP_SYS(prlimit64), SCMP_SYS(prctl), SCMP_SYS(mincore)}) {
-            calls.push_back({call, {}});
-        }
+        calls.push_back({SCMP_SYS(open), 1, O_ACCMODE, O_RDONLY});
+        calls.push_back({SCMP_SYS(openat), 2, O_ACCMODE, O_RDONLY});
     }
     return calls;
 }
 
-// Returns a negative error number if the kernel refuses.
-int loadFilter() {
-    struct Release {
-        void operator()(void* filter) const { seccomp_release(filter); }
-    };
-    const std::unique_ptr<void, Release> filter(seccomp_init(SCMP_ACT_TRAP));
-    if (filter == nullptr) {
-        return -ENOMEM;
-    }
-    for (const Allowed& allowed : allowedCalls()) {
-        const int result = seccomp_rule_add_array(filter.get(), SCMP_ACT_ALLOW, allowed.call,
-                                                  static_cast<unsigned>(allowed.arguments.size()),
-                                                  allowed.arguments.data());
-        if (result != 0) {
-            return result;
+/** Collects rules; keeps the first error, a negative number. */
+class Filter {
+  public:
+    Filter() : mContext(seccomp_init(SCMP_ACT_TRAP)) {
+        if (mContext == nullptr) {
+            mError = -ENOMEM;
         }
     }
-    return seccomp_load(filter.get());
+    ~Filter() { seccomp_release(mContext); }
+
+    Filter(const Filter&) = delete;
+    Filter& operator=(const Filter&) = delete;
+
+    void allow(int call) { add(SCMP_ACT_ALLOW, call, 0, nullptr); }
+    /** As something that fails. */
+    void deny(int call) { add(SCMP_ACT_ERRNO(EPERM), call, 0, nullptr); }
+    void allow(const AllowedIf& rule) {
+        const scmp_arg_cmp comparison = {rule.argument, SCMP_CMP_MASKED_EQ, rule.mask, rule.value};
+        add(SCMP_ACT_ALLOW, rule.call, 1, &comparison);
+    }
+    int load() { return mError != 0 ? mError : seccomp_load(mContext); }
+
+  private:
+    void add(uint32_t action, int call, unsigned count, const scmp_arg_cmp* comparisons) {
+        if (mError == 0) {
+            mError = seccomp_rule_add_array(mContext, action, call, count, comparisons);
+        }
+    }
+
+    scmp_filter_ctx mContext;
+    int mError = 0;
+};
+
+// Returns a negative error number if the kernel refuses.
+int loadFilter() {
+    Filter filter;
+    for (const int call : kAllowed) {
+        filter.allow(call);
+    }
+    if (kSanitized) {
+        for (const int call : kAllowedToSanitizers) {
+            filter.allow(call);
+        }
+        for (const int call : kDeniedToSanitizers) {
+            filter.deny(call);
+        }
+    }
+    for (const AllowedIf& rule : conditionallyAllowed()) {
+        filter.allow(rule);
+    }
+    return filter.load();
 }
 
 // The address space that is in use, from the kernel's count of pages.

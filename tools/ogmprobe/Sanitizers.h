@@ -8,12 +8,19 @@ namespace ogmprobe {
 #define __has_feature(x) 0
 #endif
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || \
-        __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-/** Whether a sanitizer with shadow memory and reports of its own is built in. */
-inline constexpr bool kSanitized = true;
+#if defined(__SANITIZE_ADDRESS__) || __has_feature(address_sanitizer)
+inline constexpr bool kAddressSanitized = true;
 #else
-inline constexpr bool kSanitized = false;
+inline constexpr bool kAddressSanitized = false;
 #endif
+
+#if defined(__SANITIZE_THREAD__) || __has_feature(thread_sanitizer)
+inline constexpr bool kThreadSanitized = true;
+#else
+inline constexpr bool kThreadSanitized = false;
+#endif
+
+/** Whether a sanitizer with shadow memory and reports of its own is built in. */
+inline constexpr bool kSanitized = kAddressSanitized || kThreadSanitized;
 
 }  // namespace ogmprobe

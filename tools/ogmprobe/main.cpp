@@ -34,6 +34,9 @@ struct RunCommand {
     ExitCode operator()(const TimelineOptions& options) const {
         return runTimeline(options, session);
     }
+    ExitCode operator()(const ExplainOptions& options) const {
+        return runExplain(options, session);
+    }
 };
 
 ExitCode runCommand(const Options& options, Console& console, Output& output) {

@@ -30,6 +30,16 @@ Result get(const char* key, const char* defaultValue) {
     return {length, value};
 }
 
+TEST(SystemPropertyTest, TheSerialChangesWithEveryChangeAndNotWithoutOne) {
+    const uint32_t before = __system_property_area_serial();
+    EXPECT_EQ(before, __system_property_area_serial());
+    property_set("serial.test", "1");
+    const uint32_t after = __system_property_area_serial();
+    EXPECT_NE(before, after);
+    property_set("serial.test", "2");
+    EXPECT_NE(after, __system_property_area_serial());
+}
+
 TEST(PropertiesTest, AValueThatWasSetIsReadBackWithItsLength) {
     ASSERT_EQ(0, property_set("test.set", "value"));
     const Result result = get("test.set", "default");

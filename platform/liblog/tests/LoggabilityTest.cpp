@@ -105,6 +105,26 @@ TEST_F(LoggabilityTest, TheLengthFormTakesOnlyThatMuchOfTheTag) {
                                                ANDROID_LOG_VERBOSE));
 }
 
+TEST_F(LoggabilityTest, AChangedPropertyCountsAtOnce) {
+    EXPECT_EQ(ANDROID_LOG_VERBOSE, level());
+    setProperty("log.tag", "W");
+    EXPECT_EQ(ANDROID_LOG_WARN, level());
+    setProperty("log.tag.LoggabilityTest", "E");
+    EXPECT_EQ(ANDROID_LOG_ERROR, level());
+}
+
+TEST_F(LoggabilityTest, TagsInTurnKeepTheirLevels) {
+    const std::string longTag(100, 'L');
+    setProperty("log.tag.LoggabilityTest", "E");
+    setProperty("log.tag." + longTag, "W");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(ANDROID_LOG_ERROR, level());
+        EXPECT_FALSE(__android_log_is_loggable(ANDROID_LOG_INFO, longTag.c_str(), 0));
+        EXPECT_TRUE(__android_log_is_loggable(ANDROID_LOG_WARN, longTag.c_str(), 0));
+        EXPECT_TRUE(__android_log_is_loggable(ANDROID_LOG_INFO, "LoggabilityTest2", 0));
+    }
+}
+
 TEST_F(LoggabilityTest, LeavesErrnoAlone) {
     errno = EXDEV;
     level();

@@ -50,6 +50,15 @@ TEST(Death, OfAnAssertionIsToldWithItsTextAlone) {
     }
 }
 
+TEST(Death, ByASanitizerKeepsItsReport) {
+    if (!kAddressSanitized) {
+        GTEST_SKIP() << "there is no address sanitizer in this build";
+    }
+    const ProcessResult result = packetsEndingWith("overrun");
+    expectDeath(result, "died in read: it ended the process with exit code 1");
+    EXPECT_THAT(result.err, HasSubstr("AddressSanitizer: heap-buffer-overflow"));
+}
+
 TEST(Death, OfAnExceptionThatLeavesThePluginIsToldWithItsText) {
     expectDeath(packetsEndingWith("throw"), "died in read: a fake exception");
 }
@@ -59,6 +68,9 @@ TEST(Death, ByASignalThatCannotBeCaughtIsTold) {
 }
 
 TEST(Death, ByAnExitIsToldWithItsCode) {
+    if (kSanitized) {
+        GTEST_SKIP() << "the search for leaks at the exit makes forbidden system calls";
+    }
     expectDeath(packetsEndingWith("exit"), "died in read: it ended the process with exit code 7");
 }
 

@@ -46,6 +46,13 @@ void overflowTheStack(android::CDataSource*) {
     descend(1 << 30);
 }
 
+void overrunBuffer(android::CDataSource*) {
+    volatile char* const bytes = new char[1];
+    volatile size_t offset = 1;
+    bytes[offset] = 0;
+    delete[] bytes;
+}
+
 void assertSomething(android::CDataSource*) {
     __android_log_assert("false", LOG_TAG, "CHECK(%s) failed.", "fake");
 }
@@ -133,6 +140,7 @@ void closeEverything(android::CDataSource* source) {
 const std::map<std::string, void (*)(android::CDataSource*)> kMischief = {
         {"crash", crash},
         {"overflow", overflowTheStack},
+        {"overrun", overrunBuffer},
         {"abort", [](android::CDataSource*) { std::abort(); }},
         {"assert", assertSomething},
         {"throw", throwException},

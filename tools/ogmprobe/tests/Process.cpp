@@ -8,11 +8,18 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <iterator>
 #include <stdexcept>
 #include <thread>
 
 namespace ogmprobe::test {
 namespace {
+
+#ifdef OGMPROBE_EMULATOR
+constexpr const char* kCommand[] = {OGMPROBE_EMULATOR, OGMPROBE_PROGRAM};
+#else
+constexpr const char* kCommand[] = {OGMPROBE_PROGRAM};
+#endif
 
 /** The two ends of a standard stream: the program's, and the one that is read here (or -1). */
 struct Ends {
@@ -65,12 +72,12 @@ void readToEnd(int descriptor, std::string& text) {
     for (const auto& [name, value] : setup.environment) {
         setenv(name.c_str(), value.c_str(), 1);
     }
-    std::vector<char*> argv = {const_cast<char*>("ogmprobe")};
+    std::vector<const char*> argv(std::begin(kCommand), std::end(kCommand));
     for (const std::string& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(argument.c_str());
     }
     argv.push_back(nullptr);
-    execv(OGMPROBE_PROGRAM, argv.data());
+    execvp(argv.front(), const_cast<char* const*>(argv.data()));
     _exit(127);
 }
 

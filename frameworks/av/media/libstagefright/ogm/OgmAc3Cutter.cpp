@@ -2,15 +2,13 @@
 #define LOG_TAG "OgmExtractor"
 
 #include <media/stagefright/foundation/ABitReader.h>
-#include <media/stagefright/foundation/AMessage.h>
 
-#include <algorithm>
 #include <iterator>
+#include <string_view>
 
 #include "OgmAssert.h"
 #include "OgmCutters.h"
 #include "OgmExtractor.h"
-#include "OgmPacketBuffer.h"
 
 namespace android {
 
@@ -20,7 +18,7 @@ using ogm::ByteView;
 namespace {
 
 constexpr size_t kMinBufferedSize = 10;
-constexpr uint8_t kSyncWord[] = {0x0B, 0x77};
+constexpr std::string_view kSyncWord("\x0B\x77", 2);
 constexpr uint32_t kSyncWordValue = 0x0B77;
 
 /** The byte that begins with bsid: up to 10 AC-3, up to 16 E-AC-3. */
@@ -70,14 +68,8 @@ Ac3Frame parseEac3Sizes(ABitReader* bits) {
 
 }  // namespace
 
-std::optional<size_t> ogm::findAc3Sync(ByteView data) {
-    const uint8_t* const end = data.data() + data.size();
-    const uint8_t* const found =
-            std::search(data.data(), end, std::begin(kSyncWord), std::end(kSyncWord));
-    if (found == end) {
-        return std::nullopt;
-    }
-    return static_cast<size_t>(found - data.data());
+std::optional<size_t> ogm::findAc3Sync(ByteView data, size_t from) {
+    return data.find(kSyncWord, from);
 }
 
 Ac3Frame ogm::parseAc3Frame(ByteView data) {
@@ -97,15 +89,17 @@ Ac3Frame ogm::parseAc3Frame(ByteView data) {
     return parseEac3Sizes(&bits);
 }
 
-sp<ABuffer> OgmTrack::dequeueAccessUnitAC3() {
-    const ByteView data(mPacketBuff);
+std::optional<AccessUnit> OgmTrack::dequeueAccessUnitAC3() {
+    const ByteView data = mPacketBuff.view();
     if (data.size() < kMinBufferedSize) {
         ALOGD("****NO enough data in AC3 ESQueue****");
-        return nullptr;
+        return std::nullopt;
     }
-    const std::optional<size_t> offset = ogm::findAc3Sync(data);
+    const std::optional<size_t> offset = ogm::findAc3Sync(data, mSearched);
     if (!offset) {
-        return nullptr;
+        // What follows may complete a sync word that begins with the last byte.
+        mSearched = data.size() - 1;
+        return std::nullopt;
     }
     const Ac3Frame frame = ogm::parseAc3Frame(data.from(*offset));
     if (frame.kind != Ac3Frame::Kind::kFrame) {
@@ -115,20 +109,17 @@ sp<ABuffer> OgmTrack::dequeueAccessUnitAC3() {
             ALOGD("[%s]***wrong bsid:%u***", "dequeueAccessUnitAC3", frame.bsid);
         }
         // Like the bytes in front of a frame, these are charged to no range.
-        ogm::dropFront(*mPacketBuff, *offset + std::size(kSyncWord));
-        return nullptr;
+        dropBuffered(*offset + kSyncWord.size());
+        return std::nullopt;
     }
     const size_t available = data.size() - *offset;
     if (available < frame.size) {
         ALOGD("NO enough data: accessUnit size:%d > remaining data after offset :%d", frame.size,
               static_cast<int>(available));
-        return nullptr;
+        return std::nullopt;
     }
-    const sp<ABuffer> unit = takeFrame(*offset, frame.size);
-    const int64_t timeUs = fetchTimestamp(frame.size);
-    if (timeUs >= 0) {
-        unit->meta()->setInt64("timeUs", timeUs);
-    }
+    AccessUnit unit{takeFrame(*offset, frame.size)};
+    unit.timeUs = fetchTimestamp(frame.size);
     return unit;
 }
 

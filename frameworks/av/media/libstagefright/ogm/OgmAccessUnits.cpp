@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include <algorithm>
 #include <optional>
 
 #include "OgmAssert.h"
 #include "OgmCutters.h"
 #include "OgmExtractor.h"
-#include "OgmPacketBuffer.h"
 
 namespace android {
 
+using ogm::ByteBuffer;
 using ogm::ByteView;
 
 namespace {
@@ -25,14 +24,14 @@ constexpr const char* kNoRangeLeft =
 
 media_status_t OgmTrack::appendAudioData(ByteView data, int64_t timeUs) {
     ByteView aligned = data;
-    if (ByteView(mPacketBuff).empty()) {
+    if (mPacketBuff.empty()) {
         const std::optional<size_t> start = findFirstSync(data);
         if (!start) {
             return AMEDIA_ERROR_MALFORMED;
         }
         aligned = data.from(*start);
     }
-    (void)ogm::appendBytes(&mPacketBuff, aligned);
+    mPacketBuff.append(aligned);
     mRangeInfos.push_back({timeUs, aligned.size()});
     return AMEDIA_OK;
 }
@@ -49,7 +48,7 @@ std::optional<size_t> OgmTrack::findFirstSync(ByteView data) const {
             }
             return start;
         case OGA_AUDIO_AC3:
-            start = ogm::findAc3Sync(data);
+            start = ogm::findAc3Sync(data, 0);
             if (start.value_or(0) > 0) {
                 ALOGD("found something resembling an AC3 syncword at offset %ld",
                       static_cast<long>(*start));
@@ -68,7 +67,7 @@ std::optional<size_t> OgmTrack::findFirstSync(ByteView data) const {
     }
 }
 
-sp<ABuffer> OgmTrack::dequeueAccessUnit() {
+std::optional<AccessUnit> OgmTrack::dequeueAccessUnit() {
     switch (mType) {
         case OGA_AUDIO_MP3:
         case OGA_AUDIO_MPEG:
@@ -78,16 +77,19 @@ sp<ABuffer> OgmTrack::dequeueAccessUnit() {
         case OGA_AUDIO_DTS:
             return dequeueAccessUnitDTS();
         default:
-            return nullptr;
+            return std::nullopt;
     }
 }
 
-sp<ABuffer> OgmTrack::takeFrame(size_t offset, size_t size) {
-    // Never null, also for a frame of no bytes.
-    const sp<ABuffer> unit = new ABuffer(size);
-    std::copy_n(mPacketBuff->data() + offset, size, unit->data());
-    ogm::dropFront(*mPacketBuff, offset + size);
-    return unit;
+ByteBuffer OgmTrack::takeFrame(size_t offset, size_t size) {
+    ByteBuffer frame(mPacketBuff.view().from(offset).first(size));
+    dropBuffered(offset + size);
+    return frame;
+}
+
+void OgmTrack::dropBuffered(size_t size) {
+    mPacketBuff.dropFront(size);
+    mSearched = 0;
 }
 
 /**
@@ -95,7 +97,8 @@ sp<ABuffer> OgmTrack::takeFrame(size_t offset, size_t size) {
  * lag behind until the ranges have caught up.
  */
 void OgmTrack::discardBuffer() {
-    mPacketBuff->setRange(0, 0);
+    mPacketBuff.clear();
+    mSearched = 0;
 }
 
 int64_t OgmTrack::fetchTimestamp(uint64_t size) {

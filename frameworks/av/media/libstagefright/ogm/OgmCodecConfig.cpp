@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include <vector>
-
 #include "OgmAssert.h"
 #include "OgmExtractor.h"
 #include "OgmMpegAudioFormat.h"
-#include "OgmPacketBuffer.h"
 #include "OgmWrap.h"
 #include "Ogmavc_utils.h"
 
 namespace android {
 
+using ogm::ByteBuffer;
 using ogm::ByteView;
 using ogm::wrapAdd;
 
@@ -49,12 +47,12 @@ std::optional<size_t> findStartCode(ByteView data) {
  * precedes the VOL is removed from the buffer. Returns where the configuration ends, or nothing
  * when more bytes are needed.
  */
-std::optional<size_t> findVideoConfig(const sp<ABuffer>& rawBuffer, size_t start, int32_t* width,
+std::optional<size_t> findVideoConfig(ByteBuffer* rawBuffer, size_t start, int32_t* width,
                                       int32_t* height) {
     VideoConfigState state = VideoConfigState::WAIT_FOR_VOL_START;
     size_t offset = start;
     for (;;) {
-        const ByteView rest = ByteView(rawBuffer).from(offset);
+        const ByteView rest = rawBuffer->view().from(offset);
         const int64_t chunkSize = ogm::GetStartCodeChunkSize(rest);
         if (chunkSize < 1) {
             return std::nullopt;
@@ -71,7 +69,7 @@ std::optional<size_t> findVideoConfig(const sp<ABuffer>& rawBuffer, size_t start
         }
         ALOGI("WAIT_FOR_VOL_START");
         if (code >> 4 != kVideoObjectLayer) {
-            ogm::dropFront(*rawBuffer, offset + chunk.size());
+            rawBuffer->dropFront(offset + chunk.size());
             offset = 0;
             continue;
         }
@@ -97,16 +95,16 @@ void OgmExtractor::collectCodecConfigs() {
         } else {
             continue;
         }
-        sp<ABuffer> rawBuffer;
-        const media_status_t result = collectCodecConfig(stream, &rawBuffer);
+        const media_status_t result = collectCodecConfig(stream);
         if (result != AMEDIA_OK) {
             ALOGE("collect type[%d] fail,result=%d!", type, result);
         }
     }
 }
 
-media_status_t OgmExtractor::collectCodecConfig(const OgmStreamInfo& stream,
-                                                sp<ABuffer>* rawBuffer) {
+media_status_t OgmExtractor::collectCodecConfig(const OgmStreamInfo& stream) {
+    ByteBuffer rawBuffer;
+    ogm::SteppedCapacity capacity;
     media_status_t result = AMEDIA_OK;
     int64_t offset = mFirstDataPageOffset;
     for (int pages = 0; pages < kMaxPages; ++pages) {
@@ -126,11 +124,12 @@ media_status_t OgmExtractor::collectCodecConfig(const OgmStreamInfo& stream,
         if (page.mSerialNo != stream.mSerialNo) {
             continue;
         }
-        if (!appendPagePayload(pageOffset, pageSize, page, rawBuffer)) {
+        if (!appendPagePayload(pageOffset, pageSize, page, &rawBuffer, &capacity)) {
             return AMEDIA_ERROR_IO;
         }
-        result = stream.mType == OGV_VIDEO_MP4 ? configureMpeg4Video(stream.mSerialNo, *rawBuffer)
-                                               : configureMpegAudio(stream.mSerialNo, *rawBuffer);
+        result = stream.mType == OGV_VIDEO_MP4
+                         ? configureMpeg4Video(stream.mSerialNo, &rawBuffer)
+                         : configureMpegAudio(stream.mSerialNo, rawBuffer.view());
         if (result == AMEDIA_OK) {
             ALOGI("parse CSD data done!");
             return AMEDIA_OK;
@@ -140,8 +139,8 @@ media_status_t OgmExtractor::collectCodecConfig(const OgmStreamInfo& stream,
 }
 
 bool OgmExtractor::appendPagePayload(int64_t pageOffset, int64_t pageSize, const OgmPage& page,
-                                     sp<ABuffer>* rawBuffer) {
-    std::vector<uint8_t> payload(static_cast<size_t>(pageSize - page.headerSize()));
+                                     ByteBuffer* rawBuffer, ogm::SteppedCapacity* capacity) {
+    ByteBuffer payload(static_cast<size_t>(pageSize - page.headerSize()));
     const auto size = static_cast<ssize_t>(payload.size());
     ALOGI("pageDataSize = %d", static_cast<int>(size));
     if (mDataSource->readAt(wrapAdd(pageOffset, page.headerSize()), payload.data(),
@@ -149,20 +148,20 @@ bool OgmExtractor::appendPagePayload(int64_t pageOffset, int64_t pageSize, const
         ALOGE("Cannot read page payload, size %d\n", static_cast<int>(size));
         return false;
     }
-    if (const auto capacity =
-                ogm::appendBytes(rawBuffer, ByteView(payload.data(), payload.size()))) {
-        ALOGI("resizing RAW buffer to size %zu", *capacity);
+    rawBuffer->append(payload.view());
+    if (const auto grown = capacity->growTo(rawBuffer->size())) {
+        ALOGI("resizing RAW buffer to size %zu", *grown);
     }
     return true;
 }
 
-media_status_t OgmExtractor::configureMpeg4Video(uint32_t serialNo, const sp<ABuffer>& rawBuffer) {
+media_status_t OgmExtractor::configureMpeg4Video(uint32_t serialNo, ByteBuffer* rawBuffer) {
     const OgmStreamInfo* const stream = findStream(serialNo);
     if (stream == nullptr || stream->mFormat == nullptr) {
         ALOGE("There is no serialNo[%d] in tracks", static_cast<int>(serialNo));
         return AMEDIA_ERROR_MALFORMED;
     }
-    const std::optional<size_t> start = findStartCode(ByteView(rawBuffer));
+    const std::optional<size_t> start = findStartCode(rawBuffer->view());
     if (!start) {
         ALOGE("can't find start code for mpeg4 video");
         return AMEDIA_ERROR_MALFORMED;
@@ -175,15 +174,14 @@ media_status_t OgmExtractor::configureMpeg4Video(uint32_t serialNo, const sp<ABu
     }
     // The size goes no further than this line: the stream header's counts.
     ALOGI("found MPEG4 video codec config (%d x %d)", width, height);
-    const sp<ABuffer> esds = ogm::MakeESDS(ByteView(rawBuffer).first(*size));
+    const sp<ABuffer> esds = ogm::MakeESDS(rawBuffer->view().first(*size));
     AMediaFormat_setBuffer(stream->mFormat.get(), AMEDIAFORMAT_KEY_ESDS, esds->data(),
                            esds->size());
     ALOGI("get csd success!");
     return AMEDIA_OK;
 }
 
-media_status_t OgmExtractor::configureMpegAudio(uint32_t serialNo, const sp<ABuffer>& rawBuffer) {
-    const ByteView data(rawBuffer);
+media_status_t OgmExtractor::configureMpegAudio(uint32_t serialNo, ByteView data) {
     if (data.size() < kMpegAudioHeaderSize) {
         ALOGE("invalid size:%d", static_cast<int>(data.size()));
         return AMEDIA_ERROR_MALFORMED;

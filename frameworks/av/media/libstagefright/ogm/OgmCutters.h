@@ -19,8 +19,8 @@ namespace android::ogm {
 /** First plausible MPEG audio header; nothing when there is none or no bytes. */
 std::optional<size_t> findMpegAudioSync(ByteView data);
 
-/** First AC-3 sync word. */
-std::optional<size_t> findAc3Sync(ByteView data);
+/** First AC-3 sync word at or after `from`. */
+std::optional<size_t> findAc3Sync(ByteView data, size_t from);
 
 struct Ac3Frame {
     enum class Kind { kFrame, kBadRate, kBadBitStreamId };

@@ -18,16 +18,12 @@ constexpr int kNextGranuleSearchLine = 2175;
 
 /** A packet, or the piece of one that lies on a page. */
 struct PacketPiece {
-    int64_t bodyOffset = 0;  // from the start of the page's body
     size_t size = 0;
     uint64_t nextSegment = 0;
 };
 
 PacketPiece findPiece(const OgmPage& page, uint64_t segment) {
     PacketPiece piece;
-    for (size_t i = 0; i < segment; ++i) {
-        piece.bodyOffset += page.mLacing[i];
-    }
     piece.nextSegment = segment;
     bool terminated = false;
     while (!terminated && piece.nextSegment < page.mNumSegments) {
@@ -83,8 +79,13 @@ media_status_t OgmExtractor::enterNextPage() {
         return AMEDIA_ERROR_END_OF_STREAM;
     }
     mCurrentPageOffset = pageOffset;
-    mCurrentSegment = 0;
+    rewindPage();
     return AMEDIA_OK;
+}
+
+void OgmExtractor::rewindPage() {
+    mCurrentSegment = 0;
+    mCurrentBodyOffset = 0;
 }
 
 OgmTrack* OgmExtractor::findStartedTrack(uint32_t serialNo) const {
@@ -117,21 +118,20 @@ media_status_t OgmExtractor::cutPacket(OgmTrack* track) {
     const PacketPiece piece = findPiece(currPage, mCurrentSegment);
     const bool isNewPacket =
             mCurrentSegment > 0 || (currPage.mFlags & OgmPage::kContinuedPacket) == 0;
-    const int64_t offset = wrapAdd(mCurrentPageOffset, currPage.headerSize() + piece.bodyOffset);
+    const int64_t offset = wrapAdd(mCurrentPageOffset, currPage.headerSize() + mCurrentBodyOffset);
     if (offset > mDataSourceSize) {
         return AMEDIA_ERROR_END_OF_STREAM;
     }
-    const sp<ABuffer> packet = new ABuffer(piece.size);
-    packet->setRange(0, 0);
-    const ssize_t count = mDataSource->readAt(offset, packet->base(), piece.size);
+    mPiece.reset(piece.size);
+    const ssize_t count = mDataSource->readAt(offset, mPiece.data(), piece.size);
     if (count != static_cast<ssize_t>(piece.size)) {
         ALOGI("Cannot read page payload, size %d\n", static_cast<int>(piece.size));
         return AMEDIA_ERROR_IO;
     }
-    packet->setRange(0, piece.size);
     mCurrentSegment = piece.nextSegment;
+    mCurrentBodyOffset += static_cast<int64_t>(piece.size);
     if (track != nullptr) {
-        (void)track->appendData(packet, isNewPacket);
+        (void)track->appendData(&mPiece, isNewPacket);
     }
     return AMEDIA_OK;
 }

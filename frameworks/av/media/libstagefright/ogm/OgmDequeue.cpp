@@ -44,7 +44,7 @@ std::optional<size_t> OgmTrack::frameHeaderSize(ByteView packet) const {
 
 MediaBufferHelper* OgmTrack::dequeueFrame(int64_t targetTimeUs) {
     OgmPacket& packet = mPacketsQue.front();
-    const ByteView data(packet.buffer);
+    const ByteView data = packet.bytes.view();
     const std::optional<size_t> headerSize = frameHeaderSize(data);
     if (!headerSize || *headerSize > data.size()) {
         return nullptr;

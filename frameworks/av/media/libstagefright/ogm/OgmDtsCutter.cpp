@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include <media/stagefright/foundation/AMessage.h>
+#include <algorithm>
+#include <optional>
 
 #include "OgmAssert.h"
 #include "OgmCutters.h"
 #include "OgmExtractor.h"
-#include "OgmPacketBuffer.h"
 
 namespace android {
 
@@ -20,7 +20,14 @@ constexpr uint32_t kSubstream = 0x25205864;
 constexpr uint32_t kCore14 = 0x00E8FF1F;
 
 constexpr size_t kSyncWordSize = 4;
+
+/** As many bytes as a sync word needs to be seen. */
+constexpr size_t kSyncAndNext = kSyncWordSize + 1;
 constexpr size_t kMinFrameAndSync = 6;
+
+constexpr bool isSync(uint32_t word) {
+    return word == kCore16 || word == kSubstream || word == kCore14;
+}
 
 }  // namespace
 
@@ -36,38 +43,51 @@ std::optional<size_t> ogm::findDtsStart(ByteView data) {
 
 std::optional<size_t> ogm::findDtsSync(ByteView data, size_t from) {
     for (size_t position = from; position + kSyncWordSize < data.size(); ++position) {
-        const uint32_t word = data.u32le(position);
-        if (word == kCore16 || word == kSubstream || word == kCore14) {
+        if (isSync(data.u32le(position))) {
             return position;
         }
     }
     return std::nullopt;
 }
 
-sp<ABuffer> OgmTrack::dequeueAccessUnitDTS() {
-    const std::optional<size_t> offset = ogm::findDtsSync(ByteView(mPacketBuff), 0);
+/**
+ * The first sync word at or after `from`. Each byte is looked at once, however often bytes are
+ * added before a sync word comes.
+ */
+std::optional<size_t> OgmTrack::findNextDtsSync(size_t from) {
+    const ByteView data = mPacketBuff.view();
+    const size_t start = std::max(from, mSearched);
+    const std::optional<size_t> found = ogm::findDtsSync(data, start);
+    if (!found && data.size() > kSyncWordSize) {
+        mSearched = std::max(start, data.size() - kSyncWordSize);
+    }
+    return found;
+}
+
+std::optional<AccessUnit> OgmTrack::dequeueAccessUnitDTS() {
+    const bool startsWithSync =
+            ogm::findDtsSync(mPacketBuff.view().first(kSyncAndNext), 0).has_value();
+    const std::optional<size_t> offset = startsWithSync ? 0 : findNextDtsSync(1);
     if (!offset) {
-        return nullptr;
+        return std::nullopt;
     }
     if (*offset > 0) {
         // The bytes in front of a frame are charged to nobody, and their time goes with them.
-        ogm::dropFront(*mPacketBuff, *offset);
+        dropBuffered(*offset);
         (void)fetchTimestamp(*offset);
     }
-    const ByteView data(mPacketBuff);
-    if (data.size() < kMinFrameAndSync) {
-        return nullptr;
+    if (mPacketBuff.size() < kMinFrameAndSync) {
+        return std::nullopt;
     }
     // No field tells the size of a frame here: it ends where the next one begins.
-    const std::optional<size_t> size = ogm::findDtsSync(data, 1);
+    const std::optional<size_t> size = findNextDtsSync(1);
     if (!size) {
-        return nullptr;
+        return std::nullopt;
     }
-    const sp<ABuffer> unit = takeFrame(0, *size);
-    const int64_t timeUs = fetchTimestamp(*size);
-    OGM_CHECK_VALUES(timeUs >= 0,
-                     OGM_SOURCES "OgmExtractor:783 CHECK_GE( timeUs,0ll) failed: ", timeUs, 0);
-    unit->meta()->setInt64("timeUs", timeUs);
+    AccessUnit unit{takeFrame(0, *size)};
+    unit.timeUs = fetchTimestamp(*size);
+    OGM_CHECK_VALUES(unit.timeUs >= 0,
+                     OGM_SOURCES "OgmExtractor:783 CHECK_GE( timeUs,0ll) failed: ", unit.timeUs, 0);
     return unit;
 }
 

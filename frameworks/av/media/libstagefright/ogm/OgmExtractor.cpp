@@ -158,6 +158,15 @@ media_status_t OgmExtractor::getTrackMetaData(AMediaFormat* format, size_t index
     return AMEDIA_OK;
 }
 
+std::string OgmExtractor::mimeOf(uint32_t serialNo) {
+    const OgmStreamInfo* const stream = findStream(serialNo);
+    const std::lock_guard<std::mutex> lock(mFormatLock);
+    const char* mime = nullptr;
+    const bool known = stream != nullptr &&
+                       AMediaFormat_getString(stream->mFormat.get(), AMEDIAFORMAT_KEY_MIME, &mime);
+    return known ? std::string(mime) : std::string();
+}
+
 media_status_t OgmExtractor::copyFormat(uint32_t serialNo, AMediaFormat* format) {
     const OgmStreamInfo* const stream = findStream(serialNo);
     if (stream == nullptr) {

@@ -5,8 +5,8 @@
 
 #include <log/log.h>
 
-#include <algorithm>
 #include <optional>
+#include <string_view>
 
 namespace android::ogm {
 
@@ -19,18 +19,14 @@ constexpr uint8_t kVopStartCode = 0xB6;      // MPEG-4
 
 /** The place behind the first start code 00 00 01 `code`; at least one byte follows it. */
 std::optional<size_t> findBehindStartCode(ByteView packet, uint8_t code) {
-    const uint8_t startCode[kStartCodeSize] = {0, 0, 1, code};
+    const char startCode[kStartCodeSize] = {0, 0, 1, static_cast<char>(code)};
     if (packet.size() <= kStartCodeSize) {
         return std::nullopt;
     }
-    const uint8_t* const begin = packet.data();
-    const uint8_t* const end = begin + packet.size() - 1;
-    const uint8_t* const found =
-            std::search(begin, end, std::begin(startCode), std::end(startCode));
-    if (found == end) {
-        return std::nullopt;
-    }
-    return static_cast<size_t>(found - begin) + kStartCodeSize;
+    const ByteView searched = packet.first(packet.size() - 1);
+    const std::optional<size_t> found =
+            searched.find(std::string_view(startCode, kStartCodeSize), 0);
+    return found ? std::optional(*found + kStartCodeSize) : std::nullopt;
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include <media/stagefright/foundation/AMessage.h>
-
 #include "OgmAssert.h"
 #include "OgmCutters.h"
 #include "OgmExtractor.h"
@@ -28,14 +26,14 @@ std::optional<size_t> ogm::findMpegAudioSync(ByteView data) {
     return std::nullopt;
 }
 
-sp<ABuffer> OgmTrack::dequeueAccessUnitMpegAudio() {
-    const ByteView data(mPacketBuff);
+std::optional<AccessUnit> OgmTrack::dequeueAccessUnitMpegAudio() {
+    const ByteView data = mPacketBuff.view();
     if (data.size() < kHeaderSize) {
-        return nullptr;
+        return std::nullopt;
     }
     uint64_t offset = 0;
     if (mMP3Header == 0 && !lockMpegAudio(data, &offset)) {
-        return nullptr;
+        return std::nullopt;
     }
     const ByteView rest = data.from(offset);
     const int32_t skip =
@@ -43,7 +41,7 @@ sp<ABuffer> OgmTrack::dequeueAccessUnitMpegAudio() {
     if (skip < 0) {
         ALOGI("not found mMP3Header,skip");
         discardBuffer();
-        return nullptr;
+        return std::nullopt;
     }
     offset += static_cast<uint64_t>(skip);
     const uint32_t header = data.u32be(offset);
@@ -53,17 +51,16 @@ sp<ABuffer> OgmTrack::dequeueAccessUnitMpegAudio() {
     if (!ogm::GetMPEGAudioFrameSize(header, &frameSize, &sampleRate, &channels)) {
         ALOGE("GetMPEGAudioFrameSize fail, skip this buffer");
         discardBuffer();
-        return nullptr;
+        return std::nullopt;
     }
     if (data.size() - offset < frameSize) {
-        return nullptr;
+        return std::nullopt;
     }
-    const sp<ABuffer> unit = takeFrame(offset, frameSize);
+    AccessUnit unit{takeFrame(offset, frameSize)};
     // Bytes in front of the frame are charged to it.
-    const int64_t timeUs = fetchTimestamp(offset + frameSize);
-    OGM_CHECK_VALUES(timeUs >= 0,
-                     OGM_SOURCES "OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: ", timeUs, 0);
-    unit->meta()->setInt64("timeUs", timeUs);
+    unit.timeUs = fetchTimestamp(offset + frameSize);
+    OGM_CHECK_VALUES(unit.timeUs >= 0,
+                     OGM_SOURCES "OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: ", unit.timeUs, 0);
     if (mFormat == nullptr) {
         learnFormat(header, sampleRate, channels);
     }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
+#include <utility>
+
 #include "OgmExtractor.h"
 #include "OgmFrameType.h"
-#include "OgmPacketBuffer.h"
 #include "OgmPacketHeader.h"
 #include "OgmStreamTypes.h"
 #include "OgmTime.h"
@@ -11,6 +12,7 @@
 
 namespace android {
 
+using ogm::ByteBuffer;
 using ogm::ByteView;
 using ogm::wrapAdd;
 using ogm::wrapDiv;
@@ -64,7 +66,7 @@ void OgmTrack::resetPageState() {
     mGranuleValid = false;
 }
 
-media_status_t OgmTrack::appendData(const sp<ABuffer>& packet, bool isNewPacket) {
+media_status_t OgmTrack::appendData(ByteBuffer* packet, bool isNewPacket) {
     const std::lock_guard<std::mutex> lock(mLock);
     if (ogm::isAudioType(mType) && mExtractor->isSeeking()) {
         ALOGI("********** Track Type[%d] skip appending data because seeking*************\n",
@@ -75,20 +77,19 @@ media_status_t OgmTrack::appendData(const sp<ABuffer>& packet, bool isNewPacket)
         ALOGI("appendData Buffer null\n");
         return AMEDIA_ERROR_MALFORMED;
     }
-    const ByteView data(packet);
     if (ogm::isReframedAudioType(mType)) {
-        return appendAccessUnits(data, isNewPacket);
+        return appendAccessUnits(packet->view(), isNewPacket);
     }
     if (isNewPacket) {
         int64_t timeUs = 0;
-        if (!computePacketTime(data.size(), &timeUs)) {
+        if (!computePacketTime(packet->size(), &timeUs)) {
             // Later pieces of this packet are not dropped: they end up behind the packet before.
             return AMEDIA_OK;
         }
         closeOpenPacket();
         openPacket(timeUs);
     }
-    appendPacketBytes(data);
+    appendPacketBytes(packet);
     return AMEDIA_OK;
 }
 
@@ -115,10 +116,10 @@ media_status_t OgmTrack::appendAccessUnits(ByteView data, bool isNewPacket) {
         ALOGE("appendAudioData FAIL!");
         return AMEDIA_ERROR_MALFORMED;
     }
-    while (const sp<ABuffer> unit = dequeueAccessUnit()) {
+    while (std::optional<AccessUnit> unit = dequeueAccessUnit()) {
         ++NumOfVPackets;
-        // The packet's time for all units cut out of it; a unit's own stays in its meta.
-        queuePacket(timeUs, unit);
+        // The packet's time for all units cut out of it; a unit's own is not used.
+        queuePacket(timeUs, std::move(unit->bytes));
     }
     return AMEDIA_OK;
 }
@@ -181,12 +182,8 @@ int64_t OgmTrack::computeSampleTime(size_t size) {
 
 void OgmTrack::closeOpenPacket() {
     if (NumOfVPackets == 0) {
-        if (mPacketBuff == nullptr) {
-            NumOfVPackets = 1;
-            return;
-        }
         // The tail of a packet that began before reading did.
-        mPacketBuff->setRange(0, 0);
+        mPacketBuff.clear();
     }
     if (++NumOfVPackets < 2) {
         return;
@@ -198,15 +195,14 @@ void OgmTrack::closeOpenPacket() {
         return;
     }
     OgmPacket& open = mPacketsQue.back();
-    open.buffer = ABuffer::CreateAsCopy(mPacketBuff->data(), mPacketBuff->size());
+    open.bytes = std::move(mPacketBuff);
     if (ogm::isVideoPacketType(mType)) {
-        open.frameType = getVideoFrameType(open.buffer);
+        open.frameType = getVideoFrameType(open.bytes.view());
     }
-    mPacketBuff->setRange(0, 0);
 }
 
 void OgmTrack::openPacket(int64_t timeUs) {
-    queuePacket(timeUs, nullptr);
+    queuePacket(timeUs, {});
     const OgmPacket& packet = mPacketsQue.back();
     ALOGI("packet info:isVideo:%d,index:%d,GranulePosition:%lld,serialNo:%d,timeUs:%lld",
           static_cast<int>(ogm::isVideoPacketType(mType)), static_cast<int>(mPacketsQue.size() - 1),
@@ -214,27 +210,32 @@ void OgmTrack::openPacket(int64_t timeUs) {
           static_cast<long long>(packet.timeUs));
 }
 
-void OgmTrack::queuePacket(int64_t timeUs, const sp<ABuffer>& buffer) {
-    mPacketsQue.push_back({mSerialNo, buffer, timeUs, static_cast<int64_t>(packetPosition(1)),
-                           ogm::kUnknownFrame});
+void OgmTrack::queuePacket(int64_t timeUs, ByteBuffer bytes) {
+    mPacketsQue.push_back({mSerialNo, std::move(bytes), timeUs,
+                           static_cast<int64_t>(packetPosition(1)), ogm::kUnknownFrame});
 }
 
-void OgmTrack::appendPacketBytes(ByteView data) {
-    if (const auto capacity = ogm::appendBytes(&mPacketBuff, data)) {
+void OgmTrack::appendPacketBytes(ByteBuffer* piece) {
+    if (const auto capacity = mPacketCapacity.growTo(mPacketBuff.size() + piece->size())) {
         ALOGI("Track Tyep[%d] resizing mPacketBuff to size %zu", static_cast<int>(mType),
               *capacity);
     }
+    // Most packets lie on one page and are never copied between here and the framework's buffer.
+    if (mPacketBuff.empty()) {
+        mPacketBuff = std::move(*piece);
+    } else {
+        mPacketBuff.append(piece->view());
+    }
 }
 
-int32_t OgmTrack::getVideoFrameType(const sp<ABuffer>& packet) const {
-    const ByteView data(packet);
+int32_t OgmTrack::getVideoFrameType(ByteView packet) const {
     int32_t frameType = ogm::kUnknownFrame;
     if (mType == OGV_VIDEO_MPEG) {
-        frameType = ogm::mpegFrameType(data);
+        frameType = ogm::mpegFrameType(packet);
     } else if (mType == OGV_VIDEO_MP4) {
-        frameType = ogm::mpeg4FrameType(data);
+        frameType = ogm::mpeg4FrameType(packet);
     }
-    return data[0] == ogm::kKeyFramePacket ? ogm::kIntraFrame : frameType;
+    return packet[0] == ogm::kKeyFramePacket ? ogm::kIntraFrame : frameType;
 }
 
 }  // namespace android

@@ -41,14 +41,13 @@ void storeHeader(ByteView header, OgmPage* page) {
 
 /** Counts the packets that end on the page; returns the size of its body in bytes. */
 int64_t countPackets(OgmPage* page) {
-    page->mNumPackets = 0;
-    int64_t bodySize = 0;
+    uint32_t packets = 0;
+    uint32_t bodySize = 0;
     for (size_t i = 0; i < page->mNumSegments; ++i) {
         bodySize += page->mLacing[i];
-        if (page->mLacing[i] != ogm::kUnterminated) {
-            ++page->mNumPackets;
-        }
+        packets += page->mLacing[i] != ogm::kUnterminated ? 1 : 0;
     }
+    page->mNumPackets = packets;
     return bodySize;
 }
 
@@ -129,7 +128,7 @@ media_status_t OgmExtractor::seekToPage(int64_t offset, int64_t maxSkip) {
         }
     }
     mCurrentPageOffset = position;
-    mCurrentSegment = 0;
+    rewindPage();
     for (const auto& [serialNo, track] : mStartedTracks) {
         if (track != nullptr) {
             track->resetPageState();

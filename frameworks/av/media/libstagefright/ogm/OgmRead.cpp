@@ -49,17 +49,15 @@ int32_t syncFlagOf(MediaBufferHelper* buffer) {
 media_status_t OgmTrack::read(MediaBufferHelper** buffer, const ReadOptions* options) {
     const std::lock_guard<std::mutex> lock(mExtractor->lock());
 
-    // The MIME type in the log lines below belongs to this format.
-    const FormatPtr format(AMediaFormat_new());
-    const char* mime = nullptr;
-    if (getFormat(format.get()) == AMEDIA_OK &&
-        AMediaFormat_getString(format.get(), AMEDIAFORMAT_KEY_MIME, &mime)) {
-        ALOGI("begin read mime:%s", mime);
+    // As if the format were asked for again each time; only its MIME type is used, in the log.
+    logGetFormat();
+    if (!mMime.empty()) {
+        ALOGI("begin read mime:%s", mimeText());
     }
     int64_t seekTimeUs = 0;
     ReadOptions::SeekMode mode{};
     if (options != nullptr && options->getSeekTo(&seekTimeUs, &mode)) {
-        if (const media_status_t status = seek(seekTimeUs, mime); status != AMEDIA_OK) {
+        if (const media_status_t status = seek(seekTimeUs); status != AMEDIA_OK) {
             return status;
         }
     }
@@ -70,12 +68,16 @@ media_status_t OgmTrack::read(MediaBufferHelper** buffer, const ReadOptions* opt
     if (status != AMEDIA_OK) {
         return status;
     }
-    ALOGI("after read mime:%s IsIFrame:%d, timeUs:%lld, size:%d", mime, syncFlagOf(*buffer),
+    ALOGI("after read mime:%s IsIFrame:%d, timeUs:%lld, size:%d", mimeText(), syncFlagOf(*buffer),
           static_cast<long long>(timeOf(*buffer)), static_cast<int>((*buffer)->range_length()));
     if (mDumpAudio && ogm::isAudioType(mType)) {
         dumpAudio(*buffer);
     }
     return AMEDIA_OK;
+}
+
+void OgmTrack::logGetFormat() const {
+    ALOGI("getFormat: Track type[%d]", static_cast<int>(mType));
 }
 
 media_status_t OgmTrack::fillQueue() {

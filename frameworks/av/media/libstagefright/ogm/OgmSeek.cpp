@@ -152,13 +152,11 @@ void OgmTrack::dropQueued() {
     mRangeInfos.clear();
     mPacketsQue.clear();
     NumOfVPackets = 0;
-    if (mPacketBuff != nullptr) {
-        mPacketBuff->setRange(0, 0);
-    }
+    discardBuffer();
 }
 
-media_status_t OgmTrack::seek(int64_t timeUs, const char* mime) {
-    ALOGI("begin seek to %lld us mime:%s", static_cast<long long>(timeUs), mime);
+media_status_t OgmTrack::seek(int64_t timeUs) {
+    ALOGI("begin seek to %lld us mime:%s", static_cast<long long>(timeUs), mimeText());
     if (timeUs != 0) {
         mSeekRequested = true;
     }
@@ -177,7 +175,7 @@ media_status_t OgmTrack::seek(int64_t timeUs, const char* mime) {
         }
         mExtractor->setSeeking(false);
     }
-    ALOGI("after seek to %lld us mime:%s", static_cast<long long>(timeUs), mime);
+    ALOGI("after seek to %lld us mime:%s", static_cast<long long>(timeUs), mimeText());
     return AMEDIA_OK;
 }
 

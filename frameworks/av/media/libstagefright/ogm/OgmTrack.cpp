@@ -26,6 +26,7 @@ OgmTrack::OgmTrack(OgmExtractor* extractor, uint32_t serialNo, uint32_t type,
       mSerialNo(serialNo),
       mType(type),
       mBitsPerSample(bitsPerSample),
+      mMime(extractor->mimeOf(serialNo)),
       mDumpAudio(property_get_int32(kDumpAudioProperty, 0) != 0),
       mDumpVideo(property_get_int32(kDumpVideoProperty, 0) != 0) {
     if (const auto mode = OgmEsQueue::modeFor(type)) {
@@ -70,7 +71,7 @@ media_status_t OgmTrack::stop() {
 }
 
 media_status_t OgmTrack::getFormat(AMediaFormat* format) {
-    ALOGI("getFormat: Track type[%d]", static_cast<int>(mType));
+    logGetFormat();
     return mExtractor->copyFormat(mSerialNo, format);
 }
 

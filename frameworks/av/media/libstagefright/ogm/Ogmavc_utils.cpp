@@ -132,10 +132,8 @@ int64_t GetStartCodeChunkSize(ByteView data) {
     if (data.size() < kMinChunkAndPrefix) {
         return kChunkNotEnded;
     }
-    const uint8_t* const end = data.data() + data.size();
-    const uint8_t* const next = std::search(data.data() + kStartCodePrefixSize, end,
-                                            kStartCodePrefix.begin(), kStartCodePrefix.end());
-    return next == end ? kChunkNotEnded : next - data.data();
+    const std::optional<size_t> next = data.find(kStartCodePrefix, kStartCodePrefixSize);
+    return next ? static_cast<int64_t>(*next) : kChunkNotEnded;
 }
 
 void WriteSize14(uint8_t** position, size_t size) {

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <media/stagefright/foundation/ABuffer.h>
-#include <utils/StrongPointer.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <optional>
 #include <string_view>
 
 namespace android::ogm {
@@ -20,14 +19,6 @@ class ByteView {
   public:
     constexpr ByteView() = default;
     constexpr ByteView(const uint8_t* data, size_t size) : mData(data), mSize(size) {}
-
-    /** The buffer's range; empty for a null buffer. */
-    explicit ByteView(const sp<ABuffer>& buffer) {
-        if (buffer != nullptr) {
-            mData = buffer->data();
-            mSize = buffer->size();
-        }
-    }
 
     constexpr const uint8_t* data() const { return mData; }
     constexpr size_t size() const { return mSize; }
@@ -60,6 +51,19 @@ class ByteView {
         return true;
     }
 
+    /** The first place at or after `from` where all bytes of `text` stand, which is not empty. */
+    std::optional<size_t> find(std::string_view text, size_t from) const {
+        const ByteView rest = this->from(from);
+        if (rest.mSize < text.size()) {
+            return std::nullopt;
+        }
+        const void* const found = memmem(rest.mData, rest.mSize, text.data(), text.size());
+        if (found == nullptr) {
+            return std::nullopt;
+        }
+        return static_cast<size_t>(static_cast<const uint8_t*>(found) - mData);
+    }
+
     constexpr uint16_t u16le(size_t position) const {
         return static_cast<uint16_t>(littleEndian(position, 2));
     }
@@ -77,6 +81,13 @@ class ByteView {
     constexpr uint64_t littleEndian(size_t position, size_t width) const {
         const ByteView rest = from(position);
         uint64_t value = 0;
+        if (rest.mSize >= width) {
+            // The usual case, which compiles to one load.
+            for (size_t i = 0; i < width; ++i) {
+                value |= uint64_t{rest.mData[i]} << (8 * i);
+            }
+            return value;
+        }
         for (size_t i = 0; i < width; ++i) {
             value |= uint64_t{rest[i]} << (8 * i);
         }

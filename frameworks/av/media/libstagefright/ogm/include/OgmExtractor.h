@@ -22,7 +22,6 @@
 #include <media/MediaExtractorPluginHelper.h>
 #include <media/NdkMediaFormat.h>
 #include <media/stagefright/MediaBuffer.h>
-#include <media/stagefright/foundation/ABuffer.h>
 #include <utils/RefBase.h>
 
 #include <array>
@@ -33,8 +32,10 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
+#include "OgmByteBuffer.h"
 #include "OgmByteView.h"
 #include "OgmFormat.h"
 
@@ -100,12 +101,19 @@ struct OgmStreamInfo {
 /** One item of a track's queue: a packet with its OGM packet header, or one audio access unit. */
 struct OgmPacket {
     uint32_t serialNo = 0;
-    /** Null while the packet is still being assembled. */
-    sp<ABuffer> buffer;
+    /** Empty while the packet is still being assembled. */
+    ogm::ByteBuffer bytes;
     int64_t timeUs = 0;
     int64_t granulePosition = 0;
     /** Video only: 1 for a sync frame, otherwise what the frame typing found; 0 when unknown. */
     int32_t frameType = 0;
+};
+
+/** A frame that was cut out of an elementary stream. */
+struct AccessUnit {
+    ogm::ByteBuffer bytes;
+    /** -1 for a unit of no bytes. */
+    int64_t timeUs = -1;
 };
 
 /** The bytes of an elementary stream that arrived with one time. */
@@ -169,13 +177,13 @@ class OgmExtractor : public MediaExtractorPluginHelper {
      * `rawBuffer` holds the stream's bytes so far; what precedes the headers is removed from it.
      * Returns AMEDIA_OK, UNSUPPORTED when more bytes are needed, or MALFORMED.
      */
-    media_status_t configureMpeg4Video(uint32_t serialNo, const sp<ABuffer>& rawBuffer);
+    media_status_t configureMpeg4Video(uint32_t serialNo, ogm::ByteBuffer* rawBuffer);
 
     /**
      * Learns MIME type and layer of an MPEG audio stream from its first confirmed frame.
-     * Returns AMEDIA_OK, or MALFORMED when `rawBuffer` does not hold one yet.
+     * Returns AMEDIA_OK, or MALFORMED when `data` does not hold one yet.
      */
-    media_status_t configureMpegAudio(uint32_t serialNo, const sp<ABuffer>& rawBuffer);
+    media_status_t configureMpegAudio(uint32_t serialNo, ogm::ByteView data);
 
     // Reading. The caller holds lock().
 
@@ -206,6 +214,10 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     /** The stream's record, the first one where two have the serial number; null for none. */
     OgmStreamInfo* findStream(uint32_t serialNo);
 
+    /** MIME type of a stream, which is settled once the file is open; empty when it is not known.
+     */
+    std::string mimeOf(uint32_t serialNo);
+
     /**
      * Copies a stream's format, with the duration as it is now; AMEDIA_ERROR_MALFORMED for a serial
      * number without a record.
@@ -226,10 +238,12 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     media_status_t addAudioStream(ogm::ByteView packet, uint32_t serialNo);
 
     void collectCodecConfigs();
-    media_status_t collectCodecConfig(const OgmStreamInfo& stream, sp<ABuffer>* rawBuffer);
+    media_status_t collectCodecConfig(const OgmStreamInfo& stream);
     bool appendPagePayload(int64_t pageOffset, int64_t pageSize, const OgmPage& page,
-                           sp<ABuffer>* rawBuffer);
+                           ogm::ByteBuffer* rawBuffer, ogm::SteppedCapacity* capacity);
 
+    /** Goes back to the start of currPage's body. */
+    void rewindPage();
     media_status_t enterNextPage();
     OgmTrack* findStartedTrack(uint32_t serialNo) const;
     media_status_t refreshGranules(OgmTrack* track);
@@ -262,6 +276,10 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     int64_t mCurrentPageSize = 0;
     /** Next lacing value of currPage to use. */
     uint64_t mCurrentSegment = 0;
+    /** Where its bytes begin in the body of currPage. */
+    int64_t mCurrentBodyOffset = 0;
+    /** The piece that was read last, unless its track has taken it. */
+    ogm::ByteBuffer mPiece;
 
     // Seeking.
     /** The track that moves the cursor when it seeks; -1 for none. */
@@ -307,10 +325,10 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     /** Sets the timing to what it is before the first page. */
     void resetPageState();
     /**
-     * Takes a piece of a packet; `isNewPacket` for one that begins a packet.
-     * Returns AMEDIA_OK, also for a piece that is dropped, or AMEDIA_ERROR_MALFORMED.
+     * Takes a piece of a packet; `isNewPacket` for one that begins a packet. The piece may be moved
+     * away. Returns AMEDIA_OK, also for a piece that is dropped, or AMEDIA_ERROR_MALFORMED.
      */
-    media_status_t appendData(const sp<ABuffer>& packet, bool isNewPacket);
+    media_status_t appendData(ogm::ByteBuffer* packet, bool isNewPacket);
     /** Drops all that is queued; the granule positions stay. */
     void signalDiscontinuity();
     /** Presentation time at the cursor, 0 when it is not known. */
@@ -324,8 +342,8 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
      * Returns AMEDIA_OK, or AMEDIA_ERROR_MALFORMED (nothing added) without a sync word.
      */
     media_status_t appendAudioData(ogm::ByteView data, int64_t timeUs);
-    /** The next whole access unit, its time under "timeUs" in its meta; null for none. */
-    sp<ABuffer> dequeueAccessUnit();
+    /** The next whole access unit; nothing when there is none yet. */
+    std::optional<AccessUnit> dequeueAccessUnit();
     /**
      * Takes `size` bytes off the front of the time ranges and returns the time of the first; -1 for
      * no bytes.
@@ -335,7 +353,7 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     // Frames.
 
     /** Frame type of a finished packet, its header included: see OgmPacket::frameType. */
-    int32_t getVideoFrameType(const sp<ABuffer>& packet) const;
+    int32_t getVideoFrameType(ogm::ByteView packet) const;
     /** Takes the oldest packet; null, and the packet stays, when it cannot be handed out. */
     MediaBufferHelper* dequeueFrame(int64_t targetTimeUs);
     /** Complete packets of frame type 3 directly behind the oldest one. */
@@ -350,20 +368,23 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     int64_t sampleTimeUs(uint64_t averagePerPacket) const;
     void closeOpenPacket();
     void openPacket(int64_t timeUs);
-    void queuePacket(int64_t timeUs, const sp<ABuffer>& buffer);
-    void appendPacketBytes(ogm::ByteView data);
+    void queuePacket(int64_t timeUs, ogm::ByteBuffer bytes);
+    void appendPacketBytes(ogm::ByteBuffer* piece);
     void dropQueued();
 
     std::optional<size_t> findFirstSync(ogm::ByteView data) const;
     uint64_t takeFromFrontRange(uint64_t size);
-    sp<ABuffer> dequeueAccessUnitMpegAudio();
-    sp<ABuffer> dequeueAccessUnitAC3();
-    sp<ABuffer> dequeueAccessUnitDTS();
+    std::optional<AccessUnit> dequeueAccessUnitMpegAudio();
+    std::optional<AccessUnit> dequeueAccessUnitAC3();
+    std::optional<AccessUnit> dequeueAccessUnitDTS();
     bool lockMpegAudio(ogm::ByteView data, uint64_t* offset);
     void discardBuffer();
-    sp<ABuffer> takeFrame(size_t offset, size_t size);
+    std::optional<size_t> findNextDtsSync(size_t from);
+    ogm::ByteBuffer takeFrame(size_t offset, size_t size);
+    void dropBuffered(size_t size);
     void learnFormat(uint32_t header, int32_t sampleRate, int32_t channels);
 
+    void logGetFormat() const;
     media_status_t fillQueue();
     media_status_t takePacket(MediaBufferHelper** buffer);
     media_status_t reworkPcm(MediaBufferHelper** buffer);
@@ -375,7 +396,10 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
 
     enum class SyncSearch { kFound, kDrained, kTooLate };
 
-    media_status_t seek(int64_t timeUs, const char* mime);
+    /** The MIME type as log lines take it: null when it is not known. */
+    const char* mimeText() const { return mMime.empty() ? nullptr : mMime.c_str(); }
+
+    media_status_t seek(int64_t timeUs);
     media_status_t findSyncFrame(int64_t seekUs);
     media_status_t fillForSyncFrame(bool* endOfFile);
     SyncSearch dropUntilSyncFrame(int64_t searchUs);
@@ -386,6 +410,8 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     const uint32_t mSerialNo;
     const uint32_t mType;
     const uint16_t mBitsPerSample;
+    /** For the log; empty when the extractor does not know the stream. */
+    const std::string mMime;
     int32_t mSampleRate = 0;
     int32_t mTimeUnit = 0;
     bool mDumpAudio = false;
@@ -409,7 +435,10 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     // Queues. mLock is held where they are filled and where they are dropped.
     std::mutex mLock;
     /** The packet being assembled; for re-framed audio the elementary stream not yet cut. */
-    sp<ABuffer> mPacketBuff;
+    ogm::ByteBuffer mPacketBuff;
+    ogm::SteppedCapacity mPacketCapacity;
+    /** Up to here no frame of re-framed audio begins in mPacketBuff but at its start. */
+    size_t mSearched = 0;
     std::deque<RangeInfo> mRangeInfos;
     /** Oldest first. The last one is still open, but for re-framed audio. */
     std::deque<OgmPacket> mPacketsQue;

@@ -14,11 +14,16 @@ namespace {
 constexpr uint32_t kSerialNo = 1;
 constexpr uint16_t kBitsPerSample = 16;
 
+Bytes bytesOf(const ByteBuffer& buffer) {
+    const ByteView view = buffer.view();
+    return Bytes(view.data(), view.data() + view.size());
+}
+
 }  // namespace
 
 // Not in the unnamed namespace: the friends must belong to that of PrivateMember.
 struct PacketBuff {
-    using Type = sp<ABuffer> OgmTrack::*;
+    using Type = ByteBuffer OgmTrack::*;
     friend Type memberOf(PacketBuff);
 };
 
@@ -54,15 +59,14 @@ media_status_t TrackDriver::append(const Bytes& bytes, int64_t timeUs) {
 }
 
 std::optional<AccessUnit> TrackDriver::next() {
-    const sp<ABuffer> buffer = mTrack.dequeueAccessUnit();
-    if (buffer == nullptr) {
+    const std::optional<android::AccessUnit> cut = mTrack.dequeueAccessUnit();
+    if (!cut) {
         return std::nullopt;
     }
     AccessUnit unit;
-    unit.bytes.assign(buffer->data(), buffer->data() + buffer->size());
-    int64_t timeUs = 0;
-    if (buffer->meta()->findInt64("timeUs", &timeUs)) {
-        unit.timeUs = timeUs;
+    unit.bytes = bytesOf(cut->bytes);
+    if (cut->timeUs >= 0) {
+        unit.timeUs = cut->timeUs;
     }
     return unit;
 }
@@ -85,8 +89,7 @@ std::vector<AccessUnit> TrackDriver::feed(const Bytes& piece, int64_t timeUs) {
 }
 
 Bytes TrackDriver::buffered() {
-    const sp<ABuffer>& buffer = mTrack.*memberOf(PacketBuff{});
-    return buffer == nullptr ? Bytes{} : Bytes(buffer->data(), buffer->data() + buffer->size());
+    return bytesOf(mTrack.*memberOf(PacketBuff{}));
 }
 
 Ranges TrackDriver::ranges() {
@@ -98,7 +101,7 @@ Ranges TrackDriver::ranges() {
 }
 
 void TrackDriver::place(const Bytes& bytes, int64_t timeUs) {
-    mTrack.*memberOf(PacketBuff{}) = ABuffer::CreateAsCopy(bytes.data(), bytes.size());
+    mTrack.*memberOf(PacketBuff{}) = ByteBuffer(viewOf(bytes));
     (mTrack.*memberOf(RangeInfos{})).push_back({timeUs, bytes.size()});
 }
 

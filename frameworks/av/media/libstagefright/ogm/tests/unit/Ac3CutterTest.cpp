@@ -167,7 +167,8 @@ TEST_F(Ac3CutterTest, FrameSizeCode37WithTenBytesKeepsThePacketFromEverBeingDone
         // A packet on a page of granule position 1, with its header of three bytes.
         const Bytes packet = joined({{0x00, 0x00, 0x00}, stream});
         (*mTrack)->updateGranulePosition(1, 1);
-        (*mTrack)->appendData(ABuffer::CreateAsCopy(packet.data(), packet.size()), true);
+        ByteBuffer piece(viewOf(packet));
+        (*mTrack)->appendData(&piece, true);
     };
     const Bytes endless = startOf(37, 0x40, pattern(4, 1));
     EXPECT_EQ(runInChild([&] { take(endless); }, kEndlessCall), outOfTime());
@@ -398,7 +399,7 @@ TEST_F(Ac3CutterTest, RandomPiecesOfADamagedStreamGiveWhatAPlainCutterGives) {
 }
 
 TEST(Ac3SyncSearchTest, FindsTheFirstSyncWord) {
-    const auto find = [](const Bytes& bytes) { return findAc3Sync(viewOf(bytes)); };
+    const auto find = [](const Bytes& bytes) { return findAc3Sync(viewOf(bytes), 0); };
     EXPECT_EQ(find({}), std::nullopt);
     EXPECT_EQ(find({0x0B}), std::nullopt);
     EXPECT_EQ(find({0x0B, 0x77}), 0u);

@@ -45,18 +45,20 @@ class CodecConfigRoutineTest : public ::testing::Test {
         mEvents.clear();
     }
 
-    static sp<ABuffer> bufferOf(const Bytes& bytes) {
-        return ABuffer::CreateAsCopy(bytes.data(), bytes.size());
+    static ByteBuffer bufferOf(const Bytes& bytes) {
+        return ByteBuffer(ByteView(bytes.data(), bytes.size()));
     }
-    static Bytes bytesOf(const sp<ABuffer>& buffer) {
-        return Bytes(buffer->data(), buffer->data() + buffer->size());
+    static Bytes bytesOf(const ByteBuffer& buffer) {
+        const ByteView view = buffer.view();
+        return Bytes(view.data(), view.data() + view.size());
     }
 
-    media_status_t configureVideo(const Bytes& bytes) {
-        return (*mExtractor)->configureMpeg4Video(kVideo, bufferOf(bytes));
+    media_status_t configureVideo(const Bytes& bytes, uint32_t serialNo = kVideo) {
+        ByteBuffer buffer = bufferOf(bytes);
+        return (*mExtractor)->configureMpeg4Video(serialNo, &buffer);
     }
     media_status_t configureAudio(const Bytes& bytes) {
-        return (*mExtractor)->configureMpegAudio(kAudio, bufferOf(bytes));
+        return (*mExtractor)->configureMpegAudio(kAudio, bufferOf(bytes).view());
     }
 
     AMediaFormat* formatOf(uint32_t serialNo) {
@@ -105,9 +107,9 @@ TEST_F(Mpeg4VideoConfigTest, AGroupOfPicturesEndsTheConfigurationToo) {
 }
 
 TEST_F(Mpeg4VideoConfigTest, WhatPrecedesTheVolIsRemovedFromTheBuffer) {
-    const sp<ABuffer> buffer =
+    ByteBuffer buffer =
             bufferOf(joined({{0x08}, visualObjectSequence(), visualObject(), vol(), vop(), vop()}));
-    EXPECT_EQ((*mExtractor)->configureMpeg4Video(kVideo, buffer), AMEDIA_OK);
+    EXPECT_EQ((*mExtractor)->configureMpeg4Video(kVideo, &buffer), AMEDIA_OK);
     EXPECT_EQ(configuration(), vol());
     EXPECT_EQ(bytesOf(buffer), joined({vol(), vop(), vop()}));
     EXPECT_EQ(mEvents.count(infoLine("WAIT_FOR_VOL_START")), 3u);
@@ -195,8 +197,7 @@ TEST_F(Mpeg4VideoConfigTest, AStartCodeInTheLastThreeBytesIsFoundAndHasNoEnd) {
 }
 
 TEST_F(Mpeg4VideoConfigTest, AStreamWithoutATrackIsRefused) {
-    EXPECT_EQ((*mExtractor)->configureMpeg4Video(12345, bufferOf(joined({vol(), vop(), vop()}))),
-              AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(configureVideo(joined({vol(), vop(), vop()}), 12345), AMEDIA_ERROR_MALFORMED);
     EXPECT_THAT(mEvents.lines(), ElementsAre(errorLine("There is no serialNo[12345] in tracks")));
 }
 
@@ -298,15 +299,12 @@ TEST_F(MpegAudioConfigTest, ASecondHeaderThatDoesNotDecodeIsNoFrame) {
     }
 }
 
-TEST_F(MpegAudioConfigTest, AFailedSearchOfMoreThan131072BytesIsAnErrorAndKeepsTheBuffer) {
-    const sp<ABuffer> atTheLimit = bufferOf(pattern(131072, 1));
-    EXPECT_EQ((*mExtractor)->configureMpegAudio(kAudio, atTheLimit), AMEDIA_ERROR_MALFORMED);
+TEST_F(MpegAudioConfigTest, AFailedSearchOfMoreThan131072BytesIsAnError) {
+    EXPECT_EQ(configureAudio(pattern(131072, 1)), AMEDIA_ERROR_MALFORMED);
     EXPECT_EQ(mEvents.lines().back(), warningLine("Not get mMP3Header, size:131072"));
-    const sp<ABuffer> above = bufferOf(pattern(131073, 1));
-    EXPECT_EQ((*mExtractor)->configureMpegAudio(kAudio, above), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(configureAudio(pattern(131073, 1)), AMEDIA_ERROR_MALFORMED);
     EXPECT_EQ(mEvents.lines().back(),
               errorLine("findMP3Header fail size>131072, skip this buffer"));
-    EXPECT_EQ(above->size(), 131073u);
 }
 
 TEST_F(MpegAudioConfigTest, AFailureLeavesTheFormatOfTheStreamHeader) {

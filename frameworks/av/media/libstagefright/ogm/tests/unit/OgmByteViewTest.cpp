@@ -50,18 +50,5 @@ TEST(OgmByteViewTest, PartsStayWithinTheWhole) {
     EXPECT_EQ(kView.first(100).size(), 9u);
 }
 
-TEST(OgmByteViewTest, ABufferIsSeenByItsRange) {
-    const sp<ABuffer> buffer = ABuffer::CreateAsCopy(kBytes, sizeof(kBytes));
-    buffer->setRange(4, 2);
-    const ByteView view(buffer);
-    EXPECT_EQ(view.size(), 2u);
-    EXPECT_EQ(view[0], 0x81);
-    EXPECT_EQ(view[2], 0);
-}
-
-TEST(OgmByteViewTest, ANullBufferIsEmpty) {
-    EXPECT_TRUE(ByteView(sp<ABuffer>()).empty());
-}
-
 }  // namespace
 }  // namespace android::ogm

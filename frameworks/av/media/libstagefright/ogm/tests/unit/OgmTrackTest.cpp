@@ -52,7 +52,8 @@ class OgmTrackTest : public ::testing::Test {
     }
 
     media_status_t append(const Bytes& packet, bool isNewPacket) {
-        return mTrack->appendData(ABuffer::CreateAsCopy(packet.data(), packet.size()), isNewPacket);
+        ByteBuffer piece(ByteView(packet.data(), packet.size()));
+        return mTrack->appendData(&piece, isNewPacket);
     }
 
     EventLog mEvents;

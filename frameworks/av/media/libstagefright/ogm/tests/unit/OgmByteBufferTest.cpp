@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "OgmByteBuffer.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+#include "Bytes.h"
+
+namespace android::ogm::test {
+namespace {
+
+ByteView viewOf(const Bytes& bytes) {
+    return {bytes.data(), bytes.size()};
+}
+
+Bytes bytesIn(const ByteBuffer& buffer) {
+    const ByteView view = buffer.view();
+    return Bytes(view.data(), view.data() + view.size());
+}
+
+TEST(OgmByteBufferTest, ANewOneIsEmpty) {
+    EXPECT_TRUE(ByteBuffer().empty());
+    EXPECT_EQ(ByteBuffer().view().data(), nullptr);
+}
+
+TEST(OgmByteBufferTest, AppendingKeepsWhatIsThere) {
+    ByteBuffer buffer(viewOf({1, 2}));
+    buffer.append(viewOf({3}));
+    buffer.append(ByteView());
+    buffer.append(viewOf(pattern(5000, 1)));
+    EXPECT_EQ(bytesIn(buffer), joined({{1, 2, 3}, pattern(5000, 1)}));
+}
+
+TEST(OgmByteBufferTest, DroppingTheFrontKeepsTheRest) {
+    ByteBuffer buffer(viewOf({1, 2, 3, 4, 5}));
+    buffer.dropFront(2);
+    EXPECT_EQ(bytesIn(buffer), (Bytes{3, 4, 5}));
+    buffer.append(viewOf({6}));
+    EXPECT_EQ(bytesIn(buffer), (Bytes{3, 4, 5, 6}));
+    buffer.dropFront(100);
+    EXPECT_TRUE(buffer.empty());
+}
+
+TEST(OgmByteBufferTest, FilledAndEmptiedForLongItStaysInOneStorage) {
+    ByteBuffer buffer(viewOf(pattern(100, 0)));
+    buffer.append(viewOf(pattern(100, 1)));  // room for twice that from here on
+    const uint8_t* const storage = buffer.data();
+    for (uint32_t i = 2; i < 1000; ++i) {
+        buffer.dropFront(100);
+        buffer.append(viewOf(pattern(100, i)));
+        ASSERT_EQ(bytesIn(buffer), joined({pattern(100, i - 1), pattern(100, i)}));
+        ASSERT_GE(buffer.data(), storage);
+        ASSERT_LT(buffer.data(), storage + 400);
+    }
+}
+
+TEST(OgmByteBufferTest, MovingLeavesAnEmptyOneBehind) {
+    ByteBuffer from(viewOf({1, 2, 3}));
+    from.dropFront(1);
+    ByteBuffer to(std::move(from));
+    EXPECT_EQ(bytesIn(to), (Bytes{2, 3}));
+    EXPECT_TRUE(from.empty());  // NOLINT(bugprone-use-after-move): it is what is tested
+    from.append(viewOf({4}));
+    EXPECT_EQ(bytesIn(from), (Bytes{4}));
+    EXPECT_EQ(bytesIn(to), (Bytes{2, 3}));
+}
+
+TEST(OgmByteBufferTest, ClearingKeepsTheStorage) {
+    ByteBuffer buffer(viewOf({1, 2, 3}));
+    const uint8_t* const storage = buffer.data();
+    buffer.clear();
+    EXPECT_TRUE(buffer.empty());
+    buffer.append(viewOf({4, 5, 6}));
+    EXPECT_EQ(buffer.data(), storage);
+}
+
+TEST(OgmByteBufferTest, ResettingKeepsStorageOfUpToTwiceTheSize) {
+    ByteBuffer buffer(100);
+    const uint8_t* const storage = buffer.data();
+    buffer.reset(50);
+    EXPECT_EQ(buffer.size(), 50u);
+    EXPECT_EQ(buffer.data(), storage);
+    buffer.append(viewOf(filled(50, 1)));
+    EXPECT_EQ(buffer.data(), storage);
+}
+
+TEST(OgmByteBufferTest, ResettingToLessThanHalfMakesStorageOfThatSize) {
+    ByteBuffer buffer(100);
+    buffer.reset(49);
+    const uint8_t* const storage = buffer.data();
+    buffer.append(viewOf(filled(1, 1)));
+    EXPECT_EQ(buffer.size(), 50u);
+    EXPECT_NE(buffer.data(), storage);
+}
+
+TEST(SteppedCapacityTest, TheFirstNeedIsRoundedUpTo64KiB) {
+    EXPECT_EQ(SteppedCapacity().growTo(3), 65536u);
+    EXPECT_EQ(SteppedCapacity().growTo(65536), 65536u);
+    EXPECT_EQ(SteppedCapacity().growTo(65537), 131072u);
+}
+
+TEST(SteppedCapacityTest, AFirstNeedOfNothingIsAGrowthToNothing) {
+    SteppedCapacity capacity;
+    EXPECT_EQ(capacity.growTo(0), 0u);
+    EXPECT_EQ(capacity.growTo(0), std::nullopt);
+}
+
+TEST(SteppedCapacityTest, ItGrowsOnlyWhenItIsExceededAndNeverShrinks) {
+    SteppedCapacity capacity;
+    capacity.growTo(1);
+    EXPECT_EQ(capacity.growTo(65536), std::nullopt);
+    EXPECT_EQ(capacity.growTo(200000), 262144u);
+    EXPECT_EQ(capacity.growTo(1), std::nullopt);
+    EXPECT_EQ(capacity.growTo(262144), std::nullopt);
+}
+
+}  // namespace
+}  // namespace android::ogm::test

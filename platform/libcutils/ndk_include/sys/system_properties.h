@@ -1,0 +1,31 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#pragma once
+
+/*
+ * The layer below <cutils/properties.h>, part of the C library on the device. The log library reads
+ * its levels here, so a program that brings its own property_get() does not see those reads.
+ */
+
+#include <stdint.h>
+
+/** Size of a buffer that holds any value, the final zero included. */
+#define PROP_VALUE_MAX 92
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+#pragma GCC visibility push(default)
+
+/**
+ * Copies a property's value, "" if it is absent, into `value`, which must have room for
+ * PROP_VALUE_MAX bytes. Returns the length of what was copied.
+ */
+int __system_property_get(const char* name, char* value);
+
+/** A number that changes with every change of a property. */
+uint32_t __system_property_area_serial(void);
+
+#pragma GCC visibility pop
+#ifdef __cplusplus
+}
+#endif
