@@ -24,13 +24,19 @@ constexpr double kAxisHeight = 26;
 constexpr double kHeadingLeft = 12;
 constexpr double kTitleHeight = 34;
 constexpr double kLineHeight = 20;
-// About that of the sheet's 12 px sans-serif.
-constexpr double kCharacterWidth = 6.2;
+// Enough for wide fonts at the sheet's 12 px.
+constexpr double kCharacterWidth = 7;
+constexpr double kSwatchSize = 12;
+constexpr double kMarkWidth = 4;
+constexpr double kSwatchGap = 6;
+constexpr double kEntryGap = 14;
 constexpr int kMostTicks = 12;
 
 struct LegendEntry {
     std::string cssClass;
     std::string text;
+    /** Marks are drawn narrower than what covers an area. */
+    double width = kSwatchSize;
 };
 
 template <typename Predicate>
@@ -56,16 +62,16 @@ bool anyTiming(const Chart& chart, Predicate predicate) {
 void addMarks(const Chart& chart, std::vector<LegendEntry>& entries) {
     const auto& lanes = chart.timeline.lanes;
     if (std::any_of(lanes.begin(), lanes.end(), marksSyncs)) {
-        entries.push_back({"swatch head", "sync frame"});
+        entries.push_back({"swatch head", "sync frame", kMarkWidth});
     }
     if (anyTiming(chart, [](const Timing& timing) { return !timing.gaps.empty(); })) {
         entries.push_back({"swatch gap", "gap"});
     }
     if (anyTiming(chart, [](const Timing& timing) { return timing.repeatedTimes > 0; })) {
-        entries.push_back({"swatch repeated", "equal times"});
+        entries.push_back({"swatch repeated", "equal times", kMarkWidth});
     }
     if (anyTiming(chart, [](const Timing& timing) { return !timing.backwardSteps.empty(); })) {
-        entries.push_back({"swatch backward", "backward step"});
+        entries.push_back({"swatch backward", "backward step", kMarkWidth});
     }
     if (!chart.timeline.seeks.empty()) {
         entries.push_back({"swatch seek", "read by a seek"});
@@ -99,17 +105,18 @@ std::string legendElement(const Chart& chart, double& y) {
     std::string text = "<g class=\"legend\">\n";
     double x = kHeadingLeft;
     for (const LegendEntry& entry : legendOf(chart)) {
-        const double width = 20 + static_cast<double>(entry.text.size()) * kCharacterWidth + 10;
+        const double textAt = entry.width + kSwatchGap;
+        const double width = textAt + static_cast<double>(entry.text.size()) * kCharacterWidth;
         if (x + width > kLegendWidth) {
             x = kHeadingLeft;
             y += kLineHeight;
         }
         text += fmt::format(
-                "<rect class=\"{}\" x=\"{}\" y=\"{}\" width=\"12\" height=\"12\" rx=\"2\"/>"
+                "<rect class=\"{}\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" rx=\"2\"/>"
                 "<text class=\"detail\" x=\"{}\" y=\"{}\">{}</text>\n",
-                entry.cssClass, coordinate(x), coordinate(y + 4), coordinate(x + 18),
-                coordinate(y + 14), entry.text);
-        x += width;
+                entry.cssClass, coordinate(x), coordinate(y + 4), entry.width, kSwatchSize,
+                coordinate(x + textAt), coordinate(y + 14), entry.text);
+        x += width + kEntryGap;
     }
     y += kLegendHeight;
     return text + "</g>\n";

@@ -17,9 +17,9 @@ constexpr double kVideoHeight = 104;
 constexpr double kAudioHeight = 60;
 // Above the bars, so that the heads of sync frames stay free; below them, for the marks of times.
 constexpr double kHeadHeight = 6;
-constexpr double kMarkHeight = 11;
+constexpr double kMarkHeight = 13;
 
-constexpr double kWidestBar = 10;
+constexpr double kWidestBar = 6;
 constexpr double kWidestHead = 4;
 constexpr double kBarPart = 0.72;
 constexpr double kLeastLineSpacing = 4;
@@ -46,8 +46,8 @@ class LanePlot {
 
     std::string text() const {
         return gaps() + syncs() + bars() + baseLine() +
-               marks("repeated", repeatedTimes(), base() + 2, base() + 6) +
-               marks("backward", backwardTimes(), base() + 6, height() - 1);
+               marks("repeated", repeatedTimes(), base() + 2, base() + 7) +
+               marks("backward", backwardTimes(), base() + 7, height() - 1);
     }
 
   private:

@@ -125,7 +125,7 @@ std::string trackTable(const Chart& chart) {
                      {"Times (s)", false},
                      {"Packets"},
                      {"Bytes"},
-                     {"Average rate"},
+                     {"Mean rate"},
                      {"Largest"},
                      {"Sync"},
                      {"Pictures", false},
