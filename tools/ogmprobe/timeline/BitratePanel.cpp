@@ -48,8 +48,7 @@ Panel bitratePanel(const Chart& chart) {
         panel.labels = {{kTop + 9, rateText(bitrate.highest)}, {kBase, "0"}};
         panel.plot = areaOf(chart).element("total");
         for (size_t i = 0; i < bitrate.lanes.size(); ++i) {
-            panel.plot +=
-                    stepsOf(chart, bitrate.lanes[i]).element("rate " + chart.trackClasses[i]);
+            panel.plot += stepsOf(chart, bitrate.lanes[i]).element("rate " + chart.trackClasses[i]);
         }
     }
     panel.plot += PathData().move(0, kBase).horizontal(kPlotWidth).element("base");

@@ -89,13 +89,6 @@ std::vector<LegendEntry> legendOf(const Chart& chart) {
             entries.push_back({fmt::format("swatch type-{}", letterOf(type)), text});
         }
     }
-    for (size_t i = 0; i < chart.timeline.lanes.size(); ++i) {
-        const TrackDescription& track = chart.timeline.lanes[i].track;
-        if (track.kind != TrackKind::kVideo) {
-            entries.push_back({"swatch " + chart.trackClasses[i],
-                               fmt::format("track {}", track.index)});
-        }
-    }
     addMarks(chart, entries);
     return entries;
 }
@@ -196,8 +189,8 @@ std::string drawingDocument(const Chart& chart) {
     double y = 0;
     const std::string heading = headingOf(chart, y);
     const std::string body = bodyOf(chart, y);
-    const std::string size = fmt::format("role=\"img\" width=\"{}\" height=\"{}\"", kDrawingWidth,
-                                         coordinate(y));
+    const std::string size =
+            fmt::format("role=\"img\" width=\"{}\" height=\"{}\"", kDrawingWidth, coordinate(y));
     return fmt::format(
             "{}<title>{}</title>\n<style>\n{}</style>\n"
             "<rect class=\"paper\" width=\"100%\" height=\"100%\"/>\n{}{}</svg>\n",

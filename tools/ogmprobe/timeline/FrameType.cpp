@@ -44,10 +44,10 @@ FrameType mpeg4Type(Bytes packet) {
 // of DC coefficients (MPEG-1) depends on no other.
 FrameType mpeg2Type(Bytes packet) {
     constexpr uint8_t kPictureStartCode = 0x00;
-    constexpr std::array kTypes = {FrameType::kUnknown,       FrameType::kIntra,
-                                   FrameType::kPredicted,     FrameType::kBidirectional,
-                                   FrameType::kIntra,         FrameType::kUnknown,
-                                   FrameType::kUnknown,       FrameType::kUnknown};
+    constexpr std::array kTypes = {FrameType::kUnknown,   FrameType::kIntra,
+                                   FrameType::kPredicted, FrameType::kBidirectional,
+                                   FrameType::kIntra,     FrameType::kUnknown,
+                                   FrameType::kUnknown,   FrameType::kUnknown};
     const Bytes picture = unitOf(packet, [](uint8_t code) { return code == kPictureStartCode; });
     return picture.size() < 3 ? FrameType::kUnknown : kTypes[picture[2] >> 3 & 7];
 }
@@ -118,9 +118,9 @@ struct Reader {
 };
 
 constexpr std::array kReaders = {
-        Reader{"video/mp4v-es", mpeg4Type}, Reader{"video/divx4", mpeg4Type},
-        Reader{"video/divx", mpeg4Type},    Reader{"video/mpeg2", mpeg2Type},
-        Reader{"video/avc", h264Type},      Reader{"video/x-vnd.on2.vp8", vp8Type},
+        Reader{"video/mp4v-es", mpeg4Type},      Reader{"video/divx4", mpeg4Type},
+        Reader{"video/divx", mpeg4Type},         Reader{"video/mpeg2", mpeg2Type},
+        Reader{"video/avc", h264Type},           Reader{"video/x-vnd.on2.vp8", vp8Type},
         Reader{"video/x-motion-jpeg", jpegType},
 };
 

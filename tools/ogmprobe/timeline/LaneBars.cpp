@@ -18,8 +18,8 @@ LaneBars packetBars(const Lane& lane, const Timing& timing) {
         uint64_t height = 0;
         for (const size_t index : group.packets) {
             const PacketPoint& packet = lane.packets[index];
-            result.bars.push_back({static_cast<double>(group.timeUs), height, height + packet.size,
-                                   packet.type});
+            result.bars.push_back(
+                    {static_cast<double>(group.timeUs), height, height + packet.size, packet.type});
             height += packet.size;
         }
         result.top = std::max(result.top, height);

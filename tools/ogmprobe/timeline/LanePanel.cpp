@@ -114,8 +114,7 @@ class LanePlot {
         // Lines that stand side by side would be but a shade.
         const std::string lines =
                 spacing < kLeastLineSpacing ? "" : marks("sync", timesUs, 0, base());
-        return lines +
-               marks("head", timesUs, 0, kHeadHeight - 1, widthOf(spacing, kWidestHead));
+        return lines + marks("head", timesUs, 0, kHeadHeight - 1, widthOf(spacing, kWidestHead));
     }
 
     // A gap that is too narrow to be seen is drawn as wide as a bin.
@@ -135,9 +134,8 @@ class LanePlot {
     }
 
     std::string barClass(FrameType type) const {
-        return mLane.track.kind == TrackKind::kVideo
-                       ? fmt::format("bar type-{}", letterOf(type))
-                       : fmt::format("bar {}", mTrackClass);
+        return mLane.track.kind == TrackKind::kVideo ? fmt::format("bar type-{}", letterOf(type))
+                                                     : fmt::format("bar {}", mTrackClass);
     }
 
     std::string bars() const {
@@ -192,6 +190,9 @@ Panel lanePanel(const Chart& chart, size_t index) {
     if (chart.bars[index].top > 0) {
         panel.labels = {{kHeadHeight + 9, sizeText(chart.bars[index].top)}, {plot.base(), "0"}};
     }
+    panel.fixed = fmt::format(
+            "<rect class=\"swatch {}\" x=\"0\" y=\"4\" width=\"8\" height=\"10\" rx=\"2\"/>\n",
+            chart.trackClasses[index]);
     panel.plot = plot.text();
     return panel;
 }

@@ -14,10 +14,12 @@
 namespace ogmprobe::timeline {
 namespace {
 
-/** A table's column; numbers stand at the right. */
+enum class Cells { kNumbers, kWords, kProse };
+
+/** A table's column. Numbers stand at the right; prose may be cut into lines. */
 struct Column {
     const char* name;
-    bool isNumber = true;
+    Cells cells = Cells::kNumbers;
 };
 
 /** An HTML table, row by row. */
@@ -45,7 +47,15 @@ class HtmlTable {
 
   private:
     static const char* classOf(const Column& column) {
-        return column.isNumber ? " class=\"number\"" : "";
+        switch (column.cells) {
+            case Cells::kNumbers:
+                return " class=\"number\"";
+            case Cells::kProse:
+                return " class=\"prose\"";
+            case Cells::kWords:
+                break;
+        }
+        return "";
     }
 
     std::vector<Column> mColumns;
@@ -119,16 +129,16 @@ std::string offTargetText(const Seek& seek) {
 }  // namespace
 
 std::string trackTable(const Chart& chart) {
-    HtmlTable table({{"Track", false},
-                     {"Codec", false},
-                     {"Format", false},
-                     {"Times (s)", false},
+    HtmlTable table({{"Track", Cells::kWords},
+                     {"Codec", Cells::kProse},
+                     {"Format", Cells::kWords},
+                     {"Times (s)", Cells::kWords},
                      {"Packets"},
                      {"Bytes"},
                      {"Mean rate"},
                      {"Largest"},
                      {"Sync"},
-                     {"Pictures", false},
+                     {"Pictures", Cells::kProse},
                      {"Gaps"},
                      {"Equal times"},
                      {"Backward steps"}});
@@ -136,29 +146,29 @@ std::string trackTable(const Chart& chart) {
         const Lane& lane = chart.timeline.lanes[i];
         const Timing& timing = chart.timings[i];
         const Counts counts = countsOf(lane);
-        table.add({fmt::format("{} {}", lane.track.index, kindName(lane.track.kind)),
-                   lane.track.codec.name, formatText(lane.track), timesText(timing),
-                   numberText(lane.packets.size()), numberText(counts.bytes),
-                   averageRateText(timing, counts), sizeText(counts.largest),
-                   numberText(counts.syncs), typesText(lane, counts),
-                   numberText(timing.gaps.size()), numberText(timing.repeatedTimes),
-                   numberText(timing.backwardSteps.size())},
-                  fmt::format("<span class=\"key {}\"></span>", chart.trackClasses[i]));
+        table.add(
+                {fmt::format("{} {}", lane.track.index, kindName(lane.track.kind)),
+                 lane.track.codec.name, formatText(lane.track), timesText(timing),
+                 numberText(lane.packets.size()), numberText(counts.bytes),
+                 averageRateText(timing, counts), sizeText(counts.largest),
+                 numberText(counts.syncs), typesText(lane, counts), numberText(timing.gaps.size()),
+                 numberText(timing.repeatedTimes), numberText(timing.backwardSteps.size())},
+                fmt::format("<span class=\"key {}\"></span>", chart.trackClasses[i]));
     }
     return table.text();
 }
 
 std::string readTable(const Chart& chart) {
-    HtmlTable table({{"What", false},
+    HtmlTable table({{"What", Cells::kWords},
                      {"Landed at (s)"},
                      {"Off target (s)"},
-                     {"Sync", false},
+                     {"Sync", Cells::kWords},
                      {"Reads"},
                      {"Bytes"}});
     const auto add = [&table](const std::string& what, const Seek& seek) {
         table.add({what, secondsText(seek.landedUs), offTargetText(seek),
-                   seek.landedUs ? (seek.isSync ? "yes" : "no") : "-",
-                   numberText(seek.cost.reads), numberText(seek.cost.bytes)});
+                   seek.landedUs ? (seek.isSync ? "yes" : "no") : "-", numberText(seek.cost.reads),
+                   numberText(seek.cost.bytes)});
     };
     add("opening the file", {0, std::nullopt, false, chart.timeline.opening});
     add("playing it", {0, std::nullopt, false, chart.timeline.playing});

@@ -97,9 +97,10 @@ class PositionPlot {
 
     // The longer, the higher: arcs that land at one place stay apart.
     static PathData arc(double from, double to) {
-        const double rise =
-                std::clamp(std::abs(to - from) * kArcRise, kFlattestArc, kSteepestArc);
-        return PathData().move(from, kArcFoot).curve((from + to) / 2, kArcFoot - rise, to, kArcFoot);
+        const double rise = std::clamp(std::abs(to - from) * kArcRise, kFlattestArc, kSteepestArc);
+        return PathData()
+                .move(from, kArcFoot)
+                .curve((from + to) / 2, kArcFoot - rise, to, kArcFoot);
     }
 
     const Chart& mChart;
@@ -119,9 +120,10 @@ Panel positionPanel(const Chart& chart) {
         panel.names.emplace_back("and by seeks");
     }
     panel.labels = {{kStripHeight + 9, sizeText(chart.timeline.file.sizeBytes)}, {kBase, "0"}};
-    panel.fixed = plot.partsRead(kOpeningX, chart.timeline.opening).element("opening") +
-                  fmt::format("<text class=\"detail end\" x=\"{}\" y=\"{}\">read by opening</text>\n",
-                              kOpeningX - 10, kBase);
+    panel.fixed =
+            plot.partsRead(kOpeningX, chart.timeline.opening).element("opening") +
+            fmt::format("<text class=\"detail end\" x=\"{}\" y=\"{}\">read by opening</text>\n",
+                        kOpeningX - 10, kBase);
     panel.plot = plot.text();
     return panel;
 }
