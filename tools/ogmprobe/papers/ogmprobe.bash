@@ -7,6 +7,7 @@ _ogmprobe() {
         [packets]="--track --seek --count --json"
         [seektest]="--steps --json"
         [extract]="--output --track --force"
+        [timeline]="--output --seek-steps --force"
     )
     local every="--plugin --log --color --timeout --in-process --help"
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command= i
@@ -21,7 +22,7 @@ _ogmprobe() {
             mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$word")
             return
             ;;
-        --track | --seek | --count | --steps | --timeout)
+        --track | --seek | --count | --steps | --seek-steps | --timeout)
             return
             ;;
     esac

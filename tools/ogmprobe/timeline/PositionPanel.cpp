@@ -117,7 +117,7 @@ Panel positionPanel(const Chart& chart) {
     panel.height = kHeight;
     panel.names = {"File position", "read for each packet"};
     if (!chart.timeline.seeks.empty()) {
-        panel.names.emplace_back("and by seeks");
+        panel.names.insert(panel.names.end(), {"and by seeks; arcs go", "from target to landing"});
     }
     panel.labels = {{kStripHeight + 9, sizeText(chart.timeline.file.sizeBytes)}, {kBase, "0"}};
     panel.fixed =
