@@ -48,6 +48,7 @@ std::vector<Bin> binsOf(const Lane& lane, const TimeAxis& axis, size_t bins) {
         bin.readUpTo = packet.readUpTo;
     }
     std::vector<Bin> list;
+    list.reserve(filled.size());
     for (const auto& [number, bin] : filled) {
         list.push_back(bin);
     }

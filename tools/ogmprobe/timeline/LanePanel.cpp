@@ -45,7 +45,9 @@ class LanePlot {
     double height() const { return base() + kMarkHeight; }
 
     std::string text() const {
-        return gaps() + syncs() + bars() + baseLine() +
+        // Other packets of its bin would hide a short gap.
+        const std::string packets = mBars.bins ? bars() + gaps() : gaps() + bars();
+        return syncs() + packets + baseLine() +
                marks("repeated", repeatedTimes(), base() + 2, base() + 7) +
                marks("backward", backwardTimes(), base() + 7, height() - 1);
     }
@@ -117,14 +119,14 @@ class LanePlot {
         return lines + marks("head", timesUs, 0, kHeadHeight - 1, widthOf(spacing, kWidestHead));
     }
 
-    // A gap that is too narrow to be seen is drawn as wide as a bin.
+    // At least as wide as a bin, so that many short ones do not add up; their outline shows them.
     std::string gaps() const {
         const double least = kPlotWidth / static_cast<double>(mChart.detail.bins);
         PathData path;
         double drawnTo = -kPlotWidth;
         for (const Gap& gap : mTiming.gaps) {
-            const double from = std::max(plotX(mChart, static_cast<double>(gap.fromUs)), drawnTo);
-            const double to = plotX(mChart, static_cast<double>(gap.toUs));
+            const double from = std::max(plotX(mChart, gap.fromUs), drawnTo);
+            const double to = plotX(mChart, gap.toUs);
             if (to > from) {
                 drawnTo = std::max(to, from + least);
                 path.rectangle(from, kHeadHeight, drawnTo, base());

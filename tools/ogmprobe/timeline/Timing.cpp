@@ -66,8 +66,8 @@ std::vector<Gap> gapsOf(const std::vector<TimeGroup>& groups, double packetUs) {
         const TimeGroup& next = groups[i + 1];
         if (distanceUs(group, next) > kGapFactor * largestAround(groups, i) * packetUs) {
             const double lastsUs = static_cast<double>(group.packets.size()) * packetUs;
-            const double fromUs = static_cast<double>(group.timeUs) + lastsUs;
-            gaps.push_back({static_cast<int64_t>(fromUs), next.timeUs});
+            gaps.push_back({static_cast<double>(group.timeUs) + lastsUs,
+                            static_cast<double>(next.timeUs)});
         }
     }
     return gaps;

@@ -18,8 +18,8 @@ struct TimeGroup {
 
 /** A stretch of presentation time that no packet accounts for. */
 struct Gap {
-    int64_t fromUs = 0;
-    int64_t toUs = 0;
+    double fromUs = 0;
+    double toUs = 0;
 };
 
 /** What there is to say about the times of a track. */

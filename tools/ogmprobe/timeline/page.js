@@ -154,12 +154,14 @@
     const drawTimes = () => {
         const {top, bottom} = times.dataset;
         const step = stepFor(timeAt(tickDistance) - timeAt(0));
+        const first = Math.ceil(timeAt(0) / step);
         times.replaceChildren();
-        for (let i = Math.ceil(timeAt(0) / step); i * step <= timeAt(plotWidth); ++i) {
-            const x = xOf(i * step);
+        // Times of a broken file may be too large for a difference of one step.
+        for (let i = 0; i <= plotWidth / tickDistance && (first + i) * step <= timeAt(plotWidth); ++i) {
+            const x = xOf((first + i) * step);
             svgElement("path", {class: "grid", d: `M${x} ${top}V${bottom}`}, times);
             svgElement("text", {class: "label tick", x, y: Number(bottom) + 16}, times)
-                .textContent = tickLabel(i * step, step);
+                .textContent = tickLabel((first + i) * step, step);
         }
     };
 

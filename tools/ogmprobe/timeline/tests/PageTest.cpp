@@ -53,6 +53,14 @@ TEST(TimelineDrawing, MarksAGap) {
     EXPECT_THAT(drawingOf(picturesAt({0, 40000, 80000, 160000, 200000})), HasSubstr(kGap));
 }
 
+TEST(TimelineDrawing, MarksAGapInFrontOfThePacketsOfItsBin) {
+    auto packets = pictures(90000);
+    packets.erase(packets.begin() + 45001, packets.begin() + 45004);
+    const std::string drawing = drawingOf(timelineOf({laneOf(TrackKind::kVideo, packets)}));
+    ASSERT_THAT(drawing, HasSubstr(kGap));
+    EXPECT_GT(drawing.find(kGap), drawing.rfind("<path class=\"bar"));
+}
+
 TEST(TimelineDrawing, MarksEqualTimes) {
     EXPECT_THAT(drawingOf(picturesAt({0, 40000, 40000, 120000})), HasSubstr(kRepeated));
 }
