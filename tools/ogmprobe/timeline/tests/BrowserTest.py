@@ -50,7 +50,7 @@ def contrast(first, second):
     return (light + 0.05) / (dark + 0.05)
 
 
-class TimelinePage(unittest.TestCase):
+class TimelineInBrowser(unittest.TestCase):
     def setUp(self):
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         options = webdriver.ChromeOptions()
