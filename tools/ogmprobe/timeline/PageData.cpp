@@ -19,7 +19,7 @@ using nlohmann::ordered_json;
 std::string kindsOf(const std::vector<PacketPoint>& packets) {
     std::string kinds;
     for (const PacketPoint& packet : packets) {
-        const int letter = letterOf(packet.type);
+        const auto letter = static_cast<unsigned char>(letterOf(packet.type));
         kinds += static_cast<char>(packet.isSync ? letter : std::tolower(letter));
     }
     return kinds;
@@ -67,6 +67,7 @@ ordered_json laneJson(const Chart& chart, size_t index) {
 
 std::vector<int64_t> roundedRates(const std::vector<double>& rates) {
     std::vector<int64_t> result;
+    result.reserve(rates.size());
     for (const double rate : rates) {
         result.push_back(std::llround(rate));
     }

@@ -57,8 +57,8 @@ class PositionPlot {
 
     std::string text() const {
         std::string text = PathData().move(0, kBase).horizontal(kPlotWidth).element("base");
-        for (size_t i = 0; i < mChart.timeline.seeks.size(); ++i) {
-            text += seek(mChart.timeline.seeks[i]);
+        for (const Seek& shown : mChart.timeline.seeks) {
+            text += seek(shown);
         }
         for (size_t i = 0; i < mChart.timeline.lanes.size(); ++i) {
             text += points(i).element("point " + mChart.trackClasses[i]);

@@ -77,7 +77,9 @@
     // --- Texts
 
     const seconds = (timeUs) => `${(timeUs / 1e6).toFixed(6)} s`;
-    const bytes = (size) => `${size.toLocaleString("en")} bytes`;
+    const counted = (number, noun) =>
+        `${number.toLocaleString("en")} ${noun}${number === 1 ? "" : "s"}`;
+    const bytes = (size) => counted(size, "byte");
     const rate = (bits) => `${(bits / 1000).toFixed(1)} kbit/s`;
 
     const packetText = (lane, index, member) => {
@@ -96,10 +98,10 @@
     };
 
     const binText = (lane, bin) => [
-        `${lane.name}, ${bin.packets} packet${bin.packets === 1 ? "" : "s"}`,
+        `${lane.name}, ${counted(bin.packets, "packet")}`,
         `${seconds(bin.timeUs - bin.lengthUs / 2)} to ${seconds(bin.timeUs + bin.lengthUs / 2)}`,
         `${bytes(bin.bytes)}, the largest packet ${bytes(bin.largest)}`,
-        `${bin.syncs} sync frame${bin.syncs === 1 ? "" : "s"}`,
+        counted(bin.syncs, "sync frame"),
         `file read up to ${bin.position.toLocaleString("en")}`,
     ].join("\n");
 
@@ -110,7 +112,7 @@
         `Seek to ${seconds(seek.targetUs)}`,
         seek.landedUs === null ? "landed at the end"
             : `landed at ${seconds(seek.landedUs)}${seek.sync ? ", sync frame" : ""}`,
-        `${seek.reads.toLocaleString("en")} reads, ${bytes(seek.bytes)}`,
+        `${counted(seek.reads, "read")}, ${bytes(seek.bytes)}`,
     ].join("\n");
 
     const bitrateText = (timeUs) => {
