@@ -9,7 +9,6 @@ set(private lib/ogmprobe)
 set_target_properties(ogmprobe PROPERTIES INSTALL_RPATH "$ORIGIN/../${private}")
 install(TARGETS ogmprobe DESTINATION bin COMPONENT ogmprobe)
 
-set_target_properties(ogmextractor PROPERTIES INSTALL_RPATH "$ORIGIN/../")
 install(TARGETS ogmextractor DESTINATION ${private}/extractors COMPONENT ogmprobe)
 
 foreach(library IN ITEMS log cutils mediandk mediandk_zor)
@@ -25,7 +24,10 @@ install(FILES ${papers}/_ogmprobe DESTINATION share/zsh/vendor-completions COMPO
 install(FILES ${papers}/ogmprobe.fish
     DESTINATION share/fish/vendor_completions.d COMPONENT ogmprobe)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/ogmprobe.md ${PROJECT_SOURCE_DIR}/docs/behaviour.md
+    ${PROJECT_SOURCE_DIR}/tools/ogmprobe/JSON.md
     DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/tools/ogmprobe/schema
+    DESTINATION share/doc/ogmprobe COMPONENT ogmprobe FILES_MATCHING PATTERN "*.json")
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE
     DESTINATION share/doc/ogmprobe RENAME copyright COMPONENT ogmprobe)
 

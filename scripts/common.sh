@@ -10,7 +10,7 @@ readonly build_packages=(
 )
 readonly test_packages=(
     clang clang-format clang-tidy libclang-rt-14-dev llvm
-    python3 python3-pyelftools golang-go golang-github-google-blueprint-dev
+    python3 python3-jsonschema python3-pyelftools golang-go golang-github-google-blueprint-dev
 )
 # Shows the pages that ogmprobe writes.
 readonly browser_packages=(chromium chromium-driver python3-selenium)

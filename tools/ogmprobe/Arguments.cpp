@@ -15,13 +15,15 @@ namespace {
 
 constexpr const char* kExitCodes =
         "Exit codes: 0 done, 1 wrong usage, 2 a file cannot be opened, read or written,\n"
-        "3 the plug-in does not take the file, 4 the extractor died or got stuck. With several\n"
-        "files all are tried and the largest code counts. Data goes to standard output,\n"
-        "everything else to standard error.";
+        "3 the plug-in does not take the file, 4 the extractor died or got stuck, 5 what was\n"
+        "compared differs. With several files all are tried and the largest code counts. Data\n"
+        "goes to standard output, everything else to standard error. \"-\" as FILE is standard\n"
+        "input, which is kept in a temporary file.";
 
 constexpr const char* kInfoExamples =
         "Examples:\n"
         "  ogmprobe info film.ogm\n"
+        "  ogmprobe info ~/films\n"
         "  ogmprobe info --json *.ogm | jq '.files[].tracks[].codec'";
 
 constexpr const char* kPacketsExamples =
@@ -41,9 +43,10 @@ constexpr const char* kSeekTestExamples =
         "  ogmprobe seektest film.ogm --steps 100 --json";
 
 constexpr const char* kExtractExamples =
-        "Files are named after FILE and the track: film.ogm gives film.track0.m4v and so on. "
-        "Until\n"
-        "a file is whole, \".part\" is added to its name. Streams follow as the plug-in gives "
+        "Files are named after FILE and the track: film.ogm gives film.track0.m4v and so on, "
+        "standard\n"
+        "input stdin.track0.m4v. Until a file is whole, \".part\" is added to its name. Streams "
+        "follow as the plug-in gives "
         "them,\n"
         "without an Ogg comment header in front; PCM gets a WAV header, VP8 an IVF header, and "
         "MPEG-4\n"
@@ -65,6 +68,7 @@ constexpr const char* kTimelineExamples =
         "Examples:\n"
         "  ogmprobe timeline film.ogm -o film.html\n"
         "  ogmprobe timeline film.ogm -o film.svg --seek-steps 0 --force";
+
 constexpr const char* kExplainExamples =
         "The file is opened and played to its end. What comes of it is compared with the file's\n"
         "pages; each finding has its place, the reason, and the log line that shows it. The flags\n"
@@ -74,6 +78,18 @@ constexpr const char* kExplainExamples =
         "  ogmprobe explain film.ogm\n"
         "  ogmprobe explain film.ogm --pages | less\n"
         "  ogmprobe explain film.ogm --json | jq '.findings[].id'";
+
+constexpr const char* kCompareExamples =
+        "Both are played to their ends. Compared are the container, the tracks' formats, of each\n"
+        "packet time, sync flag, size and bytes, the ends, and the log where asked for. The first\n"
+        "difference is told in one line; packets count from 0. A packet is \"only in\" one of the\n"
+        "two if the other has none with the same time, sync flag and bytes. A file that one\n"
+        "plug-in takes and the other does not is a difference too.\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe compare film.ogm copy.ogm\n"
+        "  ogmprobe compare film.ogm --plugin-b old/libogmextractor.so\n"
+        "  ogmprobe compare film.ogm copy.ogm --json | jq '.differences[0]'";
 
 const std::map<std::string, int> kLogLevels = {
         {"verbose", ANDROID_LOG_VERBOSE}, {"debug", ANDROID_LOG_DEBUG},
@@ -146,7 +162,9 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
 void addInfo(CLI::App& app, InfoOptions& options) {
     CLI::App* command = addCommand(
             app, "info", "Show what the files are and which tracks they hold", kInfoExamples);
-    command->add_option("files", options.files, "Media files")->type_name("FILE")->required();
+    command->add_option("files", options.files, "Media files, or folders of .ogm files")
+            ->type_name("FILE")
+            ->required();
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
 }
 
@@ -247,6 +265,30 @@ void addExplain(CLI::App& app, ExplainOptions& options) {
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
 }
 
+void addCompare(CLI::App& app, CompareOptions& options) {
+    CLI::App* command = addCommand(app, "compare",
+                                   "Tell what differs first between two files, or between two "
+                                   "plug-ins on one file",
+                                   kCompareExamples);
+    command->add_option("A", options.a, "A media file")->type_name("FILE")->required();
+    auto* file = command->add_option("B", options.b, "Another, or with --plugin-b the same");
+    file->type_name("FILE");
+    auto* plugin = command->add_option("--plugin-b", options.pluginB, "Play B with this plug-in");
+    plugin->type_name("PATH");
+    command->add_flag_callback(
+            "--logs", [&options] { options.logs = true; },
+            "Compare the log lines too (default with --plugin-b)");
+    command->add_flag_callback(
+            "--no-logs", [&options] { options.logs = false; },
+            "Leave the log lines out (default without --plugin-b)");
+    addJson(*command, options.json, "A JSON document; times are whole microseconds");
+    command->callback([file, plugin] {
+        if (file->empty() && plugin->empty()) {
+            throw CLI::RequiredError("B or --plugin-b");
+        }
+    });
+}
+
 /** Room for the options of all commands, of which one is then taken. */
 struct Collected {
     GlobalOptions global;
@@ -256,6 +298,7 @@ struct Collected {
     ExtractOptions extract;
     TimelineOptions timeline;
     ExplainOptions explain;
+    CompareOptions compare;
 };
 
 Options chosen(const CLI::App& app, Collected collected) {
@@ -271,6 +314,8 @@ Options chosen(const CLI::App& app, Collected collected) {
         command = std::move(collected.timeline);
     } else if (name == "explain") {
         command = std::move(collected.explain);
+    } else if (name == "compare") {
+        command = std::move(collected.compare);
     }
     return {std::move(collected.global), std::move(command)};
 }
@@ -291,6 +336,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
     addExtract(app, collected.extract);
     addTimeline(app, collected.timeline);
     addExplain(app, collected.explain);
+    addCompare(app, collected.compare);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -14,6 +14,10 @@ void CommandRecords::operator()(const TrackEnded& end) {
 }
 
 void CommandRecords::operator()(const LogLine& line) {
+    // A command that wants all lines as data has them recorded beyond what is to be shown.
+    if (line.priority < mSession.options.logPriority.value_or(ANDROID_LOG_SILENT)) {
+        return;
+    }
     // Where both streams go to one place, the line stands behind what came before it.
     mSession.output.flush();
     mSession.console.clearProgress();

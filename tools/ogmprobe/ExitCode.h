@@ -17,10 +17,12 @@ enum class ExitCode : int {
     kNotTaken = 3,
     /** The extractor died or got stuck. */
     kDied = 4,
+    /** What was compared differs. */
+    kDiffer = 5,
 };
 
 constexpr ExitCode lastOf(ExitCode) {
-    return ExitCode::kDied;
+    return ExitCode::kDiffer;
 }
 
 /** Ends the work on one file; `what()` is a sentence for people, without the file's name. */

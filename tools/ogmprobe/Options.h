@@ -73,8 +73,19 @@ struct ExplainOptions {
     bool json = false;
 };
 
+struct CompareOptions {
+    std::string a;
+    /** Empty: the same file. */
+    std::string b;
+    /** Empty: the same plug-in. */
+    std::string pluginB;
+    /** Whether log lines are compared; nothing: if the plug-ins differ. */
+    std::optional<bool> logs;
+    bool json = false;
+};
+
 using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions,
-                                    TimelineOptions, ExplainOptions>;
+                                    TimelineOptions, ExplainOptions, CompareOptions>;
 
 struct Options {
     GlobalOptions global;

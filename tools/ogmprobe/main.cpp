@@ -37,6 +37,9 @@ struct RunCommand {
     ExitCode operator()(const ExplainOptions& options) const {
         return runExplain(options, session);
     }
+    ExitCode operator()(const CompareOptions& options) const {
+        return runCompare(options, session);
+    }
 };
 
 ExitCode runCommand(const Options& options, Console& console, Output& output) {

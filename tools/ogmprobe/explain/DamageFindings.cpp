@@ -14,22 +14,6 @@ constexpr size_t kTooManyToList = 10;
 /** Numbers of pages that leap further do not count pages. */
 constexpr uint32_t kLargestLoss = 10000;
 
-std::string trackText(const Explanation& explanation, uint32_t serial) {
-    const auto track = explanation.trace().trackOf(serial);
-    return track ? fmt::format("track {}", *track)
-                 : fmt::format("the stream with serial number {}", serial);
-}
-
-Finding findingAt(const Explanation& explanation, const char* id, const OggPage& page) {
-    Finding finding;
-    finding.id = id;
-    finding.serial = page.serial;
-    finding.track = explanation.trace().trackOf(page.serial);
-    finding.offset = page.offset;
-    finding.timeUs = explanation.file().timeUs(page);
-    return finding;
-}
-
 /** Pages that are lost between two pages of a stream; 0 unless their numbers say so. */
 uint32_t lostBetween(const OggPage& before, const OggPage& behind) {
     const uint32_t lost = behind.sequence - before.sequence - 1;
@@ -248,54 +232,6 @@ void explainGranules(Explanation& explanation) {
     });
 }
 
-struct AudioLoss {
-    const char* line;
-    const char* id;
-    const char* text;
-};
-
-constexpr AudioLoss kAudioLosses[] = {
-        {"appendAudioData FAIL!", "audio-without-sync",
-         "hold no beginning of a frame (no sync word) and are dropped"},
-        {"findMP3Header fail size", "audio-unconfirmed",
-         "end a search for frames that follow each other: the bytes so far are dropped"},
-        {"not found mMP3Header,skip", "audio-unlike-first-frame",
-         "hold no frame like the first one of the track: the bytes so far are dropped"},
-        {"GetMPEGAudioFrameSize fail", "audio-frame-without-size",
-         "hold a frame header without a valid size: the bytes so far are dropped"},
-        {"fscod=3", "audio-frame-without-size",
-         "hold a frame header without a valid sampling rate: the frame is dropped"},
-        {"[dequeueAccessUnitAC3]***wrong bsid", "audio-frame-refused",
-         "hold a frame of an unknown version (bsid): the frame is dropped"},
-};
-
-void explainAudioLoss(Explanation& explanation, const AudioLoss& loss) {
-    const OggFile& file = explanation.file();
-    std::map<uint32_t, Finding> findings;
-    std::map<uint32_t, uint64_t> counts;
-    for (const LoggedLine& line : explanation.trace().lines()) {
-        const auto page = line.offset ? file.pageAt(*line.offset) : std::nullopt;
-        if (!page || line.function != PluginFunction::kRead || !line.text.starts_with(loss.line) ||
-            file.pages()[*page].beginsWithComment) {
-            continue;
-        }
-        const OggPage& place = file.pages()[*page];
-        const auto [entry, isNew] =
-                findings.emplace(place.serial, findingAt(explanation, loss.id, place));
-        if (isNew) {
-            entry->second.line = line;
-        }
-        entry->second.untilUs = file.timeUs(place);
-        counts[place.serial] += line.count;
-    }
-    for (auto& [serial, finding] : findings) {
-        finding.text = fmt::format("{} of {}, from the page at offset {} on, {}.",
-                                   plural(counts[serial], "packet"), trackText(explanation, serial),
-                                   *finding.offset, loss.text);
-        explanation.add(std::move(finding));
-    }
-}
-
 }  // namespace
 
 void explainDamage(Explanation& explanation) {
@@ -311,9 +247,6 @@ void explainDamage(Explanation& explanation) {
     explainChecksums(explanation);
     explainMissingPages(explanation);
     explainGranules(explanation);
-    for (const AudioLoss& loss : kAudioLosses) {
-        explainAudioLoss(explanation, loss);
-    }
 }
 
 }  // namespace ogmprobe

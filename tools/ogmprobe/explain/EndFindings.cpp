@@ -41,14 +41,6 @@ std::vector<size_t> unreadPages(const Explanation& explanation, const OggStream&
     return unread;
 }
 
-std::string whyReadingEnded(const PluginTrace& trace) {
-    const LoggedLine* line = trace.line(kReadingEnds.front());
-    return line != nullptr && line->offset
-                   ? fmt::format("reading ended at the damaged page header at offset {}.",
-                                 *line->offset)
-                   : "reading ended in front of them.";
-}
-
 Finding findingOf(const Explanation& explanation, uint64_t track, size_t page) {
     const OggPage& first = explanation.file().pages()[page];
     Finding finding;
@@ -83,6 +75,23 @@ std::optional<size_t> stoppingPage(const Explanation& explanation) {
     return first;
 }
 
+/** Why reading did not come to the page. */
+std::string whyReadingEnded(const Explanation& explanation, size_t page) {
+    const auto& pages = explanation.file().pages();
+    const LoggedLine* line = explanation.trace().line(kReadingEnds.front());
+    if (line != nullptr && line->offset) {
+        return fmt::format("reading ended at the damaged page header at offset {}.", *line->offset);
+    }
+    const auto stop = stoppingPage(explanation);
+    if (stop && *stop < page) {
+        return fmt::format(
+                "all reading stops at the first page that is the last one of its stream, here at "
+                "offset {} (track {}).",
+                pages[*stop].offset, explanation.trace().trackOf(pages[*stop].serial).value_or(0));
+    }
+    return "reading ended in front of them.";
+}
+
 void explainUnread(Explanation& explanation, uint64_t track, const std::vector<size_t>& unread) {
     const auto& pages = explanation.file().pages();
     uint64_t packets = 0;
@@ -92,42 +101,61 @@ void explainUnread(Explanation& explanation, uint64_t track, const std::vector<s
     Finding finding = findingOf(explanation, track, unread.front());
     finding.id = "pages-not-read";
     finding.untilUs = explanation.file().timeUs(pages[unread.back()]);
-    finding.text = fmt::format("The last {} of track {}, with {}, are not read: ",
-                               plural(unread.size(), "page"), track, plural(packets, "packet"));
-    const auto stop = stoppingPage(explanation);
-    if (stop && *stop < unread.front()) {
-        const OggPage& page = pages[*stop];
-        finding.text += fmt::format(
-                "all reading stops at the first page that is the last one of its stream, here at "
-                "offset {} (track {}).",
-                page.offset, explanation.trace().trackOf(page.serial).value_or(0));
-        finding.usual = finding.timeUs && finding.untilUs &&
-                        *finding.untilUs - *finding.timeUs < kUsualLossUs;
-    } else {
-        finding.text += whyReadingEnded(explanation.trace());
+    finding.text = fmt::format("The last {} of track {}, with {}, are not read: {}",
+                               plural(unread.size(), "page"), track, plural(packets, "packet"),
+                               whyReadingEnded(explanation, unread.front()));
+    finding.usual = finding.timeUs && finding.untilUs &&
+                    *finding.untilUs - *finding.timeUs < kUsualLossUs &&
+                    explanation.trace().line(kReadingEnds.front()) == nullptr;
+    explanation.add(std::move(finding));
+}
+
+/** The stream is announced again, and the later track has taken the packets over. */
+void explainSupersededTrack(Explanation& explanation, uint64_t track, uint32_t serial,
+                            uint64_t heir) {
+    Finding finding;
+    finding.id = "serial-number-twice";
+    finding.track = track;
+    finding.serial = serial;
+    finding.text = fmt::format(
+            "Track {} gives no packet: its serial number {} is announced again for track {}, which "
+            "gets the packets of both.",
+            track, serial, heir);
+    const auto& pages = explanation.file().pages();
+    const auto again = std::find_if(pages.rbegin(), pages.rend(), [&](const OggPage& page) {
+        return page.beginsStream() && page.serial == serial;
+    });
+    if (again != pages.rend()) {
+        finding.offset = again->offset;
     }
     explanation.add(std::move(finding));
 }
 
 void explainEmptyTrack(Explanation& explanation, uint64_t track, const OggStream* stream) {
+    const auto heir = stream != nullptr ? explanation.trace().trackOf(stream->serial) : track;
+    if (heir && *heir != track) {
+        explainSupersededTrack(explanation, track, stream->serial, *heir);
+        return;
+    }
     Finding finding;
     finding.id = "track-without-packets";
     finding.track = track;
+    finding.line = lineOfTheEnd(explanation.trace());
+    finding.text = fmt::format("Track {} gives no packet: ", track);
     if (stream == nullptr || stream->dataPages.empty()) {
-        finding.text =
-                fmt::format("Track {} gives no packet: no page holds any of its data.", track);
-    } else if (explanation.trace().line(kReadingEnds.front()) != nullptr) {
-        finding.text = fmt::format("Track {} gives no packet: {}", track,
-                                   whyReadingEnded(explanation.trace()));
+        finding.text += "no page holds any of its data.";
     } else {
         finding.serial = stream->serial;
         finding.offset = explanation.file().pages()[stream->dataPages.front()].offset;
-        finding.text = fmt::format(
-                "Track {} gives no packet: of its {} the last is never read, and what the others "
-                "hold does not reach beyond the packet that stays open.",
-                track, plural(stream->dataPages.size(), "page"));
+        const auto unread = unreadPages(explanation, *stream);
+        finding.text +=
+                unread.size() > 1
+                        ? whyReadingEnded(explanation, unread.front())
+                        : fmt::format(
+                                  "of its {} the last is never read, and what the others hold "
+                                  "does not reach beyond the packet that stays open.",
+                                  plural(stream->dataPages.size(), "page"));
     }
-    finding.line = lineOfTheEnd(explanation.trace());
     explanation.add(std::move(finding));
 }
 

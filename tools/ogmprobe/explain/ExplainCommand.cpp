@@ -27,13 +27,6 @@ class ExplainRecords : public CommandRecords {
         }
         CommandRecords::operator()(record);
     }
-    // All lines are wanted as evidence; those that the user asked for are shown too.
-    void operator()(const LogLine& line) {
-        mTrace.add(line);
-        if (line.priority >= session().options.logPriority.value_or(ANDROID_LOG_SILENT)) {
-            CommandRecords::operator()(line);
-        }
-    }
 
   private:
     PluginTrace& mTrace;
@@ -66,6 +59,7 @@ void explainAll(Explanation& explanation) {
         explainStreams(explanation);
         explainDuration(explanation);
         explainDamage(explanation);
+        explainAudio(explanation);
     }
     explainEnd(explanation);
 }

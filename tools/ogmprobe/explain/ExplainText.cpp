@@ -1,29 +1,26 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explain/ExplainText.h"
 
-#include <android/log.h>
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <string_view>
 #include <vector>
 
+#include "LogText.h"
 #include "TimeText.h"
 
 namespace ogmprobe {
 namespace {
 
-constexpr std::string_view kLevels = "??VDIWEF";
-
 std::string lineText(const LoggedLine& line) {
-    const auto level = static_cast<size_t>(line.priority);
-    return fmt::format("{} {}: {}{}", level < kLevels.size() ? kLevels[level] : '?', line.tag,
-                       line.text, line.count > 1 ? fmt::format("  ({} times)", line.count) : "");
+    return logText(line.priority, line.tag, line.text) +
+           (line.count > 1 ? fmt::format("  ({} times)", line.count) : "");
 }
 
 std::string placeText(const Finding& finding) {
-    std::string text =
-            finding.offset ? fmt::format("offset {}", *finding.offset) : "the whole file";
+    std::string text = finding.offset  ? fmt::format("offset {}", *finding.offset)
+                       : finding.track ? fmt::format("track {}", *finding.track)
+                                       : "the whole file";
     if (finding.timeUs && finding.untilUs && *finding.timeUs != *finding.untilUs) {
         // Streams are stored side by side, so the place behind may have the smaller time.
         const auto [from, until] = std::minmax(*finding.timeUs, *finding.untilUs);
@@ -64,8 +61,8 @@ std::string remarks(const OggPage& page) {
         text += applies ? ", " + words : "";
     };
     remark(!page.isReadable(), "header damaged");
-    remark(!page.checksumRight, "wrong checksum");
-    remark(page.missingBytes > 0, fmt::format("{} bytes missing", page.missingBytes));
+    remark(page.isReadable() && !page.checksumRight, "wrong checksum");
+    remark(page.missingBytes > 0, plural(page.missingBytes, "byte") + " missing");
     remark(page.beginsWithComment, "comment header");
     return text;
 }

@@ -71,6 +71,12 @@ inline std::string plural(uint64_t count, const std::string& noun) {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
+/** "track 0", or the serial number of a stream without a track. */
+std::string trackText(const Explanation& explanation, uint32_t serial);
+
+/** A finding without words about the page. */
+Finding findingAt(const Explanation& explanation, const char* id, const OggPage& page);
+
 // Each adds what it finds. The file was read to its end before.
 
 /** Why the plug-in does not take the file. */
@@ -81,6 +87,8 @@ void explainStreams(Explanation& explanation);
 void explainDuration(Explanation& explanation);
 /** Junk, damaged pages, lost and dropped packets. */
 void explainDamage(Explanation& explanation);
+/** Packets of which no audio frame can be made. */
+void explainAudio(Explanation& explanation);
 /** Packets that do not come out, and why reading ended. */
 void explainEnd(Explanation& explanation);
 

@@ -9,6 +9,7 @@
 #include <charconv>
 
 #include "CommentHeader.h"
+#include "LogText.h"
 
 namespace ogmprobe {
 namespace {
@@ -20,10 +21,8 @@ constexpr uint64_t kPageHeaderRead = 27;
 constexpr std::string_view kDurationSearch = "parseMaxTime: mDataSourceSize=";
 constexpr std::string_view kSerialOfTrack = "getTrack mSerialNo = ";
 
-// No file is read or handed out so often, not even where one track waits for another.
+// No page is read so often, not even where one track waits for another.
 constexpr uint32_t kCircles = 16;
-constexpr uint64_t kExpansion = 8;
-constexpr uint64_t kSmallFile = 1 << 20;
 
 /** Beginnings of lines below the level of warnings that tell more than routine. */
 constexpr std::array<std::string_view, 26> kTelling = {
@@ -62,14 +61,10 @@ bool isTelling(const LogLine& line) {
            });
 }
 
-std::string withoutLineEnd(const std::string& text) {
-    return text.substr(0, text.find_last_not_of(" \n") + 1);
-}
-
 }  // namespace
 
 PluginTrace::PluginTrace(const OggFile& file, bool allLines)
-    : mFile(file), mAllLines(allLines), mPages(file.pages().size()) {}
+    : mFile(file), mAllLines(allLines), mPages(file.pages().size()), mLimit(file.size()) {}
 
 void PluginTrace::add(const PacketPlayed& played) {
     PlayedTrack& track = mTracks[played.track];
@@ -78,10 +73,7 @@ void PluginTrace::add(const PacketPlayed& played) {
     }
     ++track.packets;
     track.lastTimeUs = std::max(track.lastTimeUs, played.packet.timeUs);
-    mBytesPlayed += played.packet.bytes.size();
-    if (mBytesPlayed > kExpansion * mFile.size() + kSmallFile) {
-        throw GoesInCircles("it has handed out many times the bytes of the file");
-    }
+    mLimit.add(played.packet);
 }
 
 void PluginTrace::add(const TrackEnded& ended) {
@@ -185,12 +177,13 @@ std::vector<const LoggedLine*> PluginTrace::linesAt(uint64_t offset, uint64_t en
 }
 
 std::optional<uint64_t> PluginTrace::trackOf(uint32_t serial) const {
+    std::optional<uint64_t> last;
     for (const auto& [index, track] : mTracks) {
         if (track.serial == serial) {
-            return index;
+            last = index;
         }
     }
-    return std::nullopt;
+    return last;
 }
 
 std::optional<int64_t> numberBehind(std::string_view text, std::string_view before) {

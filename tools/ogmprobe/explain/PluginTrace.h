@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "PlayLimit.h"
 #include "Records.h"
 #include "explain/OggFile.h"
 
@@ -36,12 +36,6 @@ struct PlayedTrack {
     bool beginsWithComment = false;
     bool ended = false;
     std::optional<std::string> failure;
-};
-
-/** The plug-in reads the same pages over and over. */
-class GoesInCircles : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
 };
 
 /**
@@ -83,6 +77,7 @@ class PluginTrace {
     const LoggedLine* line(std::string_view beginning, uint64_t offset, uint64_t end) const;
     /** All that were written there, in the order of the places. */
     std::vector<const LoggedLine*> linesAt(uint64_t offset, uint64_t end) const;
+    /** Of several tracks with the number the last gets the packets. */
     std::optional<uint64_t> trackOf(uint32_t serial) const;
 
   private:
@@ -105,7 +100,7 @@ class PluginTrace {
     std::vector<PageUse> mPages;
     size_t mHeaderPages = 0;
     bool mHeaderSearchOver = false;
-    uint64_t mBytesPlayed = 0;
+    PlayLimit mLimit;
     CallBegun mCall;
     std::optional<int64_t> mOffset;
     std::optional<int64_t> mLastReadOffset;

@@ -36,7 +36,7 @@ const OggPage* firstPlayableHeader(const OggFile& file) {
 std::string whereHeadersAre(const OggFile& file) {
     const OggPage* header = firstPlayableHeader(file);
     if (header == nullptr) {
-        return "; nor does the rest of the file";
+        return "; the rest of the file announces none either";
     }
     if (header->end() > kSniffedBytes) {
         return fmt::format("; the first one that does is at offset {}, too far on", header->offset);
@@ -60,8 +60,9 @@ std::string refusalText(const OggFile& file, const PluginTrace& trace) {
     }
     if (trace.line("Sniff:parseOgmHeader fail,isVorbisExist=1") != nullptr) {
         return fmt::format(
-                "Within the first {} bytes only Vorbis streams are announced, which are left to "
-                "other extractors; no video or audio with an OGM header is{}.",
+                "Within the first {} bytes only Vorbis headers are found, whose streams are left "
+                "to "
+                "other extractors, and no video or audio with an OGM header{}.",
                 kSniffedBytes, whereHeadersAre(file));
     }
     return fmt::format("No page within the first {} bytes announces video or audio{}.",

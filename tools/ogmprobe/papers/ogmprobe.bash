@@ -8,6 +8,8 @@ _ogmprobe() {
         [seektest]="--steps --json"
         [extract]="--output --track --force"
         [timeline]="--output --seek-steps --force"
+        [explain]="--pages --verbose --json"
+        [compare]="--plugin-b --logs --no-logs --json"
     )
     local every="--plugin --log --color --timeout --in-process --help"
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command= i

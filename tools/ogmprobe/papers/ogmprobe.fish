@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # fish completion for ogmprobe
 
-set --local commands info packets seektest extract timeline
+set --local commands info packets seektest extract timeline explain compare
 
 complete --command ogmprobe --long-option plugin --require-parameter --force-files --description "The plug-in"
 complete --command ogmprobe --long-option log --exclusive --arguments "verbose debug info warn error silent" --description "Least level of log lines to show"
@@ -16,6 +16,8 @@ complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_f
 complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments seektest --description "Show where seeks land"
 complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments extract --description "Write each track into a file"
 complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments timeline --description "Draw packets over time"
+complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments explain --description "Say why something is missing or odd"
+complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments compare --description "Tell what differs first"
 
 complete --command ogmprobe --condition "__fish_seen_subcommand_from info" --long-option json --description "Print JSON"
 
@@ -34,3 +36,12 @@ complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --
 complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --short-option o --long-option output --require-parameter --force-files --description "The new page or drawing"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option seek-steps --exclusive --description "Spaces between targets of seeks"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option force --description "Overwrite a file that exists"
+
+complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --long-option pages --description "List the pages too"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --long-option verbose --description "Tell also what is usual"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --long-option json --description "Print JSON"
+
+complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option plugin-b --require-parameter --force-files --description "The plug-in for B"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option logs --description "Compare log lines too"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option no-logs --description "Leave log lines out"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option json --description "Print JSON"

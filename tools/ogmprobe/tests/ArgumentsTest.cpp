@@ -101,6 +101,26 @@ TEST_F(ArgumentsTest, TakesTheFolderOfAnExtraction) {
     EXPECT_TRUE(options.force);
 }
 
+TEST_F(ArgumentsTest, TakesWhatAnExplanationShows) {
+    const auto options = command<ExplainOptions>({"explain", "a", "--pages", "--verbose"});
+    EXPECT_EQ(options.file, "a");
+    EXPECT_TRUE(options.pages);
+    EXPECT_TRUE(options.verbose);
+    EXPECT_FALSE(options.json);
+}
+
+TEST_F(ArgumentsTest, TakesBothSidesOfAComparison) {
+    const auto files = command<CompareOptions>({"compare", "a", "b"});
+    EXPECT_EQ(files.a, "a");
+    EXPECT_EQ(files.b, "b");
+    EXPECT_EQ(files.logs, std::nullopt);
+    const auto plugins = command<CompareOptions>({"compare", "a", "--plugin-b", "p", "--logs"});
+    EXPECT_EQ(plugins.b, "");
+    EXPECT_EQ(plugins.pluginB, "p");
+    EXPECT_EQ(plugins.logs, true);
+    EXPECT_EQ(command<CompareOptions>({"compare", "a", "b", "--no-logs"}).logs, false);
+}
+
 TEST_F(ArgumentsTest, RefusesWhatItDoesNotKnowOrMisses) {
     expectUsageError({});
     expectUsageError({"frobnicate"});
@@ -108,6 +128,7 @@ TEST_F(ArgumentsTest, RefusesWhatItDoesNotKnowOrMisses) {
     expectUsageError({"info", "--frobnicate", "a"});
     expectUsageError({"packets", "a", "b"});
     expectUsageError({"extract", "a"});
+    expectUsageError({"compare", "a"});
 }
 
 TEST_F(ArgumentsTest, RefusesValuesThatMakeNoSense) {
@@ -131,7 +152,7 @@ TEST_F(ArgumentsTest, ShowsHelpAndVersionOnTheOutput) {
 }
 
 TEST_F(ArgumentsTest, HasExamplesInTheHelpOfEachCommand) {
-    for (const char* name : {"info", "packets", "seektest", "extract"}) {
+    for (const char* name : {"info", "packets", "seektest", "extract", "explain", "compare"}) {
         EXPECT_EQ(std::get<ExitCode>(parse({name, "--help"})), ExitCode::kDone);
         EXPECT_THAT(mOut.str(), HasSubstr("Examples:\n  ogmprobe " + std::string(name)));
     }

@@ -6,7 +6,8 @@
 //    "sniff": MISCHIEF, "create": MISCHIEF,
 //    "container": {KEY: VALUE...},
 //    "tracks": [{"format": {KEY: VALUE...},
-//                "buffers": [{"time_us": 0, "sync": 1, "hex": "00ff"}...],
+//                "buffers": [{"time_us": 0, "sync": 1, "hex": "00ff",
+//                             "log": "text"}...],
 //                "start": STATUS,         what `start` returns
 //                "getFormat": MISCHIEF    when the extractor is asked for the track's format
 //                "repeat": true,          begins again after the last buffer
@@ -104,6 +105,9 @@ class FakeTrack : public android::MediaTrackHelper {
             return atEnd();
         }
         const json& buffer = mScript["buffers"][mNext++];
+        if (buffer.contains("log")) {
+            ALOGI("%s", buffer["log"].get<std::string>().c_str());
+        }
         const std::string bytes = bytesOf(buffer.value("hex", ""));
         const media_status_t status = mBufferGroup->acquire_buffer(out, false, bytes.size());
         if (status != AMEDIA_OK) {

@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <android/log.h>
+#include <fmt/core.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Commands.h"
+#include "Json.h"
+#include "LogText.h"
+#include "TextTable.h"
+#include "compare/Difference.h"
+#include "compare/LogLineFinder.h"
+
+namespace ogmprobe {
+namespace {
+
+using nlohmann::ordered_json;
+
+/** A file and the plug-in that plays it. */
+struct Side {
+    std::string path;
+    GlobalOptions options;
+    Report report;
+    PlayedFile played;
+};
+
+class Comparison {
+  public:
+    Comparison(const CompareOptions& options, Session& session)
+        : mOptions(options),
+          mSession(session),
+          mWithLog(options.logs.value_or(!options.pluginB.empty())),
+          mA(side("A", options.a, session.options.pluginPath)),
+          mB(side("B", options.b.empty() ? options.a : options.b,
+                  options.pluginB.empty() ? session.options.pluginPath : options.pluginB)) {}
+
+    ExitCode run() {
+        play(mA);
+        play(mB);
+        if (wasCompared()) {
+            compare();
+        }
+        if (mOptions.json) {
+            mSession.output.write(toDocument(document()));
+        } else if (wasCompared()) {
+            mSession.output.write(text());
+        }
+        return code();
+    }
+
+  private:
+    Side side(const char* name, const std::string& path, const std::string& plugin) const {
+        GlobalOptions options = mSession.options;
+        options.pluginPath = plugin;
+        if (mWithLog) {
+            options.logPriority = ANDROID_LOG_VERBOSE;
+        }
+        return {path, options, Report(mSession.console, fmt::format("{} ({})", name, path)), {}};
+    }
+
+    void play(Side& side) {
+        PlayedFileRecords records(mSession, side.report);
+        try {
+            side.report.guard([&] {
+                runJob({side.path, playJob({})}, side.options, visitedBy(records));
+            });
+        } catch (const GoesInCircles& circles) {
+            records(Failure{ExitCode::kDied,
+                            fmt::format("the extractor never ends: {}", circles.what())});
+        }
+        side.played = std::move(records.file());
+    }
+
+    bool wasCompared() const { return mA.played.wasTried() && mB.played.wasTried(); }
+
+    void compare() {
+        mDifferences = differencesBetween(mA.played, mB.played);
+        mTracks = compareTracks(mA.played, mB.played);
+        const auto line = firstLogDifference(mA.played, mB.played);
+        if (mWithLog && line) {
+            mDifferences.push_back(logDifference(*line));
+        }
+    }
+
+    /** Only digests of the lines are kept, so the line that differs is looked for once more. */
+    Difference logDifference(uint64_t number) const {
+        Difference difference;
+        difference.kind = DifferenceKind::kLog;
+        difference.number = number;
+        const FoundLine a = findLogLine(mA.path, mA.options, number);
+        const FoundLine b = findLogLine(mB.path, mB.options, number);
+        difference.a = orNull(a.text);
+        difference.b = orNull(b.text);
+        if (a.text && b.text && a.call != b.call) {
+            difference.call = fmt::format("{} (A), {} (B)", a.call, b.call);
+        } else {
+            difference.call = a.text ? a.call : b.call;
+        }
+        return difference;
+    }
+
+    ExitCode code() const {
+        return mDifferences.empty() ? std::max(mA.report.worst(), mB.report.worst())
+                                    : ExitCode::kDiffer;
+    }
+
+    std::string text() const {
+        const bool color = wantsColor(mSession.options.color, STDOUT_FILENO);
+        std::string text = sideText("A", mA) + sideText("B", mB);
+        if (mDifferences.empty()) {
+            return text + emphasised("No difference", color) + ": " + extentText() + "\n";
+        }
+        text += emphasised("First difference", color) +
+                fmt::format(": {}\n", toText(mDifferences.front()));
+        for (size_t i = 1; i < mDifferences.size(); ++i) {
+            text += fmt::format("Then: {}\n", toText(mDifferences[i]));
+        }
+        return text + tracksText(color);
+    }
+
+    static std::string sideText(const char* name, const Side& side) {
+        const std::string& plugin = side.options.pluginPath;
+        return fmt::format("{}: {}{}\n", name, side.path,
+                           plugin.empty() ? "" : fmt::format(" with {}", plugin));
+    }
+
+    /** What was found to be the same. */
+    std::string extentText() const {
+        if (!mA.played.opened) {
+            return "neither is taken";
+        }
+        uint64_t packets = 0;
+        for (const TrackComparison& track : mTracks) {
+            packets += track.packetsA;
+        }
+        return fmt::format("{} track{}, {} packet{}, {}", mTracks.size(),
+                           mTracks.size() == 1 ? "" : "s", packets, packets == 1 ? "" : "s",
+                           mWithLog ? fmt::format("{} log lines", mA.played.logDigests.size())
+                                    : "log not compared (--logs)");
+    }
+
+    std::string tracksText(bool color) const {
+        if (mTracks.empty()) {
+            return "";
+        }
+        constexpr auto kRight = TextTable::Align::kRight;
+        TextTable table({{"Track", kRight},
+                         {"MIME type"},
+                         {"Packets in A", kRight},
+                         {"in B", kRight},
+                         {"Only in A", kRight},
+                         {"Only in B", kRight},
+                         {"First that differs", kRight}});
+        for (const TrackComparison& track : mTracks) {
+            table.add({fmt::format("{}", track.track), track.mime,
+                       fmt::format("{}", track.packetsA), fmt::format("{}", track.packetsB),
+                       fmt::format("{}", track.onlyInA), fmt::format("{}", track.onlyInB),
+                       track.firstDifference ? fmt::format("{}", *track.firstDifference) : "-"});
+        }
+        return table.text("", color);
+    }
+
+    ordered_json document() const {
+        auto differences = ordered_json::array();
+        for (const Difference& difference : mDifferences) {
+            differences.push_back(toJson(difference));
+        }
+        auto tracks = ordered_json::array();
+        for (const TrackComparison& track : mTracks) {
+            tracks.push_back({{"track", track.track},
+                              {"mime", track.mime},
+                              {"packets", {{"a", track.packetsA}, {"b", track.packetsB}}},
+                              {"only_in", {{"a", track.onlyInA}, {"b", track.onlyInB}}},
+                              {"first_difference", orNull(track.firstDifference)}});
+        }
+        return {{"schema_version", kSchemaVersion},
+                {"a", sideJson(mA)},
+                {"b", sideJson(mB)},
+                {"exit_code", static_cast<int>(code())},
+                {"same", wasCompared() ? ordered_json(mDifferences.empty()) : ordered_json()},
+                {"differences", std::move(differences)},
+                {"tracks", std::move(tracks)},
+                {"errors", entries(&Report::errorsJson)},
+                {"warnings", entries(&Report::warningsJson)}};
+    }
+
+    ordered_json sideJson(const Side& side) const {
+        const std::string& plugin = side.options.pluginPath;
+        return {{"path", side.path},
+                {"plugin", plugin.empty() ? ordered_json(nullptr) : ordered_json(plugin)},
+                {"log_lines",
+                 mWithLog ? ordered_json(side.played.logDigests.size()) : ordered_json(nullptr)}};
+    }
+
+    /** Those of both sides, each with its side. */
+    ordered_json entries(ordered_json (Report::*list)() const) const {
+        auto all = ordered_json::array();
+        for (const auto& [name, side] : {std::pair{"a", &mA}, std::pair{"b", &mB}}) {
+            for (ordered_json entry : (side->report.*list)()) {
+                entry["side"] = name;
+                all.push_back(std::move(entry));
+            }
+        }
+        return all;
+    }
+
+    const CompareOptions& mOptions;
+    Session& mSession;
+    const bool mWithLog;
+    Side mA;
+    Side mB;
+    std::vector<Difference> mDifferences;
+    std::vector<TrackComparison> mTracks;
+};
+
+}  // namespace
+
+ExitCode runCompare(const CompareOptions& options, Session& session) {
+    return Comparison(options, session).run();
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,90 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Runs the examples of the documentation and compares what they print.
+
+Usage: ExamplesTest.py PROGRAM [unittest arguments]
+
+An example is a fenced block marked "console". A line that begins with "$ " is a command for bash; what
+follows is its output, where a line of three dots stands for any lines. The commands of a document run
+one after the other in one folder with copies of the sample files. With OGM_UPDATE_EXAMPLES=1 in the
+environment the outputs in the documents are replaced by the real ones, but for those with dots.
+"""
+
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+REST = "..."
+BLOCK = re.compile(r"(?<=^```console\n)(.*?)(?=^```$)", re.MULTILINE | re.DOTALL)
+
+program = None
+root = pathlib.Path(__file__).resolve().parents[3]
+samples = root / "frameworks/av/media/libstagefright/ogm/tests/data/samples"
+
+
+def examples_of(block):
+    """The commands of a block with their outputs, each a list of lines."""
+    examples = []
+    for line in block.splitlines():
+        if line.startswith("$ "):
+            examples.append((line[2:], []))
+        else:
+            examples[-1][1].append(line)
+    return examples
+
+
+def pattern_of(lines):
+    """Matches the lines, joined and ended by line feeds."""
+    return "".join(r"(?:.*\n)*" if line == REST else re.escape(line) + r"\n" for line in lines)
+
+
+def run(command, folder):
+    environment = dict(os.environ, NO_COLOR="1", LC_ALL="C.UTF-8", COLUMNS="100",
+                       PATH=f"{program.parent}:{os.environ['PATH']}")
+    done = subprocess.run(["bash", "-c", command], cwd=folder, env=environment, text=True,
+                          stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, check=False)
+    return done.stdout
+
+
+class Examples(unittest.TestCase):
+    def check(self, document):
+        path = root / document
+        text = path.read_text()
+        blocks = BLOCK.findall(text)
+        self.assertTrue(blocks, f"{document} has no examples")
+        with tempfile.TemporaryDirectory() as folder:
+            for sample in samples.glob("*.ogm"):
+                shutil.copy(sample, folder)
+            renewed = BLOCK.sub(lambda match: self.check_block(match.group(1), folder), text)
+        if renewed != text:
+            path.write_text(renewed)
+
+    def check_block(self, block, folder):
+        """The block with outputs that are to be replaced."""
+        renewed = []
+        for command, expected in examples_of(block):
+            output = run(command, folder)
+            if os.environ.get("OGM_UPDATE_EXAMPLES") and REST not in expected:
+                expected = output.splitlines()
+            with self.subTest(command):
+                if not re.fullmatch(pattern_of(expected), output):
+                    shown = "\n".join(expected)
+                    self.fail(f"prints\n{output}\nwhere the document shows\n{shown}")
+            renewed += [f"$ {command}", *expected]
+        return "".join(f"{line}\n" for line in renewed)
+
+    def test_OfTheReadmePrintWhatItShows(self):
+        self.check("README.md")
+
+    def test_OfTheManualPrintWhatItShows(self):
+        self.check("docs/ogmprobe.md")
+
+
+if __name__ == "__main__":
+    program = pathlib.Path(sys.argv.pop(1)).resolve()
+    unittest.main()

@@ -1,0 +1,447 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ElementaryStreams.h>
+#include <OgmStreamHeaders.h>
+
+#include "ExplainedFile.h"
+#include "FakeFile.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using namespace android::ogm::test;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kSample = "mpeg4_b_mp3.ogm";
+constexpr const char* kLongSample = "long_mpeg4_mp3.ogm";
+constexpr const char* kDropped =
+        "********** mPreGranulePosition is not vaild, Skip appending this item*************";
+constexpr uint32_t kVideo = 1;
+constexpr uint32_t kAudio = 2;
+
+/** The page in the middle of the sample, of its video. */
+constexpr size_t kPage = 10;
+
+Bytes withGranule(Bytes bytes, size_t page, uint64_t granule) {
+    constexpr size_t kGranule = 6;
+    for (size_t i = 0; i < sizeof(granule); ++i) {
+        bytes[page + kGranule + i] = static_cast<uint8_t>(granule >> (8 * i));
+    }
+    return bytes;
+}
+
+/** The last page but `back` of the stream. */
+size_t pageFromEnd(const Bytes& bytes, uint8_t serial, size_t back) {
+    auto offsets = pageOffsets(bytes);
+    for (auto offset = offsets.rbegin(); offset != offsets.rend(); ++offset) {
+        if (bytes[*offset + 14] == serial && back-- == 0) {
+            return *offset;
+        }
+    }
+    return 0;
+}
+
+TEST(ExplainDuration, OfAShortFileIsUnknown) {
+    const ExplainedFile file(sampleBytes(kSample));
+    file.expectOne("duration-unknown-short-file",
+                   "The duration is unknown: the plug-in looks for it in the last 650520 bytes, "
+                   "and for a file of 206453 bytes it asks for some in front of the beginning, "
+                   "which is refused.",
+                   "parseMaxTime:Cannot find a page start, from -444067");
+}
+
+TEST(ExplainDuration, IsUnknownWithoutATrackInTheTail) {
+    constexpr uint32_t kNoTrack = 9;
+    OgmFile file = oneVideoOneAudioFile();
+    file.addPages(kNoTrack, std::vector<Bytes>(11, Bytes(60000, 1)));
+    const auto finding = ExplainedFile(file.bytes())
+                                 .expectOne("duration-unknown",
+                                            "The duration is unknown: the last 650520 bytes hold "
+                                            "no page of a track that tells a time before the place "
+                                            "where the search ends.",
+                                            "parseMaxTime:Cannot find a page start, from " +
+                                                    std::to_string(file.size()));
+    EXPECT_EQ(finding["offset"], file.size() - 650520);
+}
+
+TEST(ExplainDuration, FromAGranuleOfMinus1IsToldWithItsPage) {
+    const Bytes bytes = sampleBytes(kLongSample);
+    const size_t page = pageFromEnd(bytes, 0, 2);
+    const auto finding =
+            ExplainedFile(withGranule(bytes, page, ~uint64_t{0}))
+                    .expectOne("duration-from-granule-minus-1",
+                               "The duration is said to be 1844674407370.915161 s, but the last "
+                               "pages tell 90.044081 s: the page at offset " +
+                                       std::to_string(page) +
+                                       " has granule position -1 (no packet ends on it), which the "
+                                       "plug-in takes for a time.",
+                               "File duration is 1844674407370915161 us");
+    EXPECT_EQ(finding["offset"], page);
+    EXPECT_EQ(finding["track"], 0);
+}
+
+TEST(ExplainDuration, FromAStrayGranuleIsToldWithItsPage) {
+    const Bytes bytes = sampleBytes(kLongSample);
+    const size_t page = pageFromEnd(bytes, 0, 30);
+    ExplainedFile(withGranule(bytes, page, 90000))
+            .expectOne("duration-from-stray-granule",
+                       "The duration is said to be 3600.000000 s, but the last pages tell "
+                       "90.044081 s: the granule position of the page at offset " +
+                               std::to_string(page) +
+                               " is larger than those that follow, and the largest counts.",
+                       "File duration is 3600000000 us");
+}
+
+TEST(ExplainDuration, IsTooShortWhereTheSearchEndsEarly) {
+    Bytes bytes = sampleBytes(kLongSample);
+    const size_t page = pageFromEnd(bytes, 0, 30);
+    bytes[page + 4] = 1;
+    const auto found = ExplainedFile(bytes).findings("duration-too-short");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_THAT(found[0]["text"].get<std::string>(),
+                testing::EndsWith(" but the last pages tell 90.044081 s: the search through the "
+                                  "end of the file stopped before the last page."));
+    EXPECT_EQ(found[0]["log"]["text"],
+              "parseMaxTime:Cannot read a page header, at " + std::to_string(page));
+}
+
+TEST(ExplainDuration, OfAnOrdinaryLongFileIsNotTold) {
+    const ExplainedFile file(sampleBytes(kLongSample));
+    EXPECT_EQ(file.run().out,
+              "nothing to explain\n(3 notes on what is so with every such file: --verbose)\n");
+}
+
+TEST(ExplainDamage, OfACapturePatternSkipsThePage) {
+    Bytes bytes = sampleBytes(kSample);
+    const auto offsets = pageOffsets(bytes);
+    bytes[offsets[kPage]] = 'X';
+    const auto finding =
+            ExplainedFile(bytes).expectOne("junk-skipped",
+                                           "5342 bytes from offset 59134 on are no Ogg page and "
+                                           "are skipped; 1 page of track 0 is lost there.",
+                                           "*** Skip 5342 bytes of junk from 59134 to reach page "
+                                           "start ***");
+    EXPECT_EQ(finding["bytes"], 5342);
+    EXPECT_EQ(finding["time_us"], 1018775);
+    EXPECT_EQ(finding["until_us"], 960000);
+    EXPECT_THAT(ExplainedFile(bytes).run().out,
+                HasSubstr("offset 59134, 0.960000 to 1.018775 s\n    5342 bytes"));
+}
+
+TEST(ExplainDamage, BehindTheLastPageIsToldAsSuch) {
+    OgmFile file = oneVideoOneAudioFile();
+    const size_t junk = file.addJunk(10);
+    ExplainedFile(file.bytes())
+            .expectOne("junk-skipped",
+                       "10 bytes from offset " + std::to_string(junk) +
+                               " on are no Ogg page and are skipped; no page follows.",
+                       "");
+}
+
+TEST(ExplainDamage, AtManyPlacesIsToldAsAWhole) {
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    file.addData(kVideo, 1, dataPacket(kSyncPacket, pattern(50, 1)));
+    for (int i = 2; i < 14; ++i) {
+        file.addJunk(5);
+        file.addData(kVideo, i, dataPacket(kSyncPacket, pattern(50, i)));
+    }
+    ExplainedFile(file.bytes())
+            .expectOne("junk-skipped",
+                       "60 bytes at 12 places are no Ogg pages and are skipped, the first at "
+                       "offset 160, the last at offset 1084 (--pages lists all).",
+                       "*** Skip 5 bytes of junk from 160 to reach page start ***");
+}
+
+TEST(ExplainDamage, OfAPageHeaderEndsPlayingInFrontOfIt) {
+    Bytes bytes = sampleBytes(kSample);
+    bytes[pageOffsets(bytes)[kPage] + 4] = 1;
+    const ExplainedFile file(bytes);
+    file.expectOne("page-header-damaged",
+                   "The header of the page at offset 59134 has version 1, so it cannot be read; a "
+                   "search for streams or for the duration ends here. Playing ends in front of it: "
+                   "the search for the next page of a stream cannot pass.",
+                   "Version Error, verison should be 0 but 1");
+    const auto unread = file.findings("pages-not-read");
+    ASSERT_EQ(unread.size(), 2U);
+    EXPECT_EQ(unread[0]["text"],
+              "The last 24 pages of track 0, with 132 packets, are not read: reading ended at the "
+              "damaged page header at offset 59134.");
+    EXPECT_EQ(unread[0]["log"]["text"],
+              "getNextGranulePosition:Cannot read a page header, at 0x0000E6FE");
+    file.expectNone("pages-missing");
+}
+
+/** Pages that belong to no track are passed over without a look at the next one. */
+OgmFile damagedBehindPagesWithoutTrack(size_t pages) {
+    OgmFile file;
+    VideoHeader refused;
+    refused.subtype = "XVID";
+    file.addHeader(kVideo, refused);
+    file.addHeader(kAudio, AudioHeader());
+    for (size_t i = 1; i <= pages; ++i) {
+        file.addPages(kVideo, {filled(255, 1), filled(255, 1)}, i);
+    }
+    file.add(OggPage(kVideo).flags(0x10).packet(filled(255, 1)));
+    return file;
+}
+
+TEST(ExplainDamage, OfAPageHeaderBehindPagesWithoutATrackLeadsBack) {
+    const ExplainedFile file(damagedBehindPagesWithoutTrack(2).bytes());
+    file.expectOne("page-header-damaged",
+                   "The header of the page at offset 1298 has undefined flags (0x10), so it cannot "
+                   "be read; a search for streams or for the duration ends here. Playing goes on "
+                   "some 10000 bytes in front of it and cuts bytes out of it by the lacing of the "
+                   "page before: garbage comes out, or packets come again.",
+                   "Flag only bits 0-2 are defined in version 0");
+}
+
+TEST(ExplainDamage, ThatPlayingDoesNotComeToIsToldAsSuch) {
+    Bytes bytes = sampleBytes(kSample);
+    const auto offsets = pageOffsets(bytes);
+    bytes[offsets[kPage] + 4] = 1;
+    bytes[offsets[kPage + 5] + 5] = 0x80;
+    const auto found = ExplainedFile(bytes).findings("page-header-damaged");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[1]["text"], "The header of the page at offset " +
+                                        std::to_string(offsets[kPage + 5]) +
+                                        " has undefined flags (0x80), so it cannot be read. "
+                                        "Playing did not come here.");
+}
+
+TEST(ExplainDamage, ThatLeadsBackForEverIsAnEndlessReading) {
+    const ExplainedFile file(damagedBehindPagesWithoutTrack(40).bytes());
+    const ProcessResult result = file.run();
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_THAT(result.err, HasSubstr("the extractor never ends: it comes back to the page at "
+                                      "offset "));
+    const auto found = file.findings("extractor-ended");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_THAT(found[0]["text"].get<std::string>(),
+                StartsWith("Playing came to no end: the extractor never ends: it comes back to "));
+}
+
+TEST(ExplainDamage, OfTheFilesEndIsToldWithWhatIsMissing) {
+    const Bytes bytes = sampleBytes(kSample);
+    const auto finding =
+            ExplainedFile(head(bytes, bytes.size() - 1000))
+                    .expectOne("file-cut-off",
+                               "The file ends within the page at offset 199915: at least 675 of "
+                               "its 6213 bytes are missing.",
+                               "");
+    EXPECT_EQ(finding["bytes"], 675);
+}
+
+TEST(ExplainDamage, OfAPagesBytesIsToldByItsChecksum) {
+    Bytes bytes = sampleBytes(kSample);
+    const auto offsets = pageOffsets(bytes);
+    bytes[offsets[1] + 80] ^= 1;
+    bytes[offsets[kPage] + 60] ^= 1;
+    const auto found = ExplainedFile(bytes).findings("checksum-wrong");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0]["text"],
+              "The page of track 1 at offset 85 has a wrong checksum: the plug-in does not check "
+              "it.");
+    EXPECT_EQ(found[1]["text"],
+              "The page of track 0 at offset 59134 has a wrong checksum: the plug-in does not "
+              "check it, so what is damaged comes out as it is.");
+}
+
+TEST(ExplainDamage, OfManyPagesIsToldAsAWhole) {
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    for (int i = 1; i <= 12; ++i) {
+        file.add(OggPage(kVideo).granule(i).packet(pattern(20, i)).checksum(1));
+    }
+    ExplainedFile(file.bytes())
+            .expectOne("checksum-wrong",
+                       "12 of 13 pages have a wrong checksum, the first at offset 81: the plug-in "
+                       "does not check it, so what is damaged comes out as it is.",
+                       "");
+}
+
+TEST(ExplainDamage, MissingPagesAreToldByTheirNumbers) {
+    Bytes bytes = sampleBytes(kSample);
+    const auto offsets = pageOffsets(bytes);
+    bytes.erase(bytes.begin() + static_cast<ptrdiff_t>(offsets[kPage]),
+                bytes.begin() + static_cast<ptrdiff_t>(offsets[kPage + 1]));
+    const auto finding =
+            ExplainedFile(bytes).expectOne("pages-missing",
+                                           "In front of offset 59134, 1 page of track 0 is "
+                                           "missing.",
+                                           "");
+    EXPECT_EQ(finding["time_us"], 640000);
+    EXPECT_EQ(finding["until_us"], 960000);
+}
+
+TEST(ExplainDamage, PacketsAreDroppedWhereTheGranuleFalls) {
+    const Bytes bytes = sampleBytes(kSample);
+    const size_t page = pageOffsets(bytes)[kPage];
+    ExplainedFile(withGranule(bytes, page, 1000))
+            .expectOne("packets-dropped",
+                       "2 packets of track 0 on the page at offset 64476 are dropped: the granule "
+                       "position falls from 1000 to 24 at offset 64476, and packets count only "
+                       "once it rises again.",
+                       kDropped);
+    ExplainedFile(withGranule(bytes, page, ~uint64_t{0}))
+            .expectOne("packets-dropped",
+                       "2 packets of track 0 on the page at offset 64476 are dropped: the granule "
+                       "position falls from -1 to 24 at offset 64476 (-1, for a page on which no "
+                       "packet ends, counts as the largest), and packets count only once it rises "
+                       "again.",
+                       kDropped);
+}
+
+/** A file with one audio track, a page for each packet. */
+OgmFile audioFile(const std::string& tag, const std::vector<Bytes>& payloads) {
+    OgmFile file;
+    AudioHeader header;
+    header.subtype = tag;
+    header.samplesPerUnit = 44100;
+    file.addHeader(kAudio, header);
+    uint64_t granule = 0;
+    for (const Bytes& payload : payloads) {
+        file.addData(kAudio, granule += 1152, audioPacket(payload));
+    }
+    return file;
+}
+
+void expectAudioLoss(const OgmFile& file, const std::string& id, const std::string& text,
+                     const std::string& line) {
+    const auto found = ExplainedFile(file.bytes()).findings(id);
+    ASSERT_EQ(found.size(), 1U) << ExplainedFile(file.bytes()).document().dump(1);
+    EXPECT_THAT(found[0]["text"].get<std::string>(), HasSubstr(text));
+    EXPECT_THAT(found[0]["log"]["text"].get<std::string>(), StartsWith(line));
+}
+
+TEST(ExplainDamage, OfAudioFramesIsToldWithItsKind) {
+    std::vector<Bytes> mp3(20, MpegAudioFrame().bytes());
+    mp3[5] = filled(100, 0x11);
+    expectAudioLoss(audioFile("0055", mp3), "audio-without-sync",
+                    ": no beginning of a frame (no sync word), so all is dropped.",
+                    "appendAudioData FAIL!");
+    mp3.assign(20, MpegAudioFrame().bytes());
+    MpegAudioFrame other;
+    other.samplingRateIndex = 1;
+    mp3[8] = other.bytes();
+    mp3[9] = mp3[8];
+    expectAudioLoss(audioFile("0055", mp3), "audio-unlike-first-frame",
+                    ": no frame like the first one of the track, so the bytes so far are dropped.",
+                    "not found mMP3Header,skip");
+    mp3.assign(20, MpegAudioFrame().bytes());
+    mp3[8][2] &= 0x0f;
+    expectAudioLoss(audioFile("0055", mp3), "audio-frame-without-size",
+                    ": a frame header without a valid size, so the bytes so far are dropped.",
+                    "GetMPEGAudioFrameSize fail");
+    mp3.assign(10, joined({{0xff, 0xfb, 0x00, 0x00}, filled(20000, 0x55)}));
+    expectAudioLoss(audioFile("0055", mp3), "audio-unconfirmed",
+                    ": no frames that follow each other, so the bytes so far are dropped.",
+                    "findMP3Header fail size>131072");
+    std::vector<Bytes> ac3(20, Ac3Frame().bytes());
+    ac3[5][4] |= 0xc0;
+    expectAudioLoss(audioFile("2000", ac3), "audio-frame-without-size",
+                    ": a frame header without a valid sampling rate, so the frame is dropped.",
+                    "fscod=3");
+    ac3.assign(20, Ac3Frame().bytes());
+    Ac3Frame unknown;
+    unknown.bitStreamId = 20;
+    ac3[5] = unknown.bytes();
+    expectAudioLoss(audioFile("2000", ac3), "audio-frame-refused",
+                    ": a frame of an unknown version (bsid), which is dropped.",
+                    "[dequeueAccessUnitAC3]***wrong bsid:20***");
+}
+
+TEST(ExplainEnd, LastPacketsAreWithheldAsAlways) {
+    const ExplainedFile file(sampleBytes(kLongSample));
+    const auto found = file.findings("last-packets-withheld");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0]["text"],
+              "The last packets of track 0 do not come out: a stream's last page (here with 4 "
+              "packets) is never read, and the packet in front of it stays open.");
+    EXPECT_EQ(found[0]["usual"], true);
+    EXPECT_THAT(found[0]["log"]["text"].get<std::string>(),
+                StartsWith("getNextGranulePosition: Cannot find a page start"));
+    EXPECT_THAT(file.run({"--verbose"}).out, HasSubstr("The last packets of track 0"));
+}
+
+TEST(ExplainEnd, AllReadingStopsAtTheFirstLastPage) {
+    OgmFile file = videoAndAudio(100, 20);
+    const auto found = ExplainedFile(file.bytes()).findings("pages-not-read");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0]["text"],
+              "The last 80 pages of track 0, with 80 packets, are not read: all reading stops at "
+              "the first page that is the last one of its stream, here at offset " +
+                      std::to_string(pageOffsets(file.bytes())[2 + 39]) + " (track 1).");
+    EXPECT_EQ(found[0]["usual"], false);
+    EXPECT_EQ(ExplainedFile(sampleBytes(kSample)).findings("pages-not-read")[0]["usual"], true);
+}
+
+TEST(ExplainEnd, ATrackWithoutPacketsIsTold) {
+    OgmFile file = videoAndAudio(20, 2);
+    file.addHeader(3, AudioHeader());
+    const auto found = ExplainedFile(file.bytes()).findings("track-without-packets");
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_EQ(found[0]["text"],
+              "Track 0 gives no packet: all reading stops at the first page that is the last one "
+              "of its stream, here at offset " +
+                      std::to_string(pageOffsets(file.bytes())[2 + 3]) + " (track 1).");
+    EXPECT_EQ(found[1]["text"],
+              "Track 1 gives no packet: of its 2 pages the last is never read, and what the others "
+              "hold does not reach beyond the packet that stays open.");
+    EXPECT_EQ(found[2]["text"], "Track 2 gives no packet: no page holds any of its data.");
+
+    Bytes damaged = sampleBytes(kSample);
+    damaged[pageOffsets(damaged)[1] + 4] = 1;
+    ExplainedFile(damaged).expectOne(
+            "track-without-packets",
+            "Track 0 gives no packet: reading ended at the damaged page header at offset 85.",
+            "getNextGranulePosition:Cannot read a page header, at 0x00000055");
+}
+
+TEST(ExplainEnd, ATrackWhoseSerialNumberIsAnnouncedAgainIsTold) {
+    const Bytes once = sampleBytes(kSample);
+    const auto found = ExplainedFile(joined({once, once})).findings("serial-number-twice");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[1]["text"],
+              "Track 1 gives no packet: its serial number 1 is announced again for track 3, which "
+              "gets the packets of both.");
+    EXPECT_EQ(found[1]["offset"], once.size() + 85);
+}
+
+TEST(ExplainEnd, ACommentHeaderComesOutFirst) {
+    const auto finding = ExplainedFile(sampleBytes(kSample))
+                                 .expectOne("comment-header-comes-out",
+                                            "The first buffer of track 0 is its comment header, "
+                                            "which is handed out like a frame.",
+                                            "");
+    EXPECT_EQ(finding["usual"], true);
+}
+
+nlohmann::json fakeFindings(const nlohmann::json& end, int exitCode) {
+    const FakePlugin plugin;
+    auto video = fakeVideo();
+    video["end"] = end;
+    const ProcessResult result =
+            FakePlugin::run({"explain", "--json", plugin.file(fakeFile({video}))});
+    EXPECT_EQ(result.exitCode, exitCode);
+    return nlohmann::json::parse(result.out)["findings"];
+}
+
+TEST(ExplainEnd, AReadingThatFailsIsTold) {
+    const auto findings = fakeFindings(-10007, 2);
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0]["id"], "reading-failed");
+    EXPECT_EQ(findings[0]["text"], "Reading track 0 ended with AMEDIA_ERROR_IO (-10007).");
+}
+
+TEST(ExplainEnd, ADeathIsToldWithTheLastRead) {
+    const auto findings = fakeFindings("abort", 4);
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0]["id"], "extractor-ended");
+    EXPECT_EQ(findings[0]["text"],
+              "Playing came to no end: the extractor died in read: Aborted (SIGABRT). The last "
+              "read was at offset 0.");
+}
+
+}  // namespace
+}  // namespace ogmprobe::test

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ExplainedFile.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+TEST(Explain, GivesAFindingItsPlaceItsReasonAndItsLogLine) {
+    const ProcessResult result = ExplainedFile(sampleBytes("xvid_refused_mp3.ogm")).run();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out,
+              "offset 0\n"
+              "    No track for the video XVID stream with serial number 0: its codec \"XVID\" is "
+              "not in the plug-in's list (upper and lower case count).\n"
+              "    log: E OgmExtractor: unknow video codec: 58564944\n"
+              "the whole file\n"
+              "    The duration is unknown: the plug-in looks for it in the last 650520 bytes, and "
+              "for a file of 220977 bytes it asks for some in front of the beginning, which is "
+              "refused.\n"
+              "    log: I OgmExtractor: parseMaxTime:Cannot find a page start, from -429543\n"
+              "(1 note on what is so with every such file: --verbose)\n");
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST(Explain, ListsPagesWithTheLinesThatWereWrittenThere) {
+    const ExplainedFile file(sampleBytes("xvid_refused_mp3.ogm"));
+    const std::string out = file.run({"--pages"}).out;
+    EXPECT_THAT(out, HasSubstr("         0      85  -b-         0             0              -     "
+                               "      0        1  video XVID, no track: codec not supported\n"
+                               "         |  I OgmExtractor: Find Video pattern (sniff)\n"));
+    EXPECT_THAT(out, HasSubstr("       227      57  ---         1             0       0.000000     "
+                               "      1        1  audio 0055, track 0, comment header\n"));
+    EXPECT_THAT(out, testing::Not(HasSubstr("begin read mime")));
+    EXPECT_THAT(file.run({"--pages", "--verbose"}).out, HasSubstr("begin read mime:audio/mpeg"));
+}
+
+TEST(Explain, ListsJunkAndDamageAmongThePages) {
+    Bytes bytes = sampleBytes("mpeg4_b_mp3.ogm");
+    const auto offsets = pageOffsets(bytes);
+    bytes[offsets[10]] = 'X';
+    bytes[offsets[13] + 5] = 0x80;
+    bytes[offsets[16] + 60] ^= 1;
+    bytes.resize(bytes.size() - 1);
+    const std::string out = ExplainedFile(bytes).run({"--pages"}).out;
+    EXPECT_THAT(out, HasSubstr("\n     59134    5342  junk: no page begins here\n"));
+    EXPECT_THAT(out, HasSubstr(", header damaged\n"));
+    EXPECT_THAT(out, HasSubstr(", wrong checksum\n"));
+    EXPECT_THAT(out, HasSubstr(", 1 byte missing\n"));
+}
+
+TEST(ExplainJson, HoldsStreamsFindingsAndPages) {
+    const ExplainedFile file(sampleBytes("xvid_refused_mp3.ogm"));
+    const auto document = file.document();
+    EXPECT_EQ(document["schema_version"], 1);
+    EXPECT_EQ(document["path"], file.path());
+    EXPECT_EQ(document["exit_code"], 0);
+    EXPECT_EQ(document["size"], 220977);
+    EXPECT_EQ(document["duration_us"], 0);
+    EXPECT_EQ(document["pages"], nullptr);
+    EXPECT_THAT(document["errors"], IsEmpty());
+    EXPECT_THAT(document["warnings"], IsEmpty());
+    EXPECT_EQ(document["streams"][0], nlohmann::json({{"serial", 0},
+                                                      {"name", "video XVID"},
+                                                      {"header_offset", 0},
+                                                      {"pages", 35},
+                                                      {"packets", 151},
+                                                      {"track", nullptr},
+                                                      {"why_no_track", "codec not supported"},
+                                                      {"buffers", nullptr}}));
+    EXPECT_EQ(document["streams"][1]["track"], 0);
+    EXPECT_GT(document["streams"][1]["buffers"], 200);
+    EXPECT_EQ(document["findings"].size(), 3U);
+
+    const auto pages = file.document({"--pages"})["pages"];
+    EXPECT_EQ(pages[3]["offset"], 227);
+    EXPECT_EQ(pages[3]["track"], 0);
+    EXPECT_EQ(pages[3]["log"][0]["text"], "Not get mMP3Header, size:29");
+}
+
+TEST(ExplainJson, HasTheErrorOfAFileThatCannotBeRead) {
+    const ProcessResult result = runProbe({"explain", "--json", "missing.ogm"});
+    EXPECT_EQ(result.exitCode, 2);
+    const auto document = nlohmann::json::parse(result.out);
+    EXPECT_EQ(document["errors"][0]["message"], "cannot open: No such file or directory");
+    EXPECT_EQ(document["size"], nullptr);
+}
+
+}  // namespace
+}  // namespace ogmprobe::test

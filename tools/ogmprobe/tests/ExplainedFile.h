@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <OgmFile.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "Process.h"
+#include "TemporaryFolder.h"
+
+namespace ogmprobe::test {
+
+using android::ogm::test::Bytes;
+using android::ogm::test::OggPage;
+using android::ogm::test::OgmFile;
+
+inline Bytes sampleBytes(const std::string& name) {
+    std::ifstream file(std::string(OGMPROBE_SAMPLES "/") + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/** Where the pages of a whole file begin. */
+inline std::vector<size_t> pageOffsets(const Bytes& file) {
+    constexpr size_t kSegmentCount = 26;
+    constexpr size_t kLacing = 27;
+    std::vector<size_t> offsets;
+    for (size_t offset = 0; offset < file.size();) {
+        offsets.push_back(offset);
+        const size_t segments = file[offset + kSegmentCount];
+        size_t size = kLacing + segments;
+        for (size_t i = 0; i < segments; ++i) {
+            size += file[offset + kLacing + i];
+        }
+        offset += size;
+    }
+    return offsets;
+}
+
+/** Header pages, then video and audio pages in turn, with a packet each. */
+inline OgmFile videoAndAudio(size_t videoFrames, size_t audioPackets) {
+    android::ogm::test::OneVideoOneAudio content;
+    content.videoFrames = videoFrames;
+    content.audioPackets = audioPackets;
+    content.comments = false;
+    return oneVideoOneAudioFile(content);
+}
+
+/** A file in a folder of its own, and what the program says about it with the real plug-in. */
+class ExplainedFile {
+  public:
+    explicit ExplainedFile(const Bytes& bytes)
+        : mPath(mFolder.write("a.ogm", std::string(bytes.begin(), bytes.end()))) {}
+
+    const std::string& path() const { return mPath; }
+
+    ProcessResult run(const std::vector<std::string>& options = {}) const {
+        std::vector<std::string> arguments = {"explain", mPath};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return runProbe(arguments);
+    }
+
+    nlohmann::json document(const std::vector<std::string>& options = {}) const {
+        std::vector<std::string> all = options;
+        all.push_back("--json");
+        return nlohmann::json::parse(run(all).out);
+    }
+
+    /** All with the identifier. */
+    std::vector<nlohmann::json> findings(const std::string& id) const {
+        std::vector<nlohmann::json> found;
+        const nlohmann::json all = document();
+        for (const auto& finding : all["findings"]) {
+            if (finding["id"] == id) {
+                found.push_back(finding);
+            }
+        }
+        return found;
+    }
+
+    /** The one with the identifier; its text and the text of its log line are compared. */
+    nlohmann::json expectOne(const std::string& id, const std::string& text,
+                             const std::string& line) const {
+        const auto found = findings(id);
+        EXPECT_EQ(found.size(), 1U) << id << " in " << document().dump(1);
+        if (found.size() != 1) {
+            return {};
+        }
+        EXPECT_EQ(found[0]["text"], text);
+        const auto& log = found[0]["log"];
+        EXPECT_EQ(log.is_null() ? "" : log["text"].get<std::string>(), line);
+        return found[0];
+    }
+
+    void expectNone(const std::string& id) const { EXPECT_THAT(findings(id), testing::IsEmpty()); }
+
+  private:
+    TemporaryFolder mFolder;
+    std::string mPath;
+};
+
+}  // namespace ogmprobe::test
