@@ -12,6 +12,8 @@ readonly test_packages=(
     clang clang-format clang-tidy libclang-rt-14-dev llvm
     python3 python3-jsonschema python3-pyelftools golang-go golang-github-google-blueprint-dev
 )
+# Shows the pages that ogmprobe writes.
+readonly browser_packages=(chromium chromium-driver python3-selenium)
 # For 64-bit Arm: compiler, emulator, and the libraries of tests and tool for that machine.
 readonly arm64_packages=(
     g++-aarch64-linux-gnu qemu-user

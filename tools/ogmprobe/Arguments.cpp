@@ -56,6 +56,19 @@ constexpr const char* kExtractExamples =
         "  ogmprobe extract film.ogm -o streams\n"
         "  ogmprobe extract film.ogm -o streams --track 1 --force";
 
+constexpr const char* kTimelineExamples =
+        "Draws each track's packets over presentation time, their sizes, types and sync frames, "
+        "gaps,\n"
+        "equal times and backward steps, the bitrate, and what was read from the file for each "
+        "packet\n"
+        "and by seeks. A page for a browser (.html) tells about the packet under the mouse; it "
+        "needs\n"
+        "no network. A drawing (.svg) shows the same without motion.\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe timeline film.ogm -o film.html\n"
+        "  ogmprobe timeline film.ogm -o film.svg --seek-steps 0 --force";
+
 constexpr const char* kExplainExamples =
         "The file is opened and played to its end. What comes of it is compared with the file's\n"
         "pages; each finding has its place, the reason, and the log line that shows it. The flags\n"
@@ -214,6 +227,31 @@ void addExtract(CLI::App& app, ExtractOptions& options) {
     command->add_flag("--force", options.force, "Overwrite files that exist");
 }
 
+CLI::Validator pageOrDrawing() {
+    return {[](const std::string& path) -> std::string {
+                const std::string_view name = path;
+                const bool isKnown = name.ends_with(".html") || name.ends_with(".svg");
+                return isKnown ? "" : path + " ends neither in .html nor in .svg";
+            },
+            ""};
+}
+
+void addTimeline(CLI::App& app, TimelineOptions& options) {
+    CLI::App* command = addCommand(app, "timeline", "Draw the packets of all tracks over time",
+                                   kTimelineExamples);
+    addFile(*command, options.file);
+    command->add_option("-o,--output", options.output, "The new page (.html) or drawing (.svg)")
+            ->type_name("OUT")
+            ->required()
+            ->check(pageOrDrawing());
+    command->add_option("--seek-steps", options.seekSteps,
+                        "Spaces between the targets of seeks; 0: no seeks")
+            ->type_name("N")
+            ->capture_default_str()
+            ->check(unnamed(CLI::Range(0, 50)));
+    command->add_flag("--force", options.force, "Overwrite a file that exists");
+}
+
 void addExplain(CLI::App& app, ExplainOptions& options) {
     CLI::App* command = addCommand(app, "explain",
                                    "Say why tracks are missing, the duration is odd, bytes are "
@@ -258,6 +296,7 @@ struct Collected {
     PacketsOptions packets;
     SeekTestOptions seekTest;
     ExtractOptions extract;
+    TimelineOptions timeline;
     ExplainOptions explain;
     CompareOptions compare;
 };
@@ -271,6 +310,8 @@ Options chosen(const CLI::App& app, Collected collected) {
         command = std::move(collected.seekTest);
     } else if (name == "extract") {
         command = std::move(collected.extract);
+    } else if (name == "timeline") {
+        command = std::move(collected.timeline);
     } else if (name == "explain") {
         command = std::move(collected.explain);
     } else if (name == "compare") {
@@ -293,6 +334,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
     addPackets(app, collected.packets);
     addSeekTest(app, collected.seekTest);
     addExtract(app, collected.extract);
+    addTimeline(app, collected.timeline);
     addExplain(app, collected.explain);
     addCompare(app, collected.compare);
     try {

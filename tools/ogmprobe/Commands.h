@@ -14,6 +14,7 @@ ExitCode runInfo(const InfoOptions& options, Session& session);
 ExitCode runPackets(const PacketsOptions& options, Session& session);
 ExitCode runSeekTest(const SeekTestOptions& options, Session& session);
 ExitCode runExtract(const ExtractOptions& options, Session& session);
+ExitCode runTimeline(const TimelineOptions& options, Session& session);
 ExitCode runExplain(const ExplainOptions& options, Session& session);
 ExitCode runCompare(const CompareOptions& options, Session& session);
 

@@ -55,6 +55,15 @@ struct ExtractOptions {
     bool force = false;
 };
 
+struct TimelineOptions {
+    std::string file;
+    /** Ends in ".html" or ".svg", which says what is written. */
+    std::string output;
+    /** Spaces between the targets of seeks; 0 leaves seeks out. */
+    uint32_t seekSteps = 8;
+    bool force = false;
+};
+
 struct ExplainOptions {
     std::string file;
     /** List the pages too. */
@@ -76,7 +85,7 @@ struct CompareOptions {
 };
 
 using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions,
-                                    ExplainOptions, CompareOptions>;
+                                    TimelineOptions, ExplainOptions, CompareOptions>;
 
 struct Options {
     GlobalOptions global;

@@ -31,6 +31,9 @@ struct RunCommand {
     ExitCode operator()(const ExtractOptions& options) const {
         return runExtract(options, session);
     }
+    ExitCode operator()(const TimelineOptions& options) const {
+        return runTimeline(options, session);
+    }
     ExitCode operator()(const ExplainOptions& options) const {
         return runExplain(options, session);
     }

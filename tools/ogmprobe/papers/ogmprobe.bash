@@ -7,6 +7,7 @@ _ogmprobe() {
         [packets]="--track --seek --count --json"
         [seektest]="--steps --json"
         [extract]="--output --track --force"
+        [timeline]="--output --seek-steps --force"
         [explain]="--pages --verbose --json"
         [compare]="--plugin-b --logs --no-logs --json"
     )
@@ -23,7 +24,7 @@ _ogmprobe() {
             mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$word")
             return
             ;;
-        --track | --seek | --count | --steps | --timeout)
+        --track | --seek | --count | --steps | --seek-steps | --timeout)
             return
             ;;
     esac

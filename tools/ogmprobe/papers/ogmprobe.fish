@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # fish completion for ogmprobe
 
-set --local commands info packets seektest extract explain compare
+set --local commands info packets seektest extract timeline explain compare
 
 complete --command ogmprobe --long-option plugin --require-parameter --force-files --description "The plug-in"
 complete --command ogmprobe --long-option log --exclusive --arguments "verbose debug info warn error silent" --description "Least level of log lines to show"
@@ -15,6 +15,7 @@ complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_f
 complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments packets --description "List the buffers of all tracks"
 complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments seektest --description "Show where seeks land"
 complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments extract --description "Write each track into a file"
+complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments timeline --description "Draw packets over time"
 complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments explain --description "Say why something is missing or odd"
 complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments compare --description "Tell what differs first"
 
@@ -31,6 +32,10 @@ complete --command ogmprobe --condition "__fish_seen_subcommand_from seektest" -
 complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --short-option o --long-option output --require-parameter --description "Folder for the files"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --long-option track --exclusive --description "Only this track"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --long-option force --description "Overwrite files that exist"
+
+complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --short-option o --long-option output --require-parameter --force-files --description "The new page or drawing"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option seek-steps --exclusive --description "Spaces between targets of seeks"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option force --description "Overwrite a file that exists"
 
 complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --long-option pages --description "List the pages too"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --long-option verbose --description "Tell also what is usual"

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Markup.h"
+
+#include <fmt/core.h>
+
+#include <array>
+#include <nlohmann/json.hpp>
+
+namespace ogmprobe::timeline {
+namespace {
+
+constexpr std::string_view kReplacement = "\xef\xbf\xbd";
+// U+FFFE and U+FFFF, which XML does not allow.
+constexpr std::array<std::string_view, 2> kNonCharacters = {"\xef\xbf\xbe", "\xef\xbf\xbf"};
+
+std::string validUtf8(std::string_view text) {
+    // Writing JSON replaces what is no UTF-8; reading it gives the rest back as it was.
+    using nlohmann::json;
+    return json::parse(json(text).dump(-1, ' ', false, json::error_handler_t::replace))
+            .get<std::string>();
+}
+
+bool beginsNonCharacter(std::string_view text) {
+    return text.starts_with(kNonCharacters[0]) || text.starts_with(kNonCharacters[1]);
+}
+
+std::string escapedCharacter(char character) {
+    switch (character) {
+        case '&':
+            return "&amp;";
+        case '<':
+            return "&lt;";
+        case '>':
+            return "&gt;";
+        case '"':
+            return "&quot;";
+        case '\'':
+            return "&#39;";
+        default:
+            break;
+    }
+    const bool isControl = static_cast<unsigned char>(character) < 0x20;
+    return isControl ? std::string(kReplacement) : std::string(1, character);
+}
+
+}  // namespace
+
+std::string escaped(std::string_view text) {
+    const std::string valid = validUtf8(text);
+    std::string result;
+    for (size_t i = 0; i < valid.size(); ++i) {
+        if (beginsNonCharacter(std::string_view(valid).substr(i))) {
+            result += kReplacement;
+            i += kReplacement.size() - 1;
+        } else {
+            result += escapedCharacter(valid[i]);
+        }
+    }
+    return result;
+}
+
+std::string filledIn(std::string_view page, const std::map<std::string_view, std::string>& values) {
+    constexpr std::string_view kOpening = "{{";
+    constexpr std::string_view kClosing = "}}";
+    std::string result;
+    while (true) {
+        const size_t opening = page.find(kOpening);
+        const size_t closing = page.find(kClosing, opening);
+        if (closing == std::string_view::npos) {
+            return result.append(page);
+        }
+        const size_t name = opening + kOpening.size();
+        result.append(page.substr(0, opening));
+        result.append(values.at(page.substr(name, closing - name)));
+        page.remove_prefix(closing + kClosing.size());
+    }
+}
+
+std::string sizeText(uint64_t bytes) {
+    constexpr std::array kUnits = {"kB", "MB", "GB", "TB"};
+    constexpr double kStep = 1000;
+    // From here on a value would be rounded to 1000.0.
+    constexpr double kNextUnit = 999.95;
+    if (bytes < static_cast<uint64_t>(kStep)) {
+        return fmt::format("{} B", bytes);
+    }
+    double value = static_cast<double>(bytes) / kStep;
+    size_t unit = 0;
+    while (value >= kNextUnit && unit + 1 < kUnits.size()) {
+        value /= kStep;
+        ++unit;
+    }
+    return fmt::format("{:.1f} {}", value, kUnits[unit]);
+}
+
+std::string rateText(double bitsPerSecond) {
+    constexpr double kKilo = 1e3;
+    constexpr double kMega = 1e6;
+    if (bitsPerSecond < 10 * kKilo) {
+        return fmt::format("{:.1f} kbit/s", bitsPerSecond / kKilo);
+    }
+    return bitsPerSecond < kMega ? fmt::format("{:.0f} kbit/s", bitsPerSecond / kKilo)
+                                 : fmt::format("{:.2f} Mbit/s", bitsPerSecond / kMega);
+}
+
+std::string counted(uint64_t number, std::string_view noun) {
+    return fmt::format("{} {}{}", number, noun, number == 1 ? "" : "s");
+}
+
+}  // namespace ogmprobe::timeline

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+
+#include <array>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "Markup.h"
+#include "Page.h"
+#include "TimeArithmetic.h"
+#include "TimeText.h"
+
+namespace ogmprobe::timeline {
+namespace {
+
+enum class Cells { kNumbers, kWords, kProse };
+
+/** A table's column. Numbers stand at the right; prose may be cut into lines. */
+struct Column {
+    const char* name;
+    Cells cells = Cells::kNumbers;
+};
+
+/** An HTML table, row by row. */
+class HtmlTable {
+  public:
+    explicit HtmlTable(std::vector<Column> columns) : mColumns(std::move(columns)) {
+        mText = "<table>\n<thead><tr>";
+        for (const Column& column : mColumns) {
+            mText += fmt::format("<th scope=\"col\"{}>{}</th>", classOf(column), column.name);
+        }
+        mText += "</tr></thead>\n<tbody>\n";
+    }
+
+    /** A cell for each column; escaped here. `before` is an element in front of the first. */
+    void add(const std::vector<std::string>& cells, const std::string& before = "") {
+        mText += "<tr>";
+        for (size_t i = 0; i < cells.size(); ++i) {
+            mText += fmt::format("<td{}>{}{}</td>", classOf(mColumns[i]), i == 0 ? before : "",
+                                 escaped(cells[i]));
+        }
+        mText += "</tr>\n";
+    }
+
+    std::string text() const { return mText + "</tbody>\n</table>\n"; }
+
+  private:
+    static const char* classOf(const Column& column) {
+        switch (column.cells) {
+            case Cells::kNumbers:
+                return " class=\"number\"";
+            case Cells::kProse:
+                return " class=\"prose\"";
+            case Cells::kWords:
+                break;
+        }
+        return "";
+    }
+
+    std::vector<Column> mColumns;
+    std::string mText;
+};
+
+std::string numberText(uint64_t number) {
+    return fmt::format("{}", number);
+}
+
+/** What is counted of a lane's packets. */
+struct Counts {
+    uint64_t bytes = 0;
+    uint64_t largest = 0;
+    uint64_t syncs = 0;
+    std::array<uint64_t, kFrameTypes> types = {};
+};
+
+Counts countsOf(const Lane& lane) {
+    Counts counts;
+    for (const PacketPoint& packet : lane.packets) {
+        counts.bytes += packet.size;
+        counts.largest = std::max(counts.largest, packet.size);
+        counts.syncs += packet.isSync ? 1 : 0;
+        ++counts.types[static_cast<size_t>(packet.type)];
+    }
+    return counts;
+}
+
+/** "12 I, 30 P": the types that occur. */
+std::string typesText(const Lane& lane, const Counts& counts) {
+    std::string text;
+    for (const FrameType type :
+         {FrameType::kIntra, FrameType::kPredicted, FrameType::kBidirectional}) {
+        const uint64_t count = counts.types[static_cast<size_t>(type)];
+        if (count > 0) {
+            text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, letterOf(type));
+        }
+    }
+    const uint64_t unknown = counts.types[static_cast<size_t>(FrameType::kUnknown)];
+    if (lane.track.kind == TrackKind::kVideo && unknown > 0) {
+        text += fmt::format("{}{} unknown", text.empty() ? "" : ", ", unknown);
+    }
+    return text.empty() ? "-" : text;
+}
+
+std::string timesText(const Timing& timing) {
+    if (timing.groups.empty()) {
+        return "-";
+    }
+    return secondsText(timing.groups.front().timeUs) + " to " +
+           secondsText(timing.groups.back().timeUs);
+}
+
+/** Over the time that the packets cover, the last one's usual length included. */
+std::string averageRateText(const Timing& timing, const Counts& counts) {
+    if (timing.groups.size() < 2) {
+        return "-";
+    }
+    const TimeGroup& last = timing.groups.back();
+    const double lengthUs = static_cast<double>(last.timeUs) -
+                            static_cast<double>(timing.groups.front().timeUs) +
+                            static_cast<double>(last.packets.size()) * timing.packetUs;
+    return rateText(static_cast<double>(counts.bytes) * 8 / (lengthUs / 1e6));
+}
+
+std::string offTargetText(const Seek& seek) {
+    return seek.landedUs ? secondsText(timeDifferenceUs(*seek.landedUs, seek.targetUs)) : "-";
+}
+
+}  // namespace
+
+std::string trackTable(const Chart& chart) {
+    HtmlTable table({{"Track", Cells::kWords},
+                     {"Codec", Cells::kProse},
+                     {"Format", Cells::kWords},
+                     {"Times (s)", Cells::kWords},
+                     {"Packets"},
+                     {"Bytes"},
+                     {"Mean rate"},
+                     {"Largest"},
+                     {"Sync"},
+                     {"Pictures", Cells::kProse},
+                     {"Gaps"},
+                     {"Equal times"},
+                     {"Backward steps"}});
+    for (size_t i = 0; i < chart.timeline.lanes.size(); ++i) {
+        const Lane& lane = chart.timeline.lanes[i];
+        const Timing& timing = chart.timings[i];
+        const Counts counts = countsOf(lane);
+        table.add(
+                {fmt::format("{} {}", lane.track.index, kindName(lane.track.kind)),
+                 lane.track.codec.name, formatText(lane.track), timesText(timing),
+                 numberText(lane.packets.size()), numberText(counts.bytes),
+                 averageRateText(timing, counts), sizeText(counts.largest),
+                 numberText(counts.syncs), typesText(lane, counts), numberText(timing.gaps.size()),
+                 numberText(timing.repeatedTimes), numberText(timing.backwardSteps.size())},
+                fmt::format("<span class=\"key {}\"></span>", chart.trackClasses[i]));
+    }
+    return table.text();
+}
+
+std::string readTable(const Chart& chart) {
+    HtmlTable table({{"What", Cells::kWords},
+                     {"Landed at (s)"},
+                     {"Off target (s)"},
+                     {"Sync", Cells::kWords},
+                     {"Reads"},
+                     {"Bytes"}});
+    const auto add = [&table](const std::string& what, const Seek& seek) {
+        table.add({what, secondsText(seek.landedUs), offTargetText(seek),
+                   seek.landedUs ? (seek.isSync ? "yes" : "no") : "-", numberText(seek.cost.reads),
+                   numberText(seek.cost.bytes)});
+    };
+    add("opening the file", {0, std::nullopt, false, chart.timeline.opening});
+    add("playing it", {0, std::nullopt, false, chart.timeline.playing});
+    for (const Seek& seek : chart.timeline.seeks) {
+        add(fmt::format("seek to {}", secondsText(seek.targetUs)), seek);
+    }
+    return table.text();
+}
+
+}  // namespace ogmprobe::timeline

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Chart.h"
+#include "CommandRecords.h"
+#include "Commands.h"
+#include "Drawing.h"
+#include "Markup.h"
+#include "NewFile.h"
+#include "Page.h"
+#include "ProgressBar.h"
+
+namespace ogmprobe {
+namespace {
+
+namespace fs = std::filesystem;
+using timeline::Timeline;
+
+/** Gathers a file's packets while it is played from its beginning. */
+class PlayRecords : public CommandRecords {
+  public:
+    using CommandRecords::operator();
+
+    PlayRecords(Session& session, Report& report, Timeline& shown)
+        : CommandRecords(session, report), mShown(shown), mProgress(session.console) {}
+
+    void operator()(const FileOpened& file) {
+        mShown.file = file;
+        mIsOpen = true;
+    }
+    void operator()(const TrackStarted& started) {
+        mLaneOf[started.track.index] = mShown.lanes.size();
+        mShown.lanes.push_back({started.track, {}});
+    }
+    void operator()(const PlaybackReady& ready) {
+        mIsReady = true;
+        if (ready.trackCount == 0) {
+            report().warning(kNoTracks);
+        }
+    }
+    void operator()(const SourceRead& read) {
+        (mIsReady ? mShown.playing : mShown.opening).add(read);
+    }
+    void operator()(const PacketPlayed& played) {
+        timeline::Lane& lane = mShown.lanes.at(mLaneOf.at(played.track));
+        const Packet& packet = played.packet;
+        lane.packets.push_back({packet.timeUs, packet.bytes.size(), packet.readUpTo, packet.isSync,
+                                timeline::frameTypeOf(lane.track.mime, packet.bytes)});
+        if (mShown.file.sizeBytes > 0) {
+            mProgress.update(static_cast<double>(packet.readUpTo) /
+                             static_cast<double>(mShown.file.sizeBytes));
+        }
+    }
+    void operator()(const TrackEnded& end) {
+        CommandRecords::operator()(end);
+        if (end.failure) {
+            mFailedTracks.insert(end.track);
+        }
+    }
+
+    bool isOpen() const { return mIsOpen; }
+    const std::set<uint64_t>& failedTracks() const { return mFailedTracks; }
+
+  private:
+    Timeline& mShown;
+    ProgressBar mProgress;
+    std::map<uint64_t, size_t> mLaneOf;
+    std::set<uint64_t> mFailedTracks;
+    bool mIsOpen = false;
+    bool mIsReady = false;
+};
+
+/** Gathers what seeks to evenly spaced times cost. */
+class SeekRecords : public CommandRecords {
+  public:
+    using CommandRecords::operator();
+
+    SeekRecords(Session& session, Report& report, Timeline& shown, std::set<uint64_t> failedTracks)
+        : CommandRecords(session, report), mShown(shown), mFailedTracks(std::move(failedTracks)) {}
+
+    // What a seek reads lies between the end of the one before and its own.
+    void operator()(const SeekRange&) { mCost = {}; }
+    void operator()(const SourceRead& read) { mCost.add(read); }
+    void operator()(const SeekLanded& landed) {
+        if (!landed.landings.empty()) {
+            const Landing& lead = landed.landings.front();
+            mShown.seeks.push_back(
+                    {landed.targetUs, lead.timeUs, lead.isSync, std::exchange(mCost, {})});
+        }
+    }
+    void operator()(const TrackEnded& end) {
+        if (end.failure && mFailedTracks.insert(end.track).second) {
+            CommandRecords::operator()(end);
+        }
+    }
+
+  private:
+    Timeline& mShown;
+    std::set<uint64_t> mFailedTracks;
+    timeline::ReadCost mCost;
+};
+
+// Not even by force: the file would be gone once it has been drawn.
+void requireOtherFile(const TimelineOptions& options) {
+    std::error_code ignored;
+    if (fs::equivalent(options.file, options.output, ignored)) {
+        throw ProbeError(ExitCode::kUsage, "the timeline cannot take its file's own place");
+    }
+}
+
+std::vector<std::string> failuresOf(const Report& report) {
+    std::vector<std::string> failures;
+    for (const auto& error : report.errorsJson()) {
+        failures.push_back(error["message"].get<std::string>());
+    }
+    return failures;
+}
+
+std::string textOf(const Timeline& shown, const fs::path& path) {
+    const timeline::Chart chart(shown);
+    return path.extension() == ".svg" ? timeline::drawingDocument(chart)
+                                      : timeline::pageDocument(chart);
+}
+
+void write(const Timeline& shown, NewFile& file, Output& output) {
+    const std::string text = textOf(shown, file.path());
+    file.append({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+    file.commit();
+    size_t packets = 0;
+    for (const timeline::Lane& lane : shown.lanes) {
+        packets += lane.packets.size();
+    }
+    output.write(fmt::format("timeline of {}, {}: {}\n",
+                             timeline::counted(shown.lanes.size(), "track"),
+                             timeline::counted(packets, "packet"), file.path().string()));
+}
+
+/** Plays the file and seeks in it; whether there is anything to draw. */
+bool gather(const TimelineOptions& options, Session& session, Report& report, Timeline& shown) {
+    PlayRecords playing(session, report, shown);
+    runReported({options.file, playJob({}), true}, session, report, playing);
+    const bool hasPlayed = playing.isOpen() && report.worst() < ExitCode::kNotTaken;
+    if (hasPlayed && options.seekSteps > 0 && !shown.lanes.empty()) {
+        SeekRecords seeking(session, report, shown, playing.failedTracks());
+        runReported({options.file, seekTestJob(options.seekSteps), true}, session, report, seeking);
+    }
+    return playing.isOpen();
+}
+
+}  // namespace
+
+ExitCode runTimeline(const TimelineOptions& options, Session& session) {
+    Report report(session.console, options.file);
+    report.guard([&] {
+        requireOtherFile(options);
+        // Before anything is read: nobody wants to hear of a name that is taken after an hour.
+        NewFile file(options.output, options.force ? Existing::kOverwrite : Existing::kRefuse);
+        Timeline shown;
+        shown.fileName = fs::path(options.file).filename().string();
+        if (gather(options, session, report, shown)) {
+            shown.failures = failuresOf(report);
+            write(shown, file, session.output);
+        }
+    });
+    return report.worst();
+}
+
+}  // namespace ogmprobe

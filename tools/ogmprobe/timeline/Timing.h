@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "Timeline.h"
+
+namespace ogmprobe::timeline {
+
+/** Packets of a track that are to be shown at the same time. */
+struct TimeGroup {
+    int64_t timeUs = 0;
+    /** Indices into the lane's packets, rising. */
+    std::vector<size_t> packets;
+};
+
+/** A stretch of presentation time that no packet accounts for. */
+struct Gap {
+    double fromUs = 0;
+    double toUs = 0;
+};
+
+/** What there is to say about the times of a track. */
+struct Timing {
+    /** In the order of their times. */
+    std::vector<TimeGroup> groups;
+    std::vector<Gap> gaps;
+    /** Packets, by index, whose time is less than that of the packet before in the file. */
+    std::vector<size_t> backwardSteps;
+    /** Packets whose time an earlier one has too. */
+    size_t repeatedTimes = 0;
+    /** How long a packet usually lasts; 0 when all have the same time. */
+    double packetUs = 0;
+};
+
+/**
+ * A container may give one time to all packets of a page. A group of n packets therefore accounts
+ * for n times the usual length of a packet, and there is a gap only where the next time is nearly
+ * twice as far as the largest group nearby lasts.
+ */
+Timing timingOf(const std::vector<PacketPoint>& packets);
+
+}  // namespace ogmprobe::timeline

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Markup.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace ogmprobe::timeline::test {
+namespace {
+
+TEST(Escaped, IsWhatWouldBeMarkup) {
+    EXPECT_EQ(escaped("<b title=\"a\" id='b'>&amp;"),
+              "&lt;b title=&quot;a&quot; id=&#39;b&#39;&gt;&amp;amp;");
+    EXPECT_EQ(escaped("película 映画 (1).ogm"), "película 映画 (1).ogm");
+}
+
+TEST(Escaped, ReplacesWhatMayNotStandInXml) {
+    EXPECT_EQ(escaped("a\xff"
+                      "b"),
+              "a\xef\xbf\xbd"
+              "b");
+    EXPECT_EQ(escaped("a\x1b[2J\n"), "a\xef\xbf\xbd[2J\xef\xbf\xbd");
+    EXPECT_EQ(escaped("\xef\xbf\xbf."), "\xef\xbf\xbd.");
+}
+
+TEST(FilledIn, DoesNotLookIntoValues) {
+    EXPECT_EQ(filledIn("<{{a}}> {{b}}.", {{"a", "{{b}}"}, {"b", "c"}}), "<{{b}}> c.");
+}
+
+TEST(FilledIn, NeedsAValueForEachName) {
+    EXPECT_THROW(filledIn("{{a}}", {}), std::out_of_range);
+}
+
+TEST(SizeText, TakesTheUnitThatFits) {
+    EXPECT_EQ(sizeText(0), "0 B");
+    EXPECT_EQ(sizeText(999), "999 B");
+    EXPECT_EQ(sizeText(1000), "1.0 kB");
+    EXPECT_EQ(sizeText(999949), "999.9 kB");
+    EXPECT_EQ(sizeText(999951), "1.0 MB");
+    EXPECT_EQ(sizeText(2500000000), "2.5 GB");
+}
+
+TEST(RateText, TakesTheUnitThatFits) {
+    EXPECT_EQ(rateText(6100), "6.1 kbit/s");
+    EXPECT_EQ(rateText(128000), "128 kbit/s");
+    EXPECT_EQ(rateText(1234567), "1.23 Mbit/s");
+}
+
+TEST(Counted, HasOneInTheSingular) {
+    EXPECT_EQ(counted(0, "packet"), "0 packets");
+    EXPECT_EQ(counted(1, "packet"), "1 packet");
+}
+
+}  // namespace
+}  // namespace ogmprobe::timeline::test

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "FakeFile.h"
+
+namespace ogmprobe::test {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+/** Draws timelines of scripts for the fake plug-in, beside them. */
+class TimelineCommand : public testing::Test {
+  protected:
+    ProcessResult run(const json& script, const std::string& output,
+                      const std::vector<std::string>& options = {}) const {
+        return runOn(mPlugin.file(script), output, options);
+    }
+    ProcessResult runOn(const std::string& file, const std::string& output,
+                        const std::vector<std::string>& options = {}) const {
+        std::vector<std::string> arguments = {"timeline", file, "-o", path(output)};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return FakePlugin::run(arguments);
+    }
+
+    const TemporaryFolder& folder() const { return mPlugin.folder(); }
+    std::string path(const std::string& name) const { return folder().path(name); }
+    size_t fileCount() const {
+        return static_cast<size_t>(std::distance(fs::directory_iterator(folder().path()), {}));
+    }
+    /** What the page's script gets to know. */
+    json dataOf(const std::string& name) const {
+        const std::string page = folder().read(name);
+        const std::string begin = "id=\"data\">";
+        const size_t from = page.find(begin) + begin.size();
+        return json::parse(page.substr(from, page.find("</script>", from) - from));
+    }
+
+    const json mScript = fakeFile({fakeVideo(), fakeAudio()});
+
+  private:
+    const FakePlugin mPlugin;
+};
+
+TEST_F(TimelineCommand, WritesAPageWithThePacketsOfAllTracks) {
+    const ProcessResult result = run(mScript, "a.html");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "timeline of 2 tracks, 5 packets: " + path("a.html") + "\n");
+    EXPECT_THAT(result.err, IsEmpty());
+    EXPECT_THAT(folder().read("a.html"), StartsWith("<!doctype html>"));
+    const json lanes = dataOf("a.html")["lanes"];
+    ASSERT_EQ(lanes.size(), 2U);
+    EXPECT_EQ(lanes[0]["times"], json({0, 80000, -40000}));
+    EXPECT_EQ(lanes[0]["sizes"], json({2, 2, 1}));
+    EXPECT_EQ(lanes[0]["kinds"], "Uuu");
+    EXPECT_EQ(lanes[1]["times"], json({0, 60000}));
+    EXPECT_EQ(lanes[1]["kinds"], "UU");
+}
+
+TEST_F(TimelineCommand, WritesADrawing) {
+    EXPECT_EQ(run(mScript, "a.svg").exitCode, 0);
+    EXPECT_THAT(folder().read("a.svg"), StartsWith("<svg xmlns"));
+    EXPECT_THAT(folder().read("a.svg"), HasSubstr("<title>Timeline of a.fake</title>"));
+}
+
+TEST_F(TimelineCommand, DrawsTheTypesOfPictures) {
+    auto video = fakeVideo();
+    video["format"]["mime"] = "video/mp4v-es";
+    video["buffers"] = {{{"time_us", 0}, {"sync", 1}, {"hex", "000001b610"}},
+                        {{"time_us", 80000}, {"hex", "000001b650"}},
+                        {{"time_us", 40000}, {"hex", "000001b690"}}};
+    EXPECT_EQ(run(fakeFile({video}), "a.html").exitCode, 0);
+    EXPECT_EQ(dataOf("a.html")["lanes"][0]["kinds"], "Ipb");
+}
+
+TEST_F(TimelineCommand, SeeksToEvenlySpacedTimes) {
+    EXPECT_EQ(run(mScript, "a.html", {"--seek-steps", "2"}).exitCode, 0);
+    const json seeks = dataOf("a.html")["seeks"];
+    ASSERT_EQ(seeks.size(), 3U);
+    EXPECT_EQ(seeks[1]["targetUs"], 60000);
+    EXPECT_EQ(seeks[1]["landedUs"], 80000);
+    EXPECT_EQ(seeks[2]["landedUs"], nullptr);
+}
+
+TEST_F(TimelineCommand, LeavesSeeksOutWhereNoneAreWanted) {
+    EXPECT_EQ(run(mScript, "a.html", {"--seek-steps", "0"}).exitCode, 0);
+    EXPECT_THAT(dataOf("a.html")["seeks"], IsEmpty());
+}
+
+TEST_F(TimelineCommand, OverwritesAFileOnlyByForce) {
+    folder().write("a.html", "kept");
+    const ProcessResult refused = run(mScript, "a.html");
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.err, HasSubstr("a.html"));
+    EXPECT_EQ(folder().read("a.html"), "kept");
+    EXPECT_EQ(run(mScript, "a.html", {"--force"}).exitCode, 0);
+    EXPECT_THAT(folder().read("a.html"), StartsWith("<!doctype html>"));
+}
+
+TEST_F(TimelineCommand, NeverTakesThePlaceOfItsFile) {
+    const std::string file = folder().write("film.html", mScript.dump());
+    const ProcessResult result = runOn(file, "film.html", {"--force"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(folder().read("film.html"), mScript.dump());
+}
+
+TEST_F(TimelineCommand, WantsToKnowWhetherPageOrDrawing) {
+    const ProcessResult result = run(mScript, "a.png");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("ends neither in .html nor in .svg"));
+}
+
+TEST_F(TimelineCommand, LeavesNothingBehindWhereThereIsNothingToDraw) {
+    EXPECT_EQ(runOn(path("missing.ogm"), "a.html").exitCode, 2);
+    EXPECT_EQ(fileCount(), 0U);
+    EXPECT_EQ(runOn(folder().write("a.txt", "no media file"), "a.html").exitCode, 3);
+    EXPECT_EQ(fileCount(), 1U);
+}
+
+TEST_F(TimelineCommand, DrawsWhatWasReadBeforeADeath) {
+    auto video = fakeVideo();
+    video["end"] = "assert";
+    const ProcessResult result = run(fakeFile({video}), "a.html");
+    EXPECT_EQ(result.exitCode, 4);
+    const std::string page = folder().read("a.html");
+    EXPECT_THAT(page, HasSubstr("the extractor died in read: CHECK(fake) failed."));
+    EXPECT_THAT(page, HasSubstr("What could be read is drawn."));
+    EXPECT_THAT(dataOf("a.html")["lanes"][0]["times"], Not(IsEmpty()));
+}
+
+TEST_F(TimelineCommand, DrawsTheOtherTracksWhenOneCannotBeRead) {
+    auto video = fakeVideo();
+    video["end"] = -10007;
+    const ProcessResult result = run(fakeFile({video, fakeAudio()}), "a.html");
+    EXPECT_EQ(result.exitCode, 2);
+    // Seeks fail too, but the same is not told twice.
+    EXPECT_EQ(result.err.find("reading track 0 failed"),
+              result.err.rfind("reading track 0 failed"));
+    EXPECT_THAT(folder().read("a.html"), HasSubstr("reading track 0 failed: AMEDIA_ERROR_IO"));
+    EXPECT_EQ(dataOf("a.html")["lanes"][1]["times"], json({0, 60000}));
+}
+
+TEST_F(TimelineCommand, DrawsAFileWithoutTracks) {
+    const ProcessResult result = run(fakeFile({}), "a.html");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(folder().read("a.html"), HasSubstr("no packets"));
+}
+
+}  // namespace
+}  // namespace ogmprobe::test
