@@ -35,17 +35,23 @@ constexpr size_t kBlockSize = 1 << 16;
 class SpooledInput {
   public:
     SpooledInput() : mPath((fs::temp_directory_path() / "ogmprobe.XXXXXX").string()) {
-        const Descriptor file(mkostemp(mPath.data(), O_CLOEXEC));
-        if (file.get() < 0) {
-            failToSpool();
-        }
-        mLeftover.watch(mPath.c_str());
+        const Descriptor file = makeFile();
         copyInto(file.get());
     }
 
     const std::string& path() const { return mPath; }
 
   private:
+    Descriptor makeFile() {
+        const HeldSignals held;
+        Descriptor file(mkostemp(mPath.data(), O_CLOEXEC));
+        if (file.get() < 0) {
+            failToSpool();
+        }
+        mLeftover.watch(mPath.c_str());
+        return file;
+    }
+
     static void copyInto(int file) {
         std::array<char, kBlockSize> block;
         for (;;) {

@@ -3,9 +3,15 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 
 namespace ogmprobe {
+namespace {
+
+constexpr std::array kEndingSignals = {SIGINT, SIGTERM, SIGHUP};
+
+}  // namespace
 
 std::atomic<LeftoverFile*> LeftoverFile::sFirst{nullptr};
 
@@ -39,8 +45,21 @@ void LeftoverFile::onSignal(int number) {
     std::raise(number);
 }
 
+HeldSignals::HeldSignals() {
+    sigset_t ending;
+    sigemptyset(&ending);
+    for (const int number : kEndingSignals) {
+        sigaddset(&ending, number);
+    }
+    sigprocmask(SIG_BLOCK, &ending, &mBefore);
+}
+
+HeldSignals::~HeldSignals() {
+    sigprocmask(SIG_SETMASK, &mBefore, nullptr);
+}
+
 void removeLeftoverFilesOnSignals() {
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int number : kEndingSignals) {
         // What is ignored, as under nohup, stays ignored.
         if (std::signal(number, LeftoverFile::onSignal) == SIG_IGN) {
             std::signal(number, SIG_IGN);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <csignal>
 
 namespace ogmprobe {
 
@@ -30,6 +31,22 @@ class LeftoverFile {
     static std::atomic<LeftoverFile*> sFirst;
     const char* mPath = nullptr;
     std::atomic<LeftoverFile*> mNext{nullptr};
+};
+
+/**
+ * Holds back the signals that remove the files while it lives: for the moment between making a file
+ * and watching it.
+ */
+class HeldSignals {
+  public:
+    HeldSignals();
+    ~HeldSignals();
+
+    HeldSignals(const HeldSignals&) = delete;
+    HeldSignals& operator=(const HeldSignals&) = delete;
+
+  private:
+    sigset_t mBefore = {};
 };
 
 /** To be called once: from now on SIGINT, SIGTERM and SIGHUP remove the files, then end as usual.

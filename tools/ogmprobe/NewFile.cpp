@@ -42,6 +42,7 @@ NewFile::NewFile(std::filesystem::path path, Existing existing)
         requireFree(mPath);
         requireFree(mPartPath);
     }
+    const HeldSignals held;
     mFile.reset(create(mPartPath));
     if (mFile == nullptr) {
         fail();
