@@ -4,7 +4,8 @@
 # everything finds the rest from where it lies itself.
 include(GNUInstallDirs)
 
-set(private lib/ogmprobe)
+# One folder deeper than what a package has to tell the dynamic linker of.
+set(private lib/ogmprobe/device)
 
 set_target_properties(ogmprobe PROPERTIES INSTALL_RPATH "$ORIGIN/../${private}")
 install(TARGETS ogmprobe DESTINATION bin COMPONENT ogmprobe)
@@ -24,7 +25,7 @@ install(FILES ${papers}/_ogmprobe DESTINATION share/zsh/vendor-completions COMPO
 install(FILES ${papers}/ogmprobe.fish
     DESTINATION share/fish/vendor_completions.d COMPONENT ogmprobe)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/ogmprobe.md ${PROJECT_SOURCE_DIR}/docs/behaviour.md
-    ${PROJECT_SOURCE_DIR}/tools/ogmprobe/JSON.md
+    ${PROJECT_SOURCE_DIR}/docs/timeline.png ${PROJECT_SOURCE_DIR}/tools/ogmprobe/JSON.md
     DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/tools/ogmprobe/schema
     DESTINATION share/doc/ogmprobe COMPONENT ogmprobe FILES_MATCHING PATTERN "*.json")

@@ -9,7 +9,7 @@ readonly build_packages=(
     libgtest-dev libgmock-dev libcli11-dev libfmt-dev libseccomp-dev nlohmann-json3-dev
 )
 readonly test_packages=(
-    clang clang-format clang-tidy libclang-rt-14-dev llvm
+    clang clang-format clang-tidy libclang-rt-14-dev llvm dpkg-dev file
     python3 python3-jsonschema python3-pyelftools golang-go golang-github-google-blueprint-dev
 )
 # Shows the pages that ogmprobe writes.
@@ -20,12 +20,21 @@ readonly arm64_packages=(
     libgtest-dev:arm64 libgmock-dev:arm64 libfmt-dev:arm64 libseccomp-dev:arm64 libc6-dev:arm64 libstdc++-12-dev:arm64
 )
 
+# Whether a Debian package, with or without its architecture, is installed.
+is_installed() {
+    local machine=${1#*:}
+    if [ "$machine" = "$1" ]; then
+        machine=$(dpkg --print-architecture)
+    fi
+    dpkg-query --show --showformat='${Architecture} ${db:Status-Status}\n' "${1%:*}" 2>/dev/null |
+        grep --quiet --extended-regexp "^(all|$machine) installed\$"
+}
+
 # Installs those of the named Debian packages that are missing.
 install_missing() {
     local missing=() package
     for package in "$@"; do
-        if ! dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null |
-            grep --quiet '^installed$'; then
+        if ! is_installed "$package"; then
             missing+=("$package")
         fi
     done

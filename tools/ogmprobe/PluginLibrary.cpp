@@ -131,7 +131,7 @@ std::optional<std::filesystem::path> PluginLibrary::findBeside(
         const std::filesystem::path& programFolder) {
     const auto lib = programFolder.parent_path() / "lib";
     // In a build tree, and when installed.
-    const std::array folders = {lib / "extractors", lib / "ogmprobe" / "extractors"};
+    const std::array folders = {lib / "extractors", lib / "ogmprobe" / "device" / "extractors"};
     for (const auto& folder : folders) {
         std::error_code ignored;
         if (std::filesystem::exists(folder / kFileName, ignored)) {
