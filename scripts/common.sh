@@ -11,6 +11,9 @@ readonly build_packages=(
 readonly test_packages=(
     clang clang-format clang-tidy libclang-rt-14-dev llvm python3
 )
+readonly bench_packages=(
+    libbenchmark-dev libogg-dev pkg-config
+)
 
 # Installs those of the named Debian packages that are missing.
 install_missing() {
