@@ -6,10 +6,16 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 
 readonly build_packages=(
     cmake ninja-build g++ git ca-certificates
-    libgtest-dev libgmock-dev libcli11-dev libfmt-dev nlohmann-json3-dev
+    libgtest-dev libgmock-dev libcli11-dev libfmt-dev libseccomp-dev nlohmann-json3-dev
 )
 readonly test_packages=(
-    clang clang-format clang-tidy libclang-rt-14-dev llvm python3
+    clang clang-format clang-tidy libclang-rt-14-dev llvm
+    python3 python3-pyelftools golang-go golang-github-google-blueprint-dev
+)
+# For 64-bit Arm: compiler, emulator, and the libraries of tests and tool for that machine.
+readonly arm64_packages=(
+    g++-aarch64-linux-gnu qemu-user
+    libgtest-dev:arm64 libgmock-dev:arm64 libfmt-dev:arm64 libseccomp-dev:arm64 libc6-dev:arm64 libstdc++-12-dev:arm64
 )
 readonly bench_packages=(
     libbenchmark-dev libogg-dev pkg-config
@@ -32,6 +38,9 @@ install_missing() {
         as_root=(sudo)
     fi
     echo "Installing ${missing[*]}" >&2
+    if [[ ${missing[*]} == *:arm64* ]]; then
+        "${as_root[@]}" dpkg --add-architecture arm64
+    fi
     "${as_root[@]}" apt-get update --quiet=2 >&2
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install --quiet=2 --yes \
         --no-install-recommends "${missing[@]}" >/dev/null

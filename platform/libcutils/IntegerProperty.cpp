@@ -7,7 +7,6 @@
 #include <limits>
 
 #include "ErrnoRestorer.h"
-#include "PropertyStore.h"
 
 namespace {
 
@@ -18,7 +17,7 @@ Integer readInteger(const char* key, Integer defaultValue) {
     }
     const android::ErrnoRestorer restorer;
     char text[PROPERTY_VALUE_MAX];
-    android::properties::PropertyStore::instance().read(key, text);
+    __system_property_get(key, text);
 
     constexpr int kBaseFromPrefix = 0;
     char* end = nullptr;

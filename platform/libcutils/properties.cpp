@@ -8,10 +8,8 @@
 #include <string_view>
 
 #include "ErrnoRestorer.h"
-#include "PropertyStore.h"
 
 using android::ErrnoRestorer;
-using android::properties::PropertyStore;
 
 namespace {
 
@@ -27,7 +25,7 @@ bool contains(const std::string_view (&values)[N], std::string_view value) {
 
 int property_get(const char* key, char* value, const char* default_value) {
     const ErrnoRestorer restorer;
-    size_t length = PropertyStore::instance().read(key, value);
+    auto length = static_cast<size_t>(__system_property_get(key, value));
     if (length == 0 && default_value != nullptr) {
         length = strnlen(default_value, PROPERTY_VALUE_MAX - 1);
         memmove(value, default_value, length);
@@ -42,7 +40,7 @@ int8_t property_get_bool(const char* key, int8_t default_value) {
     }
     const ErrnoRestorer restorer;
     char value[PROPERTY_VALUE_MAX];
-    PropertyStore::instance().read(key, value);
+    __system_property_get(key, value);
     if (contains(kTrueValues, value)) {
         return 1;
     }
@@ -50,12 +48,4 @@ int8_t property_get_bool(const char* key, int8_t default_value) {
         return 0;
     }
     return default_value;
-}
-
-int property_set(const char* key, const char* value) {
-    if (key == nullptr) {
-        return -1;
-    }
-    const ErrnoRestorer restorer;
-    return PropertyStore::instance().set(key, value != nullptr ? value : "") ? 0 : -1;
 }

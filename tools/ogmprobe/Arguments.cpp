@@ -53,6 +53,16 @@ constexpr const char* kExtractExamples =
         "  ogmprobe extract film.ogm -o streams\n"
         "  ogmprobe extract film.ogm -o streams --track 1 --force";
 
+constexpr const char* kExplainExamples =
+        "The file is opened and played to its end. What comes of it is compared with the file's\n"
+        "pages; each finding has its place, the reason, and the log line that shows it. The flags\n"
+        "of a page are c (continues a packet), b (begins a stream), e (ends it).\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe explain film.ogm\n"
+        "  ogmprobe explain film.ogm --pages | less\n"
+        "  ogmprobe explain film.ogm --json | jq '.findings[].id'";
+
 const std::map<std::string, int> kLogLevels = {
         {"verbose", ANDROID_LOG_VERBOSE}, {"debug", ANDROID_LOG_DEBUG},
         {"info", ANDROID_LOG_INFO},       {"warn", ANDROID_LOG_WARN},
@@ -93,6 +103,8 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
             ->type_name("SECONDS")
             ->capture_default_str()
             ->check(unnamed(CLI::NonNegativeNumber));
+    app.add_flag("--in-process", options.inProcess,
+                 "Run the plug-in in this process, for a debugger: nothing is caught or limited");
 }
 
 void addTracks(CLI::App& command, std::vector<size_t>& tracks) {
@@ -185,6 +197,19 @@ void addExtract(CLI::App& app, ExtractOptions& options) {
     command->add_flag("--force", options.force, "Overwrite files that exist");
 }
 
+void addExplain(CLI::App& app, ExplainOptions& options) {
+    CLI::App* command = addCommand(app, "explain",
+                                   "Say why tracks are missing, the duration is odd, bytes are "
+                                   "skipped or packets do not come out",
+                                   kExplainExamples);
+    addFile(*command, options.file);
+    command->add_flag("--pages", options.pages,
+                      "List the file's pages too, with the log lines that were written there");
+    command->add_flag("--verbose", options.verbose,
+                      "Tell also what is so with every file; with --pages, show all log lines");
+    addJson(*command, options.json, "A JSON document; times are whole microseconds");
+}
+
 /** Room for the options of all commands, of which one is then taken. */
 struct Collected {
     GlobalOptions global;
@@ -192,6 +217,7 @@ struct Collected {
     PacketsOptions packets;
     SeekTestOptions seekTest;
     ExtractOptions extract;
+    ExplainOptions explain;
 };
 
 Options chosen(const CLI::App& app, Collected collected) {
@@ -203,6 +229,8 @@ Options chosen(const CLI::App& app, Collected collected) {
         command = std::move(collected.seekTest);
     } else if (name == "extract") {
         command = std::move(collected.extract);
+    } else if (name == "explain") {
+        command = std::move(collected.explain);
     }
     return {std::move(collected.global), std::move(command)};
 }
@@ -221,6 +249,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
     addPackets(app, collected.packets);
     addSeekTest(app, collected.seekTest);
     addExtract(app, collected.extract);
+    addExplain(app, collected.explain);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

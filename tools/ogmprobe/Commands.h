@@ -7,12 +7,13 @@
 
 namespace ogmprobe {
 
-// Each command reports what goes wrong and returns the code for it. They throw `ClosedPipe`, and
-// `ProbeError` when standard output cannot be written.
+// Each command reports what goes wrong and returns the code for it. They throw
+// `OutputError`.
 
 ExitCode runInfo(const InfoOptions& options, Session& session);
 ExitCode runPackets(const PacketsOptions& options, Session& session);
 ExitCode runSeekTest(const SeekTestOptions& options, Session& session);
 ExitCode runExtract(const ExtractOptions& options, Session& session);
+ExitCode runExplain(const ExplainOptions& options, Session& session);
 
 }  // namespace ogmprobe

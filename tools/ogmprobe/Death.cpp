@@ -5,96 +5,48 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <csignal>
 #include <cstring>
+#include <new>
 
 #include "ExitCode.h"
-#include "Output.h"
-#include "PluginCall.h"
 
 // Everything here that a signal handler reaches uses static memory and async-signal-safe calls
 // only.
 namespace ogmprobe::death {
 namespace {
 
-struct FatalSignal {
-    int number;
-    const char* name;
-};
+using Cause = DeathNote::Cause;
 
-constexpr std::array kFatalSignals = {
-        FatalSignal{SIGSEGV, "segmentation fault"},
-        FatalSignal{SIGBUS, "bus error"},
-        FatalSignal{SIGFPE, "arithmetic exception"},
-        FatalSignal{SIGILL, "illegal instruction"},
-        FatalSignal{SIGTRAP, "trap"},
-        FatalSignal{SIGABRT, "abort"},
-};
+constexpr std::array kFatalSignals = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS};
 
 constexpr size_t kSignalStackSize = 65536;
 
-std::array<char, 4096> gSubject = {};
+DeathNote* gNote = nullptr;
 alignas(16) std::array<char, kSignalStackSize> gSignalStack;
 
-/** A line put together without allocating; what does not fit is cut. */
-class Message {
-  public:
-    Message& operator<<(const char* text) {
-        const size_t length = std::min(std::strlen(text), mText.size() - mUsed);
-        std::memcpy(mText.data() + mUsed, text, length);
-        mUsed += length;
-        return *this;
-    }
-
-    void write() const {
-        // Nothing is left to do when standard error fails.
-        [[maybe_unused]] const ssize_t ignored = ::write(STDERR_FILENO, mText.data(), mUsed);
-    }
-
-  private:
-    std::array<char, 8192> mText;
-    size_t mUsed = 0;
-};
-
-[[noreturn]] void end(const char* what, const char* function, const char* reason) noexcept {
-    Output::flushAfterDeath();
-    Message message;
-    message << "ogmprobe: error: ";
-    if (gSubject[0] != '\0') {
-        message << gSubject.data() << ": ";
-    }
-    message << "the extractor " << what << " in " << function << ": " << reason << "\n";
-    message.write();
+[[noreturn]] void end(Cause cause, int number, const char* text) noexcept {
+    const size_t length = std::min(std::strlen(text), gNote->text.size() - 1);
+    std::memcpy(gNote->text.data(), text, length);
+    gNote->text[length] = '\0';
+    gNote->number = number;
+    gNote->cause = cause;
     _exit(static_cast<int>(ExitCode::kDied));
 }
 
 void onAssertion(const char* text) {
-    const char* function = PluginCall::current();
-    if (function == nullptr) {
-        __android_log_default_aborter(text);
-        return;
-    }
-    end("died", function, text);
+    end(Cause::kAssertion, 0, text);
 }
 
-const char* signalName(int number) {
-    for (const FatalSignal& signal : kFatalSignals) {
-        if (signal.number == number) {
-            return signal.name;
-        }
-    }
-    return "signal";
+void onOutOfMemory() {
+    end(Cause::kOutOfMemory, 0, "");
 }
 
-void onSignal(int number) {
-    const char* function = PluginCall::current();
-    if (function == nullptr) {
-        std::signal(number, SIG_DFL);
-        std::raise(number);
-        return;
+void onSignal(int number, siginfo_t* info, void*) {
+    if (number == SIGSYS) {
+        end(Cause::kForbiddenCall, info->si_syscall, "");
     }
-    end("died", function, signalName(number));
+    end(Cause::kSignal, number, "");
 }
 
 // A stack overflow leaves no room for a handler on the stack that overflowed.
@@ -107,25 +59,21 @@ void useOwnSignalStack() {
 
 }  // namespace
 
-void catchAll() {
+void catchAll(DeathNote& note) {
+    gNote = &note;
     __android_log_set_aborter(onAssertion);
+    std::set_new_handler(onOutOfMemory);
     useOwnSignalStack();
     struct sigaction action = {};
-    action.sa_handler = onSignal;
-    action.sa_flags = SA_ONSTACK;
-    for (const FatalSignal& signal : kFatalSignals) {
-        sigaction(signal.number, &action, nullptr);
+    action.sa_sigaction = onSignal;
+    action.sa_flags = SA_ONSTACK | SA_SIGINFO;
+    for (const int number : kFatalSignals) {
+        sigaction(number, &action, nullptr);
     }
 }
 
-void nameSubject(const std::string& path) {
-    const size_t length = std::min(path.size(), gSubject.size() - 1);
-    std::memcpy(gSubject.data(), path.data(), length);
-    gSubject[length] = '\0';
-}
-
-void extractorIsStuck(const char* function, const char* observation) noexcept {
-    end("is stuck", function, observation);
+void ofException(const char* text) {
+    end(Cause::kException, 0, text);
 }
 
 }  // namespace ogmprobe::death

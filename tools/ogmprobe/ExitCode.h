@@ -19,6 +19,10 @@ enum class ExitCode : int {
     kDied = 4,
 };
 
+constexpr ExitCode lastOf(ExitCode) {
+    return ExitCode::kDied;
+}
+
 /** Ends the work on one file; `what()` is a sentence for people, without the file's name. */
 class ProbeError : public std::runtime_error {
   public:

@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "CommandRecords.h"
 #include "Commands.h"
 #include "CommentHeader.h"
-#include "Death.h"
-#include "MediaFile.h"
 #include "NewFile.h"
 #include "ProgressBar.h"
-#include "Report.h"
 #include "StreamWriter.h"
 
 namespace ogmprobe {
@@ -24,8 +22,8 @@ namespace fs = std::filesystem;
 /** One track on its way into its file. */
 class Extraction {
   public:
-    Extraction(const TrackStream& stream, const fs::path& path)
-        : mStream(stream), mFile(path), mWriter(makeStreamWriter(stream.description(), mFile)) {}
+    Extraction(const TrackDescription& track, const fs::path& path, Existing existing)
+        : mTrack(track), mFile(path, existing), mWriter(makeStreamWriter(track, mFile)) {}
 
     void write(const Packet& packet) {
         // No part of the coded stream: players would take it for damage.
@@ -38,50 +36,38 @@ class Extraction {
         mWriter->write(packet);
     }
 
+    /** The track has been read to its end. */
+    void isWhole() { mWhole = true; }
+
     /** Gives the file its name, unless the track could not be read to its end. */
     void finish(Report& report, Output& output) {
         mWriter->finish();
-        if (mStream.failed()) {
-            report.warning(fmt::format("what could be read of track {} is in {}",
-                                       mStream.description().index, mFile.partPath().string()));
+        if (!mWhole) {
+            mFile.keepPart();
+            report.warning(fmt::format("what could be read of track {} is in {}", mTrack.index,
+                                       mFile.partPath().string()));
             return;
         }
         mFile.commit();
-        const TrackDescription& track = mStream.description();
-        output.write(fmt::format("track {}: {}, {} buffers{}, {} bytes: {}\n", track.index,
-                                 track.codec.name, mBuffers,
+        output.write(fmt::format("track {}: {}, {} buffers{}, {} bytes: {}\n", mTrack.index,
+                                 mTrack.codec.name, mBuffers,
                                  mHasComments ? " (comment header left out)" : "", mFile.size(),
                                  mFile.path().string()));
     }
 
   private:
-    const TrackStream& mStream;
+    const TrackDescription mTrack;
     NewFile mFile;
     std::unique_ptr<StreamWriter> mWriter;
     uint64_t mBuffers = 0;
     bool mHasComments = false;
+    bool mWhole = false;
 };
 
-std::vector<fs::path> outputPaths(const ExtractOptions& options, const PlayedTracks& tracks) {
-    const std::string stem = fs::path(options.file).stem().string();
-    std::vector<fs::path> paths;
-    for (const auto& stream : tracks.streams()) {
-        const TrackDescription& track = stream->description();
-        paths.push_back(fs::path(options.folder) /
-                        fmt::format("{}.track{}{}", stem, track.index, track.codec.suffix));
-    }
-    return paths;
-}
-
-// Before anything is read: nobody wants to hear it after an hour.
-void requireFree(const std::vector<fs::path>& paths) {
-    for (const fs::path& path : paths) {
-        std::error_code ignored;
-        if (fs::exists(path, ignored)) {
-            throw ProbeError(ExitCode::kFile,
-                             fmt::format("{} exists; --force overwrites it", path.string()));
-        }
-    }
+fs::path outputPath(const ExtractOptions& options, const TrackDescription& track) {
+    return fs::path(options.folder) / fmt::format("{}.track{}{}",
+                                                  fs::path(options.file).stem().string(),
+                                                  track.index, track.codec.suffix);
 }
 
 void makeFolder(const fs::path& folder) {
@@ -93,46 +79,75 @@ void makeFolder(const fs::path& folder) {
     }
 }
 
-void copyBuffers(const MediaFile& file, const PlayedTracks& tracks, Console& console,
-                 std::vector<std::unique_ptr<Extraction>>& extractions) {
-    ProgressBar progress(console);
-    TimeOrderedReader reader = tracks.reader();
-    while (const auto packet = reader.next()) {
-        extractions[packet->stream]->write(packet->packet);
-        progress.update(file.source().position());
-    }
-}
+/** Writes the packets of all tracks while they come. */
+class ExtractRecords : public CommandRecords {
+  public:
+    using CommandRecords::operator();
 
-void extractFile(const ExtractOptions& options, Session& session, Report& report) {
-    const PluginLibrary library = loadPlugin(session.options);
-    const MediaFile file(library, options.file);
-    const PlayedTracks tracks(file, options.tracks, report);
-    if (tracks.streams().empty()) {
-        report.warning("the file has no tracks that can be played");
-        return;
+    ExtractRecords(const ExtractOptions& options, Session& session, Report& report)
+        : CommandRecords(session, report), mOptions(options), mProgress(session.console) {}
+
+    void operator()(const FileOpened& file) { mFileSize = file.sizeBytes; }
+    void operator()(const TrackStarted& started) { mTracks.push_back(started.track); }
+    void operator()(const PlaybackReady&) { createFiles(); }
+
+    void operator()(const PacketPlayed& packet) {
+        const auto extraction = mExtractions.find(packet.track);
+        if (extraction != mExtractions.end()) {
+            extraction->second->write(packet.packet);
+        }
+        if (mFileSize > 0) {
+            mProgress.update(static_cast<double>(packet.packet.readUpTo) /
+                             static_cast<double>(mFileSize));
+        }
     }
-    const std::vector<fs::path> paths = outputPaths(options, tracks);
-    if (!options.force) {
-        requireFree(paths);
+    void operator()(const TrackEnded& end) {
+        CommandRecords::operator()(end);
+        const auto extraction = mExtractions.find(end.track);
+        if (extraction != mExtractions.end() && !end.failure) {
+            extraction->second->isWhole();
+        }
     }
-    makeFolder(options.folder);
-    std::vector<std::unique_ptr<Extraction>> extractions;
-    for (size_t i = 0; i < paths.size(); ++i) {
-        extractions.push_back(std::make_unique<Extraction>(*tracks.streams()[i], paths[i]));
+
+    /** Gives the files their names. */
+    void finish() {
+        for (const auto& [index, extraction] : mExtractions) {
+            report().guard([&, &file = *extraction] { file.finish(report(), session().output); });
+        }
     }
-    copyBuffers(file, tracks, session.console, extractions);
-    for (const auto& extraction : extractions) {
-        extraction->finish(report, session.output);
+
+  private:
+    void createFiles() {
+        if (mTracks.empty()) {
+            report().warning(kNoTracks);
+            return;
+        }
+        makeFolder(mOptions.folder);
+        const Existing existing = mOptions.force ? Existing::kOverwrite : Existing::kRefuse;
+        // Before anything is read: nobody wants to hear of a name that is taken after an hour.
+        for (const TrackDescription& track : mTracks) {
+            mExtractions[track.index] =
+                    std::make_unique<Extraction>(track, outputPath(mOptions, track), existing);
+        }
     }
-    file.requireReadable();
-}
+
+    const ExtractOptions& mOptions;
+    ProgressBar mProgress;
+    uint64_t mFileSize = 0;
+    std::vector<TrackDescription> mTracks;
+    std::map<uint64_t, std::unique_ptr<Extraction>> mExtractions;
+};
 
 }  // namespace
 
 ExitCode runExtract(const ExtractOptions& options, Session& session) {
-    death::nameSubject(options.file);
     Report report(session.console, options.file);
-    report.guard([&] { extractFile(options, session, report); });
+    ExtractRecords records(options, session, report);
+    report.guard([&] {
+        runJob({options.file, playJob({options.tracks, {}, {}})}, session.options,
+               visitedBy(records));
+        records.finish();
+    });
     return report.worst();
 }
 

@@ -13,6 +13,7 @@
 
 #include "ExitCode.h"
 #include "PluginCall.h"
+#include "Trace.h"
 
 namespace ogmprobe {
 namespace {
@@ -59,10 +60,6 @@ FileSource::~FileSource() {
     close(mDescriptor);
 }
 
-double FileSource::position() const {
-    return mSize > 0 ? static_cast<double>(mLastReadEnd) / static_cast<double>(mSize) : 0;
-}
-
 ssize_t FileSource::readAt(off64_t offset, void* data, size_t size) {
     ++mReads;
     if (offset < 0) {
@@ -75,7 +72,7 @@ ssize_t FileSource::readAt(off64_t offset, void* data, size_t size) {
     const ssize_t got = readWhole(offset, static_cast<uint8_t*>(data), available);
     if (got > 0) {
         mBytesRead += static_cast<uint64_t>(got);
-        mLastReadEnd = offset + got;
+        mReadUpTo = static_cast<uint64_t>(offset + got);
     }
     return got;
 }
@@ -106,6 +103,7 @@ android::CDataSource FileSource::makeTable(FileSource* source) {
     table.readAt = [](void* handle, off64_t offset, void* data, size_t size) -> ssize_t {
         const ssize_t got = static_cast<FileSource*>(handle)->readAt(offset, data, size);
         PluginCall::noteProgress();
+        Trace::add<SourceRead>(offset, size, got);
         return got;
     };
     table.getSize = [](void* handle, off64_t* size) -> android::status_t {

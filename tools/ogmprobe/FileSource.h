@@ -29,8 +29,10 @@ class FileSource {
     uint64_t reads() const { return mReads; }
     uint64_t bytesRead() const { return mBytesRead; }
 
-    /** Where the last read that gave something ended, as a part (0 to 1) of the file. */
-    double position() const;
+    /** Where the last read that gave something ended. */
+    uint64_t readUpTo() const { return mReadUpTo; }
+
+    uint64_t size() const { return static_cast<uint64_t>(mSize); }
 
     /** The first error of the operating system in a read, as an `errno` value; 0 without one. */
     int error() const { return mError; }
@@ -43,7 +45,7 @@ class FileSource {
 
     int mDescriptor = -1;
     off64_t mSize = 0;
-    off64_t mLastReadEnd = 0;
+    uint64_t mReadUpTo = 0;
     uint64_t mReads = 0;
     uint64_t mBytesRead = 0;
     int mError = 0;

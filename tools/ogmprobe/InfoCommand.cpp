@@ -7,12 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "CommandRecords.h"
 #include "Commands.h"
-#include "Death.h"
 #include "Hex.h"
 #include "Json.h"
-#include "MediaFile.h"
-#include "Report.h"
 #include "TextTable.h"
 #include "TimeText.h"
 
@@ -23,35 +21,44 @@ using nlohmann::ordered_json;
 
 /** What is shown of a file. */
 struct FileInfo {
-    std::string extractor;
-    std::string mime;
-    std::optional<int64_t> durationUs;
+    FileOpened file;
+    /** Fewer than the file has, if its extractor died. */
     std::vector<TrackDescription> tracks;
 };
 
-void complain(const FileInfo& info, Report& report) {
-    if (info.tracks.empty()) {
-        report.warning("the file has no tracks that can be played");
-    }
-    for (const TrackDescription& track : info.tracks) {
-        for (const std::string& complaint : complaints(track)) {
-            report.warning(complaint);
+/** Gathers what the records of one file tell. */
+class InfoRecords : public CommandRecords {
+  public:
+    using CommandRecords::operator();
+
+    InfoRecords(Session& session, Report& report, Report& reportOfRun)
+        : CommandRecords(session, report), mReportOfRun(reportOfRun) {}
+
+    void operator()(const FileOpened& file) {
+        mInfo = FileInfo{file, {}};
+        if (file.trackCount == 0) {
+            report().warning(kNoTracks);
         }
     }
-}
+    void operator()(const TrackListed& listed) {
+        for (const std::string& complaint : complaints(listed.track)) {
+            report().warning(complaint);
+        }
+        if (mInfo) {
+            mInfo->tracks.push_back(listed.track);
+        }
+    }
+    void operator()(const Failure& failure) {
+        Report& concerned = failure.ofPlugin ? mReportOfRun : report();
+        concerned.error(failure.code, failure.message);
+    }
 
-FileInfo inspect(const PluginLibrary& library, const std::string& path, Report& report) {
-    const MediaFile file(library, path);
-    FileInfo info;
-    info.extractor = file.extractor().name();
-    const Format& format = file.extractor().format();
-    info.mime = format.string(AMEDIAFORMAT_KEY_MIME).value_or("");
-    info.durationUs = format.int64(AMEDIAFORMAT_KEY_DURATION);
-    info.tracks = file.describeTracks();
-    complain(info, report);
-    file.requireReadable();
-    return info;
-}
+    const std::optional<FileInfo>& info() const { return mInfo; }
+
+  private:
+    Report& mReportOfRun;
+    std::optional<FileInfo> mInfo;
+};
 
 ordered_json toJson(const std::string& path, const std::optional<FileInfo>& info,
                     const Report& report) {
@@ -59,8 +66,8 @@ ordered_json toJson(const std::string& path, const std::optional<FileInfo>& info
     ordered_json extractor = nullptr;
     auto tracks = ordered_json::array();
     if (info) {
-        extractor = info->extractor;
-        container = {{"mime", info->mime}, {"duration_us", orNull(info->durationUs)}};
+        extractor = info->file.extractor;
+        container = {{"mime", info->file.mime}, {"duration_us", orNull(info->file.durationUs)}};
         for (const TrackDescription& track : info->tracks) {
             tracks.push_back(toJson(track));
         }
@@ -98,9 +105,10 @@ std::string esdsText(const TrackDescription& track) {
 }
 
 std::string toText(const std::string& path, const FileInfo& info, bool color) {
+    const FileOpened& file = info.file;
     std::string text = fmt::format("{}: {}, duration {}, {} track{}\n", emphasised(path, color),
-                                   info.mime, durationText(info.durationUs), info.tracks.size(),
-                                   info.tracks.size() == 1 ? "" : "s");
+                                   file.mime, durationText(file.durationUs), file.trackCount,
+                                   file.trackCount == 1 ? "" : "s");
     if (!info.tracks.empty()) {
         text += trackTable(info.tracks, color);
     }
@@ -122,12 +130,11 @@ class InfoRun {
           mColor(wantsColor(session.options.color, STDOUT_FILENO)) {}
 
     ExitCode run() {
-        mReport.guard([this] {
-            const PluginLibrary library = loadPlugin(mSession.options);
-            for (const std::string& path : mOptions.files) {
-                inspectOne(library, path);
+        for (const std::string& path : mOptions.files) {
+            if (mReport.worst() == ExitCode::kDone) {
+                inspect(path);
             }
-        });
+        }
         if (mOptions.json) {
             mSession.output.write(toDocument({{"schema_version", kSchemaVersion},
                                               {"files", mFiles},
@@ -138,12 +145,17 @@ class InfoRun {
     }
 
   private:
-    void inspectOne(const PluginLibrary& library, const std::string& path) {
-        death::nameSubject(path);
+    void inspect(const std::string& path) {
         Report report(mSession.console, path);
-        std::optional<FileInfo> info;
-        report.guard([&] { info = inspect(library, path, report); });
+        InfoRecords records(mSession, report, mReport);
+        runReported({path, describeJob()}, mSession, report, records);
         mWorst = std::max(mWorst, report.worst());
+        if (mReport.worst() == ExitCode::kDone) {
+            show(path, records.info(), report);
+        }
+    }
+
+    void show(const std::string& path, const std::optional<FileInfo>& info, const Report& report) {
         if (mOptions.json) {
             mFiles.push_back(toJson(path, info, report));
         } else if (info) {
@@ -155,6 +167,7 @@ class InfoRun {
 
     const InfoOptions& mOptions;
     Session& mSession;
+    /** About what concerns all files, so that there is no use in going on. */
     Report mReport;
     const bool mColor;
     ExitCode mWorst = ExitCode::kDone;

@@ -42,19 +42,34 @@ void start(Track& track) {
 
 // The players start the audio before the video.
 void startInPlayersOrder(const std::vector<std::unique_ptr<Track>>& tracks,
-                         const std::vector<TrackDescription>& descriptions) {
+                         const std::vector<TrackKind>& kinds) {
     for (const TrackKind kind : {TrackKind::kAudio, TrackKind::kVideo, TrackKind::kOther}) {
         for (size_t i = 0; i < tracks.size(); ++i) {
-            if (descriptions[i].kind == kind) {
+            if (kinds[i] == kind) {
                 start(*tracks[i]);
             }
         }
     }
 }
 
+// Of a read that gave no packet to go on with; nothing at the end of the stream.
+std::optional<std::string> failureOf(const Track::ReadResult& result) {
+    if (result.withoutTime) {
+        return "a buffer bears no time";
+    }
+    switch (result.status) {
+        case AMEDIA_OK:
+            return "a read gave no buffer";
+        case AMEDIA_ERROR_END_OF_STREAM:
+            return std::nullopt;
+        default:
+            return statusText(result.status);
+    }
+}
+
 }  // namespace
 
-MediaFile::MediaFile(const PluginLibrary& library, const std::string& path) : mSource(path) {
+MediaFile::MediaFile(const PluginLibrary& library, FileSource& source) : mSource(source) {
     try {
         mExtractor = library.open(mSource.table());
     } catch (const ProbeError&) {
@@ -64,12 +79,10 @@ MediaFile::MediaFile(const PluginLibrary& library, const std::string& path) : mS
     }
 }
 
-std::vector<TrackDescription> MediaFile::describeTracks() const {
-    std::vector<TrackDescription> tracks;
-    for (size_t i = 0; i < mExtractor->trackCount(); ++i) {
-        tracks.push_back(describeTrack(i, mExtractor->trackFormat(i)));
-    }
-    return tracks;
+FileOpened MediaFile::facts() const {
+    const Format& format = mExtractor->format();
+    return {mExtractor->name(), format.string(AMEDIAFORMAT_KEY_MIME).value_or(""),
+            format.int64(AMEDIAFORMAT_KEY_DURATION), mExtractor->trackCount(), mSource.size()};
 }
 
 void MediaFile::requireReadable() const {
@@ -79,51 +92,42 @@ void MediaFile::requireReadable() const {
     }
 }
 
-TrackStream::TrackStream(std::unique_ptr<Track> track, TrackDescription description, Report& report)
-    : mTrack(std::move(track)), mDescription(std::move(description)), mReport(report) {}
+TrackStream::TrackStream(std::unique_ptr<Track> track, const FileSource& source)
+    : mTrack(std::move(track)), mSource(source) {}
 
 std::optional<Packet> TrackStream::read(const std::optional<SeekRequest>& seek) {
     Track::ReadResult result = mTrack->read(seek);
-    if (result.packet && !result.withoutTime) {
-        return std::move(result.packet);
+    mEnd.reset();
+    if (!result.packet || result.withoutTime) {
+        mEnd = TrackEnded{mTrack->index(), failureOf(result)};
+        return std::nullopt;
     }
-    if (result.withoutTime) {
-        fail("a buffer bears no time");
-    } else if (result.status == AMEDIA_OK) {
-        fail("a read gave no buffer");
-    } else if (result.status != AMEDIA_ERROR_END_OF_STREAM) {
-        fail(statusText(result.status));
-    }
-    return std::nullopt;
-}
-
-void TrackStream::fail(const std::string& reason) {
-    mFailed = true;
-    mReport.error(ExitCode::kFile,
-                  fmt::format("reading track {} failed: {}", mTrack->index(), reason));
+    result.packet->readUpTo = mSource.readUpTo();
+    return std::move(result.packet);
 }
 
 PlayedTracks::PlayedTracks(const MediaFile& file, const std::vector<size_t>& selection,
-                           Report& report) {
+                           const RecordSink& sink) {
     const Extractor& extractor = file.extractor();
     std::vector<std::unique_ptr<Track>> tracks;
-    std::vector<TrackDescription> descriptions;
+    std::vector<TrackKind> kinds;
     for (const size_t index : sortedSelection(selection, extractor.trackCount())) {
         tracks.push_back(makeTrack(extractor, index));
-        descriptions.push_back(describeTrack(index, extractor.trackFormat(index)));
+        kinds.push_back(describeTrack(index, extractor.trackFormat(index)).kind);
     }
-    startInPlayersOrder(tracks, descriptions);
+    startInPlayersOrder(tracks, kinds);
+    std::optional<size_t> firstVideo;
     for (auto& track : tracks) {
         // What a decoder is set up with is the started track's own format.
         TrackDescription description = describeTrack(track->index(), track->format());
-        mStreams.push_back(
-                std::make_unique<TrackStream>(std::move(track), std::move(description), report));
+        if (description.kind == TrackKind::kVideo && !firstVideo) {
+            firstVideo = mStreams.size();
+        }
+        sink(TrackStarted{std::move(description)});
+        mStreams.push_back(std::make_unique<TrackStream>(std::move(track), file.source()));
     }
-    const auto isVideo = [](const auto& stream) {
-        return stream->description().kind == TrackKind::kVideo;
-    };
-    const auto video = std::find_if(mStreams.begin(), mStreams.end(), isVideo);
-    mLead = video != mStreams.end() ? static_cast<size_t>(video - mStreams.begin()) : 0;
+    mLead = firstVideo.value_or(0);
+    sink(PlaybackReady{mStreams.size()});
 }
 
 TimeOrderedReader PlayedTracks::reader() const {
@@ -132,6 +136,14 @@ TimeOrderedReader PlayedTracks::reader() const {
         streams.push_back(stream.get());
     }
     return {streams, mLead};
+}
+
+void PlayedTracks::tellEnds(const RecordSink& sink) const {
+    for (const auto& stream : mStreams) {
+        if (auto end = stream->takeEnd()) {
+            sink(*std::move(end));
+        }
+    }
 }
 
 }  // namespace ogmprobe

@@ -2,13 +2,14 @@
 #pragma once
 
 #include <memory>
-#include <string>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "Extractor.h"
 #include "FileSource.h"
 #include "PluginLibrary.h"
-#include "Report.h"
+#include "Records.h"
 #include "TimeOrderedReader.h"
 #include "TrackDescription.h"
 
@@ -18,59 +19,60 @@ namespace ogmprobe {
 class MediaFile {
   public:
     /**
-     * Throws `ProbeError`: the file cannot be opened or read, or the plug-in does not take it. The
-     * library must outlive this object.
+     * Throws `ProbeError`: the file cannot be read, or the plug-in does not take it. Library and
+     * source must outlive this object.
      */
-    MediaFile(const PluginLibrary& library, const std::string& path);
+    MediaFile(const PluginLibrary& library, FileSource& source);
 
     const FileSource& source() const { return mSource; }
     const Extractor& extractor() const { return *mExtractor; }
 
-    std::vector<TrackDescription> describeTracks() const;
+    FileOpened facts() const;
 
     /** Throws `ProbeError` when the file itself could not be read at some time. */
     void requireReadable() const;
 
   private:
-    // The extractor reads from its source until it is freed.
-    FileSource mSource;
+    FileSource& mSource;
     std::unique_ptr<Extractor> mExtractor;
 };
 
-/** A started track as a stream of packets; failures go to the report and end the stream. */
+/** A started track as a stream of packets. */
 class TrackStream : public PacketStream {
   public:
-    TrackStream(std::unique_ptr<Track> track, TrackDescription description, Report& report);
+    TrackStream(std::unique_ptr<Track> track, const FileSource& source);
 
-    const TrackDescription& description() const { return mDescription; }
-    /** Whether a read has failed; the end of the track is no failure. */
-    bool failed() const { return mFailed; }
+    size_t index() const { return mTrack->index(); }
 
     std::optional<Packet> read(const std::optional<SeekRequest>& seek) override;
 
-  private:
-    void fail(const std::string& reason);
+    /** Why the last read gave nothing, once; nothing if it gave a packet. */
+    std::optional<TrackEnded> takeEnd() { return std::exchange(mEnd, std::nullopt); }
 
+  private:
     std::unique_ptr<Track> mTrack;
-    TrackDescription mDescription;
-    Report& mReport;
-    bool mFailed = false;
+    const FileSource& mSource;
+    std::optional<TrackEnded> mEnd;
 };
 
 /** Tracks of one file, ready to be read side by side. */
 class PlayedTracks {
   public:
     /**
-     * Makes and starts tracks in the players' order; an empty selection means all. Throws
-     * `ProbeError`: `kUsage` for a track that the file does not have, `kFile` when one does not
-     * start. File and report must outlive this object.
+     * Makes and starts tracks in the players' order, and tells of each; an empty selection means
+     * all. Throws `ProbeError`: `kUsage` for a track that the file does not have, `kFile` when one
+     * does not start. The file must outlive this object.
      */
-    PlayedTracks(const MediaFile& file, const std::vector<size_t>& selection, Report& report);
+    PlayedTracks(const MediaFile& file, const std::vector<size_t>& selection,
+                 const RecordSink& sink);
 
     const std::vector<std::unique_ptr<TrackStream>>& streams() const { return mStreams; }
     /** The first video track, else the first track: the one that a seek moves first. */
     size_t lead() const { return mLead; }
     TimeOrderedReader reader() const;
+
+    /** Tells of the tracks that have ended since the last time. */
+    void tellEnds(const RecordSink& sink) const;
 
   private:
     std::vector<std::unique_ptr<TrackStream>> mStreams;

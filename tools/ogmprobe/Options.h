@@ -21,6 +21,8 @@ struct GlobalOptions {
     ColorMode color = ColorMode::kAuto;
     /** How long the plug-in may stand still; 0 for ever. */
     double timeoutSeconds = 10;
+    /** Runs the plug-in unprotected, within reach of a debugger. */
+    bool inProcess = false;
 };
 
 struct InfoOptions {
@@ -53,7 +55,17 @@ struct ExtractOptions {
     bool force = false;
 };
 
-using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions>;
+struct ExplainOptions {
+    std::string file;
+    /** List the pages too. */
+    bool pages = false;
+    /** Tell also what is so with every file; with pages, all log lines. */
+    bool verbose = false;
+    bool json = false;
+};
+
+using CommandOptions =
+        std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions, ExplainOptions>;
 
 struct Options {
     GlobalOptions global;

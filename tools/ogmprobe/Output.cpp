@@ -4,26 +4,11 @@
 #include <fmt/core.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 
-#include "ExitCode.h"
-
 namespace ogmprobe {
-namespace {
-
-std::atomic<Output*> gOutput{nullptr};
-
-}  // namespace
-
-Output::Output(int descriptor) : mDescriptor(descriptor), mTerminal(isatty(descriptor) == 1) {
-    gOutput = this;
-}
-
-Output::~Output() {
-    gOutput = nullptr;
-}
+Output::Output(int descriptor) : mDescriptor(descriptor), mTerminal(isatty(descriptor) == 1) {}
 
 void Output::write(std::string_view text) {
     if (text.size() > mBuffer.size() - mUsed) {
@@ -51,29 +36,9 @@ void Output::writeThrough(std::string_view text) const {
         const ssize_t written = ::write(mDescriptor, text.data(), text.size());
         if (written >= 0) {
             text.remove_prefix(static_cast<size_t>(written));
-        } else if (errno == EPIPE) {
-            throw ClosedPipe{};
         } else if (errno != EINTR) {
-            throw ProbeError(ExitCode::kFile,
-                             fmt::format("cannot write the output: {}", std::strerror(errno)));
+            throw OutputError(fmt::format("cannot write the output: {}", std::strerror(errno)));
         }
-    }
-}
-
-void Output::flushAfterDeath() noexcept {
-    const Output* output = gOutput;
-    if (output == nullptr) {
-        return;
-    }
-    const char* from = output->mBuffer.data();
-    size_t left = output->mUsed;
-    while (left > 0) {
-        const ssize_t written = ::write(output->mDescriptor, from, left);
-        if (written <= 0) {
-            return;
-        }
-        from += written;
-        left -= static_cast<size_t>(written);
     }
 }
 

@@ -3,12 +3,19 @@
 
 #include <array>
 #include <cstddef>
+#include <stdexcept>
 #include <string_view>
 
 namespace ogmprobe {
 
-/** Thrown when nobody reads standard output any more: the program then ends in silence. */
-struct ClosedPipe {};
+/**
+ * Standard output cannot be written, be its reader gone or its disk full. No failure of the work on
+ * one file: the program ends.
+ */
+class OutputError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
 
 /**
  * Standard output, the only place for data.
@@ -19,22 +26,14 @@ struct ClosedPipe {};
  */
 class Output {
   public:
-    /** Only one object may exist at a time: `flushAfterDeath` writes out that one. */
     explicit Output(int descriptor);
-    ~Output();
 
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    /**
-     * Throws `ClosedPipe` when the reader is gone, and `ProbeError` with `ExitCode::kFile` on any
-     * other failure.
-     */
+    /** Both throw `OutputError`. */
     void write(std::string_view text);
     void flush();
-
-    /** Writes out what was collected; safe in a signal handler. */
-    static void flushAfterDeath() noexcept;
 
   private:
     static constexpr size_t kBufferSize = 65536;

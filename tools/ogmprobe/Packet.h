@@ -11,6 +11,8 @@ struct Packet {
     int64_t timeUs = 0;
     bool isSync = false;
     std::vector<uint8_t> bytes;
+    /** Where in the file the last read had ended when the packet came out. */
+    uint64_t readUpTo = 0;
 };
 
 }  // namespace ogmprobe

@@ -26,8 +26,8 @@ class PacketTable : public PacketList {
         mOutput.write(fmt::format("# seek to {}\n", secondsText(targetUs)));
     }
 
-    void packet(size_t track, const OrderedPacket& packet) override {
-        line(track, secondsText(packet.packet.timeUs), secondsText(packet.untilNextUs),
+    void packet(const PacketPlayed& packet) override {
+        line(packet.track, secondsText(packet.packet.timeUs), secondsText(packet.untilNextUs),
              packet.packet.bytes.size(), packet.packet.isSync ? "K" : "-",
              digestText(packet.packet));
     }
@@ -58,9 +58,9 @@ class PacketJsonLines : public PacketList {
         mOutput.write(toLine({{"type", "seek"}, {"target_us", targetUs}}));
     }
 
-    void packet(size_t track, const OrderedPacket& packet) override {
+    void packet(const PacketPlayed& packet) override {
         mOutput.write(toLine({{"type", "buffer"},
-                              {"track", track},
+                              {"track", packet.track},
                               {"time_us", packet.packet.timeUs},
                               {"until_next_us", orNull(packet.untilNextUs)},
                               {"size", packet.packet.bytes.size()},

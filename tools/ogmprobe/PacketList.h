@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "Output.h"
+#include "Records.h"
 #include "Report.h"
-#include "TimeOrderedReader.h"
 
 namespace ogmprobe {
 
@@ -18,7 +18,7 @@ class PacketList {
     virtual void begin() = 0;
     /** What follows was read after this seek. */
     virtual void seek(int64_t targetUs) = 0;
-    virtual void packet(size_t track, const OrderedPacket& packet) = 0;
+    virtual void packet(const PacketPlayed& packet) = 0;
     virtual void end(const Report& report) = 0;
 };
 

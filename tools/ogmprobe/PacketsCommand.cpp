@@ -1,57 +1,40 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <vector>
-
+#include "CommandRecords.h"
 #include "Commands.h"
-#include "Death.h"
-#include "MediaFile.h"
 #include "PacketList.h"
-#include "Report.h"
 
 namespace ogmprobe {
 namespace {
 
-void listBuffers(TimeOrderedReader& reader, const PlayedTracks& tracks,
-                 const std::optional<uint64_t>& limit, PacketList& list) {
-    const auto& streams = tracks.streams();
-    std::vector<uint64_t> counts(streams.size(), 0);
-    while (const auto packet = reader.next()) {
-        list.packet(streams[packet->stream]->description().index, *packet);
-        if (++counts[packet->stream] == limit) {
-            reader.drop(packet->stream);
+class PacketsRecords : public CommandRecords {
+  public:
+    using CommandRecords::operator();
+
+    PacketsRecords(Session& session, Report& report, PacketList& list)
+        : CommandRecords(session, report), mList(list) {}
+
+    void operator()(const PlaybackReady& ready) {
+        if (ready.trackCount == 0) {
+            report().warning(kNoTracks);
         }
     }
-}
+    void operator()(const SeekBegun& seek) { mList.seek(seek.targetUs); }
+    void operator()(const PacketPlayed& packet) { mList.packet(packet); }
 
-void listFile(const PacketsOptions& options, const GlobalOptions& global, Report& report,
-              PacketList& list) {
-    const PluginLibrary library = loadPlugin(global);
-    const MediaFile file(library, options.file);
-    const PlayedTracks tracks(file, options.tracks, report);
-    if (tracks.streams().empty()) {
-        report.warning("the file has no tracks that can be played");
-        return;
-    }
-    TimeOrderedReader reader = tracks.reader();
-    if (options.seeksUs.empty()) {
-        listBuffers(reader, tracks, options.count, list);
-    }
-    for (const int64_t targetUs : options.seeksUs) {
-        list.seek(targetUs);
-        reader.seek(targetUs);
-        listBuffers(reader, tracks, options.count, list);
-    }
-    file.requireReadable();
-}
+  private:
+    PacketList& mList;
+};
 
 }  // namespace
 
 ExitCode runPackets(const PacketsOptions& options, Session& session) {
-    death::nameSubject(options.file);
     Report report(session.console, options.file);
     const auto list =
             options.json ? makePacketJsonLines(session.output) : makePacketTable(session.output);
     list->begin();
-    report.guard([&] { listFile(options, session.options, report, *list); });
+    PacketsRecords records(session, report, *list);
+    const Job job = playJob({options.tracks, options.seeksUs, options.count});
+    runReported({options.file, job}, session, report, records);
     list->end(report);
     return report.worst();
 }

@@ -1,43 +1,60 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PluginCall.h"
 
-#include <atomic>
+#include <exception>
+
+#include "Trace.h"
 
 namespace ogmprobe {
 namespace {
 
-std::atomic<const char*> gCurrent{nullptr};
-std::atomic<uint64_t> gCalls{0};
-std::atomic<uint64_t> gReads{0};
+Vitals gOwnVitals;
+Vitals* gVitals = &gOwnVitals;
+PluginFunction gLeftByException = PluginFunction::kNone;
 
-static_assert(std::atomic<const char*>::is_always_lock_free, "needed in signal handlers");
+// There is one writer: no need for an atomic addition.
+void countSignOfLife() noexcept {
+    auto& signs = gVitals->signsOfLife;
+    signs.store(signs.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+}
 
 }  // namespace
 
-PluginCall::PluginCall(const char* function) {
-    ++gCalls;
-    gCurrent = function;
+PluginCall::PluginCall(PluginFunction function, std::optional<size_t> track)
+    : mEnd{function, track, {}}, mExceptionsBefore(std::uncaught_exceptions()) {
+    countSignOfLife();
+    gVitals->function.store(function, std::memory_order_relaxed);
+    Trace::add<CallBegun>(function, track);
 }
 
 PluginCall::~PluginCall() {
-    gCurrent = nullptr;
-    ++gCalls;
+    if (std::uncaught_exceptions() > mExceptionsBefore) {
+        gLeftByException = mEnd.function;
+    }
+    Trace::add<CallEnded>(mEnd);
+    gVitals->function.store(PluginFunction::kNone, std::memory_order_relaxed);
+    countSignOfLife();
 }
 
-const char* PluginCall::current() noexcept {
-    return gCurrent;
+media_status_t PluginCall::returned(media_status_t status) {
+    mEnd.status = status;
+    return status;
+}
+
+bool PluginCall::active() noexcept {
+    return gVitals->function.load(std::memory_order_relaxed) != PluginFunction::kNone;
+}
+
+PluginFunction PluginCall::leftByException() noexcept {
+    return gLeftByException;
 }
 
 void PluginCall::noteProgress() noexcept {
-    ++gReads;
+    countSignOfLife();
 }
 
-uint64_t PluginCall::calls() noexcept {
-    return gCalls;
-}
-
-uint64_t PluginCall::signsOfLife() noexcept {
-    return gCalls + gReads;
+void PluginCall::keepIn(Vitals* vitals) noexcept {
+    gVitals = vitals != nullptr ? vitals : &gOwnVitals;
 }
 
 }  // namespace ogmprobe

@@ -40,7 +40,7 @@ std::optional<std::string> whyRefused(const android::ExtractorDef& definition) {
 struct SniffMeta {
     ~SniffMeta() {
         if (data != nullptr && freeMeta != nullptr) {
-            const PluginCall call("freeMeta");
+            const PluginCall call(PluginFunction::kFreeMeta);
             freeMeta(data);
         }
     }
@@ -52,7 +52,7 @@ struct SniffMeta {
 android::CreatorFunc sniff(const android::ExtractorDef& definition, android::CDataSource* source,
                            SniffMeta* meta) {
     float confidence = 0;
-    const PluginCall call("sniff");
+    const PluginCall call(PluginFunction::kSniff);
     // Both versions of the definition hold the sniff function at the same place.
     const auto creator = definition.u.v2.sniff(source, &confidence, &meta->data, &meta->freeMeta);
     if (creator == nullptr) {
@@ -83,7 +83,7 @@ PluginLibrary::PluginLibrary(const std::filesystem::path& path) {
                          fmt::format("{} is no plug-in: it lacks {}", absolute, kEntryPoint));
     }
     {
-        const PluginCall call(kEntryPoint);
+        const PluginCall call(PluginFunction::kDefinition);
         mDefinition.emplace(getDefinition());
     }
     if (const auto reason = whyRefused(*mDefinition)) {
@@ -117,7 +117,7 @@ std::unique_ptr<Extractor> PluginLibrary::open(android::CDataSource* source) con
         if (create == nullptr) {
             throw ProbeError(ExitCode::kNotTaken, fmt::format("not recognised by the {}", name()));
         }
-        const PluginCall call("create");
+        const PluginCall call(PluginFunction::kCreate);
         extractor = create(source, meta.data);
     }
     if (extractor == nullptr) {
@@ -130,7 +130,8 @@ std::unique_ptr<Extractor> PluginLibrary::open(android::CDataSource* source) con
 std::optional<std::filesystem::path> PluginLibrary::findBeside(
         const std::filesystem::path& programFolder) {
     const auto lib = programFolder.parent_path() / "lib";
-    const std::array folders = {lib / "extractors", lib / OGMPROBE_MULTIARCH / "extractors"};
+    // In a build tree, and when installed.
+    const std::array folders = {lib / "extractors", lib / "ogmprobe" / "extractors"};
     for (const auto& folder : folders) {
         std::error_code ignored;
         if (std::filesystem::exists(folder / kFileName, ignored)) {

@@ -4,7 +4,6 @@
 #include "Console.h"
 #include "Options.h"
 #include "Output.h"
-#include "PluginLibrary.h"
 
 namespace ogmprobe {
 
@@ -14,8 +13,5 @@ struct Session {
     Console& console;
     Output& output;
 };
-
-/** The plug-in that the options name. Throws as `PluginLibrary` does, or when none is found. */
-PluginLibrary loadPlugin(const GlobalOptions& options);
 
 }  // namespace ogmprobe

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "PluginCall.h"
+#include "Trace.h"
 
 namespace ogmprobe {
 namespace {
@@ -56,22 +57,22 @@ std::string statusText(media_status_t status) {
 
 void Track::Free::operator()(android::CMediaTrack* table) const {
     {
-        const PluginCall call("the track's free");
+        const PluginCall call(PluginFunction::kFreeTrack, index);
         table->free(table->data);
     }
     ::free(table);
 }
 
-Track::Track(size_t index, android::CMediaTrack* table) : mIndex(index), mTable(table) {}
+Track::Track(size_t index, android::CMediaTrack* table) : mIndex(index), mTable(table, {index}) {}
 
 Track::~Track() {
     if (mStarted) {
-        const PluginCall call("stop");
-        mTable->stop(mTable->data);
+        PluginCall call(PluginFunction::kStop, mIndex);
+        call.returned(mTable->stop(mTable->data));
     }
     mTable.reset();
     // A buffer that the plug-in has kept is found here, and ends the process.
-    const PluginCall call("the release of its buffers");
+    const PluginCall call(PluginFunction::kFreeBuffers, mIndex);
     mGroup.reset();
 }
 
@@ -79,16 +80,16 @@ media_status_t Track::start() {
     if (mGroup == nullptr) {
         mGroup = std::make_unique<android::MediaBufferGroup>();
     }
-    const PluginCall call("start");
-    const media_status_t status = mTable->start(mTable->data, mGroup->wrap());
+    PluginCall call(PluginFunction::kStart, mIndex);
+    const media_status_t status = call.returned(mTable->start(mTable->data, mGroup->wrap()));
     mStarted = status == AMEDIA_OK;
     return status;
 }
 
 Format Track::format() const {
     Format format;
-    const PluginCall call("getFormat");
-    const media_status_t status = mTable->getFormat(mTable->data, format.get());
+    PluginCall call(PluginFunction::kGetFormat, mIndex);
+    const media_status_t status = call.returned(mTable->getFormat(mTable->data, format.get()));
     return status == AMEDIA_OK ? std::move(format) : Format();
 }
 
@@ -101,13 +102,18 @@ Track::ReadResult Track::read(const std::optional<SeekRequest>& seek) {
     android::CMediaBuffer* buffer = nullptr;
     media_status_t status = AMEDIA_OK;
     {
-        const PluginCall call("read");
-        status = mTable->read(mTable->data, &buffer, options, seek ? seek->timeUs : 0);
+        PluginCall call(PluginFunction::kRead, mIndex);
+        status = call.returned(
+                mTable->read(mTable->data, &buffer, options, seek ? seek->timeUs : 0));
     }
     if (status != AMEDIA_OK || buffer == nullptr) {
         return {status, std::nullopt};
     }
-    return takeOver(buffer);
+    ReadResult result = takeOver(buffer);
+    const Packet& packet = *result.packet;
+    Trace::add<BufferRead>(mIndex, result.withoutTime ? std::nullopt : std::optional(packet.timeUs),
+                           packet.isSync, packet.bytes.size());
+    return result;
 }
 
 }  // namespace ogmprobe

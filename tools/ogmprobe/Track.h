@@ -58,6 +58,7 @@ class Track {
   private:
     struct Free {
         void operator()(android::CMediaTrack* table) const;
+        size_t index;
     };
 
     const size_t mIndex;

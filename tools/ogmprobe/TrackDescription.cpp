@@ -81,7 +81,6 @@ TrackDescription describeTrack(size_t index, const Format& format) {
     TrackDescription track;
     track.index = index;
     track.mime = format.string(AMEDIAFORMAT_KEY_MIME).value_or("");
-    track.kind = kindOf(track.mime);
     track.durationUs = format.int64(AMEDIAFORMAT_KEY_DURATION);
     track.width = format.int32(AMEDIAFORMAT_KEY_WIDTH);
     track.height = format.int32(AMEDIAFORMAT_KEY_HEIGHT);
@@ -90,8 +89,13 @@ TrackDescription describeTrack(size_t index, const Format& format) {
     track.channelCount = format.int32(AMEDIAFORMAT_KEY_CHANNEL_COUNT);
     track.mpegAudioLayer = format.int32(AMEDIAFORMAT_KEY_MPEG_AUD_LAYER);
     track.esds = format.buffer(AMEDIAFORMAT_KEY_ESDS);
-    track.codec = codecOf(track.mime, track.mpegAudioLayer);
+    classify(track);
     return track;
+}
+
+void classify(TrackDescription& track) {
+    track.kind = kindOf(track.mime);
+    track.codec = codecOf(track.mime, track.mpegAudioLayer);
 }
 
 std::string kindName(TrackKind kind) {

@@ -33,6 +33,8 @@ struct TrackDescription {
 };
 
 TrackDescription describeTrack(size_t index, const Format& format);
+/** Sets kind and codec, which follow from the rest. */
+void classify(TrackDescription& track);
 
 /** "video", "audio" or "other". */
 std::string kindName(TrackKind kind);

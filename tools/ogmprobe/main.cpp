@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <android/log.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -11,18 +10,13 @@
 #include "Arguments.h"
 #include "Commands.h"
 #include "Console.h"
-#include "Death.h"
 #include "ExitCode.h"
+#include "LeftoverFiles.h"
 #include "Output.h"
 #include "Session.h"
-#include "Watchdog.h"
 
 namespace ogmprobe {
 namespace {
-
-void chooseLogLines(const GlobalOptions& options) {
-    __android_log_set_minimum_priority(options.logPriority.value_or(ANDROID_LOG_SILENT));
-}
 
 struct RunCommand {
     Session& session;
@@ -37,12 +31,12 @@ struct RunCommand {
     ExitCode operator()(const ExtractOptions& options) const {
         return runExtract(options, session);
     }
+    ExitCode operator()(const ExplainOptions& options) const {
+        return runExplain(options, session);
+    }
 };
 
 ExitCode runCommand(const Options& options, Console& console, Output& output) {
-    chooseLogLines(options.global);
-    death::catchAll();
-    const Watchdog watchdog{Watchdog::Duration(options.global.timeoutSeconds)};
     Session session{options.global, console, output};
     const ExitCode code = std::visit(RunCommand{session}, options.command);
     output.flush();
@@ -62,8 +56,6 @@ ExitCode run(int argc, const char* const* argv) {
         output.write(help.str());
         output.flush();
         return std::get<ExitCode>(parsed);
-    } catch (const ClosedPipe&) {
-        return ExitCode::kDone;
     } catch (const ProbeError& error) {
         console.error("", error.what());
         return error.code();
@@ -77,7 +69,9 @@ ExitCode run(int argc, const char* const* argv) {
 }  // namespace ogmprobe
 
 int main(int argc, char** argv) {
-    // A reader that goes away is noticed when writing.
+    // A reader that goes away, and a limit on the size of files, are noticed when writing.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    ogmprobe::removeLeftoverFilesOnSignals();
     return static_cast<int>(ogmprobe::run(argc, argv));
 }

@@ -17,10 +17,6 @@ namespace {
 constexpr char kTag[] = "AbortTest";
 
 class AbortTest : public LogTest {
-  protected:
-    AbortTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-
-  private:
     const ThrowingAborter mAborter;
 };
 

@@ -77,7 +77,6 @@ TEST_F(FormatStringTest, FetchingTheSameNameAgainGivesTheNewText) {
 }
 
 TEST_F(FormatStringDeathTest, ANullTextCrashes) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(AMediaFormat_setString(mFormat, "name", nullptr), "");
 }
 

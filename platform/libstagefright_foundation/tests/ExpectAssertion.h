@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 
@@ -15,6 +16,9 @@ std::string assertionOutput(const char* tag, const std::string& text);
 /** The plain line of any other log message. */
 std::string plainLogLine(int priority, const char* tag, const std::string& text);
 
+/** What user-mode emulation of another machine adds when a program aborts under it. */
+inline constexpr char kEmulatorNote[] = "qemu: uncaught target signal 6 (Aborted) - core dumped\n";
+
 /** The statement aborts and has written exactly `output` to stderr. */
 #define EXPECT_ABORT_WITH_OUTPUT(statement, output) \
     EXPECT_EXIT(                                    \
@@ -22,7 +26,8 @@ std::string plainLogLine(int priority, const char* tag, const std::string& text)
                 printPlainLog();                    \
                 statement;                          \
             },                                      \
-            testing::KilledBySignal(SIGABRT), testing::Eq(output))
+            testing::KilledBySignal(SIGABRT),       \
+            testing::AnyOf(testing::Eq(output), testing::Eq((output) + kEmulatorNote)))
 
 /** The statement aborts by an assertion of this tag and this whole text, and writes no more. */
 #define EXPECT_ASSERTION(statement, tag, text) \

@@ -2,68 +2,126 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "FakeFile.h"
+#include "Sanitizers.h"
 
 namespace ogmprobe::test {
 namespace {
 
+using nlohmann::json;
 using testing::HasSubstr;
+using testing::Not;
 
-// Short, but far longer than a healthy call takes under a sanitizer.
-const std::vector<std::string> kImpatient = {"--timeout", "0.5"};
-
-ProcessResult packetsOf(const nlohmann::json& script,
-                        std::vector<std::string> arguments = kImpatient) {
-    const FakePlugin plugin;
-    arguments.insert(arguments.end(), {"packets", plugin.file(script)});
-    return FakePlugin::run(arguments);
-}
-
-nlohmann::json videoThatEndsWith(const std::string& mischief) {
+json videoThatEndsWith(const std::string& mischief) {
     auto video = fakeVideo();
     video["end"] = mischief;
     return fakeFile({video});
 }
 
-TEST(Death, OfACrashInReadIsToldWithTheCall) {
-    const ProcessResult result = packetsOf(videoThatEndsWith("crash"));
-    EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.err, HasSubstr("a.fake: the extractor died in read: segmentation fault\n"));
+ProcessResult packetsOf(const json& script, const std::vector<std::string>& options = {}) {
+    const FakePlugin plugin;
+    std::vector<std::string> arguments = {"packets", plugin.file(script)};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return FakePlugin::run(arguments);
 }
 
-TEST(Death, OfAnAbortIsTold) {
-    const ProcessResult result = packetsOf(videoThatEndsWith("abort"));
-    EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.err, HasSubstr("the extractor died in read: abort\n"));
+ProcessResult packetsEndingWith(const std::string& mischief) {
+    return packetsOf(videoThatEndsWith(mischief));
 }
 
-TEST(Death, OfAnAssertionIsToldWithItsText) {
-    const ProcessResult result = packetsOf(videoThatEndsWith("assert"));
+void expectDeath(const ProcessResult& result, const std::string& message) {
     EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.err, HasSubstr("the extractor died in read: CHECK(fake) failed.\n"));
+    EXPECT_THAT(result.err, HasSubstr("a.fake: the extractor " + message + "\n"));
+}
+
+TEST(Death, OfACrashIsToldWithTheSignalAndTheCall) {
+    expectDeath(packetsEndingWith("crash"), "died in read: Segmentation fault (SIGSEGV)");
+    expectDeath(packetsEndingWith("overflow"), "died in read: Segmentation fault (SIGSEGV)");
+    expectDeath(packetsEndingWith("abort"), "died in read: Aborted (SIGABRT)");
+}
+
+TEST(Death, OfAnAssertionIsToldWithItsTextAlone) {
+    const ProcessResult result = packetsEndingWith("assert");
+    expectDeath(result, "died in read: CHECK(fake) failed.");
+    if (!kSanitized) {
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    }
+}
+
+TEST(Death, ByASanitizerKeepsItsReport) {
+    if (!kAddressSanitized) {
+        GTEST_SKIP() << "there is no address sanitizer in this build";
+    }
+    const ProcessResult result = packetsEndingWith("overrun");
+    expectDeath(result, "died in read: it ended the process with exit code 1");
+    EXPECT_THAT(result.err, HasSubstr("AddressSanitizer: heap-buffer-overflow"));
+}
+
+TEST(Death, OfAnExceptionThatLeavesThePluginIsToldWithItsText) {
+    expectDeath(packetsEndingWith("throw"), "died in read: a fake exception");
+}
+
+TEST(Death, ByASignalThatCannotBeCaughtIsTold) {
+    expectDeath(packetsEndingWith("kill"), "died in read: Killed (SIGKILL)");
+}
+
+TEST(Death, ByAnExitIsToldWithItsCode) {
+    if (kSanitized) {
+        GTEST_SKIP() << "the search for leaks at the exit makes forbidden system calls";
+    }
+    expectDeath(packetsEndingWith("exit"), "died in read: it ended the process with exit code 7");
+}
+
+TEST(Death, OfTakingAllMemoryIsToldWithTheLimit) {
+    if (kSanitized) {
+        GTEST_SKIP() << "there is no limit beside a sanitizer's shadow memory";
+    }
+    expectDeath(packetsEndingWith("allocate"),
+                "died in read: out of memory (the limit is 1024 MiB)");
+}
+
+TEST(Death, OfWritingAllOverMemoryIsNoticed) {
+    for (const char* mischief : {"scribble", "scribble noise", "scribble and hang"}) {
+        const ProcessResult result = packetsEndingWith(mischief);
+        EXPECT_EQ(result.exitCode, 4) << mischief;
+        EXPECT_THAT(result.err, HasSubstr("a.fake: the extractor died: it overwrote memory that "
+                                          "is not its own"))
+                << mischief;
+    }
 }
 
 TEST(Death, LeavesWhatWasReadOnStandardOutput) {
-    const ProcessResult result = packetsOf(videoThatEndsWith("crash"));
+    const ProcessResult result = packetsEndingWith("crash");
     // The third buffer waits for its successor, during the read of which the extractor dies.
     EXPECT_THAT(result.out, HasSubstr("08395507b4f137f2\n")) << "the second buffer's digest";
-    EXPECT_THAT(result.out, testing::Not(HasSubstr("af63b94c8601b113")));
+    EXPECT_THAT(result.out, Not(HasSubstr("af63b94c8601b113")));
+}
+
+TEST(Death, LeavesJsonLinesWhole) {
+    std::istringstream lines(packetsOf(videoThatEndsWith("crash"), {"--json"}).out);
+    std::vector<json> documents;
+    for (std::string line; std::getline(lines, line);) {
+        documents.push_back(json::parse(line));
+    }
+    ASSERT_EQ(documents.size(), 4U);
+    EXPECT_EQ(documents[2]["type"], "buffer");
+    EXPECT_EQ(documents[3]["type"], "end");
+    EXPECT_EQ(documents[3]["exit_code"], 4);
+    EXPECT_THAT(documents[3]["errors"][0]["message"].get<std::string>(), HasSubstr("died in read"));
 }
 
 TEST(Death, WhileCreatingNamesThatCall) {
     auto script = fakeFile({});
     script["create"] = "crash";
-    const ProcessResult result = packetsOf(script);
-    EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.err, HasSubstr("died in create"));
+    expectDeath(packetsOf(script), "died in create: Segmentation fault (SIGSEGV)");
 }
 
 TEST(Death, WhileSniffingNamesThatCall) {
     auto script = fakeFile({});
     script["sniff"] = "assert";
-    const ProcessResult result = packetsOf(script);
-    EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.err, HasSubstr("died in sniff"));
+    expectDeath(packetsOf(script), "died in sniff: CHECK(fake) failed.");
 }
 
 TEST(Death, OfAKeptBufferIsFoundWhenTheTrackGoes) {
@@ -74,35 +132,98 @@ TEST(Death, OfAKeptBufferIsFoundWhenTheTrackGoes) {
     EXPECT_THAT(result.err, HasSubstr("died in the release of its buffers"));
 }
 
-TEST(Standstill, IsTakenForBeingStuck) {
-    const ProcessResult result = packetsOf(videoThatEndsWith("hang"));
+TEST(Death, OfOneFileIsNoHindranceToTheNext) {
+    const FakePlugin plugin;
+    auto bad = fakeFile({});
+    bad["create"] = "crash";
+    const ProcessResult result =
+            FakePlugin::run({"info", plugin.file(fakeFile({fakeVideo()}), "good.fake"),
+                             plugin.file(bad, "bad.fake"), plugin.folder().path("missing"),
+                             plugin.file(fakeFile({fakeVideo()}), "last.fake")});
     EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.err, HasSubstr("a.fake: the extractor is stuck in read: no read of the "
-                                      "file and no buffer came to an end\n"));
+    EXPECT_THAT(result.out, HasSubstr("good.fake: video/fake"));
+    EXPECT_THAT(result.err, HasSubstr("bad.fake: the extractor died"));
+    EXPECT_THAT(result.out, HasSubstr("last.fake: video/fake"));
+}
+
+TEST(Death, KeepsWhatInfoKnowsOfTheFile) {
+    const FakePlugin plugin;
+    auto video = fakeVideo();
+    video["getFormat"] = "crash";
+    const ProcessResult result = FakePlugin::run(
+            {"info", "--json", plugin.file(fakeFile({fakeAudio(), video, fakeVideo()}))});
+    EXPECT_EQ(result.exitCode, 4);
+    const json document = json::parse(result.out);
+    EXPECT_EQ(document["errors"], json::array());
+    const json& file = document["files"][0];
+    EXPECT_EQ(file["exit_code"], 4);
+    EXPECT_EQ(file["container"]["mime"], "video/fake");
+    ASSERT_EQ(file["tracks"].size(), 1U);
+    EXPECT_EQ(file["tracks"][0]["mime"], "audio/raw");
+    EXPECT_THAT(file["errors"][0]["message"].get<std::string>(),
+                HasSubstr("died in getTrackMetaData"));
+}
+
+TEST(Death, KeepsTheSeeksOfASeekTest) {
+    const FakePlugin plugin;
+    auto video = fakeVideo();
+    video["end"] = "crash";
+    const ProcessResult result =
+            FakePlugin::run({"seektest", "--json", "--steps", "3", plugin.file(fakeFile({video}))});
+    EXPECT_EQ(result.exitCode, 4);
+    const json document = json::parse(result.out);
+    EXPECT_EQ(document["seeks"].size(), 3U) << "the last one finds no buffer, and death";
+    EXPECT_EQ(document["errors"][0]["exit_code"], 4);
+}
+
+// Short, but far longer than a healthy call takes under a sanitizer.
+constexpr const char* kShort = "0.5";
+
+TEST(Standstill, IsTakenForBeingStuck) {
+    for (const char* mischief : {"hang", "compute", "close"}) {
+        expectDeath(packetsOf(videoThatEndsWith(mischief), {"--timeout", kShort}),
+                    "is stuck in read: no read of the file and no buffer came to an end");
+    }
 }
 
 TEST(Standstill, WhileCreatingIsTakenForBeingStuck) {
     auto script = fakeFile({});
     script["create"] = "hang";
-    EXPECT_EQ(packetsOf(script).exitCode, 4);
+    expectDeath(packetsOf(script, {"--timeout", kShort}),
+                "is stuck in create: no read of the file and no buffer came to an end");
 }
 
 TEST(ReadingWithoutEnd, IsTakenForBeingStuckAfterTenTimesTheLimit) {
-    const ProcessResult result = packetsOf(videoThatEndsWith("spin"), {"--timeout", "0.1"});
-    EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.err, HasSubstr("stuck in read: it reads the file without end\n"));
+    expectDeath(packetsOf(videoThatEndsWith("spin"), {"--timeout", "0.1"}),
+                "is stuck in read: it reads the file without end");
 }
 
-TEST(Death, OfTheSecondFileKeepsTheFirst) {
-    const FakePlugin plugin;
-    auto script = fakeFile({});
-    script["create"] = "crash";
-    const ProcessResult result =
-            FakePlugin::run({"info", plugin.file(fakeFile({fakeVideo()}), "good.fake"),
-                             plugin.file(script, "bad.fake")});
-    EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.out, HasSubstr("good.fake: video/fake"));
-    EXPECT_THAT(result.err, HasSubstr("bad.fake: the extractor died"));
+class Confinement : public testing::Test {
+  protected:
+    void SetUp() override {
+        const FakePlugin plugin;
+        const std::string file = plugin.file(fakeFile({}));
+        const ProcessResult result = FakePlugin::run({"--log", "debug", "info", file});
+        if (result.err.find("system calls are not filtered") != std::string::npos) {
+            GTEST_SKIP() << result.err;
+        }
+    }
+};
+
+TEST_F(Confinement, ForbidsTheNetwork) {
+    expectDeath(packetsEndingWith("socket"), "made a forbidden system call in read: socket");
+}
+
+TEST_F(Confinement, ForbidsWritingFiles) {
+    expectDeath(packetsEndingWith("write"), "made a forbidden system call in read: openat");
+}
+
+TEST_F(Confinement, ForbidsOtherPrograms) {
+    expectDeath(packetsEndingWith("execute"), "made a forbidden system call in read: execve");
+}
+
+TEST_F(Confinement, IsLiftedInProcess) {
+    EXPECT_EQ(packetsOf(videoThatEndsWith("write"), {"--in-process"}).exitCode, 0);
 }
 
 }  // namespace

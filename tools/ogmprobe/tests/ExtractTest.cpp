@@ -2,7 +2,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <set>
+#include <thread>
 
 #include "FakeFile.h"
 
@@ -28,6 +32,14 @@ class ExtractTest : public testing::Test {
     }
     bool exists(const std::string& name) const {
         return std::filesystem::exists(mPlugin.folder().path("out/deep/" + name));
+    }
+    std::set<std::string> namesInFolder() const {
+        std::set<std::string> names;
+        for (const auto& entry :
+             std::filesystem::directory_iterator(mPlugin.folder().path("out/deep"))) {
+            names.insert(entry.path().filename().string());
+        }
+        return names;
     }
 
     FakePlugin mPlugin;
@@ -79,6 +91,70 @@ TEST_F(ExtractTest, NamesAFileOnlyWhenItsTrackWasReadToTheEnd) {
     EXPECT_EQ(contents("a.track0.h264.part").size(), 5U);
     EXPECT_TRUE(exists("a.track1.wav"));
     EXPECT_THAT(result.err, HasSubstr("what could be read of track 0 is in "));
+}
+
+TEST_F(ExtractTest, KeepsWhatWasReadWhenTheExtractorDies) {
+    auto video = fakeVideo();
+    video["end"] = "crash";
+    const ProcessResult result = extract(fakeFile({video, fakeAudio()}));
+    EXPECT_EQ(result.exitCode, 4);
+    // Packets are read one ahead: the video's last one was not yet handed over.
+    EXPECT_EQ(namesInFolder(), (std::set<std::string>{"a.track0.h264.part", "a.track1.wav"}));
+    EXPECT_EQ(contents("a.track0.h264.part").size(), 4U);
+    EXPECT_THAT(result.err, HasSubstr("died in read"));
+    EXPECT_THAT(result.err, HasSubstr("what could be read of track 0 is in "));
+}
+
+TEST_F(ExtractTest, WritesOverNoPartOfAnEarlierRun) {
+    auto video = fakeVideo();
+    video["end"] = -10007;
+    extract(fakeFile({video}));
+    const ProcessResult refused = extract(fakeFile({fakeVideo()}));
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_THAT(refused.err, HasSubstr("a.track0.h264.part exists; --force overwrites it"));
+    EXPECT_EQ(extract(fakeFile({fakeVideo()}), {"--force"}).exitCode, 0);
+    EXPECT_EQ(namesInFolder(), (std::set<std::string>{"a.track0.h264"}));
+}
+
+TEST_F(ExtractTest, WritesNothingWhenTheNameOfOneTrackIsTaken) {
+    extract(fakeFile({fakeVideo(), fakeAudio()}), {"--track", "1"});
+    EXPECT_EQ(extract(fakeFile({fakeVideo(), fakeAudio()})).exitCode, 2);
+    EXPECT_EQ(namesInFolder(), (std::set<std::string>{"a.track1.wav"}));
+}
+
+TEST_F(ExtractTest, StaysInTheFolderWhateverThePluginSays) {
+    auto video = fakeVideo();
+    video["format"]["mime"] = "video/../../../escaped";
+    EXPECT_EQ(extract(fakeFile({video})).exitCode, 0);
+    EXPECT_EQ(namesInFolder(), (std::set<std::string>{"a.track0.bin"}));
+}
+
+TEST_F(ExtractTest, LeavesNothingOnAFullDisk) {
+    auto video = fakeVideo();
+    video["repeat"] = true;
+    ProcessSetup setup;
+    setup.fileSizeLimit = 10000;
+    const ProcessResult result = extract(fakeFile({video}), {}, setup);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.err, HasSubstr("cannot write "));
+    EXPECT_THAT(result.err, HasSubstr("File too large"));
+    EXPECT_THAT(namesInFolder(), IsEmpty());
+}
+
+TEST_F(ExtractTest, LeavesNothingWhenItIsToldToEnd) {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        auto video = fakeVideo();
+        video["end"] = "hang";
+        ProcessSetup setup;
+        setup.meanwhile = [this, number](pid_t process) {
+            while (!exists("a.track0.h264.part")) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+            kill(process, number);
+        };
+        EXPECT_EQ(extract(fakeFile({video}), {}, setup).exitCode, -number);
+        EXPECT_THAT(namesInFolder(), IsEmpty());
+    }
 }
 
 TEST_F(ExtractTest, FailsWhereNoFolderCanBeMade) {

@@ -8,59 +8,32 @@
 //    "tracks": [{"format": {KEY: VALUE...},
 //                "buffers": [{"time_us": 0, "sync": 1, "hex": "00ff"}...],
 //                "start": STATUS,         what `start` returns
+//                "getFormat": MISCHIEF    when the extractor is asked for the track's format
+//                "repeat": true,          begins again after the last buffer
 //                "end": MISCHIEF or STATUS, after the last buffer; end of stream by default
 //                "keep": true}]}          holds a buffer until after its group is gone
 //
-// MISCHIEF is one of the words in `misbehave`; "null" makes creation fail. A seek goes to the first
-// buffer at or after its time. What the framework calls is logged at info level.
+// MISCHIEF is one of the words in Mischief.cpp; "null" makes creation fail. A seek goes to the
+// first buffer at or after its time. What the framework calls is logged at info level.
 #define LOG_TAG "FakeExtractor"
 
 #include <media/MediaExtractorPluginApi.h>
 #include <media/MediaExtractorPluginHelper.h>
 #include <media/NdkMediaFormat.h>
 
-#include <atomic>
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <thread>
 #include <vector>
+
+#include "Mischief.h"
 
 namespace {
 
 using nlohmann::json;
+using ogmprobe::test::misbehave;
 
 constexpr size_t kGroupLimit = 64;
-
-[[noreturn]] void hang() {
-    while (true) {
-        std::this_thread::sleep_for(std::chrono::hours(1));
-    }
-}
-
-[[noreturn]] void readWithoutEnd(android::CDataSource* source) {
-    while (true) {
-        char byte = 0;
-        source->readAt(source->handle, 0, &byte, 1);
-    }
-}
-
-void misbehave(const std::string& what, android::CDataSource* source) {
-    if (what == "crash") {
-        std::raise(SIGSEGV);
-    } else if (what == "abort") {
-        std::abort();
-    } else if (what == "assert") {
-        __android_log_assert("false", LOG_TAG, "CHECK(%s) failed.", "fake");
-    } else if (what == "hang") {
-        hang();
-    } else if (what == "spin") {
-        readWithoutEnd(source);
-    }
-}
 
 std::string readAll(android::CDataSource* source) {
     off64_t size = 0;
@@ -124,6 +97,9 @@ class FakeTrack : public android::MediaTrackHelper {
 
     media_status_t read(android::MediaBufferHelper** out, const ReadOptions* options) override {
         seekIfAsked(options);
+        if (mScript.value("repeat", false)) {
+            mNext %= mScript["buffers"].size();
+        }
         if (mNext == mScript["buffers"].size()) {
             return atEnd();
         }
@@ -202,6 +178,7 @@ class FakeExtractor : public android::MediaExtractorPluginHelper {
     }
 
     media_status_t getTrackMetaData(AMediaFormat* meta, size_t index, uint32_t) override {
+        misbehave(mScript["tracks"][index].value("getFormat", ""), mSource);
         fill(meta, mScript["tracks"][index]["format"]);
         return AMEDIA_OK;
     }
@@ -248,6 +225,7 @@ const char* kTypes[] = {"fake", nullptr};
 }  // namespace
 
 extern "C" __attribute__((visibility("default"))) android::ExtractorDef GETEXTRACTORDEF() {
+    ogmprobe::test::lookForSharedMemory();
     return {android::EXTRACTORDEF_VERSION,
             android::UUID("6f1c53a0-7b0a-4d57-9d2e-3a54c1f0e8b7"),
             1,

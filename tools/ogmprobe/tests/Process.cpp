@@ -3,15 +3,23 @@
 
 #include <fcntl.h>
 #include <pty.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <iterator>
 #include <stdexcept>
 #include <thread>
 
 namespace ogmprobe::test {
 namespace {
+
+#ifdef OGMPROBE_EMULATOR
+constexpr const char* kCommand[] = {OGMPROBE_EMULATOR, OGMPROBE_PROGRAM};
+#else
+constexpr const char* kCommand[] = {OGMPROBE_PROGRAM};
+#endif
 
 /** The two ends of a standard stream: the program's, and the one that is read here (or -1). */
 struct Ends {
@@ -56,16 +64,20 @@ void readToEnd(int descriptor, std::string& text) {
 [[noreturn]] void execProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup,
                             int out, int err) {
     dup2(out, STDOUT_FILENO);
-    dup2(err, STDERR_FILENO);
+    dup2(setup.joined ? out : err, STDERR_FILENO);
+    if (setup.fileSizeLimit) {
+        const rlimit limit = {*setup.fileSizeLimit, *setup.fileSizeLimit};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
     for (const auto& [name, value] : setup.environment) {
         setenv(name.c_str(), value.c_str(), 1);
     }
-    std::vector<char*> argv = {const_cast<char*>("ogmprobe")};
+    std::vector<const char*> argv(std::begin(kCommand), std::end(kCommand));
     for (const std::string& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(argument.c_str());
     }
     argv.push_back(nullptr);
-    execv(OGMPROBE_PROGRAM, argv.data());
+    execvp(argv.front(), const_cast<char* const*>(argv.data()));
     _exit(127);
 }
 
@@ -82,7 +94,11 @@ ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessS
     close(err.program);
     ProcessResult result;
     std::thread errReader(readToEnd, err.reader, std::ref(result.err));
-    readToEnd(out.reader, result.out);
+    std::thread outReader(readToEnd, out.reader, std::ref(result.out));
+    if (setup.meanwhile) {
+        setup.meanwhile(child);
+    }
+    outReader.join();
     errReader.join();
     int status = 0;
     waitpid(child, &status, 0);

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <sys/types.h>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,6 +36,12 @@ struct ProcessSetup {
     std::vector<std::pair<std::string, std::string>> environment;
     StandardStream out = StandardStream::kCaptured;
     StandardStream err = StandardStream::kCaptured;
+    /** Both standard streams go into `out` of the result, in the order of writing. */
+    bool joined = false;
+    /** No file may grow larger. */
+    std::optional<uint64_t> fileSizeLimit;
+    /** Called with the program's process while it runs. */
+    std::function<void(pid_t)> meanwhile;
 };
 
 /** Runs the `ogmprobe` of this build and waits for its end. */

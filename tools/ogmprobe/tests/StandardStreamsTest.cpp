@@ -8,7 +8,6 @@ namespace ogmprobe::test {
 namespace {
 
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 constexpr const char* kBold = "\033[1m";
@@ -25,20 +24,24 @@ class StandardStreamsTest : public testing::Test {
     FakePlugin mPlugin;
 };
 
-TEST_F(StandardStreamsTest, EndInSilenceWhenNobodyReadsTheOutput) {
+TEST_F(StandardStreamsTest, FailWithTwoWhenNobodyReadsTheOutput) {
     ProcessSetup setup;
     setup.out = StandardStream::kClosedPipe;
-    const ProcessResult result = info(setup);
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.err, IsEmpty());
+    for (const ProcessResult& result : {info(setup), runProbe({"--help"}, setup)}) {
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.err, "ogmprobe: error: cannot write the output: Broken pipe\n");
+    }
 }
 
-TEST_F(StandardStreamsTest, EndInSilenceWhenNobodyReadsTheHelp) {
+TEST_F(StandardStreamsTest, EndAnEndlessListWhenNobodyReadsOn) {
+    auto video = fakeVideo();
+    video["repeat"] = true;
     ProcessSetup setup;
     setup.out = StandardStream::kClosedPipe;
-    const ProcessResult result = runProbe({"--help"}, setup);
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.err, IsEmpty());
+    const ProcessResult result =
+            FakePlugin::run({"packets", mPlugin.file(fakeFile({video}))}, setup);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.err, HasSubstr("Broken pipe"));
 }
 
 TEST_F(StandardStreamsTest, FailWithTwoWhenTheOutputCannotBeWritten) {
@@ -53,6 +56,22 @@ TEST_F(StandardStreamsTest, KeepTheExitCodeWhenNobodyReadsTheMessages) {
     ProcessSetup setup;
     setup.err = StandardStream::kClosedPipe;
     EXPECT_EQ(FakePlugin::run({"info", mPlugin.folder().path("missing")}, setup).exitCode, 2);
+}
+
+TEST_F(StandardStreamsTest, KeepLogLinesBehindWhatCameBefore) {
+    auto video = fakeVideo();
+    ProcessSetup setup;
+    setup.joined = true;
+    const ProcessResult result =
+            FakePlugin::run({"--log", "info", "packets", mPlugin.file(fakeFile({video}))}, setup);
+    const size_t heading = result.out.find("until next");
+    const size_t start = result.out.find("start track 0");
+    const size_t packet = result.out.find("0.000000");
+    const size_t stop = result.out.find("stop track 0");
+    EXPECT_NE(stop, std::string::npos);
+    EXPECT_LT(heading, start);
+    EXPECT_LT(start, packet);
+    EXPECT_LT(packet, stop);
 }
 
 TEST_F(StandardStreamsTest, AreColouredOnATerminalOnly) {

@@ -41,7 +41,7 @@ Bytes esdsAround(const Bytes& configuration) {
 
 Bytes written(const TrackDescription& track, const std::vector<Packet>& packets) {
     const test::TemporaryFolder folder;
-    NewFile file(folder.path("x"));
+    NewFile file(folder.path("x"), Existing::kRefuse);
     const auto writer = makeStreamWriter(track, file);
     for (const Packet& packet : packets) {
         writer->write(packet);

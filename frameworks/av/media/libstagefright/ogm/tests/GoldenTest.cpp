@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "PluginTest.h"
+#include "Samples.h"
 
 namespace android::ogm::test {
 namespace {
@@ -132,7 +133,7 @@ bool updating() {
 class GoldenTest : public PluginTest, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(GoldenTest, ASampleGivesTheFormatsAndBuffersOfItsDump) {
-    const std::string data = OGM_TEST_DATA;
+    const std::string data = testData();
     const std::string golden = data + "/golden/" + GetParam() + ".golden";
     const std::string dump = dumpOf(data + "/samples/" + GetParam() + ".ogm");
     if (updating()) {

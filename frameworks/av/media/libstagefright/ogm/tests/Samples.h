@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -17,8 +18,17 @@ inline constexpr const char* kShortSamples[] = {
 /** The one that is long enough for a duration. */
 inline constexpr char kLongSample[] = "long_mpeg4_mp3";
 
+/** Where samples and golden dumps lie: as the build says, on a device beside the program. */
+inline std::filesystem::path testData() {
+#ifdef OGM_TEST_DATA
+    return OGM_TEST_DATA;
+#else
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "tests" / "data";
+#endif
+}
+
 inline Bytes sampleBytes(const std::string& name) {
-    std::ifstream stream(std::string(OGM_TEST_DATA "/samples/") + name + ".ogm", std::ios::binary);
+    std::ifstream stream(testData() / "samples" / (name + ".ogm"), std::ios::binary);
     if (!stream) {
         throw std::runtime_error("cannot open the sample " + name);
     }

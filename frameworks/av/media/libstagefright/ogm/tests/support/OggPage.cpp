@@ -103,7 +103,7 @@ Bytes OggPage::bytes() const {
     append(page, mLacing);
     append(page, mBody);
 
-    const uint32_t checksum = mChecksum.value_or(oggChecksum(page));
+    const uint32_t checksum = mChecksum ? *mChecksum : oggChecksum(page);
     for (size_t i = 0; i < 4; ++i) {
         page[kChecksumOffset + i] = static_cast<uint8_t>((checksum >> (8 * i)) & 0xFF);
     }

@@ -1,0 +1,50 @@
+# SPDX-License-Identifier: Apache-2.0
+# Installs ogmprobe with the plug-in and the platform libraries that both need. The libraries have
+# the names of a device's, so they go into a folder of their own. The layout can be moved as a whole:
+# everything finds the rest from where it lies itself.
+include(GNUInstallDirs)
+
+set(private lib/ogmprobe)
+
+set_target_properties(ogmprobe PROPERTIES INSTALL_RPATH "$ORIGIN/../${private}")
+install(TARGETS ogmprobe DESTINATION bin COMPONENT ogmprobe)
+
+set_target_properties(ogmextractor PROPERTIES INSTALL_RPATH "$ORIGIN/../")
+install(TARGETS ogmextractor DESTINATION ${private}/extractors COMPONENT ogmprobe)
+
+foreach(library IN ITEMS log cutils mediandk mediandk_zor)
+    set_target_properties(platform_${library} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    install(TARGETS platform_${library} DESTINATION ${private} COMPONENT ogmprobe)
+endforeach()
+
+set(papers ${PROJECT_SOURCE_DIR}/tools/ogmprobe/papers)
+install(FILES ${papers}/ogmprobe.1 DESTINATION share/man/man1 COMPONENT ogmprobe)
+install(FILES ${papers}/ogmprobe.bash
+    DESTINATION share/bash-completion/completions RENAME ogmprobe COMPONENT ogmprobe)
+install(FILES ${papers}/_ogmprobe DESTINATION share/zsh/vendor-completions COMPONENT ogmprobe)
+install(FILES ${papers}/ogmprobe.fish
+    DESTINATION share/fish/vendor_completions.d COMPONENT ogmprobe)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/ogmprobe.md ${PROJECT_SOURCE_DIR}/docs/behaviour.md
+    DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE
+    DESTINATION share/doc/ogmprobe RENAME copyright COMPONENT ogmprobe)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME ogmprobe)
+set(CPACK_PACKAGE_CONTACT "The ogmextractor authors <ogmextractor@example.org>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
+    "shows what Android's media framework gets from an OGM file")
+set(CPACK_PACKAGE_DESCRIPTION
+    "ogmprobe plays the framework's part for a media-extractor plug-in of Android 13: it lists\n\
+tracks and buffers, draws them over time, tells why tracks are missing and durations are odd,\n\
+compares files and plug-ins, and writes the elementary streams into files.")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL ogmprobe)
+set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION video)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+include(CPack)

@@ -1,0 +1,13 @@
+# SPDX-License-Identifier: Apache-2.0
+# Takes the place of an NDK in a check of the preset `android`: Debian's compiler for 64-bit Arm,
+# and for the NDK's headers and libraries those of the preset `arm64`. What comes out runs under
+# emulation, not on a device.
+include(${CMAKE_CURRENT_LIST_DIR}/../../../arm64-toolchain.cmake)
+set(ANDROID TRUE)
+cmake_path(SET root NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../../../..)
+foreach(library IN ITEMS liblog libcutils libmediandk)
+    list(APPEND CMAKE_CXX_STANDARD_INCLUDE_DIRECTORIES ${root}/platform/${library}/ndk_include)
+endforeach()
+add_link_options(-L${root}/build/arm64/lib -Wl,-rpath-link,${root}/build/arm64/lib)
+# The C library of a device has the system properties.
+set(CMAKE_CXX_STANDARD_LIBRARIES -l:libcutils.so)

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+
+/** The cutter of AC-3 frames: see support/CutterDriver.h for the input. */
+
+#include "CutterDriver.h"
+#include "Ends.h"
+
+using namespace android::ogm;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    (void)fuzz::endsByItself([&] {
+        fuzz::cutAndCompare(test::ReferenceCutter::Codec::kAc3, fuzz::InputReader(data, size));
+    });
+    return 0;
+}

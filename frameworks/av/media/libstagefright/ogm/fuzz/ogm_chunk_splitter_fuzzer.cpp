@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+
+/** The split of MPEG-4 headers into chunks; the input follows the prefix of a start code. */
+
+#include "Ends.h"
+#include "InputReader.h"
+#include "Ogmavc_utils.h"
+
+using namespace android;
+using namespace android::ogm::fuzz;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    Bytes bytes(ogm::kStartCodePrefix.begin(), ogm::kStartCodePrefix.end());
+    bytes.insert(bytes.end(), data, data + size);
+    // Chunk by chunk, each time from a block of its own.
+    size_t position = 0;
+    while (position < bytes.size()) {
+        const ExactBlock rest(bytes.data() + position, bytes.size() - position);
+        const int64_t chunkSize = ogm::GetStartCodeChunkSize(rest.view());
+        if (chunkSize == ogm::kChunkNotEnded) {
+            return 0;
+        }
+        require(chunkSize >= 3 && static_cast<size_t>(chunkSize) + 3 <= rest.size(),
+                "the size of a chunk");
+        const auto chunk = static_cast<size_t>(chunkSize);
+        require(rest.view().holds(ogm::kStartCodePrefix, chunk), "a chunk ends elsewhere");
+        for (size_t i = 3; i < chunk; ++i) {
+            require(!rest.view().holds(ogm::kStartCodePrefix, i), "a chunk holds a start code");
+        }
+        position += chunk;
+    }
+    return 0;
+}

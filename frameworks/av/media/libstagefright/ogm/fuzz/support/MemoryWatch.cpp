@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "MemoryWatch.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Ends.h"
+
+namespace android::ogm::fuzz {
+
+namespace {
+
+using test::AllocationKind;
+
+/** The body of the largest page, whose size its lacing table tells, and a rounding up to 64 KiB. */
+constexpr uint64_t kPageAndRounding = 2 * 65536;
+/** 8-bit samples are widened into a buffer made half as large again. */
+constexpr uint64_t kLargestPerByte = 3;
+
+/** Extractor, tracks and their packet buffers. */
+constexpr uint64_t kAlwaysInUse = 4 << 20;
+/** A packet of no bytes takes one lacing value, and in memory a buffer and its place in a queue. */
+constexpr uint64_t kInUsePerByte = 1024;
+
+/** An access unit has 2 bytes at least, and takes less than 16 requests. */
+constexpr uint64_t kRequestsPerByte = 8;
+constexpr uint64_t kRequestsOfACall = 4096;
+
+MemoryWatch* gWatch = nullptr;
+
+}  // namespace
+
+MemoryWatch::MemoryWatch(const ScriptedSource& source) : mSource(source) {
+    gWatch = this;
+    test::startCountingAllocations(onAllocation);
+}
+
+MemoryWatch::~MemoryWatch() {
+    test::stopCountingAllocations();
+    gWatch = nullptr;
+}
+
+void MemoryWatch::onAllocation(AllocationKind kind, size_t size) {
+    gWatch->check(kind, size);
+}
+
+void MemoryWatch::check(AllocationKind kind, size_t size) {
+    const uint64_t delivered = mSource.delivered();
+    if (size > kPageAndRounding + kLargestPerByte * delivered) {
+        finding("%zu bytes are requested after %llu have been read", size,
+                static_cast<unsigned long long>(delivered));
+    }
+    const auto live = static_cast<uint64_t>(std::max<ptrdiff_t>(test::allocationCounts().live, 0));
+    if (live > kAlwaysInUse + kInUsePerByte * delivered) {
+        finding("%llu bytes are in use after %llu have been read",
+                static_cast<unsigned long long>(live), static_cast<unsigned long long>(delivered));
+    }
+    if (std::exchange(mReads, mSource.reads()) != mSource.reads()) {
+        mRequests = 0;
+    }
+    if (++mRequests > kRequestsOfACall + kRequestsPerByte * delivered) {
+        require(mMayGrow, "the plug-in goes on taking memory without reading");
+        if (kind == AllocationKind::kNew) {
+            throw DemandedEnd{};
+        }
+    }
+}
+
+}  // namespace android::ogm::fuzz

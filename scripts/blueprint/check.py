@@ -1,0 +1,70 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Compares the sources of Android.bp with those that CMake builds.
+
+Usage: check.py MODULES BUILD_FOLDER SOURCE_FOLDER
+
+MODULES is a file of lines "module<tab>source", BUILD_FOLDER one that CMake has configured with a
+query for its code model, SOURCE_FOLDER the one that holds Android.bp.
+"""
+
+import json
+import pathlib
+import sys
+
+# What a module of the tree is called here, where the names differ.
+TARGETS = {
+    "libogmextractor": "ogmextractor_static",
+    "libogmextractor_keys": "platform_mediandk_zor",
+    "libogmextractor_test_support": "ogm_test_support",
+}
+SOURCE_SUFFIXES = {".cpp"}
+
+
+def modules_of(path):
+    modules = {}
+    for line in path.read_text().splitlines():
+        module, source = line.split("\t")
+        modules.setdefault(module, set()).add(source)
+    return modules
+
+
+def sources_of_targets(build, folder):
+    """The sources that each target compiles, relative to the folder; others are left out."""
+    reply = build / ".cmake/api/v1/reply"
+    (model_path,) = reply.glob("codemodel-v2-*.json")
+    model = json.loads(model_path.read_text())
+    root = pathlib.Path(model["paths"]["source"])
+    sources = {}
+    for entry in model["configurations"][0]["targets"]:
+        target = json.loads((reply / entry["jsonFile"]).read_text())
+        paths = [root / source["path"] for source in target.get("sources", [])]
+        sources[entry["name"]] = {
+            str(path.relative_to(folder)) for path in paths
+            if path.suffix in SOURCE_SUFFIXES and path.is_relative_to(folder)}
+    return sources
+
+
+def differences(modules, targets):
+    for module, listed in modules.items():
+        built = targets.get(TARGETS.get(module, module))
+        if built is None:
+            yield f"{module}: CMake builds nothing of this kind"
+            continue
+        yield from (f"{module}: CMake builds {source}, Android.bp does not"
+                    for source in sorted(built - listed))
+        yield from (f"{module}: Android.bp builds {source}, CMake does not"
+                    for source in sorted(listed - built))
+
+
+def main():
+    modules_path, build, folder = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
+    modules = modules_of(modules_path)
+    found = list(differences(modules, sources_of_targets(build, folder)))
+    if "libogmextractor" not in modules:
+        found.append("Android.bp lacks the plug-in")
+    print(*found, sep="\n", end="\n" if found else "", file=sys.stderr)
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <stdexcept>
+#include <utility>
+
+namespace ogmprobe {
+
+/**
+ * A stream of bytes from one process to another, in memory that both have mapped. It lies there
+ * as zeros at first.
+ *
+ * Positions count all bytes ever written or taken. The reader trusts nothing that it finds here:
+ * the writer may have been overwritten by what it works with.
+ */
+struct RingMemory {
+    static constexpr uint64_t kCapacity = uint64_t{1} << 20;
+
+    alignas(64) std::atomic<uint64_t> written;
+    std::atomic<uint32_t> writerWaits;
+    alignas(64) std::atomic<uint64_t> taken;
+    std::atomic<uint32_t> readerWaits;
+    alignas(64) std::array<uint8_t, kCapacity> bytes;
+};
+
+/** The writing end. The descriptor is one end of a pair of stream sockets. */
+class RingWriter {
+  public:
+    RingWriter(RingMemory& memory, int doorbell) : mMemory(memory), mDoorbell(doorbell) {}
+
+    /** Waits for room when need be; ends the process when the reader is gone. */
+    void write(const void* bytes, size_t size);
+    /** Lets the reader see what was written so far. It is woken only once that is worth it. */
+    void publish();
+    /** Lets the reader see it at once. */
+    void flush();
+
+  private:
+    void waitForRoom();
+    void wakeReader();
+
+    RingMemory& mMemory;
+    const int mDoorbell;
+    uint64_t mWritten = 0;
+    uint64_t mTaken = 0;
+    uint64_t mShown = 0;
+};
+
+/** The writer will write no more. */
+struct RingEnded {};
+
+/** What lies in the ring cannot have been written by a writer of ours. */
+class RingDamaged : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/** The reading end. The descriptor is the other end of the pair. */
+class RingReader {
+  public:
+    /** Waits until there may be more to read. False: there never will be. */
+    using Wait = std::function<bool()>;
+
+    RingReader(RingMemory& memory, int doorbell, Wait wait)
+        : mMemory(memory), mDoorbell(doorbell), mWait(std::move(wait)) {}
+
+    /** Throws `RingEnded` and `RingDamaged`, and whatever the function does that waits. */
+    void read(void* bytes, size_t size);
+    /** Lets the writer use the room of what was read. */
+    void release();
+
+    /** Call this before going to sleep: true when there is nothing to read. */
+    bool prepareToSleep();
+    void wakeUp();
+
+  private:
+    uint64_t available() const;
+    uint64_t waitForBytes();
+
+    RingMemory& mMemory;
+    const int mDoorbell;
+    const Wait mWait;
+    uint64_t mTaken = 0;
+    uint64_t mReleased = 0;
+};
+
+}  // namespace ogmprobe

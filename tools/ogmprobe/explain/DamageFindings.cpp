@@ -1,0 +1,319 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+
+#include <algorithm>
+
+#include "explain/Finding.h"
+
+namespace ogmprobe {
+namespace {
+
+/** From so many on damage is told of as a whole. */
+constexpr size_t kTooManyToList = 10;
+
+/** Numbers of pages that leap further do not count pages. */
+constexpr uint32_t kLargestLoss = 10000;
+
+std::string trackText(const Explanation& explanation, uint32_t serial) {
+    const auto track = explanation.trace().trackOf(serial);
+    return track ? fmt::format("track {}", *track)
+                 : fmt::format("the stream with serial number {}", serial);
+}
+
+Finding findingAt(const Explanation& explanation, const char* id, const OggPage& page) {
+    Finding finding;
+    finding.id = id;
+    finding.serial = page.serial;
+    finding.track = explanation.trace().trackOf(page.serial);
+    finding.offset = page.offset;
+    finding.timeUs = explanation.file().timeUs(page);
+    return finding;
+}
+
+/** Pages that are lost between two pages of a stream; 0 unless their numbers say so. */
+uint32_t lostBetween(const OggPage& before, const OggPage& behind) {
+    const uint32_t lost = behind.sequence - before.sequence - 1;
+    return lost <= kLargestLoss ? lost : 0;
+}
+
+/** Calls the function with each two neighbours among the pages of each stream. */
+template <typename Function>
+void forNeighbours(const OggFile& file, Function&& function) {
+    for (const auto& [serial, stream] : file.streams()) {
+        for (size_t i = 1; i < stream.dataPages.size(); ++i) {
+            function(file.pages()[stream.dataPages[i - 1]], file.pages()[stream.dataPages[i]]);
+        }
+    }
+}
+
+/** "; 2 pages of track 0 are lost there", for each stream with pages before and behind. */
+std::string lossesIn(const Explanation& explanation, const JunkRange& junk) {
+    std::string text;
+    forNeighbours(explanation.file(), [&](const OggPage& before, const OggPage& behind) {
+        if (before.offset >= junk.offset || behind.offset < junk.end()) {
+            return;
+        }
+        if (const uint32_t lost = lostBetween(before, behind)) {
+            text += fmt::format("; {} of {} {} lost there", plural(lost, "page"),
+                                trackText(explanation, before.serial), lost == 1 ? "is" : "are");
+        }
+    });
+    return text;
+}
+
+void explainJunk(Explanation& explanation, const JunkRange& junk) {
+    const OggFile& file = explanation.file();
+    const bool isLast = junk.end() == file.size();
+    Finding finding;
+    finding.id = "junk-skipped";
+    finding.text = fmt::format("{} from offset {} on are no Ogg page and are skipped{}{}.",
+                               plural(junk.size, "byte"), junk.offset,
+                               isLast ? "; no page follows" : "", lossesIn(explanation, junk));
+    finding.offset = junk.offset;
+    finding.bytes = junk.size;
+    finding.timeUs = file.timeBefore(junk.offset);
+    finding.untilUs = isLast ? std::nullopt : file.timeBehind(junk.offset);
+    finding.line = copied(explanation.trace().line(
+            fmt::format("*** Skip {} bytes of junk from {} ", junk.size, junk.offset)));
+    explanation.add(std::move(finding));
+}
+
+void explainAllJunk(Explanation& explanation) {
+    const auto& junk = explanation.file().junk();
+    if (junk.size() < kTooManyToList) {
+        for (const JunkRange& range : junk) {
+            explainJunk(explanation, range);
+        }
+        return;
+    }
+    Finding finding;
+    finding.id = "junk-skipped";
+    uint64_t bytes = 0;
+    for (const JunkRange& range : junk) {
+        bytes += range.size;
+    }
+    finding.text = fmt::format(
+            "{} at {} places are no Ogg pages and are skipped, the first at offset {}, the last at "
+            "offset {} (--pages lists all).",
+            plural(bytes, "byte"), junk.size(), junk.front().offset, junk.back().offset);
+    finding.offset = junk.front().offset;
+    finding.bytes = bytes;
+    finding.timeUs = explanation.file().timeBefore(junk.front().offset);
+    finding.untilUs = explanation.file().timeBehind(junk.back().offset);
+    finding.line = copied(explanation.trace().line("*** Skip "));
+    explanation.add(std::move(finding));
+}
+
+/** What playing makes of a page header that cannot be read. */
+std::string consequence(const PluginTrace& trace, const OggPage& page, const LoggedLine* line) {
+    if (trace.line("getNextGranulePosition:Cannot read", page.offset, page.end()) != nullptr) {
+        return "Playing ends in front of it: the search for the next page of a stream cannot pass.";
+    }
+    if (line != nullptr && line->function == PluginFunction::kRead) {
+        return "Playing goes on some 10000 bytes in front of it and cuts bytes out of it by the "
+               "lacing of the page before: garbage comes out, or packets come again.";
+    }
+    return "Playing did not come here.";
+}
+
+void explainDamagedHeader(Explanation& explanation, const OggPage& page) {
+    const PluginTrace& trace = explanation.trace();
+    const char* beginning = page.version != 0 ? "Version Error" : "Flag only bits";
+    const LoggedLine* line = nullptr;
+    for (const LoggedLine* candidate : trace.linesAt(page.offset, page.end())) {
+        if (candidate->text.starts_with(beginning)) {
+            line = candidate;
+        }
+    }
+    Finding finding;
+    finding.id = "page-header-damaged";
+    finding.text = fmt::format(
+            "The header of the page at offset {} has {}, so it cannot be read{}. {}", page.offset,
+            page.version != 0 ? fmt::format("version {}", page.version)
+                              : fmt::format("undefined flags ({:#04x})", page.flags),
+            line == nullptr ? "" : "; a search for streams or for the duration ends here",
+            consequence(trace, page, line));
+    finding.offset = page.offset;
+    finding.timeUs = explanation.file().timeBefore(page.offset);
+    finding.untilUs = explanation.file().timeBehind(page.end());
+    finding.line = copied(line);
+    explanation.add(std::move(finding));
+}
+
+void explainCut(Explanation& explanation, const OggPage& page) {
+    Finding finding = findingAt(explanation, "file-cut-off", page);
+    const uint64_t size = page.end() - page.offset;
+    finding.text = fmt::format(
+            "The file ends within the page at offset {}: at least {} of its {} bytes are missing.",
+            page.offset, page.missingBytes, size);
+    finding.bytes = page.missingBytes;
+    if (!finding.timeUs) {
+        finding.timeUs = explanation.file().timeBefore(page.offset);
+    }
+    for (const char* beginning : {"Cannot read page payload", "failed to read"}) {
+        if (!finding.line) {
+            finding.line = copied(explanation.trace().line(beginning, page.offset, page.end()));
+        }
+    }
+    explanation.add(std::move(finding));
+}
+
+void explainChecksum(Explanation& explanation, const OggPage& page) {
+    Finding finding = findingAt(explanation, "checksum-wrong", page);
+    finding.text = fmt::format(
+            "The page of {} at offset {} has a wrong checksum: the plug-in does not check it{}.",
+            trackText(explanation, page.serial), page.offset,
+            finding.track && !page.beginsStream() ? ", so what is damaged comes out as it is" : "");
+    explanation.add(std::move(finding));
+}
+
+void explainChecksums(Explanation& explanation) {
+    std::vector<const OggPage*> wrong;
+    for (const OggPage& page : explanation.file().pages()) {
+        if (page.isReadable() && !page.checksumRight) {
+            wrong.push_back(&page);
+        }
+    }
+    if (wrong.size() < kTooManyToList) {
+        for (const OggPage* page : wrong) {
+            explainChecksum(explanation, *page);
+        }
+        return;
+    }
+    Finding finding = findingAt(explanation, "checksum-wrong", *wrong.front());
+    finding.text = fmt::format(
+            "{} of {} pages have a wrong checksum, the first at offset {}: the plug-in does not "
+            "check it, so what is damaged comes out as it is.",
+            wrong.size(), explanation.file().pages().size(), wrong.front()->offset);
+    explanation.add(std::move(finding));
+}
+
+/** Whether damage that is told of elsewhere accounts for pages missing there. */
+bool damageBetween(const OggFile& file, const OggPage& before, const OggPage& behind) {
+    const auto isBetween = [&](const auto& range) {
+        return range.offset >= before.end() && range.end() <= behind.offset;
+    };
+    return std::any_of(file.junk().begin(), file.junk().end(), isBetween) ||
+           std::any_of(file.pages().begin(), file.pages().end(),
+                       [&](const OggPage& page) { return !page.isReadable() && isBetween(page); });
+}
+
+void explainMissingPages(Explanation& explanation) {
+    forNeighbours(explanation.file(), [&](const OggPage& before, const OggPage& behind) {
+        const uint32_t lost = lostBetween(before, behind);
+        if (lost == 0 || damageBetween(explanation.file(), before, behind)) {
+            return;
+        }
+        Finding finding = findingAt(explanation, "pages-missing", behind);
+        finding.text = fmt::format("In front of offset {}, {} of {} {} missing.", behind.offset,
+                                   plural(lost, "page"), trackText(explanation, behind.serial),
+                                   lost == 1 ? "is" : "are");
+        finding.timeUs = explanation.file().timeUs(before);
+        finding.untilUs = explanation.file().timeUs(behind);
+        explanation.add(std::move(finding));
+    });
+}
+
+/** Dropped packets, told by page. */
+void explainGranules(Explanation& explanation) {
+    constexpr const char* kDropped = "********** mPreGranulePosition is not vaild";
+    const OggPage* cause = nullptr;
+    const OggPage* causeBefore = nullptr;
+    forNeighbours(explanation.file(), [&](const OggPage& before, const OggPage& page) {
+        if (page.granule < before.granule) {
+            cause = &page;
+            causeBefore = &before;
+        }
+        const LoggedLine* line = explanation.trace().line(kDropped, page.bodyOffset(), page.end());
+        if (line == nullptr) {
+            return;
+        }
+        Finding finding = findingAt(explanation, "packets-dropped", page);
+        finding.text = fmt::format(
+                "{} of {} on the page at offset {} {} dropped", plural(line->count, "packet"),
+                trackText(explanation, page.serial), page.offset, line->count == 1 ? "is" : "are");
+        if (cause != nullptr && cause->serial == page.serial) {
+            finding.text += fmt::format(
+                    ": the granule position falls from {} to {} at offset {}{}, and packets count "
+                    "only once it rises again",
+                    static_cast<int64_t>(causeBefore->granule),
+                    static_cast<int64_t>(cause->granule), cause->offset,
+                    causeBefore->granule == kNoGranule
+                            ? " (-1, for a page on which no packet ends, counts as the largest)"
+                            : "");
+        }
+        finding.text += ".";
+        finding.line = *line;
+        explanation.add(std::move(finding));
+    });
+}
+
+struct AudioLoss {
+    const char* line;
+    const char* id;
+    const char* text;
+};
+
+constexpr AudioLoss kAudioLosses[] = {
+        {"appendAudioData FAIL!", "audio-without-sync",
+         "hold no beginning of a frame (no sync word) and are dropped"},
+        {"findMP3Header fail size", "audio-unconfirmed",
+         "end a search for frames that follow each other: the bytes so far are dropped"},
+        {"not found mMP3Header,skip", "audio-unlike-first-frame",
+         "hold no frame like the first one of the track: the bytes so far are dropped"},
+        {"GetMPEGAudioFrameSize fail", "audio-frame-without-size",
+         "hold a frame header without a valid size: the bytes so far are dropped"},
+        {"fscod=3", "audio-frame-without-size",
+         "hold a frame header without a valid sampling rate: the frame is dropped"},
+        {"[dequeueAccessUnitAC3]***wrong bsid", "audio-frame-refused",
+         "hold a frame of an unknown version (bsid): the frame is dropped"},
+};
+
+void explainAudioLoss(Explanation& explanation, const AudioLoss& loss) {
+    const OggFile& file = explanation.file();
+    std::map<uint32_t, Finding> findings;
+    std::map<uint32_t, uint64_t> counts;
+    for (const LoggedLine& line : explanation.trace().lines()) {
+        const auto page = line.offset ? file.pageAt(*line.offset) : std::nullopt;
+        if (!page || line.function != PluginFunction::kRead || !line.text.starts_with(loss.line) ||
+            file.pages()[*page].beginsWithComment) {
+            continue;
+        }
+        const OggPage& place = file.pages()[*page];
+        const auto [entry, isNew] =
+                findings.emplace(place.serial, findingAt(explanation, loss.id, place));
+        if (isNew) {
+            entry->second.line = line;
+        }
+        entry->second.untilUs = file.timeUs(place);
+        counts[place.serial] += line.count;
+    }
+    for (auto& [serial, finding] : findings) {
+        finding.text = fmt::format("{} of {}, from the page at offset {} on, {}.",
+                                   plural(counts[serial], "packet"), trackText(explanation, serial),
+                                   *finding.offset, loss.text);
+        explanation.add(std::move(finding));
+    }
+}
+
+}  // namespace
+
+void explainDamage(Explanation& explanation) {
+    explainAllJunk(explanation);
+    for (const OggPage& page : explanation.file().pages()) {
+        if (!page.isReadable()) {
+            explainDamagedHeader(explanation, page);
+        }
+        if (page.missingBytes > 0) {
+            explainCut(explanation, page);
+        }
+    }
+    explainChecksums(explanation);
+    explainMissingPages(explanation);
+    explainGranules(explanation);
+    for (const AudioLoss& loss : kAudioLosses) {
+        explainAudioLoss(explanation, loss);
+    }
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "TimeText.h"
+#include "explain/Finding.h"
+
+namespace ogmprobe {
+namespace {
+
+/** The part at the end of a file whose pages tell the plug-in the duration. */
+constexpr uint64_t kTailSize = 650520;
+/** Tracks of a file need not end together. */
+constexpr double kToleranceUs = 1e6;
+
+uint64_t tailOffset(const OggFile& file) {
+    return file.size() > kTailSize ? file.size() - kTailSize : 0;
+}
+
+/** What the plug-in makes of the page's granule position, that of -1 included. */
+std::optional<int64_t> takenTimeUs(const Explanation& explanation, const OggPage& page) {
+    const StreamHeader* header = explanation.file().headerOf(page.serial);
+    if (header == nullptr || !explanation.trace().trackOf(page.serial)) {
+        return std::nullopt;
+    }
+    return header->timeUs(page.granule);
+}
+
+const OggPage* decidingPage(const Explanation& explanation, int64_t durationUs) {
+    const auto& pages = explanation.file().pages();
+    const uint64_t tail = tailOffset(explanation.file());
+    const auto found = std::find_if(pages.begin(), pages.end(), [&](const OggPage& page) {
+        return page.offset >= tail && takenTimeUs(explanation, page) == durationUs;
+    });
+    return found == pages.end() ? nullptr : &*found;
+}
+
+/** The last page of the track that ends last, by what the last pages say. */
+const OggPage* lastPage(const Explanation& explanation) {
+    const OggPage* last = nullptr;
+    for (const auto& [serial, stream] : explanation.file().streams()) {
+        for (auto page = stream.dataPages.rbegin(); page != stream.dataPages.rend(); ++page) {
+            const OggPage& candidate = explanation.file().pages()[*page];
+            const auto time = takenTimeUs(explanation, candidate);
+            if (!time || candidate.granule == kNoGranule) {
+                continue;
+            }
+            if (last == nullptr || *time > takenTimeUs(explanation, *last)) {
+                last = &candidate;
+            }
+            break;
+        }
+    }
+    return last;
+}
+
+void explainUnknown(Explanation& explanation) {
+    const uint64_t size = explanation.file().size();
+    Finding finding;
+    finding.line = copied(explanation.trace().line("parseMaxTime:Cannot "));
+    if (size < kTailSize) {
+        finding.id = "duration-unknown-short-file";
+        finding.text = fmt::format(
+                "The duration is unknown: the plug-in looks for it in the last {} bytes, and for a "
+                "file of {} bytes it asks for some in front of the beginning, which is refused.",
+                kTailSize, size);
+    } else {
+        finding.id = "duration-unknown";
+        finding.text = fmt::format(
+                "The duration is unknown: the last {} bytes hold no page of a track that tells a "
+                "time before the place where the search ends.",
+                kTailSize);
+        finding.offset = tailOffset(explanation.file());
+    }
+    explanation.add(std::move(finding));
+}
+
+void explainKnown(Explanation& explanation, int64_t durationUs) {
+    const OggPage* last = lastPage(explanation);
+    const OggPage* deciding = decidingPage(explanation, durationUs);
+    const int64_t endUs = last != nullptr ? *takenTimeUs(explanation, *last) : 0;
+    if (last == nullptr ||
+        std::abs(static_cast<double>(durationUs) - static_cast<double>(endUs)) <= kToleranceUs) {
+        return;
+    }
+    Finding finding;
+    finding.line = copied(explanation.trace().line("File duration is "));
+    const std::string durations = fmt::format(
+            "The duration is said to be {} s, but the last pages "
+            "tell {} s: ",
+            secondsText(durationUs), secondsText(endUs));
+    if (deciding != nullptr) {
+        finding.offset = deciding->offset;
+        finding.track = explanation.trace().trackOf(deciding->serial);
+    }
+    if (deciding != nullptr && deciding->granule == kNoGranule) {
+        finding.id = "duration-from-granule-minus-1";
+        finding.text =
+                durations + fmt::format(
+                                    "the page at offset {} has granule position -1 (no packet ends "
+                                    "on it), which the plug-in takes for a time.",
+                                    deciding->offset);
+    } else if (durationUs > endUs) {
+        finding.id = "duration-from-stray-granule";
+        finding.text =
+                durations + fmt::format(
+                                    "the granule position of the page at offset {} is larger than "
+                                    "those that follow, and the largest counts.",
+                                    deciding != nullptr ? deciding->offset : 0);
+    } else {
+        finding.id = "duration-too-short";
+        finding.offset = last->offset;
+        finding.text = durations +
+                       "the search through the end of the file stopped before the last "
+                       "page.";
+        if (const auto* line = explanation.trace().line("parseMaxTime:Cannot ")) {
+            finding.line = *line;
+        }
+    }
+    explanation.add(std::move(finding));
+}
+
+}  // namespace
+
+void explainDuration(Explanation& explanation) {
+    const auto& opened = explanation.trace().opened();
+    if (!opened) {
+        return;
+    }
+    const int64_t durationUs = opened->durationUs.value_or(0);
+    if (durationUs == 0) {
+        explainUnknown(explanation);
+    } else {
+        explainKnown(explanation, durationUs);
+    }
+}
+
+}  // namespace ogmprobe

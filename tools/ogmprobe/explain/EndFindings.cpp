@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "explain/Finding.h"
+
+namespace ogmprobe {
+namespace {
+
+constexpr std::array<std::string_view, 4> kReadingEnds = {
+        "getNextGranulePosition:Cannot read a page header",
+        "Cannot read page payload",
+        "getNextGranulePosition: Cannot find a page start",
+        "getNextGranulePosition fail",
+};
+
+/** Streams of a file do not end together to the microsecond. */
+constexpr int64_t kUsualLossUs = 1'000'000;
+
+std::optional<LoggedLine> lineOfTheEnd(const PluginTrace& trace) {
+    for (const std::string_view beginning : kReadingEnds) {
+        if (const LoggedLine* line = trace.line(beginning)) {
+            return *line;
+        }
+    }
+    return std::nullopt;
+}
+
+/** Pages with bytes of a track that were never cut into packets. */
+std::vector<size_t> unreadPages(const Explanation& explanation, const OggStream& stream) {
+    std::vector<size_t> unread;
+    for (const size_t index : stream.dataPages) {
+        const OggPage& page = explanation.file().pages()[index];
+        if (page.bodySize > 0 && explanation.trace().timesCut(index) == 0) {
+            unread.push_back(index);
+        }
+    }
+    return unread;
+}
+
+std::string whyReadingEnded(const PluginTrace& trace) {
+    const LoggedLine* line = trace.line(kReadingEnds.front());
+    return line != nullptr && line->offset
+                   ? fmt::format("reading ended at the damaged page header at offset {}.",
+                                 *line->offset)
+                   : "reading ended in front of them.";
+}
+
+Finding findingOf(const Explanation& explanation, uint64_t track, size_t page) {
+    const OggPage& first = explanation.file().pages()[page];
+    Finding finding;
+    finding.track = track;
+    finding.serial = first.serial;
+    finding.offset = first.offset;
+    finding.timeUs = explanation.file().timeUs(first);
+    finding.line = lineOfTheEnd(explanation.trace());
+    return finding;
+}
+
+void explainLastPage(Explanation& explanation, uint64_t track, size_t index) {
+    const OggPage& page = explanation.file().pages()[index];
+    Finding finding = findingOf(explanation, track, index);
+    finding.id = "last-packets-withheld";
+    finding.usual = true;
+    finding.text = fmt::format(
+            "The last packets of track {} do not come out: a stream's last page (here with {}) is "
+            "never read, and the packet in front of it stays open.",
+            track, plural(page.packets, "packet"));
+    explanation.add(std::move(finding));
+}
+
+/** The first page at which reading stops because its stream has no later one. */
+std::optional<size_t> stoppingPage(const Explanation& explanation) {
+    std::optional<size_t> first;
+    for (const auto& [serial, stream] : explanation.file().streams()) {
+        if (explanation.trace().trackOf(serial) && !stream.dataPages.empty()) {
+            first = std::min(first.value_or(stream.dataPages.back()), stream.dataPages.back());
+        }
+    }
+    return first;
+}
+
+void explainUnread(Explanation& explanation, uint64_t track, const std::vector<size_t>& unread) {
+    const auto& pages = explanation.file().pages();
+    uint64_t packets = 0;
+    for (const size_t index : unread) {
+        packets += pages[index].packets;
+    }
+    Finding finding = findingOf(explanation, track, unread.front());
+    finding.id = "pages-not-read";
+    finding.untilUs = explanation.file().timeUs(pages[unread.back()]);
+    finding.text = fmt::format("The last {} of track {}, with {}, are not read: ",
+                               plural(unread.size(), "page"), track, plural(packets, "packet"));
+    const auto stop = stoppingPage(explanation);
+    if (stop && *stop < unread.front()) {
+        const OggPage& page = pages[*stop];
+        finding.text += fmt::format(
+                "all reading stops at the first page that is the last one of its stream, here at "
+                "offset {} (track {}).",
+                page.offset, explanation.trace().trackOf(page.serial).value_or(0));
+        finding.usual = finding.timeUs && finding.untilUs &&
+                        *finding.untilUs - *finding.timeUs < kUsualLossUs;
+    } else {
+        finding.text += whyReadingEnded(explanation.trace());
+    }
+    explanation.add(std::move(finding));
+}
+
+void explainEmptyTrack(Explanation& explanation, uint64_t track, const OggStream* stream) {
+    Finding finding;
+    finding.id = "track-without-packets";
+    finding.track = track;
+    if (stream == nullptr || stream->dataPages.empty()) {
+        finding.text =
+                fmt::format("Track {} gives no packet: no page holds any of its data.", track);
+    } else if (explanation.trace().line(kReadingEnds.front()) != nullptr) {
+        finding.text = fmt::format("Track {} gives no packet: {}", track,
+                                   whyReadingEnded(explanation.trace()));
+    } else {
+        finding.serial = stream->serial;
+        finding.offset = explanation.file().pages()[stream->dataPages.front()].offset;
+        finding.text = fmt::format(
+                "Track {} gives no packet: of its {} the last is never read, and what the others "
+                "hold does not reach beyond the packet that stays open.",
+                track, plural(stream->dataPages.size(), "page"));
+    }
+    finding.line = lineOfTheEnd(explanation.trace());
+    explanation.add(std::move(finding));
+}
+
+void explainTrack(Explanation& explanation, uint64_t index, const PlayedTrack& track) {
+    const auto& streams = explanation.file().streams();
+    const auto found = track.serial ? streams.find(*track.serial) : streams.end();
+    const OggStream* stream = found == streams.end() ? nullptr : &found->second;
+    if (track.failure) {
+        Finding finding;
+        finding.id = "reading-failed";
+        finding.track = index;
+        finding.text = fmt::format("Reading track {} ended with {}.", index, *track.failure);
+        finding.line = copied(explanation.trace().line("Cannot read page payload"));
+        explanation.add(std::move(finding));
+    }
+    if (track.packets == 0) {
+        explainEmptyTrack(explanation, index, stream);
+        return;
+    }
+    if (track.beginsWithComment) {
+        Finding finding;
+        finding.id = "comment-header-comes-out";
+        finding.usual = true;
+        finding.text = fmt::format(
+                "The first buffer of track {} is its comment header, which is handed out like a "
+                "frame.",
+                index);
+        finding.track = index;
+        explanation.add(std::move(finding));
+    }
+    if (stream == nullptr) {
+        return;
+    }
+    const auto unread = unreadPages(explanation, *stream);
+    if (unread.size() == 1 && unread.front() == stream->dataPages.back()) {
+        explainLastPage(explanation, index, unread.front());
+    } else if (!unread.empty()) {
+        explainUnread(explanation, index, unread);
+    }
+}
+
+void explainDeath(Explanation& explanation, const Failure& failure) {
+    const PluginTrace& trace = explanation.trace();
+    Finding finding;
+    finding.id = "extractor-ended";
+    finding.text = fmt::format("Playing came to no end: {}.", failure.message);
+    if (const auto offset = trace.lastReadOffset(); offset && *offset >= 0) {
+        finding.text += fmt::format(" The last read was at offset {}.", *offset);
+        finding.offset = static_cast<uint64_t>(*offset);
+        finding.timeUs = explanation.file().timeBefore(*finding.offset);
+    }
+    if (!trace.lines().empty()) {
+        finding.line = trace.lines().back();
+    }
+    explanation.add(std::move(finding));
+}
+
+}  // namespace
+
+void explainEnd(Explanation& explanation) {
+    const auto& failure = explanation.trace().failure();
+    if (failure && failure->code == ExitCode::kDied) {
+        explainDeath(explanation, *failure);
+        return;
+    }
+    for (const auto& [index, track] : explanation.trace().tracks()) {
+        if (track.ended) {
+            explainTrack(explanation, index, track);
+        }
+    }
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <android/log.h>
+#include <fmt/core.h>
+#include <unistd.h>
+
+#include <optional>
+
+#include "CommandRecords.h"
+#include "Commands.h"
+#include "Json.h"
+#include "explain/ExplainText.h"
+
+namespace ogmprobe {
+namespace {
+
+using nlohmann::ordered_json;
+
+class ExplainRecords : public CommandRecords {
+  public:
+    ExplainRecords(Session& session, Report& report, PluginTrace& trace)
+        : CommandRecords(session, report), mTrace(trace) {}
+
+    template <typename T>
+    void operator()(const T& record) {
+        if constexpr (requires { mTrace.add(record); }) {
+            mTrace.add(record);
+        }
+        CommandRecords::operator()(record);
+    }
+    // All lines are wanted as evidence; those that the user asked for are shown too.
+    void operator()(const LogLine& line) {
+        mTrace.add(line);
+        if (line.priority >= session().options.logPriority.value_or(ANDROID_LOG_SILENT)) {
+            CommandRecords::operator()(line);
+        }
+    }
+
+  private:
+    PluginTrace& mTrace;
+};
+
+void playTraced(const ExplainOptions& options, Session& session, Report& report,
+                PluginTrace& trace) {
+    GlobalOptions withLines = session.options;
+    withLines.logPriority = ANDROID_LOG_VERBOSE;
+    ExplainRecords records(session, report, trace);
+    try {
+        runJob({options.file, playJob({}), true}, withLines,
+               [&records](const Record& record) { std::visit(records, record); });
+    } catch (const GoesInCircles& circles) {
+        const Failure failure{ExitCode::kDied,
+                              fmt::format("the extractor never ends: {}", circles.what())};
+        trace.add(failure);
+        report.error(failure.code, failure.message);
+    }
+}
+
+void explainAll(Explanation& explanation) {
+    explainRefusal(explanation);
+    if (!explanation.trace().opened()) {
+        explainEnd(explanation);
+        return;
+    }
+    // A file that another plug-in takes need not be Ogg.
+    if (!explanation.file().pages().empty()) {
+        explainStreams(explanation);
+        explainDuration(explanation);
+        explainDamage(explanation);
+    }
+    explainEnd(explanation);
+}
+
+ordered_json documentOf(const ExplainOptions& options, const Explanation& explanation,
+                        const Report& report) {
+    auto findings = ordered_json::array();
+    for (const Finding& finding : explanation.findings()) {
+        findings.push_back(toJson(finding));
+    }
+    const auto& opened = explanation.trace().opened();
+    return {{"schema_version", kSchemaVersion},
+            {"path", options.file},
+            {"exit_code", static_cast<int>(report.worst())},
+            {"size", explanation.file().size()},
+            {"duration_us", opened ? orNull(opened->durationUs) : ordered_json(nullptr)},
+            {"streams", streamsJson(explanation)},
+            {"findings", std::move(findings)},
+            {"pages", options.pages ? pagesJson(explanation) : ordered_json(nullptr)},
+            {"errors", report.errorsJson()},
+            {"warnings", report.warningsJson()}};
+}
+
+void show(const ExplainOptions& options, const Explanation& explanation, Session& session) {
+    const bool color = wantsColor(session.options.color, STDOUT_FILENO);
+    if (options.pages) {
+        writePages(explanation, color, session.output);
+        session.output.write("\n");
+    }
+    session.output.write(findingsText(explanation, options, color));
+}
+
+/** The document of a file that cannot be read. */
+ordered_json failureDocument(const ExplainOptions& options, const Report& report) {
+    return {{"schema_version", kSchemaVersion},
+            {"path", options.file},
+            {"exit_code", static_cast<int>(report.worst())},
+            {"size", nullptr},
+            {"duration_us", nullptr},
+            {"streams", ordered_json::array()},
+            {"findings", ordered_json::array()},
+            {"pages", nullptr},
+            {"errors", report.errorsJson()},
+            {"warnings", report.warningsJson()}};
+}
+
+}  // namespace
+
+ExitCode runExplain(const ExplainOptions& options, Session& session) {
+    Report report(session.console, options.file);
+    std::optional<OggFile> file;
+    report.guard([&] { file.emplace(options.file); });
+    if (!file) {
+        if (options.json) {
+            session.output.write(toDocument(failureDocument(options, report)));
+        }
+        return report.worst();
+    }
+    PluginTrace trace(*file, options.pages && options.verbose);
+    report.guard([&] { playTraced(options, session, report, trace); });
+    Explanation explanation(*file, trace);
+    explainAll(explanation);
+    if (options.json) {
+        session.output.write(toDocument(documentOf(options, explanation, report)));
+    } else {
+        show(options, explanation, session);
+    }
+    return report.worst();
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "Options.h"
+#include "Output.h"
+#include "explain/Finding.h"
+
+namespace ogmprobe {
+
+/** The findings for people. */
+std::string findingsText(const Explanation& explanation, const ExplainOptions& options, bool color);
+
+/** The pages and what lies between them, with the log lines that were written there. */
+void writePages(const Explanation& explanation, bool color, Output& output);
+
+nlohmann::ordered_json toJson(const Finding& finding);
+nlohmann::ordered_json streamsJson(const Explanation& explanation);
+nlohmann::ordered_json pagesJson(const Explanation& explanation);
+
+/** Why the page's packets come out of no track; empty if they do. */
+std::string whyNoTrack(const Explanation& explanation, const OggPage& page);
+
+}  // namespace ogmprobe

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "explain/StreamHeader.h"
+
+/**
+ * What lies in an Ogg file, read without the plug-in: the pages as a reader meets them that goes
+ * from page to page and looks for the next capture pattern where there is none.
+ */
+namespace ogmprobe {
+
+/** Of a page on which no packet ends. */
+constexpr uint64_t kNoGranule = ~uint64_t{0};
+
+struct OggPage {
+    uint64_t offset = 0;
+    /** Of header and lacing table. */
+    uint64_t headerSize = 0;
+    uint64_t bodySize = 0;
+    uint8_t version = 0;
+    uint8_t flags = 0;
+    uint64_t granule = 0;
+    uint32_t serial = 0;
+    uint32_t sequence = 0;
+    /** Packets that end on the page. */
+    uint32_t packets = 0;
+    /** Bytes of the first packet, or piece of one, that lies on the page. */
+    uint64_t firstPieceSize = 0;
+    /** Bytes of the page that the file ends before. */
+    uint64_t missingBytes = 0;
+    bool checksumRight = true;
+    bool beginsWithComment = false;
+    /** What the page says if it announces a stream. */
+    std::optional<StreamHeader> announced;
+
+    uint64_t bodyOffset() const { return offset + headerSize; }
+    uint64_t end() const { return bodyOffset() + bodySize; }
+    bool continues() const { return (flags & 1U) != 0; }
+    bool beginsStream() const { return (flags & 2U) != 0; }
+    bool endsStream() const { return (flags & 4U) != 0; }
+    /** Whether version and flags are those of the format's only version. */
+    bool isReadable() const { return version == 0 && flags < 8; }
+};
+
+/** Bytes between pages. */
+struct JunkRange {
+    uint64_t offset = 0;
+    uint64_t size = 0;
+
+    uint64_t end() const { return offset + size; }
+};
+
+/** The pages of one serial number. */
+struct OggStream {
+    uint32_t serial = 0;
+    /** Indices into the file's pages. */
+    std::optional<size_t> announcement;
+    std::vector<size_t> dataPages;
+};
+
+class OggFile {
+  public:
+    /** Throws `ProbeError` with `kFile`. */
+    explicit OggFile(const std::string& path);
+
+    uint64_t size() const { return mSize; }
+    const std::vector<OggPage>& pages() const { return mPages; }
+    const std::vector<JunkRange>& junk() const { return mJunk; }
+    /** By their serial numbers. */
+    const std::map<uint32_t, OggStream>& streams() const { return mStreams; }
+
+    /** Index of the page in which the byte lies. */
+    std::optional<size_t> pageAt(int64_t offset) const;
+    const StreamHeader* headerOf(uint32_t serial) const;
+    /** What the page's granule position says; nothing where it says nothing. */
+    std::optional<int64_t> timeUs(const OggPage& page) const;
+    /** The last time that a page in front of the place tells, the first behind it. */
+    std::optional<int64_t> timeBefore(uint64_t offset) const;
+    std::optional<int64_t> timeBehind(uint64_t offset) const;
+
+  private:
+    void addPage(OggPage page);
+    std::vector<OggPage>::const_iterator firstPageFrom(uint64_t offset) const;
+
+    uint64_t mSize = 0;
+    std::vector<OggPage> mPages;
+    std::vector<JunkRange> mJunk;
+    std::map<uint32_t, OggStream> mStreams;
+};
+
+}  // namespace ogmprobe

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "explain/OggScanner.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+#include "ExitCode.h"
+
+namespace ogmprobe {
+namespace {
+
+constexpr std::string_view kCapturePattern = "OggS";
+constexpr std::string_view kCommentHeader = "\3vorbis";
+
+// Places of the fields in a page header.
+constexpr size_t kVersion = 4;
+constexpr size_t kFlags = 5;
+constexpr size_t kGranule = 6;
+constexpr size_t kSerial = 14;
+constexpr size_t kSequence = 18;
+constexpr size_t kChecksum = 22;
+constexpr size_t kSegmentCount = 26;
+constexpr size_t kFixedSize = 27;
+
+/** A lacing value below this one ends a packet. */
+constexpr uint8_t kUnterminated = 255;
+
+constexpr size_t kWindowSize = 256 * 1024;
+
+bool beginsWith(std::span<const uint8_t> bytes, std::string_view text) {
+    return bytes.size() >= text.size() && std::memcmp(bytes.data(), text.data(), text.size()) == 0;
+}
+
+uint64_t littleEndian(std::span<const uint8_t> bytes, size_t offset, size_t width) {
+    uint64_t value = 0;
+    for (size_t i = width; i-- > 0;) {
+        value = value << 8 | bytes[offset + i];
+    }
+    return value;
+}
+
+// Most significant bit first, as Ogg has it.
+constexpr std::array<uint32_t, 256> makeChecksumTable() {
+    constexpr uint32_t kPolynomial = 0x04c11db7;
+    std::array<uint32_t, 256> table{};
+    for (uint32_t byte = 0; byte < table.size(); ++byte) {
+        uint32_t value = byte << 24;
+        for (int bit = 0; bit < 8; ++bit) {
+            value = (value & 0x80000000U) != 0 ? value << 1 ^ kPolynomial : value << 1;
+        }
+        table[byte] = value;
+    }
+    return table;
+}
+
+constexpr auto kChecksumTable = makeChecksumTable();
+
+/** The checksum's own field counts as zero. */
+uint32_t checksumOf(std::span<const uint8_t> page) {
+    uint32_t value = 0;
+    for (size_t i = 0; i < page.size(); ++i) {
+        const uint8_t byte = i >= kChecksum && i < kSegmentCount ? 0 : page[i];
+        value = value << 8 ^ kChecksumTable[value >> 24 ^ byte];
+    }
+    return value;
+}
+
+void readLacing(std::span<const uint8_t> lacing, OggPage& page) {
+    bool inFirst = true;
+    for (const uint8_t value : lacing) {
+        page.bodySize += value;
+        page.firstPieceSize += inFirst ? value : 0;
+        if (value != kUnterminated) {
+            ++page.packets;
+            inFirst = false;
+        }
+    }
+}
+
+}  // namespace
+
+std::span<const uint8_t> OggScanner::bytes(uint64_t offset, size_t count) {
+    if (offset < mWindowOffset || offset + count > mWindowOffset + mWindow.size()) {
+        mWindow.resize(std::max(count, kWindowSize));
+        mWindowOffset = offset;
+        const auto* table = mSource.table();
+        const ssize_t got = table->readAt(table->handle, static_cast<off64_t>(offset),
+                                          mWindow.data(), mWindow.size());
+        if (got < 0) {
+            throw ProbeError(ExitCode::kFile,
+                             std::string("cannot read: ") + std::strerror(mSource.error()));
+        }
+        mWindow.resize(static_cast<size_t>(got));
+    }
+    const auto rest = std::span(mWindow).subspan(offset - mWindowOffset);
+    return rest.first(std::min(count, rest.size()));
+}
+
+uint64_t OggScanner::findPage(uint64_t offset) {
+    if (beginsWith(bytes(offset, kCapturePattern.size()), kCapturePattern)) {
+        return offset;
+    }
+    while (offset < size()) {
+        const auto window = bytes(offset, kWindowSize);
+        const auto found = std::search(window.begin(), window.end(), kCapturePattern.begin(),
+                                       kCapturePattern.end());
+        if (found != window.end()) {
+            return offset + static_cast<uint64_t>(found - window.begin());
+        }
+        if (window.size() < kWindowSize) {
+            break;
+        }
+        // A pattern may begin with the window's last bytes.
+        offset += window.size() - kCapturePattern.size() + 1;
+    }
+    return size();
+}
+
+OggPage OggScanner::page(uint64_t offset) {
+    OggPage page;
+    page.offset = offset;
+    page.headerSize = kFixedSize;
+    const auto fixed = bytes(offset, kFixedSize);
+    if (fixed.size() < kFixedSize) {
+        page.missingBytes = kFixedSize - fixed.size();
+        return page;
+    }
+    page.version = fixed[kVersion];
+    page.flags = fixed[kFlags];
+    page.granule = littleEndian(fixed, kGranule, 8);
+    page.serial = static_cast<uint32_t>(littleEndian(fixed, kSerial, 4));
+    page.sequence = static_cast<uint32_t>(littleEndian(fixed, kSequence, 4));
+    const auto checksum = static_cast<uint32_t>(littleEndian(fixed, kChecksum, 4));
+    page.headerSize += fixed[kSegmentCount];
+
+    const auto header = bytes(offset, page.headerSize);
+    readLacing(header.subspan(kFixedSize), page);
+    const auto whole = bytes(offset, page.end() - offset);
+    page.missingBytes = page.end() - offset - whole.size();
+    page.checksumRight = page.missingBytes > 0 || checksumOf(whole) == checksum;
+    if (whole.size() > page.headerSize) {
+        const auto body = whole.subspan(page.headerSize);
+        page.beginsWithComment = beginsWith(body, kCommentHeader);
+        if (page.beginsStream()) {
+            page.announced = StreamHeader(body);
+        }
+    }
+    return page;
+}
+
+}  // namespace ogmprobe

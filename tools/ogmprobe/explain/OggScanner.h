@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "FileSource.h"
+#include "explain/OggFile.h"
+
+namespace ogmprobe {
+
+/** Finds and reads the pages of a file (RFC 3533, section 6). */
+class OggScanner {
+  public:
+    /** Throws `ProbeError` with `kFile`. */
+    explicit OggScanner(const std::string& path) : mSource(path) {}
+
+    uint64_t size() const { return mSource.size(); }
+    /** Where the first capture pattern from the place on begins; the file's size without one. */
+    uint64_t findPage(uint64_t offset);
+    /** The page that begins with the capture pattern there. */
+    OggPage page(uint64_t offset);
+
+  private:
+    /** As many of the bytes as the file has, until the next call. */
+    std::span<const uint8_t> bytes(uint64_t offset, size_t count);
+
+    FileSource mSource;
+    std::vector<uint8_t> mWindow;
+    uint64_t mWindowOffset = 0;
+};
+
+}  // namespace ogmprobe

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "explain/PluginTrace.h"
+
+#include <android/log.h>
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "CommentHeader.h"
+
+namespace ogmprobe {
+namespace {
+
+/** The plug-in reads a page's header in two steps: this much, then the lacing table. */
+constexpr uint64_t kPageHeaderRead = 27;
+
+/** The lines between which the plug-in's search for stream headers is over. */
+constexpr std::string_view kDurationSearch = "parseMaxTime: mDataSourceSize=";
+constexpr std::string_view kSerialOfTrack = "getTrack mSerialNo = ";
+
+// No file is read or handed out so often, not even where one track waits for another.
+constexpr uint32_t kCircles = 16;
+constexpr uint64_t kExpansion = 8;
+constexpr uint64_t kSmallFile = 1 << 20;
+
+/** Beginnings of lines below the level of warnings that tell more than routine. */
+constexpr std::array<std::string_view, 26> kTelling = {
+        " *****Track Type[",
+        "*** Skip ",
+        "********** mPreGranulePosition",
+        "************* unknow header",
+        "Cannot ",
+        "File duration is ",
+        "Find ",
+        "Flag only bits",
+        "GetMPEGAudioFrameSize fail",
+        "MPEG audio, type:",
+        "OGV_VIDEO_MP4:TYPE:",
+        "Page Starts without",
+        "SerialNo = ",
+        "Verify Vorbis",
+        "Version Error",
+        "[dequeueAccessUnit",
+        "buff size < frame size",
+        "failed to read",
+        "found something resembling",
+        "fscod=3",
+        "getNextGranulePosition",
+        "getTrack mSerialNo",
+        "mFirstDataPageOffset",
+        "not found mMP3Header",
+        "parseMaxTime",
+        "sniffOgm OK",
+};
+
+bool isTelling(const LogLine& line) {
+    return line.priority >= ANDROID_LOG_WARN ||
+           std::any_of(kTelling.begin(), kTelling.end(), [&](std::string_view beginning) {
+               return line.text.starts_with(beginning);
+           });
+}
+
+std::string withoutLineEnd(const std::string& text) {
+    return text.substr(0, text.find_last_not_of(" \n") + 1);
+}
+
+}  // namespace
+
+PluginTrace::PluginTrace(const OggFile& file, bool allLines)
+    : mFile(file), mAllLines(allLines), mPages(file.pages().size()) {}
+
+void PluginTrace::add(const PacketPlayed& played) {
+    PlayedTrack& track = mTracks[played.track];
+    if (track.packets == 0) {
+        track.beginsWithComment = isCommentHeader(played.packet.bytes);
+    }
+    ++track.packets;
+    track.lastTimeUs = std::max(track.lastTimeUs, played.packet.timeUs);
+    mBytesPlayed += played.packet.bytes.size();
+    if (mBytesPlayed > kExpansion * mFile.size() + kSmallFile) {
+        throw GoesInCircles("it has handed out many times the bytes of the file");
+    }
+}
+
+void PluginTrace::add(const TrackEnded& ended) {
+    PlayedTrack& track = mTracks[ended.track];
+    track.ended = true;
+    track.failure = ended.failure;
+}
+
+void PluginTrace::add(const CallBegun& call) {
+    mCall = call;
+    mOffset.reset();
+}
+
+void PluginTrace::add(const SourceRead& read) {
+    mOffset = read.offset;
+    mLastReadOffset = read.offset;
+    const auto index = mFile.pageAt(read.offset);
+    if (!index) {
+        return;
+    }
+    const OggPage& page = mFile.pages()[*index];
+    if (mCall.function == PluginFunction::kCreate) {
+        noteHeaderRead(page, *index, read);
+    } else if (mCall.function == PluginFunction::kRead) {
+        notePayloadRead(page, *index, read);
+    }
+}
+
+void PluginTrace::noteHeaderRead(const OggPage& page, size_t index, const SourceRead& read) {
+    PageUse& use = mPages[index];
+    if (!mHeaderSearchOver && !use.searchedForHeader && read.size == kPageHeaderRead &&
+        static_cast<uint64_t>(read.offset) == page.offset) {
+        use.searchedForHeader = true;
+        ++mHeaderPages;
+    }
+}
+
+// Told from a search for a page, which goes byte by byte, by the size.
+void PluginTrace::notePayloadRead(const OggPage& page, size_t index, const SourceRead& read) {
+    if (static_cast<uint64_t>(read.offset) != page.bodyOffset() ||
+        read.size != page.firstPieceSize) {
+        return;
+    }
+    if (++mPages[index].timesCut > kCircles) {
+        throw GoesInCircles(
+                fmt::format("it comes back to the page at offset {} for ever", page.offset));
+    }
+}
+
+void PluginTrace::add(const LogLine& line) {
+    if (line.text.starts_with(kDurationSearch)) {
+        mHeaderSearchOver = true;
+    }
+    if (const auto serial = numberBehind(line.text, kSerialOfTrack); serial && mCall.track) {
+        mTracks[*mCall.track].serial = static_cast<uint32_t>(*serial);
+    }
+    if (!mAllLines && !isTelling(line)) {
+        return;
+    }
+    const auto page = mOffset ? mFile.pageAt(*mOffset) : std::nullopt;
+    // The same line again and again, as for each packet of a page, is one entry.
+    const int64_t place = page ? static_cast<int64_t>(*page) : -1;
+    const std::string key =
+            fmt::format("{} {} {}", static_cast<int>(mCall.function), place, line.text);
+    const auto [entry, isNew] = mLineIndex.emplace(key, mLines.size());
+    if (isNew) {
+        mLines.push_back(
+                {line.priority, line.tag, withoutLineEnd(line.text), mCall.function, mOffset, 0});
+        if (mOffset) {
+            mLinesByOffset.emplace(*mOffset, entry->second);
+        }
+    }
+    ++mLines[entry->second].count;
+}
+
+const LoggedLine* PluginTrace::line(std::string_view beginning) const {
+    const auto found = std::find_if(mLines.begin(), mLines.end(), [&](const LoggedLine& line) {
+        return line.text.starts_with(beginning);
+    });
+    return found == mLines.end() ? nullptr : &*found;
+}
+
+const LoggedLine* PluginTrace::line(std::string_view beginning, uint64_t offset,
+                                    uint64_t end) const {
+    for (const LoggedLine* line : linesAt(offset, end)) {
+        if (line->text.starts_with(beginning)) {
+            return line;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<const LoggedLine*> PluginTrace::linesAt(uint64_t offset, uint64_t end) const {
+    std::vector<const LoggedLine*> lines;
+    const auto last = mLinesByOffset.lower_bound(static_cast<int64_t>(end));
+    for (auto entry = mLinesByOffset.lower_bound(static_cast<int64_t>(offset)); entry != last;
+         ++entry) {
+        lines.push_back(&mLines[entry->second]);
+    }
+    return lines;
+}
+
+std::optional<uint64_t> PluginTrace::trackOf(uint32_t serial) const {
+    for (const auto& [index, track] : mTracks) {
+        if (track.serial == serial) {
+            return index;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<int64_t> numberBehind(std::string_view text, std::string_view before) {
+    if (!text.starts_with(before)) {
+        return std::nullopt;
+    }
+    text.remove_prefix(before.size());
+    int64_t number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    return result.ec == std::errc() ? std::optional(number) : std::nullopt;
+}
+
+}  // namespace ogmprobe

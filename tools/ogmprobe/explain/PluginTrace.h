@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "Records.h"
+#include "explain/OggFile.h"
+
+namespace ogmprobe {
+
+/** A log line and where the plug-in was when it wrote it. */
+struct LoggedLine {
+    int32_t priority = 0;
+    std::string tag;
+    std::string text;
+    PluginFunction function = PluginFunction::kNone;
+    /** Where the call's last read before the line began; nothing without a read. */
+    std::optional<int64_t> offset;
+    /** How often it was written there. */
+    uint64_t count = 0;
+};
+
+/** What came out of one track. */
+struct PlayedTrack {
+    TrackDescription description;
+    std::optional<uint32_t> serial;
+    uint64_t packets = 0;
+    int64_t lastTimeUs = 0;
+    bool beginsWithComment = false;
+    bool ended = false;
+    std::optional<std::string> failure;
+};
+
+/** The plug-in reads the same pages over and over. */
+class GoesInCircles : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/**
+ * Gathers from a traced job what the plug-in did with the pages of a file, in opening it and in
+ * reading it to its end.
+ */
+class PluginTrace {
+  public:
+    /** Routine lines are kept only with `allLines`. The file must outlive this object. */
+    PluginTrace(const OggFile& file, bool allLines);
+
+    void add(const FileOpened& opened) { mOpened = opened; }
+    void add(const TrackStarted& started) {
+        mTracks[started.track.index].description = started.track;
+    }
+    void add(const PacketPlayed& played);
+    void add(const TrackEnded& ended);
+    void add(const Failure& failure) { mFailure = failure; }
+    void add(const CallBegun& call);
+    void add(const SourceRead& read);
+    void add(const LogLine& line);
+
+    const std::optional<FileOpened>& opened() const { return mOpened; }
+    /** By their indices. */
+    const std::map<uint64_t, PlayedTrack>& tracks() const { return mTracks; }
+    const std::optional<Failure>& failure() const { return mFailure; }
+    const std::vector<LoggedLine>& lines() const { return mLines; }
+    std::optional<int64_t> lastReadOffset() const { return mLastReadOffset; }
+
+    /** Pages that were searched for stream headers. */
+    size_t headerPages() const { return mHeaderPages; }
+    bool wasHeaderPage(size_t page) const { return mPages[page].searchedForHeader; }
+    /** How often packets were cut out of the page. */
+    uint32_t timesCut(size_t page) const { return mPages[page].timesCut; }
+
+    /** The first line that begins so. */
+    const LoggedLine* line(std::string_view beginning) const;
+    /** The first that was also written at a place from `offset` up to `end`. */
+    const LoggedLine* line(std::string_view beginning, uint64_t offset, uint64_t end) const;
+    /** All that were written there, in the order of the places. */
+    std::vector<const LoggedLine*> linesAt(uint64_t offset, uint64_t end) const;
+    std::optional<uint64_t> trackOf(uint32_t serial) const;
+
+  private:
+    struct PageUse {
+        bool searchedForHeader = false;
+        uint32_t timesCut = 0;
+    };
+
+    void noteHeaderRead(const OggPage& page, size_t index, const SourceRead& read);
+    void notePayloadRead(const OggPage& page, size_t index, const SourceRead& read);
+
+    const OggFile& mFile;
+    const bool mAllLines;
+    std::optional<FileOpened> mOpened;
+    std::map<uint64_t, PlayedTrack> mTracks;
+    std::optional<Failure> mFailure;
+    std::vector<LoggedLine> mLines;
+    std::unordered_map<std::string, size_t> mLineIndex;
+    std::multimap<int64_t, size_t> mLinesByOffset;
+    std::vector<PageUse> mPages;
+    size_t mHeaderPages = 0;
+    bool mHeaderSearchOver = false;
+    uint64_t mBytesPlayed = 0;
+    CallBegun mCall;
+    std::optional<int64_t> mOffset;
+    std::optional<int64_t> mLastReadOffset;
+};
+
+/** The number behind `before` in the text; nothing if the text does not go on so. */
+std::optional<int64_t> numberBehind(std::string_view text, std::string_view before);
+
+}  // namespace ogmprobe

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "explain/StreamHeader.h"
+
+#include <cctype>
+#include <cstring>
+#include <string_view>
+
+namespace ogmprobe {
+namespace {
+
+constexpr std::string_view kVideo = "\1video";
+constexpr std::string_view kAudio = "\1audio";
+constexpr std::string_view kText = "\1text";
+
+// Places of the fields in a header of an OGM stream.
+constexpr size_t kName = 1;
+constexpr size_t kSubtype = 9;
+constexpr size_t kSubtypeSize = 4;
+constexpr size_t kTimeUnit = 17;
+constexpr size_t kSamplesPerUnit = 25;
+constexpr size_t kBitsPerSample = 41;
+
+constexpr uint64_t kUnitsPerUs = 10;
+constexpr uint64_t kUnitsPerSecond = 10'000'000;
+constexpr uint64_t kUsPerSecond = 1'000'000;
+
+bool holds(std::span<const uint8_t> packet, size_t offset, std::string_view text) {
+    return packet.size() >= offset + text.size() &&
+           std::memcmp(packet.data() + offset, text.data(), text.size()) == 0;
+}
+
+StreamKind kindOf(std::span<const uint8_t> packet) {
+    if (holds(packet, kName, "vorbis")) {
+        return StreamKind::kVorbis;
+    }
+    if (holds(packet, 0, kVideo)) {
+        return StreamKind::kVideo;
+    }
+    if (holds(packet, 0, kAudio)) {
+        return StreamKind::kAudio;
+    }
+    if (holds(packet, 0, kText)) {
+        return StreamKind::kText;
+    }
+    return holds(packet, kName, "theora") ? StreamKind::kTheora : StreamKind::kOther;
+}
+
+uint64_t number(std::span<const uint8_t> packet, size_t offset, size_t width) {
+    uint64_t value = 0;
+    for (size_t i = width; i-- > 0;) {
+        value = value << 8 | (offset + i < packet.size() ? packet[offset + i] : 0U);
+    }
+    return value;
+}
+
+std::string codecOf(std::span<const uint8_t> packet) {
+    std::string text;
+    for (size_t i = kSubtype; i < kSubtype + kSubtypeSize && i < packet.size(); ++i) {
+        text.push_back(std::isprint(packet[i]) != 0 ? static_cast<char>(packet[i]) : '.');
+    }
+    return text;
+}
+
+}  // namespace
+
+StreamHeader::StreamHeader(std::span<const uint8_t> packet) : kind(kindOf(packet)) {
+    if (kind == StreamKind::kVideo || kind == StreamKind::kAudio) {
+        codec = codecOf(packet);
+        timeUnit = number(packet, kTimeUnit, 8);
+        samplesPerUnit = number(packet, kSamplesPerUnit, 8);
+        bitsPerSample = static_cast<uint16_t>(number(packet, kBitsPerSample, 2));
+    }
+}
+
+// Wraps as the plug-in does, so that times can be compared with those that it tells.
+std::optional<int64_t> StreamHeader::timeUs(uint64_t granule) const {
+    if (kind == StreamKind::kVideo && timeUnit != 0) {
+        return static_cast<int64_t>(granule * timeUnit / kUnitsPerUs);
+    }
+    if (kind == StreamKind::kAudio && timeUnit != 0) {
+        const uint64_t rate = samplesPerUnit * kUnitsPerSecond / timeUnit;
+        if (rate != 0) {
+            return static_cast<int64_t>(granule * kUsPerSecond / rate);
+        }
+    }
+    return std::nullopt;
+}
+
+std::string StreamHeader::name() const {
+    switch (kind) {
+        case StreamKind::kVideo:
+            return "video " + codec;
+        case StreamKind::kAudio:
+            return "audio " + codec;
+        case StreamKind::kText:
+            return "text";
+        case StreamKind::kVorbis:
+            return "Vorbis";
+        case StreamKind::kTheora:
+            return "Theora";
+        case StreamKind::kOther:
+            break;
+    }
+    return "unknown";
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace ogmprobe {
+
+enum class StreamKind { kVideo, kAudio, kText, kVorbis, kTheora, kOther };
+
+/** The packet that announces a stream of an Ogg file. Fields it is too short for are 0. */
+struct StreamHeader {
+    StreamKind kind = StreamKind::kOther;
+    /** FOURCC, or the digits of an audio format tag; empty for what is neither video nor audio. */
+    std::string codec;
+    /** In 100 ns. */
+    uint64_t timeUnit = 0;
+    uint64_t samplesPerUnit = 0;
+    uint16_t bitsPerSample = 0;
+
+    explicit StreamHeader(std::span<const uint8_t> packet);
+
+    /** The time of a granule position; nothing where the header does not tell. */
+    std::optional<int64_t> timeUs(uint64_t granule) const;
+    /** "video XVID", "audio 0055", "text", "Vorbis". */
+    std::string name() const;
+};
+
+}  // namespace ogmprobe

@@ -1,0 +1,50 @@
+# SPDX-License-Identifier: Apache-2.0
+# bash completion for ogmprobe
+
+_ogmprobe() {
+    local -A options=(
+        [info]="--json"
+        [packets]="--track --seek --count --json"
+        [seektest]="--steps --json"
+        [extract]="--output --track --force"
+    )
+    local every="--plugin --log --color --timeout --in-process --help"
+    local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command= i
+    COMPREPLY=()
+
+    case $previous in
+        --log)
+            mapfile -t COMPREPLY < <(compgen -W "verbose debug info warn error silent" -- "$word")
+            return
+            ;;
+        --color)
+            mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$word")
+            return
+            ;;
+        --track | --seek | --count | --steps | --timeout)
+            return
+            ;;
+    esac
+
+    for ((i = 1; i < COMP_CWORD; i++)); do
+        if [[ -v options[${COMP_WORDS[i]}] ]]; then
+            command=${COMP_WORDS[i]}
+            break
+        fi
+    done
+
+    if [[ $word == -* ]]; then
+        local offered="$every --version"
+        if [[ -n $command ]]; then
+            offered="$every ${options[$command]}"
+        fi
+        mapfile -t COMPREPLY < <(compgen -W "$offered" -- "$word")
+    elif [[ -z $command ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "${!options[*]}" -- "$word")
+    else
+        compopt -o filenames 2>/dev/null
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+    fi
+}
+
+complete -F _ogmprobe ogmprobe

@@ -1,0 +1,31 @@
+# SPDX-License-Identifier: Apache-2.0
+# fish completion for ogmprobe
+
+set --local commands info packets seektest extract
+
+complete --command ogmprobe --long-option plugin --require-parameter --force-files --description "The plug-in"
+complete --command ogmprobe --long-option log --exclusive --arguments "verbose debug info warn error silent" --description "Least level of log lines to show"
+complete --command ogmprobe --long-option color --exclusive --arguments "auto always never" --description "When to use colour"
+complete --command ogmprobe --long-option timeout --exclusive --description "Longest standstill of the plug-in"
+complete --command ogmprobe --long-option in-process --description "Run the plug-in in this process"
+complete --command ogmprobe --long-option help --description "Print help"
+complete --command ogmprobe --long-option version --condition "not __fish_seen_subcommand_from $commands" --description "Print the version"
+
+complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments info --description "Show files and their tracks"
+complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments packets --description "List the buffers of all tracks"
+complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments seektest --description "Show where seeks land"
+complete --command ogmprobe --no-files --condition "not __fish_seen_subcommand_from $commands" --arguments extract --description "Write each track into a file"
+
+complete --command ogmprobe --condition "__fish_seen_subcommand_from info" --long-option json --description "Print JSON"
+
+complete --command ogmprobe --condition "__fish_seen_subcommand_from packets" --long-option track --exclusive --description "Only this track"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from packets" --long-option seek --exclusive --description "Seek there first"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from packets" --long-option count --exclusive --description "Buffers of each track"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from packets" --long-option json --description "Print JSON lines"
+
+complete --command ogmprobe --condition "__fish_seen_subcommand_from seektest" --long-option steps --exclusive --description "Spaces between targets"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from seektest" --long-option json --description "Print JSON"
+
+complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --short-option o --long-option output --require-parameter --description "Folder for the files"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --long-option track --exclusive --description "Only this track"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --long-option force --description "Overwrite files that exist"

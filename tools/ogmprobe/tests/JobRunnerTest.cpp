@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "JobRunner.h"
+
+#include <android/log.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include "FakeFile.h"
+
+namespace ogmprobe {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+GlobalOptions fakePluginOptions(bool inProcess) {
+    GlobalOptions options;
+    options.pluginPath = OGMPROBE_FAKE_PLUGIN;
+    options.inProcess = inProcess;
+    return options;
+}
+
+/** A word for a record, and what it is about where that is worth knowing. */
+struct Word {
+    std::string operator()(const CallBegun& call) const {
+        return std::string("> ") + functionName(call.function);
+    }
+    std::string operator()(const CallEnded& call) const {
+        return std::string("< ") + functionName(call.function);
+    }
+    std::string operator()(const BufferRead& buffer) const {
+        return "buffer " + std::to_string(buffer.timeUs.value_or(-1));
+    }
+    std::string operator()(const PacketPlayed& packet) const {
+        return "packet " + std::to_string(packet.packet.timeUs);
+    }
+    std::string operator()(const LogLine& line) const { return "log " + line.text; }
+    std::string operator()(const Failure& failure) const { return "failure " + failure.message; }
+    std::string operator()(const TrackEnded&) const { return "end"; }
+    std::string operator()(const SourceRead&) const { return "source"; }
+    template <typename T>
+    std::string operator()(const T&) const {
+        return "";
+    }
+};
+
+using Words = std::vector<std::string>;
+
+/** Both ways of running a job. */
+class JobRunnerTest : public testing::TestWithParam<bool> {
+  protected:
+    GlobalOptions options() const { return fakePluginOptions(GetParam()); }
+
+    Words wordsOf(const JobRequest& request, const GlobalOptions& options) {
+        Words words;
+        runJob(request, options, [&words](const Record& record) {
+            const std::string word = std::visit(Word(), record);
+            if (!word.empty()) {
+                words.push_back(word);
+            }
+        });
+        return words;
+    }
+
+    /** With a file that the job does not look at. */
+    JobRequest request(const Job& job) const { return {mPlugin.file(test::fakeFile({})), job}; }
+
+    test::FakePlugin mPlugin;
+};
+
+INSTANTIATE_TEST_SUITE_P(, JobRunnerTest, testing::Bool(), [](const auto& info) {
+    return info.param ? "InProcess" : "InAProcessOfItsOwn";
+});
+
+TEST_P(JobRunnerTest, HandsOverThePacketsInTheOrderOfTheirTimes) {
+    const std::string file = mPlugin.file(test::fakeFile({test::fakeVideo(), test::fakeAudio()}));
+    EXPECT_THAT(wordsOf({file, playJob({})}, options()),
+                ElementsAre("packet 0", "packet 0", "packet 60000", "end", "packet 80000",
+                            "packet 40000", "end"));
+}
+
+TEST_P(JobRunnerTest, TracesCallsReadsAndLogLinesInTheOrderOfTheirHappening) {
+    const std::string file = mPlugin.file(test::fakeFile({test::fakeVideo()}));
+    GlobalOptions talkative = options();
+    talkative.logPriority = ANDROID_LOG_INFO;
+    PlayRequest play;
+    play.seeksUs = {80000};
+    const Words words = wordsOf({file, playJob(play), true}, talkative);
+    EXPECT_THAT(
+            words,
+            ElementsAre("> GETEXTRACTORDEF", "< GETEXTRACTORDEF", "> sniff", "source", "< sniff",
+                        "> create", "source", "< create", "> countTracks", "log countTracks",
+                        "< countTracks", "> name", "log name", "< name", "> getMetaData",
+                        "log getMetaData", "< getMetaData", "> getTrack", "log getTrack 0",
+                        "< getTrack", "> getTrackMetaData", "< getTrackMetaData", "> start",
+                        "log start track 0", "< start", "> getFormat", "< getFormat", "> read",
+                        "log seek track 0 to 80000 mode 2", "source", "< read", "buffer 80000",
+                        "> read", "< read", "buffer 40000", "packet 80000", "> read", "< read",
+                        "packet 40000", "end", "> stop", "log stop track 0", "< stop",
+                        "> the track's free", "log free track 0", "< the track's free",
+                        "> the release of its buffers", "< the release of its buffers",
+                        "> the extractor's free", "log free extractor", "< the extractor's free"));
+}
+
+TEST_P(JobRunnerTest, MakesAFailureOfWhatTheJobThrows) {
+    const Job job = [](const JobContext&) { throw ProbeError(ExitCode::kUsage, "no such thing"); };
+    EXPECT_THAT(wordsOf(request(job), options()), ElementsAre("failure no such thing"));
+}
+
+TEST_P(JobRunnerTest, SaysWhetherThePluginIsToBlame) {
+    GlobalOptions wrong = options();
+    wrong.pluginPath = "missing.so";
+    std::vector<bool> ofPlugin;
+    const auto note = [&ofPlugin](const Record& record) {
+        ofPlugin.push_back(std::get<Failure>(record).ofPlugin);
+    };
+    runJob({"missing", playJob({})}, options(), note);
+    runJob({"missing", playJob({})}, wrong, note);
+    EXPECT_THAT(ofPlugin, ElementsAre(false, true));
+}
+
+TEST_P(JobRunnerTest, EndsTheJobWithAnExceptionOfTheHandler) {
+    const Job endless = [](const JobContext& context) {
+        while (true) {
+            context.sink(Progress{});
+        }
+    };
+    const auto refuse = [](const Record&) { throw std::runtime_error("enough"); };
+    EXPECT_THROW(runJob(request(endless), options(), refuse), std::runtime_error);
+}
+
+TEST_P(JobRunnerTest, LetsNoExceptionOfTheHandlerPassThroughThePlugin) {
+    const std::string file = mPlugin.file(test::fakeFile({test::fakeVideo()}));
+    for (const PluginFunction where : {PluginFunction::kSniff, PluginFunction::kRead,
+                                       PluginFunction::kStop, PluginFunction::kFreeExtractor}) {
+        const auto refuse = [where](const Record& record) {
+            const auto* call = std::get_if<CallBegun>(&record);
+            if (call != nullptr && call->function == where) {
+                throw ProbeError(ExitCode::kFile, "disk full");
+            }
+        };
+        EXPECT_THROW(runJob({file, playJob({}), true}, options(), refuse), ProbeError);
+    }
+}
+
+class ExtractorProcessTest : public JobRunnerTest {};
+
+INSTANTIATE_TEST_SUITE_P(, ExtractorProcessTest, testing::Values(false),
+                         [](const auto&) { return "InAProcessOfItsOwn"; });
+
+TEST_P(ExtractorProcessTest, KeepsAllThatCameBeforeADeathInTheMiddleOfWriting) {
+    constexpr uint64_t kBefore = 100000;
+    const Job job = [](const JobContext& context) {
+        for (uint64_t i = 0; i < kBefore; ++i) {
+            context.sink(Progress{i});
+        }
+        std::raise(SIGKILL);
+    };
+    uint64_t expected = 0;
+    std::string failure;
+    runJob(request(job), options(), [&](const Record& record) {
+        if (const auto* progress = std::get_if<Progress>(&record)) {
+            EXPECT_EQ(progress->readUpTo, expected++);
+        } else {
+            failure = std::get<Failure>(record).message;
+        }
+    });
+    EXPECT_EQ(expected, kBefore);
+    EXPECT_EQ(failure, "the extractor died: Killed (SIGKILL)");
+}
+
+TEST_P(ExtractorProcessTest, NoticesAJobThatNeverSaysAnything) {
+    GlobalOptions impatient = options();
+    impatient.timeoutSeconds = 0.2;
+    const Job job = [](const JobContext&) {
+        while (true) {
+            std::raise(SIGCONT);
+        }
+    };
+    EXPECT_THAT(wordsOf(request(job), impatient), ElementsAre(HasSubstr("is stuck")));
+}
+
+TEST_P(ExtractorProcessTest, LeavesNoProcessBehind) {
+    const Job job = [](const JobContext& context) { context.sink(Progress{}); };
+    runJob(request(job), options(), [](const Record&) {});
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
+}  // namespace
+}  // namespace ogmprobe
