@@ -25,16 +25,23 @@ void deliverText(int bufferId, int priority, const char* tag, const char* text) 
     deliver({sizeof(__android_log_message), bufferId, priority, tag, nullptr, 0, text});
 }
 
-__attribute__((__format__(printf, 4, 0))) int print(int bufferId, int priority, const char* tag,
-                                                    const char* format, va_list arguments) {
-    if (!mayPass(priority, tag)) {
-        return -EPERM;
-    }
+// Apart, so that a message that is filtered out does not pay for the buffer.
+__attribute__((__format__(printf, 4, 0), __noinline__)) void deliverFormatted(
+        int bufferId, int priority, const char* tag, const char* format, va_list arguments) {
     const ErrnoRestorer restorer;
     char text[kTextBufferSize];
     text[0] = '\0';
     vsnprintf(text, sizeof text, format, arguments);
     deliverText(bufferId, priority, tag, text);
+}
+
+__attribute__((__format__(printf, 4, 0))) inline int print(int bufferId, int priority,
+                                                           const char* tag, const char* format,
+                                                           va_list arguments) {
+    if (!mayPass(priority, tag)) {
+        return -EPERM;
+    }
+    deliverFormatted(bufferId, priority, tag, format, arguments);
     return kLogged;
 }
 
