@@ -9,7 +9,6 @@ set(private lib/ogmprobe)
 set_target_properties(ogmprobe PROPERTIES INSTALL_RPATH "$ORIGIN/../${private}")
 install(TARGETS ogmprobe DESTINATION bin COMPONENT ogmprobe)
 
-set_target_properties(ogmextractor PROPERTIES INSTALL_RPATH "$ORIGIN/../")
 install(TARGETS ogmextractor DESTINATION ${private}/extractors COMPONENT ogmprobe)
 
 foreach(library IN ITEMS log cutils mediandk mediandk_zor)

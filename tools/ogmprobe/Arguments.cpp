@@ -17,11 +17,13 @@ constexpr const char* kExitCodes =
         "Exit codes: 0 done, 1 wrong usage, 2 a file cannot be opened, read or written,\n"
         "3 the plug-in does not take the file, 4 the extractor died or got stuck. With several\n"
         "files all are tried and the largest code counts. Data goes to standard output,\n"
-        "everything else to standard error.";
+        "everything else to standard error. \"-\" as FILE is standard input, which is kept in a\n"
+        "temporary file.";
 
 constexpr const char* kInfoExamples =
         "Examples:\n"
         "  ogmprobe info film.ogm\n"
+        "  ogmprobe info ~/films\n"
         "  ogmprobe info --json *.ogm | jq '.files[].tracks[].codec'";
 
 constexpr const char* kPacketsExamples =
@@ -41,9 +43,10 @@ constexpr const char* kSeekTestExamples =
         "  ogmprobe seektest film.ogm --steps 100 --json";
 
 constexpr const char* kExtractExamples =
-        "Files are named after FILE and the track: film.ogm gives film.track0.m4v and so on. "
-        "Until\n"
-        "a file is whole, \".part\" is added to its name. Streams follow as the plug-in gives "
+        "Files are named after FILE and the track: film.ogm gives film.track0.m4v and so on, "
+        "standard\n"
+        "input stdin.track0.m4v. Until a file is whole, \".part\" is added to its name. Streams "
+        "follow as the plug-in gives "
         "them,\n"
         "without an Ogg comment header in front; PCM gets a WAV header, VP8 an IVF header, and "
         "MPEG-4\n"
@@ -134,7 +137,9 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
 void addInfo(CLI::App& app, InfoOptions& options) {
     CLI::App* command = addCommand(
             app, "info", "Show what the files are and which tracks they hold", kInfoExamples);
-    command->add_option("files", options.files, "Media files")->type_name("FILE")->required();
+    command->add_option("files", options.files, "Media files, or folders of .ogm files")
+            ->type_name("FILE")
+            ->required();
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
 }
 

@@ -10,6 +10,7 @@
 #include "CommandRecords.h"
 #include "Commands.h"
 #include "CommentHeader.h"
+#include "InputFiles.h"
 #include "NewFile.h"
 #include "ProgressBar.h"
 #include "StreamWriter.h"
@@ -65,9 +66,10 @@ class Extraction {
 };
 
 fs::path outputPath(const ExtractOptions& options, const TrackDescription& track) {
-    return fs::path(options.folder) / fmt::format("{}.track{}{}",
-                                                  fs::path(options.file).stem().string(),
-                                                  track.index, track.codec.suffix);
+    const std::string stem =
+            options.file == kStandardInput ? "stdin" : fs::path(options.file).stem().string();
+    return fs::path(options.folder) /
+           fmt::format("{}.track{}{}", stem, track.index, track.codec.suffix);
 }
 
 void makeFolder(const fs::path& folder) {

@@ -10,6 +10,7 @@
 #include "CommandRecords.h"
 #include "Commands.h"
 #include "Hex.h"
+#include "InputFiles.h"
 #include "Json.h"
 #include "TextTable.h"
 #include "TimeText.h"
@@ -130,10 +131,8 @@ class InfoRun {
           mColor(wantsColor(session.options.color, STDOUT_FILENO)) {}
 
     ExitCode run() {
-        for (const std::string& path : mOptions.files) {
-            if (mReport.worst() == ExitCode::kDone) {
-                inspect(path);
-            }
+        for (const std::string& name : mOptions.files) {
+            inspectAll(name);
         }
         if (mOptions.json) {
             mSession.output.write(toDocument({{"schema_version", kSchemaVersion},
@@ -145,6 +144,22 @@ class InfoRun {
     }
 
   private:
+    /** A file, or those of a folder. */
+    void inspectAll(const std::string& name) {
+        Report report(mSession.console, name);
+        std::vector<std::string> paths;
+        report.guard([&] { paths = filesOf(name); });
+        if (report.worst() != ExitCode::kDone) {
+            mWorst = std::max(mWorst, report.worst());
+            show(name, std::nullopt, report);
+        }
+        for (const std::string& path : paths) {
+            if (mReport.worst() == ExitCode::kDone) {
+                inspect(path);
+            }
+        }
+    }
+
     void inspect(const std::string& path) {
         Report report(mSession.console, path);
         InfoRecords records(mSession, report, mReport);

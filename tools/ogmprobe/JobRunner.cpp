@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "ExtractorProcess.h"
+#include "InputFiles.h"
 #include "PluginCall.h"
 #include "Trace.h"
 
@@ -99,11 +100,13 @@ void runInProcess(const JobRequest& request, const GlobalOptions& options,
 }  // namespace
 
 void runJob(const JobRequest& request, const GlobalOptions& options, const RecordSink& handler) {
+    JobRequest toOpen = request;
+    toOpen.path = pathToOpen(request.path);
     if (options.inProcess) {
-        runInProcess(request, options, handler);
+        runInProcess(toOpen, options, handler);
         return;
     }
-    ExtractorProcess process(request, options);
+    ExtractorProcess process(toOpen, options);
     process.deliver(handler);
 }
 

@@ -11,6 +11,7 @@ namespace ogmprobe {
 
 /** A job and the file that it is about. */
 struct JobRequest {
+    /** As the user names it. */
     std::string path;
     Job job;
     /** Whether calls, buffers and data-source reads are recorded too. */
@@ -20,7 +21,8 @@ struct JobRequest {
 /**
  * Runs the job with the plug-in that the options name, in a process of its own unless they say
  * otherwise, and hands over its records. What goes wrong, the extractor's death included, is one
- * of them; exceptions come from the handler alone, and end the job.
+ * of them; exceptions come from the handler, which end the job, and from standard input that cannot
+ * be spooled.
  */
 void runJob(const JobRequest& request, const GlobalOptions& options, const RecordSink& handler);
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "FileSource.h"
+#include "InputFiles.h"
 #include "explain/OggFile.h"
 
 namespace ogmprobe {
@@ -15,7 +16,7 @@ namespace ogmprobe {
 class OggScanner {
   public:
     /** Throws `ProbeError` with `kFile`. */
-    explicit OggScanner(const std::string& path) : mSource(path) {}
+    explicit OggScanner(const std::string& path) : mSource(pathToOpen(path)) {}
 
     uint64_t size() const { return mSource.size(); }
     /** Where the first capture pattern from the place on begins; the file's size without one. */

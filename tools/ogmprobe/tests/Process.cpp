@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <iterator>
 #include <stdexcept>
@@ -61,8 +62,46 @@ void readToEnd(int descriptor, std::string& text) {
     close(descriptor);
 }
 
+/** A pipe that a thread fills. */
+class StandardInput {
+  public:
+    explicit StandardInput(const std::string& bytes) {
+        int ends[2] = {-1, -1};
+        if (pipe2(ends, O_CLOEXEC) != 0) {
+            throw std::runtime_error("no pipe");
+        }
+        mProgramEnd = ends[0];
+        mWriterEnd = ends[1];
+        mBytes = &bytes;
+    }
+
+    int programEnd() const { return mProgramEnd; }
+
+    /** For this process, once the program has its end. */
+    void startWriting() {
+        close(mProgramEnd);
+        mWriter = std::thread([this] {
+            size_t done = 0;
+            ssize_t written = 0;
+            while (done < mBytes->size() && (written = write(mWriterEnd, mBytes->data() + done,
+                                                             mBytes->size() - done)) > 0) {
+                done += static_cast<size_t>(written);
+            }
+            close(mWriterEnd);
+        });
+    }
+    void finish() { mWriter.join(); }
+
+  private:
+    int mProgramEnd = -1;
+    int mWriterEnd = -1;
+    const std::string* mBytes = nullptr;
+    std::thread mWriter;
+};
+
 [[noreturn]] void execProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup,
-                            int out, int err) {
+                            int in, int out, int err) {
+    dup2(in, STDIN_FILENO);
     dup2(out, STDOUT_FILENO);
     dup2(setup.joined ? out : err, STDERR_FILENO);
     if (setup.fileSizeLimit) {
@@ -84,12 +123,17 @@ void readToEnd(int descriptor, std::string& text) {
 }  // namespace
 
 ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup) {
+    // A program that does not read to the end must not end the test.
+    std::signal(SIGPIPE, SIG_IGN);
+    StandardInput in(setup.in);
     const Ends out = connect(setup.out);
     const Ends err = connect(setup.err);
     const pid_t child = fork();
     if (child == 0) {
-        execProbe(arguments, setup, out.program, err.program);
+        std::signal(SIGPIPE, SIG_DFL);
+        execProbe(arguments, setup, in.programEnd(), out.program, err.program);
     }
+    in.startWriting();
     close(out.program);
     close(err.program);
     ProcessResult result;
@@ -100,6 +144,7 @@ ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessS
     }
     outReader.join();
     errReader.join();
+    in.finish();
     int status = 0;
     waitpid(child, &status, 0);
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);

@@ -34,6 +34,8 @@ enum class StandardStream {
 /** How to run a program. */
 struct ProcessSetup {
     std::vector<std::pair<std::string, std::string>> environment;
+    /** What standard input has, through a pipe. */
+    std::string in;
     StandardStream out = StandardStream::kCaptured;
     StandardStream err = StandardStream::kCaptured;
     /** Both standard streams go into `out` of the result, in the order of writing. */

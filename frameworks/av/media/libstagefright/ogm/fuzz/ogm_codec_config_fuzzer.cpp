@@ -10,12 +10,13 @@
 #define LOG_TAG "OgmFuzzer"
 
 #include <memory>
+#include <utility>
 
 #include "Bytes.h"
 #include "Ends.h"
+#include "OgmByteBuffer.h"
 #include "OgmExtractor.h"
 #include "OgmFile.h"
-#include "OgmPacketBuffer.h"
 #include "ScriptedSource.h"
 
 using namespace android;
@@ -41,13 +42,13 @@ Bytes headerFile(bool isAudio) {
 }
 
 /** Configures with the bytes that have been collected; true when no more are needed. */
-bool configure(OgmExtractor* extractor, bool isAudio, const sp<ABuffer>& collected) {
+bool configure(OgmExtractor* extractor, bool isAudio, ogm::ByteBuffer* collected) {
     if (isAudio) {
-        const media_status_t status = extractor->configureMpegAudio(kSerialNo, collected);
+        const media_status_t status = extractor->configureMpegAudio(kSerialNo, collected->view());
         require(status == AMEDIA_OK || status == AMEDIA_ERROR_MALFORMED, "the status for audio");
         return status == AMEDIA_OK;
     }
-    if (searchesForEver(ogm::ByteView(collected))) {
+    if (searchesForEver(collected->view())) {
         throw DemandedEnd{};
     }
     const size_t before = collected->size();
@@ -65,18 +66,16 @@ void run(InputReader* reader) {
     input.file = headerFile(isAudio);
     ScriptedSource source(input, input.file);
     OgmExtractor extractor(std::make_unique<DataSourceHelper>(source.table()));
-    sp<ABuffer> collected;
+    ogm::ByteBuffer collected;
     while (!reader->empty()) {
         const size_t size = reader->u16();
-        const ogm::ByteView payload = reader->bytes(size);
-        (void)ogm::appendBytes(&collected, payload);
-        // From a buffer without room behind the bytes.
-        const sp<ABuffer> exact = ABuffer::CreateAsCopy(collected->data(), collected->size());
-        const bool done = configure(&extractor, isAudio, exact);
-        collected = exact;
-        if (done) {
+        collected.append(reader->bytes(size));
+        // Without room behind the bytes.
+        ogm::ByteBuffer exact(collected.view());
+        if (configure(&extractor, isAudio, &exact)) {
             return;
         }
+        collected = std::move(exact);
     }
 }
 

@@ -45,25 +45,30 @@ void MemoryWatch::onAllocation(AllocationKind kind, size_t size) {
 }
 
 void MemoryWatch::check(AllocationKind kind, size_t size) {
-    const uint64_t delivered = mSource.delivered();
-    if (size > kPageAndRounding + kLargestPerByte * delivered) {
-        finding("%zu bytes are requested after %llu have been read", size,
-                static_cast<unsigned long long>(delivered));
-    }
-    const auto live = static_cast<uint64_t>(std::max<ptrdiff_t>(test::allocationCounts().live, 0));
-    if (live > kAlwaysInUse + kInUsePerByte * delivered) {
-        finding("%llu bytes are in use after %llu have been read",
-                static_cast<unsigned long long>(live), static_cast<unsigned long long>(delivered));
-    }
     if (std::exchange(mReads, mSource.reads()) != mSource.reads()) {
         mRequests = 0;
     }
-    if (++mRequests > kRequestsOfACall + kRequestsPerByte * delivered) {
-        require(mMayGrow, "the plug-in goes on taking memory without reading");
-        if (kind == AllocationKind::kNew) {
+    ++mRequests;
+    const uint64_t delivered = mSource.delivered();
+    const auto live = static_cast<uint64_t>(std::max<ptrdiff_t>(test::allocationCounts().live, 0));
+    const bool isTooLarge = size > kPageAndRounding + kLargestPerByte * delivered;
+    const bool isTooMuch = live > kAlwaysInUse + kInUsePerByte * delivered;
+    const bool isTooOften = mRequests > kRequestsOfACall + kRequestsPerByte * delivered;
+    if (mMayGrow && mRequests > kRequestsOfACall) {
+        if ((isTooLarge || isTooMuch || isTooOften) && kind == AllocationKind::kNew) {
             throw DemandedEnd{};
         }
+        return;
     }
+    if (isTooLarge) {
+        finding("%zu bytes are requested after %llu have been read", size,
+                static_cast<unsigned long long>(delivered));
+    }
+    if (isTooMuch) {
+        finding("%llu bytes are in use after %llu have been read",
+                static_cast<unsigned long long>(live), static_cast<unsigned long long>(delivered));
+    }
+    require(!isTooOften, "the plug-in goes on taking memory without reading");
 }
 
 }  // namespace android::ogm::fuzz

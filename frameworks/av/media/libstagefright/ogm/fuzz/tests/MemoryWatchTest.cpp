@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -77,6 +79,17 @@ TEST_F(MemoryWatchTest, TakingMemoryForEverLeavesTheRunWithAnAc3Track) {
     watch.allowEndlessGrowth(true);
     watch.allowEndlessGrowth(false);
     EXPECT_FALSE(endsByItself(takeForEver));
+}
+
+TEST_F(MemoryWatchTest, AQueueThatGrowsForEverLeavesTheRunWithAnAc3Track) {
+    MemoryWatch watch(mSource);
+    watch.allowEndlessGrowth(true);
+    EXPECT_FALSE(endsByItself([] {
+        std::deque<std::array<uint8_t, 64>> queue;
+        for (;;) {
+            queue.emplace_back();
+        }
+    }));
 }
 
 }  // namespace

@@ -28,8 +28,9 @@ PLATFORM_IMPORTS = {
 }
 # From the C library: memory, text, one dump file and locks. Nothing that reaches further.
 C_IMPORTS = {
-    "malloc", "free", "memcmp", "memcpy", "memmove", "memset", "memchr", "strlen", "strncasecmp",
-    "isspace", "vsnprintf", "snprintf", "abort",
+    "malloc", "free", "posix_memalign", "madvise",
+    "memcmp", "memcpy", "memmove", "memset", "memchr", "memmem",
+    "strlen", "strncasecmp", "isspace", "vsnprintf", "snprintf", "abort",
     "fopen", "fwrite", "fclose",
     "pthread_mutex_lock", "pthread_mutex_unlock",
     # Called by compilers: guards of stack and buffers, destructors, exclusive access on Arm.

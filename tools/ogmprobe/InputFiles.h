@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ogmprobe {
+
+/** What names standard input where a file is asked for. */
+inline constexpr const char* kStandardInput = "-";
+
+/**
+ * The path to open for a file that the user names. A plug-in jumps about in its file, so standard
+ * input is written into a temporary file when it is first asked for, to be read from there; the
+ * file goes with the program. Not for the extractor's process. Throws `ProbeError` with `kFile`.
+ */
+std::string pathToOpen(const std::string& name);
+
+/**
+ * The name itself, or, for a folder, the OGM files in it and in the folders below it, sorted by
+ * their paths. Throws `ProbeError` with `kFile` for a folder that has none or cannot be read.
+ */
+std::vector<std::string> filesOf(const std::string& name);
+
+}  // namespace ogmprobe

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <set>
+
+#include "Process.h"
+#include "TemporaryFolder.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using nlohmann::json;
+
+constexpr const char* kSamples[] = {"mpeg4_b_mp3", "h264_mp3vbr",    "mpeg4_mp3_ac3", "divx3_pcm16",
+                                    "mpeg2_ac3",   "mpeg4_2997_ac3", "mpeg4_vorbis",  "mjpeg"};
+constexpr size_t kFiles = 320;
+
+// Enough for everything that is looked at when a file is opened, and quick to write.
+constexpr size_t kSampleBytes = 100000;
+
+std::string beginningOfSample(const std::string& name) {
+    std::ifstream file(std::string(OGMPROBE_SAMPLES "/") + name + ".ogm", std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    bytes.resize(std::min(bytes.size(), kSampleBytes));
+    return bytes;
+}
+
+/** Damages bytes, each time in another way, and the same ways on every run. */
+class Damage {
+  public:
+    void operator()(std::string& bytes) {
+        // Where the headers are there is more to be damaged.
+        const size_t reach = below(2) == 0 ? 1000 : bytes.size();
+        const size_t place = below(reach);
+        const size_t length = 1 + below(300);
+        switch (below(5)) {
+            case 0:
+                bytes.resize(place);
+                break;
+            case 1:
+                bytes.erase(place, length);
+                break;
+            case 2:
+                bytes.insert(place, length, byte());
+                break;
+            case 3:
+                bytes.replace(place, length, bytes, below(reach), length);
+                break;
+            default:
+                for (size_t count = 1 + below(8); count > 0; --count) {
+                    const size_t where = below(reach);
+                    bytes[where] = byte();
+                }
+        }
+    }
+
+  private:
+    size_t below(size_t limit) { return mRandom() % limit; }
+    char byte() { return static_cast<char>(mRandom()); }
+
+    std::minstd_rand mRandom{1};
+};
+
+class DamagedFiles : public testing::Test {
+  protected:
+    DamagedFiles() {
+        Damage damage;
+        for (size_t i = 0; i < kFiles; ++i) {
+            const char* sample = kSamples[i % std::size(kSamples)];
+            std::string bytes = beginningOfSample(sample);
+            damage(bytes);
+            mPaths.push_back(mFolder.write(sample + std::to_string(i) + ".ogm", bytes));
+        }
+    }
+
+    ProcessResult info(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"info", "--timeout", "0.5"});
+        arguments.insert(arguments.end(), mPaths.begin(), mPaths.end());
+        return runProbe(arguments);
+    }
+
+    TemporaryFolder mFolder;
+    std::vector<std::string> mPaths;
+};
+
+TEST_F(DamagedFiles, EachHaveTheirFateInOneJsonDocument) {
+    const ProcessResult result = info({"--json"});
+    const json document = json::parse(result.out);
+    EXPECT_EQ(document["errors"], json::array());
+    ASSERT_EQ(document["files"].size(), kFiles);
+    int worst = 0;
+    std::set<int> codes;
+    for (size_t i = 0; i < kFiles; ++i) {
+        const json& file = document["files"][i];
+        EXPECT_EQ(file["path"], mPaths[i]);
+        const int code = file["exit_code"];
+        EXPECT_EQ(file["errors"].empty(), code == 0) << mPaths[i];
+        EXPECT_TRUE(code != 0 || !file["container"].is_null()) << mPaths[i];
+        worst = std::max(worst, code);
+        codes.insert(code);
+    }
+    EXPECT_EQ(result.exitCode, worst);
+    EXPECT_EQ(codes, (std::set<int>{0, 3, 4})) << "damage of every consequence";
+}
+
+TEST_F(DamagedFiles, AreEachNamedInText) {
+    const ProcessResult result = info({});
+    EXPECT_EQ(result.exitCode, 4);
+    for (const std::string& path : mPaths) {
+        const bool shown = result.out.find(path + ": ") != std::string::npos;
+        const bool complainedAbout = result.err.find("error: " + path + ": ") != std::string::npos;
+        EXPECT_TRUE(shown || complainedAbout) << path;
+    }
+}
+
+}  // namespace
+}  // namespace ogmprobe::test

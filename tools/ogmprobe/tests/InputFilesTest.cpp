@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "FakeFile.h"
+#include "Process.h"
+
+namespace ogmprobe::test {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+ProcessSetup fed(const json& script, const TemporaryFolder& spool) {
+    ProcessSetup setup;
+    setup.in = script.dump();
+    setup.environment = {{"TMPDIR", spool.path().string()}};
+    return setup;
+}
+
+TEST(StandardInput, IsAFileNamedByADash) {
+    const TemporaryFolder spool;
+    const ProcessResult result =
+            FakePlugin::run({"info", "-"}, fed(fakeFile({fakeVideo()}), spool));
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr("-: video/fake, duration 0:00:00.120, 1 track\n"));
+}
+
+TEST(StandardInput, LeavesNoTemporaryFile) {
+    const TemporaryFolder spool;
+    FakePlugin::run({"info", "-"}, fed(fakeFile({}), spool));
+    EXPECT_TRUE(fs::is_empty(spool.path()));
+}
+
+TEST(StandardInput, CanBeNamedTwice) {
+    const TemporaryFolder spool;
+    const ProcessResult result =
+            FakePlugin::run({"info", "--json", "-", "-"}, fed(fakeFile({fakeVideo()}), spool));
+    const json files = json::parse(result.out)["files"];
+    ASSERT_EQ(files.size(), 2U);
+    EXPECT_EQ(files[0], files[1]);
+    EXPECT_EQ(files[0]["tracks"].size(), 1U);
+}
+
+TEST(StandardInput, GivesItsNameToWhatIsExtracted) {
+    const TemporaryFolder spool;
+    const TemporaryFolder streams;
+    const ProcessResult result = FakePlugin::run({"extract", "-", "-o", streams.path().string()},
+                                                 fed(fakeFile({fakeVideo()}), spool));
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_TRUE(fs::exists(streams.path("stdin.track0.h264")));
+}
+
+TEST(StandardInput, NeedsRoomForATemporaryFile) {
+    const TemporaryFolder spool;
+    ProcessSetup setup = fed(fakeFile({}), spool);
+    setup.in.resize(1 << 20, ' ');
+    setup.fileSizeLimit = 65536;
+    const ProcessResult result = FakePlugin::run({"info", "-"}, setup);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.err, HasSubstr("-: cannot keep standard input in " + spool.path().string() +
+                                      ": File too large"));
+    EXPECT_TRUE(fs::is_empty(spool.path()));
+}
+
+TEST(Folder, StandsForTheOgmFilesBelowItInTheOrderOfTheirNames) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder.path() / "b");
+    const std::string script = fakeFile({}).dump();
+    folder.write("c.OGM", script);
+    folder.write("b/x.ogm", script);
+    folder.write("a.ogm", script);
+    folder.write("readme.txt", script);
+    const ProcessResult result = FakePlugin::run({"info", "--json", folder.path().string()});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const json files = json::parse(result.out)["files"];
+    ASSERT_EQ(files.size(), 3U);
+    EXPECT_EQ(files[0]["path"], folder.path("a.ogm"));
+    EXPECT_EQ(files[1]["path"], folder.path("b/x.ogm"));
+    EXPECT_EQ(files[2]["path"], folder.path("c.OGM"));
+}
+
+TEST(Folder, WithoutOgmFilesIsAnErrorAndTheOthersGoOn) {
+    const TemporaryFolder folder;
+    const FakePlugin plugin;
+    const ProcessResult result = FakePlugin::run(
+            {"info", "--json", folder.path().string(), plugin.file(fakeFile({fakeVideo()}))});
+    EXPECT_EQ(result.exitCode, 2);
+    const json files = json::parse(result.out)["files"];
+    ASSERT_EQ(files.size(), 2U);
+    EXPECT_EQ(files[0]["errors"][0]["message"], "the folder has no file whose name ends in .ogm");
+    EXPECT_THAT(files[1]["errors"], IsEmpty());
+}
+
+TEST(Folder, CannotBePlayed) {
+    const TemporaryFolder folder;
+    const ProcessResult result = FakePlugin::run({"packets", folder.path().string()});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.err, HasSubstr("cannot open: Is a directory"));
+}
+
+}  // namespace
+}  // namespace ogmprobe::test
