@@ -32,7 +32,7 @@ C_IMPORTS = {
     "memcmp", "memcpy", "memmove", "memset", "memchr", "memmem",
     "strlen", "strncasecmp", "isspace", "vsnprintf", "snprintf", "abort",
     "fopen", "fwrite", "fclose",
-    "pthread_mutex_lock", "pthread_mutex_unlock",
+    "pthread_mutex_lock", "pthread_mutex_unlock", "__libc_single_threaded",
     # Called by compilers: guards of stack and buffers, destructors, exclusive access on Arm.
     "__stack_chk_fail", "__stack_chk_guard", "__cxa_finalize", "__cxa_atexit", "__getauxval",
     "__memcpy_chk", "__memmove_chk", "__memset_chk", "__strlen_chk", "__vsnprintf_chk",
