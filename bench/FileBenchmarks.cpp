@@ -43,16 +43,15 @@ class CurrentFile {
     std::unique_ptr<BenchFile> mFile;
 };
 
-void setThroughput(State& state, const BenchFile& file) {
-    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(file.mapped().size()));
-}
-
 void sequentialRead(State& state, const BenchFile& file) {
+    Meter meter;
     for ([[maybe_unused]] auto _ : state) {
         MemorySource source(file.mapped());
+        meter.start();
         readSequentially(source);
+        meter.stop(source.reads());
     }
-    setThroughput(state, file);
+    meter.report(state, file.mapped().size());
 }
 
 void payloadCopy(State& state, const BenchFile& file) {
@@ -63,8 +62,7 @@ void payloadCopy(State& state, const BenchFile& file) {
         copyPayload(file.mapped(), places);
         meter.stop(places.size());
     }
-    meter.report(state);
-    setThroughput(state, file);
+    meter.report(state, file.mapped().size());
 }
 
 void liboggWalk(State& state, const BenchFile& file) {
@@ -74,8 +72,7 @@ void liboggWalk(State& state, const BenchFile& file) {
         const WalkResult result = walkWithLibogg(file.mapped());
         meter.stop(result.packets);
     }
-    meter.report(state);
-    setThroughput(state, file);
+    meter.report(state, file.mapped().size());
 }
 
 /** Opens the file anew in each round and measures what `read` does with it. */
@@ -92,11 +89,10 @@ void readAll(State& state, const BenchFile& file, const std::function<void(Playe
         meter.stop(player.buffers());
         reads += source.reads() - readsBefore;
     }
-    meter.report(state);
-    setThroughput(state, file);
-    state.counters["reads/page"] = static_cast<double>(reads) /
-                                   static_cast<double>(state.iterations()) /
-                                   static_cast<double>(file.contents().pages);
+    meter.report(state, file.mapped().size());
+    state.counters[kReadsPerPage] = static_cast<double>(reads) /
+                                    static_cast<double>(state.iterations()) /
+                                    static_cast<double>(file.contents().pages);
 }
 
 void timeOrder(State& state, const BenchFile& file) {
@@ -121,17 +117,29 @@ void trackByTrack(State& state, const BenchFile& file) {
     });
 }
 
-void opening(State& state, const BenchFile& file) {
-    for ([[maybe_unused]] auto _ : state) {
-        MemorySource source(file.mapped());
-        Player player(source);
-    }
-}
-
 double percentile(std::vector<double>& values, size_t percent) {
     const size_t place = std::min(values.size() - 1, values.size() * percent / 100);
     std::nth_element(values.begin(), values.begin() + static_cast<ptrdiff_t>(place), values.end());
     return values[place];
+}
+
+void reportTimes(State& state, std::vector<double>& us) {
+    state.counters[kMedianUs] = percentile(us, 50);
+    state.counters[kNinetyFifthUs] = percentile(us, 95);
+}
+
+/** Sniffing and opening, and the freeing of what was opened. */
+void opening(State& state, const BenchFile& file) {
+    std::vector<double> us;
+    for ([[maybe_unused]] auto _ : state) {
+        const int64_t start = threadTimeNs();
+        {
+            MemorySource source(file.mapped());
+            const Player player(source);
+        }
+        us.push_back(static_cast<double>(threadTimeNs() - start) / kNsPerUs);
+    }
+    reportTimes(state, us);
 }
 
 /** Seeks of the video track, spread over the file by a fixed rule, with the reads that follow. */
@@ -152,8 +160,7 @@ void seeking(State& state, const BenchFile& file) {
         }
         us.push_back(static_cast<double>(threadTimeNs() - start) / kNsPerUs);
     }
-    state.counters["median us"] = percentile(us, 50);
-    state.counters["p95 us"] = percentile(us, 95);
+    reportTimes(state, us);
 }
 
 void peakMemory(State& state, const BenchFile& file) {
@@ -161,7 +168,7 @@ void peakMemory(State& state, const BenchFile& file) {
     for ([[maybe_unused]] auto _ : state) {
         bytes = peakMemoryOfReading(file.path());
     }
-    state.counters["peak KiB"] = static_cast<double>(bytes) / 1024;
+    state.counters[kPeakKiB] = static_cast<double>(bytes) / 1024;
 }
 
 /** A file of any length, generated while it is read. */
@@ -177,8 +184,7 @@ void lengthOf(State& state, int64_t size) {
         player.readInTimeOrder();
         meter.stop(player.buffers());
     }
-    meter.report(state);
-    state.SetBytesProcessed(state.iterations() * size);
+    meter.report(state, static_cast<uint64_t>(size));
 }
 
 struct FileBenchmark {

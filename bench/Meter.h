@@ -13,6 +13,18 @@
 
 namespace android::ogm::bench {
 
+// The counters of results, by the names that they have in JSON.
+inline constexpr char kItems[] = "items";
+inline constexpr char kBestNs[] = "best_ns_per_item";
+inline constexpr char kMeanNs[] = "mean_ns_per_item";
+inline constexpr char kThroughput[] = "best_bytes_per_second";
+inline constexpr char kInstructions[] = "instructions_per_item";
+inline constexpr char kAllocations[] = "allocations_per_item";
+inline constexpr char kReadsPerPage[] = "reads_per_page";
+inline constexpr char kMedianUs[] = "median_us";
+inline constexpr char kNinetyFifthUs[] = "95th_percentile_us";
+inline constexpr char kPeakKiB[] = "peak_kib";
+
 /**
  * Nanoseconds of processor time that this thread has used so far: what other programs do at the
  * same time counts less than on a clock.
@@ -26,7 +38,8 @@ inline int64_t threadTimeNs() {
 
 /**
  * Time, instructions and allocations while something is measured, summed up over its rounds and
- * reported for each of its items, a buffer or a packet:
+ * reported for each of its items, a buffer or a packet; of the time also that of the best round,
+ * which other programs have disturbed least:
  *
  *     Meter meter;
  *     for (auto _ : state) { meter.start(); ...; meter.stop(items); }
@@ -41,22 +54,35 @@ class Meter {
     }
 
     void stop(uint64_t items) {
-        mTimeNs += threadTimeNs() - mTimeAtStart;
+        const int64_t timeNs = std::max<int64_t>(1, threadTimeNs() - mTimeAtStart);
         if (const auto count = instructionCount(); count && mInstructionsAtStart) {
             mInstructions = mInstructions.value_or(0) + (*count - *mInstructionsAtStart);
         }
         mAllocations += allocationCount() - mAllocationsAtStart;
         mItems += items;
+        mTimeNs += timeNs;
+        if (mBestNs == 0 || timeNs < mBestNs) {
+            mBestNs = timeNs;
+            mBestItems = items;
+        }
     }
 
-    void report(benchmark::State& state) const {
+    /** `bytesPerRound` where it makes sense to tell a throughput. */
+    void report(benchmark::State& state, uint64_t bytesPerRound = 0) const {
         const auto items = static_cast<double>(mItems);
-        state.counters["items"] =
+        const auto bestNs = static_cast<double>(mBestNs);
+        state.counters[kItems] =
                 items / static_cast<double>(std::max<int64_t>(1, state.iterations()));
-        state.counters["ns/item"] = static_cast<double>(mTimeNs) / items;
-        state.counters["allocs/item"] = static_cast<double>(mAllocations) / items;
+        state.counters[kBestNs] = bestNs / static_cast<double>(mBestItems);
+        state.counters[kMeanNs] = static_cast<double>(mTimeNs) / items;
+        state.counters[kAllocations] = static_cast<double>(mAllocations) / items;
         if (mInstructions) {
-            state.counters["instr/item"] = static_cast<double>(*mInstructions) / items;
+            state.counters[kInstructions] = static_cast<double>(*mInstructions) / items;
+        }
+        if (bytesPerRound != 0) {
+            constexpr double kNsPerSecond = 1e9;
+            state.counters[kThroughput] =
+                    static_cast<double>(bytesPerRound) / bestNs * kNsPerSecond;
         }
     }
 
@@ -66,6 +92,8 @@ class Meter {
     std::optional<uint64_t> mInstructionsAtStart;
 
     int64_t mTimeNs = 0;
+    int64_t mBestNs = 0;
+    uint64_t mBestItems = 0;
     uint64_t mAllocations = 0;
     std::optional<uint64_t> mInstructions;
     uint64_t mItems = 0;

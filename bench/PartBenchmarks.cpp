@@ -90,12 +90,10 @@ void cutFrames(State& state, uint32_t type, const std::vector<Bytes>& frames) {
         }
         meter.stop(units);
     }
-    meter.report(state);
-    state.SetBytesProcessed(state.iterations() *
-                            std::accumulate(frames.begin(), frames.end(), int64_t{0},
-                                            [](int64_t sum, const Bytes& frame) {
-                                                return sum + static_cast<int64_t>(frame.size());
-                                            }));
+    meter.report(state, std::accumulate(frames.begin(), frames.end(), uint64_t{0},
+                                        [](uint64_t sum, const Bytes& frame) {
+                                            return sum + frame.size();
+                                        }));
 }
 
 /** Bytes in pieces among which no second sync word comes, so that they are kept and searched. */

@@ -10,6 +10,7 @@
 #include "BenchFile.h"
 #include "InstructionCount.h"
 #include "PeakMemory.h"
+#include "TableReporter.h"
 
 namespace {
 
@@ -42,7 +43,7 @@ void addOptions(CLI::App& app, Options& options) {
 
 int runBenchmarks(const char* program, const Options& options) {
     std::vector<std::string> arguments = {
-            program, "--benchmark_counters_tabular=true", "--benchmark_filter=" + options.filter,
+            program, "--benchmark_filter=" + options.filter,
             "--benchmark_min_time=" + std::to_string(options.minTime)};
     if (!options.jsonPath.empty()) {
         arguments.push_back("--benchmark_out=" + options.jsonPath);
@@ -60,7 +61,8 @@ int runBenchmarks(const char* program, const Options& options) {
         benchmark::AddCustomContext("instructions",
                                     "no counter here; scripts/bench --instructions counts them");
     }
-    const size_t ran = benchmark::RunSpecifiedBenchmarks();
+    android::ogm::bench::TableReporter reporter;
+    const size_t ran = benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
     return ran > 0 ? 0 : 1;
 }
