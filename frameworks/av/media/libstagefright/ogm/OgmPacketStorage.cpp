@@ -18,15 +18,19 @@ constexpr size_t kLargestShared = kBlockSize / 2;
 constexpr size_t kLongQueue = 256;
 /** What the kernel can give in one piece, which costs far less than as many small pages. */
 constexpr size_t kLargePageSize = 2 << 20;
+constexpr std::align_val_t kLargePageAlignment{kLargePageSize};
 /** Only a queue that already fills as much gets large pages. */
 constexpr size_t kBlocksBeforeLargePages = kLargePageSize / kBlockSize;
 
+struct LargePageDeleter {
+    void operator()(uint8_t* bytes) const { operator delete(bytes, kLargePageAlignment); }
+};
+
 std::shared_ptr<uint8_t[]> makeLargePage() {
-    constexpr std::align_val_t kPlace{kLargePageSize};
-    auto* const bytes = static_cast<uint8_t*>(operator new(kLargePageSize, kPlace));
+    auto* const bytes = static_cast<uint8_t*>(operator new(kLargePageSize, kLargePageAlignment));
     // A wish; without large pages it is memory like any other.
     (void)madvise(bytes, kLargePageSize, MADV_HUGEPAGE);
-    return {bytes, [kPlace](uint8_t* block) { operator delete(block, kPlace); }};
+    return {bytes, LargePageDeleter()};
 }
 
 }  // namespace
