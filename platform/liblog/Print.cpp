@@ -26,22 +26,13 @@ void deliverText(int bufferId, int priority, const char* tag, const char* text) 
 }
 
 // Apart, so that a message that is filtered out does not pay for the buffer.
-__attribute__((__format__(printf, 4, 0), __noinline__)) void deliverFormatted(
+__attribute__((__format__(printf, 4, 0), __noinline__)) int deliverFormatted(
         int bufferId, int priority, const char* tag, const char* format, va_list arguments) {
     const ErrnoRestorer restorer;
     char text[kTextBufferSize];
     text[0] = '\0';
     vsnprintf(text, sizeof text, format, arguments);
     deliverText(bufferId, priority, tag, text);
-}
-
-__attribute__((__format__(printf, 4, 0))) inline int print(int bufferId, int priority,
-                                                           const char* tag, const char* format,
-                                                           va_list arguments) {
-    if (!mayPass(priority, tag)) {
-        return -EPERM;
-    }
-    deliverFormatted(bufferId, priority, tag, format, arguments);
     return kLogged;
 }
 
@@ -66,21 +57,29 @@ int __android_log_buf_write(int bufID, int prio, const char* tag, const char* te
 }
 
 int __android_log_vprint(int prio, const char* tag, const char* fmt, va_list ap) {
-    return android::log::print(LOG_ID_MAIN, prio, tag, fmt, ap);
+    return android::log::mayPass(prio, tag)
+                   ? android::log::deliverFormatted(LOG_ID_MAIN, prio, tag, fmt, ap)
+                   : -EPERM;
 }
 
 int __android_log_print(int prio, const char* tag, const char* fmt, ...) {
+    if (!android::log::mayPass(prio, tag)) {
+        return -EPERM;
+    }
     va_list arguments;
     va_start(arguments, fmt);
-    const int result = android::log::print(LOG_ID_MAIN, prio, tag, fmt, arguments);
+    const int result = android::log::deliverFormatted(LOG_ID_MAIN, prio, tag, fmt, arguments);
     va_end(arguments);
     return result;
 }
 
 int __android_log_buf_print(int bufID, int prio, const char* tag, const char* fmt, ...) {
+    if (!android::log::mayPass(prio, tag)) {
+        return -EPERM;
+    }
     va_list arguments;
     va_start(arguments, fmt);
-    const int result = android::log::print(bufID, prio, tag, fmt, arguments);
+    const int result = android::log::deliverFormatted(bufID, prio, tag, fmt, arguments);
     va_end(arguments);
     return result;
 }
