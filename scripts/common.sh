@@ -19,6 +19,9 @@ readonly arm64_packages=(
     g++-aarch64-linux-gnu qemu-user
     libgtest-dev:arm64 libgmock-dev:arm64 libfmt-dev:arm64 libseccomp-dev:arm64 libc6-dev:arm64 libstdc++-12-dev:arm64
 )
+readonly bench_packages=(
+    libbenchmark-dev libogg-dev pkg-config
+)
 
 # Whether a Debian package, with or without its architecture, is installed.
 is_installed() {

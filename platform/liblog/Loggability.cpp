@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,6 +72,9 @@ std::optional<int> levelInProperties(std::string_view tag) {
     return level;
 }
 
+/** Above every level: what a tag has that no property speaks of. */
+constexpr int kNotConfigured = std::numeric_limits<int>::max();
+
 /** The level of the tag that a thread logged with last, good until any property changes. */
 struct CachedLevel {
     static constexpr size_t kMaxTagLength = 64;
@@ -81,45 +85,52 @@ struct CachedLevel {
 
     bool valid;
     uint32_t serial;
+    int level;
     char tag[kMaxTagLength + 1];
-    std::optional<int> level;
 };
 
-std::optional<int> levelInPropertiesOrCache(const char* tag) {
-    // Needs no destructor: messages may still be logged while the thread ends.
-    thread_local CachedLevel cached{};
-    // Before the properties are read, so that a change meanwhile is seen the next time.
-    const uint32_t serial = __system_property_area_serial();
-    if (cached.isOf(tag, serial)) {
-        return cached.level;
-    }
+// Needs no destructor: messages may still be logged while the thread ends. Found without a call,
+// as most messages are filtered out and cost little else.
+__attribute__((__tls_model__("initial-exec"))) thread_local CachedLevel tCached{};
+
+__attribute__((__noinline__)) int readLevel(const char* tag, uint32_t serial) {
     const ErrnoRestorer restorer;
     const std::string_view text(tag);
-    const std::optional<int> level = levelInProperties(text);
-    cached.valid = text.size() <= CachedLevel::kMaxTagLength;
-    if (cached.valid) {
-        cached.serial = serial;
-        cached.tag[text.copy(cached.tag, CachedLevel::kMaxTagLength)] = '\0';
-        cached.level = level;
+    const int level = levelInProperties(text).value_or(kNotConfigured);
+    tCached.valid = text.size() <= CachedLevel::kMaxTagLength;
+    if (tCached.valid) {
+        tCached.serial = serial;
+        tCached.level = level;
+        tCached.tag[text.copy(tCached.tag, CachedLevel::kMaxTagLength)] = '\0';
     }
     return level;
 }
 
+int configuredLevel(const char* tag) {
+    // Before the properties are read, so that a change meanwhile is seen the next time.
+    const uint32_t serial = __system_property_area_serial();
+    return tCached.isOf(tag, serial) ? tCached.level : readLevel(tag, serial);
+}
+
 int levelOfTag(const char* tag, int defaultLevel) {
-    const std::optional<int> configured = levelInPropertiesOrCache(tag);
+    const int configured = configuredLevel(tag);
     const int minimum = gMinimumPriority.load();
     if (minimum == ANDROID_LOG_DEFAULT) {
-        return configured.value_or(defaultLevel);
+        return configured == kNotConfigured ? defaultLevel : configured;
     }
-    return configured ? std::min(*configured, minimum) : minimum;
+    return std::min(configured, minimum);
+}
+
+__attribute__((__noinline__)) bool isLoggableWithDefaultTag(int priority, int defaultLevel) {
+    const ErrnoRestorer restorer;
+    return priority >= levelOfTag(defaultTag()->c_str(), defaultLevel);
 }
 
 }  // namespace
 
 bool isLoggable(int priority, const char* tag, int defaultLevel) {
     if (tag == nullptr) {
-        const ErrnoRestorer restorer;
-        return priority >= levelOfTag(defaultTag()->c_str(), defaultLevel);
+        return isLoggableWithDefaultTag(priority, defaultLevel);
     }
     return priority >= levelOfTag(tag, defaultLevel);
 }

@@ -25,11 +25,9 @@ void deliverText(int bufferId, int priority, const char* tag, const char* text) 
     deliver({sizeof(__android_log_message), bufferId, priority, tag, nullptr, 0, text});
 }
 
-__attribute__((__format__(printf, 4, 0))) int print(int bufferId, int priority, const char* tag,
-                                                    const char* format, va_list arguments) {
-    if (!mayPass(priority, tag)) {
-        return -EPERM;
-    }
+// Apart, so that a message that is filtered out does not pay for the buffer.
+__attribute__((__format__(printf, 4, 0), __noinline__)) int deliverFormatted(
+        int bufferId, int priority, const char* tag, const char* format, va_list arguments) {
     const ErrnoRestorer restorer;
     char text[kTextBufferSize];
     text[0] = '\0';
@@ -59,21 +57,29 @@ int __android_log_buf_write(int bufID, int prio, const char* tag, const char* te
 }
 
 int __android_log_vprint(int prio, const char* tag, const char* fmt, va_list ap) {
-    return android::log::print(LOG_ID_MAIN, prio, tag, fmt, ap);
+    return android::log::mayPass(prio, tag)
+                   ? android::log::deliverFormatted(LOG_ID_MAIN, prio, tag, fmt, ap)
+                   : -EPERM;
 }
 
 int __android_log_print(int prio, const char* tag, const char* fmt, ...) {
+    if (!android::log::mayPass(prio, tag)) {
+        return -EPERM;
+    }
     va_list arguments;
     va_start(arguments, fmt);
-    const int result = android::log::print(LOG_ID_MAIN, prio, tag, fmt, arguments);
+    const int result = android::log::deliverFormatted(LOG_ID_MAIN, prio, tag, fmt, arguments);
     va_end(arguments);
     return result;
 }
 
 int __android_log_buf_print(int bufID, int prio, const char* tag, const char* fmt, ...) {
+    if (!android::log::mayPass(prio, tag)) {
+        return -EPERM;
+    }
     va_list arguments;
     va_start(arguments, fmt);
-    const int result = android::log::print(bufID, prio, tag, fmt, arguments);
+    const int result = android::log::deliverFormatted(bufID, prio, tag, fmt, arguments);
     va_end(arguments);
     return result;
 }

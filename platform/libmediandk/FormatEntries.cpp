@@ -28,11 +28,7 @@ Buffer::Buffer(const void* data, size_t size) : mBytes(new uint8_t[size]), mSize
     std::copy_n(static_cast<const uint8_t*>(data), size, mBytes.get());
 }
 
-void FormatEntries::set(std::string_view name, Value value) {
-    if (const Entry* entry = findEntry(name)) {
-        mItems[static_cast<size_t>(entry - mItems.data())].value = std::move(value);
-        return;
-    }
+void FormatEntries::insert(std::string_view name, Value value) {
     checkRoomForOneMore(mItems.size());
     mItems.push_back({std::string(name), std::move(value)});
 }
@@ -41,12 +37,6 @@ void FormatEntries::extend(const FormatEntries& other) {
     for (const Entry& entry : other.mItems) {
         set(entry.name, entry.value);
     }
-}
-
-const FormatEntries::Entry* FormatEntries::findEntry(std::string_view name) const {
-    const auto found = std::find_if(mItems.begin(), mItems.end(),
-                                    [name](const Entry& entry) { return entry.name == name; });
-    return found != mItems.end() ? &*found : nullptr;
 }
 
 }  // namespace android::mediandk

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -50,12 +51,19 @@ class FormatEntries {
     /** The value of that name if it has that very type, else null. Every change invalidates it. */
     template <typename T>
     const T* find(std::string_view name) const {
-        const Entry* entry = findEntry(name);
+        const Entry* const entry = findEntry(name);
         return entry != nullptr ? std::get_if<T>(&entry->value) : nullptr;
     }
 
     /** Inserts or replaces. Does not return if there are too many entries already. */
-    void set(std::string_view name, Value value);
+    template <typename T>
+    void set(std::string_view name, T value) {
+        if (Entry* const entry = findEntry(name)) {
+            entry->value = std::move(value);
+        } else {
+            insert(name, std::move(value));
+        }
+    }
 
     void clear() { mItems.clear(); }
 
@@ -65,7 +73,23 @@ class FormatEntries {
     const std::vector<Entry>& items() const { return mItems; }
 
   private:
-    const Entry* findEntry(std::string_view name) const;
+    static bool hasName(const Entry& entry, std::string_view name) {
+        return entry.name.size() == name.size() &&
+               memcmp(entry.name.data(), name.data(), name.size()) == 0;
+    }
+
+    const Entry* findEntry(std::string_view name) const {
+        for (const Entry& entry : mItems) {
+            if (hasName(entry, name)) {
+                return &entry;
+            }
+        }
+        return nullptr;
+    }
+    Entry* findEntry(std::string_view name) {
+        return const_cast<Entry*>(std::as_const(*this).findEntry(name));
+    }
+    void insert(std::string_view name, Value value);
 
     std::vector<Entry> mItems;
 };

@@ -138,7 +138,7 @@ void AMediaFormat_setString(AMediaFormat* format, const char* name, const char* 
 }
 
 void AMediaFormat_setBuffer(AMediaFormat* format, const char* name, const void* data, size_t size) {
-    format->entries.set(name, std::make_shared<const Buffer>(data, size));
+    format->entries.set(name, SharedBuffer(std::make_shared<const Buffer>(data, size)));
 }
 
 void AMediaFormat_clear(AMediaFormat* format) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
+#include <algorithm>
 #include <optional>
 
 #include "OgmAssert.h"
@@ -82,7 +83,9 @@ std::optional<AccessUnit> OgmTrack::dequeueAccessUnit() {
 }
 
 ByteBuffer OgmTrack::takeFrame(size_t offset, size_t size) {
-    ByteBuffer frame(mPacketBuff.view().from(offset).first(size));
+    const ByteView bytes = mPacketBuff.view().from(offset).first(size);
+    ByteBuffer frame = makePiece(bytes.size());
+    std::copy_n(bytes.data(), bytes.size(), frame.data());
     dropBuffered(offset + size);
     return frame;
 }

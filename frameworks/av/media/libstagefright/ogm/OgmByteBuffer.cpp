@@ -44,7 +44,7 @@ void ByteBuffer::makeRoom(size_t needed) {
         std::memmove(mBytes.get(), data(), mSize);
     } else {
         const size_t capacity = mSize == 0 ? needed : 2 * needed;
-        std::unique_ptr<uint8_t[]> larger(new uint8_t[capacity]);
+        std::shared_ptr<uint8_t[]> larger(new uint8_t[capacity]);
         copyBytes(larger.get(), view());
         mBytes = std::move(larger);
         mCapacity = capacity;

@@ -7,6 +7,7 @@
 
 namespace android {
 
+using ogm::ByteBuffer;
 using ogm::wrapAdd;
 using ogm::wrapDiv;
 using ogm::wrapSub;
@@ -122,8 +123,9 @@ media_status_t OgmExtractor::cutPacket(OgmTrack* track) {
     if (offset > mDataSourceSize) {
         return AMEDIA_ERROR_END_OF_STREAM;
     }
-    mPiece.reset(piece.size);
-    const ssize_t count = mDataSource->readAt(offset, mPiece.data(), piece.size);
+    const bool isKept = track != nullptr && track->keepsPieces();
+    ByteBuffer bytes = isKept ? track->makePiece(piece.size) : mPassingPieces.take(piece.size, 0);
+    const ssize_t count = mDataSource->readAt(offset, bytes.data(), piece.size);
     if (count != static_cast<ssize_t>(piece.size)) {
         ALOGI("Cannot read page payload, size %d\n", static_cast<int>(piece.size));
         return AMEDIA_ERROR_IO;
@@ -131,7 +133,7 @@ media_status_t OgmExtractor::cutPacket(OgmTrack* track) {
     mCurrentSegment = piece.nextSegment;
     mCurrentBodyOffset += static_cast<int64_t>(piece.size);
     if (track != nullptr) {
-        (void)track->appendData(&mPiece, isNewPacket);
+        (void)track->appendData(&bytes, isNewPacket);
     }
     return AMEDIA_OK;
 }

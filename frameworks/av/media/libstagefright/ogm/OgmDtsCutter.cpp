@@ -42,10 +42,12 @@ std::optional<size_t> ogm::findDtsStart(ByteView data) {
 }
 
 std::optional<size_t> ogm::findDtsSync(ByteView data, size_t from) {
+    uint32_t word = data.u32le(from);
     for (size_t position = from; position + kSyncWordSize < data.size(); ++position) {
-        if (isSync(data.u32le(position))) {
+        if (isSync(word)) {
             return position;
         }
+        word = word >> 8 | uint32_t{data[position + kSyncWordSize]} << 24;
     }
     return std::nullopt;
 }

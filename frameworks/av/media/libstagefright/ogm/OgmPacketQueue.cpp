@@ -66,6 +66,10 @@ void OgmTrack::resetPageState() {
     mGranuleValid = false;
 }
 
+bool OgmTrack::keepsPieces() const {
+    return !ogm::isReframedAudioType(mType);
+}
+
 media_status_t OgmTrack::appendData(ByteBuffer* packet, bool isNewPacket) {
     const std::lock_guard<std::mutex> lock(mLock);
     if (ogm::isAudioType(mType) && mExtractor->isSeeking()) {

@@ -20,6 +20,9 @@ class ByteBuffer {
     ByteBuffer() = default;
     explicit ByteBuffer(size_t size) { reset(size); }
     explicit ByteBuffer(ByteView bytes) { append(bytes); }
+    /** Fresh bytes in storage of that size, which others may share but not use. */
+    ByteBuffer(std::shared_ptr<uint8_t[]> storage, size_t size)
+        : mBytes(std::move(storage)), mCapacity(size), mSize(size) {}
     ByteBuffer(ByteBuffer&& other) noexcept { *this = std::move(other); }
     ByteBuffer& operator=(ByteBuffer&& other) noexcept {
         mBytes = std::move(other.mBytes);
@@ -52,7 +55,7 @@ class ByteBuffer {
   private:
     void makeRoom(size_t needed);
 
-    std::unique_ptr<uint8_t[]> mBytes;
+    std::shared_ptr<uint8_t[]> mBytes;
     size_t mCapacity = 0;
     size_t mOffset = 0;
     size_t mSize = 0;

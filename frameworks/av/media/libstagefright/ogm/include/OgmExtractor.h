@@ -38,6 +38,7 @@
 #include "OgmByteBuffer.h"
 #include "OgmByteView.h"
 #include "OgmFormat.h"
+#include "OgmPacketStorage.h"
 
 namespace android {
 
@@ -278,8 +279,8 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     uint64_t mCurrentSegment = 0;
     /** Where its bytes begin in the body of currPage. */
     int64_t mCurrentBodyOffset = 0;
-    /** The piece that was read last, unless its track has taken it. */
-    ogm::ByteBuffer mPiece;
+    /** For pieces that nobody keeps. */
+    ogm::PacketStorage mPassingPieces;
 
     // Seeking.
     /** The track that moves the cursor when it seeks; -1 for none. */
@@ -324,6 +325,10 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     void updateGranulePosition(uint64_t granulePosition, uint64_t averagePerPacket);
     /** Sets the timing to what it is before the first page. */
     void resetPageState();
+    /** Whether pieces of packets are queued as they are; re-framed audio is cut out of them. */
+    bool keepsPieces() const;
+    /** Room in the queue's storage for a piece of `size` bytes, or for a frame. */
+    ogm::ByteBuffer makePiece(size_t size) { return mStorage.take(size, mPacketsQue.size()); }
     /**
      * Takes a piece of a packet; `isNewPacket` for one that begins a packet. The piece may be moved
      * away. Returns AMEDIA_OK, also for a piece that is dropped, or AMEDIA_ERROR_MALFORMED.
@@ -436,6 +441,8 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     std::mutex mLock;
     /** The packet being assembled; for re-framed audio the elementary stream not yet cut. */
     ogm::ByteBuffer mPacketBuff;
+    /** Of the packets in mPacketsQue. */
+    ogm::PacketStorage mStorage;
     ogm::SteppedCapacity mPacketCapacity;
     /** Up to here no frame of re-framed audio begins in mPacketBuff but at its start. */
     size_t mSearched = 0;

@@ -28,10 +28,11 @@ PLATFORM_IMPORTS = {
 }
 # From the C library: memory, text, one dump file and locks. Nothing that reaches further.
 C_IMPORTS = {
-    "malloc", "free", "memcmp", "memcpy", "memmove", "memset", "memchr", "memmem",
+    "malloc", "free", "posix_memalign", "madvise",
+    "memcmp", "memcpy", "memmove", "memset", "memchr", "memmem",
     "strlen", "strncasecmp", "isspace", "vsnprintf", "snprintf", "abort",
     "fopen", "fwrite", "fclose",
-    "pthread_mutex_lock", "pthread_mutex_unlock",
+    "pthread_mutex_lock", "pthread_mutex_unlock", "__libc_single_threaded",
     # Called by compilers: guards of stack and buffers, destructors, exclusive access on Arm.
     "__stack_chk_fail", "__stack_chk_guard", "__cxa_finalize", "__cxa_atexit", "__getauxval",
     "__memcpy_chk", "__memmove_chk", "__memset_chk", "__strlen_chk", "__vsnprintf_chk",

@@ -1,0 +1,234 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <android/log.h>
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "BenchFile.h"
+#include "Meter.h"
+#include "PeakMemory.h"
+#include "Player.h"
+#include "RepeatedSource.h"
+
+namespace android::ogm::bench {
+
+namespace {
+
+using benchmark::State;
+
+constexpr double kNsPerUs = 1e3;
+constexpr size_t kReadsPerSeek = 5;
+constexpr size_t kSeeks = 200;
+/** Of the repeated part of a file that is made while it is read. */
+constexpr size_t kPeriodSize = size_t{8} << 20;
+
+/** The file of one content; made when it is first asked for, and gone when another one is. */
+class CurrentFile {
+  public:
+    explicit CurrentFile(size_t size) : mSize(size) {}
+
+    const BenchFile& get(Content (*content)()) {
+        if (mContent != content) {
+            mFile.reset();
+            mFile = std::make_unique<BenchFile>(content(), mSize);
+            mContent = content;
+        }
+        return *mFile;
+    }
+
+  private:
+    size_t mSize;
+    Content (*mContent)() = nullptr;
+    std::unique_ptr<BenchFile> mFile;
+};
+
+void sequentialRead(State& state, const BenchFile& file) {
+    Meter meter;
+    for ([[maybe_unused]] auto _ : state) {
+        MemorySource source(file.mapped());
+        meter.start();
+        readSequentially(source);
+        meter.stop(source.reads());
+    }
+    meter.report(state, file.mapped().size());
+}
+
+void payloadCopy(State& state, const BenchFile& file) {
+    const std::vector<PayloadPlace> places = payloadPlaces(file.mapped());
+    Meter meter;
+    for ([[maybe_unused]] auto _ : state) {
+        meter.start();
+        copyPayload(file.mapped(), places);
+        meter.stop(places.size());
+    }
+    meter.report(state, file.mapped().size());
+}
+
+void liboggWalk(State& state, const BenchFile& file) {
+    Meter meter;
+    for ([[maybe_unused]] auto _ : state) {
+        meter.start();
+        const WalkResult result = walkWithLibogg(file.mapped());
+        meter.stop(result.packets);
+    }
+    meter.report(state, file.mapped().size());
+}
+
+/** Opens the file anew in each round and measures what `read` does with it. */
+void readAll(State& state, const BenchFile& file, const std::function<void(Player&)>& read) {
+    Meter meter;
+    uint64_t reads = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        MemorySource source(file.mapped());
+        Player player(source);
+        player.startTracks();
+        const uint64_t readsBefore = source.reads();
+        meter.start();
+        read(player);
+        meter.stop(player.buffers());
+        reads += source.reads() - readsBefore;
+    }
+    meter.report(state, file.mapped().size());
+    state.counters[kReadsPerPage] = static_cast<double>(reads) /
+                                    static_cast<double>(state.iterations()) /
+                                    static_cast<double>(file.contents().pages);
+}
+
+void timeOrder(State& state, const BenchFile& file) {
+    readAll(state, file, &Player::readInTimeOrder);
+}
+
+void ignoreMessage(const __android_log_message* /* message */) {}
+
+void timeOrderWithLog(State& state, const BenchFile& file) {
+    __android_log_set_logger(ignoreMessage);
+    const int32_t quiet = __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
+    timeOrder(state, file);
+    __android_log_set_minimum_priority(quiet);
+}
+
+/** One track whole, then the other. */
+template <size_t first, size_t second>
+void trackByTrack(State& state, const BenchFile& file) {
+    readAll(state, file, [](Player& player) {
+        player.readTrackToEnd(first);
+        player.readTrackToEnd(second);
+    });
+}
+
+double percentile(std::vector<double>& values, size_t percent) {
+    const size_t place = std::min(values.size() - 1, values.size() * percent / 100);
+    std::nth_element(values.begin(), values.begin() + static_cast<ptrdiff_t>(place), values.end());
+    return values[place];
+}
+
+void reportTimes(State& state, std::vector<double>& us) {
+    state.counters[kMedianUs] = percentile(us, 50);
+    state.counters[kNinetyFifthUs] = percentile(us, 95);
+}
+
+/** Sniffing and opening, and the freeing of what was opened. */
+void opening(State& state, const BenchFile& file) {
+    std::vector<double> us;
+    for ([[maybe_unused]] auto _ : state) {
+        const int64_t start = threadTimeNs();
+        {
+            MemorySource source(file.mapped());
+            const Player player(source);
+        }
+        us.push_back(static_cast<double>(threadTimeNs() - start) / kNsPerUs);
+    }
+    reportTimes(state, us);
+}
+
+/** Seeks of the video track, spread over the file by a fixed rule, with the reads that follow. */
+void seeking(State& state, const BenchFile& file) {
+    MemorySource source(file.mapped());
+    Player player(source);
+    player.startTracks();
+    const int64_t durationUs = player.durationUs();
+    std::vector<double> us;
+    uint64_t number = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        constexpr uint64_t kStride = 61;  // shares no divisor with the number of places
+        const auto place = static_cast<int64_t>(number++ * kStride % kSeeks);
+        const int64_t start = threadTimeNs();
+        player.seekAndRead(0, durationUs * place / int64_t{kSeeks});
+        for (size_t i = 1; i < kReadsPerSeek; ++i) {
+            player.read(0);
+        }
+        us.push_back(static_cast<double>(threadTimeNs() - start) / kNsPerUs);
+    }
+    reportTimes(state, us);
+}
+
+void peakMemory(State& state, const BenchFile& file) {
+    int64_t bytes = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        bytes = peakMemoryOfReading(file.path());
+    }
+    state.counters[kPeakKiB] = static_cast<double>(bytes) / 1024;
+}
+
+/** A file of any length, generated while it is read. */
+void lengthOf(State& state, int64_t size) {
+    const Content content = mpeg4AndMp3();
+    const auto period = static_cast<size_t>(std::min<int64_t>(kPeriodSize, size));
+    Meter meter;
+    for ([[maybe_unused]] auto _ : state) {
+        RepeatedSource source(content, period, size);
+        Player player(source);
+        player.startTracks();
+        meter.start();
+        player.readInTimeOrder();
+        meter.stop(player.buffers());
+    }
+    meter.report(state, static_cast<uint64_t>(size));
+}
+
+struct FileBenchmark {
+    const char* name;
+    void (*run)(State& state, const BenchFile& file);
+};
+
+constexpr FileBenchmark kBenchmarks[] = {
+        {"sequential_read", sequentialRead},
+        {"payload_copy", payloadCopy},
+        {"libogg_walk", liboggWalk},
+        {"time_order", timeOrder},
+        {"time_order_null_logger", timeOrderWithLog},
+        {"track_0_then_1", trackByTrack<0, 1>},
+        {"track_1_then_0", trackByTrack<1, 0>},
+        {"opening", opening},
+        {"seek_and_5_reads", seeking},
+        {"peak_memory", peakMemory},
+};
+
+}  // namespace
+
+void registerFileBenchmarks(const BenchSizes& sizes) {
+    const auto current = std::make_shared<CurrentFile>(sizes.file);
+    for (Content (*const content)() : {mpeg4AndMp3, mpeg4AndAc3, h264AndPcm}) {
+        for (const FileBenchmark& row : kBenchmarks) {
+            auto* const registered =
+                    benchmark::RegisterBenchmark((content().name + "/" + row.name).c_str(),
+                                                 [current, content, run = row.run](State& state) {
+                                                     run(state, current->get(content));
+                                                 });
+            registered->Unit(benchmark::kMicrosecond);
+            if (row.run == seeking) {
+                registered->Iterations(kSeeks);
+            } else if (row.run == peakMemory) {
+                registered->Iterations(1);
+            }
+        }
+    }
+    for (const int64_t size : {sizes.shortFile, sizes.longFile}) {
+        benchmark::RegisterBenchmark(("length/" + std::to_string(size >> 20) + "_MiB").c_str(),
+                                     [size](State& state) { lengthOf(state, size); })
+                ->Unit(benchmark::kMicrosecond);
+    }
+}
+
+}  // namespace android::ogm::bench

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace android::ogm::bench {
+
+/**
+ * Prints all results as one table, a line for each as soon as it is there, and at the end how the
+ * reading of each file compares with what it is measured against.
+ */
+class TableReporter : public benchmark::BenchmarkReporter {
+  public:
+    bool ReportContext(const Context& context) override;
+    void ReportRuns(const std::vector<Run>& runs) override;
+    void Finalize() override;
+
+  private:
+    void printRun(const Run& run);
+
+    /** Bytes a second of the best round, by name. */
+    std::map<std::string, double> mThroughput;
+};
+
+}  // namespace android::ogm::bench

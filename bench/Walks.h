@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "Source.h"
+
+/** What the plug-in is compared with. */
+namespace android::ogm::bench {
+
+struct WalkResult {
+    uint64_t pages = 0;
+    uint64_t packets = 0;
+    uint64_t payloadBytes = 0;
+};
+
+/** libogg's way from bytes to packets, checksums included. */
+WalkResult walkWithLibogg(const MappedFile& file);
+
+/** Where a packet's bytes lie in a file, if they lie on one page. */
+struct PayloadPlace {
+    size_t offset;
+    size_t size;
+};
+
+/** The pieces of packets of a file, page by page. */
+std::vector<PayloadPlace> payloadPlaces(const MappedFile& file);
+
+/** Copies each piece into one buffer. */
+void copyPayload(const MappedFile& file, const std::vector<PayloadPlace>& places);
+
+/** Reads the whole source in blocks of 64 KiB. */
+void readSequentially(Source& source);
+
+}  // namespace android::ogm::bench

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "OgmPacketStorage.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <memory>
+
+#include "Bytes.h"
+
+namespace android::ogm::test {
+namespace {
+
+constexpr size_t kShortQueue = 10;
+
+ByteBuffer filledPacket(PacketStorage& storage, size_t size, uint32_t seed, size_t queued) {
+    ByteBuffer packet = storage.take(size, queued);
+    const Bytes bytes = pattern(size, seed);
+    std::copy(bytes.begin(), bytes.end(), packet.data());
+    return packet;
+}
+
+Bytes bytesIn(const ByteBuffer& buffer) {
+    const ByteView view = buffer.view();
+    return Bytes(view.data(), view.data() + view.size());
+}
+
+TEST(OgmPacketStorageTest, PacketsInAQueueKeepTheirBytes) {
+    PacketStorage storage;
+    std::deque<ByteBuffer> queue;
+    for (uint32_t i = 0; i < 2000; ++i) {
+        queue.push_back(filledPacket(storage, i * 37 % 20000, i, queue.size()));
+        if (queue.size() > kShortQueue) {
+            ASSERT_EQ(bytesIn(queue.front()), pattern(queue.front().size(), i - kShortQueue)) << i;
+            queue.pop_front();
+        }
+    }
+}
+
+TEST(OgmPacketStorageTest, PacketsInALongQueueKeepTheirBytes) {
+    constexpr uint32_t kPackets = 2000;
+    constexpr size_t kSize = 3001;  // three times what a queue holds before it gets large pages
+    PacketStorage storage;
+    std::deque<ByteBuffer> queue;
+    for (uint32_t i = 0; i < kPackets; ++i) {
+        queue.push_back(filledPacket(storage, kSize, i, queue.size()));
+    }
+    for (uint32_t i = 0; i < kPackets; ++i) {
+        ASSERT_EQ(bytesIn(queue[i]), pattern(kSize, i)) << i;
+    }
+}
+
+TEST(OgmPacketStorageTest, ALonePacketTakesThePlaceOfTheOneBefore) {
+    PacketStorage storage;
+    const uint8_t* const place = storage.take(100, 0).data();
+    for (size_t size = 1; size < 1000; ++size) {
+        ASSERT_EQ(storage.take(size, 0).data(), place) << size;
+    }
+}
+
+TEST(OgmPacketStorageTest, APacketThatGrowsLeavesItsNeighboursAlone) {
+    PacketStorage storage;
+    ByteBuffer first = filledPacket(storage, 5, 1, 0);
+    const ByteBuffer second = filledPacket(storage, 50, 2, 1);
+    const Bytes more = pattern(100, 3);
+    first.append({more.data(), more.size()});
+    EXPECT_EQ(bytesIn(first), joined({pattern(5, 1), more}));
+    EXPECT_EQ(bytesIn(second), pattern(50, 2));
+}
+
+TEST(OgmPacketStorageTest, APacketOutlivesItsStorage) {
+    auto storage = std::make_unique<PacketStorage>();
+    const ByteBuffer packet = filledPacket(*storage, 100, 1, 0);
+    storage.reset();
+    EXPECT_EQ(bytesIn(packet), pattern(100, 1));
+}
+
+}  // namespace
+}  // namespace android::ogm::test
