@@ -30,4 +30,9 @@ void CommandRecords::operator()(const LogLine& line) {
     __android_log_stderr_logger(&message);
 }
 
+void CommandRecords::operator()(const Unconfined& unconfined) {
+    (*this)(LogLine{ANDROID_LOG_DEBUG, "ogmprobe",
+                    fmt::format("system calls are not filtered: {}", unconfined.reason)});
+}
+
 }  // namespace ogmprobe

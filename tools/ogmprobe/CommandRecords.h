@@ -24,6 +24,7 @@ class CommandRecords {
     void operator()(const Failure& failure) { mReport.error(failure.code, failure.message); }
     void operator()(const TrackEnded& end);
     void operator()(const LogLine& line);
+    void operator()(const Unconfined& unconfined);
 
     template <typename T>
     void operator()(const T&) {}

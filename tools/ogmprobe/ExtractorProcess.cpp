@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ExtractorProcess.h"
 
-#include <android/log.h>
 #include <fmt/core.h>
 #include <poll.h>
 #include <sys/mman.h>
@@ -80,11 +79,8 @@ int openProcess(pid_t process) {
 }
 
 void enterSandboxAndTell(const RecordSink& sink) {
-    const auto reason = enterSandbox();
-    if (reason &&
-        __android_log_is_loggable(ANDROID_LOG_DEBUG, "ogmprobe", ANDROID_LOG_DEBUG) != 0) {
-        sink(LogLine{ANDROID_LOG_DEBUG, "ogmprobe",
-                     fmt::format("system calls are not filtered: {}", *reason)});
+    if (auto reason = enterSandbox()) {
+        sink(Unconfined{*std::move(reason)});
     }
 }
 

@@ -95,6 +95,11 @@ auto fieldsOf(T& record) {
     return std::tie(record.priority, record.tag, record.text);
 }
 
+template <Is<Unconfined> T>
+auto fieldsOf(T& record) {
+    return std::tie(record.reason);
+}
+
 template <Is<CallBegun> T>
 auto fieldsOf(T& record) {
     return std::tie(record.function, record.track);

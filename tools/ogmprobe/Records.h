@@ -112,6 +112,11 @@ struct LogLine {
     std::string text;
 };
 
+/** The kernel does not filter the system calls of the plug-in's process. */
+struct Unconfined {
+    std::string reason;
+};
+
 // The records below come only in a traced job.
 
 /** The plug-in is called. Log lines and reads up to the end of the call are its doing. */
@@ -145,7 +150,7 @@ struct SourceRead {
 
 using Record = std::variant<FileOpened, TrackListed, TrackStarted, PlaybackReady, SeekBegun,
                             PacketPlayed, TrackEnded, SeekRange, SeekLanded, Progress, Failure,
-                            LogLine, CallBegun, CallEnded, BufferRead, SourceRead>;
+                            LogLine, Unconfined, CallBegun, CallEnded, BufferRead, SourceRead>;
 
 /** Takes the records one after the other. */
 using RecordSink = std::function<void(const Record&)>;

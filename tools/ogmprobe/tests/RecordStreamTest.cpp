@@ -41,6 +41,7 @@ std::vector<Record> oneOfEach() {
             Progress{9},
             Failure{ExitCode::kNotTaken, "message", true},
             LogLine{4, "Tag", "text"},
+            Unconfined{"reason"},
             CallBegun{PluginFunction::kRead, 1},
             CallEnded{PluginFunction::kFreeExtractor, std::nullopt, -10006},
             BufferRead{1, 40, true, 3},

@@ -25,8 +25,6 @@ void takeForEver() {
 
 class MemoryWatchTest : public ::testing::Test {
   protected:
-    MemoryWatchTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-
     const SessionInput mInput;
     const Bytes mFile = Bytes(kMegabyte, 0);
     ScriptedSource mSource{mInput, mFile};
