@@ -12,6 +12,7 @@
 #include "Hex.h"
 #include "InputFiles.h"
 #include "Json.h"
+#include "NumberText.h"
 #include "TextTable.h"
 #include "TimeText.h"
 
@@ -68,7 +69,9 @@ ordered_json toJson(const std::string& path, const std::optional<FileInfo>& info
     auto tracks = ordered_json::array();
     if (info) {
         extractor = info->file.extractor;
-        container = {{"mime", info->file.mime}, {"duration_us", orNull(info->file.durationUs)}};
+        container = {{"mime", info->file.mime},
+                     {"size_bytes", info->file.sizeBytes},
+                     {"duration_us", orNull(info->file.durationUs)}};
         for (const TrackDescription& track : info->tracks) {
             tracks.push_back(toJson(track));
         }
@@ -107,9 +110,10 @@ std::string esdsText(const TrackDescription& track) {
 
 std::string toText(const std::string& path, const FileInfo& info, bool color) {
     const FileOpened& file = info.file;
-    std::string text = fmt::format("{}: {}, duration {}, {} track{}\n", emphasised(path, color),
-                                   file.mime, durationText(file.durationUs), file.trackCount,
-                                   file.trackCount == 1 ? "" : "s");
+    std::string text =
+            fmt::format("{}: {}, {}, duration {}, {}\n", emphasised(path, color), file.mime,
+                        sizeText(file.sizeBytes), durationText(file.durationUs),
+                        counted(file.trackCount, "track"));
     if (!info.tracks.empty()) {
         text += trackTable(info.tracks, color);
     }

@@ -2,11 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "FakeFile.h"
 
 namespace ogmprobe::test {
 namespace {
 
+namespace fs = std::filesystem;
 using nlohmann::json;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -17,10 +20,11 @@ TEST(Info, IsATableForPeople) {
     const ProcessResult result = FakePlugin::run({"info", path});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.out,
-              path + ": video/fake, duration 0:00:00.120, 2 tracks\n"
-                     "  Track  Type   Codec  Format                 Duration  MIME type\n"
-                     "      0  video  H.264  64x48, ? fps        0:00:00.120  video/avc\n"
-                     "      1  audio  PCM    8000 Hz, 1 channel  0:00:00.120  audio/raw\n");
+              path + ": video/fake, " + std::to_string(fs::file_size(path)) +
+                      " B, duration 0:00:00.120, 2 tracks\n"
+                      "  Track  Type   Codec  Format                 Duration  MIME type\n"
+                      "      0  video  H.264  64x48, ? fps        0:00:00.120  video/avc\n"
+                      "      1  audio  PCM    8000 Hz, 1 channel  0:00:00.120  audio/raw\n");
     EXPECT_THAT(result.err, IsEmpty());
 }
 
@@ -60,7 +64,9 @@ TEST(InfoJson, HoldsWhatTheTableHolds) {
     EXPECT_EQ(file["path"], path);
     EXPECT_EQ(file["exit_code"], 0);
     EXPECT_EQ(file["extractor"], "fake");
-    EXPECT_EQ(file["container"], json({{"mime", "video/fake"}, {"duration_us", 120000}}));
+    EXPECT_EQ(file["container"], json({{"mime", "video/fake"},
+                                       {"size_bytes", fs::file_size(path)},
+                                       {"duration_us", 120000}}));
     EXPECT_EQ(file["errors"], json::array());
     EXPECT_EQ(file["warnings"], json::array());
     EXPECT_EQ(file["tracks"][0]["codec"], "H.264");

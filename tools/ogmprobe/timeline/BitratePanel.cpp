@@ -2,6 +2,7 @@
 #include <fmt/core.h>
 
 #include "Markup.h"
+#include "NumberText.h"
 #include "Panel.h"
 #include "PathData.h"
 

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Markup.h"
+#include "NumberText.h"
 #include "PageTexts.h"
 #include "Panel.h"
 #include "PathData.h"

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "Markup.h"
+#include "NumberText.h"
 #include "Panel.h"
 #include "PathData.h"
 

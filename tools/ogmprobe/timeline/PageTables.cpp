@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Markup.h"
+#include "NumberText.h"
 #include "Page.h"
 #include "TimeArithmetic.h"
 #include "TimeText.h"

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "Markup.h"
+#include "NumberText.h"
 #include "Panel.h"
 #include "PathData.h"
 

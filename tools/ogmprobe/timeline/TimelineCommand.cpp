@@ -14,6 +14,7 @@
 #include "Drawing.h"
 #include "Markup.h"
 #include "NewFile.h"
+#include "NumberText.h"
 #include "Page.h"
 #include "ProgressBar.h"
 

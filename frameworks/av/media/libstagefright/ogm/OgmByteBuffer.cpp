@@ -19,9 +19,13 @@ void copyBytes(uint8_t* destination, ByteView bytes) {
 
 }  // namespace
 
+std::shared_ptr<uint8_t> makeBytes(size_t size) {
+    return {new uint8_t[size], std::default_delete<uint8_t[]>()};
+}
+
 void ByteBuffer::reset(size_t size) {
-    if (mCapacity < size || mCapacity / 2 > size) {
-        mBytes.reset(new uint8_t[size]);
+    if (mBytes == nullptr || mCapacity < size || mCapacity / 2 > size) {
+        mBytes = makeBytes(size);
         mCapacity = size;
     }
     mOffset = 0;
@@ -44,7 +48,7 @@ void ByteBuffer::makeRoom(size_t needed) {
         std::memmove(mBytes.get(), data(), mSize);
     } else {
         const size_t capacity = mSize == 0 ? needed : 2 * needed;
-        std::shared_ptr<uint8_t[]> larger(new uint8_t[capacity]);
+        std::shared_ptr<uint8_t> larger = makeBytes(capacity);
         copyBytes(larger.get(), view());
         mBytes = std::move(larger);
         mCapacity = capacity;

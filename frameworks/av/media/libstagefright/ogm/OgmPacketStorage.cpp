@@ -26,7 +26,7 @@ struct LargePageDeleter {
     void operator()(uint8_t* bytes) const { operator delete(bytes, kLargePageAlignment); }
 };
 
-std::shared_ptr<uint8_t[]> makeLargePage() {
+std::shared_ptr<uint8_t> makeLargePage() {
     auto* const bytes = static_cast<uint8_t*>(operator new(kLargePageSize, kLargePageAlignment));
     // A wish; without large pages it is memory like any other.
     (void)madvise(bytes, kLargePageSize, MADV_HUGEPAGE);
@@ -41,10 +41,10 @@ ByteBuffer PacketStorage::take(size_t size, size_t queuedPackets) {
     }
     if (mBlock.use_count() == 1) {
         mUsed = 0;
-    } else if (mBlockSize - mUsed < size) {
+    } else if (mBlock == nullptr || mBlockSize - mUsed < size) {
         beginBlock(queuedPackets);
     }
-    ByteBuffer packet(std::shared_ptr<uint8_t[]>(mBlock, mBlock.get() + mUsed), size);
+    ByteBuffer packet(std::shared_ptr<uint8_t>(mBlock, mBlock.get() + mUsed), size);
     mUsed += (size + kAlignment - 1) / kAlignment * kAlignment;
     return packet;
 }
@@ -55,7 +55,7 @@ void PacketStorage::beginBlock(size_t queuedPackets) {
         mBlock = makeLargePage();
         mBlockSize = kLargePageSize;
     } else {
-        mBlock.reset(new uint8_t[kBlockSize]);
+        mBlock = makeBytes(kBlockSize);
         mBlockSize = kBlockSize;
     }
     mUsed = 0;

@@ -11,6 +11,10 @@
 
 namespace android::ogm {
 
+/** Fresh bytes on the heap. The type is not that of an array, which older libraries cannot share.
+ */
+std::shared_ptr<uint8_t> makeBytes(size_t size);
+
 /**
  * Bytes with one owner: filled at the end, emptied from the front, and handed on by moving. Fresh
  * bytes are not cleared.
@@ -21,7 +25,7 @@ class ByteBuffer {
     explicit ByteBuffer(size_t size) { reset(size); }
     explicit ByteBuffer(ByteView bytes) { append(bytes); }
     /** Fresh bytes in storage of that size, which others may share but not use. */
-    ByteBuffer(std::shared_ptr<uint8_t[]> storage, size_t size)
+    ByteBuffer(std::shared_ptr<uint8_t> storage, size_t size)
         : mBytes(std::move(storage)), mCapacity(size), mSize(size) {}
     ByteBuffer(ByteBuffer&& other) noexcept { *this = std::move(other); }
     ByteBuffer& operator=(ByteBuffer&& other) noexcept {
@@ -38,8 +42,9 @@ class ByteBuffer {
     ByteView view() const { return {mBytes.get() + mOffset, mSize}; }
 
     /**
-     * Makes it `size` fresh bytes. Storage is kept if it is large enough but not more than twice
-     * that, so that a small packet does not end up in the storage of a large one.
+     * Makes it `size` fresh bytes, with an address also if there are none. Storage is kept if it is
+     * large enough but not more than twice that, so that a small packet does not end up in the
+     * storage of a large one.
      */
     void reset(size_t size);
 
@@ -55,7 +60,7 @@ class ByteBuffer {
   private:
     void makeRoom(size_t needed);
 
-    std::shared_ptr<uint8_t[]> mBytes;
+    std::shared_ptr<uint8_t> mBytes;
     size_t mCapacity = 0;
     size_t mOffset = 0;
     size_t mSize = 0;

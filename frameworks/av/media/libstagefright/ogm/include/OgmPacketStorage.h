@@ -17,15 +17,16 @@ namespace android::ogm {
 class PacketStorage {
   public:
     /**
-     * `size` fresh bytes. A queue that has grown long goes on in larger blocks: a track that waits
-     * while another one is read to its end may have to hold most of the file.
+     * `size` fresh bytes, with an address also if there are none. A queue that has grown long goes
+     * on in larger blocks: a track that waits while another one is read to its end may have to hold
+     * most of the file.
      */
     ByteBuffer take(size_t size, size_t queuedPackets);
 
   private:
     void beginBlock(size_t queuedPackets);
 
-    std::shared_ptr<uint8_t[]> mBlock;
+    std::shared_ptr<uint8_t> mBlock;
     size_t mBlockSize = 0;
     size_t mUsed = 0;
     /** Blocks that were begun in a row while the queue was long. */

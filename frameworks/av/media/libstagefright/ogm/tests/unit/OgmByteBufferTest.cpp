@@ -24,6 +24,10 @@ TEST(OgmByteBufferTest, ANewOneIsEmpty) {
     EXPECT_EQ(ByteBuffer().view().data(), nullptr);
 }
 
+TEST(OgmByteBufferTest, OneMadeForNoBytesHasAnAddressToReadTo) {
+    EXPECT_NE(ByteBuffer(size_t{0}).data(), nullptr);
+}
+
 TEST(OgmByteBufferTest, AppendingKeepsWhatIsThere) {
     ByteBuffer buffer(viewOf({1, 2}));
     buffer.append(viewOf({3}));

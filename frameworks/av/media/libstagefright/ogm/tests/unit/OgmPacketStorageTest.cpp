@@ -59,6 +59,11 @@ TEST(OgmPacketStorageTest, ALonePacketTakesThePlaceOfTheOneBefore) {
     }
 }
 
+TEST(OgmPacketStorageTest, APacketOfNoBytesHasAnAddressToReadTo) {
+    PacketStorage storage;
+    EXPECT_NE(storage.take(0, 0).data(), nullptr);
+}
+
 TEST(OgmPacketStorageTest, APacketThatGrowsLeavesItsNeighboursAlone) {
     PacketStorage storage;
     ByteBuffer first = filledPacket(storage, 5, 1, 0);
