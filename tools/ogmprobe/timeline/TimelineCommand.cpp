@@ -138,9 +138,8 @@ void write(const Timeline& shown, NewFile& file, Output& output) {
     for (const timeline::Lane& lane : shown.lanes) {
         packets += lane.packets.size();
     }
-    output.write(fmt::format("timeline of {}, {}: {}\n",
-                             timeline::counted(shown.lanes.size(), "track"),
-                             timeline::counted(packets, "packet"), file.path().string()));
+    output.write(fmt::format("timeline of {}, {}: {}\n", counted(shown.lanes.size(), "track"),
+                             counted(packets, "packet"), file.path().string()));
 }
 
 /** Plays the file and seeks in it; whether there is anything to draw. */
