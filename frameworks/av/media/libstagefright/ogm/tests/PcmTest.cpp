@@ -11,10 +11,41 @@ constexpr uint32_t kSerialNo = 1;
 constexpr uint8_t kFourByteHeader = 0x40;
 const LogLine kEightBits = infoLine("OGA_AUDIO_PCM,mBitsPerSample == 8");
 
+/** Gives one buffer, and then none. */
+class GroupOfOne {
+  public:
+    GroupOfOne() : mTable(*mGroup.wrap()) {
+        mTable.handle = this;
+        mTable.init = [](void* self, size_t count, size_t size, size_t limit) {
+            CMediaBufferGroup* const group = static_cast<GroupOfOne*>(self)->mGroup.wrap();
+            return group->init(group->handle, count, size, limit);
+        };
+        mTable.acquire_buffer = [](void* self, CMediaBuffer** buffer, bool nonBlocking,
+                                   size_t size) {
+            return static_cast<GroupOfOne*>(self)->acquire(buffer, nonBlocking, size);
+        };
+    }
+
+    CMediaBufferGroup* table() { return &mTable; }
+    /** Whether what was given has come back. */
+    bool isWhole() { return mGroup.has_buffers(); }
+
+  private:
+    media_status_t acquire(CMediaBuffer** buffer, bool nonBlocking, size_t size) {
+        CMediaBufferGroup* const group = mGroup.wrap();
+        return mGiven++ == 0 ? group->acquire_buffer(group->handle, buffer, nonBlocking, size)
+                             : AMEDIA_ERROR_UNKNOWN;
+    }
+
+    MediaBufferGroup mGroup;
+    CMediaBufferGroup mTable;
+    int mGiven = 0;
+};
+
 class PcmTest : public PluginTest {
   protected:
-    /** What a track of `bits` bits a sample makes of packets with this payload, on two reads. */
-    std::vector<ReadResult> read(uint16_t bits, const Bytes& payload, const char* tag = "0001") {
+    /** A file whose packets of a second each hold the payload. */
+    static OgmFile file(uint16_t bits, const Bytes& payload, const char* tag = "0001") {
         AudioHeader header;
         header.subtype = tag;
         header.bitsPerSample = bits;
@@ -22,7 +53,12 @@ class PcmTest : public PluginTest {
         file.addHeader(kSerialNo, header);
         file.addPages(kSerialNo, std::vector<Bytes>(20, audioPacket(payload, kFourByteHeader)),
                       8000);
-        OpenedFile opened = open(file);
+        return file;
+    }
+
+    /** What a track of `bits` bits a sample makes of packets with this payload, on two reads. */
+    std::vector<ReadResult> read(uint16_t bits, const Bytes& payload, const char* tag = "0001") {
+        OpenedFile opened = open(file(bits, payload, tag));
         const auto track = opened->startedTrack(0);
         mEvents.clear();
         std::vector<ReadResult> results = track->readAll(2);
@@ -61,6 +97,15 @@ TEST_F(PcmTest, AHundredBytesOfEightBitsBecomeTwoHundredInABufferOfTheirOwn) {
     EXPECT_EQ(results[0].capacity, 300U);
     EXPECT_EQ(results[1].capacity, 300U);
     EXPECT_EQ(mEvents.count(kEightBits), 2U);
+}
+
+TEST_F(PcmTest, WithoutABufferToConvertIntoTheReadFailsAndGivesTheFirstOneBack) {
+    GroupOfOne group;
+    OpenedFile opened = open(file(8, pattern(100, 1)));
+    const auto track = opened->track(0);
+    ASSERT_EQ(track->start(group.table()), AMEDIA_OK);
+    EXPECT_EQ(track->read().status, AMEDIA_ERROR_UNKNOWN);
+    EXPECT_TRUE(group.isWhole());
 }
 
 TEST_F(PcmTest, AConvertedBufferOfEightBitsCarriesItsTimeAlone) {

@@ -55,7 +55,11 @@ media_status_t Track::start() {
     if (mGroup == nullptr) {
         mGroup = std::make_unique<MediaBufferGroup>();
     }
-    return mTrack->start(mTrack->data, mGroup->wrap());
+    return start(mGroup->wrap());
+}
+
+media_status_t Track::start(CMediaBufferGroup* group) {
+    return mTrack->start(mTrack->data, group);
 }
 
 media_status_t Track::stop() {

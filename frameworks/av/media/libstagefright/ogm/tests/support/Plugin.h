@@ -38,6 +38,8 @@ class Track {
 
     /** Starts the track on its one buffer group. */
     media_status_t start();
+    /** Starts it on another one, which must outlive the track. */
+    media_status_t start(CMediaBufferGroup* group);
     media_status_t stop();
     media_status_t getFormat(const Format& format);
     bool supportsNonBlockingRead();
