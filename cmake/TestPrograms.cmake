@@ -7,3 +7,13 @@ function(ogm_compile_quickly target)
     target_precompile_headers(${target} PRIVATE
         <gmock/gmock.h> <gtest/gtest.h> <string> <vector> ${ARGN})
 endfunction()
+
+# Makes a test of each of the program's, or one of the whole program where it is emulated: an emulator
+# takes long to start.
+function(ogm_discover_tests target)
+    if(CMAKE_CROSSCOMPILING)
+        add_test(NAME ${target} COMMAND ${target})
+    else()
+        gtest_discover_tests(${target})
+    endif()
+endfunction()

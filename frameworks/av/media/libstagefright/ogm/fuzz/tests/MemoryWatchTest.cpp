@@ -25,7 +25,7 @@ void takeForEver() {
 
 class MemoryWatchTest : public ::testing::Test {
   protected:
-    const SessionInput mInput;
+    const SessionInput mInput{};
     const Bytes mFile = Bytes(kMegabyte, 0);
     ScriptedSource mSource{mInput, mFile};
 };
