@@ -46,7 +46,7 @@ class TimelineCommand : public testing::Test {
     const json mScript = fakeFile({fakeVideo(), fakeAudio()});
 
   private:
-    const FakePlugin mPlugin;
+    FakePlugin mPlugin;
 };
 
 TEST_F(TimelineCommand, WritesAPageWithThePacketsOfAllTracks) {
