@@ -83,7 +83,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     SessionInput input;
     input.file = bytesOf(reader.rest());
     (void)endsByItself([&] {
-        run(input, places & ((1 << kBeginBits) - 1), (places >> kBeginBits) * kSkipStep);
+        run(input, places & ((1 << kBeginBits) - 1), int64_t{places >> kBeginBits} * kSkipStep);
     });
     return 0;
 }

@@ -52,7 +52,7 @@ void cutAll(OgmTrack* track, const ReferenceCutter::Outcome& expected) {
     if (expected.fatal) {
         // An assertion, or a unit of no bytes that is found again for ever.
         const auto cut = track->dequeueAccessUnit();
-        require(cut && cut->bytes.view().size() == 0, "the process should have ended");
+        require(cut && cut->bytes.empty(), "the process should have ended");
         throw DemandedEnd{};
     }
     require(!track->dequeueAccessUnit(), "there is an access unit too many");

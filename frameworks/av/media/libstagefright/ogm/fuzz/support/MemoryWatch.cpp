@@ -13,7 +13,7 @@ namespace {
 using test::AllocationKind;
 
 /** The body of the largest page, whose size its lacing table tells, and a rounding up to 64 KiB. */
-constexpr uint64_t kPageAndRounding = 2 * 65536;
+constexpr uint64_t kPageAndRounding = 131072;
 /** 8-bit samples are widened into a buffer made half as large again. */
 constexpr uint64_t kLargestPerByte = 3;
 

@@ -29,6 +29,7 @@ inline std::ostream& operator<<(std::ostream& stream, const AccessUnit& unit) {
 /** Frames by size and digest, so that a difference can be read. */
 inline std::vector<std::string> framesOf(const std::vector<Bytes>& frames) {
     std::vector<std::string> all;
+    all.reserve(frames.size());
     for (const Bytes& frame : frames) {
         all.push_back(std::to_string(frame.size()) + " bytes " + digestOf(frame));
     }
@@ -37,6 +38,7 @@ inline std::vector<std::string> framesOf(const std::vector<Bytes>& frames) {
 
 inline std::vector<std::string> framesOf(const std::vector<AccessUnit>& units) {
     std::vector<Bytes> all;
+    all.reserve(units.size());
     for (const AccessUnit& unit : units) {
         all.push_back(unit.bytes);
     }
@@ -45,6 +47,7 @@ inline std::vector<std::string> framesOf(const std::vector<AccessUnit>& units) {
 
 inline std::vector<std::optional<int64_t>> timesOfUnits(const std::vector<AccessUnit>& units) {
     std::vector<std::optional<int64_t>> all;
+    all.reserve(units.size());
     for (const AccessUnit& unit : units) {
         all.push_back(unit.timeUs);
     }
