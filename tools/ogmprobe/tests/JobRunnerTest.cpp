@@ -165,8 +165,8 @@ TEST_P(ExtractorProcessTest, KeepsAllThatCameBeforeADeathInTheMiddleOfWriting) {
     runJob(request(job), options(), [&](const Record& record) {
         if (const auto* progress = std::get_if<Progress>(&record)) {
             EXPECT_EQ(progress->readUpTo, expected++);
-        } else {
-            failure = std::get<Failure>(record).message;
+        } else if (const auto* last = std::get_if<Failure>(&record)) {
+            failure = last->message;
         }
     });
     EXPECT_EQ(expected, kBefore);
