@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CommentHeader.h"
 
-#include <algorithm>
 #include <optional>
 #include <string_view>
+
+#include "Fields.h"
 
 namespace ogmprobe {
 namespace {
@@ -18,9 +19,7 @@ std::optional<uint32_t> takeNumber(Bytes& rest) {
     if (rest.size() < kLengthSize) {
         return std::nullopt;
     }
-    const uint32_t number = rest[0] | static_cast<uint32_t>(rest[1]) << 8 |
-                            static_cast<uint32_t>(rest[2]) << 16 |
-                            static_cast<uint32_t>(rest[3]) << 24;
+    const auto number = static_cast<uint32_t>(numberAt(rest, 0, kLengthSize));
     rest = rest.subspan(kLengthSize);
     return number;
 }
@@ -38,8 +37,7 @@ bool takeText(Bytes& rest) {
 }  // namespace
 
 bool isCommentHeader(Bytes buffer) {
-    if (buffer.size() < kSignature.size() ||
-        !std::equal(kSignature.begin(), kSignature.end(), buffer.begin())) {
+    if (!holdsAt(buffer, 0, kSignature)) {
         return false;
     }
     Bytes rest = buffer.subspan(kSignature.size());

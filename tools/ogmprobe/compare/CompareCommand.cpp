@@ -11,6 +11,7 @@
 #include "Commands.h"
 #include "Json.h"
 #include "LogText.h"
+#include "NumberText.h"
 #include "TextTable.h"
 #include "compare/Difference.h"
 #include "compare/LogLineFinder.h"
@@ -137,9 +138,9 @@ class Comparison {
         for (const TrackComparison& track : mTracks) {
             packets += track.packetsA;
         }
-        return fmt::format("{} track{}, {} packet{}, {}", mTracks.size(),
-                           mTracks.size() == 1 ? "" : "s", packets, packets == 1 ? "" : "s",
-                           mWithLog ? fmt::format("{} log lines", mA.played.logDigests.size())
+        return fmt::format("{}, {}, {}", counted(mTracks.size(), "track"),
+                           counted(packets, "packet"),
+                           mWithLog ? counted(mA.played.logDigests.size(), "log line")
                                     : "log not compared (--logs)");
     }
 

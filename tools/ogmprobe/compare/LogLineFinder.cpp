@@ -3,9 +3,7 @@
 
 #include <fmt/core.h>
 
-#include <variant>
-
-#include "JobRunner.h"
+#include "CommandRecords.h"
 #include "LogText.h"
 
 namespace ogmprobe {
@@ -46,8 +44,7 @@ class LogLineFinder {
 FoundLine findLogLine(const std::string& path, const GlobalOptions& options, uint64_t number) {
     LogLineFinder finder(number);
     try {
-        runJob({path, playJob({}), true}, options,
-               [&finder](const Record& record) { std::visit(finder, record); });
+        runJob({path, playJob({}), true}, options, visitedBy(finder));
     } catch (const LineFound&) {
     }
     return finder.found();

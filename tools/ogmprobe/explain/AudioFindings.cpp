@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/core.h>
 
+#include "NumberText.h"
 #include "explain/Finding.h"
 
 namespace ogmprobe {
@@ -48,8 +49,8 @@ void explainAudioLoss(Explanation& explanation, const AudioLoss& loss) {
     }
     for (auto& [serial, finding] : findings) {
         finding.text = fmt::format("In {} of {}, from the page at offset {} on: {}.",
-                                   plural(counts[serial], "packet"), trackText(explanation, serial),
-                                   *finding.offset, loss.text);
+                                   counted(counts[serial], "packet"),
+                                   trackText(explanation, serial), *finding.offset, loss.text);
         explanation.add(std::move(finding));
     }
 }

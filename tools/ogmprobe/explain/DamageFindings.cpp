@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "NumberText.h"
 #include "explain/Finding.h"
 
 namespace ogmprobe {
@@ -38,7 +39,7 @@ std::string lossesIn(const Explanation& explanation, const JunkRange& junk) {
             return;
         }
         if (const uint32_t lost = lostBetween(before, behind)) {
-            text += fmt::format("; {} of {} {} lost there", plural(lost, "page"),
+            text += fmt::format("; {} of {} {} lost there", counted(lost, "page"),
                                 trackText(explanation, before.serial), lost == 1 ? "is" : "are");
         }
     });
@@ -51,7 +52,7 @@ void explainJunk(Explanation& explanation, const JunkRange& junk) {
     Finding finding;
     finding.id = "junk-skipped";
     finding.text = fmt::format("{} from offset {} on are no Ogg page and are skipped{}{}.",
-                               plural(junk.size, "byte"), junk.offset,
+                               counted(junk.size, "byte"), junk.offset,
                                isLast ? "; no page follows" : "", lossesIn(explanation, junk));
     finding.offset = junk.offset;
     finding.bytes = junk.size;
@@ -79,7 +80,7 @@ void explainAllJunk(Explanation& explanation) {
     finding.text = fmt::format(
             "{} at {} places are no Ogg pages and are skipped, the first at offset {}, the last at "
             "offset {} (--pages lists all).",
-            plural(bytes, "byte"), junk.size(), junk.front().offset, junk.back().offset);
+            counted(bytes, "byte"), junk.size(), junk.front().offset, junk.back().offset);
     finding.offset = junk.front().offset;
     finding.bytes = bytes;
     finding.timeUs = explanation.file().timeBefore(junk.front().offset);
@@ -190,7 +191,7 @@ void explainMissingPages(Explanation& explanation) {
         }
         Finding finding = findingAt(explanation, "pages-missing", behind);
         finding.text = fmt::format("In front of offset {}, {} of {} {} missing.", behind.offset,
-                                   plural(lost, "page"), trackText(explanation, behind.serial),
+                                   counted(lost, "page"), trackText(explanation, behind.serial),
                                    lost == 1 ? "is" : "are");
         finding.timeUs = explanation.file().timeUs(before);
         finding.untilUs = explanation.file().timeUs(behind);
@@ -214,7 +215,7 @@ void explainGranules(Explanation& explanation) {
         }
         Finding finding = findingAt(explanation, "packets-dropped", page);
         finding.text = fmt::format(
-                "{} of {} on the page at offset {} {} dropped", plural(line->count, "packet"),
+                "{} of {} on the page at offset {} {} dropped", counted(line->count, "packet"),
                 trackText(explanation, page.serial), page.offset, line->count == 1 ? "is" : "are");
         if (cause != nullptr && cause->serial == page.serial) {
             finding.text += fmt::format(

@@ -5,6 +5,7 @@
 #include <array>
 #include <string_view>
 
+#include "NumberText.h"
 #include "explain/Finding.h"
 
 namespace ogmprobe {
@@ -60,7 +61,7 @@ void explainLastPage(Explanation& explanation, uint64_t track, size_t index) {
     finding.text = fmt::format(
             "The last packets of track {} do not come out: a stream's last page (here with {}) is "
             "never read, and the packet in front of it stays open.",
-            track, plural(page.packets, "packet"));
+            track, counted(page.packets, "packet"));
     explanation.add(std::move(finding));
 }
 
@@ -102,7 +103,7 @@ void explainUnread(Explanation& explanation, uint64_t track, const std::vector<s
     finding.id = "pages-not-read";
     finding.untilUs = explanation.file().timeUs(pages[unread.back()]);
     finding.text = fmt::format("The last {} of track {}, with {}, are not read: {}",
-                               plural(unread.size(), "page"), track, plural(packets, "packet"),
+                               counted(unread.size(), "page"), track, counted(packets, "packet"),
                                whyReadingEnded(explanation, unread.front()));
     finding.usual = finding.timeUs && finding.untilUs &&
                     *finding.untilUs - *finding.timeUs < kUsualLossUs &&
@@ -154,7 +155,7 @@ void explainEmptyTrack(Explanation& explanation, uint64_t track, const OggStream
                         : fmt::format(
                                   "of its {} the last is never read, and what the others hold "
                                   "does not reach beyond the packet that stays open.",
-                                  plural(stream->dataPages.size(), "page"));
+                                  counted(stream->dataPages.size(), "page"));
     }
     explanation.add(std::move(finding));
 }

@@ -38,8 +38,7 @@ void playTraced(const ExplainOptions& options, Session& session, Report& report,
     withLines.logPriority = ANDROID_LOG_VERBOSE;
     ExplainRecords records(session, report, trace);
     try {
-        runJob({options.file, playJob({}), true}, withLines,
-               [&records](const Record& record) { std::visit(records, record); });
+        runJob({options.file, playJob({}), true}, withLines, visitedBy(records));
     } catch (const GoesInCircles& circles) {
         const Failure failure{ExitCode::kDied,
                               fmt::format("the extractor never ends: {}", circles.what())};

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "LogText.h"
+#include "NumberText.h"
 #include "TimeText.h"
 
 namespace ogmprobe {
@@ -62,7 +63,7 @@ std::string remarks(const OggPage& page) {
     };
     remark(!page.isReadable(), "header damaged");
     remark(page.isReadable() && !page.checksumRight, "wrong checksum");
-    remark(page.missingBytes > 0, plural(page.missingBytes, "byte") + " missing");
+    remark(page.missingBytes > 0, counted(page.missingBytes, "byte") + " missing");
     remark(page.beginsWithComment, "comment header");
     return text;
 }
@@ -168,7 +169,7 @@ std::string findingsText(const Explanation& explanation, const ExplainOptions& o
     }
     if (left > 0) {
         text += fmt::format("({} on what is so with every such file: --verbose)\n",
-                            plural(left, "note"));
+                            counted(left, "note"));
     }
     return text;
 }

@@ -67,10 +67,6 @@ inline std::optional<LoggedLine> copied(const LoggedLine* line) {
     return line != nullptr ? std::optional(*line) : std::nullopt;
 }
 
-inline std::string plural(uint64_t count, const std::string& noun) {
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 /** "track 0", or the serial number of a stream without a track. */
 std::string trackText(const Explanation& explanation, uint32_t serial);
 

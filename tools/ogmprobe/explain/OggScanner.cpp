@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "ExitCode.h"
+#include "Fields.h"
 
 namespace ogmprobe {
 namespace {
@@ -28,18 +29,6 @@ constexpr size_t kFixedSize = 27;
 constexpr uint8_t kUnterminated = 255;
 
 constexpr size_t kWindowSize = 1 << 18;
-
-bool beginsWith(std::span<const uint8_t> bytes, std::string_view text) {
-    return bytes.size() >= text.size() && std::memcmp(bytes.data(), text.data(), text.size()) == 0;
-}
-
-uint64_t littleEndian(std::span<const uint8_t> bytes, size_t offset, size_t width) {
-    uint64_t value = 0;
-    for (size_t i = width; i-- > 0;) {
-        value = value << 8 | bytes[offset + i];
-    }
-    return value;
-}
 
 // Most significant bit first, as Ogg has it.
 constexpr std::array<uint32_t, 256> makeChecksumTable() {
@@ -99,7 +88,7 @@ std::span<const uint8_t> OggScanner::bytes(uint64_t offset, size_t count) {
 }
 
 uint64_t OggScanner::findPage(uint64_t offset) {
-    if (beginsWith(bytes(offset, kCapturePattern.size()), kCapturePattern)) {
+    if (holdsAt(bytes(offset, kCapturePattern.size()), 0, kCapturePattern)) {
         return offset;
     }
     while (offset < size()) {
@@ -129,10 +118,10 @@ OggPage OggScanner::page(uint64_t offset) {
     }
     page.version = fixed[kVersion];
     page.flags = fixed[kFlags];
-    page.granule = littleEndian(fixed, kGranule, 8);
-    page.serial = static_cast<uint32_t>(littleEndian(fixed, kSerial, 4));
-    page.sequence = static_cast<uint32_t>(littleEndian(fixed, kSequence, 4));
-    const auto checksum = static_cast<uint32_t>(littleEndian(fixed, kChecksum, 4));
+    page.granule = numberAt(fixed, kGranule, 8);
+    page.serial = static_cast<uint32_t>(numberAt(fixed, kSerial, 4));
+    page.sequence = static_cast<uint32_t>(numberAt(fixed, kSequence, 4));
+    const auto checksum = static_cast<uint32_t>(numberAt(fixed, kChecksum, 4));
     page.headerSize += fixed[kSegmentCount];
 
     const auto header = bytes(offset, page.headerSize);
@@ -142,7 +131,7 @@ OggPage OggScanner::page(uint64_t offset) {
     page.checksumRight = page.missingBytes > 0 || checksumOf(whole) == checksum;
     if (whole.size() > page.headerSize) {
         const auto body = whole.subspan(page.headerSize);
-        page.beginsWithComment = beginsWith(body, kCommentHeader);
+        page.beginsWithComment = holdsAt(body, 0, kCommentHeader);
         if (page.beginsStream()) {
             page.announced = StreamHeader(body);
         }

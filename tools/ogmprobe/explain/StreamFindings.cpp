@@ -5,6 +5,7 @@
 #include <array>
 #include <string_view>
 
+#include "NumberText.h"
 #include "explain/Finding.h"
 
 namespace ogmprobe {
@@ -150,7 +151,7 @@ Reason whyNoTrack(const Explanation& explanation, size_t index) {
         return {"header-behind-junk", "header behind junk",
                 fmt::format("{} of junk stand in front of its header page, and the header is "
                             "looked for where the junk begins",
-                            plural(junk->size, "byte")),
+                            counted(junk->size, "byte")),
                 copied(trace.line("************* unknow header", junk->offset, page.end()))};
     }
     if (page.missingBytes > 0) {
@@ -169,7 +170,7 @@ void explainForeignHeader(Explanation& explanation, const OggPage& page, const J
             "The track of the stream with serial number {} has the format of another one: {} of "
             "junk stand in front of its header page, the header is looked for where the junk "
             "begins, and one lies there.",
-            page.serial, plural(junk.size, "byte"));
+            page.serial, counted(junk.size, "byte"));
     finding.track = explanation.trace().trackOf(page.serial);
     finding.serial = page.serial;
     finding.offset = page.offset;
@@ -225,7 +226,7 @@ void explainUnannounced(Explanation& explanation, const OggStream& stream) {
     finding.text = fmt::format(
             "No track for the stream with serial number {}: no page announces it ({} from offset "
             "{} on).",
-            stream.serial, plural(stream.dataPages.size(), "page"), first.offset);
+            stream.serial, counted(stream.dataPages.size(), "page"), first.offset);
     if (const auto damage = firstDamage(file); damage && *damage < first.offset) {
         finding.text +=
                 fmt::format(" Its header page may be what is damaged at offset {}.", *damage);

@@ -2,8 +2,9 @@
 #include "explain/StreamHeader.h"
 
 #include <cctype>
-#include <cstring>
 #include <string_view>
+
+#include "Fields.h"
 
 namespace ogmprobe {
 namespace {
@@ -24,33 +25,20 @@ constexpr uint64_t kUnitsPerUs = 10;
 constexpr uint64_t kUnitsPerSecond = 10'000'000;
 constexpr uint64_t kUsPerSecond = 1'000'000;
 
-bool holds(std::span<const uint8_t> packet, size_t offset, std::string_view text) {
-    return packet.size() >= offset + text.size() &&
-           std::memcmp(packet.data() + offset, text.data(), text.size()) == 0;
-}
-
 StreamKind kindOf(std::span<const uint8_t> packet) {
-    if (holds(packet, kName, "vorbis")) {
+    if (holdsAt(packet, kName, "vorbis")) {
         return StreamKind::kVorbis;
     }
-    if (holds(packet, 0, kVideo)) {
+    if (holdsAt(packet, 0, kVideo)) {
         return StreamKind::kVideo;
     }
-    if (holds(packet, 0, kAudio)) {
+    if (holdsAt(packet, 0, kAudio)) {
         return StreamKind::kAudio;
     }
-    if (holds(packet, 0, kText)) {
+    if (holdsAt(packet, 0, kText)) {
         return StreamKind::kText;
     }
-    return holds(packet, kName, "theora") ? StreamKind::kTheora : StreamKind::kOther;
-}
-
-uint64_t number(std::span<const uint8_t> packet, size_t offset, size_t width) {
-    uint64_t value = 0;
-    for (size_t i = width; i-- > 0;) {
-        value = value << 8 | (offset + i < packet.size() ? packet[offset + i] : 0U);
-    }
-    return value;
+    return holdsAt(packet, kName, "theora") ? StreamKind::kTheora : StreamKind::kOther;
 }
 
 std::string codecOf(std::span<const uint8_t> packet) {
@@ -66,9 +54,9 @@ std::string codecOf(std::span<const uint8_t> packet) {
 StreamHeader::StreamHeader(std::span<const uint8_t> packet) : kind(kindOf(packet)) {
     if (kind == StreamKind::kVideo || kind == StreamKind::kAudio) {
         codec = codecOf(packet);
-        timeUnit = number(packet, kTimeUnit, 8);
-        samplesPerUnit = number(packet, kSamplesPerUnit, 8);
-        bitsPerSample = static_cast<uint16_t>(number(packet, kBitsPerSample, 2));
+        timeUnit = numberAt(packet, kTimeUnit, 8);
+        samplesPerUnit = numberAt(packet, kSamplesPerUnit, 8);
+        bitsPerSample = static_cast<uint16_t>(numberAt(packet, kBitsPerSample, 2));
     }
 }
 
