@@ -6,27 +6,29 @@
 #include <log/log.h>
 
 #include <optional>
-#include <string_view>
 
 namespace android::ogm {
 
 namespace {
-
-constexpr size_t kStartCodeSize = 4;
 
 constexpr uint8_t kPictureStartCode = 0x00;  // MPEG-1 and MPEG-2
 constexpr uint8_t kVopStartCode = 0xB6;      // MPEG-4
 
 /** The place behind the first start code 00 00 01 `code`; at least one byte follows it. */
 std::optional<size_t> findBehindStartCode(ByteView packet, uint8_t code) {
-    const char startCode[kStartCodeSize] = {0, 0, 1, static_cast<char>(code)};
-    if (packet.size() <= kStartCodeSize) {
-        return std::nullopt;
+    // Looked for by its 01, as zeros are frequent in headers.
+    std::optional<size_t> one = packet.find(1, 2);
+    while (one) {
+        const size_t behind = *one + 2;
+        if (behind >= packet.size()) {
+            return std::nullopt;
+        }
+        if (packet[*one - 2] == 0 && packet[*one - 1] == 0 && packet[*one + 1] == code) {
+            return behind;
+        }
+        one = packet.find(1, *one + 1);
     }
-    const ByteView searched = packet.first(packet.size() - 1);
-    const std::optional<size_t> found =
-            searched.find(std::string_view(startCode, kStartCodeSize), 0);
-    return found ? std::optional(*found + kStartCodeSize) : std::nullopt;
+    return std::nullopt;
 }
 
 }  // namespace

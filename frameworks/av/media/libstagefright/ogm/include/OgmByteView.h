@@ -57,11 +57,13 @@ class ByteView {
         if (rest.mSize < text.size()) {
             return std::nullopt;
         }
-        const void* const found = memmem(rest.mData, rest.mSize, text.data(), text.size());
-        if (found == nullptr) {
-            return std::nullopt;
-        }
-        return static_cast<size_t>(static_cast<const uint8_t*>(found) - mData);
+        return placeOf(memmem(rest.mData, rest.mSize, text.data(), text.size()));
+    }
+
+    /** The first place at or after `from` where that byte stands. */
+    std::optional<size_t> find(uint8_t byte, size_t from) const {
+        const ByteView rest = this->from(from);
+        return rest.empty() ? std::nullopt : placeOf(memchr(rest.mData, byte, rest.mSize));
     }
 
     constexpr uint16_t u16le(size_t position) const {
@@ -74,10 +76,26 @@ class ByteView {
 
     constexpr uint32_t u32be(size_t position) const {
         const ByteView rest = from(position);
-        return uint32_t{rest[0]} << 24 | uint32_t{rest[1]} << 16 | uint32_t{rest[2]} << 8 | rest[3];
+        if (rest.mSize >= 4) {
+            // The usual case, which compiles to one load.
+            return bigEndian(rest.mData[0], rest.mData[1], rest.mData[2], rest.mData[3]);
+        }
+        return bigEndian(rest[0], rest[1], rest[2], rest[3]);
     }
 
   private:
+    std::optional<size_t> placeOf(const void* found) const {
+        if (found == nullptr) {
+            return std::nullopt;
+        }
+        return static_cast<size_t>(static_cast<const uint8_t*>(found) - mData);
+    }
+
+    static constexpr uint32_t bigEndian(uint8_t first, uint8_t second, uint8_t third,
+                                        uint8_t fourth) {
+        return uint32_t{first} << 24 | uint32_t{second} << 16 | uint32_t{third} << 8 | fourth;
+    }
+
     constexpr uint64_t littleEndian(size_t position, size_t width) const {
         const ByteView rest = from(position);
         uint64_t value = 0;

@@ -69,6 +69,11 @@ TEST_F(FrameTypeTest, TheFirstMpeg4PictureOfAPacketCounts) {
     EXPECT_EQ(mpeg4TypeOf(joined({groupOfVop(), videoObjectPlane(2), videoObjectPlane(0)})), 3);
 }
 
+TEST_F(FrameTypeTest, BytesThatResembleAStartCodeArePassedOver) {
+    EXPECT_EQ(mpeg4TypeOf({1, 1, 0, 1, 0xB6, 0x10, 0, 0, 1, 0xB5, 0, 0, 0, 1, 0xB6, 0x90}), 3);
+    EXPECT_EQ(mpegTypeOf({1, 1, 0, 1, 0, 0, 0x0F, 0, 0, 1, 1, 0, 0, 0, 1, 0, 0, 0x17}), 2);
+}
+
 TEST_F(FrameTypeTest, TheHeaderByteBelongsToTheBytesThatAreSearched) {
     // The packet's header byte is the first zero of the start code.
     EXPECT_EQ(mpeg4TypeOf({0, 1, 0xB6, 0x10}), 1);

@@ -17,8 +17,7 @@ using Bytes = std::vector<uint8_t>;
 /** Bytes in a heap block of exactly their size, so that reading one too many is seen. */
 class ExactBlock {
   public:
-    ExactBlock(const uint8_t* bytes, size_t size)
-        : mBytes(std::make_unique<uint8_t[]>(size)), mSize(size) {
+    ExactBlock(const uint8_t* bytes, size_t size) : mBytes(new uint8_t[size]), mSize(size) {
         std::copy_n(bytes, size, mBytes.get());
     }
     explicit ExactBlock(ByteView bytes) : ExactBlock(bytes.data(), bytes.size()) {}

@@ -32,6 +32,26 @@ TEST(OgmByteViewTest, TheMissingBytesOfANumberAreZero) {
     EXPECT_EQ(kView.u64le(SIZE_MAX - 3), 0u);
 }
 
+TEST(OgmByteViewTest, AByteIsFoundAtOrBehindThePlaceWhereTheSearchBegins) {
+    EXPECT_EQ(kView.find('g', 0), 1U);
+    EXPECT_EQ(kView.find('g', 1), 1U);
+    EXPECT_EQ(kView.find('g', 2), 2U);
+    EXPECT_EQ(kView.find('g', 3), std::nullopt);
+    EXPECT_EQ(kView.find(0xC5, 0), 8U);
+    EXPECT_EQ(kView.find(0, 0), std::nullopt);
+    EXPECT_EQ(kView.find('O', SIZE_MAX), std::nullopt);
+    EXPECT_EQ(ByteView().find(0, 0), std::nullopt);
+}
+
+TEST(OgmByteViewTest, ATextIsFoundAtOrBehindThePlaceWhereTheSearchBegins) {
+    EXPECT_EQ(kView.find("gS", 0), 2U);
+    EXPECT_EQ(kView.find("gS", 2), 2U);
+    EXPECT_EQ(kView.find("gS", 3), std::nullopt);
+    EXPECT_EQ(kView.first(3).find("gS", 0), std::nullopt);
+    EXPECT_EQ(kView.find("O", SIZE_MAX), std::nullopt);
+    EXPECT_EQ(ByteView().find("O", 0), std::nullopt);
+}
+
 TEST(OgmByteViewTest, ATextMustFitWholly) {
     EXPECT_TRUE(kView.holds("OggS", 0));
     EXPECT_TRUE(kView.holds("S", 3));
