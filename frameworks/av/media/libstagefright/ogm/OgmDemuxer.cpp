@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
+#include <algorithm>
+
 #include "OgmExtractor.h"
 #include "OgmPageFormat.h"
 #include "OgmWrap.h"
@@ -23,16 +25,18 @@ struct PacketPiece {
     uint64_t nextSegment = 0;
 };
 
+/** The piece that begins with the lacing value `segment`, of which there must be one. */
 PacketPiece findPiece(const OgmPage& page, uint64_t segment) {
-    PacketPiece piece;
-    piece.nextSegment = segment;
-    bool terminated = false;
-    while (!terminated && piece.nextSegment < page.mNumSegments) {
-        const uint8_t lacing = page.mLacing[piece.nextSegment++];
-        piece.size += lacing;
-        terminated = lacing != ogm::kUnterminated;
+    const uint8_t* const begin = page.mLacing.data() + segment;
+    const uint8_t* const end = page.mLacing.data() + page.mNumSegments;
+    const uint8_t* const last =
+            std::find_if(begin, end, [](uint8_t lacing) { return lacing != ogm::kUnterminated; });
+    const auto unterminated = static_cast<size_t>(last - begin);
+    const size_t size = unterminated * ogm::kUnterminated;
+    if (last == end) {
+        return {size, segment + unterminated};
     }
-    return piece;
+    return {size + *last, segment + unterminated + 1};
 }
 
 }  // namespace
