@@ -24,8 +24,6 @@ namespace {
 constexpr char kPersistentProperty[] = "persist.log.tag";
 constexpr char kProperty[] = "log.tag";
 
-std::atomic<int32_t> gMinimumPriority{ANDROID_LOG_DEFAULT};
-
 std::optional<int> levelOfLetter(char letter) {
     switch (toupper(static_cast<unsigned char>(letter))) {
         case 'V':
@@ -72,67 +70,28 @@ std::optional<int> levelInProperties(std::string_view tag) {
     return level;
 }
 
-/** Above every level: what a tag has that no property speaks of. */
-constexpr int kNotConfigured = std::numeric_limits<int>::max();
+}  // namespace
 
-/** The level of the tag that a thread logged with last, good until any property changes. */
-struct CachedLevel {
-    static constexpr size_t kMaxTagLength = 64;
+std::atomic<int32_t> gMinimumPriority{ANDROID_LOG_DEFAULT};
 
-    bool isOf(const char* otherTag, uint32_t otherSerial) const {
-        return valid && serial == otherSerial && strcmp(tag, otherTag) == 0;
-    }
+__thread CachedLevel tCachedLevel;
 
-    bool valid;
-    uint32_t serial;
-    int level;
-    char tag[kMaxTagLength + 1];
-};
-
-// Needs no destructor: messages may still be logged while the thread ends. Found without a call,
-// as most messages are filtered out and cost little else.
-__attribute__((__tls_model__("initial-exec"))) thread_local CachedLevel tCached{};
-
-__attribute__((__noinline__)) int readLevel(const char* tag, uint32_t serial) {
+int readLevel(const char* tag, uint32_t serial) {
     const ErrnoRestorer restorer;
     const std::string_view text(tag);
     const int level = levelInProperties(text).value_or(kNotConfigured);
-    tCached.valid = text.size() <= CachedLevel::kMaxTagLength;
-    if (tCached.valid) {
-        tCached.serial = serial;
-        tCached.level = level;
-        tCached.tag[text.copy(tCached.tag, CachedLevel::kMaxTagLength)] = '\0';
+    tCachedLevel.valid = text.size() <= CachedLevel::kMaxTagLength;
+    if (tCachedLevel.valid) {
+        tCachedLevel.serial = serial;
+        tCachedLevel.level = level;
+        tCachedLevel.tag[text.copy(tCachedLevel.tag, CachedLevel::kMaxTagLength)] = '\0';
     }
     return level;
 }
 
-int configuredLevel(const char* tag) {
-    // Before the properties are read, so that a change meanwhile is seen the next time.
-    const uint32_t serial = __system_property_area_serial();
-    return tCached.isOf(tag, serial) ? tCached.level : readLevel(tag, serial);
-}
-
-int levelOfTag(const char* tag, int defaultLevel) {
-    const int configured = configuredLevel(tag);
-    const int minimum = gMinimumPriority.load();
-    if (minimum == ANDROID_LOG_DEFAULT) {
-        return configured == kNotConfigured ? defaultLevel : configured;
-    }
-    return std::min(configured, minimum);
-}
-
-__attribute__((__noinline__)) bool isLoggableWithDefaultTag(int priority, int defaultLevel) {
+bool isLoggableWithDefaultTag(int priority, int defaultLevel) {
     const ErrnoRestorer restorer;
     return priority >= levelOfTag(defaultTag()->c_str(), defaultLevel);
-}
-
-}  // namespace
-
-bool isLoggable(int priority, const char* tag, int defaultLevel) {
-    if (tag == nullptr) {
-        return isLoggableWithDefaultTag(priority, defaultLevel);
-    }
-    return priority >= levelOfTag(tag, defaultLevel);
 }
 
 }  // namespace android::log
