@@ -50,6 +50,7 @@ int runBenchmarks(const char* program, const Options& options) {
         arguments.emplace_back("--benchmark_out_format=json");
     }
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size());
     for (std::string& argument : arguments) {
         pointers.push_back(argument.data());
     }
@@ -67,24 +68,28 @@ int runBenchmarks(const char* program, const Options& options) {
     return ran > 0 ? 0 : 1;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     CLI::App app("Measures the OGM extractor beside a plain read, a copy and libogg");
     Options options;
     addOptions(app, options);
     CLI11_PARSE(app, argc, argv);
     __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
+    if (app.count(android::ogm::bench::kReadOption) > 0) {
+        android::ogm::bench::readOnce(options.readPath);
+        return 0;
+    }
+    if (!options.writePath.empty()) {
+        writeFile(android::ogm::bench::mpeg4AndMp3(), options.sizes.file, options.writePath);
+        return 0;
+    }
+    return runBenchmarks(argv[0], options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
     try {
-        if (app.count(android::ogm::bench::kReadOption) > 0) {
-            android::ogm::bench::readOnce(options.readPath);
-            return 0;
-        }
-        if (!options.writePath.empty()) {
-            writeFile(android::ogm::bench::mpeg4AndMp3(), options.sizes.file, options.writePath);
-            return 0;
-        }
-        return runBenchmarks(argv[0], options);
+        return run(argc, argv);
     } catch (const std::exception& error) {
         fprintf(stderr, "%s\n", error.what());
         return 1;
