@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: Apache-2.0
 # A test program is run once after each compilation, so what counts is how long that takes: little is
-# optimised, and the headers that nearly every source includes are parsed once a program. Further
-# arguments are more such headers.
+# optimised, under sanitizers nothing, and the headers that nearly every source includes are parsed
+# once a program. Further arguments are more such headers.
 function(ogm_compile_quickly target)
-    target_compile_options(${target} PRIVATE -O1)
+    target_compile_options(${target} PRIVATE $<IF:$<CONFIG:Release>,-O1,-O0>)
     target_precompile_headers(${target} PRIVATE
         <gmock/gmock.h> <gtest/gtest.h> <string> <vector> ${ARGN})
 endfunction()
