@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Report.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace ogmprobe {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,6 +17,11 @@ namespace ogmprobe {
  */
 class Report {
   public:
+    struct Failure {
+        ExitCode code;
+        std::string message;
+    };
+
     /** The subject is the file's path, or empty for the whole run. */
     Report(Console& console, std::string subject)
         : mConsole(console), mSubject(std::move(subject)) {}
@@ -27,6 +32,8 @@ class Report {
 
     /** The largest code of all errors; `kDone` without any. */
     ExitCode worst() const { return mWorst; }
+
+    const std::vector<Failure>& errors() const { return mErrors; }
 
     /** Lists of {"exit_code", "message"} and {"message"}, empty ones included. */
     nlohmann::ordered_json errorsJson() const;
@@ -43,11 +50,6 @@ class Report {
     }
 
   private:
-    struct Failure {
-        ExitCode code;
-        std::string message;
-    };
-
     Console& mConsole;
     const std::string mSubject;
     ExitCode mWorst = ExitCode::kDone;

@@ -118,8 +118,8 @@ void requireOtherFile(const TimelineOptions& options) {
 
 std::vector<std::string> failuresOf(const Report& report) {
     std::vector<std::string> failures;
-    for (const auto& error : report.errorsJson()) {
-        failures.push_back(error["message"].get<std::string>());
+    for (const Report::Failure& error : report.errors()) {
+        failures.push_back(error.message);
     }
     return failures;
 }
