@@ -2,11 +2,7 @@
 #include "Loggability.h"
 
 #include <ctype.h>
-#include <string.h>
 
-#include <algorithm>
-#include <atomic>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>

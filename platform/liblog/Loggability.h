@@ -53,6 +53,7 @@ inline int levelOfTag(const char* tag, int defaultLevel) {
     return std::min(configured, minimum);
 }
 
+/** As isLoggable() for the default tag. */
 bool isLoggableWithDefaultTag(int priority, int defaultLevel);
 
 /** True if a message of this priority and tag (null for the default tag) may pass. */
