@@ -10,10 +10,11 @@ import os
 import sys
 
 PLUGIN = "libogmextractor.so"
+LIBRARIES = "the rest of the C and C++ libraries, called by the plug-in"
 # What a call from the plug-in into another object is for.
 CALLED = {
-    "libc.so.6": "the rest of the C and C++ libraries, called by the plug-in",
-    "libstdc++.so.6": "the rest of the C and C++ libraries, called by the plug-in",
+    "libc.so": LIBRARIES,
+    "libstdc++.so": LIBRARIES,
     "liblog.so": "log lines that are filtered out",
     "libmediandk.so": "entries of the buffer's format",
     "ogm_bench": "buffers, their group and the data source",

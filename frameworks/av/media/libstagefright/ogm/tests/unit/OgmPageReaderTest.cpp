@@ -55,6 +55,21 @@ TEST_F(OgmPageReaderTest, APageIsReadFieldByField) {
     EXPECT_EQ(mEvents.lines().size(), 0u);
 }
 
+TEST_F(OgmPageReaderTest, APageHas255PacketsAtMost) {
+    OggPage page(1);
+    for (size_t i = 0; i < OgmPage::kMaxSegments; ++i) {
+        page.packet(filled(254, 1));
+    }
+    EXPECT_EQ(readPage(page.bytes()), 27 + 255 + 255 * 254);
+    EXPECT_EQ(mPage.mNumPackets, 255u);
+}
+
+TEST_F(OgmPageReaderTest, APageOf255FullLacingValuesHas65307BytesAndNoPackets) {
+    EXPECT_EQ(readPage(OggPage(1).openPacket(filled(255 * 255, 1)).bytes()), 65307);
+    EXPECT_EQ(mPage.mNumSegments, 255);
+    EXPECT_EQ(mPage.mNumPackets, 0u);
+}
+
 TEST_F(OgmPageReaderTest, APageWithoutSegmentsHas27BytesAndNoPackets) {
     EXPECT_EQ(readPage(OggPage(1).bytes()), 27);
     EXPECT_EQ(mPage.mNumPackets, 0u);
