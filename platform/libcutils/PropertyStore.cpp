@@ -8,6 +8,8 @@
 
 #include <sys/system_properties.h>
 
+#include "PropertyValues.h"
+
 namespace android::properties {
 
 namespace {
@@ -52,6 +54,16 @@ size_t PropertyStore::read(std::string_view name, char* value) const {
     return length;
 }
 
+std::vector<std::string> PropertyStore::valuesBehind(std::string_view prefix) const {
+    std::vector<std::string> values;
+    std::shared_lock<std::shared_mutex> lock(mLock);
+    for (auto it = mValues.lower_bound(prefix);
+         it != mValues.end() && it->first.compare(0, prefix.size(), prefix) == 0; ++it) {
+        values.push_back(it->second);
+    }
+    return values;
+}
+
 bool PropertyStore::set(std::string_view name, std::string_view value) {
     if (name.empty() || value.size() >= PROP_VALUE_MAX) {
         return false;
@@ -60,6 +72,10 @@ bool PropertyStore::set(std::string_view name, std::string_view value) {
     mValues.insert_or_assign(std::string(name), std::string(value));
     sSerial.fetch_add(1, std::memory_order_release);
     return true;
+}
+
+std::vector<std::string> valuesBehind(std::string_view prefix) {
+    return PropertyStore::instance().valuesBehind(prefix);
 }
 
 }  // namespace android::properties

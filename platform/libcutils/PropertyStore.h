@@ -9,6 +9,7 @@
 #include <shared_mutex>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace android::properties {
 
@@ -23,6 +24,9 @@ class PropertyStore {
      * bytes; "" if there is none. Returns its length.
      */
     size_t read(std::string_view name, char* value) const;
+
+    /** The values of all properties whose names begin with `prefix`. */
+    std::vector<std::string> valuesBehind(std::string_view prefix) const;
 
     /** Sets a property; false if the name is empty or the value too long. */
     bool set(std::string_view name, std::string_view value);

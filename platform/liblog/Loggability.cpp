@@ -3,6 +3,7 @@
 
 #include <ctype.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,7 @@
 
 #include "DefaultTag.h"
 #include "ErrnoRestorer.h"
+#include "PropertyValues.h"
 
 namespace android::log {
 
@@ -19,6 +21,9 @@ namespace {
 
 constexpr char kPersistentProperty[] = "persist.log.tag";
 constexpr char kProperty[] = "log.tag";
+
+/** Of no properties that any process has come to. */
+constexpr uint32_t kNoSerial = std::numeric_limits<uint32_t>::max();
 
 std::optional<int> levelOfLetter(char letter) {
     switch (toupper(static_cast<unsigned char>(letter))) {
@@ -52,6 +57,14 @@ std::optional<int> levelInPropertyOfTag(const char* prefix, std::string_view tag
     return levelInProperty(std::string(prefix).append(".").append(tag).c_str());
 }
 
+int lowestLevelBehind(const char* prefix) {
+    int lowest = kNotConfigured;
+    for (const std::string& value : properties::valuesBehind(prefix)) {
+        lowest = std::min(lowest, levelOfLetter(value.c_str()[0]).value_or(kNotConfigured));
+    }
+    return lowest;
+}
+
 std::optional<int> levelInProperties(std::string_view tag) {
     std::optional<int> level = levelInPropertyOfTag(kPersistentProperty, tag);
     if (!level) {
@@ -70,24 +83,25 @@ std::optional<int> levelInProperties(std::string_view tag) {
 
 std::atomic<int32_t> gMinimumPriority{ANDROID_LOG_DEFAULT};
 
-__thread CachedLevel tCachedLevel;
+std::atomic<LowestLevel> gLowestLevel{LowestLevel{kNoSerial, kNotConfigured}};
 
-int readLevel(const char* tag, uint32_t serial) {
+int findLowestLevel(uint32_t serial) {
     const ErrnoRestorer restorer;
-    const std::string_view text(tag);
-    const int level = levelInProperties(text).value_or(kNotConfigured);
-    tCachedLevel.valid = text.size() <= CachedLevel::kMaxTagLength;
-    if (tCachedLevel.valid) {
-        tCachedLevel.serial = serial;
-        tCachedLevel.level = level;
-        tCachedLevel.tag[text.copy(tCachedLevel.tag, CachedLevel::kMaxTagLength)] = '\0';
-    }
+    const int level =
+            std::min(lowestLevelBehind(kPersistentProperty), lowestLevelBehind(kProperty));
+    gLowestLevel.store({serial, level});
     return level;
 }
 
-bool isLoggableWithDefaultTag(int priority, int defaultLevel) {
+bool isLoggableByTag(int priority, const char* tag, int defaultLevel) {
     const ErrnoRestorer restorer;
-    return priority >= levelOfTag(defaultTag()->c_str(), defaultLevel);
+    const std::optional<int> level =
+            levelInProperties(tag != nullptr ? std::string(tag) : *defaultTag());
+    const int minimum = gMinimumPriority.load();
+    if (minimum == ANDROID_LOG_DEFAULT) {
+        return priority >= level.value_or(defaultLevel);
+    }
+    return priority >= std::min(level.value_or(kNotConfigured), minimum);
 }
 
 }  // namespace android::log

@@ -78,6 +78,23 @@ TEST_F(LoggabilityTest, ThePropertyOfAnotherTagDoesNotCount) {
     EXPECT_EQ(ANDROID_LOG_VERBOSE, level());
 }
 
+TEST_F(LoggabilityTest, ALowerLevelOfAnotherTagIsOnlyThatTags) {
+    __android_log_set_minimum_priority(ANDROID_LOG_ERROR);
+    setProperty("log.tag.LoggabilityTestMore", "V");
+    EXPECT_EQ(ANDROID_LOG_ERROR, level());
+    EXPECT_EQ(1, __android_log_is_loggable(ANDROID_LOG_VERBOSE, "LoggabilityTestMore",
+                                           ANDROID_LOG_FATAL));
+    setProperty("persist.log.tag.LoggabilityTest", "D");
+    EXPECT_EQ(ANDROID_LOG_DEBUG, level());
+}
+
+TEST_F(LoggabilityTest, APropertyThatBecomesEmptyNoLongerCounts) {
+    setProperty("log.tag.LoggabilityTest", "E");
+    EXPECT_EQ(ANDROID_LOG_ERROR, level());
+    setProperty("log.tag.LoggabilityTest", "");
+    EXPECT_EQ(ANDROID_LOG_VERBOSE, level());
+}
+
 TEST_F(LoggabilityTest, OfMinimumAndPropertyTheLowerCounts) {
     __android_log_set_minimum_priority(ANDROID_LOG_WARN);
     setProperty("log.tag.LoggabilityTest", "E");

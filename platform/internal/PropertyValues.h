@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace android::properties {
+
+/** The values of all properties whose names begin with `prefix`. */
+__attribute__((visibility("default"))) std::vector<std::string> valuesBehind(
+        std::string_view prefix);
+
+}  // namespace android::properties
