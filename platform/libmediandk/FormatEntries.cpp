@@ -28,14 +28,20 @@ Buffer::Buffer(const void* data, size_t size) : mBytes(new uint8_t[size]), mSize
     std::copy_n(static_cast<const uint8_t*>(data), size, mBytes.get());
 }
 
-void FormatEntries::insert(std::string_view name, Value value) {
+const FormatEntries::Entry* FormatEntries::findText(const char* name) const {
+    const auto found = std::find_if(mItems.begin(), mItems.end(),
+                                    [name](const Entry& entry) { return entry.name == name; });
+    return found != mItems.end() ? &*found : nullptr;
+}
+
+void FormatEntries::insert(const char* name, Value value) {
     checkRoomForOneMore(mItems.size());
-    mItems.push_back({std::string(name), std::move(value)});
+    mItems.push_back({name, isFormatKey(name) ? name : nullptr, std::move(value)});
 }
 
 void FormatEntries::extend(const FormatEntries& other) {
     for (const Entry& entry : other.mItems) {
-        set(entry.name, entry.value);
+        set(entry.key != nullptr ? entry.key : entry.name.c_str(), entry.value);
     }
 }
 

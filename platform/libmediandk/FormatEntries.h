@@ -3,13 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
+
+#include "FormatKeys.h"
 
 namespace android::mediandk {
 
@@ -45,19 +45,21 @@ class FormatEntries {
   public:
     struct Entry {
         std::string name;
+        /** The address by which the entry was set, if that is a key's; else null. */
+        const char* key;
         Value value;
     };
 
     /** The value of that name if it has that very type, else null. Every change invalidates it. */
     template <typename T>
-    const T* find(std::string_view name) const {
+    const T* find(const char* name) const {
         const Entry* const entry = findEntry(name);
         return entry != nullptr ? std::get_if<T>(&entry->value) : nullptr;
     }
 
     /** Inserts or replaces. Does not return if there are too many entries already. */
     template <typename T>
-    void set(std::string_view name, T value) {
+    void set(const char* name, T value) {
         if (Entry* const entry = findEntry(name)) {
             entry->value = std::move(value);
         } else {
@@ -73,23 +75,26 @@ class FormatEntries {
     const std::vector<Entry>& items() const { return mItems; }
 
   private:
-    static bool hasName(const Entry& entry, std::string_view name) {
-        return entry.name.size() == name.size() &&
-               memcmp(entry.name.data(), name.data(), name.size()) == 0;
-    }
-
-    const Entry* findEntry(std::string_view name) const {
+    // Most names are keys, which need no comparison of texts: a buffer's entries are looked up
+    // several times in each read.
+    const Entry* findEntry(const char* name) const {
+        if (!isFormatKey(name)) {
+            return findText(name);
+        }
+        bool hasOtherNames = false;
         for (const Entry& entry : mItems) {
-            if (hasName(entry, name)) {
+            if (entry.key == name) {
                 return &entry;
             }
+            hasOtherNames |= entry.key == nullptr;
         }
-        return nullptr;
+        return hasOtherNames ? findText(name) : nullptr;
     }
-    Entry* findEntry(std::string_view name) {
+    Entry* findEntry(const char* name) {
         return const_cast<Entry*>(std::as_const(*this).findEntry(name));
     }
-    void insert(std::string_view name, Value value);
+    const Entry* findText(const char* name) const;
+    void insert(const char* name, Value value);
 
     std::vector<Entry> mItems;
 };

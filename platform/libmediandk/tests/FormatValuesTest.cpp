@@ -183,6 +183,19 @@ TEST_F(FormatValuesTest, NamesAreCaseSensitive) {
     EXPECT_TRUE(found(kInt32, "Name"));
 }
 
+TEST_F(FormatValuesTest, AKeyAndATextThatReadsTheSameAreOneName) {
+    int32_t value = 0;
+    AMediaFormat_setInt32(mFormat, AMEDIAFORMAT_KEY_WIDTH, 1);
+    AMediaFormat_setInt32(mFormat, std::string("width").c_str(), 2);
+    EXPECT_TRUE(AMediaFormat_getInt32(mFormat, AMEDIAFORMAT_KEY_WIDTH, &value));
+    EXPECT_EQ(2, value);
+    AMediaFormat_setInt32(mFormat, std::string("height").c_str(), 3);
+    AMediaFormat_setInt32(mFormat, AMEDIAFORMAT_KEY_HEIGHT, 4);
+    EXPECT_TRUE(AMediaFormat_getInt32(mFormat, std::string("height").c_str(), &value));
+    EXPECT_EQ(4, value);
+    EXPECT_EQ("width: int32(2), height: int32(4)}", text());
+}
+
 TEST_F(FormatValuesTest, NamesAreCopied) {
     char name[] = "name";
     AMediaFormat_setInt32(mFormat, name, 1);

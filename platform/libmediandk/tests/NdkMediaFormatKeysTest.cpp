@@ -3,6 +3,9 @@
 
 #include <dlfcn.h>
 
+#include <fstream>
+#include <set>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -41,6 +44,25 @@ TEST(NdkMediaFormatKeysTest, TheKeysHaveTheirTexts) {
     for (const auto& [key, text] : keys) {
         EXPECT_STREQ(text, key);
     }
+}
+
+// Entries set by keys are found by the keys' addresses.
+TEST(NdkMediaFormatKeysTest, NoTwoKeysReadTheSame) {
+    std::ifstream header(OGM_FORMAT_HEADER);
+    std::set<std::string> texts;
+    size_t count = 0;
+    for (std::string word; header >> word;) {
+        if (word.rfind("AMEDIAFORMAT_KEY_", 0) != 0 || word.back() != ';') {
+            continue;
+        }
+        word.pop_back();
+        const auto* const key = static_cast<const char* const*>(dlsym(RTLD_DEFAULT, word.c_str()));
+        if (key != nullptr) {
+            EXPECT_TRUE(texts.insert(*key).second) << word;
+            ++count;
+        }
+    }
+    EXPECT_EQ(135U, count);
 }
 
 TEST(NdkMediaFormatKeysTest, AKeyIsAVariableOfTheLibrary) {
