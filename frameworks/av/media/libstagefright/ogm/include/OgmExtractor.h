@@ -27,7 +27,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -37,6 +36,7 @@
 
 #include "OgmByteBuffer.h"
 #include "OgmByteView.h"
+#include "OgmFifo.h"
 #include "OgmFormat.h"
 #include "OgmPacketStorage.h"
 
@@ -446,9 +446,9 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     ogm::SteppedCapacity mPacketCapacity;
     /** Up to here no frame of re-framed audio begins in mPacketBuff but at its start. */
     size_t mSearched = 0;
-    std::deque<RangeInfo> mRangeInfos;
+    ogm::Fifo<RangeInfo> mRangeInfos;
     /** Oldest first. The last one is still open, but for re-framed audio. */
-    std::deque<OgmPacket> mPacketsQue;
+    ogm::Fifo<OgmPacket> mPacketsQue;
     uint64_t NumOfVPackets = 0;
 
     // MPEG audio: the header that all frames must agree with, and the format of the first frame.

@@ -28,7 +28,7 @@ struct PacketBuff {
 };
 
 struct RangeInfos {
-    using Type = std::deque<RangeInfo> OgmTrack::*;
+    using Type = ogm::Fifo<RangeInfo> OgmTrack::*;
     friend Type memberOf(RangeInfos);
 };
 
@@ -94,8 +94,9 @@ Bytes TrackDriver::buffered() {
 
 Ranges TrackDriver::ranges() {
     Ranges all;
-    for (const RangeInfo& range : mTrack.*memberOf(RangeInfos{})) {
-        all.emplace_back(range.mTimestampUs, range.mLength);
+    const ogm::Fifo<RangeInfo>& ranges = mTrack.*memberOf(RangeInfos{});
+    for (size_t i = 0; i < ranges.size(); ++i) {
+        all.emplace_back(ranges[i].mTimestampUs, ranges[i].mLength);
     }
     return all;
 }

@@ -17,7 +17,7 @@ struct PacketsSoFar {
 };
 
 struct Queue {
-    using Type = std::deque<OgmPacket> OgmTrack::*;
+    using Type = ogm::Fifo<OgmPacket> OgmTrack::*;
     friend Type memberOf(Queue);
 };
 template struct PrivateMember<PacketsBefore, &OgmTrack::mPrePageSamplesOut>;

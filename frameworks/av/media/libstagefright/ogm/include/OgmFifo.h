@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace android::ogm {
+
+/**
+ * A queue of any length. Its items lie in a chain of blocks, so that no item moves and none costs
+ * more the more there are; a block that was emptied is used again. The size is kept, as it is asked
+ * for several times for each item.
+ */
+template <typename T>
+class Fifo {
+  public:
+    Fifo() = default;
+    ~Fifo() { clear(); }
+    Fifo(const Fifo&) = delete;
+    Fifo& operator=(const Fifo&) = delete;
+
+    size_t size() const { return mSize; }
+    bool empty() const { return mSize == 0; }
+
+    // There must be such an item.
+    T& front() { return mFirst->places[mBegin].item; }
+    T& back() { return mLast->places[mEnd - 1].item; }
+    /** For items near the front; it steps through the blocks. */
+    const T& operator[](size_t index) const {
+        const Block* block = mFirst.get();
+        size_t place = mBegin + index;
+        for (; place >= kBlockItems; place -= kBlockItems) {
+            block = block->next.get();
+        }
+        return block->places[place].item;
+    }
+
+    void push_back(T&& item) {
+        if (mEnd == kBlockItems) {
+            addBlock();
+        }
+        new (&mLast->places[mEnd++].item) T(std::move(item));
+        ++mSize;
+    }
+
+    /** There must be an item. */
+    void pop_front() {
+        std::destroy_at(&front());
+        --mSize;
+        if (++mBegin == kBlockItems) {
+            dropFirstBlock();
+        }
+    }
+
+    void clear() {
+        while (!empty()) {
+            pop_front();
+        }
+    }
+
+  private:
+    static constexpr size_t kBlockItems = 32;
+
+    /** Room for an item, whose life push_back() begins and pop_front() ends. */
+    union Place {
+        Place() {}
+        ~Place() {}
+        T item;
+    };
+    struct Block {
+        std::array<Place, kBlockItems> places;
+        std::unique_ptr<Block> next;
+    };
+
+    void addBlock() {
+        std::unique_ptr<Block> block =
+                mSpare != nullptr ? std::move(mSpare) : std::make_unique<Block>();
+        Block* const added = block.get();
+        (mFirst == nullptr ? mFirst : mLast->next) = std::move(block);
+        mLast = added;
+        mEnd = 0;
+    }
+
+    void dropFirstBlock() {
+        mSpare = std::exchange(mFirst, std::move(mFirst->next));
+        mBegin = 0;
+        if (mFirst == nullptr) {
+            mLast = nullptr;
+            mEnd = kBlockItems;
+        }
+    }
+
+    std::unique_ptr<Block> mFirst;
+    Block* mLast = nullptr;
+    std::unique_ptr<Block> mSpare;
+    /** Place of the first item in the first block. */
+    size_t mBegin = 0;
+    /** Place behind the last item in the last block; the block's end as long as there is none. */
+    size_t mEnd = kBlockItems;
+    size_t mSize = 0;
+};
+
+}  // namespace android::ogm
