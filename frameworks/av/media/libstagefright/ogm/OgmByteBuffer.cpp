@@ -2,7 +2,6 @@
 #include "OgmByteBuffer.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace android::ogm {
 
@@ -10,61 +9,58 @@ namespace {
 
 constexpr size_t kStep = 65536;
 
-/** As memcpy, which does not take the null that an empty view may hold. */
-void copyBytes(uint8_t* destination, ByteView bytes) {
-    if (!bytes.empty()) {
-        std::memcpy(destination, bytes.data(), bytes.size());
-    }
-}
-
 }  // namespace
 
-std::shared_ptr<uint8_t> makeBytes(size_t size) {
-    return {new uint8_t[size], std::default_delete<uint8_t[]>()};
-}
-
 void ByteBuffer::reset(size_t size) {
-    if (mBytes == nullptr || mCapacity < size || mCapacity / 2 > size) {
-        mBytes = makeBytes(size);
-        mCapacity = size;
+    clear();
+    if (mBegin == nullptr || mRoom < size) {
+        *this = ByteBuffer(size);
     }
-    mOffset = 0;
     mSize = size;
 }
 
 void ByteBuffer::append(ByteView bytes) {
     const size_t needed = mSize + bytes.size();
-    if (mOffset + needed > mCapacity) {
+    if (mRoom < needed) {
         makeRoom(needed);
     }
-    copyBytes(data() + mSize, bytes);
+    std::copy_n(bytes.data(), bytes.size(), mBegin + mSize);
     mSize = needed;
 }
 
 void ByteBuffer::makeRoom(size_t needed) {
-    // Bytes are moved down only where that gains at least as much room as there are bytes, and new
+    // Bytes are moved down only if at least as many have been dropped in front of them, and new
     // storage has room for as many again.
-    if (needed <= mCapacity / 2) {
-        std::memmove(mBytes.get(), data(), mSize);
-    } else {
-        const size_t capacity = mSize == 0 ? needed : 2 * needed;
-        std::shared_ptr<uint8_t> larger = makeBytes(capacity);
-        copyBytes(larger.get(), view());
-        mBytes = std::move(larger);
-        mCapacity = capacity;
+    const auto dropped = static_cast<size_t>(mBegin - mStorage.data());
+    if (!mStorage.isShared() && needed <= mStorage.size() && mSize <= dropped) {
+        std::copy_n(mBegin, mSize, mStorage.data());
+        useWholeStorage();
+        return;
     }
-    mOffset = 0;
+    const size_t capacity = mSize == 0 ? needed : 2 * needed;
+    SharedBytes larger(capacity);
+    std::copy_n(mBegin, mSize, larger.data());
+    mStorage = std::move(larger);
+    useWholeStorage();
+}
+
+void ByteBuffer::useWholeStorage() {
+    mBegin = mStorage.data();
+    mRoom = mStorage.size();
 }
 
 void ByteBuffer::dropFront(size_t size) {
     const size_t dropped = std::min(size, mSize);
+    mBegin += dropped;
     mSize -= dropped;
-    mOffset = mSize == 0 ? 0 : mOffset + dropped;
+    mRoom -= dropped;
 }
 
 void ByteBuffer::clear() {
-    mOffset = 0;
     mSize = 0;
+    if (!mStorage.isShared()) {
+        useWholeStorage();
+    }
 }
 
 std::optional<size_t> SteppedCapacity::growTo(size_t needed) {

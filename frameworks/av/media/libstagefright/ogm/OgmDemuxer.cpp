@@ -128,7 +128,11 @@ media_status_t OgmExtractor::cutPacket(OgmTrack* track) {
         return AMEDIA_ERROR_END_OF_STREAM;
     }
     const bool isKept = track != nullptr && track->keepsPieces();
-    ByteBuffer bytes = isKept ? track->makePiece(piece.size) : mPassingPieces.take(piece.size, 0);
+    ByteBuffer kept = isKept ? track->makePiece(piece.size) : ByteBuffer();
+    ByteBuffer& bytes = isKept ? kept : mPassingPiece;
+    if (!isKept) {
+        bytes.reset(piece.size);
+    }
     const ssize_t count = mDataSource->readAt(offset, bytes.data(), piece.size);
     if (count != static_cast<ssize_t>(piece.size)) {
         ALOGI("Cannot read page payload, size %d\n", static_cast<int>(piece.size));

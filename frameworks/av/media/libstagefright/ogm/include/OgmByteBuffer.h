@@ -3,17 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <utility>
 
 #include "OgmByteView.h"
+#include "OgmSharedBytes.h"
 
 namespace android::ogm {
-
-/** Fresh bytes on the heap. The type is not that of an array, which older libraries cannot share.
- */
-std::shared_ptr<uint8_t> makeBytes(size_t size);
 
 /**
  * Bytes with one owner: filled at the end, emptied from the front, and handed on by moving. Fresh
@@ -22,30 +18,33 @@ std::shared_ptr<uint8_t> makeBytes(size_t size);
 class ByteBuffer {
   public:
     ByteBuffer() = default;
-    explicit ByteBuffer(size_t size) { reset(size); }
+    explicit ByteBuffer(size_t size) : ByteBuffer(SharedBytes(size), 0, size) {}
     explicit ByteBuffer(ByteView bytes) { append(bytes); }
-    /** Fresh bytes in storage of that size, which others may share but not use. */
-    ByteBuffer(std::shared_ptr<uint8_t> storage, size_t size)
-        : mBytes(std::move(storage)), mCapacity(size), mSize(size) {}
-    ByteBuffer(ByteBuffer&& other) noexcept { *this = std::move(other); }
+    /** Fresh bytes at `offset` of storage that others may share. */
+    ByteBuffer(SharedBytes storage, size_t offset, size_t size)
+        : mStorage(std::move(storage)),
+          mBegin(mStorage.data() + offset),
+          mSize(size),
+          mRoom(size) {}
+    ByteBuffer(ByteBuffer&& other) noexcept
+        : mStorage(std::move(other.mStorage)),
+          mBegin(std::exchange(other.mBegin, nullptr)),
+          mSize(std::exchange(other.mSize, 0)),
+          mRoom(std::exchange(other.mRoom, 0)) {}
     ByteBuffer& operator=(ByteBuffer&& other) noexcept {
-        mBytes = std::move(other.mBytes);
-        mCapacity = std::exchange(other.mCapacity, 0);
-        mOffset = std::exchange(other.mOffset, 0);
+        mStorage = std::move(other.mStorage);
+        mBegin = std::exchange(other.mBegin, nullptr);
         mSize = std::exchange(other.mSize, 0);
+        mRoom = std::exchange(other.mRoom, 0);
         return *this;
     }
 
-    uint8_t* data() { return mBytes.get() + mOffset; }
+    uint8_t* data() { return mBegin; }
     size_t size() const { return mSize; }
     bool empty() const { return mSize == 0; }
-    ByteView view() const { return {mBytes.get() + mOffset, mSize}; }
+    ByteView view() const { return {mBegin, mSize}; }
 
-    /**
-     * Makes it `size` fresh bytes, with an address also if there are none. Storage is kept if it is
-     * large enough but not more than twice that, so that a small packet does not end up in the
-     * storage of a large one.
-     */
+    /** Makes it `size` fresh bytes, in the storage it has if that is large enough. */
     void reset(size_t size);
 
     /** Costs a time in proportion to the bytes appended, over many calls. */
@@ -59,11 +58,13 @@ class ByteBuffer {
 
   private:
     void makeRoom(size_t needed);
+    void useWholeStorage();
 
-    std::shared_ptr<uint8_t> mBytes;
-    size_t mCapacity = 0;
-    size_t mOffset = 0;
+    SharedBytes mStorage;
+    uint8_t* mBegin = nullptr;
     size_t mSize = 0;
+    /** From mBegin to the end of what may be used. */
+    size_t mRoom = 0;
 };
 
 /**

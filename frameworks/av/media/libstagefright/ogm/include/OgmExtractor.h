@@ -279,8 +279,8 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     uint64_t mCurrentSegment = 0;
     /** Where its bytes begin in the body of currPage. */
     int64_t mCurrentBodyOffset = 0;
-    /** For pieces that nobody keeps. */
-    ogm::PacketStorage mPassingPieces;
+    /** Room for a piece that nobody keeps. */
+    ogm::ByteBuffer mPassingPiece;
 
     // Seeking.
     /** The track that moves the cursor when it seeks; -1 for none. */

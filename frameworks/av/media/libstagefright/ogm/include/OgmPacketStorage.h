@@ -2,10 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <memory>
 
 #include "OgmByteBuffer.h"
+#include "OgmSharedBytes.h"
 
 namespace android::ogm {
 
@@ -26,8 +25,7 @@ class PacketStorage {
   private:
     void beginBlock(size_t queuedPackets);
 
-    std::shared_ptr<uint8_t> mBlock;
-    size_t mBlockSize = 0;
+    SharedBytes mBlock;
     size_t mUsed = 0;
     /** Blocks that were begun in a row while the queue was long. */
     size_t mBlocksOfLongQueue = 0;

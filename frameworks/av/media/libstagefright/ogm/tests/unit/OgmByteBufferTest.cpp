@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "Bytes.h"
@@ -79,23 +80,40 @@ TEST(OgmByteBufferTest, ClearingKeepsTheStorage) {
     EXPECT_EQ(buffer.data(), storage);
 }
 
-TEST(OgmByteBufferTest, ResettingKeepsStorageOfUpToTwiceTheSize) {
+TEST(OgmByteBufferTest, ResettingKeepsStorageThatIsLargeEnough) {
     ByteBuffer buffer(100);
     const uint8_t* const storage = buffer.data();
-    buffer.reset(50);
-    EXPECT_EQ(buffer.size(), 50u);
+    buffer.dropFront(10);
+    buffer.reset(1);
+    EXPECT_EQ(buffer.size(), 1u);
     EXPECT_EQ(buffer.data(), storage);
-    buffer.append(viewOf(filled(50, 1)));
+    buffer.reset(100);
+    EXPECT_EQ(buffer.size(), 100u);
     EXPECT_EQ(buffer.data(), storage);
 }
 
-TEST(OgmByteBufferTest, ResettingToLessThanHalfMakesStorageOfThatSize) {
-    ByteBuffer buffer(100);
-    buffer.reset(49);
+TEST(OgmByteBufferTest, ResettingToMoreThanThereIsRoomForMakesStorageOfThatSize) {
+    ByteBuffer buffer(viewOf({1, 2, 3}));
+    buffer.reset(5000);
+    EXPECT_EQ(buffer.size(), 5000u);
+    const Bytes bytes = pattern(5000, 1);
+    std::copy(bytes.begin(), bytes.end(), buffer.data());
+    EXPECT_EQ(bytesIn(buffer), bytes);
+}
+
+TEST(OgmByteBufferTest, ResettingAnEmptyOneToNoBytesGivesAnAddressToReadTo) {
+    ByteBuffer buffer;
+    buffer.reset(0);
+    EXPECT_NE(buffer.data(), nullptr);
+}
+
+TEST(OgmByteBufferTest, AnEmptiedOneFillsItsWholeStorageAgain) {
+    ByteBuffer buffer(viewOf(pattern(100, 0)));
     const uint8_t* const storage = buffer.data();
-    buffer.append(viewOf(filled(1, 1)));
-    EXPECT_EQ(buffer.size(), 50u);
-    EXPECT_NE(buffer.data(), storage);
+    buffer.dropFront(100);
+    buffer.append(viewOf(pattern(100, 1)));
+    EXPECT_EQ(buffer.data(), storage);
+    EXPECT_EQ(bytesIn(buffer), pattern(100, 1));
 }
 
 TEST(SteppedCapacityTest, TheFirstNeedIsRoundedUpTo64KiB) {

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+namespace android::ogm {
+
+/**
+ * Bytes on the heap, freed with the last of the objects that share them. They are counted without
+ * regard to other threads, unlike those of a std::shared_ptr: all objects that share the same bytes
+ * belong to one extractor, whose callers take turns.
+ */
+class SharedBytes {
+  public:
+    SharedBytes() = default;
+    /** Fresh bytes, which are not cleared, with an address also if there are none. */
+    explicit SharedBytes(size_t size);
+    /** Fresh bytes in large pages where the kernel has them, at the cost of small ones elsewhere.
+     */
+    static SharedBytes inLargePage();
+
+    SharedBytes(const SharedBytes& other) : mBlock(other.mBlock) {
+        if (mBlock != nullptr) {
+            ++mBlock->users;
+        }
+    }
+    SharedBytes(SharedBytes&& other) noexcept : mBlock(std::exchange(other.mBlock, nullptr)) {}
+    SharedBytes& operator=(SharedBytes other) noexcept {
+        std::swap(mBlock, other.mBlock);
+        return *this;
+    }
+    ~SharedBytes() {
+        if (mBlock != nullptr && --mBlock->users == 0) {
+            free(mBlock);
+        }
+    }
+
+    /** Null if there is nothing to share. */
+    uint8_t* data() const { return mBlock == nullptr ? nullptr : mBlock->bytes(); }
+    size_t size() const { return mBlock == nullptr ? 0 : mBlock->size; }
+    bool isShared() const { return mBlock != nullptr && mBlock->users > 1; }
+
+  private:
+    /** What lies in front of the bytes. */
+    struct alignas(std::max_align_t) Block {
+        uint8_t* bytes() { return reinterpret_cast<uint8_t*>(this + 1); }
+
+        size_t users;
+        size_t size;
+        bool isLargePage;
+    };
+
+    explicit SharedBytes(Block* block) : mBlock(block) {}
+    static void free(Block* block);
+
+    Block* mBlock = nullptr;
+};
+
+}  // namespace android::ogm
