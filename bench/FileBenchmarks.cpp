@@ -171,20 +171,28 @@ void peakMemory(State& state, const BenchFile& file) {
     state.counters[kPeakKiB] = static_cast<double>(bytes) / 1024;
 }
 
-/** A file of any length, generated while it is read. */
-void lengthOf(State& state, int64_t size) {
+/**
+ * A file of any length, generated while it is read, as often as gives `roundSize` bytes: a round is
+ * as long for a short file as for a long one, and so is disturbed as much.
+ */
+void lengthOf(State& state, int64_t size, int64_t roundSize) {
     const Content content = mpeg4AndMp3();
     const auto period = static_cast<size_t>(std::min<int64_t>(kPeriodSize, size));
+    // Made once: a long file reads its period again and again, so a short one must find it in the
+    // processor's cache as well.
+    RepeatedSource source(content, period, size);
     Meter meter;
     for ([[maybe_unused]] auto _ : state) {
-        RepeatedSource source(content, period, size);
-        Player player(source);
-        player.startTracks();
-        meter.start();
-        player.readInTimeOrder();
-        meter.stop(player.buffers());
+        for (int64_t done = 0; done < roundSize; done += size) {
+            Player player(source);
+            player.startTracks();
+            meter.start();
+            player.readInTimeOrder();
+            meter.pause(player.buffers());
+        }
+        meter.endRound();
     }
-    meter.report(state, static_cast<uint64_t>(size));
+    meter.report(state, static_cast<uint64_t>((roundSize + size - 1) / size * size));
 }
 
 struct FileBenchmark {
@@ -226,7 +234,9 @@ void registerFileBenchmarks(const BenchSizes& sizes) {
     }
     for (const int64_t size : {sizes.shortFile, sizes.longFile}) {
         benchmark::RegisterBenchmark(("length/" + std::to_string(size >> 20) + "_MiB").c_str(),
-                                     [size](State& state) { lengthOf(state, size); })
+                                     [size, roundSize = sizes.longFile](State& state) {
+                                         lengthOf(state, size, roundSize);
+                                     })
                 ->Unit(benchmark::kMicrosecond);
     }
 }

@@ -54,17 +54,30 @@ class Meter {
     }
 
     void stop(uint64_t items) {
+        pause(items);
+        endRound();
+    }
+
+    /** As stop(), but the round goes on with the next start(). */
+    void pause(uint64_t items) {
         const int64_t timeNs = std::max<int64_t>(1, threadTimeNs() - mTimeAtStart);
         if (const auto count = instructionCount(); count && mInstructionsAtStart) {
             mInstructions = mInstructions.value_or(0) + (*count - *mInstructionsAtStart);
         }
         mAllocations += allocationCount() - mAllocationsAtStart;
-        mItems += items;
-        mTimeNs += timeNs;
-        if (mBestNs == 0 || timeNs < mBestNs) {
-            mBestNs = timeNs;
-            mBestItems = items;
+        mRoundItems += items;
+        mRoundNs += timeNs;
+    }
+
+    void endRound() {
+        mItems += mRoundItems;
+        mTimeNs += mRoundNs;
+        if (mBestNs == 0 || mRoundNs < mBestNs) {
+            mBestNs = mRoundNs;
+            mBestItems = mRoundItems;
         }
+        mRoundItems = 0;
+        mRoundNs = 0;
     }
 
     /** `bytesPerRound` where it makes sense to tell a throughput. */
@@ -91,6 +104,8 @@ class Meter {
     uint64_t mAllocationsAtStart = 0;
     std::optional<uint64_t> mInstructionsAtStart;
 
+    int64_t mRoundNs = 0;
+    uint64_t mRoundItems = 0;
     int64_t mTimeNs = 0;
     int64_t mBestNs = 0;
     uint64_t mBestItems = 0;
