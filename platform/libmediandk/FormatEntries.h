@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -45,7 +46,7 @@ class FormatEntries {
   public:
     struct Entry {
         std::string name;
-        /** The address by which the entry was set, if that is a key's; else null. */
+        /** The key that reads like the name; null if none does. */
         const char* key;
         Value value;
     };
@@ -60,10 +61,10 @@ class FormatEntries {
     /** Inserts or replaces. Does not return if there are too many entries already. */
     template <typename T>
     void set(const char* name, T value) {
-        if (Entry* const entry = findEntry(name)) {
-            entry->value = std::move(value);
+        if (const T* const present = find<T>(name)) {
+            *const_cast<T*>(present) = std::move(value);
         } else {
-            insert(name, std::move(value));
+            insertOrReplace(name, std::move(value));
         }
     }
 
@@ -81,19 +82,24 @@ class FormatEntries {
         if (!isFormatKey(name)) {
             return findText(name);
         }
-        bool hasOtherNames = false;
         for (const Entry& entry : mItems) {
             if (entry.key == name) {
                 return &entry;
             }
-            hasOtherNames |= entry.key == nullptr;
         }
-        return hasOtherNames ? findText(name) : nullptr;
+        return nullptr;
     }
-    Entry* findEntry(const char* name) {
-        return const_cast<Entry*>(std::as_const(*this).findEntry(name));
+    const Entry* findText(std::string_view name) const;
+
+    // Apart, so that a value is replaced without room for a new entry.
+    template <typename T>
+    __attribute__((__noinline__)) void insertOrReplace(const char* name, T value) {
+        if (const Entry* const entry = findEntry(name)) {
+            const_cast<Entry*>(entry)->value = std::move(value);
+        } else {
+            insert(name, std::move(value));
+        }
     }
-    const Entry* findText(const char* name) const;
     void insert(const char* name, Value value);
 
     std::vector<Entry> mItems;
