@@ -69,7 +69,7 @@ void MediaBuffer::release() {
     // Once the count is 0 the group may lend the buffer out again: from here on only the observer,
     // which outlives its buffers, is looked at.
     MediaBufferObserver* const observer = mObserver;
-    const int prevCount = mRefCount.fetch_sub(1, std::memory_order_acq_rel);
+    const int prevCount = mRefCount.fetch_sub(1);
     if (prevCount <= 0) {
         checkFailed({kTag, "MediaBuffer.cpp:122", "CHECK(prevCount > 0)"});
     }

@@ -24,18 +24,6 @@ bool isFree(const MediaBufferBase* buffer) {
 
 }  // namespace
 
-/** What one walk over the list finds. */
-struct MediaBufferGroup::Survey {
-    static constexpr size_t kNone = std::numeric_limits<size_t>::max();
-
-    /** The first free buffer that is large enough. */
-    MediaBufferBase* fit = nullptr;
-    /** The place of the smallest free buffer that is too small. */
-    size_t smallest = kNone;
-    /** The largest size of any buffer, at least the request. */
-    size_t largestSize;
-};
-
 MediaBufferGroup::MediaBufferGroup(size_t growthLimit) : mGrowthLimit(growthLimit) {}
 
 MediaBufferGroup::MediaBufferGroup(size_t buffers, size_t buffer_size, size_t growthLimit)
@@ -110,64 +98,80 @@ size_t MediaBufferGroup::buffers() {
 status_t MediaBufferGroup::acquire_buffer(MediaBufferBase** buffer, bool nonBlocking,
                                           size_t requestedSize) {
     Mutex::Autolock lock(mLock);
-    while (true) {
-        if (MediaBufferBase* found = findOrMake(requestedSize)) {
-            found->add_ref();
-            found->reset();
-            *buffer = found;
-            return OK;
-        }
-        if (nonBlocking) {
-            *buffer = nullptr;
-            return WOULD_BLOCK;
-        }
-        mCondition.wait(mLock);
+    MediaBufferBase* found = findOrMake(requestedSize);
+    if (found == nullptr && !nonBlocking) {
+        found = waitFor(requestedSize);
     }
+    *buffer = found;
+    if (found == nullptr) {
+        return WOULD_BLOCK;
+    }
+    found->add_ref();
+    found->reset();
+    return OK;
 }
 
-MediaBufferGroup::Survey MediaBufferGroup::survey(size_t requestedSize) const {
-    Survey result;
-    result.largestSize = requestedSize;
-    for (size_t i = 0; i < mBuffers.size(); ++i) {
-        MediaBufferBase* const buffer = mBuffers[i];
-        result.largestSize = std::max(result.largestSize, buffer->size());
-        if (!isFree(buffer)) {
-            continue;
-        }
-        if (buffer->size() >= requestedSize) {
-            result.fit = buffer;
-            return result;
-        }
-        if (result.smallest == Survey::kNone ||
-            buffer->size() < mBuffers[result.smallest]->size()) {
-            result.smallest = i;
-        }
+MediaBufferBase* MediaBufferGroup::waitFor(size_t requestedSize) {
+    // Counted before it looks again: a buffer that comes back from here on is signalled.
+    mWaiting.fetch_add(1);
+    MediaBufferBase* found = findOrMake(requestedSize);
+    while (found == nullptr) {
+        mCondition.wait(mLock);
+        found = findOrMake(requestedSize);
     }
-    return result;
+    mWaiting.fetch_sub(1);
+    return found;
 }
 
 MediaBufferBase* MediaBufferGroup::findOrMake(size_t requestedSize) {
-    const Survey found = survey(requestedSize);
-    const bool mayReplace = found.smallest != Survey::kNone;
-    if (found.fit != nullptr || (!mayReplace && mBuffers.size() >= mGrowthLimit)) {
-        return found.fit;
+    for (MediaBufferBase* buffer : mBuffers) {
+        if (isFree(buffer) && buffer->size() >= requestedSize) {
+            return buffer;
+        }
+    }
+    const auto replaced = smallestFreeBelow(requestedSize);
+    if (replaced == mBuffers.end() && mBuffers.size() >= mGrowthLimit) {
+        return nullptr;
     }
     MediaBufferBase* made = MediaBufferBase::Create(
-            requestedSize == 0 ? found.largestSize : withReserve(requestedSize));
+            requestedSize == 0 ? largestSize() : withReserve(requestedSize));
     if (made == nullptr) {
         return nullptr;
     }
     made->setObserver(this);
-    if (mayReplace) {
-        discard(mBuffers[found.smallest]);
-        mBuffers[found.smallest] = made;
+    if (replaced != mBuffers.end()) {
+        discard(*replaced);
+        *replaced = made;
     } else {
         mBuffers.push_back(made);
     }
     return made;
 }
 
+std::vector<MediaBufferBase*>::iterator MediaBufferGroup::smallestFreeBelow(size_t size) {
+    auto smallest = mBuffers.end();
+    for (auto it = mBuffers.begin(); it != mBuffers.end(); ++it) {
+        const size_t limit = smallest == mBuffers.end() ? size : (*smallest)->size();
+        if (isFree(*it) && (*it)->size() < limit) {
+            smallest = it;
+        }
+    }
+    return smallest;
+}
+
+size_t MediaBufferGroup::largestSize() const {
+    size_t largest = 0;
+    for (const MediaBufferBase* buffer : mBuffers) {
+        largest = std::max(largest, buffer->size());
+    }
+    return largest;
+}
+
 void MediaBufferGroup::signalBufferReturned(MediaBufferBase*) {
+    // In one order with the counts of the buffers: whoever is not counted yet finds this one free.
+    if (mWaiting.load() == 0) {
+        return;
+    }
     // Under the lock: an acquirer that has just found the buffer in use is then waiting already.
     Mutex::Autolock lock(mLock);
     mCondition.signal();

@@ -38,7 +38,7 @@ class MediaBuffer : public MediaBufferBase {
     void reset() override;
 
     void setObserver(MediaBufferObserver* group) override;
-    int refcount() const override { return mRefCount.load(std::memory_order_acquire); }
+    int refcount() const override { return mRefCount.load(); }
 
   protected:
     ~MediaBuffer() override;

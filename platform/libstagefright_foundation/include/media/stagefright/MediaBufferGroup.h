@@ -3,6 +3,7 @@
 
 #include <stddef.h>
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -67,15 +68,18 @@ class MediaBufferGroup : public MediaBufferObserver {
     CMediaBufferGroup* wrap();
 
   private:
-    struct Survey;
-
-    Survey survey(size_t requestedSize) const;
+    MediaBufferBase* waitFor(size_t requestedSize);
     MediaBufferBase* findOrMake(size_t requestedSize);
+    /** The end if none is free and smaller. */
+    std::vector<MediaBufferBase*>::iterator smallestFreeBelow(size_t size);
+    size_t largestSize() const;
     void add_l(MediaBufferBase* buffer);
     void discard(MediaBufferBase* buffer);
 
     Mutex mLock;
     Condition mCondition;
+    /** Acquirers that wait. Without any a release takes no lock. */
+    std::atomic<int> mWaiting{0};
     size_t mGrowthLimit;
     std::vector<MediaBufferBase*> mBuffers;
     std::unique_ptr<CMediaBufferGroup> mWrapper;
