@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 #include <media/stagefright/MediaBufferGroup.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <numeric>
 
@@ -47,6 +48,13 @@ class FedTrack {
         mTrack->appendData(&piece, true);
     }
 
+    /** Hands over bytes of an elementary stream where the demuxer puts them. */
+    void appendAudio(const Bytes& bytes) {
+        ByteBuffer piece = mTrack->makePiece(bytes.size());
+        std::copy(bytes.begin(), bytes.end(), piece.data());
+        mTrack->appendAudioData(&piece, 1);
+    }
+
   private:
     MemorySource mSource{nullptr, 0};
     OgmExtractor mExtractor{std::make_unique<DataSourceHelper>(mSource.table())};
@@ -83,7 +91,7 @@ void cutFrames(State& state, uint32_t type, const std::vector<Bytes>& frames) {
         meter.start();
         uint64_t units = 0;
         for (const Bytes& frame : frames) {
-            track->appendAudioData(ByteView(frame.data(), frame.size()), 1);
+            track.appendAudio(frame);
             while (track->dequeueAccessUnit()) {
                 ++units;
             }
@@ -104,9 +112,9 @@ void searchFrames(State& state, uint32_t type, const Bytes& start) {
     for ([[maybe_unused]] auto _ : state) {
         FedTrack track(type);
         meter.start();
-        track->appendAudioData(ByteView(start.data(), start.size()), 1);
+        track.appendAudio(start);
         for (int64_t i = 0; i < state.range(0); ++i) {
-            track->appendAudioData(ByteView(piece.data(), piece.size()), 1);
+            track.appendAudio(piece);
             benchmark::DoNotOptimize(track->dequeueAccessUnit());
         }
         meter.stop(static_cast<uint64_t>(state.range(0)));

@@ -23,17 +23,19 @@ constexpr const char* kNoRangeLeft =
 
 }  // namespace
 
-media_status_t OgmTrack::appendAudioData(ByteView data, int64_t timeUs) {
-    ByteView aligned = data;
-    if (mPacketBuff.empty()) {
-        const std::optional<size_t> start = findFirstSync(data);
-        if (!start) {
-            return AMEDIA_ERROR_MALFORMED;
-        }
-        aligned = data.from(*start);
+media_status_t OgmTrack::appendAudioData(ByteBuffer* data, int64_t timeUs) {
+    if (!mPacketBuff.empty()) {
+        mPacketBuff.append(data->view());
+        mRangeInfos.push_back({timeUs, data->size()});
+        return AMEDIA_OK;
     }
-    mPacketBuff.append(aligned);
-    mRangeInfos.push_back({timeUs, aligned.size()});
+    const std::optional<size_t> start = findFirstSync(data->view());
+    if (!start) {
+        return AMEDIA_ERROR_MALFORMED;
+    }
+    data->dropFront(*start);
+    mRangeInfos.push_back({timeUs, data->size()});
+    mPacketBuff = std::move(*data);
     return AMEDIA_OK;
 }
 
@@ -83,11 +85,16 @@ std::optional<AccessUnit> OgmTrack::dequeueAccessUnit() {
 }
 
 ByteBuffer OgmTrack::takeFrame(size_t offset, size_t size) {
-    const ByteView bytes = mPacketBuff.view().from(offset).first(size);
-    ByteBuffer frame = makePiece(bytes.size());
-    std::copy_n(bytes.data(), bytes.size(), frame.data());
+    ByteBuffer frame = mPacketBuff.isFull() ? mPacketBuff.part(offset, size)
+                                            : copy(mPacketBuff.view().from(offset).first(size));
     dropBuffered(offset + size);
     return frame;
+}
+
+ByteBuffer OgmTrack::copy(ByteView bytes) {
+    ByteBuffer piece = makePiece(bytes.size());
+    std::copy_n(bytes.data(), bytes.size(), piece.data());
+    return piece;
 }
 
 void OgmTrack::dropBuffered(size_t size) {

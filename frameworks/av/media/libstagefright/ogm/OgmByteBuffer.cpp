@@ -56,6 +56,15 @@ void ByteBuffer::dropFront(size_t size) {
     mRoom -= dropped;
 }
 
+ByteBuffer ByteBuffer::part(size_t offset, size_t size) const {
+    ByteBuffer bytes;
+    bytes.mStorage = mStorage;
+    bytes.mBegin = mBegin + std::min(offset, mSize);
+    bytes.mSize = std::min(size, mSize - std::min(offset, mSize));
+    bytes.mRoom = bytes.mSize;
+    return bytes;
+}
+
 void ByteBuffer::clear() {
     mSize = 0;
     if (!mStorage.isShared()) {

@@ -127,10 +127,9 @@ media_status_t OgmExtractor::cutPacket(OgmTrack* track) {
     if (offset > mDataSourceSize) {
         return AMEDIA_ERROR_END_OF_STREAM;
     }
-    const bool isKept = track != nullptr && track->keepsPieces();
-    ByteBuffer kept = isKept ? track->makePiece(piece.size) : ByteBuffer();
-    ByteBuffer& bytes = isKept ? kept : mPassingPiece;
-    if (!isKept) {
+    ByteBuffer kept = track != nullptr ? track->makePiece(piece.size) : ByteBuffer();
+    ByteBuffer& bytes = track != nullptr ? kept : mPassingPiece;
+    if (track == nullptr) {
         bytes.reset(piece.size);
     }
     const ssize_t count = mDataSource->readAt(offset, bytes.data(), piece.size);

@@ -66,10 +66,6 @@ void OgmTrack::resetPageState() {
     mGranuleValid = false;
 }
 
-bool OgmTrack::keepsPieces() const {
-    return !ogm::isReframedAudioType(mType);
-}
-
 media_status_t OgmTrack::appendData(ByteBuffer* packet, bool isNewPacket) {
     const std::lock_guard<std::mutex> lock(mLock);
     if (ogm::isAudioType(mType) && mExtractor->isSeeking()) {
@@ -82,7 +78,7 @@ media_status_t OgmTrack::appendData(ByteBuffer* packet, bool isNewPacket) {
         return AMEDIA_ERROR_MALFORMED;
     }
     if (ogm::isReframedAudioType(mType)) {
-        return appendAccessUnits(packet->view(), isNewPacket);
+        return appendAccessUnits(packet, isNewPacket);
     }
     if (isNewPacket) {
         int64_t timeUs = 0;
@@ -97,26 +93,25 @@ media_status_t OgmTrack::appendData(ByteBuffer* packet, bool isNewPacket) {
     return AMEDIA_OK;
 }
 
-media_status_t OgmTrack::appendAccessUnits(ByteView data, bool isNewPacket) {
+media_status_t OgmTrack::appendAccessUnits(ByteBuffer* piece, bool isNewPacket) {
     if (!mGranuleValid) {
         ALOGI("%s", kGranuleNotValid);
         return AMEDIA_OK;
     }
     const int64_t timeUs = sampleTimeUs(averGranulePosition);
     ALOGI("mSampleRate, timeUs = %lld,size = %d\n", static_cast<long long>(timeUs),
-          static_cast<int>(data.size()));
-    ByteView payload = data;
+          static_cast<int>(piece->size()));
     if (isNewPacket) {
-        if (data.size() <= ogm::kMaxEmptyAudioPacket) {
-            ALOGE("Invalid append buffer size:%d", static_cast<int>(data.size()));
+        if (piece->size() <= ogm::kMaxEmptyAudioPacket) {
+            ALOGE("Invalid append buffer size:%d", static_cast<int>(piece->size()));
             return AMEDIA_ERROR_MALFORMED;
         }
-        payload = data.from(ogm::audioPacketHeaderSize(data[0]));
+        piece->dropFront(ogm::audioPacketHeaderSize(piece->view()[0]));
         if (mCurrentPageSamplesOut < mPageGranuleDelta) {
             ++mCurrentPageSamplesOut;
         }
     }
-    if (appendAudioData(payload, timeUs) != AMEDIA_OK) {
+    if (appendAudioData(piece, timeUs) != AMEDIA_OK) {
         ALOGE("appendAudioData FAIL!");
         return AMEDIA_ERROR_MALFORMED;
     }

@@ -53,6 +53,15 @@ class ByteBuffer {
     /** Takes at most `size` bytes off the front. */
     void dropFront(size_t size);
 
+    /** Whether the next byte that is appended makes it look for room. */
+    bool isFull() const { return mSize == mRoom; }
+
+    /**
+     * At most `size` bytes from `offset` on, in the same storage. As long as they are there, this
+     * one does not move its bytes in the storage to make room but takes new storage.
+     */
+    ByteBuffer part(size_t offset, size_t size) const;
+
     /** Drops the bytes and keeps the storage. */
     void clear();
 

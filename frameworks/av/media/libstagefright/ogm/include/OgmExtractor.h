@@ -325,8 +325,6 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     void updateGranulePosition(uint64_t granulePosition, uint64_t averagePerPacket);
     /** Sets the timing to what it is before the first page. */
     void resetPageState();
-    /** Whether pieces of packets are queued as they are; re-framed audio is cut out of them. */
-    bool keepsPieces() const;
     /** Room in the queue's storage for a piece of `size` bytes, or for a frame. */
     ogm::ByteBuffer makePiece(size_t size) { return mStorage.take(size, mPacketsQue.size()); }
     /**
@@ -343,10 +341,10 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
 
     /**
      * Adds bytes of an elementary stream that have the time `timeUs`; at the start of an empty
-     * buffer those in front of the first sync word are dropped.
+     * buffer those in front of the first sync word are dropped. The bytes may be moved away.
      * Returns AMEDIA_OK, or AMEDIA_ERROR_MALFORMED (nothing added) without a sync word.
      */
-    media_status_t appendAudioData(ogm::ByteView data, int64_t timeUs);
+    media_status_t appendAudioData(ogm::ByteBuffer* data, int64_t timeUs);
     /** The next whole access unit; nothing when there is none yet. */
     std::optional<AccessUnit> dequeueAccessUnit();
     /**
@@ -365,7 +363,7 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     uint8_t countFollowingFrameType3() const;
 
   private:
-    media_status_t appendAccessUnits(ogm::ByteView data, bool isNewPacket);
+    media_status_t appendAccessUnits(ogm::ByteBuffer* piece, bool isNewPacket);
     bool computePacketTime(size_t size, int64_t* timeUs);
     int64_t computeSampleTime(size_t size);
     /** Granule position of the next packet if each takes up `averagePerPacket`. */
@@ -386,6 +384,7 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     void discardBuffer();
     std::optional<size_t> findNextDtsSync(size_t from);
     ogm::ByteBuffer takeFrame(size_t offset, size_t size);
+    ogm::ByteBuffer copy(ogm::ByteView bytes);
     void dropBuffered(size_t size);
     void learnFormat(uint32_t header, int32_t sampleRate, int32_t channels);
 

@@ -71,10 +71,10 @@ void cutAndCompare(ReferenceCutter::Codec codec, InputReader input) {
     int64_t timeUs = 0;
     while (!input.empty()) {
         const size_t size = fixedSize != 0 ? fixedSize : input.u16();
-        const ExactBlock piece(input.bytes(size));
+        ByteBuffer piece(input.bytes(size));
         timeUs += (times & kNegativeTimes) != 0 ? -int64_t{times} : int64_t{times};
         const ReferenceCutter::Outcome expected = reference.feed(bytesOf(piece.view()), timeUs);
-        const bool accepted = track.appendAudioData(piece.view(), timeUs) == AMEDIA_OK;
+        const bool accepted = track.appendAudioData(&piece, timeUs) == AMEDIA_OK;
         require(accepted == expected.accepted, "whether a piece is taken");
         if (accepted) {
             cutAll(&track, expected);

@@ -53,9 +53,8 @@ TrackDriver::TrackDriver(uint32_t streamType)
     : mTrack(&*mExtractor, kSerialNo, streamType, kBitsPerSample) {}
 
 media_status_t TrackDriver::append(const Bytes& bytes, int64_t timeUs) {
-    const auto exact = std::make_unique<uint8_t[]>(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), exact.get());
-    return mTrack.appendAudioData(ByteView(exact.get(), bytes.size()), timeUs);
+    ByteBuffer exact(viewOf(bytes));
+    return mTrack.appendAudioData(&exact, timeUs);
 }
 
 std::optional<AccessUnit> TrackDriver::next() {

@@ -80,6 +80,42 @@ TEST(OgmByteBufferTest, ClearingKeepsTheStorage) {
     EXPECT_EQ(buffer.data(), storage);
 }
 
+TEST(OgmByteBufferTest, IsFullUntilAppendingHasMadeRoom) {
+    ByteBuffer buffer(10);
+    EXPECT_TRUE(buffer.isFull());
+    buffer.dropFront(3);
+    EXPECT_TRUE(buffer.isFull());
+    buffer.append(viewOf({1}));
+    EXPECT_FALSE(buffer.isFull());
+}
+
+TEST(OgmByteBufferTest, APartLiesInTheSameStorageAndEndsWithTheBytes) {
+    ByteBuffer buffer(viewOf({1, 2, 3, 4, 5}));
+    const ByteBuffer part = buffer.part(1, 3);
+    EXPECT_EQ(part.view().data(), buffer.data() + 1);
+    EXPECT_EQ(bytesIn(part), (Bytes{2, 3, 4}));
+    EXPECT_EQ(bytesIn(buffer.part(3, 100)), (Bytes{4, 5}));
+    EXPECT_TRUE(buffer.part(5, 1).empty());
+    EXPECT_TRUE(buffer.part(100, 1).empty());
+}
+
+TEST(OgmByteBufferTest, APartKeepsItsBytesWhateverHappensToTheOther) {
+    ByteBuffer buffer(viewOf(pattern(100, 0)));
+    buffer.append(viewOf(pattern(100, 1)));  // room for twice that from here on
+    ByteBuffer part = buffer.part(100, 50);
+    buffer.dropFront(150);
+    for (uint32_t i = 2; i < 10; ++i) {
+        buffer.append(viewOf(pattern(100, i)));
+        ASSERT_EQ(bytesIn(part), pattern(50, 1)) << i;
+    }
+    part.append(viewOf({1, 2, 3}));
+    EXPECT_EQ(bytesIn(part), joined({pattern(50, 1), {1, 2, 3}}));
+    buffer.dropFront(50);
+    EXPECT_EQ(bytesIn(buffer.part(0, 100)), pattern(100, 2));
+    buffer.clear();
+    EXPECT_EQ(bytesIn(part), joined({pattern(50, 1), {1, 2, 3}}));
+}
+
 TEST(OgmByteBufferTest, ResettingKeepsStorageThatIsLargeEnough) {
     ByteBuffer buffer(100);
     const uint8_t* const storage = buffer.data();
