@@ -4,6 +4,10 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "BenchFile.h"
 #include "Meter.h"
@@ -172,18 +176,48 @@ void peakMemory(State& state, const BenchFile& file) {
 }
 
 /**
- * A file of any length, generated while it is read, as often as gives `roundSize` bytes: a round is
- * as long for a short file as for a long one, and so is disturbed as much.
+ * The cost of a buffer in files of different lengths, which are generated while they are read. They
+ * take turns, and a short file is read as often in its turn as gives the bytes of the longest, so
+ * that whatever else the machine does disturbs all of them alike.
  */
-void lengthOf(State& state, int64_t size, int64_t roundSize) {
-    const Content content = mpeg4AndMp3();
-    const auto period = static_cast<size_t>(std::min<int64_t>(kPeriodSize, size));
-    // Made once: a long file reads its period again and again, so a short one must find it in the
-    // processor's cache as well.
-    RepeatedSource source(content, period, size);
-    Meter meter;
-    for ([[maybe_unused]] auto _ : state) {
-        for (int64_t done = 0; done < roundSize; done += size) {
+class Lengths {
+  public:
+    explicit Lengths(const std::vector<int64_t>& sizes)
+        : mRoundSize(*std::max_element(sizes.begin(), sizes.end())) {
+        for (const int64_t size : sizes) {
+            mResults.emplace(size, Meter());
+        }
+    }
+
+    /** Measures all of them when the first result is asked for. */
+    void report(State& state, int64_t size) {
+        if (!mIsMeasured) {
+            measure();
+        }
+        for ([[maybe_unused]] auto _ : state) {
+        }
+        mResults.at(size).report(state, static_cast<uint64_t>(filesInRound(size) * size));
+    }
+
+  private:
+    static constexpr int kTurns = 7;
+
+    int64_t filesInRound(int64_t size) const { return (mRoundSize + size - 1) / size; }
+
+    void measure() {
+        for (int turn = 0; turn < kTurns; ++turn) {
+            for (auto& [size, meter] : mResults) {
+                readRound(size, meter);
+            }
+        }
+        mIsMeasured = true;
+    }
+
+    void readRound(int64_t size, Meter& meter) {
+        // A long file finds its period in the processor's cache, so a short one must as well.
+        RepeatedSource source(mContent, static_cast<size_t>(std::min<int64_t>(kPeriodSize, size)),
+                              size);
+        for (int64_t i = 0; i < filesInRound(size); ++i) {
             Player player(source);
             player.startTracks();
             meter.start();
@@ -192,8 +226,12 @@ void lengthOf(State& state, int64_t size, int64_t roundSize) {
         }
         meter.endRound();
     }
-    meter.report(state, static_cast<uint64_t>((roundSize + size - 1) / size * size));
-}
+
+    const Content mContent = mpeg4AndMp3();
+    int64_t mRoundSize;
+    bool mIsMeasured = false;
+    std::map<int64_t, Meter> mResults;
+};
 
 struct FileBenchmark {
     const char* name;
@@ -232,12 +270,13 @@ void registerFileBenchmarks(const BenchSizes& sizes) {
             }
         }
     }
-    for (const int64_t size : {sizes.shortFile, sizes.longFile}) {
-        benchmark::RegisterBenchmark(("length/" + std::to_string(size >> 20) + "_MiB").c_str(),
-                                     [size, roundSize = sizes.longFile](State& state) {
-                                         lengthOf(state, size, roundSize);
-                                     })
-                ->Unit(benchmark::kMicrosecond);
+    const std::vector<int64_t> lengths = {sizes.shortFile, sizes.longFile};
+    const auto results = std::make_shared<Lengths>(lengths);
+    for (const int64_t size : lengths) {
+        benchmark::RegisterBenchmark(
+                ("length/" + std::to_string(size >> 20) + "_MiB").c_str(),
+                [results, size](State& state) { results->report(state, size); })
+                ->Iterations(1);
     }
 }
 

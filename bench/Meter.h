@@ -70,6 +70,7 @@ class Meter {
     }
 
     void endRound() {
+        ++mRounds;
         mItems += mRoundItems;
         mTimeNs += mRoundNs;
         if (mBestNs == 0 || mRoundNs < mBestNs) {
@@ -84,8 +85,7 @@ class Meter {
     void report(benchmark::State& state, uint64_t bytesPerRound = 0) const {
         const auto items = static_cast<double>(mItems);
         const auto bestNs = static_cast<double>(mBestNs);
-        state.counters[kItems] =
-                items / static_cast<double>(std::max<int64_t>(1, state.iterations()));
+        state.counters[kItems] = items / static_cast<double>(mRounds);
         state.counters[kBestNs] = bestNs / static_cast<double>(mBestItems);
         state.counters[kMeanNs] = static_cast<double>(mTimeNs) / items;
         state.counters[kAllocations] = static_cast<double>(mAllocations) / items;
@@ -104,6 +104,7 @@ class Meter {
     uint64_t mAllocationsAtStart = 0;
     std::optional<uint64_t> mInstructionsAtStart;
 
+    uint64_t mRounds = 0;
     int64_t mRoundNs = 0;
     uint64_t mRoundItems = 0;
     int64_t mTimeNs = 0;
