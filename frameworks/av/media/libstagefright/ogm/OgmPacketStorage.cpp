@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "OgmPacketStorage.h"
 
+#include <algorithm>
+
 namespace android::ogm {
 
 namespace {
 
 constexpr size_t kAlignment = 16;
 constexpr size_t kBlockSize = 32768;
-/** A packet above this gets memory of its own, as it would leave much of a block unused. */
-constexpr size_t kLargestShared = kBlockSize / 2;
 
 /** A queue of that many packets is one that no reader takes from. */
 constexpr size_t kLongQueue = 256;
@@ -18,7 +18,9 @@ constexpr size_t kBlocksBeforeLargePages = 64;
 }  // namespace
 
 ByteBuffer PacketStorage::take(size_t size, size_t queuedPackets) {
-    if (size > kLargestShared) {
+    // A larger one would leave much of a block unused.
+    const size_t largestShared = std::max(kBlockSize, mBlock.size()) / 2;
+    if (size > largestShared) {
         return ByteBuffer(size);
     }
     if (!mBlock.isShared()) {
