@@ -16,8 +16,11 @@ namespace android::log {
 /** Above every level: what no property speaks of. */
 constexpr int kNotConfigured = std::numeric_limits<int>::max();
 
-/** The lowest level that a property gives to any tag, good as long as no property changes. */
-struct LowestLevel {
+/**
+ * The lowest level that a property gives to any tag, good as long as no property changes. Aligned
+ * so that it is read and written at once.
+ */
+struct alignas(uint64_t) LowestLevel {
     uint32_t serial;
     int level;
 };
