@@ -25,6 +25,8 @@ constexpr uint64_t kInUsePerByte = 1024;
 /** An access unit has 2 bytes at least, and takes less than 16 requests. */
 constexpr uint64_t kRequestsPerByte = 8;
 constexpr uint64_t kRequestsOfACall = 4096;
+/** A queue that is filled without reading takes a block of some KiB for many packets at a time. */
+constexpr uint64_t kRequestsOfAGrowingQueue = 512;
 
 MemoryWatch* gWatch = nullptr;
 
@@ -54,7 +56,7 @@ void MemoryWatch::check(AllocationKind kind, size_t size) {
     const bool isTooLarge = size > kPageAndRounding + kLargestPerByte * delivered;
     const bool isTooMuch = live > kAlwaysInUse + kInUsePerByte * delivered;
     const bool isTooOften = mRequests > kRequestsOfACall + kRequestsPerByte * delivered;
-    if (mMayGrow && mRequests > kRequestsOfACall) {
+    if (mMayGrow && mRequests > kRequestsOfAGrowingQueue) {
         if ((isTooLarge || isTooMuch || isTooOften) && kind == AllocationKind::kNew) {
             throw DemandedEnd{};
         }

@@ -5,11 +5,11 @@
 
 #include <array>
 #include <cstdlib>
-#include <deque>
 #include <memory>
 #include <vector>
 
 #include "Ends.h"
+#include "OgmFifo.h"
 
 namespace android::ogm::fuzz {
 namespace {
@@ -83,9 +83,9 @@ TEST_F(MemoryWatchTest, AQueueThatGrowsForEverLeavesTheRunWithAnAc3Track) {
     MemoryWatch watch(mSource);
     watch.allowEndlessGrowth(true);
     EXPECT_FALSE(endsByItself([] {
-        std::deque<std::array<uint8_t, 64>> queue;
+        Fifo<std::array<uint8_t, 64>> queue;
         for (;;) {
-            queue.emplace_back();
+            queue.push_back({});
         }
     }));
 }
