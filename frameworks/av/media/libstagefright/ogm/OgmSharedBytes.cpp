@@ -25,7 +25,7 @@ SharedBytes SharedBytes::inLargePage() {
     return SharedBytes(new (memory) Block{1, kLargePageSize - sizeof(Block), true});
 }
 
-void SharedBytes::free(Block* block) {
+void SharedBytes::destroy(Block* block) {
     if (block->isLargePage) {
         operator delete(block, kLargePageAlignment);
     } else {

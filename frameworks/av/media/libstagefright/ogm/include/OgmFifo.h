@@ -66,8 +66,9 @@ class Fifo {
 
     /** Room for an item, whose life push_back() begins and pop_front() ends. */
     union Place {
-        Place() {}
-        ~Place() {}
+        // Defaulted ones would be deleted where the item has its own.
+        Place() {}   // NOLINT(modernize-use-equals-default)
+        ~Place() {}  // NOLINT(modernize-use-equals-default)
         T item;
     };
     struct Block {

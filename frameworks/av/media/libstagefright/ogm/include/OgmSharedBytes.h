@@ -33,7 +33,7 @@ class SharedBytes {
     }
     ~SharedBytes() {
         if (mBlock != nullptr && --mBlock->users == 0) {
-            free(mBlock);
+            destroy(mBlock);
         }
     }
 
@@ -53,7 +53,7 @@ class SharedBytes {
     };
 
     explicit SharedBytes(Block* block) : mBlock(block) {}
-    static void free(Block* block);
+    static void destroy(Block* block);
 
     Block* mBlock = nullptr;
 };
