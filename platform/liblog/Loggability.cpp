@@ -60,7 +60,7 @@ std::optional<int> levelInPropertyOfTag(const char* prefix, std::string_view tag
 int lowestLevelBehind(const char* prefix) {
     int lowest = kNotConfigured;
     for (const std::string& value : properties::valuesBehind(prefix)) {
-        lowest = std::min(lowest, levelOfLetter(value.c_str()[0]).value_or(kNotConfigured));
+        lowest = std::min(lowest, levelOfLetter(value[0]).value_or(kNotConfigured));
     }
     return lowest;
 }

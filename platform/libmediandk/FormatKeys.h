@@ -19,7 +19,8 @@ namespace android::mediandk {
  */
 inline bool isFormatKey(const char* name) {
     const std::less<> before;
-    return !before(name, __start_ogm_format_keys) && before(name, __stop_ogm_format_keys);
+    return !before(name, __start_ogm_format_keys) && before(name, __stop_ogm_format_keys) &&
+           (name == __start_ogm_format_keys || name[-1] == '\0');
 }
 
 }  // namespace android::mediandk

@@ -76,6 +76,10 @@ TEST_F(LoggabilityTest, ThePropertyOfAnotherTagDoesNotCount) {
     setProperty("log.tag.LoggabilityTestMore", "E");
     setProperty("log.tag.Loggability", "E");
     EXPECT_EQ(ANDROID_LOG_VERBOSE, level());
+    __android_log_set_minimum_priority(ANDROID_LOG_WARN);
+    setProperty("log.tagged", "V");
+    setProperty("persist.log.tags", "V");
+    EXPECT_EQ(ANDROID_LOG_WARN, level());
 }
 
 TEST_F(LoggabilityTest, ALowerLevelOfAnotherTagIsOnlyThatTags) {
