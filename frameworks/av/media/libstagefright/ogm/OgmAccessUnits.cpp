@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "OgmAssert.h"
 #include "OgmCutters.h"
@@ -27,6 +28,7 @@ media_status_t OgmTrack::appendAudioData(ByteBuffer* data, int64_t timeUs) {
     if (!mPacketBuff.empty()) {
         mPacketBuff.append(data->view());
         mRangeInfos.push_back({timeUs, data->size()});
+        giveBack(std::move(*data));
         return AMEDIA_OK;
     }
     const std::optional<size_t> start = findFirstSync(data->view());

@@ -65,11 +65,19 @@ ByteBuffer ByteBuffer::part(size_t offset, size_t size) const {
     return bytes;
 }
 
-void ByteBuffer::clear() {
-    mSize = 0;
-    if (!mStorage.isShared()) {
-        useWholeStorage();
+std::optional<size_t> ByteBuffer::offsetIn(const SharedBytes& storage) const {
+    if (mBegin == nullptr || !mStorage.isSame(storage)) {
+        return std::nullopt;
     }
+    return static_cast<size_t>(mBegin - mStorage.data());
+}
+
+void ByteBuffer::clear() {
+    if (mStorage.isShared()) {
+        mStorage = SharedBytes();
+    }
+    mSize = 0;
+    useWholeStorage();
 }
 
 std::optional<size_t> SteppedCapacity::growTo(size_t needed) {

@@ -2,6 +2,7 @@
 #define LOG_TAG "OgmExtractor"
 
 #include <algorithm>
+#include <utility>
 
 #include "OgmExtractor.h"
 #include "OgmPageFormat.h"
@@ -127,11 +128,13 @@ media_status_t OgmExtractor::cutPacket(OgmTrack* track) {
     if (offset > mDataSourceSize) {
         return AMEDIA_ERROR_END_OF_STREAM;
     }
-    ByteBuffer kept = track != nullptr ? track->makePiece(piece.size) : ByteBuffer();
-    ByteBuffer& bytes = track != nullptr ? kept : mPassingPiece;
-    if (track == nullptr) {
-        bytes.reset(piece.size);
+    ByteBuffer own;
+    if (track != nullptr) {
+        own = track->makePiece(piece.size);
+    } else {
+        mPassingPiece.reset(piece.size);
     }
+    ByteBuffer& bytes = track != nullptr ? own : mPassingPiece;
     const ssize_t count = mDataSource->readAt(offset, bytes.data(), piece.size);
     if (count != static_cast<ssize_t>(piece.size)) {
         ALOGI("Cannot read page payload, size %d\n", static_cast<int>(piece.size));
@@ -141,6 +144,7 @@ media_status_t OgmExtractor::cutPacket(OgmTrack* track) {
     mCurrentBodyOffset += static_cast<int64_t>(piece.size);
     if (track != nullptr) {
         (void)track->appendData(&bytes, isNewPacket);
+        track->giveBack(std::move(own));
     }
     return AMEDIA_OK;
 }

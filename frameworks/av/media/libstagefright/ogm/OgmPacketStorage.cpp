@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "OgmPacketStorage.h"
 
-#include <algorithm>
-
 namespace android::ogm {
 
 namespace {
@@ -18,27 +16,29 @@ constexpr size_t kBlocksBeforeLargePages = 64;
 }  // namespace
 
 ByteBuffer PacketStorage::take(size_t size, size_t queuedPackets) {
-    // A larger one would leave much of a block unused.
-    const size_t largestShared = std::max(kBlockSize, mBlock.size()) / 2;
-    if (size > largestShared) {
-        return ByteBuffer(size);
-    }
     if (!mBlock.isShared()) {
         mUsed = 0;
     }
     if (mBlock.data() == nullptr || mBlock.size() - mUsed < size) {
-        beginBlock(queuedPackets);
+        const bool isLong = queuedPackets >= kLongQueue;
+        const bool isLargePageDue = isLong && mBlocksOfLongQueue >= kBlocksBeforeLargePages;
+        if (size > (isLargePageDue ? SharedBytes::kLargePageSize : kBlockSize) / 2) {
+            // It would leave much of a block unused.
+            return ByteBuffer(size);
+        }
+        mBlock = isLargePageDue ? SharedBytes::inLargePage() : SharedBytes(kBlockSize);
+        mBlocksOfLongQueue = isLong ? mBlocksOfLongQueue + 1 : 0;
+        mUsed = 0;
     }
-    ByteBuffer packet(mBlock, mUsed, size);
+    mLatest = mUsed;
     mUsed += (size + kAlignment - 1) / kAlignment * kAlignment;
-    return packet;
+    return ByteBuffer(mBlock, mLatest, size);
 }
 
-void PacketStorage::beginBlock(size_t queuedPackets) {
-    mBlocksOfLongQueue = queuedPackets < kLongQueue ? 0 : mBlocksOfLongQueue + 1;
-    mBlock = mBlocksOfLongQueue > kBlocksBeforeLargePages ? SharedBytes::inLargePage()
-                                                          : SharedBytes(kBlockSize);
-    mUsed = 0;
+void PacketStorage::giveBack(ByteBuffer packet) {
+    if (const auto offset = packet.offsetIn(mBlock); offset && *offset >= mLatest) {
+        mUsed = mLatest;
+    }
 }
 
 }  // namespace android::ogm

@@ -9,9 +9,7 @@ namespace android::ogm {
 
 namespace {
 
-/** What the kernel can give in one piece, which costs far less than as many small pages. */
-constexpr size_t kLargePageSize = 2 << 20;
-constexpr std::align_val_t kLargePageAlignment{kLargePageSize};
+constexpr std::align_val_t kLargePageAlignment{SharedBytes::kLargePageSize};
 
 }  // namespace
 

@@ -12,8 +12,8 @@
 namespace android::ogm {
 
 /**
- * Bytes with one owner: filled at the end, emptied from the front, and handed on by moving. Fresh
- * bytes are not cleared.
+ * Bytes that are filled at the end, emptied from the front, and handed on by moving. Others may lie
+ * in the same storage, but none of them grows into another. Fresh bytes are not cleared.
  */
 class ByteBuffer {
   public:
@@ -62,7 +62,10 @@ class ByteBuffer {
      */
     ByteBuffer part(size_t offset, size_t size) const;
 
-    /** Drops the bytes and keeps the storage. */
+    /** Where the bytes begin in `storage`, if that is where they lie. */
+    std::optional<size_t> offsetIn(const SharedBytes& storage) const;
+
+    /** Drops the bytes, and keeps storage that nobody shares. */
     void clear();
 
   private:

@@ -32,6 +32,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "OgmByteBuffer.h"
@@ -327,6 +328,8 @@ class OgmTrack : public MediaTrackHelper, public RefBase {
     void resetPageState();
     /** Room in the queue's storage for a piece of `size` bytes, or for a frame. */
     ogm::ByteBuffer makePiece(size_t size) { return mStorage.take(size, mPacketsQue.size()); }
+    /** For the piece made latest, if it has not been moved away. */
+    void giveBack(ogm::ByteBuffer piece) { mStorage.giveBack(std::move(piece)); }
     /**
      * Takes a piece of a packet; `isNewPacket` for one that begins a packet. The piece may be moved
      * away. Returns AMEDIA_OK, also for a piece that is dropped, or AMEDIA_ERROR_MALFORMED.

@@ -22,11 +22,14 @@ class PacketStorage {
      */
     ByteBuffer take(size_t size, size_t queuedPackets);
 
-  private:
-    void beginBlock(size_t queuedPackets);
+    /** Takes back the room of a packet that was not queued; of the one taken latest, no other. */
+    void giveBack(ByteBuffer packet);
 
+  private:
     SharedBytes mBlock;
     size_t mUsed = 0;
+    /** Where the packet taken latest begins. */
+    size_t mLatest = 0;
     /** Blocks that were begun in a row while the queue was long. */
     size_t mBlocksOfLongQueue = 0;
 };

@@ -14,10 +14,14 @@ namespace android::ogm {
  */
 class SharedBytes {
   public:
+    static constexpr size_t kLargePageSize = 2 << 20;
+
     SharedBytes() = default;
     /** Fresh bytes, which are not cleared, with an address also if there are none. */
     explicit SharedBytes(size_t size);
-    /** Fresh bytes in large pages where the kernel has them, at the cost of small ones elsewhere.
+    /**
+     * Almost kLargePageSize fresh bytes, which the kernel can give in one piece. That costs far
+     * less than as many small pages, which they take where it has no large one.
      */
     static SharedBytes inLargePage();
 
@@ -40,6 +44,7 @@ class SharedBytes {
     /** Null if there is nothing to share. */
     uint8_t* data() const { return mBlock == nullptr ? nullptr : mBlock->bytes(); }
     size_t size() const { return mBlock == nullptr ? 0 : mBlock->size; }
+    bool isSame(const SharedBytes& other) const { return mBlock == other.mBlock; }
     bool isShared() const { return mBlock != nullptr && mBlock->users > 1; }
 
   private:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "TrackDriver.h"
 
-#include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "OgmBufferQueue.h"

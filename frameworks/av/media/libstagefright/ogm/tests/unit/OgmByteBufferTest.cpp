@@ -112,8 +112,30 @@ TEST(OgmByteBufferTest, APartKeepsItsBytesWhateverHappensToTheOther) {
     EXPECT_EQ(bytesIn(part), joined({pattern(50, 1), {1, 2, 3}}));
     buffer.dropFront(50);
     EXPECT_EQ(bytesIn(buffer.part(0, 100)), pattern(100, 2));
-    buffer.clear();
     EXPECT_EQ(bytesIn(part), joined({pattern(50, 1), {1, 2, 3}}));
+}
+
+TEST(OgmByteBufferTest, APartKeepsItsBytesWhenTheOtherIsClearedAndFilledAgain) {
+    ByteBuffer buffer(viewOf(pattern(100, 0)));
+    buffer.append(viewOf(pattern(100, 1)));
+    const ByteBuffer part = buffer.part(0, 50);
+    buffer.clear();
+    buffer.append(viewOf(pattern(50, 9)));
+    EXPECT_EQ(bytesIn(part), pattern(50, 0));
+    const ByteBuffer second = buffer.part(0, 50);
+    buffer.reset(50);
+    std::fill_n(buffer.data(), 50, uint8_t{7});
+    EXPECT_EQ(bytesIn(second), pattern(50, 9));
+}
+
+TEST(OgmByteBufferTest, TellsWhereItBeginsInItsStorageAndInNoOther) {
+    const SharedBytes storage(100);
+    ByteBuffer buffer(storage, 10, 20);
+    EXPECT_EQ(buffer.offsetIn(storage), 10u);
+    buffer.dropFront(5);
+    EXPECT_EQ(buffer.offsetIn(storage), 15u);
+    EXPECT_EQ(buffer.offsetIn(SharedBytes(100)), std::nullopt);
+    EXPECT_EQ(ByteBuffer().offsetIn(SharedBytes()), std::nullopt);
 }
 
 TEST(OgmByteBufferTest, ResettingKeepsStorageThatIsLargeEnough) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <deque>
 #include <memory>
+#include <utility>
 
 #include "Bytes.h"
 
@@ -51,12 +52,63 @@ TEST(OgmPacketStorageTest, PacketsInALongQueueKeepTheirBytes) {
     }
 }
 
+TEST(OgmPacketStorageTest, LargePacketsOfAQueueThatHasBecomeShortKeepTheirBytes) {
+    PacketStorage storage;
+    std::deque<ByteBuffer> queue;
+    for (uint32_t i = 0; i < 2000; ++i) {
+        queue.push_back(storage.take(3001, queue.size()));
+    }
+    queue.clear();
+    for (uint32_t i = 0; i < 200; ++i) {
+        const size_t size = i % 2 == 0 ? 65025 : 100;
+        queue.push_back(filledPacket(storage, size, i, queue.size()));
+        if (queue.size() > kShortQueue) {
+            ASSERT_EQ(bytesIn(queue.front()), pattern(queue.front().size(), i - kShortQueue)) << i;
+            queue.pop_front();
+        }
+    }
+}
+
 TEST(OgmPacketStorageTest, ALonePacketTakesThePlaceOfTheOneBefore) {
     PacketStorage storage;
     const uint8_t* const place = storage.take(100, 0).data();
     for (size_t size = 1; size < 1000; ++size) {
         ASSERT_EQ(storage.take(size, 0).data(), place) << size;
     }
+}
+
+TEST(OgmPacketStorageTest, TheNextPacketTakesThePlaceOfOneThatIsGivenBack) {
+    PacketStorage storage;
+    const ByteBuffer queued = filledPacket(storage, 100, 1, 0);
+    ByteBuffer packet = storage.take(200, 1);
+    const uint8_t* const place = packet.data();
+    packet.dropFront(7);
+    storage.giveBack(std::move(packet));
+    EXPECT_EQ(storage.take(300, 1).data(), place);
+    EXPECT_EQ(bytesIn(queued), pattern(100, 1));
+}
+
+TEST(OgmPacketStorageTest, GivingBackWhatLiesElsewhereChangesNothing) {
+    PacketStorage storage;
+    const ByteBuffer first = filledPacket(storage, 100, 1, 0);
+    ByteBuffer moved = storage.take(100, 1);
+    const ByteBuffer queued(std::move(moved));
+    storage.giveBack(std::move(moved));  // NOLINT(bugprone-use-after-move): it is what is tested
+    storage.giveBack(ByteBuffer(100));
+    const ByteBuffer next = filledPacket(storage, 100, 3, 2);
+    EXPECT_NE(next.view().data(), queued.view().data());
+    EXPECT_EQ(bytesIn(first), pattern(100, 1));
+}
+
+TEST(OgmPacketStorageTest, APacketOfMoreThanALargePageKeepsItsBytes) {
+    constexpr size_t kLargerThanALargePage = 3000000;
+    PacketStorage storage;
+    std::deque<ByteBuffer> queue;
+    for (uint32_t i = 0; i < 2000; ++i) {
+        queue.push_back(storage.take(3001, queue.size()));
+    }
+    const ByteBuffer large = filledPacket(storage, kLargerThanALargePage, 1, queue.size());
+    EXPECT_EQ(bytesIn(large), pattern(kLargerThanALargePage, 1));
 }
 
 TEST(OgmPacketStorageTest, APacketOfNoBytesHasAnAddressToReadTo) {

@@ -35,8 +35,10 @@ TEST(OgmSharedBytesTest, BytesAreAlignedForEveryTypeAndHaveAnAddressAlsoIfThereA
 TEST(OgmSharedBytesTest, ACopySharesTheBytesUntilOneOfTheTwoIsGone) {
     const SharedBytes bytes(100);
     EXPECT_FALSE(bytes.isShared());
+    EXPECT_FALSE(bytes.isSame(SharedBytes(100)));
     {
         const SharedBytes copy(bytes);
+        EXPECT_TRUE(copy.isSame(bytes));
         EXPECT_EQ(copy.data(), bytes.data());
         EXPECT_TRUE(bytes.isShared());
         EXPECT_TRUE(copy.isShared());

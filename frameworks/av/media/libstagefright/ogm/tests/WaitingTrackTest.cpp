@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ElementaryStreams.h"
+#include "PluginTest.h"
+
+namespace android::ogm::test {
+namespace {
+
+constexpr uint32_t kVideo = 1;
+constexpr uint32_t kAudio = 2;
+constexpr size_t kVideoTrack = 0;
+constexpr size_t kAudioTrack = 1;
+
+/** The packets of a stream's last page do not come, nor the one before, which is still open. */
+constexpr size_t kNeverHandedOut = 2;
+
+/** Several MB, beyond which a queue asks for large pages. */
+constexpr size_t kWaitingFrames = 600;
+constexpr size_t kWaitingSize = 10000;
+/** Packets that fit into a large page, but into no block of a short queue. */
+constexpr size_t kLargeFrames = 100;
+constexpr size_t kLargeSize = 60000;
+constexpr size_t kFrames = kWaitingFrames + kLargeFrames;
+
+Bytes frame(size_t index) {
+    const auto seed = static_cast<uint32_t>(index);
+    return pattern(index < kWaitingFrames ? kWaitingSize : kLargeSize + index, seed);
+}
+
+/** One track is read while another one's packets wait in its queue, megabytes of them. */
+class WaitingTrackTest : public PluginTest {
+  protected:
+    /** A page of video and a page of audio in turn. */
+    static OgmFile videoAndAudio() {
+        OgmFile file;
+        file.addHeader(kVideo, VideoHeader());
+        file.addHeader(kAudio, AudioHeader());
+        for (size_t i = 0; i < kFrames; ++i) {
+            const uint8_t header = i % 10 == 0 ? kSyncPacket : kPlainPacket;
+            file.addData(kVideo, i + 1, dataPacket(header, frame(i)));
+            file.addData(kAudio, (i + 1) * 320, audioPacket(filled(64, 1)));
+        }
+        return file;
+    }
+
+    /** Reads audio until the small frames of video are queued. */
+    static void letVideoWait(Track& audio) {
+        for (size_t i = 0; i < kWaitingFrames; ++i) {
+            ASSERT_TRUE(audio.read().hasBuffer) << i;
+        }
+    }
+
+    static void expectFramesFrom(size_t first, const std::vector<ReadResult>& results) {
+        ASSERT_EQ(results.size(), kFrames - kNeverHandedOut - first);
+        for (size_t i = 0; i < results.size(); ++i) {
+            ASSERT_EQ(results[i].bytes, frame(first + i)) << first + i;
+        }
+    }
+};
+
+TEST_F(WaitingTrackTest, CatchesUpAndGoesOnWithLargePackets) {
+    OpenedFile file = openQuietly(videoAndAudio());
+    const auto audio = file->startedTrack(kAudioTrack);
+    const auto video = file->startedTrack(kVideoTrack);
+    letVideoWait(*audio);
+    expectFramesFrom(0, video->drain());
+}
+
+TEST_F(WaitingTrackTest, SeeksToTheStartAndReadsAllOfItAgain) {
+    OpenedFile file = openQuietly(videoAndAudio());
+    const auto audio = file->startedTrack(kAudioTrack);
+    const auto video = file->startedTrack(kVideoTrack);
+    letVideoWait(*audio);
+    const ReadResult first = video->readAt(0);
+    EXPECT_EQ(first.bytes, frame(0));
+    expectFramesFrom(1, video->drain());
+}
+
+TEST_F(WaitingTrackTest, HoldsAccessUnitsWhoseFramesLieAcrossPackets) {
+    constexpr size_t kUnits = 6000;
+    constexpr size_t kPacketSize = 1000;
+    std::vector<Bytes> units;
+    Bytes stream;
+    for (uint32_t i = 0; i < kUnits; ++i) {
+        MpegAudioFrame unit;
+        unit.seed = i;
+        units.push_back(unit.bytes());
+        append(stream, units.back());
+    }
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    AudioHeader mp3;
+    mp3.subtype = "0055";
+    mp3.samplesPerUnit = 44100;
+    file.addHeader(kAudio, mp3);
+    size_t pages = 0;
+    for (size_t start = 0; start < stream.size(); start += kPacketSize) {
+        ++pages;
+        file.addData(kVideo, pages, dataPacket(kSyncPacket, filled(100, 1)));
+        file.addData(kAudio, pages * 2800, audioPacket(head(tail(stream, start), kPacketSize)));
+    }
+    OpenedFile opened = openQuietly(file);
+    const auto audio = opened->startedTrack(kAudioTrack);
+    const auto video = opened->startedTrack(kVideoTrack);
+    EXPECT_EQ(video->drain().size(), pages - kNeverHandedOut);
+    const std::vector<ReadResult> results = audio->drain();
+    ASSERT_GT(results.size(), kUnits - 10);
+    // The second unit, whole in the first packet, confirms the header, and the first is given up.
+    for (size_t i = 0; i < results.size(); ++i) {
+        ASSERT_EQ(results[i].bytes, units[i + 1]) << i;
+    }
+}
+
+}  // namespace
+}  // namespace android::ogm::test
