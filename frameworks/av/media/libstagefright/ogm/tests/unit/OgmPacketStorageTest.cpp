@@ -69,6 +69,30 @@ TEST(OgmPacketStorageTest, LargePacketsOfAQueueThatHasBecomeShortKeepTheirBytes)
     }
 }
 
+TEST(OgmPacketStorageTest, WhateverIsQueuedKeepsItsBytesHoweverTheQueueGrowsAndShrinks) {
+    constexpr size_t kLongest = 1500;
+    PacketStorage storage;
+    std::deque<std::pair<uint32_t, ByteBuffer>> queue;
+    uint32_t random = 1;
+    bool isGrowing = true;
+    for (uint32_t i = 0; i < 30000; ++i) {
+        random = random * 1664525 + 1013904223;
+        const uint32_t choice = random >> 24;
+        if (queue.empty() || queue.size() > kLongest) {
+            isGrowing = queue.empty();
+        }
+        if ((choice < 200) == isGrowing) {
+            const size_t size = (random >> 8) % (choice % 4 == 0 ? 65026 : 3000);
+            queue.emplace_back(i, filledPacket(storage, size, i, queue.size()));
+            storage.giveBack(filledPacket(storage, size / 2, i, queue.size()));
+        } else if (!queue.empty()) {
+            const auto& [seed, packet] = queue.front();
+            ASSERT_EQ(bytesIn(packet), pattern(packet.size(), seed)) << i;
+            queue.pop_front();
+        }
+    }
+}
+
 TEST(OgmPacketStorageTest, ALonePacketTakesThePlaceOfTheOneBefore) {
     PacketStorage storage;
     const uint8_t* const place = storage.take(100, 0).data();
