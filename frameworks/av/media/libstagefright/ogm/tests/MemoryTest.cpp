@@ -173,6 +173,25 @@ TEST(MemoryTest, ATimeOrderedReadTakesNoMoreMemoryForALongerFile) {
     EXPECT_LE(other.peak, one.peak + static_cast<ptrdiff_t>(kBufferStep));
 }
 
+TEST(MemoryTest, AWaitingTrackWhoseFramesLieAcrossPacketsTakesLittleMoreThanItsBytes) {
+    const SilentLog silent;
+    Bytes stream;
+    for (uint32_t i = 0; i < 4000; ++i) {
+        MpegAudioFrame frame;
+        frame.seed = i;
+        append(stream, frame.bytes());
+    }
+    MemorySource source(videoAndMp3File(stream, 1000).bytes());
+    const CountedAllocations counted;
+    const Extractor extractor = openHere(source.table());
+    const auto video = extractor.startedTrack(0);
+    const auto audio = extractor.startedTrack(1);
+    while (video->read().hasBuffer) {
+    }
+    EXPECT_GT(allocationCounts().live, static_cast<ptrdiff_t>(stream.size())) << "not all waits";
+    EXPECT_LT(allocationCounts().peak, static_cast<ptrdiff_t>(stream.size() * 3 / 2));
+}
+
 /** Opens a file and reads all of it, with a few seeks; returns the largest request to the heap. */
 size_t largestRequest(const Bytes& bytes) {
     const SilentLog silent;

@@ -86,21 +86,10 @@ TEST_F(WaitingTrackTest, HoldsAccessUnitsWhoseFramesLieAcrossPackets) {
         units.push_back(unit.bytes());
         append(stream, units.back());
     }
-    OgmFile file;
-    file.addHeader(kVideo, VideoHeader());
-    AudioHeader mp3;
-    mp3.subtype = "0055";
-    mp3.samplesPerUnit = 44100;
-    file.addHeader(kAudio, mp3);
-    size_t pages = 0;
-    for (size_t start = 0; start < stream.size(); start += kPacketSize) {
-        ++pages;
-        file.addData(kVideo, pages, dataPacket(kSyncPacket, filled(100, 1)));
-        file.addData(kAudio, pages * 2800, audioPacket(head(tail(stream, start), kPacketSize)));
-    }
-    OpenedFile opened = openQuietly(file);
+    OpenedFile opened = openQuietly(videoAndMp3File(stream, kPacketSize));
     const auto audio = opened->startedTrack(kAudioTrack);
     const auto video = opened->startedTrack(kVideoTrack);
+    const size_t pages = (stream.size() + kPacketSize - 1) / kPacketSize;
     EXPECT_EQ(video->drain().size(), pages - kNeverHandedOut);
     const std::vector<ReadResult> results = audio->drain();
     ASSERT_GT(results.size(), kUnits - 10);

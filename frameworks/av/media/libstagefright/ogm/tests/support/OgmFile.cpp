@@ -93,4 +93,24 @@ OgmFile oneVideoOneAudioFile(const OneVideoOneAudio& content) {
     return file;
 }
 
+OgmFile videoAndMp3File(const Bytes& stream, size_t packetSize) {
+    constexpr uint32_t kVideo = 1;
+    constexpr uint32_t kAudio = 2;
+    constexpr uint64_t kSamplesPerPacket = 2800;
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    AudioHeader mp3;
+    mp3.subtype = "0055";
+    mp3.samplesPerUnit = 44100;
+    file.addHeader(kAudio, mp3);
+    uint64_t page = 0;
+    for (size_t start = 0; start < stream.size(); start += packetSize) {
+        ++page;
+        file.addData(kVideo, page, dataPacket(kSyncPacket, filled(100, 1)));
+        file.addData(kAudio, page * kSamplesPerPacket,
+                     audioPacket(head(tail(stream, start), packetSize)));
+    }
+    return file;
+}
+
 }  // namespace android::ogm::test

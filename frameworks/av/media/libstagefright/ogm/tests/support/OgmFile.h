@@ -73,4 +73,10 @@ struct OneVideoOneAudio {
  */
 OgmFile oneVideoOneAudioFile(const OneVideoOneAudio& content = {});
 
+/**
+ * A video page and a page of MP3 in turn. The audio packets have `packetSize` bytes of `stream`
+ * each, wherever its frames begin and end.
+ */
+OgmFile videoAndMp3File(const Bytes& stream, size_t packetSize);
+
 }  // namespace android::ogm::test
