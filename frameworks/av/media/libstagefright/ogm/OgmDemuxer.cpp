@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "OgmExtractor.h"
-#include "OgmPageFormat.h"
-#include "OgmWrap.h"
+#include "base/Wrap.h"
+#include "page/PageFormat.h"
 
 namespace android {
 

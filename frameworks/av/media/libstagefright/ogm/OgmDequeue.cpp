@@ -5,10 +5,10 @@
 #include <optional>
 
 #include "OgmExtractor.h"
-#include "OgmFrameType.h"
-#include "OgmPacketHeader.h"
-#include "OgmStreamTypes.h"
-#include "OgmWrap.h"
+#include "base/Wrap.h"
+#include "codec/FrameType.h"
+#include "packet/PacketHeader.h"
+#include "stream/StreamTypes.h"
 
 namespace android {
 

@@ -7,9 +7,9 @@
 
 #include <utility>
 
-#include "OgmMimeTypes.h"
-#include "OgmStreamTypes.h"
-#include "OgmWrap.h"
+#include "base/Wrap.h"
+#include "stream/MimeTypes.h"
+#include "stream/StreamTypes.h"
 
 namespace android {
 

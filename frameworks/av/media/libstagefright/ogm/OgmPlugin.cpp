@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "OgmExtractor.h"
-#include "OgmSniff.h"
+#include "page/Sniff.h"
 
 namespace android {
 

@@ -4,9 +4,9 @@
 #include <cstdio>
 
 #include "OgmExtractor.h"
-#include "OgmPcm.h"
-#include "OgmReadDecision.h"
-#include "OgmStreamTypes.h"
+#include "audio/Pcm.h"
+#include "packet/ReadDecision.h"
+#include "stream/StreamTypes.h"
 
 namespace android {
 

@@ -3,13 +3,13 @@
 
 #include <algorithm>
 
-#include "OgmBufferQueue.h"
-#include "OgmEsQueue.h"
 #include "OgmExtractor.h"
-#include "OgmFrameType.h"
-#include "OgmStreamTypes.h"
-#include "OgmTime.h"
-#include "OgmWrap.h"
+#include "audio/OgmBufferQueue.h"
+#include "audio/OgmEsQueue.h"
+#include "base/Time.h"
+#include "base/Wrap.h"
+#include "codec/FrameType.h"
+#include "stream/StreamTypes.h"
 
 namespace android {
 

@@ -3,9 +3,9 @@
 
 #include <cutils/properties.h>
 
-#include "OgmBufferQueue.h"
-#include "OgmEsQueue.h"
 #include "OgmExtractor.h"
+#include "audio/OgmBufferQueue.h"
+#include "audio/OgmEsQueue.h"
 
 namespace android {
 

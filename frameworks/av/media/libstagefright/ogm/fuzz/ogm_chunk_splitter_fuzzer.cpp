@@ -4,7 +4,7 @@
 
 #include "Ends.h"
 #include "InputReader.h"
-#include "Ogmavc_utils.h"
+#include "codec/Ogmavc_utils.h"
 
 using namespace android;
 using namespace android::ogm::fuzz;

@@ -14,10 +14,10 @@
 
 #include "Bytes.h"
 #include "Ends.h"
-#include "OgmByteBuffer.h"
 #include "OgmExtractor.h"
 #include "OgmFile.h"
 #include "ScriptedSource.h"
+#include "base/ByteBuffer.h"
 
 using namespace android;
 using namespace android::ogm::fuzz;

@@ -4,7 +4,7 @@
 
 #include "Ends.h"
 #include "InputReader.h"
-#include "OgmFrameType.h"
+#include "codec/FrameType.h"
 
 using namespace android;
 using namespace android::ogm::fuzz;

@@ -14,8 +14,8 @@
 
 #include "Ends.h"
 #include "OgmExtractor.h"
-#include "OgmPageFormat.h"
 #include "ScriptedSource.h"
+#include "page/PageFormat.h"
 
 using namespace android;
 using namespace android::ogm::fuzz;

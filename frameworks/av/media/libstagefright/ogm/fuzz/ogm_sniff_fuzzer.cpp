@@ -7,7 +7,7 @@
 
 #include "Ends.h"
 #include "InputReader.h"
-#include "OgmSniff.h"
+#include "page/Sniff.h"
 
 using namespace android::ogm::fuzz;
 

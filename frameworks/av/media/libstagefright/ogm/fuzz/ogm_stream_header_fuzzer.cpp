@@ -12,9 +12,9 @@
 
 #include "Ends.h"
 #include "OgmExtractor.h"
-#include "OgmStreamHeader.h"
-#include "OgmStreamTypes.h"
 #include "ScriptedSource.h"
+#include "stream/StreamHeader.h"
+#include "stream/StreamTypes.h"
 
 using namespace android;
 using namespace android::ogm::fuzz;

@@ -35,11 +35,11 @@
 #include <utility>
 #include <vector>
 
-#include "OgmByteBuffer.h"
-#include "OgmByteView.h"
-#include "OgmFifo.h"
-#include "OgmFormat.h"
-#include "OgmPacketStorage.h"
+#include "base/ByteBuffer.h"
+#include "base/ByteView.h"
+#include "base/Fifo.h"
+#include "base/Format.h"
+#include "base/PacketStorage.h"
 
 namespace android {
 

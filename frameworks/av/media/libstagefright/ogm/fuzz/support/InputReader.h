@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "OgmByteView.h"
+#include "base/ByteView.h"
 
 namespace android::ogm::fuzz {
 

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "OggPage.h"
-#include "OgmPageFormat.h"
+#include "page/PageFormat.h"
 
 namespace android::ogm::fuzz {
 

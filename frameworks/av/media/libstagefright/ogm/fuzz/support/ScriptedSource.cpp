@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "Ends.h"
-#include "Ogmavc_utils.h"
+#include "codec/Ogmavc_utils.h"
 
 namespace android::ogm::fuzz {
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <limits>
 
-#include "OgmWrap.h"
+#include "base/Wrap.h"
 
 namespace android::ogm::fuzz {
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-#include "OgmPageFormat.h"
+#include "page/PageFormat.h"
 
 namespace android::ogm::fuzz {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "OgmFormat.h"
+#include "base/Format.h"
 
 namespace android::ogm::fuzz {
 

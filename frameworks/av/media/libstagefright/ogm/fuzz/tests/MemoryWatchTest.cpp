@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Ends.h"
-#include "OgmFifo.h"
+#include "base/Fifo.h"
 
 namespace android::ogm::fuzz {
 namespace {

@@ -4,9 +4,9 @@
 #include <memory>
 #include <utility>
 
-#include "OgmBufferQueue.h"
-#include "OgmEsQueue.h"
 #include "PrivateMember.h"
+#include "audio/OgmBufferQueue.h"
+#include "audio/OgmEsQueue.h"
 
 namespace android::ogm::test {
 namespace {

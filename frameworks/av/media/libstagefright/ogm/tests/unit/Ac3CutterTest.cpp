@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ChildProcess.h"
 #include "ElementaryStreams.h"
-#include "OgmCutters.h"
 #include "Pieces.h"
 #include "ReferenceCutter.h"
 #include "TrackDriver.h"
+#include "audio/Cutters.h"
 
 namespace android::ogm::test {
 namespace {

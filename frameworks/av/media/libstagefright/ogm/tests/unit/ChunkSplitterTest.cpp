@@ -5,7 +5,7 @@
 
 #include "Bytes.h"
 #include "ChildProcess.h"
-#include "Ogmavc_utils.h"
+#include "codec/Ogmavc_utils.h"
 
 namespace android::ogm::test {
 namespace {

@@ -5,8 +5,8 @@
 #include "ElementaryStreams.h"
 #include "Format.h"
 #include "OgmFile.h"
-#include "OgmMimeTypes.h"
 #include "TrackDriver.h"
+#include "stream/MimeTypes.h"
 
 namespace android::ogm::test {
 namespace {

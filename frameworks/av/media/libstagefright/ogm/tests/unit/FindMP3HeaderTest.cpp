@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Ogmavc_utils.h"
 #include "TrackDriver.h"
+#include "codec/Ogmavc_utils.h"
 
 namespace android::ogm::test {
 namespace {

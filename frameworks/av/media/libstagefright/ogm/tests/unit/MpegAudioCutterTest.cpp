@@ -4,11 +4,11 @@
 #include "ChildProcess.h"
 #include "ElementaryStreams.h"
 #include "Format.h"
-#include "OgmCutters.h"
-#include "OgmMimeTypes.h"
 #include "Pieces.h"
 #include "ReferenceCutter.h"
 #include "TrackDriver.h"
+#include "audio/Cutters.h"
+#include "stream/MimeTypes.h"
 
 namespace android::ogm::test {
 namespace {

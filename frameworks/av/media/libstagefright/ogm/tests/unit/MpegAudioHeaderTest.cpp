@@ -3,8 +3,8 @@
 #include <tuple>
 
 #include "ElementaryStreams.h"
-#include "Ogmavc_utils.h"
 #include "TrackDriver.h"
+#include "codec/Ogmavc_utils.h"
 
 namespace android::ogm::test {
 namespace {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmEsQueueTest"
-#include "OgmEsQueue.h"
+#include "audio/OgmEsQueue.h"
 
 #include <gtest/gtest.h>
 

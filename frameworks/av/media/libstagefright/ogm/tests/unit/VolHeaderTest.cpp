@@ -8,7 +8,7 @@
 #include "BitWriter.h"
 #include "ChildProcess.h"
 #include "ElementaryStreams.h"
-#include "Ogmavc_utils.h"
+#include "codec/Ogmavc_utils.h"
 
 namespace android::ogm::test {
 namespace {

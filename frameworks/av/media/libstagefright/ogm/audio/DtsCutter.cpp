@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+#define LOG_TAG "OgmExtractor"
+
+#include <algorithm>
+#include <optional>
+
+#include "OgmExtractor.h"
+#include "audio/Cutters.h"
+#include "base/Assert.h"
+
+namespace android {
+
+using ogm::ByteView;
+
+namespace {
+
+// Sync words of ETSI TS 102 114, as four bytes read little-endian.
+constexpr uint32_t kCore16 = 0x0180FE7F;
+constexpr uint32_t kSubstream = 0x25205864;
+constexpr uint32_t kCore14 = 0x00E8FF1F;
+
+constexpr size_t kSyncWordSize = 4;
+
+/** As many bytes as a sync word needs to be seen. */
+constexpr size_t kSyncAndNext = kSyncWordSize + 1;
+constexpr size_t kMinFrameAndSync = 6;
+
+constexpr bool isSync(uint32_t word) {
+    return word == kCore16 || word == kSubstream || word == kCore14;
+}
+
+}  // namespace
+
+std::optional<size_t> ogm::findDtsStart(ByteView data) {
+    for (size_t position = 0; position + 1 < data.size(); ++position) {
+        const uint32_t word = data.u32le(position);
+        if (word == kCore16 || word == kSubstream) {
+            return position;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<size_t> ogm::findDtsSync(ByteView data, size_t from) {
+    uint32_t word = data.u32le(from);
+    for (size_t position = from; position + kSyncWordSize < data.size(); ++position) {
+        if (isSync(word)) {
+            return position;
+        }
+        word = word >> 8 | uint32_t{data[position + kSyncWordSize]} << 24;
+    }
+    return std::nullopt;
+}
+
+/**
+ * The first sync word at or after `from`. Each byte is looked at once, however often bytes are
+ * added before a sync word comes.
+ */
+std::optional<size_t> OgmTrack::findNextDtsSync(size_t from) {
+    const ByteView data = mPacketBuff.view();
+    const size_t start = std::max(from, mSearched);
+    const std::optional<size_t> found = ogm::findDtsSync(data, start);
+    if (!found && data.size() > kSyncWordSize) {
+        mSearched = std::max(start, data.size() - kSyncWordSize);
+    }
+    return found;
+}
+
+std::optional<AccessUnit> OgmTrack::dequeueAccessUnitDTS() {
+    const bool startsWithSync =
+            ogm::findDtsSync(mPacketBuff.view().first(kSyncAndNext), 0).has_value();
+    const std::optional<size_t> offset = startsWithSync ? 0 : findNextDtsSync(1);
+    if (!offset) {
+        return std::nullopt;
+    }
+    if (*offset > 0) {
+        // The bytes in front of a frame are charged to nobody, and their time goes with them.
+        dropBuffered(*offset);
+        (void)fetchTimestamp(*offset);
+    }
+    if (mPacketBuff.size() < kMinFrameAndSync) {
+        return std::nullopt;
+    }
+    // No field tells the size of a frame here: it ends where the next one begins.
+    const std::optional<size_t> size = findNextDtsSync(1);
+    if (!size) {
+        return std::nullopt;
+    }
+    AccessUnit unit{takeFrame(0, *size)};
+    unit.timeUs = fetchTimestamp(*size);
+    OGM_CHECK_VALUES(unit.timeUs >= 0,
+                     OGM_SOURCES "OgmExtractor:783 CHECK_GE( timeUs,0ll) failed: ", unit.timeUs, 0);
+    return unit;
+}
+
+}  // namespace android

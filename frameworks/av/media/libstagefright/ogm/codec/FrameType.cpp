@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: Apache-2.0
+#define LOG_TAG "OgmExtractor"
+
+#include "codec/FrameType.h"
+
+#include <log/log.h>
+
+#include <optional>
+
+namespace android::ogm {
+
+namespace {
+
+constexpr uint8_t kPictureStartCode = 0x00;  // MPEG-1 and MPEG-2
+constexpr uint8_t kVopStartCode = 0xB6;      // MPEG-4
+
+/** The place behind the first start code 00 00 01 `code`; at least one byte follows it. */
+std::optional<size_t> findBehindStartCode(ByteView packet, uint8_t code) {
+    // Looked for by its 01, as zeros are frequent in headers.
+    std::optional<size_t> one = packet.find(1, 2);
+    while (one) {
+        const size_t behind = *one + 2;
+        if (behind >= packet.size()) {
+            return std::nullopt;
+        }
+        if (packet[*one - 2] == 0 && packet[*one - 1] == 0 && packet[*one + 1] == code) {
+            return behind;
+        }
+        one = packet.find(1, *one + 1);
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+int32_t mpeg4FrameType(ByteView packet) {
+    const std::optional<size_t> vop = findBehindStartCode(packet, kVopStartCode);
+    if (!vop) {
+        ALOGI("can't find MPEG4 frame type from packet data:"
+              "%2X %2X %2X %2X %2X %2X %2X %2X ",
+              packet[0], packet[1], packet[2], packet[3], packet[4], packet[5], packet[6],
+              packet[7]);
+        return kUnknownFrame;
+    }
+    constexpr int32_t kByVopCodingType[] = {kIntraFrame, kPredictedFrame, kBidirectionalFrame,
+                                            kUnknownFrame};
+    const int32_t type = kByVopCodingType[packet[*vop] >> 6];
+    if (type == kUnknownFrame) {
+        ALOGI("UNKNOW frame type!");
+    }
+    return type;
+}
+
+int32_t mpegFrameType(ByteView packet) {
+    const std::optional<size_t> picture = findBehindStartCode(packet, kPictureStartCode);
+    if (!picture) {
+        return kUnknownFrame;
+    }
+    // temporal_reference takes the first byte and two bits of the second.
+    constexpr int32_t kByPictureCodingType[] = {kUnknownFrame,       kIntraFrame,   kPredictedFrame,
+                                                kBidirectionalFrame, kUnknownFrame, kUnknownFrame,
+                                                kUnknownFrame,       kUnknownFrame};
+    return kByPictureCodingType[packet[*picture + 1] >> 3 & 7];
+}
+
+}  // namespace android::ogm

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "base/Fifo.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <vector>
+
+namespace android::ogm::test {
+namespace {
+
+TEST(FifoTest, ANewOneIsEmpty) {
+    const Fifo<int> fifo;
+    EXPECT_TRUE(fifo.empty());
+    EXPECT_EQ(fifo.size(), 0u);
+}
+
+TEST(FifoTest, HoldsWhatADequeHoldsWhateverIsPushedAndPopped) {
+    Fifo<uint32_t> fifo;
+    std::deque<uint32_t> model;
+    uint32_t random = 1;
+    for (uint32_t i = 0; i < 20000; ++i) {
+        random = random * 1664525 + 1013904223;
+        // Grows and shrinks in turn, again and again down to nothing.
+        const bool isGrowing = i / 500 % 2 == 0;
+        if (model.empty() || (random >> 24 < 160) == isGrowing) {
+            fifo.push_back(uint32_t{i});
+            model.push_back(i);
+        } else {
+            fifo.pop_front();
+            model.pop_front();
+        }
+        ASSERT_EQ(fifo.size(), model.size());
+        ASSERT_EQ(fifo.empty(), model.empty());
+        if (!model.empty()) {
+            ASSERT_EQ(fifo.front(), model.front());
+            ASSERT_EQ(fifo.back(), model.back());
+            const size_t index = (random >> 8) % model.size();
+            ASSERT_EQ(fifo[index], model[index]);
+        }
+    }
+}
+
+TEST(FifoTest, ItemsStayInPlace) {
+    Fifo<int> fifo;
+    std::vector<const int*> places;
+    for (int i = 0; i < 1000; ++i) {
+        fifo.push_back(int{i});
+        places.push_back(&fifo.back());
+    }
+    for (const int* place : places) {
+        ASSERT_EQ(&fifo.front(), place);
+        fifo.pop_front();
+    }
+}
+
+TEST(FifoTest, AnItemEndsWhenItIsPopped) {
+    const auto item = std::make_shared<int>(1);
+    Fifo<std::shared_ptr<int>> fifo;
+    fifo.push_back(std::shared_ptr<int>(item));
+    fifo.push_back(std::shared_ptr<int>(item));
+    EXPECT_EQ(item.use_count(), 3);
+    fifo.pop_front();
+    EXPECT_EQ(item.use_count(), 2);
+}
+
+TEST(FifoTest, ClearingEndsAllItemsAndLeavesAUsableQueue) {
+    const auto item = std::make_shared<int>(1);
+    Fifo<std::shared_ptr<int>> fifo;
+    for (int i = 0; i < 100; ++i) {
+        fifo.push_back(std::shared_ptr<int>(item));
+    }
+    fifo.clear();
+    EXPECT_TRUE(fifo.empty());
+    EXPECT_EQ(item.use_count(), 1);
+    fifo.push_back(std::shared_ptr<int>(item));
+    EXPECT_EQ(fifo.front(), item);
+}
+
+TEST(FifoTest, ItsEndEndsAllItemsHoweverMany) {
+    constexpr int kManyMoreThanTheStackCouldNest = 10000000;
+    const auto item = std::make_shared<int>(1);
+    {
+        Fifo<std::shared_ptr<int>> fifo;
+        for (int i = 0; i < kManyMoreThanTheStackCouldNest; ++i) {
+            fifo.push_back(std::shared_ptr<int>(item));
+        }
+    }
+    EXPECT_EQ(item.use_count(), 1);
+}
+
+}  // namespace
+}  // namespace android::ogm::test

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "base/PacketStorage.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <memory>
+#include <utility>
+
+#include "Bytes.h"
+
+namespace android::ogm::test {
+namespace {
+
+constexpr size_t kShortQueue = 10;
+
+ByteBuffer filledPacket(PacketStorage& storage, size_t size, uint32_t seed, size_t queued) {
+    ByteBuffer packet = storage.take(size, queued);
+    const Bytes bytes = pattern(size, seed);
+    std::copy(bytes.begin(), bytes.end(), packet.data());
+    return packet;
+}
+
+Bytes bytesIn(const ByteBuffer& buffer) {
+    const ByteView view = buffer.view();
+    return Bytes(view.data(), view.data() + view.size());
+}
+
+TEST(PacketStorageTest, PacketsInAQueueKeepTheirBytes) {
+    PacketStorage storage;
+    std::deque<ByteBuffer> queue;
+    for (uint32_t i = 0; i < 2000; ++i) {
+        queue.push_back(filledPacket(storage, i * 37 % 20000, i, queue.size()));
+        if (queue.size() > kShortQueue) {
+            ASSERT_EQ(bytesIn(queue.front()), pattern(queue.front().size(), i - kShortQueue)) << i;
+            queue.pop_front();
+        }
+    }
+}
+
+TEST(PacketStorageTest, PacketsInALongQueueKeepTheirBytes) {
+    constexpr uint32_t kPackets = 2000;  // several times what a queue holds before large pages
+    const auto sizeOf = [](uint32_t number) { return size_t{number} * 37 % 65025; };
+    PacketStorage storage;
+    std::deque<ByteBuffer> queue;
+    for (uint32_t i = 0; i < kPackets; ++i) {
+        queue.push_back(filledPacket(storage, sizeOf(i), i, queue.size()));
+    }
+    for (uint32_t i = 0; i < kPackets; ++i) {
+        ASSERT_EQ(bytesIn(queue[i]), pattern(sizeOf(i), i)) << i;
+    }
+}
+
+TEST(PacketStorageTest, LargePacketsOfAQueueThatHasBecomeShortKeepTheirBytes) {
+    PacketStorage storage;
+    std::deque<ByteBuffer> queue;
+    for (uint32_t i = 0; i < 2000; ++i) {
+        queue.push_back(storage.take(3001, queue.size()));
+    }
+    queue.clear();
+    for (uint32_t i = 0; i < 200; ++i) {
+        const size_t size = i % 2 == 0 ? 65025 : 100;
+        queue.push_back(filledPacket(storage, size, i, queue.size()));
+        if (queue.size() > kShortQueue) {
+            ASSERT_EQ(bytesIn(queue.front()), pattern(queue.front().size(), i - kShortQueue)) << i;
+            queue.pop_front();
+        }
+    }
+}
+
+TEST(PacketStorageTest, WhateverIsQueuedKeepsItsBytesHoweverTheQueueGrowsAndShrinks) {
+    constexpr size_t kLongest = 1500;
+    PacketStorage storage;
+    std::deque<std::pair<uint32_t, ByteBuffer>> queue;
+    uint32_t random = 1;
+    bool isGrowing = true;
+    for (uint32_t i = 0; i < 30000; ++i) {
+        random = random * 1664525 + 1013904223;
+        const uint32_t choice = random >> 24;
+        if (queue.empty() || queue.size() > kLongest) {
+            isGrowing = queue.empty();
+        }
+        if ((choice < 200) == isGrowing) {
+            const size_t size = (random >> 8) % (choice % 4 == 0 ? 65026 : 3000);
+            queue.emplace_back(i, filledPacket(storage, size, i, queue.size()));
+            storage.giveBack(filledPacket(storage, size / 2, i, queue.size()));
+        } else if (!queue.empty()) {
+            const auto& [seed, packet] = queue.front();
+            ASSERT_EQ(bytesIn(packet), pattern(packet.size(), seed)) << i;
+            queue.pop_front();
+        }
+    }
+}
+
+TEST(PacketStorageTest, ALonePacketTakesThePlaceOfTheOneBefore) {
+    PacketStorage storage;
+    const uint8_t* const place = storage.take(100, 0).data();
+    for (size_t size = 1; size < 1000; ++size) {
+        ASSERT_EQ(storage.take(size, 0).data(), place) << size;
+    }
+}
+
+TEST(PacketStorageTest, TheNextPacketTakesThePlaceOfOneThatIsGivenBack) {
+    PacketStorage storage;
+    const ByteBuffer queued = filledPacket(storage, 100, 1, 0);
+    ByteBuffer packet = storage.take(200, 1);
+    const uint8_t* const place = packet.data();
+    packet.dropFront(7);
+    storage.giveBack(std::move(packet));
+    EXPECT_EQ(storage.take(300, 1).data(), place);
+    EXPECT_EQ(bytesIn(queued), pattern(100, 1));
+}
+
+TEST(PacketStorageTest, GivingBackWhatLiesElsewhereChangesNothing) {
+    PacketStorage storage;
+    const ByteBuffer first = filledPacket(storage, 100, 1, 0);
+    ByteBuffer moved = storage.take(100, 1);
+    const ByteBuffer queued(std::move(moved));
+    storage.giveBack(std::move(moved));  // NOLINT(bugprone-use-after-move): it is what is tested
+    storage.giveBack(ByteBuffer(100));
+    const ByteBuffer next = filledPacket(storage, 100, 3, 2);
+    EXPECT_NE(next.view().data(), queued.view().data());
+    EXPECT_EQ(bytesIn(first), pattern(100, 1));
+}
+
+TEST(PacketStorageTest, APacketOfMoreThanALargePageKeepsItsBytes) {
+    constexpr size_t kLargerThanALargePage = 3000000;
+    PacketStorage storage;
+    std::deque<ByteBuffer> queue;
+    for (uint32_t i = 0; i < 2000; ++i) {
+        queue.push_back(storage.take(3001, queue.size()));
+    }
+    const ByteBuffer large = filledPacket(storage, kLargerThanALargePage, 1, queue.size());
+    EXPECT_EQ(bytesIn(large), pattern(kLargerThanALargePage, 1));
+}
+
+TEST(PacketStorageTest, APacketOfNoBytesHasAnAddressToReadTo) {
+    PacketStorage storage;
+    EXPECT_NE(storage.take(0, 0).data(), nullptr);
+}
+
+TEST(PacketStorageTest, APacketThatGrowsLeavesItsNeighboursAlone) {
+    PacketStorage storage;
+    ByteBuffer first = filledPacket(storage, 5, 1, 0);
+    const ByteBuffer second = filledPacket(storage, 50, 2, 1);
+    const Bytes more = pattern(100, 3);
+    first.append({more.data(), more.size()});
+    EXPECT_EQ(bytesIn(first), joined({pattern(5, 1), more}));
+    EXPECT_EQ(bytesIn(second), pattern(50, 2));
+}
+
+TEST(PacketStorageTest, APacketOutlivesItsStorage) {
+    auto storage = std::make_unique<PacketStorage>();
+    const ByteBuffer packet = filledPacket(*storage, 100, 1, 0);
+    storage.reset();
+    EXPECT_EQ(bytesIn(packet), pattern(100, 1));
+}
+
+}  // namespace
+}  // namespace android::ogm::test
