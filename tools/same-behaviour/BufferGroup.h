@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <media/MediaExtractorPluginApi.h>
+#include <media/NdkMediaFormat.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace android::ogm::trace {
+
+/** When a group has no buffer to give although it could. */
+struct GroupFault {
+    /** The first acquisition that is refused, from 0 on. */
+    size_t first = 0;
+    size_t count = 0;
+};
+
+/** A buffer as the framework lends it; everything done with it is recorded. */
+class Buffer {
+  public:
+    Buffer(std::string name, size_t capacity);
+    Buffer(const Buffer&) = delete;
+    Buffer& operator=(const Buffer&) = delete;
+
+    CMediaBuffer* table() { return &mTable; }
+    const std::string& name() const { return mName; }
+    size_t capacity() const { return mBytes.size(); }
+    bool isFree() const { return !mLent; }
+    void lend();
+
+  private:
+    friend class BufferTable;
+
+    CMediaBuffer mTable;
+    const std::string mName;
+    std::vector<uint8_t> mBytes;
+    AMediaFormat* const mFormat;
+    size_t mRangeOffset = 0;
+    size_t mRangeLength = 0;
+    bool mLent = false;
+};
+
+/** The buffer that a table of this program belongs to. */
+Buffer* bufferOf(CMediaBuffer* table);
+/** Range, entries and bytes of a lent buffer. Records nothing by itself. */
+std::string describe(const Buffer& buffer);
+const AMediaFormat* formatOf(const Buffer& buffer);
+/** Gives a buffer back, as its last user. */
+void giveBack(Buffer* buffer);
+
+/**
+ * A group that chooses its buffers as the framework's does: the first free one that is large
+ * enough, else a new one of 3/2 of the size in place of the smallest free one, else one more. Its
+ * buffers stay where they are in memory until the process ends.
+ */
+class BufferGroup {
+  public:
+    BufferGroup(std::string name, const GroupFault& fault);
+    BufferGroup(const BufferGroup&) = delete;
+    BufferGroup& operator=(const BufferGroup&) = delete;
+
+    CMediaBufferGroup* table() { return &mTable; }
+
+  private:
+    bool init(size_t buffers, size_t bufferSize, size_t growthLimit);
+    void add(size_t size);
+    media_status_t acquire(CMediaBuffer** buffer, bool nonBlocking, size_t size);
+    bool hasBuffers() const;
+    Buffer* findOrMake(size_t size);
+    Buffer* smallestFreeBelow(size_t size);
+    Buffer* make(size_t size);
+    size_t largest() const;
+
+    CMediaBufferGroup mTable;
+    const std::string mName;
+    const GroupFault mFault;
+    size_t mGrowthLimit = 0;
+    size_t mMade = 0;
+    size_t mAcquisitions = 0;
+    std::vector<Buffer*> mBuffers;
+    std::vector<std::unique_ptr<Buffer>> mStore;
+};
+
+}  // namespace android::ogm::trace

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <media/MediaExtractorPluginApi.h>
+
+#include <array>
+#include <memory>
+#include <vector>
+
+#include "BufferGroup.h"
+#include "Plan.h"
+#include "Source.h"
+
+namespace android::ogm::trace {
+
+/** A track as the framework holds it. Each call and what it gives is recorded. */
+class PlayedTrack {
+  public:
+    PlayedTrack(CMediaTrack* track, std::string name, const GroupFault& groupFault);
+    PlayedTrack(const PlayedTrack&) = delete;
+    PlayedTrack& operator=(const PlayedTrack&) = delete;
+
+    void start();
+    void stop();
+    void getFormat(bool isNull);
+    void askNonBlocking();
+    /** The buffer, or null for none. */
+    Buffer* read(uint32_t options, int64_t timeUs);
+    void keep(Buffer* buffer) { mKept.push_back(buffer); }
+    void releaseKept();
+    void free();
+
+    bool isStarted() const { return mStarted; }
+    size_t keptCount() const { return mKept.size(); }
+
+  private:
+    CMediaTrack* const mTrack;
+    const std::string mName;
+    BufferGroup mGroup;
+    std::vector<Buffer*> mKept;
+    bool mStarted = false;
+};
+
+/** Plays the framework's part in a session, and records it. */
+class Player {
+  public:
+    Player(GetExtractorDef entry, const Plan& plan);
+
+    /** All steps; whatever is open then is freed. */
+    void play();
+
+  private:
+    static constexpr size_t kSlots = 8;
+
+    void perform(const Step& step);
+    void performOnFile(const Step& step);
+    void performOnTrack(const Step& step, PlayedTrack* track);
+
+    void recordDefinition() const;
+    CreatorFunc sniff(CDataSource* source) const;
+    CreatorFunc creator() const;
+    void open();
+    void fileFormat();
+    void trackFormat(size_t index, uint32_t flags, bool isNull);
+    void getTrack(size_t index);
+    void freeSlot(size_t slot);
+    void freeExtractor();
+    void close();
+    void readRun(PlayedTrack* track, const Step& step);
+    void playerSeek(const Step& step);
+    void drain(size_t rounds);
+    int64_t timeOf(const Step& step) const;
+
+    const ExtractorDef mDefinition;
+    const Plan& mPlan;
+    Source mSource;
+    CMediaExtractor* mExtractor = nullptr;
+    int64_t mDurationUs = 0;
+    size_t mTracksMade = 0;
+    size_t mNextSlot = 0;
+    std::array<PlayedTrack*, kSlots> mSlots{};
+    /** Freed tracks too: their groups and buffers stay where they are. */
+    std::vector<std::unique_ptr<PlayedTrack>> mTracks;
+};
+
+}  // namespace android::ogm::trace

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "PlanList.h"
+#include "Record.h"
+
+namespace android::ogm::trace {
+
+/** What is kept of a session. */
+struct Digest {
+    uint64_t digest;
+    uint64_t events;
+
+    bool operator==(const Digest& other) const {
+        return digest == other.digest && events == other.events;
+    }
+};
+
+struct RunSettings {
+    Kinds leftOut = 0;
+    uint64_t maxEvents = 0;
+    size_t jobs = 1;
+};
+
+/**
+ * Plays sessions with a plug-in, each in a process of its own: whatever happens in it is its
+ * record. The plug-in is loaded in a process of its own too, so that several may be run one after
+ * the other, each with the platform's libraries that lie beside it.
+ */
+class Runner {
+  public:
+    Runner(std::string plugin, const PlanList& plans, const RunSettings& settings);
+
+    std::vector<Digest> digests() const;
+    /** The whole record of a session, a line an event. */
+    std::vector<std::string> lines(size_t session) const;
+
+  private:
+    const std::string mPlugin;
+    const PlanList& mPlans;
+    const RunSettings mSettings;
+};
+
+}  // namespace android::ogm::trace

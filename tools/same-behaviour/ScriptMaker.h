@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "Plan.h"
+#include "Random.h"
+
+namespace android::ogm::trace {
+
+/** What a session dwells on. */
+enum class Theme {
+    kMixed,
+    kSeeks,
+    kStops,
+    /** Tracks that were stopped and started again are freed, and the others are read. */
+    kFreedAfterRestart,
+    /** The extractor is freed before its tracks, all of them stopped. */
+    kExtractorFirst,
+    /** One track is read while another, which is made or started, waits. */
+    kWaitingTrack,
+    kHeldBuffers,
+    /** The sniff and the file's and tracks' formats alone. */
+    kFormats,
+};
+inline constexpr size_t kThemes = 8;
+
+std::string_view nameOf(Theme theme);
+
+std::vector<Step> randomScript(Random* random, Theme theme);
+/** Opens the file, reads all tracks to their ends, seeks, and reads on. */
+std::vector<Step> playerScript();
+/** The calls of a fuzz target's input. */
+std::vector<Step> scriptOf(const fuzz::SessionInput& input);
+
+}  // namespace android::ogm::trace
