@@ -27,7 +27,7 @@ class PageWriter {
         for (const Bytes& packet : stream.packets) {
             addSegments(packet);
         }
-        constexpr size_t kMostSegments[] = {1, 3, 12, 60, 250};
+        constexpr size_t kMostSegments[] = {1, 2, 3, 5, 8, 8, 15, 40, 250};
         mMostSegments = random->oneOf(kMostSegments);
         mOddGranules = random->oneIn(6);
     }
@@ -93,21 +93,21 @@ StreamSize streamSize(Random* random, FileSize size, bool isFirst) {
             return isFirst ? StreamSize{random->between(300, 900), random->between(4000, 20000)}
                            : StreamSize{random->between(20, 60), 400};
         default:
-            return {random->oneIn(10) ? random->below(12) : random->between(12, 120),
+            return {random->oneIn(12) ? random->below(12) : random->between(40, 250),
                     random->oneIn(4) ? random->between(600, 3000) : 500};
     }
 }
 
 std::vector<Stream> randomStreams(Random* random, FileSize size) {
     std::vector<Stream> streams;
-    const size_t count = random->oneIn(25) ? 0 : random->between(1, random->oneIn(4) ? 5 : 2);
+    const size_t count = random->oneIn(50) ? 0 : random->between(1, random->oneIn(4) ? 5 : 3);
     for (size_t i = 0; i < count; ++i) {
         const bool isTwin = i > 0 && random->oneIn(15);
         const uint32_t serialNo =
                 isTwin ? streams.front().serialNo
                        : static_cast<uint32_t>(random->oneIn(10) ? random->bits() : i);
         const StreamSize wanted = streamSize(random, size, i == 0);
-        if (random->oneIn(12)) {
+        if (random->oneIn(i == 0 ? 40 : 12)) {
             streams.push_back(otherStream(random, serialNo, wanted));
         } else if (i == 0 ? !random->oneIn(3) : random->oneIn(5)) {
             streams.push_back(videoStream(random, serialNo, wanted));
@@ -120,7 +120,7 @@ std::vector<Stream> randomStreams(Random* random, FileSize size) {
 
 void addHeaders(Random* random, const std::vector<Stream>& streams, test::OgmFile* file) {
     for (const Stream& stream : streams) {
-        if (random->oneIn(60)) {
+        if (random->oneIn(150)) {
             file->addJunk(random->below(50));
         }
         file->addHeader(stream.serialNo, stream.header);
@@ -152,7 +152,7 @@ size_t nextWriter(Random* random, const std::vector<PageWriter>& writers) {
 Bytes randomFile(Random* random, FileSize size) {
     const std::vector<Stream> streams = randomStreams(random, size);
     test::OgmFile file;
-    if (random->oneIn(15)) {
+    if (random->oneIn(40)) {
         file.addJunk(random->below(300));
     }
     addHeaders(random, streams, &file);

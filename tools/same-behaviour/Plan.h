@@ -63,6 +63,9 @@ enum class Action : uint8_t {
     kFreeExtractor,
 };
 
+/** From here on a step's slot counts those that hold a track, and begins anew behind the last. */
+inline constexpr size_t kAnySlot = 8;
+
 struct Step {
     Action action = Action::kSniff;
     size_t slot = 0;

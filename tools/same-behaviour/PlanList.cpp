@@ -61,8 +61,8 @@ std::vector<fuzz::Fault> someFaults(Random* random) {
     for (size_t i = random->between(1, 3); i > 0; --i) {
         fuzz::Fault fault;
         fault.kind = static_cast<fuzz::FaultKind>(random->below(fuzz::kFaultKinds));
-        fault.firstRead = static_cast<uint16_t>(random->below(random->oneIn(3) ? 60000 : 800));
-        fault.count = static_cast<uint8_t>(random->oneIn(6) ? 0 : random->between(1, 4));
+        fault.firstRead = static_cast<uint16_t>(random->below(random->oneIn(3) ? 60000 : 3000));
+        fault.count = static_cast<uint8_t>(random->oneIn(12) ? 0 : random->between(1, 4));
         faults.push_back(fault);
     }
     return faults;
@@ -78,8 +78,8 @@ Theme randomTheme(Random* random) {
 
 /** The beginning of a sample, which may be all of it. */
 Bytes beginningOf(Random* random, const Bytes& sample) {
-    constexpr size_t kShort = 120000;
-    return random->oneIn(6) ? sample : test::head(sample, random->between(5000, kShort));
+    constexpr size_t kShort = 200000;
+    return random->oneIn(6) ? sample : test::head(sample, random->between(40000, kShort));
 }
 
 void addFaults(Random* random, Plan* plan) {

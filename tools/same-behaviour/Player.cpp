@@ -54,7 +54,7 @@ void Player::perform(const Step& step) {
             open();
             return;
         case Action::kFreeTrack:
-            freeSlot(step.slot);
+            freeSlot(slotOf(step));
             return;
         default:
             break;
@@ -63,12 +63,25 @@ void Player::perform(const Step& step) {
         return;
     }
     if (step.action >= Action::kStart && step.action < Action::kPlayerSeek) {
-        if (PlayedTrack* const track = mSlots[step.slot]) {
+        if (PlayedTrack* const track = mSlots[slotOf(step)]) {
             performOnTrack(step, track);
         }
         return;
     }
     performOnFile(step);
+}
+
+size_t Player::slotOf(const Step& step) const {
+    if (step.slot < kAnySlot) {
+        return step.slot;
+    }
+    std::vector<size_t> used;
+    for (size_t slot = 0; slot < kSlots; ++slot) {
+        if (mSlots[slot] != nullptr) {
+            used.push_back(slot);
+        }
+    }
+    return used.empty() ? 0 : used[(step.slot - kAnySlot) % used.size()];
 }
 
 void Player::performOnFile(const Step& step) {

@@ -50,10 +50,12 @@ class Player {
     void play();
 
   private:
-    static constexpr size_t kSlots = 8;
+    static constexpr size_t kSlots = kAnySlot;
 
     void perform(const Step& step);
     void performOnFile(const Step& step);
+    /** The slot that a step means; one without track where there is none. */
+    size_t slotOf(const Step& step) const;
     void performOnTrack(const Step& step, PlayedTrack* track);
 
     void recordDefinition() const;

@@ -14,28 +14,31 @@ constexpr std::string_view kThemeNames[] = {
         "mixed calls",     "seeks",         "stops",        "freed after a restart",
         "extractor first", "waiting track", "held buffers", "formats"};
 
-constexpr size_t kSlots = 8;
 constexpr size_t kUsedSlots = 4;
 constexpr size_t kEndless = 100000;
 
-/** Seek times that fuzz::seekTimeUs knows by the upper two bits. */
+/** Seek times as fuzz::seekTimeUs knows them by the upper two bits; most lie within short files. */
 uint16_t randomTime(Random* random) {
-    constexpr unsigned kMilliseconds = 1U << 14;
-    constexpr unsigned kAroundTheEnd = 2U << 14;
-    constexpr unsigned kOdd = 3U << 14;
-    constexpr unsigned kMiddle = 1U << 13;
-    switch (random->below(8)) {
+    constexpr size_t kMilliseconds = size_t{1} << 14;
+    constexpr size_t kAroundTheEnd = size_t{2} << 14;
+    constexpr size_t kOdd = size_t{3} << 14;
+    constexpr size_t kMiddle = size_t{1} << 13;
+    constexpr size_t kTenthsOfAMinute = 600;
+    constexpr size_t kTenthsOfASecond = 80;
+    switch (random->below(9)) {
         case 0:
             return static_cast<uint16_t>(kOdd + random->below(8));
         case 1:
             return static_cast<uint16_t>(kAroundTheEnd + kMiddle - 3000 + random->below(6000));
         case 2:
         case 3:
-            return static_cast<uint16_t>(kMilliseconds + random->below(1 << 14));
+            return static_cast<uint16_t>(kMilliseconds + random->below(8000));
         case 4:
-            return static_cast<uint16_t>(random->below(1 << 14));
+            return static_cast<uint16_t>(random->below(random->oneIn(3) ? 1U << 14 : 1000));
+        case 5:
+            return static_cast<uint16_t>(random->below(kTenthsOfAMinute));
         default:
-            return static_cast<uint16_t>(random->below(300));
+            return static_cast<uint16_t>(random->below(kTenthsOfASecond));
     }
 }
 
@@ -45,7 +48,7 @@ uint32_t randomSeek(Random* random) {
 }
 
 size_t randomSlot(Random* random) {
-    return random->oneIn(3) ? 0 : random->below(kUsedSlots);
+    return kAnySlot + random->below(kUsedSlots);
 }
 
 size_t randomIndex(Random* random) {
@@ -72,13 +75,11 @@ constexpr Weight kStops[] = {
 constexpr Weight kHeld[] = {{Action::kReadAndKeep, 40}, {Action::kReleaseKept, 2},
                             {Action::kRead, 10},        {Action::kPlayerSeek, 3},
                             {Action::kStop, 2},         {Action::kStart, 2}};
-constexpr Weight kFormats[] = {{Action::kTrackFormat, 6}, {Action::kNullTrackFormat, 2},
-                               {Action::kFileFormat, 3},  {Action::kNullFileFormat, 1},
-                               {Action::kCountTracks, 1}, {Action::kFlags, 1},
-                               {Action::kName, 1},        {Action::kMediaCas, 1},
-                               {Action::kGetFormat, 4},   {Action::kNullGetFormat, 1},
-                               {Action::kGetTrack, 2},    {Action::kSniff, 1},
-                               {Action::kOpen, 1}};
+constexpr Weight kFormats[] = {
+        {Action::kTrackFormat, 6}, {Action::kNullTrackFormat, 2}, {Action::kFileFormat, 3},
+        {Action::kCountTracks, 1}, {Action::kFlags, 1},           {Action::kName, 1},
+        {Action::kMediaCas, 1},    {Action::kGetFormat, 4},       {Action::kNullGetFormat, 1},
+        {Action::kGetTrack, 2},    {Action::kSniff, 1},           {Action::kOpen, 1}};
 
 /** Writes the steps of one session. */
 class Writer {
@@ -102,10 +103,13 @@ class Writer {
     }
 
     void getTracks() {
-        const size_t count = mRandom->between(1, kUsedSlots);
-        const bool inOrder = !mRandom->oneIn(4);
+        const size_t count = mRandom->oneIn(5) ? mRandom->between(1, kUsedSlots) : kUsedSlots;
+        const bool inOrder = !mRandom->oneIn(6);
         for (size_t i = 0; i < count; ++i) {
             add(Action::kGetTrack, 0, inOrder ? i : randomIndex(mRandom));
+        }
+        if (!inOrder) {
+            add(Action::kGetTrack, 0, 0);
         }
     }
 
@@ -125,14 +129,14 @@ class Writer {
     }
 
     void stopAll(bool backwards) {
-        for (size_t i = 0; i < kSlots; ++i) {
-            add(Action::kStop, backwards ? kSlots - 1 - i : i);
+        for (size_t i = 0; i < kAnySlot; ++i) {
+            add(Action::kStop, backwards ? kAnySlot - 1 - i : i);
         }
     }
 
     void freeAllAnyhow() {
-        size_t order[kSlots];
-        for (size_t i = 0; i < kSlots; ++i) {
+        size_t order[kAnySlot];
+        for (size_t i = 0; i < kAnySlot; ++i) {
             order[i] = i;
             std::swap(order[i], order[mRandom->below(i + 1)]);
         }
@@ -203,7 +207,7 @@ class Writer {
 
 void addRestarts(Random* random, Writer* writer) {
     for (size_t i = random->between(1, 4); i > 0; --i) {
-        const size_t slot = random->below(kUsedSlots);
+        const size_t slot = randomSlot(random);
         writer->add(Action::kStop, slot);
         writer->add(Action::kStart, slot);
         if (random->oneIn(2)) {
@@ -219,11 +223,11 @@ void addRestarts(Random* random, Writer* writer) {
 }
 
 void addWaitingTrack(Random* random, Writer* writer) {
-    const size_t read = random->below(kUsedSlots);
-    writer->add(Action::kRead, read, kEndless);
+    writer->add(Action::kRead, randomSlot(random), kEndless);
     writer->addAny(kSeeks, random->between(1, 4));
     for (size_t slot = 0; slot < kUsedSlots; ++slot) {
-        writer->add(Action::kRead, slot, random->oneIn(2) ? kEndless : random->below(300));
+        writer->add(Action::kRead, kAnySlot + slot,
+                    random->oneIn(2) ? kEndless : random->below(300));
     }
     writer->addAny(kSeeks, random->between(1, 4));
 }
@@ -256,6 +260,10 @@ void addBody(Random* random, Theme theme, Writer* writer) {
             break;
         case Theme::kFormats:
             writer->addAny(kFormats, steps);
+            // This is likely to be the last call.
+            if (random->oneIn(6)) {
+                writer->add(Action::kNullFileFormat);
+            }
             break;
     }
 }

@@ -17,14 +17,17 @@ using test::joined;
 
 constexpr std::string_view kMpeg4 = "FMP4";
 constexpr std::string_view kMpeg2 = "mpg2";
-constexpr std::string_view kVideoCodecs[] = {"FMP4", "FMP4", "mpg2", "H264", "DIVX",
-                                             "DIV3", "WMV3", "VP8F", "MJPG", "XVID"};
+constexpr std::string_view kVideoCodecs[] = {"FMP4", "FMP4", "mpg2", "mpg2", "H264",
+                                             "DIVX", "DIV3", "WMV3", "VP8F", "MJPG"};
 constexpr std::string_view kMpegAudio = "0055";
 constexpr std::string_view kMpegAudioLayer1 = "0050";
 constexpr std::string_view kAc3 = "2000";
 constexpr std::string_view kDts = "2001";
-constexpr std::string_view kAudioCodecs[] = {"0055", "0055", "0050", "2000", "2000", "2001",
-                                             "0001", "0001", "0002", "00ff", "0160", "0161"};
+constexpr std::string_view kAudioCodecs[] = {"0055", "0055", "0055", "0050", "2000", "2000",
+                                             "2001", "0001", "0001", "0002", "00ff", "0160"};
+constexpr std::string_view kUnknownCodec = "XVID";
+/** How rare it is. */
+constexpr size_t kUnknownOneIn = 30;
 constexpr uint64_t kOddTimeUnits[] = {0, 1, 333667, uint64_t{1} << 32, ~uint64_t{0}};
 
 uint32_t seedFrom(Random* random) {
@@ -173,7 +176,8 @@ std::vector<Bytes> plainAudioPackets(Random* random, const StreamSize& size) {
 
 Stream videoStream(Random* random, uint32_t serialNo, const StreamSize& size) {
     test::VideoHeader header;
-    const std::string_view codec = random->oneOf(kVideoCodecs);
+    const std::string_view codec =
+            random->oneIn(kUnknownOneIn) ? kUnknownCodec : random->oneOf(kVideoCodecs);
     header.subtype = codec;
     header.timeUnit = random->oneIn(15) ? random->oneOf(kOddTimeUnits) : 400000;
     header.bitsPerSample = random->oneIn(4) ? 8 : 0;
@@ -190,7 +194,8 @@ Stream audioStream(Random* random, uint32_t serialNo, const StreamSize& size) {
     constexpr uint64_t kRates[] = {8000, 22050, 44100, 48000};
     constexpr uint16_t kBits[] = {8, 16, 24};
     test::AudioHeader header;
-    const std::string_view codec = random->oneOf(kAudioCodecs);
+    const std::string_view codec =
+            random->oneIn(kUnknownOneIn) ? kUnknownCodec : random->oneOf(kAudioCodecs);
     header.subtype = codec;
     header.samplesPerUnit = random->oneOf(kRates);
     header.timeUnit = random->oneIn(15) ? random->oneOf(kOddTimeUnits) : 10000000;

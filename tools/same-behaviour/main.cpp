@@ -116,7 +116,7 @@ int list(const Options& options) {
 }
 
 void addCommonOptions(CLI::App* app, Options* options) {
-    constexpr uint64_t kMaxEvents = 300000;
+    constexpr uint64_t kMaxEvents = 120000;
     constexpr size_t kGenerated = 2000;
     options->run.maxEvents = kMaxEvents;
     options->run.jobs = std::max(1U, std::thread::hardware_concurrency());
