@@ -87,8 +87,8 @@ void addFaults(Random* random, Plan* plan) {
     if (random->oneIn(5)) {
         plan->faults = someFaults(random);
     }
-    if (random->oneIn(15)) {
-        plan->groupFault = {random->below(100), random->between(1, 3)};
+    if (random->oneIn(8)) {
+        plan->groupFault = {random->below(60), random->between(1, 3)};
     }
     plan->dumpAudio = random->oneIn(20);
     plan->dumpCanBeOpened = !random->oneIn(4);
