@@ -5,13 +5,17 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <memory>
 #include <numeric>
+#include <optional>
+#include <utility>
 
 #include "BenchFile.h"
 #include "ElementaryStreams.h"
 #include "Meter.h"
 #include "OgmExtractor.h"
 #include "OgmFile.h"
+#include "audio/AccessUnitCutter.h"
 
 namespace android::ogm::bench {
 
@@ -24,15 +28,18 @@ constexpr size_t kFileSize = size_t{4} << 20;
 /** As many units as are made before the track is emptied again. */
 constexpr size_t kRound = 256;
 
-/** A track without a file, which is fed by hand. */
+/** A track of MPEG-4 video without a file, which is fed by hand. */
 class FedTrack {
   public:
-    explicit FedTrack(uint32_t type) : mTrack(new OgmTrack(&mExtractor, 1, type, 16)) {
-        constexpr int32_t kFrameUnit100ns = 400'000;
-        mTrack->setTimeUnit(kFrameUnit100ns);
+    FedTrack() {
+        OgmStreamInfo stream;
+        stream.mSerialNo = 1;
+        stream.mType = OGV_VIDEO_MP4;
+        stream.mTimeUnit = 400'000;
+        mTrack = new OgmTrack(&mExtractor, stream, 0, false);
         mTable = wrap(mTrack);
         mTable->start(mTable->data, mGroup.wrap());
-        mTrack->updateGranulePosition(0, 1);
+        mTrack->updateGranulePosition(0, 1, false);
     }
     ~FedTrack() {
         mTable->free(mTable->data);
@@ -45,14 +52,7 @@ class FedTrack {
 
     void append(const Bytes& packet) {
         ByteBuffer piece(ByteView(packet.data(), packet.size()));
-        mTrack->appendData(&piece, true);
-    }
-
-    /** Hands over bytes of an elementary stream where the demuxer puts them. */
-    void appendAudio(const Bytes& bytes) {
-        ByteBuffer piece = mTrack->makePiece(bytes.size());
-        std::copy(bytes.begin(), bytes.end(), piece.data());
-        mTrack->appendAudioData(&piece, 1);
+        mTrack->appendData(&piece, true, false);
     }
 
   private:
@@ -63,36 +63,59 @@ class FedTrack {
     CMediaTrack* mTable;
 };
 
+/** An elementary stream with its cutter. */
+class FedCutter {
+  public:
+    explicit FedCutter(uint32_t type) : mPackets(1, type), mCutter(makeAccessUnitCutter(type)) {}
+
+    /** Hands over bytes where a track's packets lie. */
+    void append(const Bytes& bytes) {
+        ByteBuffer piece = mPackets.makePiece(bytes.size());
+        std::copy(bytes.begin(), bytes.end(), piece.data());
+        appendAudioData(*mCutter, &mStream, &piece, 1);
+        mPackets.giveBack(&piece);
+    }
+
+    std::optional<AccessUnit> dequeueAccessUnit() {
+        return mCutter->dequeueAccessUnit(&mStream, &mPackets);
+    }
+
+  private:
+    PacketQueue mPackets;
+    const std::unique_ptr<AccessUnitCutter> mCutter;
+    ElementaryStream mStream;
+};
+
 void readPages(State& state) {
     std::vector<uint8_t> file;
     writePages(mpeg4AndMp3(), kFileSize, [&file](const uint8_t* data, size_t size) {
         file.insert(file.end(), data, data + size);
     });
     MemorySource source(file.data(), file.size());
-    OgmExtractor extractor(std::make_unique<DataSourceHelper>(source.table()));
+    const PageReader pages(std::make_unique<DataSourceHelper>(source.table()));
     Meter meter;
     for ([[maybe_unused]] auto _ : state) {
         meter.start();
-        uint64_t pages = 0;
+        uint64_t count = 0;
         OgmPage page;
-        for (int64_t offset = 0; offset < static_cast<int64_t>(file.size()); ++pages) {
-            offset += extractor.readPage(offset, &page);
+        for (int64_t offset = 0; offset < static_cast<int64_t>(file.size()); ++count) {
+            offset += pages.readPage(offset, &page);
         }
-        meter.stop(pages);
+        meter.stop(count);
     }
     meter.report(state);
 }
 
 /** Appends frames one by one and takes out what comes. */
 void cutFrames(State& state, uint32_t type, const std::vector<Bytes>& frames) {
-    FedTrack track(type);
+    FedCutter cutter(type);
     Meter meter;
     for ([[maybe_unused]] auto _ : state) {
         meter.start();
         uint64_t units = 0;
         for (const Bytes& frame : frames) {
-            track.appendAudio(frame);
-            while (track->dequeueAccessUnit()) {
+            cutter.append(frame);
+            while (cutter.dequeueAccessUnit()) {
                 ++units;
             }
         }
@@ -110,12 +133,12 @@ void searchFrames(State& state, uint32_t type, const Bytes& start) {
     const Bytes piece = test::pattern(kPieceSize, 1);
     Meter meter;
     for ([[maybe_unused]] auto _ : state) {
-        FedTrack track(type);
+        FedCutter cutter(type);
         meter.start();
-        track.appendAudio(start);
+        cutter.append(start);
         for (int64_t i = 0; i < state.range(0); ++i) {
-            track.appendAudio(piece);
-            benchmark::DoNotOptimize(track->dequeueAccessUnit());
+            cutter.append(piece);
+            benchmark::DoNotOptimize(cutter.dequeueAccessUnit());
         }
         meter.stop(static_cast<uint64_t>(state.range(0)));
     }
@@ -124,7 +147,7 @@ void searchFrames(State& state, uint32_t type, const Bytes& start) {
 
 void appendPackets(State& state) {
     const Bytes packet = test::dataPacket(test::kPlainPacket, test::videoObjectPlane(1, 5000));
-    FedTrack track(OGV_VIDEO_MP4);
+    FedTrack track;
     Meter meter;
     for ([[maybe_unused]] auto _ : state) {
         meter.start();
@@ -139,7 +162,7 @@ void appendPackets(State& state) {
 
 void dequeueFrames(State& state) {
     const Bytes packet = test::dataPacket(test::kPlainPacket, test::videoObjectPlane(1, 5000));
-    FedTrack track(OGV_VIDEO_MP4);
+    FedTrack track;
     Meter meter;
     for ([[maybe_unused]] auto _ : state) {
         for (size_t i = 0; i <= kRound; ++i) {

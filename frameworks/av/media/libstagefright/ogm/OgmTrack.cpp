@@ -1,13 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include <cutils/properties.h>
+#include "OgmTrack.h"
+
+#include <log/log.h>
+
+#include <cinttypes>
+#include <cstring>
+#include <utility>
 
 #include "OgmExtractor.h"
-#include "audio/OgmBufferQueue.h"
 #include "audio/OgmEsQueue.h"
+#include "audio/Pcm.h"
+#include "base/MediaBuffers.h"
+#include "codec/FrameType.h"
+#include "packet/PacketHeader.h"
+#include "packet/ReadDecision.h"
+#include "seek/SyncFrameSearch.h"
 
 namespace android {
+
+using ogm::ByteBuffer;
+using ogm::ByteView;
 
 namespace {
 
@@ -15,64 +29,278 @@ constexpr size_t kBufferCount = 1;
 constexpr size_t kBufferSize = 256;
 constexpr size_t kMaxBufferCount = 64;
 
-constexpr const char* kDumpAudioProperty = "vendor.zor.ogmextractor.dump.audio";
-constexpr const char* kDumpVideoProperty = "vendor.zor.ogmextractor.dump.video";
+/** Packets that are queued before one is handed out, so that reordered frames get their times. */
+constexpr size_t kQueueTarget = 10;
+/** The last packet is still being assembled. */
+constexpr size_t kIncompletePackets = 1;
+
+/** Every buffer names the start of the file as the time that was asked for, after a seek too. */
+constexpr int64_t kTargetTimeUs = 0;
+
+/** Video is timed by the frame, audio by the sample. */
+ogm::PacketClock clockOf(const OgmStreamInfo& stream) {
+    const bool isVideo = ogm::isVideoTrackType(stream.mType);
+    const bool isTimed = isVideo || ogm::isAudioType(stream.mType);
+    return {stream.mType, isTimed ? static_cast<int32_t>(stream.mSampleRate) : 0,
+            isVideo ? static_cast<int32_t>(stream.mTimeUnit) : 0};
+}
 
 }  // namespace
 
-OgmTrack::OgmTrack(OgmExtractor* extractor, uint32_t serialNo, uint32_t type,
-                   uint16_t bitsPerSample)
+OgmTrack::OgmTrack(OgmExtractor* extractor, const OgmStreamInfo& stream, uint16_t bitsPerSample,
+                   bool isPastFirstDataPage)
     : mExtractor(extractor),
-      mSerialNo(serialNo),
-      mType(type),
+      mSerialNo(stream.mSerialNo),
+      mType(stream.mType),
       mBitsPerSample(bitsPerSample),
-      mMime(extractor->mimeOf(serialNo)),
-      mDumpAudio(property_get_int32(kDumpAudioProperty, 0) != 0),
-      mDumpVideo(property_get_int32(kDumpVideoProperty, 0) != 0) {
-    if (const auto mode = OgmEsQueue::modeFor(type)) {
-        mEsQueue = std::make_unique<OgmEsQueue>(*mode, 0);
-        if (type == OGA_AUDIO_MP3 || type == OGA_AUDIO_MPEG) {
-            mEsQueue->setDequeueMpegAudioOgm(true);
-        }
-        if (type == OGV_VIDEO_MPEG) {
-            mEsQueue->setMarkLastPosition(true);
-        }
-        mBufferQueue = std::make_unique<OgmBufferQueue>();
-    }
-    resetPageState();
+      mMime(extractor->mimeOf(stream.mSerialNo)),
+      mClock(clockOf(stream)),
+      mPackets(stream.mSerialNo, stream.mType),
+      mCutter(ogm::makeAccessUnitCutter(stream.mType)) {
+    ogm::setUpEsQueue(mType);
+    mClock.reset(isPastFirstDataPage);
 }
 
 OgmTrack::~OgmTrack() {
-    ALOGI("Track Type[%d] destroy\n", static_cast<int>(mType));
+    ALOGI("Track Type[%d] destroy\n", mType);
     if (!mStopped) {
         ALOGI("~OgmTrack call stop()!");
         (void)OgmTrack::stop();
+    } else if (mRestarted) {
+        // A track that was stopped once is not stopped again, and its stream stays registered: its
+        // pages are still looked at, but its packets no longer reach a track.
+        mExtractor->trackDestroyed(this);
     }
-    // A track that was stopped once is not stopped again, even if it was started since, and stays
-    // registered: its serial number goes on counting, but packets no longer reach it.
-    mExtractor->trackDestroyed(this);
 }
 
 media_status_t OgmTrack::start() {
-    ALOGI("OgmTrack:[start] mSerialNo[%d]\n", static_cast<int>(mSerialNo));
+    ALOGI("OgmTrack:[start] mSerialNo[%d]\n", mSerialNo);
     // A track that was never stopped has been registered since it was made.
-    if (mStopped) {
-        mExtractor->trackStart(static_cast<int32_t>(mSerialNo), this);
+    if (mStopped && mExtractor->trackStart(static_cast<int32_t>(mSerialNo), this)) {
+        mRestarted = true;
     }
     (void)mBufferGroup->init(kBufferCount, kBufferSize, kMaxBufferCount);
     return AMEDIA_OK;
 }
 
 media_status_t OgmTrack::stop() {
-    ALOGI("OgmTrack:[stop] mSerialNo[%d]\n", static_cast<int>(mSerialNo));
+    ALOGI("OgmTrack:[stop] mSerialNo[%d]\n", mSerialNo);
     mExtractor->trackStop(static_cast<int32_t>(mSerialNo));
     mStopped = true;
+    mRestarted = false;
     return AMEDIA_OK;
 }
 
 media_status_t OgmTrack::getFormat(AMediaFormat* format) {
     logGetFormat();
     return mExtractor->copyFormat(mSerialNo, format);
+}
+
+void OgmTrack::logGetFormat() const {
+    ALOGI("getFormat: Track type[%d]", mType);
+}
+
+media_status_t OgmTrack::read(MediaBufferHelper** buffer, const ReadOptions* options) {
+    const std::lock_guard<std::mutex> lock(mExtractor->lock());
+
+    // As if the format were asked for again each time; only its MIME type is used, in the log.
+    logGetFormat();
+    if (!mMime.empty()) {
+        ALOGI("begin read mime:%s", mimeText());
+    }
+    int64_t seekTimeUs = 0;
+    ReadOptions::SeekMode mode{};
+    if (options != nullptr && options->getSeekTo(&seekTimeUs, &mode)) {
+        if (const media_status_t status = seek(seekTimeUs); status != AMEDIA_OK) {
+            return status;
+        }
+    }
+    media_status_t status = takePacket(buffer);
+    if (status == AMEDIA_OK && mType == OGA_AUDIO_PCM) {
+        status = ogm::reworkPcm(mBitsPerSample, mBufferGroup, buffer);
+    }
+    if (status != AMEDIA_OK) {
+        return status;
+    }
+    ALOGI("after read mime:%s IsIFrame:%d, timeUs:%" PRId64 ", size:%d", mimeText(),
+          ogm::syncFlagOf(*buffer), ogm::timeOf(*buffer),
+          static_cast<int>((*buffer)->range_length()));
+    if (mDump.isOn() && ogm::isAudioType(mType)) {
+        mDump.write(*buffer);
+    }
+    return AMEDIA_OK;
+}
+
+media_status_t OgmTrack::fillQueue() {
+    media_status_t result = AMEDIA_OK;
+    while (mPackets.size() < kQueueTarget && result == AMEDIA_OK) {
+        result = mExtractor->readNextPacket();
+    }
+    return result;
+}
+
+media_status_t OgmTrack::takePacket(MediaBufferHelper** buffer) {
+    const bool hadCompletePackets = mPackets.size() > kIncompletePackets;
+    const media_status_t result = fillQueue();
+    switch (ogm::decideAfterFilling(result, hadCompletePackets, mPackets.size())) {
+        case ogm::ReadStep::kEndOfStream:
+            return AMEDIA_ERROR_END_OF_STREAM;
+        case ogm::ReadStep::kIoError:
+            return AMEDIA_ERROR_IO;
+        case ogm::ReadStep::kEndOfData:
+            break;
+        case ogm::ReadStep::kDequeue:
+            *buffer = dequeueFrame(kTargetTimeUs);
+            break;
+    }
+    if (*buffer == nullptr) {
+        ALOGE("return EOS !");
+        return AMEDIA_ERROR_END_OF_STREAM;
+    }
+    (*buffer)->set_range(0, (*buffer)->range_length());
+    return AMEDIA_OK;
+}
+
+MediaBufferHelper* OgmTrack::dequeueFrame(int64_t targetTimeUs) {
+    const OgmPacket& packet = mPackets.front();
+    const ByteView data = packet.bytes.view();
+    const std::optional<size_t> headerSize = ogm::frameHeaderSize(mType, data);
+    if (!headerSize || *headerSize > data.size()) {
+        return nullptr;
+    }
+    const ByteView payload = data.from(*headerSize);
+    MediaBufferHelper* const buffer = ogm::acquireBuffer(mBufferGroup, payload.size());
+    if (buffer == nullptr) {
+        return nullptr;
+    }
+    AMediaFormat* const meta = buffer->meta_data();
+    if (targetTimeUs >= 0) {
+        AMediaFormat_setInt64(meta, AMEDIAFORMAT_KEY_TARGET_TIME, targetTimeUs);
+    }
+    const int64_t timeUs =
+            ogm::isFrameTypedVideo(mType)
+                    ? mClock.displayTimeUs(packet, mPackets.countFollowingFrameType3())
+                    : packet.timeUs;
+    if (!payload.empty()) {
+        std::memcpy(buffer->data(), payload.data(), payload.size());
+    }
+    buffer->set_range(0, payload.size());
+    AMediaFormat_setInt64(meta, AMEDIAFORMAT_KEY_TIME_US, timeUs);
+    if (ogm::isVideoPacketType(mType)) {
+        AMediaFormat_setInt32(meta, AMEDIAFORMAT_KEY_IS_SYNC_FRAME,
+                              packet.frameType == ogm::kIntraFrame ? 1 : 0);
+    }
+    mPackets.popFront();
+    return buffer;
+}
+
+media_status_t OgmTrack::appendData(ByteBuffer* packet, bool isNewPacket, bool isSeeking) {
+    const std::lock_guard<std::mutex> lock(mLock);
+    if (ogm::isAudioType(mType) && isSeeking) {
+        ALOGI("********** Track Type[%d] skip appending data because seeking*************\n",
+              mType);
+        return AMEDIA_OK;
+    }
+    if (packet == nullptr) {
+        ALOGI("appendData Buffer null\n");
+        return AMEDIA_ERROR_MALFORMED;
+    }
+    if (mCutter != nullptr) {
+        return appendAccessUnits(packet, isNewPacket);
+    }
+    if (isNewPacket) {
+        const std::optional<int64_t> timeUs = mClock.packetTimeUs(packet->size());
+        if (!timeUs) {
+            // Later pieces of this packet are not dropped: they end up after the packet before.
+            return AMEDIA_OK;
+        }
+        mPackets.beginPacket(*timeUs, mClock.granulePosition());
+    }
+    mPackets.appendBytes(packet);
+    return AMEDIA_OK;
+}
+
+media_status_t OgmTrack::appendAccessUnits(ByteBuffer* piece, bool isNewPacket) {
+    const std::optional<int64_t> timeUs = mClock.accessUnitTimeUs(piece->size());
+    if (!timeUs) {
+        return AMEDIA_OK;
+    }
+    if (isNewPacket) {
+        if (piece->size() <= ogm::kMaxEmptyAudioPacket) {
+            ALOGE("Invalid append buffer size:%d", static_cast<int>(piece->size()));
+            return AMEDIA_ERROR_MALFORMED;
+        }
+        piece->dropFront(ogm::audioPacketHeaderSize(piece->view()[0]));
+        mClock.countPacket();
+    }
+    if (!ogm::appendAudioData(*mCutter, &mStream, piece, *timeUs)) {
+        ALOGE("appendAudioData FAIL!");
+        return AMEDIA_ERROR_MALFORMED;
+    }
+    // Before frames are cut, which may take its room.
+    mPackets.giveBack(piece);
+    while (std::optional<AccessUnit> unit = mCutter->dequeueAccessUnit(&mStream, &mPackets)) {
+        // The packet's time for all units cut out of it; a unit's own is not used.
+        mPackets.addAccessUnit(*timeUs, mClock.granulePosition(), std::move(unit->bytes));
+    }
+    return AMEDIA_OK;
+}
+
+void OgmTrack::signalDiscontinuity() {
+    if (!ogm::hasEsQueue(mType)) {
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(mLock);
+    ALOGI("OgmTrack:mSerialNo[%d] signalDiscontinuity!", mSerialNo);
+    dropQueued();
+}
+
+void OgmTrack::dropQueued() {
+    mStream.clear();
+    mPackets.clear();
+}
+
+media_status_t OgmTrack::seek(int64_t timeUs) {
+    ALOGI("begin seek to %" PRId64 " us mime:%s", timeUs, mimeText());
+    // The other tracks read on from where the selected one leaves the file.
+    if (mExtractor->isSelected(mSerialNo)) {
+        mExtractor->setSeeking(true);
+        ALOGD("Start seekToTime");
+        (void)mExtractor->seekToTime(timeUs);
+        ALOGD("End seekToTime");
+        if (ogm::isVideoTrackType(mType)) {
+            const media_status_t status = findSyncFrame(timeUs);
+            if (status != AMEDIA_OK) {
+                // Still seeking: audio goes on being dropped until a seek of this track succeeds.
+                return status;
+            }
+        }
+        mExtractor->setSeeking(false);
+    }
+    ALOGI("after seek to %" PRId64 " us mime:%s", timeUs, mimeText());
+    return AMEDIA_OK;
+}
+
+media_status_t OgmTrack::findSyncFrame(int64_t seekUs) {
+    ogm::SyncFrameSearch search(seekUs);
+    while (search.goesOn()) {
+        const media_status_t result = fillQueue();
+        if (result == AMEDIA_ERROR_IO) {
+            ALOGE("Read Data fail,return ERROR_IO");
+            return AMEDIA_ERROR_IO;
+        }
+        if (result == AMEDIA_ERROR_END_OF_STREAM) {
+            search.noteEndOfFile();
+        }
+        if (search.lookThrough(&mPackets) == ogm::SyncFrameSearch::Result::kTooLate) {
+            search.stepBack();
+            dropQueued();
+            (void)mExtractor->seekToTime(search.timeUs());
+            ALOGI("read, 1228, Can't find I frame after time %" PRId64 ", leavings search times:%d",
+                  search.timeUs(), search.retries());
+        }
+    }
+    return AMEDIA_OK;
 }
 
 }  // namespace android

@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
+#include "audio/Ac3Cutter.h"
+
+#include <log/log.h>
 #include <media/stagefright/foundation/ABitReader.h>
 
 #include <iterator>
 #include <string_view>
 
-#include "OgmExtractor.h"
-#include "audio/Cutters.h"
 #include "base/Assert.h"
 
-namespace android {
-
-using ogm::Ac3Frame;
-using ogm::ByteView;
+namespace android::ogm {
 
 namespace {
 
@@ -68,11 +66,11 @@ Ac3Frame parseEac3Sizes(ABitReader* bits) {
 
 }  // namespace
 
-std::optional<size_t> ogm::findAc3Sync(ByteView data, size_t from) {
+std::optional<size_t> findAc3Sync(ByteView data, size_t from) {
     return data.find(kSyncWord, from);
 }
 
-Ac3Frame ogm::parseAc3Frame(ByteView data) {
+Ac3Frame parseAc3Frame(ByteView data) {
     ABitReader bits(data.data(), data.size());
     const uint32_t syncWord = bits.getBits(16);
     OGM_CHECK_VALUES(syncWord == kSyncWordValue,
@@ -89,27 +87,35 @@ Ac3Frame ogm::parseAc3Frame(ByteView data) {
     return parseEac3Sizes(&bits);
 }
 
-std::optional<AccessUnit> OgmTrack::dequeueAccessUnitAC3() {
-    const ByteView data = mPacketBuff.view();
+std::optional<size_t> Ac3Cutter::findFirstSync(ByteView bytes) const {
+    const std::optional<size_t> start = findAc3Sync(bytes, 0);
+    if (start.value_or(0) > 0) {
+        ALOGD("found something resembling an AC3 syncword at offset %zu", *start);
+    }
+    return start;
+}
+
+std::optional<AccessUnit> Ac3Cutter::dequeueAccessUnit(ElementaryStream* stream, PieceRoom* room) {
+    const ByteView data = stream->view();
     if (data.size() < kMinBufferedSize) {
         ALOGD("****NO enough data in AC3 ESQueue****");
         return std::nullopt;
     }
-    const std::optional<size_t> offset = ogm::findAc3Sync(data, mSearched);
+    const std::optional<size_t> offset = findAc3Sync(data, stream->searched());
     if (!offset) {
         // What follows may complete a sync word that begins with the last byte.
-        mSearched = data.size() - 1;
+        stream->setSearched(data.size() - 1);
         return std::nullopt;
     }
-    const Ac3Frame frame = ogm::parseAc3Frame(data.from(*offset));
+    const Ac3Frame frame = parseAc3Frame(data.from(*offset));
     if (frame.kind != Ac3Frame::Kind::kFrame) {
         if (frame.kind == Ac3Frame::Kind::kBadRate) {
             ALOGD("fscod=3,discard this frame");
         } else {
-            ALOGD("[%s]***wrong bsid:%u***", "dequeueAccessUnitAC3", frame.bsid);
+            ALOGD("[dequeueAccessUnitAC3]***wrong bsid:%u***", frame.bsid);
         }
         // Like the bytes in front of a frame, these are charged to no range.
-        dropBuffered(*offset + kSyncWord.size());
+        stream->dropBytes(*offset + kSyncWord.size());
         return std::nullopt;
     }
     const size_t available = data.size() - *offset;
@@ -118,9 +124,9 @@ std::optional<AccessUnit> OgmTrack::dequeueAccessUnitAC3() {
               static_cast<int>(available));
         return std::nullopt;
     }
-    AccessUnit unit{takeFrame(*offset, frame.size)};
-    unit.timeUs = fetchTimestamp(frame.size);
+    AccessUnit unit{stream->takeFrame(*offset, frame.size, room)};
+    unit.timeUs = stream->fetchTimestamp(frame.size);
     return unit;
 }
 
-}  // namespace android
+}  // namespace android::ogm

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include <algorithm>
-#include <optional>
+#include "audio/DtsCutter.h"
 
-#include "OgmExtractor.h"
-#include "audio/Cutters.h"
+#include <log/log.h>
+
+#include <algorithm>
+
 #include "base/Assert.h"
 
-namespace android {
-
-using ogm::ByteView;
+namespace android::ogm {
 
 namespace {
 
@@ -31,7 +30,7 @@ constexpr bool isSync(uint32_t word) {
 
 }  // namespace
 
-std::optional<size_t> ogm::findDtsStart(ByteView data) {
+std::optional<size_t> findDtsStart(ByteView data) {
     for (size_t position = 0; position + 1 < data.size(); ++position) {
         const uint32_t word = data.u32le(position);
         if (word == kCore16 || word == kSubstream) {
@@ -41,7 +40,7 @@ std::optional<size_t> ogm::findDtsStart(ByteView data) {
     return std::nullopt;
 }
 
-std::optional<size_t> ogm::findDtsSync(ByteView data, size_t from) {
+std::optional<size_t> findDtsSync(ByteView data, size_t from) {
     uint32_t word = data.u32le(from);
     for (size_t position = from; position + kSyncWordSize < data.size(); ++position) {
         if (isSync(word)) {
@@ -52,45 +51,56 @@ std::optional<size_t> ogm::findDtsSync(ByteView data, size_t from) {
     return std::nullopt;
 }
 
+namespace {
+
 /**
  * The first sync word at or after `from`. Each byte is looked at once, however often bytes are
  * added before a sync word comes.
  */
-std::optional<size_t> OgmTrack::findNextDtsSync(size_t from) {
-    const ByteView data = mPacketBuff.view();
-    const size_t start = std::max(from, mSearched);
-    const std::optional<size_t> found = ogm::findDtsSync(data, start);
+std::optional<size_t> findNextSync(ElementaryStream* stream, size_t from) {
+    const ByteView data = stream->view();
+    const size_t start = std::max(from, stream->searched());
+    const std::optional<size_t> found = findDtsSync(data, start);
     if (!found && data.size() > kSyncWordSize) {
-        mSearched = std::max(start, data.size() - kSyncWordSize);
+        stream->setSearched(std::max(start, data.size() - kSyncWordSize));
     }
     return found;
 }
 
-std::optional<AccessUnit> OgmTrack::dequeueAccessUnitDTS() {
-    const bool startsWithSync =
-            ogm::findDtsSync(mPacketBuff.view().first(kSyncAndNext), 0).has_value();
-    const std::optional<size_t> offset = startsWithSync ? 0 : findNextDtsSync(1);
+}  // namespace
+
+std::optional<size_t> DtsCutter::findFirstSync(ByteView bytes) const {
+    const std::optional<size_t> start = findDtsStart(bytes);
+    if (start.value_or(0) > 0) {
+        ALOGI("found something resembling an DTS syncword at offset %zu", *start);
+    }
+    return start;
+}
+
+std::optional<AccessUnit> DtsCutter::dequeueAccessUnit(ElementaryStream* stream, PieceRoom* room) {
+    const bool startsWithSync = findDtsSync(stream->view().first(kSyncAndNext), 0).has_value();
+    const std::optional<size_t> offset = startsWithSync ? 0 : findNextSync(stream, 1);
     if (!offset) {
         return std::nullopt;
     }
     if (*offset > 0) {
         // The bytes in front of a frame are charged to nobody, and their time goes with them.
-        dropBuffered(*offset);
-        (void)fetchTimestamp(*offset);
+        stream->dropBytes(*offset);
+        (void)stream->fetchTimestamp(*offset);
     }
-    if (mPacketBuff.size() < kMinFrameAndSync) {
+    if (stream->size() < kMinFrameAndSync) {
         return std::nullopt;
     }
-    // No field tells the size of a frame here: it ends where the next one begins.
-    const std::optional<size_t> size = findNextDtsSync(1);
+    // No field holds the size of a frame: it ends where the next one begins.
+    const std::optional<size_t> size = findNextSync(stream, 1);
     if (!size) {
         return std::nullopt;
     }
-    AccessUnit unit{takeFrame(0, *size)};
-    unit.timeUs = fetchTimestamp(*size);
+    AccessUnit unit{stream->takeFrame(0, *size, room)};
+    unit.timeUs = stream->fetchTimestamp(*size);
     OGM_CHECK_VALUES(unit.timeUs >= 0,
                      OGM_SOURCES "OgmExtractor:783 CHECK_GE( timeUs,0ll) failed: ", unit.timeUs, 0);
     return unit;
 }
 
-}  // namespace android
+}  // namespace android::ogm

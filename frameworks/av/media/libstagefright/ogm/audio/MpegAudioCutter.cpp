@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include "OgmExtractor.h"
-#include "audio/Cutters.h"
+#include "audio/MpegAudioCutter.h"
+
+#include <log/log.h>
+
 #include "base/Assert.h"
 #include "codec/MpegAudioFormat.h"
+#include "codec/MpegAudioFrame.h"
 #include "codec/Ogmavc_utils.h"
 
-namespace android {
-
-using ogm::ByteView;
+namespace android::ogm {
 
 namespace {
 
@@ -17,7 +18,7 @@ constexpr size_t kHeaderSize = 4;
 
 }  // namespace
 
-std::optional<size_t> ogm::findMpegAudioSync(ByteView data) {
+std::optional<size_t> findMpegAudioSync(ByteView data) {
     for (size_t position = 0; position < data.size(); ++position) {
         if (IsPlausibleMPEGAudioSync(data.from(position))) {
             return position;
@@ -26,43 +27,47 @@ std::optional<size_t> ogm::findMpegAudioSync(ByteView data) {
     return std::nullopt;
 }
 
-std::optional<AccessUnit> OgmTrack::dequeueAccessUnitMpegAudio() {
-    const ByteView data = mPacketBuff.view();
-    if (data.size() < kHeaderSize) {
+std::optional<size_t> MpegAudioCutter::findFirstSync(ByteView bytes) const {
+    const std::optional<size_t> start = findMpegAudioSync(bytes);
+    if (start.value_or(0) > 0) {
+        ALOGI("found something resembling an MPEG audio syncword at offset %zu", *start);
+    }
+    return start;
+}
+
+std::optional<AccessUnit> MpegAudioCutter::dequeueAccessUnit(ElementaryStream* stream,
+                                                             PieceRoom* room) {
+    if (stream->size() < kHeaderSize) {
         return std::nullopt;
     }
     uint64_t offset = 0;
-    if (mMP3Header == 0 && !lockMpegAudio(data, &offset)) {
+    if (mMP3Header == 0 && !lock(stream, &offset)) {
         return std::nullopt;
     }
-    const ByteView rest = data.from(offset);
-    const int32_t skip =
-            ogm::FindMatchingMPEGAudioHeader(rest, static_cast<int32_t>(rest.size()), mMP3Header);
-    if (skip < 0) {
-        ALOGI("not found mMP3Header,skip");
-        discardBuffer();
-        return std::nullopt;
+    const MpegAudioFrame frame = findMpegAudioFrame(stream->view(), offset, mMP3Header);
+    switch (frame.result) {
+        case MpegAudioFrame::Result::kNoMatch:
+            ALOGI("not found mMP3Header,skip");
+            stream->discardBytes();
+            return std::nullopt;
+        case MpegAudioFrame::Result::kBadHeader:
+            ALOGE("GetMPEGAudioFrameSize fail, skip this buffer");
+            stream->discardBytes();
+            return std::nullopt;
+        case MpegAudioFrame::Result::kIncomplete:
+            return std::nullopt;
+        case MpegAudioFrame::Result::kWhole:
+            break;
     }
-    offset += static_cast<uint64_t>(skip);
-    const uint32_t header = data.u32be(offset);
-    uint64_t frameSize = 0;
-    int32_t sampleRate = 0;
-    int32_t channels = 0;
-    if (!ogm::GetMPEGAudioFrameSize(header, &frameSize, &sampleRate, &channels)) {
-        ALOGE("GetMPEGAudioFrameSize fail, skip this buffer");
-        discardBuffer();
-        return std::nullopt;
-    }
-    if (data.size() - offset < frameSize) {
-        return std::nullopt;
-    }
-    AccessUnit unit{takeFrame(offset, frameSize)};
+    std::optional<AccessUnit> unit(std::in_place);
+    unit->bytes = stream->takeFrame(frame.offset, frame.size, room);
     // Bytes in front of the frame are charged to it.
-    unit.timeUs = fetchTimestamp(offset + frameSize);
-    OGM_CHECK_VALUES(unit.timeUs >= 0,
-                     OGM_SOURCES "OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: ", unit.timeUs, 0);
+    unit->timeUs = stream->fetchTimestamp(frame.offset + frame.size);
+    OGM_CHECK_VALUES(unit->timeUs >= 0,
+                     OGM_SOURCES "OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: ", unit->timeUs,
+                     0);
     if (mFormat == nullptr) {
-        learnFormat(header, sampleRate, channels);
+        mFormat = makeMpegAudioFormat(frame.header);
     }
     return unit;
 }
@@ -72,27 +77,15 @@ std::optional<AccessUnit> OgmTrack::dequeueAccessUnitMpegAudio() {
  * goes on at the header that confirmed it: if the second frame is whole by then, the first is given
  * up and charged to it. Otherwise the next call begins at the first frame again.
  */
-bool OgmTrack::lockMpegAudio(ByteView data, uint64_t* offset) {
-    if (ogm::findMP3Header(data, offset, &mMP3Header) == ogm::kMP3HeaderFound) {
+bool MpegAudioCutter::lock(ElementaryStream* stream, uint64_t* offset) {
+    if (lockMpegAudio(stream->view(), offset, &mMP3Header)) {
         ALOGI("mMP3Header:%x", mMP3Header);
         return true;
     }
-    if (data.size() <= ogm::kMaxHeaderSearch) {
-        ALOGW("Not get mMP3Header, size:%d", static_cast<int>(data.size()));
-        return false;
+    if (isTooLongWithoutLock(stream->size())) {
+        stream->discardBytes();
     }
-    ALOGE("findMP3Header fail size>%d, skip this buffer", static_cast<int>(ogm::kMaxHeaderSearch));
-    discardBuffer();
     return false;
 }
 
-void OgmTrack::learnFormat(uint32_t header, int32_t sampleRate, int32_t channels) {
-    mFormat.reset(AMediaFormat_new());
-    const uint32_t layerBits = ogm::mpegAudioLayerBits(header);
-    OGM_CHECK(layerBits != 0, OGM_SOURCES "OgmExtractor:735 Should not be here. ");
-    ogm::setMpegAudioLayer(mFormat.get(), layerBits);
-    AMediaFormat_setInt32(mFormat.get(), AMEDIAFORMAT_KEY_SAMPLE_RATE, sampleRate);
-    AMediaFormat_setInt32(mFormat.get(), AMEDIAFORMAT_KEY_CHANNEL_COUNT, channels);
-}
-
-}  // namespace android
+}  // namespace android::ogm

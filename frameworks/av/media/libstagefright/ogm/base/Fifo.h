@@ -38,11 +38,13 @@ class Fifo {
         return block->places[place].item;
     }
 
-    void push_back(T&& item) {
+    /** Adds an item that is made of `fields`, in place. */
+    template <typename... Fields>
+    void emplace_back(Fields&&... fields) {
         if (mEnd == kBlockItems) {
             addBlock();
         }
-        new (&mLast->places[mEnd++].item) T(std::move(item));
+        new (&mLast->places[mEnd++].item) T{std::forward<Fields>(fields)...};
         ++mSize;
     }
 

@@ -42,8 +42,8 @@ int32_t mpeg4FrameType(ByteView packet) {
               packet[7]);
         return kUnknownFrame;
     }
-    constexpr int32_t kByVopCodingType[] = {kIntraFrame, kPredictedFrame, kBidirectionalFrame,
-                                            kUnknownFrame};
+    static constexpr int32_t kByVopCodingType[] = {kIntraFrame, kPredictedFrame,
+                                                   kBidirectionalFrame, kUnknownFrame};
     const int32_t type = kByVopCodingType[packet[*vop] >> 6];
     if (type == kUnknownFrame) {
         ALOGI("UNKNOW frame type!");
@@ -57,9 +57,9 @@ int32_t mpegFrameType(ByteView packet) {
         return kUnknownFrame;
     }
     // temporal_reference takes the first byte and two bits of the second.
-    constexpr int32_t kByPictureCodingType[] = {kUnknownFrame,       kIntraFrame,   kPredictedFrame,
-                                                kBidirectionalFrame, kUnknownFrame, kUnknownFrame,
-                                                kUnknownFrame,       kUnknownFrame};
+    static constexpr int32_t kByPictureCodingType[] = {
+            kUnknownFrame, kIntraFrame,   kPredictedFrame, kBidirectionalFrame,
+            kUnknownFrame, kUnknownFrame, kUnknownFrame,   kUnknownFrame};
     return kByPictureCodingType[packet[*picture + 1] >> 3 & 7];
 }
 

@@ -3,13 +3,11 @@
 
 #include <media/NdkMediaFormat.h>
 
-#include <cstddef>
 #include <cstdint>
 
-namespace android::ogm {
+#include "base/Format.h"
 
-/** Bytes that are searched for a confirmed MPEG audio header before they are given up. */
-inline constexpr size_t kMaxHeaderSearch = 0x20000;
+namespace android::ogm {
 
 /** The layer field of an MPEG audio frame header: 3 to 1 for layers I to III, 0 is reserved. */
 constexpr uint32_t mpegAudioLayerBits(uint32_t header) {
@@ -23,5 +21,11 @@ constexpr int32_t mpegAudioLayer(uint32_t layerBits) {
 
 /** Puts the layer and its MIME type into `format`; `layerBits` is 1 to 3. */
 void setMpegAudioLayer(AMediaFormat* format, uint32_t layerBits);
+
+/**
+ * The format of a stream whose frames have a header like this one. Ends the process for the
+ * reserved layer.
+ */
+FormatPtr makeMpegAudioFormat(uint32_t header);
 
 }  // namespace android::ogm

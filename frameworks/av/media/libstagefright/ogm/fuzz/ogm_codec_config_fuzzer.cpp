@@ -9,42 +9,23 @@
 
 #define LOG_TAG "OgmFuzzer"
 
-#include <memory>
 #include <utility>
 
-#include "Bytes.h"
 #include "Ends.h"
-#include "OgmExtractor.h"
-#include "OgmFile.h"
 #include "ScriptedSource.h"
 #include "base/ByteBuffer.h"
+#include "base/Format.h"
+#include "stream/CodecConfig.h"
 
 using namespace android;
 using namespace android::ogm::fuzz;
 
 namespace {
 
-constexpr uint32_t kSerialNo = 1;
-
-/** A file of a header page alone. */
-Bytes headerFile(bool isAudio) {
-    ogm::test::OgmFile file;
-    if (isAudio) {
-        ogm::test::AudioHeader header;
-        header.subtype = "0055";
-        file.addHeader(kSerialNo, header);
-    } else {
-        ogm::test::VideoHeader header;
-        header.subtype = "FMP4";
-        file.addHeader(kSerialNo, header);
-    }
-    return file.bytes();
-}
-
 /** Configures with the bytes that have been collected; true when no more are needed. */
-bool configure(OgmExtractor* extractor, bool isAudio, ogm::ByteBuffer* collected) {
+bool configure(bool isAudio, ogm::ByteBuffer* collected, AMediaFormat* format) {
     if (isAudio) {
-        const media_status_t status = extractor->configureMpegAudio(kSerialNo, collected->view());
+        const media_status_t status = ogm::configureMpegAudio(collected->view(), format);
         require(status == AMEDIA_OK || status == AMEDIA_ERROR_MALFORMED, "the status for audio");
         return status == AMEDIA_OK;
     }
@@ -52,7 +33,7 @@ bool configure(OgmExtractor* extractor, bool isAudio, ogm::ByteBuffer* collected
         throw DemandedEnd{};
     }
     const size_t before = collected->size();
-    const media_status_t status = extractor->configureMpeg4Video(kSerialNo, collected);
+    const media_status_t status = ogm::configureMpeg4Video(collected, format);
     require(status == AMEDIA_OK || status == AMEDIA_ERROR_MALFORMED ||
                     status == AMEDIA_ERROR_UNSUPPORTED,
             "the status for video");
@@ -62,17 +43,14 @@ bool configure(OgmExtractor* extractor, bool isAudio, ogm::ByteBuffer* collected
 
 void run(InputReader* reader) {
     const bool isAudio = (reader->u8() & 1U) != 0;
-    SessionInput input;
-    input.file = headerFile(isAudio);
-    ScriptedSource source(input, input.file);
-    OgmExtractor extractor(std::make_unique<DataSourceHelper>(source.table()));
+    const ogm::FormatPtr format(AMediaFormat_new());
     ogm::ByteBuffer collected;
     while (!reader->empty()) {
         const size_t size = reader->u16();
         collected.append(reader->bytes(size));
         // Without room behind the bytes.
         ogm::ByteBuffer exact(collected.view());
-        if (configure(&extractor, isAudio, &exact)) {
+        if (configure(isAudio, &exact, format.get())) {
             return;
         }
         collected = std::move(exact);

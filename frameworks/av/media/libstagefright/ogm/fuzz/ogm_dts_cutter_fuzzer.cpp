@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-/** The cutter of DTS frames: see support/CutterDriver.h for the input. */
+/** The cutter of DTS frames: see support/CutterComparison.h for the input. */
 
-#include "CutterDriver.h"
+#include "CutterComparison.h"
 #include "Ends.h"
 
 using namespace android::ogm;

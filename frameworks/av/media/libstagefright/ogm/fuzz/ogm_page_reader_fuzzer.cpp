@@ -13,9 +13,10 @@
 #include <memory>
 
 #include "Ends.h"
-#include "OgmExtractor.h"
 #include "ScriptedSource.h"
+#include "page/PageCursor.h"
 #include "page/PageFormat.h"
+#include "page/PageReader.h"
 
 using namespace android;
 using namespace android::ogm::fuzz;
@@ -41,9 +42,9 @@ void checkPage(const OgmPage& page, int64_t pageSize) {
     require(packets == page.mNumPackets, "a page has other packets than its lacing table says");
 }
 
-void readPageAt(OgmExtractor* extractor, int64_t offset) {
+void readPageAt(const ogm::PageReader& pages, int64_t offset) {
     OgmPage page;
-    const int64_t pageSize = extractor->readPage(offset, &page);
+    const int64_t pageSize = pages.readPage(offset, &page);
     switch (pageSize) {
         case AMEDIA_ERROR_MALFORMED:
         case AMEDIA_ERROR_UNSUPPORTED:
@@ -56,21 +57,22 @@ void readPageAt(OgmExtractor* extractor, int64_t offset) {
 
 void run(const SessionInput& input, int64_t offset, int64_t maxSkip) {
     ScriptedSource source(input, input.file);
-    OgmExtractor extractor(std::make_unique<DataSourceHelper>(source.table()));
-    readPageAt(&extractor, offset);
+    const ogm::PageReader pages(std::make_unique<DataSourceHelper>(source.table()));
+    readPageAt(pages, offset);
     int64_t found = -1;
-    const media_status_t status = extractor.FindPage(offset, &found, maxSkip);
+    const media_status_t status = pages.FindPage(offset, &found, maxSkip);
     if (status == AMEDIA_OK) {
         require(holdsPage(input.file, found), "no page is where one was found");
         require(maxSkip < 1 || found - offset < maxSkip, "too much has been skipped");
-        readPageAt(&extractor, found);
+        readPageAt(pages, found);
     } else {
         require(found == 0, "a place is told without a page");
         require(status == AMEDIA_ERROR_END_OF_STREAM ||
                         (status == AMEDIA_ERROR_UNSUPPORTED && maxSkip > 0),
                 "the status of a search");
     }
-    const media_status_t moved = extractor.seekToPage(offset, maxSkip);
+    ogm::PageCursor cursor;
+    const media_status_t moved = cursor.goToPage(pages, offset, maxSkip);
     require(source.isSilent() || moved == (status == AMEDIA_ERROR_UNSUPPORTED ? status : AMEDIA_OK),
             "the cursor did not move as the search says");
 }

@@ -8,12 +8,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 
 #include "Ends.h"
-#include "OgmExtractor.h"
-#include "ScriptedSource.h"
 #include "stream/StreamHeader.h"
+#include "stream/StreamTable.h"
 #include "stream/StreamTypes.h"
 
 using namespace android;
@@ -23,9 +21,9 @@ namespace {
 
 constexpr uint32_t kSerialNo = 1;
 
-void checkFormat(OgmExtractor* extractor, const ogm::StreamHeader& header) {
+void checkFormat(ogm::StreamTable* streams, const ogm::StreamHeader& header) {
     const ogm::FormatPtr format(AMediaFormat_new());
-    require(extractor->getTrackMetaData(format.get(), 0, 0) == AMEDIA_OK, "a track has no format");
+    require(streams->getTrackMetaData(format.get(), 0, 0) == AMEDIA_OK, "a track has no format");
     const char* mime = nullptr;
     require(AMediaFormat_getString(format.get(), AMEDIAFORMAT_KEY_MIME, &mime),
             "a track has no MIME type");
@@ -46,7 +44,7 @@ void checkFormat(OgmExtractor* extractor, const ogm::StreamHeader& header) {
                         value == header.sampleRate(),
                 "the sample rate is not the header's");
     }
-    const OgmStreamInfo* const stream = extractor->findStream(kSerialNo);
+    const OgmStreamInfo* const stream = streams->find(kSerialNo);
     require(stream != nullptr && ogm::isVideoTrackType(stream->mType) == isVideo &&
                     ogm::isAudioType(stream->mType) != isVideo,
             "the type of a stream and its MIME type differ");
@@ -55,19 +53,16 @@ void checkFormat(OgmExtractor* extractor, const ogm::StreamHeader& header) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const SessionInput empty;
-    ScriptedSource source(empty, empty.file);
-    OgmExtractor extractor(std::make_unique<DataSourceHelper>(source.table()));
+    ogm::StreamTable streams;
     // A MediaBuffer cannot be deleted: it goes with its one release.
     auto* const buffer = new MediaBuffer(size);
     std::copy_n(data, size, static_cast<uint8_t*>(buffer->data()));
-    const media_status_t status = extractor.parseOgmHeader(*buffer, kSerialNo);
+    const media_status_t status = streams.parseOgmHeader(*buffer, kSerialNo);
     buffer->release();
     require(status == AMEDIA_OK || status == AMEDIA_ERROR_UNSUPPORTED, "the status of a header");
-    const size_t tracks = extractor.countTracks();
-    require(tracks <= (status == AMEDIA_OK ? 1U : 0U), "a refused header makes a track");
-    if (tracks == 1) {
-        checkFormat(&extractor, ogm::StreamHeader(ogm::ByteView(data, size)));
+    require(streams.size() <= (status == AMEDIA_OK ? 1U : 0U), "a refused header makes a track");
+    if (streams.size() == 1) {
+        checkFormat(&streams, ogm::StreamHeader(ogm::ByteView(data, size)));
     }
     return 0;
 }

@@ -3,10 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+
+#include "base/ByteView.h"
 
 /**
  * The header in front of the bytes of every OGM data packet: one byte with flags and, for audio, a
- * duration of a few bytes behind it.
+ * duration of a few bytes after it.
  */
 namespace android::ogm {
 
@@ -31,5 +34,11 @@ inline constexpr size_t kMaxEmptyAudioPacket = 3;
 constexpr size_t audioPacketHeaderSize(uint8_t firstByte) {
     return size_t{((unsigned{firstByte} << 1) & 6U) | ((unsigned{firstByte} >> 6) & 1U)} + 3;
 }
+
+/**
+ * Bytes in front of a frame in a queued packet of a stream type: none in an access unit, which was
+ * cut out of packets. Nothing, with a line in the log, for a packet that holds no frame.
+ */
+std::optional<size_t> frameHeaderSize(uint32_t streamType, ByteView packet);
 
 }  // namespace android::ogm

@@ -1,30 +1,32 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include "OgmExtractor.h"
+#include "page/PageReader.h"
+
+#include <log/log.h>
+
+#include <cinttypes>
+
+#include "base/ByteView.h"
 #include "base/Wrap.h"
 #include "page/PageFormat.h"
 
-namespace android {
-
-using ogm::ByteView;
-using ogm::wrapAdd;
-using ogm::wrapSub;
+namespace android::ogm {
 
 namespace {
 
 constexpr uint8_t kFirstUndefinedFlag = 0x08;
 
 media_status_t checkHeader(ByteView header) {
-    if (!header.holds(ogm::kCapturePattern, 0)) {
+    if (!header.holds(kCapturePattern, 0)) {
         ALOGI("Page Starts without signatures\n");
         return AMEDIA_ERROR_MALFORMED;
     }
-    if (header[ogm::kVersionOffset] != 0) {
-        ALOGI("Version Error, verison should be 0 but %X\n", header[ogm::kVersionOffset]);
+    if (header[kVersionOffset] != 0) {
+        ALOGI("Version Error, verison should be 0 but %X\n", header[kVersionOffset]);
         return AMEDIA_ERROR_UNSUPPORTED;
     }
-    if (header[ogm::kFlagsOffset] >= kFirstUndefinedFlag) {
+    if (header[kFlagsOffset] >= kFirstUndefinedFlag) {
         ALOGI("Flag only bits 0-2 are defined in version 0\n");
         return AMEDIA_ERROR_MALFORMED;
     }
@@ -32,11 +34,11 @@ media_status_t checkHeader(ByteView header) {
 }
 
 void storeHeader(ByteView header, OgmPage* page) {
-    page->mFlags = header[ogm::kFlagsOffset];
-    page->mGranulePosition = header.u64le(ogm::kGranulePositionOffset);
-    page->mSerialNo = header.u32le(ogm::kSerialNoOffset);
-    page->mPageNo = header.u32le(ogm::kPageNoOffset);
-    page->mNumSegments = header[ogm::kNumSegmentsOffset];
+    page->mFlags = header[kFlagsOffset];
+    page->mGranulePosition = header.u64le(kGranulePositionOffset);
+    page->mSerialNo = header.u32le(kSerialNoOffset);
+    page->mPageNo = header.u32le(kPageNoOffset);
+    page->mNumSegments = header[kNumSegmentsOffset];
 }
 
 /** Counts the packets that end on the page; returns the size of its body in bytes. */
@@ -46,7 +48,7 @@ int64_t countPackets(OgmPage* page) {
     uint16_t bodySize = 0;
     for (size_t i = 0; i < page->mNumSegments; ++i) {
         bodySize = static_cast<uint16_t>(bodySize + page->mLacing[i]);
-        packets = static_cast<uint8_t>(packets + (page->mLacing[i] != ogm::kUnterminated ? 1 : 0));
+        packets = static_cast<uint8_t>(packets + (page->mLacing[i] != kUnterminated ? 1 : 0));
     }
     page->mNumPackets = packets;
     return bodySize;
@@ -54,14 +56,18 @@ int64_t countPackets(OgmPage* page) {
 
 }  // namespace
 
-int64_t OgmExtractor::readPage(int64_t offset, OgmPage* page) {
+void PageReader::readDataSourceSize() {
+    // The status is not used: what a source stores before it fails is taken for the size.
+    (void)mDataSource->getSize(&mDataSourceSize);
+}
+
+int64_t PageReader::readPage(int64_t offset, OgmPage* page) const {
     uint8_t bytes[OgmPage::kFixedHeaderSize] = {};
     // The count is compared without its sign: a failed read (negative) passes and goes on with the
     // cleared bytes, so that it is reported as a missing capture pattern.
     const auto count = static_cast<size_t>(mDataSource->readAt(offset, bytes, sizeof(bytes)));
     if (count < sizeof(bytes)) {
-        ALOGI("failed to read %d bytesat offset 0x%08lx\n", static_cast<int>(sizeof(bytes)),
-              static_cast<unsigned long>(offset));
+        ALOGI("failed to read 27 bytesat offset 0x%08" PRIx64 "\n", offset);
         return AMEDIA_ERROR_IO;
     }
     const ByteView header(bytes, sizeof(bytes));
@@ -80,10 +86,10 @@ int64_t OgmExtractor::readPage(int64_t offset, OgmPage* page) {
     return page->headerSize() + countPackets(page);
 }
 
-media_status_t OgmExtractor::FindPage(int64_t offset, int64_t* foundOffset, int64_t maxSkip) {
+media_status_t PageReader::FindPage(int64_t offset, int64_t* foundOffset, int64_t maxSkip) const {
     int64_t position = offset;
     for (;;) {
-        uint8_t bytes[ogm::kCapturePattern.size()] = {};
+        uint8_t bytes[kCapturePattern.size()] = {};
         const ssize_t count = mDataSource->readAt(position, bytes, sizeof(bytes));
         if (count < static_cast<ssize_t>(sizeof(bytes))) {
             ALOGE("FindPage: readSize = %d", static_cast<int>(count));
@@ -91,51 +97,36 @@ media_status_t OgmExtractor::FindPage(int64_t offset, int64_t* foundOffset, int6
             return AMEDIA_ERROR_END_OF_STREAM;
         }
         const int64_t skipped = wrapSub(position, offset);
-        if (ByteView(bytes, sizeof(bytes)).holds(ogm::kCapturePattern, 0)) {
+        if (ByteView(bytes, sizeof(bytes)).holds(kCapturePattern, 0)) {
             if (skipped != 0) {
-                ALOGI("*** Skip %ld bytes of junk from %ld to reach page start ***\n", skipped,
-                      offset);
+                ALOGI("*** Skip %" PRId64 " bytes of junk from %" PRId64
+                      " to reach page start ***\n",
+                      skipped, offset);
             }
             *foundOffset = position;
             return AMEDIA_OK;
         }
         position = wrapAdd(position, 1);
         if (maxSkip >= 1 && wrapSub(position, offset) >= maxSkip) {
-            ALOGI("Skip %ld bytes of junk from %ld still cannot reach page start\n", maxSkip,
-                  offset);
+            ALOGI("Skip %" PRId64 " bytes of junk from %" PRId64 " still cannot reach page start\n",
+                  maxSkip, offset);
             *foundOffset = 0;
             return AMEDIA_ERROR_UNSUPPORTED;
         }
     }
 }
 
-media_status_t OgmExtractor::seekToPage(int64_t offset, int64_t maxSkip) {
-    int64_t position = 0;
-    const media_status_t status = FindPage(offset, &position, maxSkip);
-    if (status == AMEDIA_ERROR_END_OF_STREAM) {
-        ALOGI("Seek to file end\n");
-        position = mDataSourceSize;
-    } else if (status != AMEDIA_OK) {
-        ALOGI("Cannot find a page start, from 0x%08X in size %d\n", static_cast<uint32_t>(offset),
-              static_cast<int>(maxSkip));
-        return status;
-    } else {
-        mCurrentPageSize = readPage(position, &currPage);
-        // A negative status passes for a size: the next page is then looked for in front of this
-        // one, by as many bytes as the status says.
-        if (mCurrentPageSize == 0) {
-            ALOGI("Cannot read a page header, at 0x%08X\n", static_cast<uint32_t>(position));
-            return AMEDIA_ERROR_END_OF_STREAM;
-        }
+PageStep PageReader::nextPage(int64_t offset, OgmPage* page) const {
+    PageStep step;
+    step.isFound = FindPage(offset, &step.offset, 0) == AMEDIA_OK;
+    if (step.isFound) {
+        step.size = readPage(step.offset, page);
     }
-    mCurrentPageOffset = position;
-    rewindPage();
-    for (const auto& [serialNo, track] : mStartedTracks) {
-        if (track != nullptr) {
-            track->resetPageState();
-        }
-    }
-    return AMEDIA_OK;
+    return step;
 }
 
-}  // namespace android
+bool PageReader::readBody(int64_t offset, void* data, size_t size) const {
+    return mDataSource->readAt(offset, data, size) == static_cast<ssize_t>(size);
+}
+
+}  // namespace android::ogm

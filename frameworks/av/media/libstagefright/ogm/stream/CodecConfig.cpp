@@ -1,23 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
-#include "OgmExtractor.h"
+#include "stream/CodecConfig.h"
+
+#include <log/log.h>
+
+#include <cinttypes>
+#include <optional>
+
 #include "base/Assert.h"
 #include "base/Wrap.h"
 #include "codec/MpegAudioFormat.h"
+#include "codec/MpegAudioFrame.h"
 #include "codec/Ogmavc_utils.h"
 
-namespace android {
-
-using ogm::ByteBuffer;
-using ogm::ByteView;
-using ogm::wrapAdd;
+namespace android::ogm {
 
 namespace {
 
 /** Pages of any stream that are searched for one track's configuration. */
 constexpr int kMaxPages = 121;
-constexpr int kPageSearchLine = 2993;
 
 constexpr size_t kMpegAudioHeaderSize = 4;
 
@@ -26,15 +28,13 @@ constexpr uint8_t kVideoObjectLayer = 0x2;  // in the high nibble
 constexpr uint8_t kGroupOfVop = 0xB3;
 constexpr uint8_t kVop = 0xB6;
 
-enum class VideoConfigState { WAIT_FOR_VOL_START, WAIT_FOR_VOP_START };
-
 /** The first start code; nothing when there is none. */
 std::optional<size_t> findStartCode(ByteView data) {
     // The position has 8 bits and wraps: with more than 257 bytes and no start code among the first
     // ones the search goes on for ever. It is volatile so that a search without end stays one.
     volatile uint8_t position = 0;
     while (size_t{position} + 2 < data.size()) {
-        if (data.holds(ogm::kStartCodePrefix, position)) {
+        if (data.holds(kStartCodePrefix, position)) {
             return position;
         }
         position = static_cast<uint8_t>(position + 1);
@@ -42,110 +42,70 @@ std::optional<size_t> findStartCode(ByteView data) {
     return std::nullopt;
 }
 
+/** A start code with what follows it, up to the next one. */
+struct Chunk {
+    ByteView bytes;
+    uint8_t code;
+};
+
+/** The chunk at `offset`, where a start code is; nothing when it has not ended yet. */
+std::optional<Chunk> chunkAt(ByteView data, size_t offset) {
+    const ByteView rest = data.from(offset);
+    const int64_t size = GetStartCodeChunkSize(rest);
+    if (size < 1) {
+        return std::nullopt;
+    }
+    return Chunk{rest.first(static_cast<size_t>(size)), rest[kStartCodePrefix.size()]};
+}
+
 /**
- * Looks, from the first start code on, for the VOL and then for what begins the first picture; what
- * precedes the VOL is removed from the buffer. Returns where the configuration ends, or nothing
- * when more bytes are needed.
+ * Looks for the VOL from the start code at `start` on, and removes what precedes it from the
+ * buffer. Returns where its chunk ends, or nothing when more bytes are needed.
  */
-std::optional<size_t> findVideoConfig(ByteBuffer* rawBuffer, size_t start, int32_t* width,
-                                      int32_t* height) {
-    VideoConfigState state = VideoConfigState::WAIT_FOR_VOL_START;
+std::optional<size_t> findVideoObjectLayer(ByteBuffer* rawBuffer, size_t start, int32_t* width,
+                                           int32_t* height) {
     size_t offset = start;
     for (;;) {
-        const ByteView rest = rawBuffer->view().from(offset);
-        const int64_t chunkSize = ogm::GetStartCodeChunkSize(rest);
-        if (chunkSize < 1) {
+        const std::optional<Chunk> chunk = chunkAt(rawBuffer->view(), offset);
+        if (!chunk) {
             return std::nullopt;
         }
-        const ByteView chunk = rest.first(static_cast<size_t>(chunkSize));
-        const uint8_t code = rest[ogm::kStartCodePrefix.size()];
-        if (state == VideoConfigState::WAIT_FOR_VOP_START) {
-            ALOGI("enter WAIT_FOR_VOP_START");
-            if (code == kVop || code == kGroupOfVop) {
-                return offset;
-            }
-            offset += chunk.size();
-            continue;
-        }
         ALOGI("WAIT_FOR_VOL_START");
-        if (code >> 4 != kVideoObjectLayer) {
-            rawBuffer->dropFront(offset + chunk.size());
-            offset = 0;
-            continue;
+        const size_t end = offset + chunk->bytes.size();
+        if (chunk->code >> 4 == kVideoObjectLayer) {
+            OGM_CHECK(ExtractDimensionsFromVOLHeader(chunk->bytes, width, height), OGM_SOURCES
+                      "OgmExtractor:3176 CHECK(ExtractDimensionsFromVOLHeader( "
+                      "&data[offset], chunkSize, &width, &height)) failed.");
+            ALOGI("set WAIT_FOR_VOP_START");
+            return end;
         }
-        OGM_CHECK(ogm::ExtractDimensionsFromVOLHeader(chunk, width, height), OGM_SOURCES
-                  "OgmExtractor:3176 CHECK(ExtractDimensionsFromVOLHeader( "
-                  "&data[offset], chunkSize, &width, &height)) failed.");
-        ALOGI("set WAIT_FOR_VOP_START");
-        offset += chunk.size();
-        state = VideoConfigState::WAIT_FOR_VOP_START;
+        rawBuffer->dropFront(end);
+        offset = 0;
     }
 }
 
-}  // namespace
-
-void OgmExtractor::collectCodecConfigs() {
-    for (const OgmStreamInfo& stream : mTracks) {
-        const int type = static_cast<int>(stream.mType);
-        const int serialNo = static_cast<int>(stream.mSerialNo);
-        if (stream.mType == OGA_AUDIO_MP3 || stream.mType == OGA_AUDIO_MPEG) {
-            ALOGI("MPEG audio, type:%d,serialNo=%d", type, serialNo);
-        } else if (stream.mType == OGV_VIDEO_MP4) {
-            ALOGI("OGV_VIDEO_MP4:TYPE:%d, serialNo=%d", type, serialNo);
-        } else {
-            continue;
+/** Where the first picture begins, from the start code at `start` on; nothing as above. */
+std::optional<size_t> findFirstPicture(ByteView data, size_t start) {
+    size_t offset = start;
+    for (;;) {
+        const std::optional<Chunk> chunk = chunkAt(data, offset);
+        if (!chunk) {
+            return std::nullopt;
         }
-        const media_status_t result = collectCodecConfig(stream);
-        if (result != AMEDIA_OK) {
-            ALOGE("collect type[%d] fail,result=%d!", type, result);
+        ALOGI("enter WAIT_FOR_VOP_START");
+        if (chunk->code == kVop || chunk->code == kGroupOfVop) {
+            return offset;
         }
+        offset += chunk->bytes.size();
     }
 }
 
-media_status_t OgmExtractor::collectCodecConfig(const OgmStreamInfo& stream) {
-    ByteBuffer rawBuffer;
-    ogm::SteppedCapacity capacity;
-    media_status_t result = AMEDIA_OK;
-    int64_t offset = mFirstDataPageOffset;
-    for (int pages = 0; pages < kMaxPages; ++pages) {
-        int64_t pageOffset = 0;
-        if (FindPage(offset, &pageOffset, 0) != AMEDIA_OK) {
-            ALOGI("Cannot find a page start,LINE:%d from %ld\n", kPageSearchLine, offset);
-            return AMEDIA_ERROR_END_OF_STREAM;
-        }
-        OgmPage page;
-        const int64_t pageSize = readPage(pageOffset, &page);
-        if (pageSize < 1) {
-            ALOGI("Cannot read a page header, at %ld\n", pageOffset);
-            return AMEDIA_ERROR_END_OF_STREAM;
-        }
-        ALOGI("pageOffset=%ld, currPageSize=%d", pageOffset, static_cast<int>(pageSize));
-        offset = wrapAdd(pageOffset, pageSize);
-        if (page.mSerialNo != stream.mSerialNo) {
-            continue;
-        }
-        if (!appendPagePayload(pageOffset, pageSize, page, &rawBuffer, &capacity)) {
-            return AMEDIA_ERROR_IO;
-        }
-        result = stream.mType == OGV_VIDEO_MP4
-                         ? configureMpeg4Video(stream.mSerialNo, &rawBuffer)
-                         : configureMpegAudio(stream.mSerialNo, rawBuffer.view());
-        if (result == AMEDIA_OK) {
-            ALOGI("parse CSD data done!");
-            return AMEDIA_OK;
-        }
-    }
-    return result;
-}
-
-bool OgmExtractor::appendPagePayload(int64_t pageOffset, int64_t pageSize, const OgmPage& page,
-                                     ByteBuffer* rawBuffer, ogm::SteppedCapacity* capacity) {
-    ByteBuffer payload(static_cast<size_t>(pageSize - page.headerSize()));
-    const auto size = static_cast<ssize_t>(payload.size());
-    ALOGI("pageDataSize = %d", static_cast<int>(size));
-    if (mDataSource->readAt(wrapAdd(pageOffset, page.headerSize()), payload.data(),
-                            payload.size()) != size) {
-        ALOGE("Cannot read page payload, size %d\n", static_cast<int>(size));
+bool appendPagePayload(const PageReader& pages, const PageStep& step, const OgmPage& page,
+                       ByteBuffer* rawBuffer, SteppedCapacity* capacity) {
+    ByteBuffer payload(static_cast<size_t>(step.size - page.headerSize()));
+    ALOGI("pageDataSize = %d", static_cast<int>(payload.size()));
+    if (!pages.readBody(wrapAdd(step.offset, page.headerSize()), payload.data(), payload.size())) {
+        ALOGE("Cannot read page payload, size %d\n", static_cast<int>(payload.size()));
         return false;
     }
     rawBuffer->append(payload.view());
@@ -155,12 +115,64 @@ bool OgmExtractor::appendPagePayload(int64_t pageOffset, int64_t pageSize, const
     return true;
 }
 
-media_status_t OgmExtractor::configureMpeg4Video(uint32_t serialNo, ByteBuffer* rawBuffer) {
-    const OgmStreamInfo* const stream = findStream(serialNo);
-    if (stream == nullptr || stream->mFormat == nullptr) {
-        ALOGE("There is no serialNo[%d] in tracks", static_cast<int>(serialNo));
-        return AMEDIA_ERROR_MALFORMED;
+media_status_t collectCodecConfig(const PageReader& pages, const OgmStreamInfo& stream,
+                                  AMediaFormat* format, int64_t firstDataPageOffset) {
+    ByteBuffer rawBuffer;
+    SteppedCapacity capacity;
+    media_status_t result = AMEDIA_OK;
+    int64_t offset = firstDataPageOffset;
+    OgmPage page;
+    for (int i = 0; i < kMaxPages; ++i) {
+        const PageStep step = pages.nextPage(offset, &page);
+        if (!step.isFound) {
+            ALOGI("Cannot find a page start,LINE:2993 from %" PRId64 "\n", offset);
+            return AMEDIA_ERROR_END_OF_STREAM;
+        }
+        if (!step.hasHeader()) {
+            ALOGI("Cannot read a page header, at %" PRId64 "\n", step.offset);
+            return AMEDIA_ERROR_END_OF_STREAM;
+        }
+        ALOGI("pageOffset=%" PRId64 ", currPageSize=%d", step.offset, static_cast<int>(step.size));
+        offset = step.end();
+        if (page.mSerialNo != stream.mSerialNo) {
+            continue;
+        }
+        if (!appendPagePayload(pages, step, page, &rawBuffer, &capacity)) {
+            return AMEDIA_ERROR_IO;
+        }
+        result = stream.mType == OGV_VIDEO_MP4 ? configureMpeg4Video(&rawBuffer, format)
+                                               : configureMpegAudio(rawBuffer.view(), format);
+        if (result == AMEDIA_OK) {
+            ALOGI("parse CSD data done!");
+            return AMEDIA_OK;
+        }
     }
+    return result;
+}
+
+}  // namespace
+
+void collectCodecConfigs(const PageReader& pages, const StreamTable& streams,
+                         int64_t firstDataPageOffset) {
+    for (const OgmStreamInfo& stream : streams) {
+        if (stream.mType == OGA_AUDIO_MP3 || stream.mType == OGA_AUDIO_MPEG) {
+            ALOGI("MPEG audio, type:%d,serialNo=%d", stream.mType, stream.mSerialNo);
+        } else if (stream.mType == OGV_VIDEO_MP4) {
+            ALOGI("OGV_VIDEO_MP4:TYPE:%d, serialNo=%d", stream.mType, stream.mSerialNo);
+        } else {
+            continue;
+        }
+        // Of two streams with one serial number the first gets what is found for both.
+        AMediaFormat* const format = streams.find(stream.mSerialNo)->mFormat.get();
+        const media_status_t result =
+                collectCodecConfig(pages, stream, format, firstDataPageOffset);
+        if (result != AMEDIA_OK) {
+            ALOGE("collect type[%d] fail,result=%d!", stream.mType, result);
+        }
+    }
+}
+
+media_status_t configureMpeg4Video(ByteBuffer* rawBuffer, AMediaFormat* format) {
     const std::optional<size_t> start = findStartCode(rawBuffer->view());
     if (!start) {
         ALOGE("can't find start code for mpeg4 video");
@@ -168,58 +180,50 @@ media_status_t OgmExtractor::configureMpeg4Video(uint32_t serialNo, ByteBuffer* 
     }
     int32_t width = -1;
     int32_t height = -1;
-    const std::optional<size_t> size = findVideoConfig(rawBuffer, *start, &width, &height);
+    const std::optional<size_t> layerEnd = findVideoObjectLayer(rawBuffer, *start, &width, &height);
+    const std::optional<size_t> size =
+            layerEnd ? findFirstPicture(rawBuffer->view(), *layerEnd) : std::nullopt;
     if (!size) {
         return AMEDIA_ERROR_UNSUPPORTED;
     }
-    // The size goes no further than this line: the stream header's counts.
+    // The size goes no further than this line: that of the stream header is reported.
     ALOGI("found MPEG4 video codec config (%d x %d)", width, height);
-    const sp<ABuffer> esds = ogm::MakeESDS(rawBuffer->view().first(*size));
-    AMediaFormat_setBuffer(stream->mFormat.get(), AMEDIAFORMAT_KEY_ESDS, esds->data(),
-                           esds->size());
+    const sp<ABuffer> esds = MakeESDS(rawBuffer->view().first(*size));
+    AMediaFormat_setBuffer(format, AMEDIAFORMAT_KEY_ESDS, esds->data(), esds->size());
     ALOGI("get csd success!");
     return AMEDIA_OK;
 }
 
-media_status_t OgmExtractor::configureMpegAudio(uint32_t serialNo, ByteView data) {
+media_status_t configureMpegAudio(ByteView data, AMediaFormat* format) {
     if (data.size() < kMpegAudioHeaderSize) {
         ALOGE("invalid size:%d", static_cast<int>(data.size()));
         return AMEDIA_ERROR_MALFORMED;
     }
     uint64_t offset = 0;
     uint32_t reference = 0;
-    if (ogm::findMP3Header(data, &offset, &reference) != ogm::kMP3HeaderFound) {
-        if (data.size() > ogm::kMaxHeaderSearch) {
-            ALOGE("findMP3Header fail size>%d, skip this buffer",
-                  static_cast<int>(ogm::kMaxHeaderSearch));
-        } else {
-            ALOGW("Not get mMP3Header, size:%d", static_cast<int>(data.size()));
-        }
+    if (!lockMpegAudio(data, &offset, &reference)) {
         return AMEDIA_ERROR_MALFORMED;
     }
     ALOGI("mp3Header:%x", reference);
-    const ByteView rest = data.from(offset);
-    const int32_t skip =
-            ogm::FindMatchingMPEGAudioHeader(rest, static_cast<int32_t>(rest.size()), reference);
-    if (skip < 0) {
-        ALOGW("not found mMP3Header,skip");
-        return AMEDIA_ERROR_MALFORMED;
+    const MpegAudioFrame frame = findMpegAudioFrame(data, offset, reference);
+    switch (frame.result) {
+        case MpegAudioFrame::Result::kNoMatch:
+            ALOGW("not found mMP3Header,skip");
+            return AMEDIA_ERROR_MALFORMED;
+        case MpegAudioFrame::Result::kBadHeader:
+            ALOGI("GetMPEGAudioFrameSize fail, skip this buffer");
+            return AMEDIA_ERROR_MALFORMED;
+        case MpegAudioFrame::Result::kIncomplete:
+            ALOGI("buff size < frame size!");
+            return AMEDIA_ERROR_MALFORMED;
+        case MpegAudioFrame::Result::kWhole:
+            break;
     }
-    const ByteView frame = rest.from(static_cast<size_t>(skip));
-    uint64_t frameSize = 0;
-    if (!ogm::GetMPEGAudioFrameSize(frame.u32be(0), &frameSize)) {
-        ALOGI("GetMPEGAudioFrameSize fail, skip this buffer");
-        return AMEDIA_ERROR_MALFORMED;
-    }
-    if (frame.size() < frameSize) {
-        ALOGI("buff size < frame size!");
-        return AMEDIA_ERROR_MALFORMED;
-    }
-    const uint32_t layerBits = ogm::mpegAudioLayerBits(frame.u32be(0));
-    ALOGI("layer = %d\n", ogm::mpegAudioLayer(layerBits));
+    const uint32_t layerBits = mpegAudioLayerBits(frame.header);
+    ALOGI("layer = %d\n", mpegAudioLayer(layerBits));
     OGM_CHECK(layerBits != 0, OGM_SOURCES "OgmExtractor:3322 Should not be here. ");
-    ogm::setMpegAudioLayer(findStream(serialNo)->mFormat.get(), layerBits);
+    setMpegAudioLayer(format, layerBits);
     return AMEDIA_OK;
 }
 
-}  // namespace android
+}  // namespace android::ogm

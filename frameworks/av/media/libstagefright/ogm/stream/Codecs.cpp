@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "OgmExtractor.h"
-#include "stream/MimeTypes.h"
-#include "stream/StreamHeader.h"
+#include "codec/MimeTypes.h"
+#include "stream/Codecs.h"
+#include "stream/StreamTypes.h"
 
 namespace android::ogm {
 

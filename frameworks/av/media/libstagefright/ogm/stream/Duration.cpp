@@ -3,44 +3,28 @@
 
 #include "stream/Duration.h"
 
-#include <algorithm>
+#include <log/log.h>
 
-#include "OgmExtractor.h"
+#include <algorithm>
+#include <cinttypes>
+
 #include "base/Time.h"
 #include "base/Wrap.h"
 #include "stream/StreamTypes.h"
 
-namespace android {
-
-using ogm::wrapAdd;
-using ogm::wrapSub;
+namespace android::ogm {
 
 namespace {
 
-/** The part at the end of the file whose pages tell the duration, in bytes. */
+/** The part at the end of the file that is searched, in bytes. */
 constexpr int64_t kTailSize = 650520;
-
-}  // namespace
-
-LogicStreamType getLogicStrmType(uint32_t streamType) {
-    if (streamType >= ogm::kFirstVideoType && streamType <= ogm::kLastVideoType) {
-        return LogicStreamType::kVideo;
-    }
-    if (ogm::isAudioType(streamType)) {
-        return LogicStreamType::kAudio;
-    }
-    ALOGE("getLogicStrmType:[%d]unknow LOGIC STREAM TYPE!", static_cast<int>(streamType));
-    return LogicStreamType::kUnknown;
-}
-
-namespace {
 
 uint64_t granuleToTimeUs(const OgmStreamInfo& stream, uint64_t granulePosition) {
     switch (getLogicStrmType(stream.mType)) {
         case LogicStreamType::kVideo:
-            return ogm::unitsToUs(granulePosition, stream.mTimeUnit);
+            return unitsToUs(granulePosition, stream.mTimeUnit);
         case LogicStreamType::kAudio:
-            return ogm::samplesToUs(granulePosition, stream.mSampleRate);
+            return samplesToUs(granulePosition, stream.mSampleRate);
         case LogicStreamType::kUnknown:
             break;
     }
@@ -50,41 +34,46 @@ uint64_t granuleToTimeUs(const OgmStreamInfo& stream, uint64_t granulePosition) 
 
 }  // namespace
 
-void OgmExtractor::parseMaxTime() {
+LogicStreamType getLogicStrmType(uint32_t streamType) {
+    if (isVideoGranuleType(streamType)) {
+        return LogicStreamType::kVideo;
+    }
+    if (isAudioType(streamType)) {
+        return LogicStreamType::kAudio;
+    }
+    ALOGE("getLogicStrmType:[%d]unknow LOGIC STREAM TYPE!", streamType);
+    return LogicStreamType::kUnknown;
+}
+
+int64_t parseMaxTime(const PageReader& pages, const StreamTable& streams) {
     // Below 0 for a file that is shorter: a source that refuses such a read leaves the duration 0.
-    int64_t offset = wrapSub(mDataSourceSize, kTailSize);
-    ALOGI("parseMaxTime: mDataSourceSize=%lld, searchOffset=%ld",
-          static_cast<long long>(mDataSourceSize), offset);
+    int64_t offset = wrapSub(pages.dataSourceSize(), kTailSize);
+    ALOGI("parseMaxTime: mDataSourceSize=%" PRId64 ", searchOffset=%" PRId64,
+          pages.dataSourceSize(), offset);
     int64_t longest = 0;
-    while (offset < mDataSourceSize) {
-        int64_t pageOffset = 0;
-        if (FindPage(offset, &pageOffset, 0) != AMEDIA_OK) {
-            ALOGI("parseMaxTime:Cannot find a page start, from %ld\n", offset);
+    OgmPage page;
+    while (offset < pages.dataSourceSize()) {
+        const PageStep step = pages.nextPage(offset, &page);
+        if (!step.isFound) {
+            ALOGI("parseMaxTime:Cannot find a page start, from %" PRId64 "\n", offset);
             break;
         }
-        OgmPage page;
-        const int64_t pageSize = readPage(pageOffset, &page);
-        if (pageSize < 1) {
-            ALOGI("parseMaxTime:Cannot read a page header, at %ld\n", pageOffset);
+        if (!step.hasHeader()) {
+            ALOGI("parseMaxTime:Cannot read a page header, at %" PRId64 "\n", step.offset);
             break;
         }
-        offset = wrapAdd(pageOffset, pageSize);
-        const OgmStreamInfo* const stream = findStream(page.mSerialNo);
+        offset = step.end();
+        const OgmStreamInfo* const stream = streams.find(page.mSerialNo);
         if (stream == nullptr) {
-            ALOGE("parseMaxTime: This logic stream[%d] is not exist in mTracks",
-                  static_cast<int>(page.mSerialNo));
+            ALOGE("parseMaxTime: This logic stream[%d] is not exist in mTracks", page.mSerialNo);
             continue;
         }
-        // No granule position is special: that of a page on which no packet ends (-1) counts too,
-        // and wins.
+        // No granule position is special: -1, of a page on which no packet ends, is the greatest.
         longest = std::max(longest,
                            static_cast<int64_t>(granuleToTimeUs(*stream, page.mGranulePosition)));
     }
-    mDuration = longest;
-    ALOGI("File duration is %lld us", static_cast<long long>(mDuration));
-    for (const OgmStreamInfo& stream : mTracks) {
-        AMediaFormat_setInt64(stream.mFormat.get(), AMEDIAFORMAT_KEY_DURATION, mDuration);
-    }
+    ALOGI("File duration is %" PRId64 " us", longest);
+    return longest;
 }
 
-}  // namespace android
+}  // namespace android::ogm

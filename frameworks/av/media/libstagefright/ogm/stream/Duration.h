@@ -3,11 +3,17 @@
 
 #include <cstdint>
 
-namespace android {
+#include "page/PageReader.h"
+#include "stream/StreamTable.h"
+
+namespace android::ogm {
 
 enum class LogicStreamType { kUnknown, kVideo, kAudio };
 
-/** Whether a stream type (an OgmStreamType) is of video, 16 to 26, or of audio, 1 to 9. */
+/** Whether the granule positions of a stream type count frames or samples. */
 LogicStreamType getLogicStrmType(uint32_t streamType);
 
-}  // namespace android
+/** The latest time among the pages at the end of the file, in us; 0 when there is none. */
+int64_t parseMaxTime(const PageReader& pages, const StreamTable& streams);
+
+}  // namespace android::ogm

@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <media/NdkMediaFormat.h>
-
 #include <cstdint>
 
 #include "base/ByteView.h"
 
-/** The packet that announces an OGM stream on its first page, and the codecs it may name. */
+/** The packet that announces a stream on its first page. */
 namespace android::ogm {
+
+/** What a first packet announces. */
+enum class Announcement { kVideo, kAudio, kVorbis, kUnknown };
+
+/** By the stream type's text. The packet type is not looked at for Vorbis. */
+Announcement identifyStream(ByteView packet);
 
 /** The fields of an OGM stream header. Those that the packet is too short for are 0. */
 struct StreamHeader {
@@ -40,14 +44,5 @@ struct StreamHeader {
     /** Samples a second, rounded down. */
     int32_t sampleRate() const;
 };
-
-/**
- * Puts the MIME type of a video codec into `format`. Returns its stream type, or OGM_TYPE_UNKNOWN
- * (the format untouched) for a FOURCC that is not supported.
- */
-uint32_t mapVideoCodec(AMediaFormat* format, uint32_t fourcc);
-
-/** The same for an audio format tag. */
-uint32_t mapAudioCodec(AMediaFormat* format, uint32_t tag);
 
 }  // namespace android::ogm

@@ -3,33 +3,67 @@
 
 #include <cstdint>
 
-#include "OgmExtractor.h"
+namespace android {
+
+/** What a logical stream carries. The numbers are fixed: logs and dumps show them. */
+enum OgmStreamType : uint32_t {
+    OGA_AUDIO_MP3 = 1,
+    OGA_AUDIO_AAC = 3,
+    OGA_AUDIO_WMA = 4,
+    OGA_AUDIO_PCM = 5,
+    OGA_AUDIO_MPEG = 6,  // layers I and II
+    OGA_AUDIO_AC3 = 7,
+    OGA_AUDIO_DTS = 8,
+    OGA_AUDIO_ADPCM = 9,
+    OGV_VIDEO_MP4 = 18,   // MPEG-4 part 2
+    OGV_VIDEO_MPEG = 19,  // MPEG-1 and MPEG-2
+    OGV_VIDEO_H264 = 22,
+    OGV_VIDEO_DIVX = 23,
+    OGV_VIDEO_WMV = 24,
+    OGV_VIDEO_VP8 = 25,
+    OGV_VIDEO_MJPEG = 26,
+    OGM_TYPE_UNKNOWN = 30,  // no track is made of it
+};
+
+}  // namespace android
 
 /**
- * Groups of stream types. Two of them look alike but are not: the value 20 stands for no stream,
- * yet counts as video where packets are typed and not where tracks are made. No file produces a
- * track of that type; the groups differ all the same, and each caller names the one it means.
+ * Groups of stream types. They include numbers that have no name and that no file produces. Two
+ * groups look alike but are not: 20 is video where packets are typed, but not where tracks are
+ * made. Each caller names the group it uses.
  */
 namespace android::ogm {
 
-inline constexpr uint32_t kFirstAudioType = 1;
-inline constexpr uint32_t kLastAudioType = 9;
-inline constexpr uint32_t kFirstVideoType = 16;
-inline constexpr uint32_t kLastVideoType = 26;
-
 constexpr bool isAudioType(uint32_t type) {
-    return type >= kFirstAudioType && type <= kLastAudioType;
+    return type >= 1 && type <= 9;
 }
 
-/** Types for which a track is a video track: 16, 18, 19 and 21 to 26. */
+/** Types for which a track is a video track. */
 constexpr bool isVideoTrackType(uint32_t type) {
-    constexpr uint32_t kMask = 0x7ED0000;
-    return type <= kLastVideoType && (kMask >> type & 1) != 0;
+    switch (type) {
+        case 16:
+        case OGV_VIDEO_MP4:
+        case OGV_VIDEO_MPEG:
+        case 21:
+        case OGV_VIDEO_H264:
+        case OGV_VIDEO_DIVX:
+        case OGV_VIDEO_WMV:
+        case OGV_VIDEO_VP8:
+        case OGV_VIDEO_MJPEG:
+            return true;
+        default:
+            return false;
+    }
 }
 
-/** Types whose packets carry a frame type and a sync flag: 16 and 18 to 26. */
+/** Types whose packets carry a frame type and a sync flag. */
 constexpr bool isVideoPacketType(uint32_t type) {
-    return type == kFirstVideoType || (type >= OGV_VIDEO_MP4 && type <= kLastVideoType);
+    return type == 16 || (type >= OGV_VIDEO_MP4 && type <= OGV_VIDEO_MJPEG);
+}
+
+/** Types whose granule positions count frames. */
+constexpr bool isVideoGranuleType(uint32_t type) {
+    return type >= 16 && type <= OGV_VIDEO_MJPEG;
 }
 
 /** Audio whose packets are cut anew into access units. */

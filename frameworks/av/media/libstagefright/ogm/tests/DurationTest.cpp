@@ -226,6 +226,18 @@ TEST_F(DurationTest, ASizeSoNegativeThatTheTailBeginsAfterItGivesNoScan) {
                            infoLine("File duration is 0 us")}));
 }
 
+TEST_F(DurationTest, ASizeThatASourceStoresBeforeItFailsIsTakenAllTheSame) {
+    auto source = sourceOf(videoFile());
+    source->setReportedSize(-1);
+    source->setSizeStatus(-1010);
+    open(std::move(source));
+    EXPECT_THAT(scanLines(),
+                ElementsAre(infoLine("parseMaxTime: mDataSourceSize=-1, searchOffset=-650521"),
+                            errorLine("FindPage: readSize = -2147483648"),
+                            infoLine("parseMaxTime:Cannot find a page start, from -650521\n"),
+                            infoLine("File duration is 0 us")));
+}
+
 TEST_F(DurationTest, ASizeOfZeroGivesNoDuration) {
     OgmFile file = videoFile();
     file.addData(kVideo, 100, {0});

@@ -20,19 +20,19 @@ class FreedTrackTest : public LifecycleTest {
     }
 };
 
-TEST_F(FreedTrackTest, IsPassedOverByReadsAndSeeksOfOtherTracks) {
+TEST_F(FreedTrackTest, IsNotResetByASeekAndHasNoTimeInItsScan) {
     OpenedFile opened = openQuietly(fileWith({7, 3}));
     auto other = opened->startedTrack(0);
     leaveRegistered(opened, 1);
     EXPECT_EQ(other->read().bytes, payload(0, 0));
     mEvents.clear();
-    // It gets no reset, and it does not keep the time measure of the scan at zero.
+    // A time of zero would keep the scan going to the end of the file.
     EXPECT_EQ(other->readAt(5000000).bytes, payload(0, 51));
     EXPECT_EQ(mEvents.count(resetLine(7)), 1U);
     EXPECT_EQ(mEvents.count(resetLine(3)), 0U);
 }
 
-TEST_F(FreedTrackTest, GetsNoGranuleRefreshAndItsPacketsAreDiscarded) {
+TEST_F(FreedTrackTest, LeavesItsPagesBeingLookedAtAndItsPacketsDropped) {
     OpenedFile opened = openQuietly(fileWith({7, 3}));
     auto other = opened->startedTrack(0);
     leaveRegistered(opened, 1);
@@ -48,15 +48,41 @@ TEST_F(FreedTrackTest, GetsNoGranuleRefreshAndItsPacketsAreDiscarded) {
         return std::vector<ReadCall>{{kHeaders + page * kPage + 28, 23, 23}};
     };
     std::vector<ReadCall> expected;
-    // The first page looks past the freed track's page for its next granule position; the freed
-    // track's page looks for none.
-    for (const auto& reads : {header(0), header(1), header(2), packet(0), header(1), packet(1),
-                              header(2), header(3), header(4), packet(2)}) {
+    // Each page, whoever it belongs to, looks past the next one for its next granule position.
+    for (const auto& reads : {header(0), header(1), header(2), packet(0), header(1), header(2),
+                              header(3), packet(1), header(2), header(3), header(4), packet(2)}) {
         expected.insert(expected.end(), reads.begin(), reads.end());
     }
     std::vector<ReadCall> reads = mEvents.reads();
     reads.resize(expected.size());
     EXPECT_EQ(reads, expected);
+    // Nothing is said about packets of the track itself.
+    EXPECT_EQ(mEvents.linesBeginning("packet info:").size(), 10U);
+}
+
+TEST_F(FreedTrackTest, EndsTheReadsOfOtherTracksAtTheLastPageOfItsStream) {
+    OgmFile file;
+    file.addHeader(7, AudioHeader());
+    file.addHeader(3, AudioHeader());
+    for (size_t i = 0; i < 20; ++i) {
+        file.addData(7, (i + 1) * 320, audioPacket(payload(0, i)));
+        if (i == 2 || i == 3) {
+            file.addData(3, (i + 1) * 320, audioPacket(payload(1, i)));
+        }
+    }
+    OpenedFile opened = openQuietly(file);
+    auto other = opened->startedTrack(0);
+    leaveRegistered(opened, 1);
+    mEvents.clear();
+    EXPECT_EQ(other->read().status, AMEDIA_ERROR_END_OF_STREAM);
+    EXPECT_THAT(mEvents.linesBeginning("getNextGranulePosition"),
+                ElementsAre(errorLine(formatted("getNextGranulePosition: Cannot find a page "
+                                                "start,LINE:2175 from 0x%08zX\n",
+                                                file.size())),
+                            infoLine("getNextGranulePosition fail, return -10006")));
+    // What came before that page, but for the packet that is still open.
+    EXPECT_EQ(other->readAll().size(), 3U);
+    EXPECT_EQ(other->read().status, AMEDIA_ERROR_END_OF_STREAM);
 }
 
 TEST_F(FreedTrackTest, StillCountsWhenAnotherTrackIsSelected) {
@@ -129,6 +155,38 @@ TEST_F(FreedTrackTest, AllTracksMayBeLeftRegisteredWhenTheExtractorGoes) {
     mEvents.clear();
     { const Extractor dropped = std::move(opened.extractor); }
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("~OgmExtractor")));
+}
+
+/** A stopped track is on nobody's list, so it may be freed after its extractor. */
+class StoppedTrackTest : public LifecycleTest {
+  protected:
+    void freeExtractorThenTrack(OpenedFile opened, std::unique_ptr<Track> track) {
+        track->releaseExtractor();
+        mEvents.clear();
+        { const Extractor dropped = std::move(opened.extractor); }
+        EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("~OgmExtractor")));
+        mEvents.clear();
+        track.reset();
+        EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("Track Type[5] destroy\n")));
+    }
+};
+
+TEST_F(StoppedTrackTest, TouchesNothingWhenItsExtractorWasFreedFirst) {
+    OpenedFile opened = openQuietly(fileWith({7, 3}));
+    auto track = opened->startedTrack(0);
+    track->read();
+    track->stop();
+    freeExtractorThenTrack(std::move(opened), std::move(track));
+}
+
+TEST_F(StoppedTrackTest, TouchesNothingEitherWhenItWasStartedInBetween) {
+    OpenedFile opened = openQuietly(fileWith({7, 3}));
+    auto track = opened->startedTrack(0);
+    track->stop();
+    track->start();
+    track->read();
+    track->stop();
+    freeExtractorThenTrack(std::move(opened), std::move(track));
 }
 
 }  // namespace

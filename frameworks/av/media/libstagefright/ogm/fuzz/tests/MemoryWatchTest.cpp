@@ -85,7 +85,7 @@ TEST_F(MemoryWatchTest, AQueueThatGrowsForEverLeavesTheRunWithAnAc3Track) {
     EXPECT_FALSE(endsByItself([] {
         Fifo<std::array<uint8_t, 64>> queue;
         for (;;) {
-            queue.push_back({});
+            queue.emplace_back();
         }
     }));
 }

@@ -85,7 +85,7 @@ ssize_t MemorySource::serve(const ReadRequest& request, void* data) const {
 }
 
 status_t MemorySource::getSize(off64_t* size) const {
-    if (mSizeStatus == OK) {
+    if (mSizeStatus == OK || mReportedSize) {
         *size = mReportedSize.value_or(static_cast<int64_t>(mBytes.size()));
     }
     return mSizeStatus;

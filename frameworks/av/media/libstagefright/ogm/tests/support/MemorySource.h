@@ -53,7 +53,7 @@ class MemorySource {
     void clearFault() { mFault = nullptr; }
     /** `getSize` stores this size, whatever the bytes are. */
     void setReportedSize(int64_t size) { mReportedSize = size; }
-    /** `getSize` returns this status and stores nothing. */
+    /** `getSize` returns this status and stores nothing but a reported size. */
     void setSizeStatus(status_t status) { mSizeStatus = status; }
 
     size_t readCount() const { return mReadCount; }

@@ -9,8 +9,8 @@
 
 #include "AccessUnit.h"
 #include "Bytes.h"
+#include "CutterDriver.h"
 #include "ReferenceCutter.h"
-#include "TrackDriver.h"
 
 /** Ways to cut a stream up, to damage it, and to give it to the cutters. */
 namespace android::ogm::test {
@@ -74,10 +74,10 @@ inline int64_t timeOfPiece(size_t number) {
 }
 
 /** Feeds all pieces; a piece that is refused is lost. */
-inline std::vector<AccessUnit> feedAll(TrackDriver& track, const std::vector<Bytes>& pieces) {
+inline std::vector<AccessUnit> feedAll(CutterDriver& cutter, const std::vector<Bytes>& pieces) {
     std::vector<AccessUnit> all;
     for (size_t i = 0; i < pieces.size(); ++i) {
-        const auto units = track.feed(pieces[i], timeOfPiece(i));
+        const auto units = cutter.feed(pieces[i], timeOfPiece(i));
         all.insert(all.end(), units.begin(), units.end());
     }
     return all;
@@ -96,24 +96,24 @@ inline std::vector<AccessUnit> feedAll(ReferenceCutter& cutter, const std::vecto
  * Feeds both, up to a piece that would end the process or never end. Returns what they first
  * differ in, or nothing.
  */
-inline std::optional<std::string> feedSound(TrackDriver& track, ReferenceCutter& reference,
+inline std::optional<std::string> feedSound(CutterDriver& cutter, ReferenceCutter& reference,
                                             const std::vector<Bytes>& pieces) {
     for (size_t i = 0; i < pieces.size(); ++i) {
         const auto expected = reference.feed(pieces[i], timeOfPiece(i));
         if (expected.fatal) {
             return std::nullopt;
         }
-        const bool accepted = track.append(pieces[i], timeOfPiece(i)) == AMEDIA_OK;
+        const bool accepted = cutter.append(pieces[i], timeOfPiece(i));
         if (accepted != expected.accepted) {
             return "whether piece " + std::to_string(i) + " is taken";
         }
-        if (accepted && track.cut() != expected.units) {
+        if (accepted && cutter.cut() != expected.units) {
             return "the frames of piece " + std::to_string(i);
         }
-        if (track.buffered() != reference.buffered()) {
+        if (cutter.buffered() != reference.buffered()) {
             return "the bytes left after piece " + std::to_string(i);
         }
-        if (track.ranges() != reference.ranges()) {
+        if (cutter.ranges() != reference.ranges()) {
             return "the ranges left after piece " + std::to_string(i);
         }
     }

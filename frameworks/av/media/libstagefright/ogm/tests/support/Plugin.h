@@ -43,6 +43,8 @@ class Track {
     media_status_t stop();
     media_status_t getFormat(const Format& format);
     bool supportsNonBlockingRead();
+    /** Lets the extractor go before this track. */
+    void releaseExtractor() { mExtractor.reset(); }
 
     ReadResult read(uint32_t options = 0, int64_t seekUs = 0);
     /** Seeks with the mode "previous sync", then reads. */
@@ -64,7 +66,8 @@ class Track {
     struct Free {
         void operator()(CMediaTrack* track) const;
     };
-    // The order matters: the track goes first, then its buffers, then the extractor.
+    // The order matters: the track goes first, then its buffers, then the extractor, unless it
+    // was released.
     std::shared_ptr<CMediaExtractor> mExtractor;
     std::unique_ptr<MediaBufferGroup> mGroup;
     std::unique_ptr<CMediaTrack, Free> mTrack;

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ChildProcess.h"
+#include "CutterTest.h"
 #include "ElementaryStreams.h"
 #include "Pieces.h"
 #include "ReferenceCutter.h"
-#include "TrackDriver.h"
-#include "audio/Cutters.h"
+#include "Views.h"
+#include "audio/Ac3Cutter.h"
 
 namespace android::ogm::test {
 namespace {
@@ -17,7 +18,6 @@ using ::testing::Pair;
 constexpr char kTooShort[] = "****NO enough data in AC3 ESQueue****";
 constexpr char kBadRate[] = "fscod=3,discard this frame";
 // Long enough for any call that ends, short enough for one that never ends and keeps what it makes.
-constexpr std::chrono::milliseconds kEndlessCall(100);
 
 /** A frame with these codes whose length is the one that the cutter measures. */
 Bytes frameOf(uint32_t fscod, uint32_t frmsizecod, uint32_t seed = 0) {
@@ -50,41 +50,41 @@ LogLine incomplete(size_t size, size_t available) {
 }
 
 /** How AC-3 and E-AC-3 frames are cut out of bytes that arrive in any pieces. */
-class Ac3CutterTest : public TrackTest {
+class Ac3CutterTest : public CutterTest {
   protected:
-    Ac3CutterTest() { mTrack = trackOf(OGA_AUDIO_AC3); }
+    Ac3CutterTest() { mCutter = cutterOf(OGA_AUDIO_AC3); }
 
     std::vector<AccessUnit> feed(const Bytes& piece, int64_t timeUs) {
-        return mTrack->feed(piece, timeUs);
+        return mCutter->feed(piece, timeUs);
     }
 
-    std::unique_ptr<TrackDriver> mTrack;
+    std::unique_ptr<CutterDriver> mCutter;
 };
 
 TEST_F(Ac3CutterTest, FewerThanTenBytesAreNotEnough) {
     EXPECT_THAT(feed(startOf(0, 0x40, pattern(3, 1)), 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), ElementsAre(debugLine(kTooShort)));
-    EXPECT_EQ(mTrack->buffered().size(), 9u);
+    EXPECT_EQ(mCutter->buffered().size(), 9u);
     mEvents.clear();
     EXPECT_THAT(feed({0x55}, 2000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), ElementsAre(incomplete(128, 10)));
 }
 
 TEST_F(Ac3CutterTest, AnEmptyBufferIsNotEnoughEither) {
-    EXPECT_EQ(mTrack->next(), std::nullopt);
+    EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_THAT(mEvents.lines(), ElementsAre(debugLine(kTooShort)));
 }
 
 TEST_F(Ac3CutterTest, EveryFrameSizeCodeAndRateHasTheLengthOfItsRow) {
     for (uint32_t frmsizecod = 0; frmsizecod < 37; ++frmsizecod) {
         for (uint32_t fscod = 0; fscod < 3; ++fscod) {
-            auto track = trackOf(OGA_AUDIO_AC3);
+            auto cutter = cutterOf(OGA_AUDIO_AC3);
             const Bytes one = frameOf(fscod, frmsizecod, 1);
             const Bytes next = frameOf(fscod, frmsizecod, 2);
-            EXPECT_EQ(track->feed(joined({one, head(next, 20)}), 1000),
+            EXPECT_EQ(cutter->feed(joined({one, head(next, 20)}), 1000),
                       (std::vector<AccessUnit>{{one, 1000}}))
                     << frmsizecod << ' ' << fscod;
-            EXPECT_EQ(track->feed(tail(next, 20), 2000), (std::vector<AccessUnit>{{next, 1000}}))
+            EXPECT_EQ(cutter->feed(tail(next, 20), 2000), (std::vector<AccessUnit>{{next, 1000}}))
                     << frmsizecod << ' ' << fscod;
         }
     }
@@ -126,7 +126,7 @@ TEST_F(Ac3CutterTest, EvenCodesAt48And32KilohertzHaveTheStandardsSizeAllTheSame)
             Ac3Frame standard;
             standard.sampleRateCode = fscod;
             standard.frameSizeCode = frmsizecod;
-            EXPECT_EQ(framesOf(trackOf(OGA_AUDIO_AC3)->feed(standard.bytes(), 0)),
+            EXPECT_EQ(framesOf(cutterOf(OGA_AUDIO_AC3)->feed(standard.bytes(), 0)),
                       framesOf(std::vector<Bytes>{standard.bytes()}))
                     << frmsizecod;
         }
@@ -148,60 +148,45 @@ TEST_F(Ac3CutterTest, At44100HertzEverySecondFrameIsLostAndTheOthersCarryTwoByte
 }
 
 TEST_F(Ac3CutterTest, FrameSizeCode37GivesEmptyUnitsWithoutATimeForEver) {
-    EXPECT_EQ(mTrack->append(startOf(37, 0x40, pattern(20, 1)), 1000), AMEDIA_OK);
-    EXPECT_THAT(mTrack->cut(1000), Each(AccessUnit{{}, std::nullopt}));
-    EXPECT_EQ(mTrack->cut(1000).size(), 1000u);
-    EXPECT_EQ(mTrack->buffered().size(), 26u);
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 26u)));
+    EXPECT_TRUE(mCutter->append(startOf(37, 0x40, pattern(20, 1)), 1000));
+    EXPECT_THAT(mCutter->cut(1000), Each(AccessUnit{{}, std::nullopt}));
+    EXPECT_EQ(mCutter->cut(1000).size(), 1000u);
+    EXPECT_EQ(mCutter->buffered().size(), 26u);
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 26u)));
 }
 
 TEST_F(Ac3CutterTest, FrameSizeCode37LosesOnlyTheBytesInFrontOfTheSyncWord) {
-    mTrack->place(joined({pattern(7, 2), startOf(37, 0x40, pattern(20, 1))}), 1000);
-    EXPECT_EQ(mTrack->next(), (AccessUnit{{}, std::nullopt}));
-    EXPECT_EQ(mTrack->buffered(), startOf(37, 0x40, pattern(20, 1)));
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 33u)));
-}
-
-TEST_F(Ac3CutterTest, FrameSizeCode37WithTenBytesKeepsThePacketFromEverBeingDone) {
-    const auto take = [this](const Bytes& stream) {
-        // A packet on a page of granule position 1, with its header of three bytes.
-        const Bytes packet = joined({{0x00, 0x00, 0x00}, stream});
-        (*mTrack)->updateGranulePosition(1, 1);
-        ByteBuffer piece(viewOf(packet));
-        (*mTrack)->appendData(&piece, true);
-    };
-    const Bytes endless = startOf(37, 0x40, pattern(4, 1));
-    EXPECT_EQ(runInChild([&] { take(endless); }, kEndlessCall), outOfTime());
-    EXPECT_EQ(runInChild([&] { take(head(endless, 9)); }, kEndlessCall), returned());
-    EXPECT_EQ(runInChild([&] { take(startOf(36, 0x40, pattern(4, 1))); }, kEndlessCall),
-              returned());
+    mCutter->place(joined({pattern(7, 2), startOf(37, 0x40, pattern(20, 1))}), 1000);
+    EXPECT_EQ(mCutter->next(), (AccessUnit{{}, std::nullopt}));
+    EXPECT_EQ(mCutter->buffered(), startOf(37, 0x40, pattern(20, 1)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 33u)));
 }
 
 TEST_F(Ac3CutterTest, AReservedSampleRateDropsEverythingUpToTheSyncWord) {
     const Bytes bad = startOf(0xC0, 0x40, pattern(14, 1));
-    EXPECT_EQ(mTrack->append(joined({bad, frame(1)}), 1000), AMEDIA_OK);
-    EXPECT_EQ(mTrack->next(), std::nullopt);
+    EXPECT_TRUE(mCutter->append(joined({bad, frame(1)}), 1000));
+    EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_THAT(mEvents.lines(), ElementsAre(debugLine(kBadRate)));
-    EXPECT_EQ(mTrack->buffered(), joined({tail(bad, 2), frame(1)}));
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, bad.size() + kFrameSize)));
+    EXPECT_EQ(mCutter->buffered(), joined({tail(bad, 2), frame(1)}));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, bad.size() + kFrameSize)));
     // The next call searches on from the byte after the sync word.
-    EXPECT_EQ(mTrack->next(), (AccessUnit{frame(1), 1000}));
+    EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 1000}));
 }
 
 TEST_F(Ac3CutterTest, AFrameSizeCodeOf38OrMoreIsDroppedUnderTheSameMessage) {
     for (const uint8_t codes : {38, 63, 0x40 | 38, 0x80 | 63}) {
-        auto track = trackOf(OGA_AUDIO_AC3);
-        EXPECT_THAT(track->feed(startOf(codes, 0x40, pattern(14, 1)), 1000), IsEmpty());
+        auto cutter = cutterOf(OGA_AUDIO_AC3);
+        EXPECT_THAT(cutter->feed(startOf(codes, 0x40, pattern(14, 1)), 1000), IsEmpty());
         EXPECT_THAT(mEvents.lines(), ElementsAre(debugLine(kBadRate))) << int{codes};
-        EXPECT_EQ(track->buffered().size(), 18u);
+        EXPECT_EQ(cutter->buffered().size(), 18u);
     }
 }
 
 TEST_F(Ac3CutterTest, BytesInFrontOfARefusedFrameAreDroppedWithItsSyncWord) {
-    mTrack->place(joined({pattern(30, 1), startOf(0xC0, 0x40, pattern(14, 2))}), 1000);
-    EXPECT_EQ(mTrack->next(), std::nullopt);
-    EXPECT_EQ(mTrack->buffered(), tail(startOf(0xC0, 0x40, pattern(14, 2)), 2));
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 50u)));
+    mCutter->place(joined({pattern(30, 1), startOf(0xC0, 0x40, pattern(14, 2))}), 1000);
+    EXPECT_EQ(mCutter->next(), std::nullopt);
+    EXPECT_EQ(mCutter->buffered(), tail(startOf(0xC0, 0x40, pattern(14, 2)), 2));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 50u)));
 }
 
 TEST_F(Ac3CutterTest, TheWholeByteOfTheBitStreamIdDecidesWhichFrameItIs) {
@@ -212,9 +197,9 @@ TEST_F(Ac3CutterTest, TheWholeByteOfTheBitStreamIdDecidesWhichFrameItIs) {
     // As AC-3 the codes 0 say 128 bytes, as E-AC-3 the size 0x234 says 1130.
     for (const auto& [byte, size] :
          {Case{0x00, 128}, Case{0x57, 128}, Case{0x58, 1130}, Case{0x80, 1130}, Case{0x87, 1130}}) {
-        auto track = trackOf(OGA_AUDIO_AC3);
+        auto cutter = cutterOf(OGA_AUDIO_AC3);
         const Bytes frame = startOf(0, byte, pattern(size - 6, 1));
-        EXPECT_THAT(track->feed(frame, 1000), ElementsAre(AccessUnit{frame, 1000})) << int{byte};
+        EXPECT_THAT(cutter->feed(frame, 1000), ElementsAre(AccessUnit{frame, 1000})) << int{byte};
     }
 }
 
@@ -226,11 +211,11 @@ TEST_F(Ac3CutterTest, ABitStreamIdAbove16IsRefusedAndDropsEverythingUpToTheSyncW
     for (const auto& [byte, line] : {Case{0x88, "[dequeueAccessUnitAC3]***wrong bsid:17***"},
                                      Case{0x97, "[dequeueAccessUnitAC3]***wrong bsid:18***"},
                                      Case{0xFF, "[dequeueAccessUnitAC3]***wrong bsid:31***"}}) {
-        auto track = trackOf(OGA_AUDIO_AC3);
-        EXPECT_THAT(track->feed(startOf(0, byte, pattern(14, 1)), 1000), IsEmpty());
+        auto cutter = cutterOf(OGA_AUDIO_AC3);
+        EXPECT_THAT(cutter->feed(startOf(0, byte, pattern(14, 1)), 1000), IsEmpty());
         EXPECT_THAT(mEvents.lines(), ElementsAre(debugLine(line)));
-        EXPECT_EQ(track->buffered(), tail(startOf(0, byte, pattern(14, 1)), 2));
-        EXPECT_THAT(track->ranges(), ElementsAre(Pair(1000, 20u)));
+        EXPECT_EQ(cutter->buffered(), tail(startOf(0, byte, pattern(14, 1)), 2));
+        EXPECT_THAT(cutter->ranges(), ElementsAre(Pair(1000, 20u)));
     }
 }
 
@@ -241,58 +226,58 @@ TEST_F(Ac3CutterTest, EnhancedFramesOfEverySizeAreCut) {
         frame.streamType = length / 2 % 4;
         frame.substreamId = length / 8 % 8;
         frame.bitStreamId = 11 + length / 64 % 6;
-        auto track = trackOf(OGA_AUDIO_AC3);
-        const auto units = track->feed(joined({frame.bytes(), pattern(10, 1)}), 1000);
+        auto cutter = cutterOf(OGA_AUDIO_AC3);
+        const auto units = cutter->feed(joined({frame.bytes(), pattern(10, 1)}), 1000);
         ASSERT_THAT(units, ElementsAre(AccessUnit{frame.bytes(), 1000})) << length;
-        ASSERT_EQ(track->buffered(), pattern(10, 1)) << length;
+        ASSERT_EQ(cutter->buffered(), pattern(10, 1)) << length;
     }
 }
 
 TEST_F(Ac3CutterTest, TheSmallestEnhancedFrameIsItsSyncWord) {
     const Bytes bytes{0x0B, 0x77, 0x00, 0x00, 0x00, 0x80, 0x55, 0x55, 0x55, 0x55};
     EXPECT_THAT(feed(bytes, 1000), ElementsAre(AccessUnit{{0x0B, 0x77}, 1000}));
-    EXPECT_EQ(mTrack->buffered(), tail(bytes, 2));
+    EXPECT_EQ(mCutter->buffered(), tail(bytes, 2));
 }
 
 TEST_F(Ac3CutterTest, AFrameOneByteShortChangesNothing) {
     const Bytes allButOne = head(frame(1), kFrameSize - 1);
     EXPECT_THAT(feed(allButOne, 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), ElementsAre(incomplete(kFrameSize, kFrameSize - 1)));
-    EXPECT_EQ(mTrack->buffered(), allButOne);
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, kFrameSize - 1)));
+    EXPECT_EQ(mCutter->buffered(), allButOne);
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, kFrameSize - 1)));
     EXPECT_THAT(feed(tail(frame(1), kFrameSize - 1), 2000),
                 ElementsAre(AccessUnit{frame(1), 1000}));
 }
 
 TEST_F(Ac3CutterTest, AnIncompleteFrameKeepsTheBytesInFrontOfItToo) {
     const Bytes bytes = joined({pattern(30, 1), head(frame(1), 100)});
-    mTrack->place(bytes, 1000);
-    EXPECT_EQ(mTrack->next(), std::nullopt);
+    mCutter->place(bytes, 1000);
+    EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_THAT(mEvents.lines(), ElementsAre(incomplete(kFrameSize, 100)));
-    EXPECT_EQ(mTrack->buffered(), bytes);
+    EXPECT_EQ(mCutter->buffered(), bytes);
 }
 
 TEST_F(Ac3CutterTest, LeadingBytesAreNotChargedSoThatLaterTimesLag) {
-    mTrack->place(joined({pattern(30, 1), frame(1)}), 1000);
-    EXPECT_EQ(mTrack->next(), (AccessUnit{frame(1), 1000}));
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 30u)));
+    mCutter->place(joined({pattern(30, 1), frame(1)}), 1000);
+    EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 1000}));
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 30u)));
     EXPECT_THAT(feed(frame(2), 2000), ElementsAre(AccessUnit{frame(2), 1000}));
     EXPECT_THAT(feed(frame(3), 3000), ElementsAre(AccessUnit{frame(3), 2000}));
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(3000, 30u)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(3000, 30u)));
 }
 
 TEST_F(Ac3CutterTest, BytesBetweenTwoFramesAreDropped) {
     EXPECT_THAT(feed(joined({frame(1), pattern(30, 1), frame(2)}), 1000),
                 ElementsAre(AccessUnit{frame(1), 1000}, AccessUnit{frame(2), 1000}));
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 30u)));
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 30u)));
 }
 
 TEST_F(Ac3CutterTest, BytesWithoutASyncWordAreKept) {
     EXPECT_THAT(feed(joined({frame(1), pattern(500, 1)}), 1000),
                 ElementsAre(AccessUnit{frame(1), 1000}));
-    EXPECT_EQ(mTrack->buffered(), pattern(500, 1));
+    EXPECT_EQ(mCutter->buffered(), pattern(500, 1));
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
@@ -310,9 +295,9 @@ TEST_F(Ac3CutterTest, AFrameHasTheTimeOfThePieceInWhichItBegins) {
 
 TEST_F(Ac3CutterTest, WithFewerThanFiveBytesFromTheSyncWordOnTheBitReaderEndsTheProcess) {
     for (size_t left = 2; left < 5; ++left) {
-        (*mTrack)->signalDiscontinuity();
-        mTrack->place(joined({pattern(20, 1), head(frame(1), left)}), 1000);
-        const ChildResult result = runInChild([this] { mTrack->next(); });
+        mCutter->clear();
+        mCutter->place(joined({pattern(20, 1), head(frame(1), left)}), 1000);
+        const ChildResult result = runInChild([this] { mCutter->next(); });
         EXPECT_EQ(result.end, ChildResult::End::kAborted) << left;
         ASSERT_TRUE(result.fatal) << left;
         EXPECT_EQ(result.fatal->text,
@@ -322,8 +307,8 @@ TEST_F(Ac3CutterTest, WithFewerThanFiveBytesFromTheSyncWordOnTheBitReaderEndsThe
 }
 
 TEST_F(Ac3CutterTest, WithExactlyFiveBytesTheMissingBitStreamIdCountsAsZero) {
-    mTrack->place(joined({pattern(20, 1), {0x0B, 0x77, 0x12, 0x34, 0x00}}), 1000);
-    EXPECT_EQ(mTrack->next(), std::nullopt);
+    mCutter->place(joined({pattern(20, 1), {0x0B, 0x77, 0x12, 0x34, 0x00}}), 1000);
+    EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_THAT(mEvents.lines(), ElementsAre(incomplete(128, 5)));
 }
 
@@ -352,24 +337,24 @@ TEST_F(Ac3CutterTest, AStreamInOnePieceGivesAllItsFrames) {
 }
 
 TEST_F(Ac3CutterTest, OneByteAtATimeGivesNothing) {
-    EXPECT_THAT(feedAll(*mTrack, equalPieces(joinedAll(frames(3)), 1)), IsEmpty());
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+    EXPECT_THAT(feedAll(*mCutter, equalPieces(joinedAll(frames(3)), 1)), IsEmpty());
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
 TEST_F(Ac3CutterTest, OneByteAtATimeBehindASyncWordGivesFramesUntilTheBufferRunsEmpty) {
     const auto stream = frames(3);
     EXPECT_THAT(feed({0x0B, 0x77}, 1000), IsEmpty());
-    EXPECT_EQ(framesOf(feedAll(*mTrack, equalPieces(tail(joinedAll(stream), 2), 1))),
+    EXPECT_EQ(framesOf(feedAll(*mCutter, equalPieces(tail(joinedAll(stream), 2), 1))),
               framesOf(std::vector<Bytes>{stream[0]}));
 }
 
 TEST_F(Ac3CutterTest, PiecesOfAnEqualSizeGiveTheFramesOfTheWhole) {
     const auto stream = frames(20);
     for (const size_t size : {2, 3, 7, 64, 255, 1000, 4096}) {
-        auto track = trackOf(OGA_AUDIO_AC3);
+        auto cutter = cutterOf(OGA_AUDIO_AC3);
         ReferenceCutter reference(ReferenceCutter::Codec::kAc3);
         const auto pieces = equalPieces(joinedAll(stream), size);
-        const auto units = feedAll(*track, pieces);
+        const auto units = feedAll(*cutter, pieces);
         EXPECT_EQ(framesOf(units), framesOf(stream)) << size;
         EXPECT_EQ(units, feedAll(reference, pieces)) << size;
     }
@@ -378,10 +363,10 @@ TEST_F(Ac3CutterTest, PiecesOfAnEqualSizeGiveTheFramesOfTheWhole) {
 TEST_F(Ac3CutterTest, RandomPiecesOfTwoBytesOrMoreGiveTheFramesOfTheWhole) {
     const auto stream = frames(12);
     for (uint32_t seed = 0; seed < 300; ++seed) {
-        auto track = trackOf(OGA_AUDIO_AC3);
+        auto cutter = cutterOf(OGA_AUDIO_AC3);
         ReferenceCutter reference(ReferenceCutter::Codec::kAc3);
         const auto pieces = randomPieces(joinedAll(stream), seed, 2, 2 + seed * 3);
-        const auto units = feedAll(*track, pieces);
+        const auto units = feedAll(*cutter, pieces);
         ASSERT_EQ(framesOf(units), framesOf(stream)) << seed;
         ASSERT_EQ(units, feedAll(reference, pieces)) << seed;
     }
@@ -391,10 +376,10 @@ TEST_F(Ac3CutterTest, RandomPiecesOfADamagedStreamGiveWhatAPlainCutterGives) {
     const Bytes temptations{0x0B, 0x77, 0xC0, 0x00, 0x26, 0x58, 0x88, 0x40};
     for (uint32_t seed = 0; seed < 300; ++seed) {
         const Bytes stream = damaged(joinedAll(frames(12)), temptations, seed);
-        auto track = trackOf(OGA_AUDIO_AC3);
+        auto cutter = cutterOf(OGA_AUDIO_AC3);
         ReferenceCutter reference(ReferenceCutter::Codec::kAc3);
         const auto pieces = randomPieces(stream, seed, 1, 700);
-        ASSERT_EQ(feedSound(*track, reference, pieces), std::nullopt) << seed;
+        ASSERT_EQ(feedSound(*cutter, reference, pieces), std::nullopt) << seed;
     }
 }
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ChildProcess.h"
+#include "CutterTest.h"
 #include "ElementaryStreams.h"
 #include "Pieces.h"
 #include "ReferenceCutter.h"
-#include "TrackDriver.h"
-#include "audio/Cutters.h"
+#include "Views.h"
+#include "audio/DtsCutter.h"
 
 namespace android::ogm::test {
 namespace {
@@ -23,23 +24,23 @@ Bytes frame(uint32_t number, DtsForm form = DtsForm::kCore16BitBigEndian) {
 }
 
 /** How DTS frames are cut out of bytes that arrive in any pieces. */
-class DtsCutterTest : public TrackTest {
+class DtsCutterTest : public CutterTest {
   protected:
-    DtsCutterTest() { mTrack = trackOf(OGA_AUDIO_DTS); }
+    DtsCutterTest() { mCutter = cutterOf(OGA_AUDIO_DTS); }
 
     std::vector<AccessUnit> feed(const Bytes& piece, int64_t timeUs) {
-        return mTrack->feed(piece, timeUs);
+        return mCutter->feed(piece, timeUs);
     }
 
-    std::unique_ptr<TrackDriver> mTrack;
+    std::unique_ptr<CutterDriver> mCutter;
 };
 
 TEST_F(DtsCutterTest, AFrameComesOutOnlyWhenTheNextSyncWordHasArrived) {
     EXPECT_THAT(feed(frame(1), 1000), IsEmpty());
-    EXPECT_EQ(mTrack->buffered(), frame(1));
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, kFrameSize)));
+    EXPECT_EQ(mCutter->buffered(), frame(1));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, kFrameSize)));
     EXPECT_THAT(feed(frame(2), 2000), ElementsAre(AccessUnit{frame(1), 1000}));
-    EXPECT_EQ(mTrack->buffered(), frame(2));
+    EXPECT_EQ(mCutter->buffered(), frame(2));
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
@@ -50,17 +51,17 @@ TEST_F(DtsCutterTest, ASyncWordCountsOnlyWithAByteBehindIt) {
 
 TEST_F(DtsCutterTest, FourBytesOrFewerAreKept) {
     EXPECT_THAT(feed(head(frame(1), 4), 1000), IsEmpty());
-    EXPECT_EQ(mTrack->buffered(), head(frame(1), 4));
-    EXPECT_EQ(mTrack->next(), std::nullopt);
+    EXPECT_EQ(mCutter->buffered(), head(frame(1), 4));
+    EXPECT_EQ(mCutter->next(), std::nullopt);
 }
 
 TEST_F(DtsCutterTest, EveryFormEndsTheFrameBeforeIt) {
     for (const DtsForm first : {DtsForm::kCore16BitBigEndian, DtsForm::kHdSubstream}) {
         for (const DtsForm second : kForms) {
-            auto track = trackOf(OGA_AUDIO_DTS);
-            EXPECT_THAT(track->feed(joined({frame(1, first), frame(2, second)}), 1000),
+            auto cutter = cutterOf(OGA_AUDIO_DTS);
+            EXPECT_THAT(cutter->feed(joined({frame(1, first), frame(2, second)}), 1000),
                         ElementsAre(AccessUnit{frame(1, first), 1000}));
-            EXPECT_EQ(track->buffered(), frame(2, second));
+            EXPECT_EQ(cutter->buffered(), frame(2, second));
         }
     }
 }
@@ -80,39 +81,39 @@ TEST_F(DtsCutterTest, AFrameOf14BitWordsIsCutOnceTheStreamHasBegun) {
 }
 
 TEST_F(DtsCutterTest, JunkInFrontOfTheFirstSyncWordIsDroppedAndItsRangesConsumed) {
-    mTrack->place(pattern(30, 1), 1000);
-    EXPECT_EQ(mTrack->append(pattern(10, 2), 2000), AMEDIA_OK);
-    EXPECT_EQ(mTrack->append(frame(1), 3000), AMEDIA_OK);
-    EXPECT_EQ(mTrack->next(), std::nullopt);
-    EXPECT_EQ(mTrack->buffered(), frame(1));
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(3000, kFrameSize)));
+    mCutter->place(pattern(30, 1), 1000);
+    EXPECT_TRUE(mCutter->append(pattern(10, 2), 2000));
+    EXPECT_TRUE(mCutter->append(frame(1), 3000));
+    EXPECT_EQ(mCutter->next(), std::nullopt);
+    EXPECT_EQ(mCutter->buffered(), frame(1));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(3000, kFrameSize)));
     EXPECT_THAT(feed(frame(2), 4000), ElementsAre(AccessUnit{frame(1), 3000}));
 }
 
 TEST_F(DtsCutterTest, AFrameBehindJunkHasTheTimeOfTheRangeOfItsSyncWord) {
-    mTrack->place(joined({pattern(30, 1), head(frame(1), 100)}), 1000);
-    EXPECT_EQ(mTrack->append(joined({tail(frame(1), 100), frame(2)}), 2000), AMEDIA_OK);
-    EXPECT_EQ(mTrack->next(), (AccessUnit{frame(1), 1000}));
+    mCutter->place(joined({pattern(30, 1), head(frame(1), 100)}), 1000);
+    EXPECT_TRUE(mCutter->append(joined({tail(frame(1), 100), frame(2)}), 2000));
+    EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 1000}));
 }
 
 TEST_F(DtsCutterTest, JunkOfANegativeTimeIsDroppedWithoutComplaint) {
-    mTrack->place(pattern(30, 1), -5);
-    EXPECT_EQ(mTrack->append(joined({frame(1), frame(2)}), 2000), AMEDIA_OK);
-    EXPECT_EQ(mTrack->next(), (AccessUnit{frame(1), 2000}));
+    mCutter->place(pattern(30, 1), -5);
+    EXPECT_TRUE(mCutter->append(joined({frame(1), frame(2)}), 2000));
+    EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 2000}));
 }
 
 TEST_F(DtsCutterTest, JunkIsDroppedAlsoWhenFewerThanSixBytesRemain) {
-    mTrack->place(joined({pattern(30, 1), head(frame(1), 5)}), 1000);
-    EXPECT_EQ(mTrack->next(), std::nullopt);
-    EXPECT_EQ(mTrack->buffered(), head(frame(1), 5));
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 5u)));
+    mCutter->place(joined({pattern(30, 1), head(frame(1), 5)}), 1000);
+    EXPECT_EQ(mCutter->next(), std::nullopt);
+    EXPECT_EQ(mCutter->buffered(), head(frame(1), 5));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 5u)));
 }
 
 TEST_F(DtsCutterTest, BytesWithoutASyncWordAreKept) {
-    mTrack->place(joined({pattern(30, 1), head(frame(1), 4)}), 1000);
-    EXPECT_EQ(mTrack->next(), std::nullopt);
-    EXPECT_EQ(mTrack->buffered().size(), 34u);
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 34u)));
+    mCutter->place(joined({pattern(30, 1), head(frame(1), 4)}), 1000);
+    EXPECT_EQ(mCutter->next(), std::nullopt);
+    EXPECT_EQ(mCutter->buffered().size(), 34u);
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 34u)));
 }
 
 TEST_F(DtsCutterTest, BytesBehindAFrameBelongToIt) {
@@ -166,24 +167,24 @@ TEST_F(DtsCutterTest, AStreamInOnePieceGivesAllFramesButTheLast) {
 }
 
 TEST_F(DtsCutterTest, OneByteAtATimeGivesNothing) {
-    EXPECT_THAT(feedAll(*mTrack, equalPieces(joinedAll(frames(5)), 1)), IsEmpty());
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+    EXPECT_THAT(feedAll(*mCutter, equalPieces(joinedAll(frames(5)), 1)), IsEmpty());
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
 TEST_F(DtsCutterTest, OneByteAtATimeBehindASyncWordGivesTheFramesOfTheWhole) {
     const auto stream = frames(20);
     EXPECT_THAT(feed(head(stream[0], 4), 500), IsEmpty());
-    EXPECT_EQ(framesOf(feedAll(*mTrack, equalPieces(tail(joinedAll(stream), 4), 1))),
+    EXPECT_EQ(framesOf(feedAll(*mCutter, equalPieces(tail(joinedAll(stream), 4), 1))),
               framesOf(allButTheLast(stream)));
 }
 
 TEST_F(DtsCutterTest, PiecesOfAnEqualSizeGiveTheFramesOfTheWhole) {
     const auto stream = frames(20);
     for (const size_t size : {4, 5, 7, 64, 255, 1000, 4096}) {
-        auto track = trackOf(OGA_AUDIO_DTS);
+        auto cutter = cutterOf(OGA_AUDIO_DTS);
         ReferenceCutter reference(ReferenceCutter::Codec::kDts);
         const auto pieces = equalPieces(joinedAll(stream), size);
-        const auto units = feedAll(*track, pieces);
+        const auto units = feedAll(*cutter, pieces);
         EXPECT_EQ(framesOf(units), framesOf(allButTheLast(stream))) << size;
         EXPECT_EQ(units, feedAll(reference, pieces)) << size;
     }
@@ -192,11 +193,11 @@ TEST_F(DtsCutterTest, PiecesOfAnEqualSizeGiveTheFramesOfTheWhole) {
 TEST_F(DtsCutterTest, RandomPiecesGiveTheFramesOfTheWholeOnceTheFirstHoldsASyncWord) {
     const auto stream = frames(12);
     for (uint32_t seed = 0; seed < 300; ++seed) {
-        auto track = trackOf(OGA_AUDIO_DTS);
+        auto cutter = cutterOf(OGA_AUDIO_DTS);
         ReferenceCutter reference(ReferenceCutter::Codec::kDts);
         auto pieces = randomPieces(tail(joinedAll(stream), 4), seed, 1, 1 + seed * 3);
         pieces.insert(pieces.begin(), head(stream[0], 4));
-        const auto units = feedAll(*track, pieces);
+        const auto units = feedAll(*cutter, pieces);
         ASSERT_EQ(framesOf(units), framesOf(allButTheLast(stream))) << seed;
         ASSERT_EQ(units, feedAll(reference, pieces)) << seed;
     }
@@ -206,10 +207,10 @@ TEST_F(DtsCutterTest, RandomPiecesOfADamagedStreamGiveWhatAPlainCutterGives) {
     const Bytes temptations{0x7F, 0xFE, 0x80, 0x01, 0x64, 0x58, 0x20, 0x25, 0x1F, 0xFF, 0xE8};
     for (uint32_t seed = 0; seed < 300; ++seed) {
         const Bytes stream = damaged(joinedAll(frames(12)), temptations, seed);
-        auto track = trackOf(OGA_AUDIO_DTS);
+        auto cutter = cutterOf(OGA_AUDIO_DTS);
         ReferenceCutter reference(ReferenceCutter::Codec::kDts);
         const auto pieces = randomPieces(stream, seed, 1, 300);
-        ASSERT_EQ(feedSound(*track, reference, pieces), std::nullopt) << seed;
+        ASSERT_EQ(feedSound(*cutter, reference, pieces), std::nullopt) << seed;
     }
 }
 

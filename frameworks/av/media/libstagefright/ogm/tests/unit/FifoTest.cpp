@@ -26,8 +26,8 @@ TEST(FifoTest, HoldsWhatADequeHoldsWhateverIsPushedAndPopped) {
         // Grows and shrinks in turn, again and again down to nothing.
         const bool isGrowing = i / 500 % 2 == 0;
         if (model.empty() || (random >> 24 < 160) == isGrowing) {
-            fifo.push_back(uint32_t{i});
-            model.push_back(i);
+            fifo.emplace_back(uint32_t{i});
+            model.emplace_back(i);
         } else {
             fifo.pop_front();
             model.pop_front();
@@ -47,8 +47,8 @@ TEST(FifoTest, ItemsStayInPlace) {
     Fifo<int> fifo;
     std::vector<const int*> places;
     for (int i = 0; i < 1000; ++i) {
-        fifo.push_back(int{i});
-        places.push_back(&fifo.back());
+        fifo.emplace_back(int{i});
+        places.emplace_back(&fifo.back());
     }
     for (const int* place : places) {
         ASSERT_EQ(&fifo.front(), place);
@@ -59,8 +59,8 @@ TEST(FifoTest, ItemsStayInPlace) {
 TEST(FifoTest, AnItemEndsWhenItIsPopped) {
     const auto item = std::make_shared<int>(1);
     Fifo<std::shared_ptr<int>> fifo;
-    fifo.push_back(std::shared_ptr<int>(item));
-    fifo.push_back(std::shared_ptr<int>(item));
+    fifo.emplace_back(std::shared_ptr<int>(item));
+    fifo.emplace_back(std::shared_ptr<int>(item));
     EXPECT_EQ(item.use_count(), 3);
     fifo.pop_front();
     EXPECT_EQ(item.use_count(), 2);
@@ -70,12 +70,12 @@ TEST(FifoTest, ClearingEndsAllItemsAndLeavesAUsableQueue) {
     const auto item = std::make_shared<int>(1);
     Fifo<std::shared_ptr<int>> fifo;
     for (int i = 0; i < 100; ++i) {
-        fifo.push_back(std::shared_ptr<int>(item));
+        fifo.emplace_back(std::shared_ptr<int>(item));
     }
     fifo.clear();
     EXPECT_TRUE(fifo.empty());
     EXPECT_EQ(item.use_count(), 1);
-    fifo.push_back(std::shared_ptr<int>(item));
+    fifo.emplace_back(std::shared_ptr<int>(item));
     EXPECT_EQ(fifo.front(), item);
 }
 
@@ -85,7 +85,7 @@ TEST(FifoTest, ItsEndEndsAllItemsHoweverMany) {
     {
         Fifo<std::shared_ptr<int>> fifo;
         for (int i = 0; i < kManyMoreThanTheStackCouldNest; ++i) {
-            fifo.push_back(std::shared_ptr<int>(item));
+            fifo.emplace_back(std::shared_ptr<int>(item));
         }
     }
     EXPECT_EQ(item.use_count(), 1);

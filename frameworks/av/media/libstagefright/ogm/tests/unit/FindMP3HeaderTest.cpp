@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "TrackDriver.h"
+#include "Bytes.h"
+#include "LogTest.h"
 #include "codec/Ogmavc_utils.h"
 
 namespace android::ogm::test {
@@ -14,7 +15,7 @@ Bytes bigEndian(uint32_t word) {
 }
 
 /** How a search for a confirmed header ends, and what it says meanwhile. */
-class FindMP3HeaderTest : public TrackTest {
+class FindMP3HeaderTest : public LogTest {
   protected:
     struct Result {
         uint32_t status;

@@ -2,13 +2,13 @@
 #include <media/stagefright/MediaDefs.h>
 
 #include "ChildProcess.h"
+#include "CutterTest.h"
 #include "ElementaryStreams.h"
 #include "Format.h"
 #include "Pieces.h"
 #include "ReferenceCutter.h"
-#include "TrackDriver.h"
-#include "audio/Cutters.h"
-#include "stream/MimeTypes.h"
+#include "Views.h"
+#include "audio/MpegAudioCutter.h"
 
 namespace android::ogm::test {
 namespace {
@@ -37,37 +37,37 @@ LogLine notLocked(size_t size) {
 }
 
 /** How MPEG audio frames are cut out of bytes that arrive in any pieces. */
-class MpegAudioCutterTest : public TrackTest {
+class MpegAudioCutterTest : public CutterTest {
   protected:
-    MpegAudioCutterTest() { mTrack = trackOf(OGA_AUDIO_MP3); }
+    MpegAudioCutterTest() { mCutter = cutterOf(OGA_AUDIO_MP3); }
 
     std::vector<AccessUnit> feed(const Bytes& piece, int64_t timeUs) {
-        return mTrack->feed(piece, timeUs);
+        return mCutter->feed(piece, timeUs);
     }
 
-    /** Makes the track know its header: the time 1000 for two frames of which none is left. */
+    /** Makes the cutter know its header: the time 1000 for two frames of which none is left. */
     void lock() {
         ASSERT_THAT(feed(joined({frame(0), frame(1)}), 1000),
                     ElementsAre(AccessUnit{frame(1), 1000}));
-        ASSERT_THAT(mTrack->buffered(), IsEmpty());
-        ASSERT_THAT(mTrack->ranges(), IsEmpty());
+        ASSERT_THAT(mCutter->buffered(), IsEmpty());
+        ASSERT_THAT(mCutter->ranges(), IsEmpty());
         mEvents.clear();
     }
 
-    std::unique_ptr<TrackDriver> mTrack;
+    std::unique_ptr<CutterDriver> mCutter;
 };
 
 TEST_F(MpegAudioCutterTest, ThreeBytesOrFewerAreNotLookedAt) {
     EXPECT_THAT(feed(head(frame(0), 3), 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), IsEmpty());
-    EXPECT_EQ(mTrack->buffered().size(), 3u);
+    EXPECT_EQ(mCutter->buffered().size(), 3u);
 }
 
 TEST_F(MpegAudioCutterTest, FourBytesAreTooFewForTheSearchAndAreKept) {
     EXPECT_THAT(feed(head(frame(0), 4), 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), Contains(notLocked(4)));
     EXPECT_THAT(mEvents.linesBeginning("mp3 header1"), IsEmpty());
-    EXPECT_EQ(mTrack->buffered(), head(frame(0), 4));
+    EXPECT_EQ(mCutter->buffered(), head(frame(0), 4));
 }
 
 TEST_F(MpegAudioCutterTest, TheFirstFrameIsGivenUpAndItsBytesAreChargedToTheSecond) {
@@ -76,7 +76,7 @@ TEST_F(MpegAudioCutterTest, TheFirstFrameIsGivenUpAndItsBytesAreChargedToTheSeco
     mEvents.clear();
     EXPECT_THAT(feed(frame(1), 2000), ElementsAre(AccessUnit{frame(1), 1000}));
     EXPECT_THAT(mEvents.lines(), Contains(infoLine("mMP3Header:fffb9040")));
-    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+    EXPECT_THAT(mCutter->ranges(), IsEmpty());
     EXPECT_THAT(feed(frame(2), 3000), ElementsAre(AccessUnit{frame(2), 3000}));
 }
 
@@ -84,7 +84,7 @@ TEST_F(MpegAudioCutterTest, AFrameThatArrivesWholeComesOutAtOnce) {
     lock();
     for (uint32_t i = 2; i < 10; ++i) {
         EXPECT_THAT(feed(frame(i), i * 1000), ElementsAre(AccessUnit{frame(i), i * 1000}));
-        EXPECT_THAT(mTrack->buffered(), IsEmpty());
+        EXPECT_THAT(mCutter->buffered(), IsEmpty());
     }
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
@@ -108,19 +108,19 @@ TEST_F(MpegAudioCutterTest, AFrameWhoseLastByteIsMissingChangesNothing) {
     lock();
     const Bytes allButOne = head(frame(2), kFrameSize - 1);
     EXPECT_THAT(feed(allButOne, 5000), IsEmpty());
-    EXPECT_EQ(mTrack->buffered(), allButOne);
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(5000, kFrameSize - 1)));
-    EXPECT_THAT(mTrack->cut(), IsEmpty());
+    EXPECT_EQ(mCutter->buffered(), allButOne);
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(5000, kFrameSize - 1)));
+    EXPECT_THAT(mCutter->cut(), IsEmpty());
     EXPECT_THAT(feed(tail(frame(2), kFrameSize - 1), 6000),
                 ElementsAre(AccessUnit{frame(2), 5000}));
 }
 
 TEST_F(MpegAudioCutterTest, AHundredBytesOfJunkAreConsumedTogetherWithTheirFrame) {
     lock();
-    mTrack->place(joined({pattern(100, 1), frame(2)}), 7000);
-    EXPECT_THAT(mTrack->cut(), ElementsAre(AccessUnit{frame(2), 7000}));
-    EXPECT_THAT(mTrack->ranges(), IsEmpty());
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+    mCutter->place(joined({pattern(100, 1), frame(2)}), 7000);
+    EXPECT_THAT(mCutter->cut(), ElementsAre(AccessUnit{frame(2), 7000}));
+    EXPECT_THAT(mCutter->ranges(), IsEmpty());
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
 TEST_F(MpegAudioCutterTest, TheTimeIsThatOfTheJunkInFront) {
@@ -128,7 +128,7 @@ TEST_F(MpegAudioCutterTest, TheTimeIsThatOfTheJunkInFront) {
     EXPECT_THAT(feed(joined({frame(2), pattern(20, 1), frame(3), pattern(20, 2), frame(4)}), 5000),
                 ElementsAre(AccessUnit{frame(2), 5000}, AccessUnit{frame(3), 5000},
                             AccessUnit{frame(4), 5000}));
-    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+    EXPECT_THAT(mCutter->ranges(), IsEmpty());
 }
 
 TEST_F(MpegAudioCutterTest, BytesWithoutAHeaderThatAgreesAreThrownAwayButNotTheirRange) {
@@ -136,8 +136,8 @@ TEST_F(MpegAudioCutterTest, BytesWithoutAHeaderThatAgreesAreThrownAwayButNotThei
     const Bytes junk = joined({{0xFF, 0xFB, 0x94, 0x64}, pattern(300, 1)});
     EXPECT_THAT(feed(junk, 5000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine(kSkipAll)));
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(5000, junk.size())));
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(5000, junk.size())));
 }
 
 TEST_F(MpegAudioCutterTest, RangesLeftBehindMakeLaterTimesLag) {
@@ -147,47 +147,47 @@ TEST_F(MpegAudioCutterTest, RangesLeftBehindMakeLaterTimesLag) {
     EXPECT_THAT(feed(frame(3), 7000), ElementsAre(AccessUnit{frame(3), 6000}));
     EXPECT_THAT(feed(frame(4), 8000), ElementsAre(AccessUnit{frame(4), 7000}));
     // Three hundred bytes behind for good.
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(8000, 300u)));
-    (*mTrack)->signalDiscontinuity();
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(8000, 300u)));
+    mCutter->clear();
     EXPECT_THAT(feed(frame(5), 9000), ElementsAre(AccessUnit{frame(5), 9000}));
 }
 
 TEST_F(MpegAudioCutterTest, AHeaderThatAgreesButDoesNotDecodeThrowsTheBufferAway) {
     lock();
     for (const uint8_t bitrate : {0x00, 0xF0}) {
-        (*mTrack)->signalDiscontinuity();
+        mCutter->clear();
         mEvents.clear();
-        mTrack->place(joined({{0xFF, 0xFB, bitrate, 0x64}, pattern(50, 1), frame(2)}), 5000);
-        EXPECT_THAT(mTrack->cut(), IsEmpty());
+        mCutter->place(joined({{0xFF, 0xFB, bitrate, 0x64}, pattern(50, 1), frame(2)}), 5000);
+        EXPECT_THAT(mCutter->cut(), IsEmpty());
         EXPECT_THAT(mEvents.lines(), ElementsAre(errorLine(kSkipBuffer)));
-        EXPECT_THAT(mTrack->buffered(), IsEmpty());
-        EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(5000, 54u + kFrameSize)));
+        EXPECT_THAT(mCutter->buffered(), IsEmpty());
+        EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(5000, 54u + kFrameSize)));
     }
 }
 
 TEST_F(MpegAudioCutterTest, ThreeBytesLeftWithALockAreKeptAndFourWithoutAHeaderAreNot) {
     lock();
-    mTrack->place({0x55, 0xFF, 0xFB}, 5000);
-    EXPECT_THAT(mTrack->cut(), IsEmpty());
-    EXPECT_EQ(mTrack->buffered().size(), 3u);
+    mCutter->place({0x55, 0xFF, 0xFB}, 5000);
+    EXPECT_THAT(mCutter->cut(), IsEmpty());
+    EXPECT_EQ(mCutter->buffered().size(), 3u);
     EXPECT_THAT(mEvents.lines(), IsEmpty());
-    EXPECT_EQ(mTrack->append({0x90}, 6000), AMEDIA_OK);
-    EXPECT_THAT(mTrack->cut(), IsEmpty());
+    EXPECT_TRUE(mCutter->append({0x90}, 6000));
+    EXPECT_THAT(mCutter->cut(), IsEmpty());
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine(kSkipAll)));
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
 TEST_F(MpegAudioCutterTest, ALockOnFewerThanFourBytesOfTheSecondHeaderThrowsBothFramesAway) {
     for (const size_t bytes : {2, 3}) {
-        auto track = trackOf(OGA_AUDIO_MP3);
+        auto cutter = cutterOf(OGA_AUDIO_MP3);
         const Bytes stream = joined({frame(0), frame(1), frame(2), frame(3)});
-        EXPECT_THAT(track->feed(head(stream, kFrameSize + bytes), 1000), IsEmpty());
+        EXPECT_THAT(cutter->feed(head(stream, kFrameSize + bytes), 1000), IsEmpty());
         EXPECT_THAT(mEvents.lines(), Contains(infoLine("mMP3Header:fffb9040")));
         EXPECT_THAT(mEvents.lines(), Contains(infoLine(kSkipAll)));
-        EXPECT_THAT(track->buffered(), IsEmpty());
+        EXPECT_THAT(cutter->buffered(), IsEmpty());
         // What is left of the second frame has no sync word until the third begins. The times lag
         // by what was thrown away.
-        EXPECT_THAT(track->feed(tail(stream, kFrameSize + bytes), 2000),
+        EXPECT_THAT(cutter->feed(tail(stream, kFrameSize + bytes), 2000),
                     ElementsAre(AccessUnit{frame(2), 1000}, AccessUnit{frame(3), 1000}));
     }
 }
@@ -221,7 +221,7 @@ TEST_F(MpegAudioCutterTest, AChangeOfBitrateProtectionPaddingOrModeLosesNothing)
 
 TEST_F(MpegAudioCutterTest, TheHeaderOutlivesADiscontinuitySoThatNoFurtherFrameIsGivenUp) {
     lock();
-    (*mTrack)->signalDiscontinuity();
+    mCutter->clear();
     EXPECT_THAT(feed(frame(7), 5000), ElementsAre(AccessUnit{frame(7), 5000}));
 }
 
@@ -229,7 +229,7 @@ TEST_F(MpegAudioCutterTest, FramesThreeBytesApartAreFoundBehindTheGap) {
     const Bytes gap{0x00, 0x28, 0x01};
     EXPECT_THAT(feed(joined({frame(0), gap, frame(1), gap, frame(2)}), 1000),
                 ElementsAre(AccessUnit{frame(1), 1000}, AccessUnit{frame(2), 1000}));
-    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+    EXPECT_THAT(mCutter->ranges(), IsEmpty());
 }
 
 TEST_F(MpegAudioCutterTest, UpTo131072BytesWithoutAConfirmedHeaderAreKept) {
@@ -237,14 +237,14 @@ TEST_F(MpegAudioCutterTest, UpTo131072BytesWithoutAConfirmedHeaderAreKept) {
     const Bytes bytes = joined({{0xFF, 0xFB, 0x00, 0x00}, filled(kSearchLimit - 4, 0x55)});
     EXPECT_THAT(feed(bytes, 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), Contains(notLocked(kSearchLimit)));
-    EXPECT_EQ(mTrack->buffered().size(), kSearchLimit);
+    EXPECT_EQ(mCutter->buffered().size(), kSearchLimit);
     mEvents.clear();
     EXPECT_THAT(feed({0x55}, 2000), IsEmpty());
     EXPECT_THAT(mEvents.lines(),
                 Contains(errorLine("findMP3Header fail size>131072, skip this buffer")));
     EXPECT_THAT(mEvents.lines(), Not(Contains(notLocked(kSearchLimit + 1))));
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, kSearchLimit), Pair(2000, 1u)));
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, kSearchLimit), Pair(2000, 1u)));
 }
 
 TEST_F(MpegAudioCutterTest, ANegativeTimeEndsTheProcess) {
@@ -255,40 +255,30 @@ TEST_F(MpegAudioCutterTest, ANegativeTimeEndsTheProcess) {
                           "timeUs,0ll) failed: -5 vs. 0"));
 }
 
-struct Layer {
-    uint32_t layer;
-    const char* mime;
-};
-
 TEST_F(MpegAudioCutterTest, TheFirstFrameThatComesOutFillsTheFormatForGood) {
-    for (const Layer& row :
-         {Layer{1, MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_I}, Layer{2, MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_II},
-          Layer{3, MEDIA_MIMETYPE_AUDIO_MPEG}}) {
-        MpegAudioFrame frame;
-        frame.version = MpegVersion::kMpeg2;
-        frame.layer = row.layer;
-        frame.samplingRateIndex = 1;
-        frame.mono = true;
-        auto track = trackOf(OGA_AUDIO_MPEG);
-        EXPECT_EQ(track->format(), nullptr);
-        EXPECT_EQ(track->feed(joined({frame.bytes(), frame.bytes()}), 0).size(), 1u);
-        frame.mono = false;
-        EXPECT_EQ(track->feed(frame.bytes(), 0).size(), 1u);
-        AMediaFormat* format = track->format();
-        ASSERT_NE(format, nullptr);
-        EXPECT_EQ(stringOf(format, AMEDIAFORMAT_KEY_MIME), row.mime);
-        EXPECT_EQ(int32Of(format, AMEDIAFORMAT_KEY_SAMPLE_RATE), 24000);
-        EXPECT_EQ(int32Of(format, AMEDIAFORMAT_KEY_CHANNEL_COUNT), 1);
-        EXPECT_EQ(int32Of(format, AMEDIAFORMAT_KEY_MPEG_AUD_LAYER),
-                  static_cast<int32_t>(row.layer));
-    }
-}
-
-TEST_F(MpegAudioCutterTest, AFormatCannotBeLearntFromAReservedLayer) {
-    EXPECT_EQ(runInChild([this] { mTrack->learnFormat(0xFFF99064, 44100, 2); }),
-              abortedWith("OgmExtractor",
-                          "frameworks/av/media/libstagefright/ogm/OgmExtractor:735 Should not be "
-                          "here. "));
+    MpegAudioFrame frame;
+    frame.version = MpegVersion::kMpeg2;
+    frame.layer = 2;
+    frame.samplingRateIndex = 1;
+    frame.mono = true;
+    const Bytes mono = frame.bytes();
+    frame.mono = false;
+    MpegAudioCutter cutter;
+    ElementaryStream stream;
+    HeapRoom room;
+    const auto take = [&](const Bytes& bytes) {
+        ByteBuffer piece(viewOf(bytes));
+        EXPECT_TRUE(appendAudioData(cutter, &stream, &piece, 0));
+        return cutter.dequeueAccessUnit(&stream, &room).has_value();
+    };
+    EXPECT_FALSE(take(mono));
+    EXPECT_EQ(cutter.format(), nullptr);
+    EXPECT_TRUE(take(mono));
+    EXPECT_TRUE(take(frame.bytes()));
+    ASSERT_NE(cutter.format(), nullptr);
+    EXPECT_EQ(stringOf(cutter.format(), AMEDIAFORMAT_KEY_MIME), MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_II);
+    EXPECT_EQ(int32Of(cutter.format(), AMEDIAFORMAT_KEY_SAMPLE_RATE), 24000);
+    EXPECT_EQ(int32Of(cutter.format(), AMEDIAFORMAT_KEY_CHANNEL_COUNT), 1);
 }
 
 TEST_F(MpegAudioCutterTest, FramesOfEveryVersionLayerAndRateAreCut) {
@@ -301,8 +291,8 @@ TEST_F(MpegAudioCutterTest, FramesOfEveryVersionLayerAndRateAreCut) {
             frame.samplingRateIndex = i / 3 % 3;
             frame.bitrateIndex = 1 + i / 9;
             const Bytes one = frame.bytes();
-            auto track = trackOf(OGA_AUDIO_MPEG);
-            EXPECT_EQ(framesOf(track->feed(joined({one, one, one}), 0)),
+            auto cutter = cutterOf(OGA_AUDIO_MP3);
+            EXPECT_EQ(framesOf(cutter->feed(joined({one, one, one}), 0)),
                       framesOf(std::vector<Bytes>{one, one}))
                     << std::hex << frame.header();
         }
@@ -336,29 +326,29 @@ TEST_F(MpegAudioPiecesTest, AStreamInOnePieceGivesAllFramesButTheFirst) {
 
 TEST_F(MpegAudioPiecesTest, OneByteAtATimeGivesNothing) {
     // A single byte never begins a stream, so the buffer stays empty for ever.
-    EXPECT_THAT(feedAll(*mTrack, equalPieces(joinedAll(frames(5)), 1)), IsEmpty());
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+    EXPECT_THAT(feedAll(*mCutter, equalPieces(joinedAll(frames(5)), 1)), IsEmpty());
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
 TEST_F(MpegAudioPiecesTest, OneByteAtATimeBehindALockGivesTheFramesUntilTheBufferRunsEmpty) {
     lock();
     const Bytes stream = joined({frame(2), frame(3)});
     EXPECT_THAT(feed(head(stream, 3), 5000), IsEmpty());
-    EXPECT_EQ(framesOf(feedAll(*mTrack, equalPieces(tail(stream, 3), 1))),
+    EXPECT_EQ(framesOf(feedAll(*mCutter, equalPieces(tail(stream, 3), 1))),
               framesOf(std::vector<Bytes>{frame(2)}));
-    EXPECT_THAT(mTrack->buffered(), IsEmpty());
+    EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
 TEST_F(MpegAudioPiecesTest, TheFirstFrameIsGivenUpOnlyWhenTheSecondIsWholeAtTheLock) {
     // Otherwise the next search begins at the front again, and knows the header.
     const Bytes stream = joined({frame(0), frame(1), frame(2)});
     for (const size_t atTheLock : {kFrameSize + 4, 2 * kFrameSize - 1, 2 * kFrameSize}) {
-        auto track = trackOf(OGA_AUDIO_MP3);
+        auto cutter = cutterOf(OGA_AUDIO_MP3);
         const bool secondIsWhole = atTheLock == 2 * kFrameSize;
-        auto units = track->feed(head(stream, atTheLock), 1000);
+        auto units = cutter->feed(head(stream, atTheLock), 1000);
         EXPECT_EQ(units.size(), secondIsWhole ? 1u : 0u) << atTheLock;
         EXPECT_THAT(mEvents.lines(), Contains(infoLine("mMP3Header:fffb9040")));
-        const auto rest = track->feed(tail(stream, atTheLock), 2000);
+        const auto rest = cutter->feed(tail(stream, atTheLock), 2000);
         units.insert(units.end(), rest.begin(), rest.end());
         const auto expected = secondIsWhole ? std::vector<Bytes>{frame(1), frame(2)}
                                             : std::vector<Bytes>{frame(0), frame(1), frame(2)};
@@ -370,8 +360,8 @@ TEST_F(MpegAudioPiecesTest, PiecesOfAnEqualSizeGiveAllFramesSaveThatTheFirstMayB
     const auto stream = frames(20);
     const size_t firstSize = stream[0].size();
     for (const size_t size : {50, 64, 100, 255, 300, 500, 1000, 4096}) {
-        auto track = trackOf(OGA_AUDIO_MP3);
-        const auto units = feedAll(*track, equalPieces(joinedAll(stream), size));
+        auto cutter = cutterOf(OGA_AUDIO_MP3);
+        const auto units = feedAll(*cutter, equalPieces(joinedAll(stream), size));
         const size_t atTheLock = (firstSize + 4 + size - 1) / size * size;
         const bool secondIsWhole = atTheLock >= firstSize + stream[1].size();
         EXPECT_EQ(framesOf(units), framesOf(secondIsWhole ? allButTheFirst(stream) : stream))
@@ -382,11 +372,11 @@ TEST_F(MpegAudioPiecesTest, PiecesOfAnEqualSizeGiveAllFramesSaveThatTheFirstMayB
 TEST_F(MpegAudioPiecesTest, RandomPiecesOfASoundStreamGiveWhatAPlainCutterGives) {
     for (uint32_t seed = 0; seed < 300; ++seed) {
         const auto pieces = randomPieces(joinedAll(frames(12)), seed, 1, 1 + seed * 3);
-        auto track = trackOf(OGA_AUDIO_MP3);
+        auto cutter = cutterOf(OGA_AUDIO_MP3);
         ReferenceCutter reference(ReferenceCutter::Codec::kMpegAudio);
-        ASSERT_EQ(feedAll(*track, pieces), feedAll(reference, pieces)) << seed;
-        EXPECT_EQ(track->buffered(), reference.buffered()) << seed;
-        EXPECT_EQ(track->ranges(), reference.ranges()) << seed;
+        ASSERT_EQ(feedAll(*cutter, pieces), feedAll(reference, pieces)) << seed;
+        EXPECT_EQ(cutter->buffered(), reference.buffered()) << seed;
+        EXPECT_EQ(cutter->ranges(), reference.ranges()) << seed;
     }
 }
 
@@ -395,9 +385,9 @@ TEST_F(MpegAudioPiecesTest, RandomPiecesOfADamagedStreamGiveWhatAPlainCutterGive
     for (uint32_t seed = 0; seed < 300; ++seed) {
         const Bytes stream = damaged(joinedAll(frames(12)), temptations, seed);
         const auto pieces = randomPieces(stream, seed, 1, 700);
-        auto track = trackOf(OGA_AUDIO_MP3);
+        auto cutter = cutterOf(OGA_AUDIO_MP3);
         ReferenceCutter reference(ReferenceCutter::Codec::kMpegAudio);
-        ASSERT_EQ(feedSound(*track, reference, pieces), std::nullopt) << seed;
+        ASSERT_EQ(feedSound(*cutter, reference, pieces), std::nullopt) << seed;
     }
 }
 

@@ -3,7 +3,8 @@
 #include <tuple>
 
 #include "ElementaryStreams.h"
-#include "TrackDriver.h"
+#include "LogTest.h"
+#include "Views.h"
 #include "codec/Ogmavc_utils.h"
 
 namespace android::ogm::test {

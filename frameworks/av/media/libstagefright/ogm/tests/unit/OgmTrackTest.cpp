@@ -1,22 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
-#define LOG_TAG "OgmTrackTest"
-#include <gtest/gtest.h>
+#include "OgmTrack.h"
+
 #include <media/stagefright/MediaBufferGroup.h>
 
 #include <cstdlib>
 #include <memory>
 
 #include "Bytes.h"
-#include "EventLog.h"
+#include "ChildProcess.h"
 #include "Format.h"
+#include "LogTest.h"
 #include "MemorySource.h"
 #include "OgmExtractor.h"
+#include "Views.h"
 
 namespace android::ogm::test {
 namespace {
 
 constexpr uint32_t kSerialNo = 1;
+constexpr uint16_t kBitsPerSample = 16;
 constexpr int64_t kNoTarget = -1;
+constexpr std::chrono::milliseconds kEndlessCall(100);
+constexpr bool kNewPacket = true;
+constexpr bool kSeeking = true;
 
 Bytes bytesOf(MediaBufferHelper* buffer) {
     const auto* data = static_cast<const uint8_t*>(buffer->data()) + buffer->range_offset();
@@ -24,7 +30,7 @@ Bytes bytesOf(MediaBufferHelper* buffer) {
 }
 
 /** A track of any stream type, those included that no file produces, fed by hand. */
-class OgmTrackTest : public ::testing::Test {
+class OgmTrackTest : public LogTest {
   protected:
     ~OgmTrackTest() override {
         if (mTable != nullptr) {
@@ -34,10 +40,13 @@ class OgmTrackTest : public ::testing::Test {
     }
 
     OgmTrack& startTrack(uint32_t type) {
-        mTrack = new OgmTrack(&mExtractor, kSerialNo, type, 16);
+        OgmStreamInfo stream;
+        stream.mSerialNo = kSerialNo;
+        stream.mType = type;
+        mTrack = new OgmTrack(&mExtractor, stream, kBitsPerSample, false);
         mTable = wrap(mTrack);
         mTable->start(mTable->data, mGroup.wrap());
-        mTrack->updateGranulePosition(0, 1);
+        mTrack->updateGranulePosition(0, 1, false);
         mEvents.clear();
         return *mTrack;
     }
@@ -45,19 +54,17 @@ class OgmTrackTest : public ::testing::Test {
     /** A started track whose first packet, and another, have been queued. */
     OgmTrack& trackWith(uint32_t type, const Bytes& packet) {
         OgmTrack& track = startTrack(type);
-        append(packet, true);
-        append({0, 0, 0, 0}, true);
+        append(packet, kNewPacket);
+        append({0, 0, 0, 0}, kNewPacket);
         mEvents.clear();
         return track;
     }
 
-    media_status_t append(const Bytes& packet, bool isNewPacket) {
-        ByteBuffer piece(ByteView(packet.data(), packet.size()));
-        return mTrack->appendData(&piece, isNewPacket);
+    media_status_t append(const Bytes& packet, bool isNewPacket, bool isSeeking = false) {
+        ByteBuffer piece(viewOf(packet));
+        return mTrack->appendData(&piece, isNewPacket, isSeeking);
     }
 
-    EventLog mEvents;
-    LogCapture mCapture{mEvents};
     MemorySource mSource{Bytes{}};
     OgmExtractor mExtractor{std::make_unique<DataSourceHelper>(mSource.table())};
     MediaBufferGroup mGroup;
@@ -74,37 +81,49 @@ TEST_F(OgmTrackTest, ATrackOfAStreamThatTheExtractorDoesNotKnowHasNoFormat) {
 }
 
 TEST_F(OgmTrackTest, AMissingPacketIsMalformed) {
-    EXPECT_EQ(startTrack(OGV_VIDEO_H264).appendData(nullptr, true), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(startTrack(OGV_VIDEO_H264).appendData(nullptr, kNewPacket, !kSeeking),
+              AMEDIA_ERROR_MALFORMED);
     EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("appendData Buffer null\n")}));
 }
 
 TEST_F(OgmTrackTest, AMissingPacketOfReframedAudioIsMalformedToo) {
-    EXPECT_EQ(startTrack(OGA_AUDIO_AC3).appendData(nullptr, true), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(startTrack(OGA_AUDIO_AC3).appendData(nullptr, kNewPacket, !kSeeking),
+              AMEDIA_ERROR_MALFORMED);
 }
 
 TEST_F(OgmTrackTest, AudioIsSkippedWhileTheExtractorSeeksAndVideoIsNot) {
     startTrack(OGA_AUDIO_PCM);
-    mExtractor.setSeeking(true);
-    EXPECT_EQ(append({0, 0, 0, 1}, true), AMEDIA_OK);
+    EXPECT_EQ(append({0, 0, 0, 1}, kNewPacket, kSeeking), AMEDIA_OK);
     EXPECT_EQ(mEvents.lines(),
               (std::vector{infoLine("********** Track Type[5] skip appending data because "
                                     "seeking*************\n")}));
     // Before anything else is looked at.
-    EXPECT_EQ(mTrack->appendData(nullptr, true), AMEDIA_OK);
+    EXPECT_EQ(mTrack->appendData(nullptr, kNewPacket, kSeeking), AMEDIA_OK);
 }
 
 TEST_F(OgmTrackTest, VideoIsQueuedWhileTheExtractorSeeks) {
     startTrack(OGV_VIDEO_H264);
-    mExtractor.setSeeking(true);
-    EXPECT_EQ(append({0, 1}, true), AMEDIA_OK);
+    EXPECT_EQ(append({0, 1}, kNewPacket, kSeeking), AMEDIA_OK);
     EXPECT_EQ(mEvents.linesBeginning("packet info:").size(), 1u);
 }
 
 TEST_F(OgmTrackTest, ReframedAudioReportsAPacketTooShortAndOneWithoutSync) {
     startTrack(OGA_AUDIO_AC3);
-    EXPECT_EQ(append({0, 0, 0}, true), AMEDIA_ERROR_MALFORMED);
-    EXPECT_EQ(append({0, 0, 0, 0}, true), AMEDIA_ERROR_MALFORMED);
-    EXPECT_EQ(append({}, false), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(append({0, 0, 0}, kNewPacket), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(append({0, 0, 0, 0}, kNewPacket), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(append({}, !kNewPacket), AMEDIA_ERROR_MALFORMED);
+}
+
+TEST_F(OgmTrackTest, AnAc3FrameOfNoBytesIsTakenOutOfAPacketForEver) {
+    // frmsizecod 37, for which the cutter's table has no size.
+    const Bytes endless{0x00, 0x00, 0x00, 0x0B, 0x77, 0x12, 0x34, 37, 0x40, 1, 2, 3, 4};
+    Bytes measured = endless;
+    measured[7] = 36;
+    startTrack(OGA_AUDIO_AC3);
+    EXPECT_EQ(runInChild([&] { append(endless, kNewPacket); }, kEndlessCall), outOfTime());
+    const Bytes tooShort = head(endless, endless.size() - 1);
+    EXPECT_EQ(runInChild([&] { append(tooShort, kNewPacket); }, kEndlessCall), returned());
+    EXPECT_EQ(runInChild([&] { append(measured, kNewPacket); }, kEndlessCall), returned());
 }
 
 TEST_F(OgmTrackTest, WithoutATargetTimeNoneIsSet) {

@@ -1,38 +1,30 @@
 // SPDX-License-Identifier: Apache-2.0
-#define LOG_TAG "PageReaderTest"
-#include <gtest/gtest.h>
+#include "page/PageReader.h"
 
 #include <algorithm>
 #include <memory>
 
-#include "EventLog.h"
+#include "LogTest.h"
 #include "MemorySource.h"
-#include "OgmExtractor.h"
 #include "OgmFile.h"
 
 namespace android::ogm::test {
 namespace {
 
-/** The page layer of an extractor, called directly on a source that opens as empty. */
-class PageReaderTest : public ::testing::Test {
+class PageReaderTest : public LogTest {
   protected:
-    /** An extractor on `bytes`; what its construction logged and read is forgotten. */
-    OgmExtractor& extractorOf(const Bytes& bytes) {
+    PageReader& readerOf(const Bytes& bytes) {
         mSource = std::make_unique<MemorySource>(bytes, &mEvents);
-        mExtractor = std::make_unique<OgmExtractor>(
-                std::make_unique<DataSourceHelper>(mSource->table()));
-        mEvents.clear();
-        return *mExtractor;
+        mReader.emplace(std::make_unique<DataSourceHelper>(mSource->table()));
+        return *mReader;
     }
 
     int64_t readPage(const Bytes& bytes, int64_t offset = 0) {
-        return extractorOf(bytes).readPage(offset, &mPage);
+        return readerOf(bytes).readPage(offset, &mPage);
     }
 
-    EventLog mEvents;
-    LogCapture mCapture{mEvents};
     std::unique_ptr<MemorySource> mSource;
-    std::unique_ptr<OgmExtractor> mExtractor;
+    std::optional<PageReader> mReader;
     OgmPage mPage;
 };
 
@@ -116,9 +108,9 @@ TEST_F(PageReaderTest, UndefinedFlagsAreMalformedAndDefinedOnesAreNot) {
 }
 
 TEST_F(PageReaderTest, AFailedReadIsMalformedAndNotAnIoError) {
-    extractorOf(OggPage(1).bytes());
+    readerOf(OggPage(1).bytes());
     mSource->setFault(faultAtOffset(0, kReadRefused));
-    EXPECT_EQ(mExtractor->readPage(0, &mPage), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(mReader->readPage(0, &mPage), AMEDIA_ERROR_MALFORMED);
     EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("Page Starts without signatures\n")}));
 }
 
@@ -135,9 +127,9 @@ TEST_F(PageReaderTest, ARefusedHeaderLeavesThePageUntouched) {
 TEST_F(PageReaderTest, AShortLacingTableIsAnIoErrorThatFillsTheHeaderFields) {
     mPage.mNumPackets = 5;
     mPage.mLacing.fill(9);
-    extractorOf(OggPage(1).granule(3).packet({1}).packet({2, 2}).packet({3, 3, 3}).bytes());
+    readerOf(OggPage(1).granule(3).packet({1}).packet({2, 2}).packet({3, 3, 3}).bytes());
     mSource->setFault(faultAtOffset(27, 2));
-    EXPECT_EQ(mExtractor->readPage(0, &mPage), AMEDIA_ERROR_IO);
+    EXPECT_EQ(mReader->readPage(0, &mPage), AMEDIA_ERROR_IO);
     EXPECT_EQ(mEvents.lines(),
               (std::vector{infoLine("failed to read segments lace length data\n")}));
     EXPECT_EQ(mPage.mGranulePosition, 3u);
@@ -148,14 +140,14 @@ TEST_F(PageReaderTest, AShortLacingTableIsAnIoErrorThatFillsTheHeaderFields) {
 
 TEST_F(PageReaderTest, ThePageAtTheOffsetIsFoundWithoutAWord) {
     int64_t found = -1;
-    EXPECT_EQ(extractorOf(bytesOf("xOggS")).FindPage(1, &found, 0), AMEDIA_OK);
+    EXPECT_EQ(readerOf(bytesOf("xOggS")).FindPage(1, &found, 0), AMEDIA_OK);
     EXPECT_EQ(found, 1);
     EXPECT_EQ(mEvents.events(), (std::vector<Event>{ReadCall{1, 4, 4}}));
 }
 
 TEST_F(PageReaderTest, ThreeBytesOfJunkAreSkippedAndLogged) {
     int64_t found = -1;
-    EXPECT_EQ(extractorOf(bytesOf("yyxxxOggS")).FindPage(2, &found, 0), AMEDIA_OK);
+    EXPECT_EQ(readerOf(bytesOf("yyxxxOggS")).FindPage(2, &found, 0), AMEDIA_OK);
     EXPECT_EQ(found, 5);
     EXPECT_EQ(mEvents.events(),
               (std::vector<Event>{
@@ -166,71 +158,29 @@ TEST_F(PageReaderTest, ThreeBytesOfJunkAreSkippedAndLogged) {
 TEST_F(PageReaderTest, ALimitedSearchStopsAtItsLimit) {
     const Bytes bytes = joined({filled(10, 'x'), bytesOf("OggS")});
     int64_t found = -1;
-    EXPECT_EQ(extractorOf(bytes).FindPage(0, &found, 10), AMEDIA_ERROR_UNSUPPORTED);
+    EXPECT_EQ(readerOf(bytes).FindPage(0, &found, 10), AMEDIA_ERROR_UNSUPPORTED);
     EXPECT_EQ(found, 0);
     EXPECT_EQ(mEvents.reads().size(), 10u);
     EXPECT_EQ(mEvents.lines(),
               (std::vector{
                       infoLine("Skip 10 bytes of junk from 0 still cannot reach page start\n")}));
-    EXPECT_EQ(mExtractor->FindPage(0, &found, 11), AMEDIA_OK);
+    EXPECT_EQ(mReader->FindPage(0, &found, 11), AMEDIA_OK);
     EXPECT_EQ(found, 10);
 }
 
 TEST_F(PageReaderTest, AnUnlimitedSearchEndsWithTheData) {
     int64_t found = -1;
-    EXPECT_EQ(extractorOf(filled(6, 'x')).FindPage(0, &found, 0), AMEDIA_ERROR_END_OF_STREAM);
+    EXPECT_EQ(readerOf(filled(6, 'x')).FindPage(0, &found, 0), AMEDIA_ERROR_END_OF_STREAM);
     EXPECT_EQ(found, 0);
     EXPECT_EQ(mEvents.reads().size(), 4u);
     EXPECT_EQ(mEvents.lines(), (std::vector{errorLine("FindPage: readSize = 3")}));
-    EXPECT_EQ(mExtractor->FindPage(0, &found, -5), AMEDIA_ERROR_END_OF_STREAM);
+    EXPECT_EQ(mReader->FindPage(0, &found, -5), AMEDIA_ERROR_END_OF_STREAM);
 }
 
 TEST_F(PageReaderTest, AFailedSearchReadEndsTheSearch) {
     int64_t found = -1;
-    EXPECT_EQ(extractorOf(filled(6, 'x')).FindPage(-1, &found, 0), AMEDIA_ERROR_END_OF_STREAM);
+    EXPECT_EQ(readerOf(filled(6, 'x')).FindPage(-1, &found, 0), AMEDIA_ERROR_END_OF_STREAM);
     EXPECT_EQ(mEvents.lines(), (std::vector{errorLine("FindPage: readSize = -2147483648")}));
-}
-
-TEST_F(PageReaderTest, PositioningAfterTheLastPageIsPositioningAtTheEnd) {
-    OgmFile file;
-    file.addHeader(1, VideoHeader());
-    EXPECT_EQ(extractorOf(file.bytes()).seekToPage(50, 0), AMEDIA_OK);
-    EXPECT_EQ(mEvents.lines().back(), infoLine("Seek to file end\n"));
-    mEvents.clear();
-    // The next packet is looked for at the end of the data.
-    EXPECT_EQ(mExtractor->readNextPacket(), AMEDIA_ERROR_END_OF_STREAM);
-    EXPECT_EQ(mEvents.reads(), (std::vector{ReadCall{81, 4, 0}}));
-}
-
-TEST_F(PageReaderTest, PositioningWithinALimitFailsWithoutAChange) {
-    OgmFile file;
-    file.addHeader(1, VideoHeader());
-    file.addJunk(10);
-    file.addData(1, 1, {0});
-    EXPECT_EQ(extractorOf(file.bytes()).seekToPage(81, 4), AMEDIA_ERROR_UNSUPPORTED);
-    EXPECT_EQ(mEvents.lines(),
-              (std::vector{infoLine("Skip 4 bytes of junk from 81 still cannot reach page start\n"),
-                           infoLine("Cannot find a page start, from 0x00000051 in size 4\n")}));
-}
-
-TEST_F(PageReaderTest, PositioningReadsThePageThatItFinds) {
-    OgmFile file;
-    file.addHeader(1, VideoHeader());
-    file.addJunk(3);
-    file.addData(1, 1, {0});
-    EXPECT_EQ(extractorOf(file.bytes()).seekToPage(81, 0), AMEDIA_OK);
-    EXPECT_EQ(
-            mEvents.events(),
-            (std::vector<Event>{
-                    ReadCall{81, 4, 4}, ReadCall{82, 4, 4}, ReadCall{83, 4, 4}, ReadCall{84, 4, 4},
-                    infoLine("*** Skip 3 bytes of junk from 81 to reach page start ***\n"),
-                    ReadCall{84, 27, 27}, ReadCall{111, 1, 1}}));
-}
-
-TEST_F(PageReaderTest, APageThatCannotBeReadIsPositionedAtAllTheSame) {
-    OgmFile file;
-    file.add(OggPage(1).version(1));
-    EXPECT_EQ(extractorOf(file.bytes()).seekToPage(0, 0), AMEDIA_OK);
 }
 
 }  // namespace

@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-#define LOG_TAG "StreamHeaderTest"
 #include "stream/StreamHeader.h"
 
 #include <gtest/gtest.h>
 
-#include "EventLog.h"
-#include "Format.h"
-#include "OgmExtractor.h"
 #include "OgmStreamHeaders.h"
+#include "Views.h"
 
 namespace android::ogm::test {
 namespace {
 
 StreamHeader parsed(const Bytes& bytes) {
-    return StreamHeader(ByteView(bytes.data(), bytes.size()));
+    return StreamHeader(viewOf(bytes));
 }
 
 TEST(StreamHeaderTest, TheFieldsOfAVideoHeaderAreReadAtTheirPlaces) {
@@ -60,27 +57,6 @@ TEST(StreamHeaderTest, EveryFieldOfAnEmptyPacketIsZero) {
     EXPECT_EQ(fields.height, 0);
     EXPECT_EQ(fields.frameRate(), 0);
     EXPECT_EQ(fields.sampleRate(), 0);
-}
-
-TEST(StreamHeaderTest, AnUnknownCodecLeavesTheFormatUntouched) {
-    EventLog events;
-    const LogCapture capture(events);
-    const Format format;
-    EXPECT_EQ(mapVideoCodec(format.get(), 0x58564944), uint32_t{OGM_TYPE_UNKNOWN});
-    EXPECT_EQ(mapAudioCodec(format.get(), 0x30303030), uint32_t{OGM_TYPE_UNKNOWN});
-    EXPECT_EQ(format.string(AMEDIAFORMAT_KEY_MIME), std::nullopt);
-    EXPECT_EQ(events.lines(), (std::vector{errorLine("unknow video codec: 58564944"),
-                                           errorLine("unknown audio codec:30303030")}));
-}
-
-TEST(StreamHeaderTest, ASmallUnknownValueIsPaddedWithBlanks) {
-    EventLog events;
-    const LogCapture capture(events);
-    const Format format;
-    mapVideoCodec(format.get(), 0x1A);
-    mapAudioCodec(format.get(), 0);
-    EXPECT_EQ(events.lines(), (std::vector{errorLine("unknow video codec:   1A"),
-                                           errorLine("unknown audio codec:   0")}));
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "stream/CodecConfig.h"
+
 #include <media/stagefright/MediaDefs.h>
 
 #include "ChildProcess.h"
 #include "ElementaryStreams.h"
 #include "Format.h"
-#include "OgmFile.h"
-#include "TrackDriver.h"
-#include "stream/MimeTypes.h"
+#include "LogTest.h"
+#include "Views.h"
+#include "codec/MimeTypes.h"
 
 namespace android::ogm::test {
 namespace {
@@ -15,8 +17,6 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr uint32_t kVideo = 7;
-constexpr uint32_t kAudio = 9;
 constexpr size_t kEsdsHeaderSize = 25;
 constexpr char kNoStartCode[] = "can't find start code for mpeg4 video";
 // A search that ends takes a few microseconds.
@@ -30,50 +30,25 @@ Bytes vop() {
     return videoObjectPlane(0);
 }
 
-/** A file of header pages only: its two streams are configured from bytes given by hand. */
-class CodecConfigRoutineTest : public ::testing::Test {
+/** A format that is completed from bytes given by hand. */
+class CodecConfigRoutineTest : public LogTest {
   protected:
-    CodecConfigRoutineTest() {
-        OgmFile file;
-        VideoHeader video;
-        video.subtype = "FMP4";
-        file.addHeader(kVideo, video);
-        AudioHeader audio;
-        audio.subtype = "0050";
-        file.addHeader(kAudio, audio);
-        mExtractor = std::make_unique<ExtractorOverBytes>(file.bytes());
-        mEvents.clear();
-    }
-
-    static ByteBuffer bufferOf(const Bytes& bytes) {
-        return ByteBuffer(ByteView(bytes.data(), bytes.size()));
-    }
-    static Bytes bytesOf(const ByteBuffer& buffer) {
-        const ByteView view = buffer.view();
-        return Bytes(view.data(), view.data() + view.size());
-    }
-
-    media_status_t configureVideo(const Bytes& bytes, uint32_t serialNo = kVideo) {
-        ByteBuffer buffer = bufferOf(bytes);
-        return (*mExtractor)->configureMpeg4Video(serialNo, &buffer);
+    media_status_t configureVideo(const Bytes& bytes) {
+        ByteBuffer buffer(viewOf(bytes));
+        return configureMpeg4Video(&buffer, mFormat.get());
     }
     media_status_t configureAudio(const Bytes& bytes) {
-        return (*mExtractor)->configureMpegAudio(kAudio, bufferOf(bytes).view());
+        const ByteBuffer buffer(viewOf(bytes));
+        return configureMpegAudio(buffer.view(), mFormat.get());
     }
 
-    AMediaFormat* formatOf(uint32_t serialNo) {
-        return (*mExtractor)->findStream(serialNo)->mFormat.get();
-    }
-
-    /** The configuration in the video stream's ESDS. */
+    /** The configuration in the ESDS. */
     std::optional<Bytes> configuration() {
-        const auto esds = test::bufferOf(formatOf(kVideo), AMEDIAFORMAT_KEY_ESDS);
+        const auto esds = mFormat.buffer(AMEDIAFORMAT_KEY_ESDS);
         return esds ? std::optional(tail(*esds, kEsdsHeaderSize)) : std::nullopt;
     }
 
-    EventLog mEvents;
-    LogCapture mCapture{mEvents};
-    std::unique_ptr<ExtractorOverBytes> mExtractor;
+    Format mFormat;
 };
 
 using Mpeg4VideoConfigTest = CodecConfigRoutineTest;
@@ -93,7 +68,7 @@ TEST_F(Mpeg4VideoConfigTest, TheEsdsHoldsTheConfigurationBehindItsHeaders) {
     const Bytes config = vol();
     const auto n = static_cast<uint8_t>(config.size());
     EXPECT_EQ(configureVideo(joined({config, vop(), vop()})), AMEDIA_OK);
-    EXPECT_EQ(test::bufferOf(formatOf(kVideo), AMEDIAFORMAT_KEY_ESDS),
+    EXPECT_EQ(mFormat.buffer(AMEDIAFORMAT_KEY_ESDS),
               joined({{0x03, 0x80, static_cast<uint8_t>(22 + n), 0x00, 0x00, 0x00},
                       {0x04, 0x80, static_cast<uint8_t>(16 + n), 0x40},
                       filled(12, 0),
@@ -107,9 +82,9 @@ TEST_F(Mpeg4VideoConfigTest, AGroupOfPicturesEndsTheConfigurationToo) {
 }
 
 TEST_F(Mpeg4VideoConfigTest, WhatPrecedesTheVolIsRemovedFromTheBuffer) {
-    ByteBuffer buffer =
-            bufferOf(joined({{0x08}, visualObjectSequence(), visualObject(), vol(), vop(), vop()}));
-    EXPECT_EQ((*mExtractor)->configureMpeg4Video(kVideo, &buffer), AMEDIA_OK);
+    ByteBuffer buffer(
+            viewOf(joined({{0x08}, visualObjectSequence(), visualObject(), vol(), vop(), vop()})));
+    EXPECT_EQ(configureMpeg4Video(&buffer, mFormat.get()), AMEDIA_OK);
     EXPECT_EQ(configuration(), vol());
     EXPECT_EQ(bytesOf(buffer), joined({vol(), vop(), vop()}));
     EXPECT_EQ(mEvents.count(infoLine("WAIT_FOR_VOL_START")), 3u);
@@ -130,8 +105,9 @@ TEST_F(Mpeg4VideoConfigTest, BytesInFrontOfAVolThatIsTheFirstChunkStayInTheEsds)
 
 TEST_F(Mpeg4VideoConfigTest, TheSizeOfThePictureIsLoggedAndNotStored) {
     EXPECT_EQ(configureVideo(joined({vol(), vop(), vop()})), AMEDIA_OK);
-    EXPECT_EQ(int32Of(formatOf(kVideo), AMEDIAFORMAT_KEY_WIDTH), 320);
-    EXPECT_EQ(int32Of(formatOf(kVideo), AMEDIAFORMAT_KEY_HEIGHT), 240);
+    EXPECT_TRUE(mEvents.holds(infoLine("found MPEG4 video codec config (176 x 144)")));
+    EXPECT_EQ(mFormat.int32(AMEDIAFORMAT_KEY_WIDTH), std::nullopt);
+    EXPECT_EQ(mFormat.int32(AMEDIAFORMAT_KEY_HEIGHT), std::nullopt);
 }
 
 TEST_F(Mpeg4VideoConfigTest, EveryCodeFrom20To2FIsAVolAndNoOther) {
@@ -196,11 +172,6 @@ TEST_F(Mpeg4VideoConfigTest, AStartCodeInTheLastThreeBytesIsFoundAndHasNoEnd) {
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
-TEST_F(Mpeg4VideoConfigTest, AStreamWithoutATrackIsRefused) {
-    EXPECT_EQ(configureVideo(joined({vol(), vop(), vop()}), 12345), AMEDIA_ERROR_MALFORMED);
-    EXPECT_THAT(mEvents.lines(), ElementsAre(errorLine("There is no serialNo[12345] in tracks")));
-}
-
 TEST_F(Mpeg4VideoConfigTest, AVolThatBreaksTheSyntaxEndsTheProcess) {
     VideoObjectLayer layer;
     layer.shape = 2;
@@ -247,9 +218,8 @@ TEST_F(MpegAudioConfigTest, TwoFramesGiveLayerAndMimeType) {
         frame.layer = row.layer;
         mEvents.clear();
         EXPECT_EQ(configureAudio(joined({frame.bytes(), frame.bytes()})), AMEDIA_OK);
-        EXPECT_EQ(stringOf(formatOf(kAudio), AMEDIAFORMAT_KEY_MIME), row.mime);
-        EXPECT_EQ(int32Of(formatOf(kAudio), AMEDIAFORMAT_KEY_MPEG_AUD_LAYER),
-                  static_cast<int32_t>(row.layer));
+        EXPECT_EQ(mFormat.string(AMEDIAFORMAT_KEY_MIME), row.mime);
+        EXPECT_EQ(mFormat.int32(AMEDIAFORMAT_KEY_MPEG_AUD_LAYER), static_cast<int32_t>(row.layer));
         EXPECT_TRUE(mEvents.holds(infoLine(formatted("mp3Header:%x", frame.header()))));
         EXPECT_EQ(mEvents.lines().back(),
                   infoLine(formatted("layer = %d\n", static_cast<int>(row.layer))));
@@ -259,8 +229,8 @@ TEST_F(MpegAudioConfigTest, TwoFramesGiveLayerAndMimeType) {
 TEST_F(MpegAudioConfigTest, SampleRateAndChannelCountStayThoseOfTheStreamHeader) {
     EXPECT_EQ(configureAudio(joined({MpegAudioFrame{}.bytes(), MpegAudioFrame{}.bytes()})),
               AMEDIA_OK);
-    EXPECT_EQ(int32Of(formatOf(kAudio), AMEDIAFORMAT_KEY_SAMPLE_RATE), 8000);
-    EXPECT_EQ(int32Of(formatOf(kAudio), AMEDIAFORMAT_KEY_CHANNEL_COUNT), 1);
+    EXPECT_EQ(mFormat.int32(AMEDIAFORMAT_KEY_SAMPLE_RATE), std::nullopt);
+    EXPECT_EQ(mFormat.int32(AMEDIAFORMAT_KEY_CHANNEL_COUNT), std::nullopt);
 }
 
 TEST_F(MpegAudioConfigTest, PacketHeadersOfThreeBytesBetweenTheFramesDoNoHarm) {
@@ -307,10 +277,9 @@ TEST_F(MpegAudioConfigTest, AFailedSearchOfMoreThan131072BytesIsAnError) {
               errorLine("findMP3Header fail size>131072, skip this buffer"));
 }
 
-TEST_F(MpegAudioConfigTest, AFailureLeavesTheFormatOfTheStreamHeader) {
+TEST_F(MpegAudioConfigTest, AFailureLeavesTheFormatAsItWas) {
     EXPECT_EQ(configureAudio(pattern(1000, 1)), AMEDIA_ERROR_MALFORMED);
-    EXPECT_EQ(stringOf(formatOf(kAudio), AMEDIAFORMAT_KEY_MIME), MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_I);
-    EXPECT_EQ(int32Of(formatOf(kAudio), AMEDIAFORMAT_KEY_MPEG_AUD_LAYER), std::nullopt);
+    EXPECT_EQ(mFormat.text(), Format().text());
 }
 
 }  // namespace

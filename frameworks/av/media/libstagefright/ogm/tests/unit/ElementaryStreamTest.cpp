@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "audio/ElementaryStream.h"
+
 #include "ChildProcess.h"
-#include "TrackDriver.h"
+#include "CutterDriver.h"
+#include "LogTest.h"
+#include "Views.h"
 
 namespace android::ogm::test {
 namespace {
@@ -26,28 +30,27 @@ const ChildResult& listRanEmpty() {
 }
 
 /** Which time is given for bytes that came with times. */
-class FetchTimestampTest : public TrackTest {
+class FetchTimestampTest : public LogTest {
   protected:
-    FetchTimestampTest() { mTrack = trackOf(OGA_AUDIO_AAC); }
-
-    /** Appends ranges; a type that is not re-framed takes any bytes. */
     void add(std::initializer_list<std::pair<int64_t, size_t>> ranges) {
         for (const auto& [timeUs, length] : ranges) {
-            ASSERT_EQ(mTrack->append(filled(length, 0x55), timeUs), AMEDIA_OK);
+            ByteBuffer bytes(viewOf(filled(length, 0x55)));
+            mStream.append(&bytes, timeUs);
         }
         mEvents.clear();
     }
 
-    int64_t fetch(uint64_t size) { return (*mTrack)->fetchTimestamp(size); }
+    int64_t fetch(uint64_t size) { return mStream.fetchTimestamp(size); }
+    Ranges ranges() const { return rangesOf(mStream); }
 
-    std::unique_ptr<TrackDriver> mTrack;
+    ElementaryStream mStream;
 };
 
 TEST_F(FetchTimestampTest, NoBytesHaveTheTimeMinusOneAndTouchNothing) {
     EXPECT_EQ(fetch(0), -1);
     add({{1000, 10}});
     EXPECT_EQ(fetch(0), -1);
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 10u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(1000, 10u)));
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
@@ -55,42 +58,42 @@ TEST_F(FetchTimestampTest, AFrameWithinARangeShortensIt) {
     add({{1000, 10}, {2000, 10}});
     EXPECT_EQ(fetch(4), 1000);
     EXPECT_EQ(fetch(5), 1000);
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(1000, 1u), Pair(2000, 10u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(1000, 1u), Pair(2000, 10u)));
 }
 
 TEST_F(FetchTimestampTest, AFrameExactlyAsLongAsTheFirstRangeErasesIt) {
     add({{1000, 10}, {2000, 10}});
     EXPECT_EQ(fetch(10), 1000);
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(2000, 10u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(2000, 10u)));
     EXPECT_EQ(fetch(1), 2000);
 }
 
 TEST_F(FetchTimestampTest, AFrameOverThreeRangesHasTheTimeOfTheFirstAndShortensTheThird) {
     add({{1000, 10}, {2000, 20}, {3000, 30}});
     EXPECT_EQ(fetch(35), 1000);
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(3000, 25u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(3000, 25u)));
 }
 
 TEST_F(FetchTimestampTest, AFrameThatEndsWithItsLastRangeErasesThatToo) {
     add({{1000, 10}, {2000, 20}, {3000, 30}});
     EXPECT_EQ(fetch(30), 1000);
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(3000, 30u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(3000, 30u)));
     EXPECT_EQ(fetch(30), 3000);
-    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+    EXPECT_THAT(ranges(), IsEmpty());
 }
 
 TEST_F(FetchTimestampTest, AnEmptyRangeInFrontGivesTheTime) {
     add({{1000, 10}, {1500, 0}, {2000, 10}});
     EXPECT_EQ(fetch(10), 1000);
     EXPECT_EQ(fetch(10), 1500);
-    EXPECT_THAT(mTrack->ranges(), IsEmpty());
+    EXPECT_THAT(ranges(), IsEmpty());
 }
 
 TEST_F(FetchTimestampTest, AnUnknownTimeIsReplacedByThatOfTheNextRange) {
     add({{kUnknownTime, 10}, {5000, 10}});
     EXPECT_EQ(fetch(15), 5000);
     EXPECT_THAT(mEvents.lines(), ElementsAre(change(kUnknownTime, 5000)));
-    EXPECT_THAT(mTrack->ranges(), ElementsAre(Pair(5000, 5u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(5000, 5u)));
 }
 
 TEST_F(FetchTimestampTest, AnUnknownTimeIsNotReplacedByZeroButByTheTimeAfterIt) {

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+
+#include "base/ByteBuffer.h"
+
+namespace android::ogm {
+
+/** Where the pieces of packets lie after they were read. */
+class PieceRoom {
+  public:
+    /** Returns `size` uninitialised bytes; the pointer is non-null even for size 0. */
+    virtual ByteBuffer makePiece(size_t size) = 0;
+
+  protected:
+    ~PieceRoom() = default;
+};
+
+}  // namespace android::ogm

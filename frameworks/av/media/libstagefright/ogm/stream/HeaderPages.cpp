@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: Apache-2.0
+#define LOG_TAG "OgmExtractor"
+
+#include "stream/HeaderPages.h"
+
+#include <log/log.h>
+#include <media/stagefright/MediaBuffer.h>
+
+#include <cinttypes>
+#include <optional>
+
+#include "base/Wrap.h"
+
+namespace android::ogm {
+
+namespace {
+
+/** Streams are announced within the first pages; further on none is looked for. */
+constexpr int kMaxHeaderPages = 121;
+
+/** Returns false when the packet cannot be read. A packet of another kind is passed over. */
+bool readStreamHeader(const PageReader& pages, int64_t pageOffset, int64_t pageSize,
+                      const OgmPage& page, StreamTable* streams) {
+    const auto bodySize = static_cast<size_t>(pageSize - page.headerSize());
+    ALOGD("currPage.mNumSegments =%d, pageDataSize =%d", page.mNumSegments,
+          static_cast<int>(bodySize));
+    // A MediaBuffer cannot be deleted: it goes with its one release.
+    auto* const buffer = new MediaBuffer(bodySize);
+    const bool isRead =
+            pages.readBody(wrapAdd(pageOffset, page.headerSize()), buffer->data(), bodySize);
+    if (isRead) {
+        (void)streams->parseOgmHeader(*buffer, page.mSerialNo);
+    } else {
+        ALOGE("Cannot read page data, size %d\n", static_cast<int>(bodySize));
+    }
+    buffer->release();
+    return isRead;
+}
+
+}  // namespace
+
+int64_t parseHeaderPages(const PageReader& pages, StreamTable* streams) {
+    std::optional<int64_t> firstDataPage;
+    int64_t offset = 0;
+    OgmPage page;
+    for (int i = 0; i < kMaxHeaderPages; ++i) {
+        // Searched for twice: what the first search reads and logs is part of opening.
+        int64_t unused = 0;
+        (void)pages.FindPage(offset, &unused, 0);
+        const PageStep step = pages.nextPage(offset, &page);
+        if (!step.isFound) {
+            ALOGI("Cannot find a page start,LINE:2774 from %" PRId64 "\n", offset);
+            break;
+        }
+        if (!step.hasHeader()) {
+            ALOGI("Cannot read a page header, at %" PRId64 "\n", step.offset);
+            break;
+        }
+        if ((page.mFlags & OgmPage::kFirstPage) != 0) {
+            // The junk that was skipped is not added: after junk the packet is not found.
+            if (!readStreamHeader(pages, offset, step.size, page, streams)) {
+                break;
+            }
+        } else if (!firstDataPage) {
+            firstDataPage = offset;
+            ALOGI("mFirstDataPageOffset = %" PRId64, offset);
+        }
+        offset = step.end();
+    }
+    return firstDataPage.value_or(0);
+}
+
+}  // namespace android::ogm

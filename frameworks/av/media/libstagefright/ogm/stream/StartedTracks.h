@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+
+namespace android::ogm {
+
+// What StartedTracks reports in the log.
+void logAlreadyStarted(int32_t serialNo);
+void logTrackStop(int32_t serialNo, int32_t selectedSerialNo);
+
+/**
+ * Which track takes the packets of which stream, by serial number, and which stream moves the
+ * cursor when it seeks. It owns no track: each must be stopped or forgotten before it goes.
+ *
+ * A Track has resetPageState(), signalDiscontinuity() and currentTimeUs().
+ */
+template <typename Track>
+class StartedTracks {
+  public:
+    struct Entry {
+        bool isRegistered = false;
+        /** Null for a stream that is not registered, or whose track is gone. */
+        Track* track = nullptr;
+    };
+
+    /** Registers a new track, in place of another one of the same stream. */
+    void add(uint32_t serialNo, Track* track) {
+        mStartedTracks[serialNo] = track;
+        selectIfNone(static_cast<int32_t>(serialNo));
+    }
+
+    /** Registers a track unless its stream has one. Returns whether it was registered. */
+    bool trackStart(int32_t serialNo, Track* track) {
+        selectIfNone(serialNo);
+        const bool added = mStartedTracks.emplace(static_cast<uint32_t>(serialNo), track).second;
+        if (!added) {
+            logAlreadyStarted(serialNo);
+        }
+        return added;
+    }
+
+    /** Forgets the stream. If it was selected, the first of the others is selected. */
+    void trackStop(int32_t serialNo) {
+        mStartedTracks.erase(static_cast<uint32_t>(serialNo));
+        if (mSelectedSerialNo == serialNo) {
+            mSelectedSerialNo = mStartedTracks.empty()
+                                        ? kNoSerialNo
+                                        : static_cast<int32_t>(mStartedTracks.begin()->first);
+        }
+        logTrackStop(serialNo, mSelectedSerialNo);
+    }
+
+    /** The track goes; its stream stays registered. */
+    void forget(const Track* track) {
+        for (auto& [serialNo, registered] : mStartedTracks) {
+            if (registered == track) {
+                registered = nullptr;
+            }
+        }
+    }
+
+    Entry find(uint32_t serialNo) const {
+        const auto entry = mStartedTracks.find(serialNo);
+        return entry == mStartedTracks.end() ? Entry{} : Entry{true, entry->second};
+    }
+
+    bool isSelected(uint32_t serialNo) const {
+        return static_cast<uint32_t>(mSelectedSerialNo) == serialNo;
+    }
+
+    // All tracks, in the order of their serial numbers.
+
+    void resetPageState(bool isPastFirstDataPage) {
+        forEach([=](Track& track) { track.resetPageState(isPastFirstDataPage); });
+    }
+
+    void signalDiscontinuity() {
+        forEach([](Track& track) { track.signalDiscontinuity(); });
+    }
+
+    /** How far the furthest track has come, in us; 0 as long as one of them does not know. */
+    int64_t getCurrentTimeUs() const {
+        int64_t latest = 0;
+        bool isKnown = true;
+        forEach([&](const Track& track) {
+            const int64_t timeUs = track.currentTimeUs();
+            isKnown = isKnown && timeUs != 0;
+            latest = std::max(latest, timeUs);
+        });
+        return isKnown ? latest : 0;
+    }
+
+  private:
+    static constexpr int32_t kNoSerialNo = -1;
+
+    void selectIfNone(int32_t serialNo) {
+        if (mSelectedSerialNo == kNoSerialNo) {
+            mSelectedSerialNo = serialNo;
+        }
+    }
+
+    template <typename Action>
+    void forEach(const Action& action) const {
+        for (const auto& [serialNo, track] : mStartedTracks) {
+            if (track != nullptr) {
+                action(*track);
+            }
+        }
+    }
+
+    std::map<uint32_t, Track*> mStartedTracks;
+    int32_t mSelectedSerialNo = kNoSerialNo;
+};
+
+}  // namespace android::ogm

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "EventLog.h"
+
+namespace android::ogm::test {
+
+/** Records what is logged. */
+class LogTest : public ::testing::Test {
+  protected:
+    EventLog mEvents;
+    LogCapture mCapture{mEvents};
+};
+
+}  // namespace android::ogm::test

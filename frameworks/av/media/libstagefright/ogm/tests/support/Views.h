@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Bytes.h"
+#include "base/ByteBuffer.h"
+#include "base/ByteView.h"
+
+/** Between the bytes of tests and those of the plug-in. */
+namespace android::ogm::test {
+
+/** The view that the plug-in's functions take; the bytes must outlive it. */
+inline ByteView viewOf(const Bytes& bytes) {
+    return {bytes.data(), bytes.size()};
+}
+
+inline Bytes bytesOf(ByteView view) {
+    return Bytes(view.data(), view.data() + view.size());
+}
+
+inline Bytes bytesOf(const ByteBuffer& buffer) {
+    return bytesOf(buffer.view());
+}
+
+}  // namespace android::ogm::test
