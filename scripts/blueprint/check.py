@@ -3,38 +3,43 @@
 
 Usage: check.py MODULES BUILD_FOLDER SOURCE_FOLDER
 
-MODULES is a file of lines "module<tab>source", BUILD_FOLDER one that CMake has configured with a
-query for its code model, SOURCE_FOLDER the one that holds Android.bp.
+MODULES is what modules.go prints for Android.bp, BUILD_FOLDER a folder that CMake has configured
+with a query for its code model, SOURCE_FOLDER the one that holds Android.bp.
 """
 
 import json
 import pathlib
 import sys
 
+import soong
+
 # What a module of the tree is built from here, where it is not one target of the same name.
 TARGETS = {
-    "libogmextractor": ["ogmextractor_static"],
+    "libogmextractor": ["ogmextractor_static", "platform_mediandk_zor"],
     "libogmextractor_fuzz_support": ["ogm_fuzz_support"],
     "libogmextractor_keys": ["platform_mediandk_zor"],
     "libogmextractor_test_files": ["ogm_test_files"],
     "libogmextractor_test_support": ["ogm_test_support"],
-    "libogmextractor_unwound": ["ogmextractor_unwound"],
+    "libogmextractor_unwound": ["ogmextractor_unwound", "platform_mediandk_zor"],
     "ogm_extractor_fuzzer": ["ogm_extractor_fuzzer", "ogm_fuzz_log", "ogm_allocation_hooks"],
     "ogm_memory_test": ["ogm_memory_test", "ogm_allocation_hooks"],
 }
 # A tree's fuzzers always have an engine, those of a desktop's tests have not.
 ENGINE_ONLY = {"fuzz/ogm_extractor_mutator.cpp"}
 # The framework's factory and the stand-ins are tested where they stand in for a device's; the
-# fuzzers' own tests are for whoever changes a fuzzer.
-DESKTOP_ONLY = ("tests/factory/", "zor/tests/", "fuzz/tests/", "fuzz/support/StandaloneMain.cpp")
+# fuzzers' own tests are for whoever changes a fuzzer, and that of threads needs the sanitizer that
+# devices lack.
+DESKTOP_ONLY = ("tests/factory/", "tests/ThreadTest.cpp", "zor/tests/", "fuzz/tests/",
+                "fuzz/support/StandaloneMain.cpp")
 SOURCE_SUFFIXES = {".cpp"}
 
 
 def modules_of(path):
+    """The sources of each module, those for the device alone or a host alone included."""
+    tree = soong.Tree(json.loads(path.read_text()), frozenset())
     modules = {}
-    for line in path.read_text().splitlines():
-        module, source = line.split("\t")
-        modules.setdefault(module, set()).add(source)
+    for variant in tree.variants(soong.PRODUCTS["64-bit device"]):
+        modules.setdefault(variant.name, set()).update(variant.properties.get("srcs", []))
     return modules
 
 
