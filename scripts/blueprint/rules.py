@@ -122,14 +122,13 @@ def needs_root(variant):
     return variant.properties.get("require_root", False)
 
 
-def attended(variants, mapping):
+def attended(tree, mapping):
     """What TEST_MAPPING names are tests that run without root."""
-    tests = {variant.name: variant for variant in variants if variant.type == "cc_test"}
     for entry in itertools.chain.from_iterable(mapping.values()):
         name = entry["name"]
-        if name not in tests:
+        if name not in tree or tree.type_of(name) != "cc_test":
             yield f"TEST_MAPPING names {name}, which is no test"
-        elif needs_root(tests[name]):
+        elif tree.properties(name).get("require_root", False):
             yield f"TEST_MAPPING names {name}, which needs root"
 
 
@@ -147,7 +146,7 @@ def problems(modules, setting, product, sources, mapping):
     yield from device_paths_on_host(ours)
     yield from root_not_said(ours, sources)
     yield from root_not_given(ours, sources)
-    yield from attended(ours, mapping)
+    yield from attended(tree, mapping)
 
 
 def settings(modules):

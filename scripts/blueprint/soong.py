@@ -26,6 +26,7 @@ HOST = (Target("linux_glibc", "x86_64", "64"), Target("linux_glibc", "x86", "32"
 PRODUCTS = {
     "64-bit device": (ARM64,),
     "64- and 32-bit device": (ARM64, ARM),
+    "32-bit device": (ARM,),
 }
 
 
