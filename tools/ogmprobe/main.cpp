@@ -7,13 +7,13 @@
 #include <sstream>
 #include <variant>
 
-#include "Arguments.h"
-#include "Commands.h"
-#include "Console.h"
 #include "ExitCode.h"
-#include "LeftoverFiles.h"
-#include "Output.h"
-#include "Session.h"
+#include "commands/Commands.h"
+#include "commands/Session.h"
+#include "console/Console.h"
+#include "console/Output.h"
+#include "files/LeftoverFiles.h"
+#include "options/Arguments.h"
 
 namespace ogmprobe {
 namespace {

@@ -8,13 +8,13 @@
 #include <utility>
 #include <vector>
 
-#include "Commands.h"
-#include "Json.h"
-#include "LogText.h"
-#include "NumberText.h"
-#include "TextTable.h"
+#include "commands/Commands.h"
 #include "compare/Difference.h"
 #include "compare/LogLineFinder.h"
+#include "text/Json.h"
+#include "text/LogText.h"
+#include "text/NumberText.h"
+#include "text/TextTable.h"
 
 namespace ogmprobe {
 namespace {

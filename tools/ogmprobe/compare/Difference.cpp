@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "Hex.h"
-#include "Json.h"
+#include "text/Hex.h"
+#include "text/Json.h"
 
 namespace ogmprobe {
 namespace {

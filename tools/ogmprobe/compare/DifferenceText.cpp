@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <map>
 
-#include "Json.h"
-#include "TimeText.h"
 #include "compare/Difference.h"
+#include "text/Json.h"
+#include "text/TimeText.h"
 
 namespace ogmprobe {
 namespace {

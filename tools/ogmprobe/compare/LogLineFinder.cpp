@@ -3,8 +3,8 @@
 
 #include <fmt/core.h>
 
-#include "CommandRecords.h"
-#include "LogText.h"
+#include "commands/CommandRecords.h"
+#include "text/LogText.h"
 
 namespace ogmprobe {
 namespace {

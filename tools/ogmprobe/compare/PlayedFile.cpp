@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "compare/PlayedFile.h"
 
-#include "Digest.h"
-#include "LogText.h"
+#include "records/Digest.h"
+#include "text/LogText.h"
 
 namespace ogmprobe {
 namespace {

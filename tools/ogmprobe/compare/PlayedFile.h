@@ -8,9 +8,9 @@
 #include <tuple>
 #include <vector>
 
-#include "CommandRecords.h"
-#include "PlayLimit.h"
-#include "Records.h"
+#include "commands/CommandRecords.h"
+#include "jobs/PlayLimit.h"
+#include "records/Records.h"
 
 namespace ogmprobe {
 

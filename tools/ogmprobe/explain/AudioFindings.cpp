@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fmt/core.h>
 
-#include "NumberText.h"
 #include "explain/Finding.h"
+#include "text/NumberText.h"
 
 namespace ogmprobe {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "NumberText.h"
 #include "explain/Finding.h"
+#include "text/NumberText.h"
 
 namespace ogmprobe {
 namespace {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "TimeText.h"
 #include "explain/Finding.h"
+#include "text/TimeText.h"
 
 namespace ogmprobe {
 namespace {

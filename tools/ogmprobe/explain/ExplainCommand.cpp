@@ -5,10 +5,10 @@
 
 #include <optional>
 
-#include "CommandRecords.h"
-#include "Commands.h"
-#include "Json.h"
+#include "commands/CommandRecords.h"
+#include "commands/Commands.h"
 #include "explain/ExplainText.h"
+#include "text/Json.h"
 
 namespace ogmprobe {
 namespace {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Json.h"
 #include "explain/ExplainText.h"
+#include "text/Json.h"
 
 namespace ogmprobe {
 namespace {

@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "LogText.h"
-#include "NumberText.h"
-#include "TimeText.h"
+#include "text/LogText.h"
+#include "text/NumberText.h"
+#include "text/TimeText.h"
 
 namespace ogmprobe {
 namespace {

@@ -4,9 +4,9 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
-#include "Options.h"
-#include "Output.h"
+#include "console/Output.h"
 #include "explain/Finding.h"
+#include "options/Options.h"
 
 namespace ogmprobe {
 

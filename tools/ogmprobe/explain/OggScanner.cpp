@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "ExitCode.h"
-#include "Fields.h"
+#include "codecs/Fields.h"
 
 namespace ogmprobe {
 namespace {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "FileSource.h"
-#include "InputFiles.h"
 #include "explain/OggFile.h"
+#include "files/InputFiles.h"
+#include "plugin/FileSource.h"
 
 namespace ogmprobe {
 

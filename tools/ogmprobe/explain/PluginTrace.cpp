@@ -8,8 +8,8 @@
 #include <array>
 #include <charconv>
 
-#include "CommentHeader.h"
-#include "LogText.h"
+#include "codecs/CommentHeader.h"
+#include "text/LogText.h"
 
 namespace ogmprobe {
 namespace {

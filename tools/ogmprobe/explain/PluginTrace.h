@@ -9,9 +9,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "PlayLimit.h"
-#include "Records.h"
 #include "explain/OggFile.h"
+#include "jobs/PlayLimit.h"
+#include "records/Records.h"
 
 namespace ogmprobe {
 

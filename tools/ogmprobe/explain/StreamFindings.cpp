@@ -5,8 +5,8 @@
 #include <array>
 #include <string_view>
 
-#include "NumberText.h"
 #include "explain/Finding.h"
+#include "text/NumberText.h"
 
 namespace ogmprobe {
 namespace {

@@ -4,7 +4,7 @@
 #include <cctype>
 #include <string_view>
 
-#include "Fields.h"
+#include "codecs/Fields.h"
 
 namespace ogmprobe {
 namespace {

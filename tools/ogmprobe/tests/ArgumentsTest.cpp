@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Arguments.h"
+#include "options/Arguments.h"
 
 #include <android/log.h>
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Codec.h"
+#include "codecs/Codec.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "CommentHeader.h"
+#include "codecs/CommentHeader.h"
 
 #include <gtest/gtest.h>
 

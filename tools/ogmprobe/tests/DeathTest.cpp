@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "FakeFile.h"
-#include "Sanitizers.h"
+#include "process/Sanitizers.h"
 
 namespace ogmprobe::test {
 namespace {

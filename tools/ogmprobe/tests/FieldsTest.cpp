@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Fields.h"
+#include "codecs/Fields.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "FileSource.h"
+#include "plugin/FileSource.h"
 
 #include <gtest/gtest.h>
 #include <utils/Errors.h>

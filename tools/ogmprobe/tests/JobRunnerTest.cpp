@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "JobRunner.h"
+#include "process/JobRunner.h"
 
 #include <android/log.h>
 #include <gmock/gmock.h>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Mpeg4Video.h"
+#include "codecs/Mpeg4Video.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "Digest.h"
+#include "records/Digest.h"
 
 namespace ogmprobe {
 namespace {

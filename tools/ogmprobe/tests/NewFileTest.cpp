@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "NewFile.h"
+#include "files/NewFile.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>

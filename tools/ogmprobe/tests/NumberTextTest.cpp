@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "NumberText.h"
+#include "text/NumberText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "RecordStream.h"
+#include "records/RecordStream.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <set>
 #include <thread>
 
-#include "RecordFields.h"
 #include "RingFixture.h"
+#include "records/RecordFields.h"
 
 namespace ogmprobe {
 namespace {

@@ -8,8 +8,8 @@
 #include <atomic>
 #include <memory>
 
-#include "Descriptor.h"
-#include "SharedRing.h"
+#include "files/Descriptor.h"
+#include "process/SharedRing.h"
 
 namespace ogmprobe::test {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "SharedRing.h"
+#include "process/SharedRing.h"
 
 #include <gtest/gtest.h>
 

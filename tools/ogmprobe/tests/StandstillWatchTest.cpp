@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "StandstillWatch.h"
+#include "process/StandstillWatch.h"
 
 #include <gtest/gtest.h>
 

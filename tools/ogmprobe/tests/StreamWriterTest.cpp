@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "StreamWriter.h"
+#include "commands/StreamWriter.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

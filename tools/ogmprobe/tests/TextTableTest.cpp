@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "TextTable.h"
+#include "text/TextTable.h"
 
 #include <gtest/gtest.h>
 
-#include "ProgressBar.h"
+#include "console/ProgressBar.h"
 
 namespace ogmprobe {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "TimeOrderedReader.h"
+#include "jobs/TimeOrderedReader.h"
 
 #include <fmt/core.h>
 #include <gmock/gmock.h>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "TimeText.h"
+#include "text/TimeText.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "TimeArithmetic.h"
+#include "text/TimeArithmetic.h"
 
 namespace ogmprobe {
 namespace {

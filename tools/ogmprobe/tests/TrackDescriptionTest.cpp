@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "TrackDescription.h"
+#include "plugin/TrackDescription.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,9 +2,9 @@
 #include <fmt/core.h>
 
 #include "Markup.h"
-#include "NumberText.h"
 #include "Panel.h"
 #include "PathData.h"
+#include "text/NumberText.h"
 
 namespace ogmprobe::timeline {
 namespace {

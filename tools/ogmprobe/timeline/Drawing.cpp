@@ -8,11 +8,11 @@
 #include <utility>
 
 #include "Markup.h"
-#include "NumberText.h"
 #include "PageTexts.h"
 #include "Panel.h"
 #include "PathData.h"
-#include "TimeText.h"
+#include "text/NumberText.h"
+#include "text/TimeText.h"
 
 namespace ogmprobe::timeline {
 namespace {

@@ -7,9 +7,9 @@
 #include <set>
 
 #include "Markup.h"
-#include "NumberText.h"
 #include "Panel.h"
 #include "PathData.h"
+#include "text/NumberText.h"
 
 namespace ogmprobe::timeline {
 namespace {

@@ -5,10 +5,10 @@
 #include <cmath>
 #include <vector>
 
-#include "Json.h"
 #include "Page.h"
 #include "Panel.h"
-#include "TimeArithmetic.h"
+#include "text/Json.h"
+#include "text/TimeArithmetic.h"
 
 namespace ogmprobe::timeline {
 namespace {

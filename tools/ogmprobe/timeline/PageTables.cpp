@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "Markup.h"
-#include "NumberText.h"
 #include "Page.h"
-#include "TimeArithmetic.h"
-#include "TimeText.h"
+#include "text/NumberText.h"
+#include "text/TimeArithmetic.h"
+#include "text/TimeText.h"
 
 namespace ogmprobe::timeline {
 namespace {

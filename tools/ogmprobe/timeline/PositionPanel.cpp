@@ -5,9 +5,9 @@
 #include <cmath>
 
 #include "Markup.h"
-#include "NumberText.h"
 #include "Panel.h"
 #include "PathData.h"
+#include "text/NumberText.h"
 
 namespace ogmprobe::timeline {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "FileExtents.h"
 #include "FrameType.h"
-#include "Records.h"
+#include "records/Records.h"
 
 /** What a timeline shows of a file, gathered while the file is played. */
 namespace ogmprobe::timeline {

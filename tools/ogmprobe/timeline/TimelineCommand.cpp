@@ -9,14 +9,14 @@
 #include <vector>
 
 #include "Chart.h"
-#include "CommandRecords.h"
-#include "Commands.h"
 #include "Drawing.h"
 #include "Markup.h"
-#include "NewFile.h"
-#include "NumberText.h"
 #include "Page.h"
-#include "ProgressBar.h"
+#include "commands/CommandRecords.h"
+#include "commands/Commands.h"
+#include "console/ProgressBar.h"
+#include "files/NewFile.h"
+#include "text/NumberText.h"
 
 namespace ogmprobe {
 namespace {

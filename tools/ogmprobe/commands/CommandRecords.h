@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <variant>
+
+#include "commands/Report.h"
+#include "commands/Session.h"
+#include "process/JobRunner.h"
+#include "records/Records.h"
+
+namespace ogmprobe {
+
+inline constexpr const char* kNoTracks = "the file has no tracks that can be played";
+
+/**
+ * What all commands do alike with records: failures go to the report, log lines to standard error.
+ * A command's own class adds the records that it wants, beside
+ * `using CommandRecords::operator();`.
+ */
+class CommandRecords {
+  public:
+    CommandRecords(Session& session, Report& report) : mSession(session), mReport(report) {}
+
+    void operator()(const Failure& failure) { mReport.error(failure.code, failure.message); }
+    void operator()(const TrackEnded& end);
+    void operator()(const LogLine& line);
+    void operator()(const Unconfined& unconfined);
+
+    template <typename T>
+    void operator()(const T&) {}
+
+  protected:
+    Session& session() const { return mSession; }
+    Report& report() const { return mReport; }
+
+  private:
+    Session& mSession;
+    Report& mReport;
+};
+
+/** A sink that calls the object, which must live as long, with each record as what it is. */
+template <typename Records>
+RecordSink visitedBy(Records& records) {
+    return [&records](const Record& record) { std::visit(records, record); };
+}
+
+/** Runs the job and lets the object have its records. What it throws as `ProbeError` is reported.
+ */
+template <typename Records>
+void runReported(const JobRequest& request, Session& session, Report& report, Records& records) {
+    report.guard([&] { runJob(request, session.options, visitedBy(records)); });
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "ExitCode.h"
+#include "commands/Session.h"
+#include "options/Options.h"
+
+namespace ogmprobe {
+
+// Each command reports what goes wrong and returns the code for it. They throw
+// `OutputError`.
+
+ExitCode runInfo(const InfoOptions& options, Session& session);
+ExitCode runPackets(const PacketsOptions& options, Session& session);
+ExitCode runSeekTest(const SeekTestOptions& options, Session& session);
+ExitCode runExtract(const ExtractOptions& options, Session& session);
+ExitCode runTimeline(const TimelineOptions& options, Session& session);
+ExitCode runExplain(const ExplainOptions& options, Session& session);
+ExitCode runCompare(const CompareOptions& options, Session& session);
+
+}  // namespace ogmprobe

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "codecs/CommentHeader.h"
+#include "commands/CommandRecords.h"
+#include "commands/Commands.h"
+#include "commands/StreamWriter.h"
+#include "console/ProgressBar.h"
+#include "files/InputFiles.h"
+#include "files/NewFile.h"
+
+namespace ogmprobe {
+namespace {
+
+namespace fs = std::filesystem;
+
+/** One track on its way into its file. */
+class Extraction {
+  public:
+    Extraction(const TrackDescription& track, const fs::path& path, Existing existing)
+        : mTrack(track), mFile(path, existing), mWriter(makeStreamWriter(track, mFile)) {}
+
+    void write(const Packet& packet) {
+        // No part of the coded stream: players would take it for damage.
+        const bool atStart = mBuffers == 0;
+        ++mBuffers;
+        if (atStart && isCommentHeader(packet.bytes)) {
+            mHasComments = true;
+            return;
+        }
+        mWriter->write(packet);
+    }
+
+    /** The track has been read to its end. */
+    void isWhole() { mWhole = true; }
+
+    /** Gives the file its name, unless the track could not be read to its end. */
+    void finish(Report& report, Output& output) {
+        mWriter->finish();
+        if (!mWhole) {
+            mFile.keepPart();
+            report.warning(fmt::format("what could be read of track {} is in {}", mTrack.index,
+                                       mFile.partPath().string()));
+            return;
+        }
+        mFile.commit();
+        output.write(fmt::format("track {}: {}, {} buffers{}, {} bytes: {}\n", mTrack.index,
+                                 mTrack.codec.name, mBuffers,
+                                 mHasComments ? " (comment header left out)" : "", mFile.size(),
+                                 mFile.path().string()));
+    }
+
+  private:
+    const TrackDescription mTrack;
+    NewFile mFile;
+    std::unique_ptr<StreamWriter> mWriter;
+    uint64_t mBuffers = 0;
+    bool mHasComments = false;
+    bool mWhole = false;
+};
+
+fs::path outputPath(const ExtractOptions& options, const TrackDescription& track) {
+    const std::string stem =
+            options.file == kStandardInput ? "stdin" : fs::path(options.file).stem().string();
+    return fs::path(options.folder) /
+           fmt::format("{}.track{}{}", stem, track.index, track.codec.suffix);
+}
+
+void makeFolder(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) {
+        throw ProbeError(ExitCode::kFile, fmt::format("cannot make the folder {}: {}",
+                                                      folder.string(), error.message()));
+    }
+}
+
+/** Writes the packets of all tracks while they come. */
+class ExtractRecords : public CommandRecords {
+  public:
+    using CommandRecords::operator();
+
+    ExtractRecords(const ExtractOptions& options, Session& session, Report& report)
+        : CommandRecords(session, report), mOptions(options), mProgress(session.console) {}
+
+    void operator()(const FileOpened& file) { mFileSize = file.sizeBytes; }
+    void operator()(const TrackStarted& started) { mTracks.push_back(started.track); }
+    void operator()(const PlaybackReady&) { createFiles(); }
+
+    void operator()(const PacketPlayed& packet) {
+        const auto extraction = mExtractions.find(packet.track);
+        if (extraction != mExtractions.end()) {
+            extraction->second->write(packet.packet);
+        }
+        if (mFileSize > 0) {
+            mProgress.update(static_cast<double>(packet.packet.readUpTo) /
+                             static_cast<double>(mFileSize));
+        }
+    }
+    void operator()(const TrackEnded& end) {
+        CommandRecords::operator()(end);
+        const auto extraction = mExtractions.find(end.track);
+        if (extraction != mExtractions.end() && !end.failure) {
+            extraction->second->isWhole();
+        }
+    }
+
+    /** Gives the files their names. */
+    void finish() {
+        for (const auto& [index, extraction] : mExtractions) {
+            report().guard([&, &file = *extraction] { file.finish(report(), session().output); });
+        }
+    }
+
+  private:
+    void createFiles() {
+        if (mTracks.empty()) {
+            report().warning(kNoTracks);
+            return;
+        }
+        makeFolder(mOptions.folder);
+        const Existing existing = mOptions.force ? Existing::kOverwrite : Existing::kRefuse;
+        // Before anything is read: nobody wants to hear of a name that is taken after an hour.
+        for (const TrackDescription& track : mTracks) {
+            mExtractions[track.index] =
+                    std::make_unique<Extraction>(track, outputPath(mOptions, track), existing);
+        }
+    }
+
+    const ExtractOptions& mOptions;
+    ProgressBar mProgress;
+    uint64_t mFileSize = 0;
+    std::vector<TrackDescription> mTracks;
+    std::map<uint64_t, std::unique_ptr<Extraction>> mExtractions;
+};
+
+}  // namespace
+
+ExitCode runExtract(const ExtractOptions& options, Session& session) {
+    Report report(session.console, options.file);
+    ExtractRecords records(options, session, report);
+    report.guard([&] {
+        runJob({options.file, playJob({options.tracks, {}, {}})}, session.options,
+               visitedBy(records));
+        records.finish();
+    });
+    return report.worst();
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "files/NewFile.h"
+
+#include <fcntl.h>
+#include <fmt/core.h>
+#include <stdio.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "ExitCode.h"
+
+namespace ogmprobe {
+namespace {
+
+constexpr mode_t kModeBeforeMask = 0666;
+
+// Whatever link lies there is not followed.
+std::FILE* create(const std::filesystem::path& path) {
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                                kModeBeforeMask);
+    return descriptor >= 0 ? fdopen(descriptor, "wb") : nullptr;
+}
+
+bool renameOverNothing(const char* from, const char* to) {
+    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    // Not every file system can do it in one step.
+    return errno == EINVAL && access(to, F_OK) != 0 && std::rename(from, to) == 0;
+}
+
+}  // namespace
+
+NewFile::NewFile(std::filesystem::path path, Existing existing)
+    : mPath(std::move(path)), mPartPath(mPath.string() + ".part"), mExisting(existing) {
+    if (mExisting == Existing::kOverwrite) {
+        std::remove(mPartPath.c_str());
+    } else {
+        requireFree(mPath);
+        requireFree(mPartPath);
+    }
+    const HeldSignals held;
+    mFile.reset(create(mPartPath));
+    if (mFile == nullptr) {
+        fail();
+    }
+    mLeftover.watch(mPartPath.c_str());
+}
+
+void NewFile::append(std::span<const uint8_t> bytes) {
+    write(bytes);
+    mSize += bytes.size();
+}
+
+void NewFile::overwriteStart(std::span<const uint8_t> bytes) {
+    if (std::fseek(mFile.get(), 0, SEEK_SET) != 0) {
+        fail();
+    }
+    write(bytes);
+    if (std::fseek(mFile.get(), 0, SEEK_END) != 0) {
+        fail();
+    }
+}
+
+void NewFile::commit() {
+    close();
+    const bool done = mExisting == Existing::kOverwrite
+                              ? std::rename(mPartPath.c_str(), mPath.c_str()) == 0
+                              : renameOverNothing(mPartPath.c_str(), mPath.c_str());
+    if (!done) {
+        requireFree(mPath);
+        fail();
+    }
+    mLeftover.forget();
+}
+
+void NewFile::keepPart() {
+    close();
+    mLeftover.forget();
+}
+
+void NewFile::write(std::span<const uint8_t> bytes) {
+    if (std::fwrite(bytes.data(), 1, bytes.size(), mFile.get()) != bytes.size()) {
+        fail();
+    }
+}
+
+// Closing writes what is still buffered, and may find the disk full.
+void NewFile::close() {
+    if (std::fclose(mFile.release()) != 0) {
+        fail();
+    }
+}
+
+void NewFile::fail() const {
+    throw ProbeError(ExitCode::kFile,
+                     fmt::format("cannot write {}: {}", mPartPath.string(), std::strerror(errno)));
+}
+
+void requireFree(const std::filesystem::path& path) {
+    std::error_code ignored;
+    if (std::filesystem::exists(std::filesystem::symlink_status(path, ignored))) {
+        throw ProbeError(ExitCode::kFile,
+                         fmt::format("{} exists; --force overwrites it", path.string()));
+    }
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "jobs/TimeOrderedReader.h"
+#include "plugin/Extractor.h"
+#include "plugin/FileSource.h"
+#include "plugin/PluginLibrary.h"
+#include "plugin/TrackDescription.h"
+#include "records/Records.h"
+
+namespace ogmprobe {
+
+/** A file that a plug-in has opened. */
+class MediaFile {
+  public:
+    /**
+     * Throws `ProbeError`: the file cannot be read, or the plug-in does not take it. Library and
+     * source must outlive this object.
+     */
+    MediaFile(const PluginLibrary& library, FileSource& source);
+
+    const FileSource& source() const { return mSource; }
+    const Extractor& extractor() const { return *mExtractor; }
+
+    FileOpened facts() const;
+
+    /** Throws `ProbeError` when the file itself could not be read at some time. */
+    void requireReadable() const;
+
+  private:
+    FileSource& mSource;
+    std::unique_ptr<Extractor> mExtractor;
+};
+
+/** A started track as a stream of packets. */
+class TrackStream : public PacketStream {
+  public:
+    TrackStream(std::unique_ptr<Track> track, const FileSource& source);
+
+    size_t index() const { return mTrack->index(); }
+
+    std::optional<Packet> read(const std::optional<SeekRequest>& seek) override;
+
+    /** Why the last read gave nothing, once; nothing if it gave a packet. */
+    std::optional<TrackEnded> takeEnd() { return std::exchange(mEnd, std::nullopt); }
+
+  private:
+    std::unique_ptr<Track> mTrack;
+    const FileSource& mSource;
+    std::optional<TrackEnded> mEnd;
+};
+
+/** Tracks of one file, ready to be read side by side. */
+class PlayedTracks {
+  public:
+    /**
+     * Makes and starts tracks in the players' order, and tells of each; an empty selection means
+     * all. Throws `ProbeError`: `kUsage` for a track that the file does not have, `kFile` when one
+     * does not start. The file must outlive this object.
+     */
+    PlayedTracks(const MediaFile& file, const std::vector<size_t>& selection,
+                 const RecordSink& sink);
+
+    const std::vector<std::unique_ptr<TrackStream>>& streams() const { return mStreams; }
+    /** The first video track, else the first track: the one that a seek moves first. */
+    size_t lead() const { return mLead; }
+    TimeOrderedReader reader() const;
+
+    /** Tells of the tracks that have ended since the last time. */
+    void tellEnds(const RecordSink& sink) const;
+
+  private:
+    std::vector<std::unique_ptr<TrackStream>> mStreams;
+    size_t mLead = 0;
+};
+
+}  // namespace ogmprobe

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <media/MediaExtractorPluginApi.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "plugin/Track.h"
+#include "records/Packet.h"
+
+namespace ogmprobe {
+
+/** Where packets come from, one after the other: a track, or a test's script. */
+class PacketStream {
+  public:
+    virtual ~PacketStream() = default;
+
+    /**
+     * The next packet, or nothing at the end, after which it must not be called again before a
+     * seek. With a seek, the packet that the stream lands on.
+     */
+    virtual std::optional<Packet> read(const std::optional<SeekRequest>& seek) = 0;
+};
+
+/** A packet with what only the whole stream tells. */
+struct OrderedPacket {
+    /** Index of the stream in the reader's list. */
+    size_t stream = 0;
+    Packet packet;
+    /**
+     * Time of the stream's next packet less this one's; negative where pictures are stored in
+     * another order than they are shown. Nothing for a stream's last packet.
+     */
+    std::optional<int64_t> untilNextUs;
+};
+
+/**
+ * Reads several streams side by side, always the one that is furthest behind. A plug-in that finds
+ * packets of all tracks on its way through the file thus never has to keep many of them.
+ *
+ * A stream's place is the largest time it has reached, because times within a stream may go back.
+ */
+class TimeOrderedReader {
+  public:
+    /** Streams must outlive the reader. The lead is the one that a seek moves first. */
+    TimeOrderedReader(const std::vector<PacketStream*>& streams, size_t lead);
+
+    /**
+     * Seeks as the players do: the lead to the sync frame closest to the target, then the others to
+     * the time of what came back (the target if nothing did; never below 0).
+     */
+    void seek(int64_t targetUs);
+
+    /** The packet that the stream gives next, null at its end. Valid until the next call. */
+    const Packet* pending(size_t stream) const;
+
+    /** Nothing when all streams have ended. */
+    std::optional<OrderedPacket> next();
+
+    /** Reads no more of the stream until the next seek. */
+    void drop(size_t stream);
+
+  private:
+    struct Lane {
+        PacketStream* source;
+        std::optional<Packet> pending;
+        int64_t reachedUs = 0;
+    };
+
+    void readFirstPackets();
+    void land(Lane& lane, const SeekRequest& seek);
+    Lane* furthestBehind();
+
+    std::vector<Lane> mLanes;
+    const size_t mLead;
+    bool mStarted = false;
+};
+
+}  // namespace ogmprobe

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <media/MediaExtractorPluginApi.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "plugin/Extractor.h"
+
+namespace ogmprobe {
+
+/**
+ * A plug-in's shared library, loaded and checked as the framework's loader does it. Must outlive
+ * every extractor made from it.
+ */
+class PluginLibrary {
+  public:
+    /**
+     * Throws `ProbeError` with `ExitCode::kFile` when the library cannot be loaded or the loader
+     * would refuse its definition.
+     */
+    explicit PluginLibrary(const std::filesystem::path& path);
+
+    std::string name() const;
+    uint32_t version() const;
+    /** 32 hexadecimal digits with dashes. */
+    std::string uuid() const;
+
+    /**
+     * Sniffs and creates. Throws `ProbeError` with `ExitCode::kNotTaken` when the plug-in does not
+     * claim the source or makes no extractor of it. The source must outlive the extractor.
+     */
+    std::unique_ptr<Extractor> open(android::CDataSource* source) const;
+
+    /** The plug-in in the `lib` folder beside the program's folder, if there is one. */
+    static std::optional<std::filesystem::path> findBeside(
+            const std::filesystem::path& programFolder);
+
+  private:
+    struct Close {
+        void operator()(void* handle) const;
+    };
+
+    std::unique_ptr<void, Close> mHandle;
+    // In an optional because the record cannot be assigned.
+    std::optional<android::ExtractorDef> mDefinition;
+};
+
+}  // namespace ogmprobe

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "codecs/Codec.h"
+#include "plugin/Format.h"
+
+namespace ogmprobe {
+
+enum class TrackKind { kVideo, kAudio, kOther };
+
+/** What a track's format says. Values are as the plug-in delivers them, nothing where it is silent.
+ */
+struct TrackDescription {
+    size_t index = 0;
+    /** Empty when absent. */
+    std::string mime;
+    TrackKind kind = TrackKind::kOther;
+    Codec codec;
+    std::optional<int64_t> durationUs;
+    std::optional<int32_t> width;
+    std::optional<int32_t> height;
+    std::optional<int32_t> frameRate;
+    std::optional<int32_t> sampleRate;
+    std::optional<int32_t> channelCount;
+    std::optional<int32_t> mpegAudioLayer;
+    std::optional<std::vector<uint8_t>> esds;
+};
+
+TrackDescription describeTrack(size_t index, const Format& format);
+/** Sets kind and codec, which follow from the rest. */
+void classify(TrackDescription& track);
+
+/** "video", "audio" or "other". */
+std::string kindName(TrackKind kind);
+/** "176x144, 25 fps" or "44100 Hz, 2 channels"; "-" for what is neither. */
+std::string formatText(const TrackDescription& track);
+/** The ESDS decoded, in lines of their own; one line when it is damaged. */
+std::vector<std::string> esdsLines(const std::vector<uint8_t>& esds);
+nlohmann::ordered_json toJson(const TrackDescription& track);
+
+/** Why a player would not get on with the format, in sentences; empty when it would. */
+std::vector<std::string> complaints(const TrackDescription& track);
+
+}  // namespace ogmprobe

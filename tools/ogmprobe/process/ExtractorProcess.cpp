@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "process/ExtractorProcess.h"
+
+#include <fmt/core.h>
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "plugin/PluginCall.h"
+#include "process/Death.h"
+#include "process/Sandbox.h"
+#include "records/RecordStream.h"
+
+namespace ogmprobe {
+
+struct SharedState {
+    Vitals vitals;
+    DeathNote note;
+    RingMemory ring;
+};
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kFirstNap = 1ms;
+constexpr auto kLongestNap = 200ms;
+
+/** The process is stuck; `what()` says in what. */
+class Stuck : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+void require(bool success) {
+    if (!success) {
+        throw ProbeError(ExitCode::kFile, fmt::format("cannot start a process for the plug-in: {}",
+                                                      std::strerror(errno)));
+    }
+}
+
+// Without a descriptor, so that nobody can cut it off under the other's feet.
+SharedState* mapSharedState() {
+    void* memory = mmap(nullptr, sizeof(SharedState), PROT_READ | PROT_WRITE,
+                        MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    require(memory != MAP_FAILED);
+    // Not value-initialised: that would touch each of its pages, of which most are never needed.
+    return new (memory) SharedState;
+}
+
+/** The two ends of the way on which the processes wake each other. */
+struct Doorbells {
+    Doorbells() {
+        std::array<int, 2> ends = {-1, -1};
+        require(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0);
+        parent = Descriptor(ends[0]);
+        child = Descriptor(ends[1]);
+    }
+
+    Descriptor parent;
+    Descriptor child;
+};
+
+// The C library's function of 2.36 has no C linkage in its header.
+int openProcess(pid_t process) {
+    return static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+}
+
+void enterSandboxAndTell(const RecordSink& sink) {
+    if (auto reason = enterSandbox()) {
+        sink(Unconfined{*std::move(reason)});
+    }
+}
+
+[[noreturn]] void beExtractor(SharedState& shared, const JobRequest& request,
+                              const GlobalOptions& options) {
+    death::catchAll(shared.note);
+    PluginCall::keepIn(&shared.vitals);
+    RingWriter ring(shared.ring, kParentDescriptor);
+    RecordWriter writer(ring);
+    const RecordSink sink = [&writer](const Record& record) { writer.write(record); };
+    try {
+        performJob(request, options, sink, [&sink] { enterSandboxAndTell(sink); });
+    } catch (const std::exception& error) {
+        shared.vitals.function = PluginCall::leftByException();
+        death::ofException(error.what());
+    }
+    writer.end();
+    _exit(static_cast<int>(ExitCode::kDone));
+}
+
+std::string stuckSentence(StandstillWatch::State state, PluginFunction function) {
+    return fmt::format("the extractor is stuck{}: {}", inFunction(function),
+                       state == StandstillWatch::State::kStandsStill
+                               ? "no read of the file and no buffer came to an end"
+                               : "it reads the file without end");
+}
+
+}  // namespace
+
+void ExtractorProcess::Unmap::operator()(SharedState* state) const {
+    munmap(state, sizeof(SharedState));
+}
+
+ExtractorProcess::ExtractorProcess(const JobRequest& request, const GlobalOptions& options)
+    : mLimit(options.timeoutSeconds), mShared(mapSharedState()) {
+    Doorbells doorbells;
+    const pid_t parent = getpid();
+    mProcess = fork();
+    require(mProcess >= 0);
+    if (mProcess == 0) {
+        detach(parent, doorbells.child.get());
+        beExtractor(*mShared, request, options);
+    }
+    mDoorbell = std::move(doorbells.parent);
+    mProcessDescriptor = Descriptor(openProcess(mProcess));
+    if (mProcessDescriptor.get() < 0) {
+        kill();
+        require(false);
+    }
+    mRing.emplace(mShared->ring, mDoorbell.get(), [this] { return waitForMore(); });
+}
+
+ExtractorProcess::~ExtractorProcess() {
+    if (mProcess > 0) {
+        kill();
+    }
+}
+
+void ExtractorProcess::deliver(const RecordSink& handler) {
+    std::string death;
+    try {
+        deliverAll(handler);
+        return;
+    } catch (const RingEnded&) {
+        death = deathSentence(mShared->note, function(), reap());
+    } catch (const RingDamaged& damage) {
+        death = fmt::format("the extractor died{}: it overwrote memory that is not its own ({})",
+                            inFunction(function()), damage.what());
+        kill();
+    } catch (const Stuck& stuck) {
+        death = stuck.what();
+        kill();
+    }
+    handler(Failure{ExitCode::kDied, death, false});
+}
+
+void ExtractorProcess::deliverAll(const RecordSink& handler) {
+    RecordReader records(*mRing);
+    while (const auto record = records.next()) {
+        handler(*record);
+    }
+}
+
+// The writer wakes this side only when much has come together: the naps find the rest.
+bool ExtractorProcess::waitForMore() {
+    if (mGone) {
+        return false;
+    }
+    const auto& signs = mShared->vitals.signsOfLife;
+    StandstillWatch watch(mLimit, signs);
+    auto nap = std::chrono::milliseconds(kFirstNap);
+    while (mRing->prepareToSleep()) {
+        const auto asleep = Clock::now();
+        sleep(nap);
+        mRing->wakeUp();
+        if (mGone) {
+            return false;
+        }
+        // No more than was meant: both processes may have been stopped in the meantime.
+        const auto slept = std::min<Clock::duration>(Clock::now() - asleep, 2 * nap);
+        const auto state = watch.observe(slept, signs);
+        if (state != StandstillWatch::State::kAlive) {
+            throw Stuck(stuckSentence(state, function()));
+        }
+        nap = std::min<std::chrono::milliseconds>(2 * nap, kLongestNap);
+    }
+    mRing->wakeUp();
+    return true;
+}
+
+void ExtractorProcess::sleep(std::chrono::milliseconds atMost) {
+    std::array<pollfd, 2> events = {pollfd{mProcessDescriptor.get(), POLLIN, 0},
+                                    pollfd{mDoorbell.get(), POLLIN, 0}};
+    const int count = poll(events.data(), events.size(), static_cast<int>(atMost.count()));
+    if (count <= 0) {
+        return;
+    }
+    mGone = events[0].revents != 0;
+}
+
+PluginFunction ExtractorProcess::function() const {
+    return mShared->vitals.function;
+}
+
+int ExtractorProcess::reap() {
+    int status = 0;
+    while (waitpid(mProcess, &status, 0) < 0 && errno == EINTR) {
+    }
+    mProcess = -1;
+    return status;
+}
+
+int ExtractorProcess::kill() {
+    ::kill(mProcess, SIGKILL);
+    return reap();
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "process/JobRunner.h"
+
+#include <android/log.h>
+
+#include <exception>
+#include <filesystem>
+#include <optional>
+
+#include "files/InputFiles.h"
+#include "plugin/PluginCall.h"
+#include "process/ExtractorProcess.h"
+#include "records/Trace.h"
+
+namespace ogmprobe {
+namespace {
+
+/**
+ * Hands records over within this process. Some are made while the plug-in is at work: an exception
+ * must not pass through it and waits until the call is over.
+ */
+class DirectSink {
+  public:
+    explicit DirectSink(const RecordSink& handler) : mHandler(handler) {}
+
+    /** After an exception nothing more is handed over. */
+    void operator()(const Record& record) {
+        if (mFailure == nullptr) {
+            try {
+                mHandler(record);
+            } catch (...) {
+                mFailure = std::current_exception();
+            }
+        }
+        if (mFailure != nullptr && !mThrown && !PluginCall::active()) {
+            mThrown = true;
+            std::rethrow_exception(mFailure);
+        }
+    }
+
+    void rethrowFailure() const {
+        if (mFailure != nullptr) {
+            std::rethrow_exception(mFailure);
+        }
+    }
+
+  private:
+    const RecordSink& mHandler;
+    std::exception_ptr mFailure;
+    bool mThrown = false;
+};
+
+// The logger of a process cannot carry a pointer of its own.
+const RecordSink* gLogSink = nullptr;
+
+void logIntoSink(const __android_log_message* message) {
+    if (gLogSink != nullptr) {
+        (*gLogSink)(LogLine{message->priority, message->tag, message->message});
+    }
+}
+
+/** Leads log lines, and a trace if it is wanted, into the sink for as long as it lives. */
+class Recording {
+  public:
+    Recording(const JobRequest& request, const GlobalOptions& options, const RecordSink& sink) {
+        gLogSink = &sink;
+        __android_log_set_logger(logIntoSink);
+        __android_log_set_minimum_priority(options.logPriority.value_or(ANDROID_LOG_SILENT));
+        Trace::into(request.traced ? &sink : nullptr);
+    }
+    ~Recording() {
+        Trace::into(nullptr);
+        gLogSink = nullptr;
+    }
+
+    Recording(const Recording&) = delete;
+    Recording& operator=(const Recording&) = delete;
+};
+
+std::filesystem::path findPlugin(const GlobalOptions& options) {
+    if (!options.pluginPath.empty()) {
+        return options.pluginPath;
+    }
+    const auto program = std::filesystem::read_symlink("/proc/self/exe");
+    const auto found = PluginLibrary::findBeside(program.parent_path());
+    if (!found) {
+        throw ProbeError(ExitCode::kFile,
+                         "no plug-in lies beside this program; name one with --plugin");
+    }
+    return *found;
+}
+
+void runInProcess(const JobRequest& request, const GlobalOptions& options,
+                  const RecordSink& handler) {
+    DirectSink direct(handler);
+    performJob(request, options, std::ref(direct), [] {});
+    direct.rethrowFailure();
+}
+
+}  // namespace
+
+void runJob(const JobRequest& request, const GlobalOptions& options, const RecordSink& handler) {
+    JobRequest toOpen = request;
+    toOpen.path = pathToOpen(request.path);
+    if (options.inProcess) {
+        runInProcess(toOpen, options, handler);
+        return;
+    }
+    ExtractorProcess process(toOpen, options);
+    process.deliver(handler);
+}
+
+void performJob(const JobRequest& request, const GlobalOptions& options, const RecordSink& sink,
+                const std::function<void()>& beforeReading) {
+    const Recording recording(request, options, sink);
+    std::optional<PluginLibrary> library;
+    try {
+        library.emplace(findPlugin(options));
+    } catch (const ProbeError& error) {
+        sink(Failure{error.code(), error.what(), true});
+        return;
+    }
+    try {
+        FileSource source(request.path);
+        beforeReading();
+        request.job({*library, source, sink});
+    } catch (const ProbeError& error) {
+        sink(Failure{error.code(), error.what(), false});
+    }
+}
+
+}  // namespace ogmprobe

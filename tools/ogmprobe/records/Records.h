@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "ExitCode.h"
+#include "plugin/PluginFunction.h"
+#include "plugin/TrackDescription.h"
+#include "records/Packet.h"
+
+/**
+ * What a job (see Job.h) tells about its work with the plug-in, in the order in which it happens.
+ * Commands are functions of these records; where the plug-in runs makes no difference to them.
+ *
+ * Tracks are named by their index in the file.
+ */
+namespace ogmprobe {
+
+/** The file is open. */
+struct FileOpened {
+    std::string extractor;
+    std::string mime;
+    /** 0 where the plug-in does not know it. */
+    std::optional<int64_t> durationUs;
+    uint64_t trackCount = 0;
+    uint64_t sizeBytes = 0;
+};
+
+/** A track as the file's list of tracks has it. */
+struct TrackListed {
+    TrackDescription track;
+};
+
+/** A track is ready to be read; the description is what a decoder is set up with. */
+struct TrackStarted {
+    TrackDescription track;
+};
+
+/** All tracks that were asked for are started: packets follow. */
+struct PlaybackReady {
+    uint64_t trackCount = 0;
+};
+
+/** The packets that follow were read after this seek. */
+struct SeekBegun {
+    int64_t targetUs = 0;
+};
+
+/** The packets of all tracks are in the order of their times. */
+struct PacketPlayed {
+    uint64_t track = 0;
+    Packet packet;
+    /**
+     * Time of the track's next packet less this one's; negative where pictures are stored in
+     * another order than they are shown. Nothing for a track's last packet.
+     */
+    std::optional<int64_t> untilNextUs;
+};
+
+/** The track gives no more packets (before the next seek). */
+struct TrackEnded {
+    uint64_t track = 0;
+    /** Nothing at the end of the stream. */
+    std::optional<std::string> failure;
+};
+
+/** The range that the targets of a seek test are spread over, from 0. */
+struct SeekRange {
+    bool durationKnown = false;
+    int64_t lastTargetUs = 0;
+};
+
+/** Where one track came to after a seek; without a time it gave no buffer. */
+struct Landing {
+    uint64_t track = 0;
+    std::optional<int64_t> timeUs;
+    bool isSync = false;
+};
+
+/** One seek of a seek test. */
+struct SeekLanded {
+    int64_t targetUs = 0;
+    /** Of all tracks, the one that is sought first in front. */
+    std::vector<Landing> landings;
+    /** What the seek of all tracks cost. */
+    uint64_t reads = 0;
+    uint64_t bytes = 0;
+};
+
+/** Work goes on that brings forth no other records. */
+struct Progress {
+    uint64_t readUpTo = 0;
+};
+
+/** The work on the file has ended for this reason. */
+struct Failure {
+    ExitCode code = ExitCode::kFile;
+    std::string message;
+    /** It would happen with every other file too: the plug-in cannot be used. */
+    bool ofPlugin = false;
+};
+
+/** A line that was logged by the plug-in or the platform libraries. */
+struct LogLine {
+    int32_t priority = 0;
+    std::string tag;
+    std::string text;
+};
+
+/** The kernel does not filter the system calls of the plug-in's process. */
+struct Unconfined {
+    std::string reason;
+};
+
+// The records below come only in a traced job.
+
+/** The plug-in is called. Log lines and reads up to the end of the call are its doing. */
+struct CallBegun {
+    PluginFunction function = PluginFunction::kNone;
+    std::optional<uint64_t> track;
+};
+
+struct CallEnded {
+    PluginFunction function = PluginFunction::kNone;
+    std::optional<uint64_t> track;
+    /** For functions that return one. */
+    std::optional<int32_t> status;
+};
+
+/** What the read that has just ended brought; the same comes again as `PacketPlayed`. */
+struct BufferRead {
+    uint64_t track = 0;
+    std::optional<int64_t> timeUs;
+    bool isSync = false;
+    uint64_t size = 0;
+};
+
+/** The plug-in has read its data source. */
+struct SourceRead {
+    int64_t offset = 0;
+    uint64_t size = 0;
+    /** The number of bytes that it got, or an error below 0. */
+    int64_t result = 0;
+};
+
+using Record = std::variant<FileOpened, TrackListed, TrackStarted, PlaybackReady, SeekBegun,
+                            PacketPlayed, TrackEnded, SeekRange, SeekLanded, Progress, Failure,
+                            LogLine, Unconfined, CallBegun, CallEnded, BufferRead, SourceRead>;
+
+/** Takes the records one after the other. */
+using RecordSink = std::function<void(const Record&)>;
+
+}  // namespace ogmprobe

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "text/TextTable.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "console/Console.h"
+
+namespace ogmprobe {
+namespace {
+
+constexpr const char* kGap = "  ";
+
+}  // namespace
+
+TextTable::TextTable(std::vector<Column> columns) : mColumns(std::move(columns)) {
+    for (const Column& column : mColumns) {
+        mWidths.push_back(column.heading.size());
+    }
+}
+
+void TextTable::add(std::vector<std::string> row) {
+    row.resize(mColumns.size());
+    for (size_t i = 0; i < row.size(); ++i) {
+        mWidths[i] = std::max(mWidths[i], row[i].size());
+    }
+    mRows.push_back(std::move(row));
+}
+
+std::string TextTable::text(const std::string& indent, bool color) const {
+    std::string lines = emphasised(line(headings(), indent), color) + "\n";
+    for (const auto& row : mRows) {
+        lines += line(row, indent) + "\n";
+    }
+    return lines;
+}
+
+std::string TextTable::line(const std::vector<std::string>& cells,
+                            const std::string& indent) const {
+    std::string line = indent;
+    for (size_t i = 0; i < cells.size(); ++i) {
+        const bool left = mColumns[i].align == Align::kLeft;
+        line += left ? fmt::format("{:<{}}", cells[i], mWidths[i])
+                     : fmt::format("{:>{}}", cells[i], mWidths[i]);
+        line += kGap;
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
+}
+
+std::vector<std::string> TextTable::headings() const {
+    std::vector<std::string> headings;
+    for (const Column& column : mColumns) {
+        headings.push_back(column.heading);
+    }
+    return headings;
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "text/TimeText.h"
+
+#include <fmt/core.h>
+
+#include <charconv>
+#include <cmath>
+
+namespace ogmprobe {
+namespace {
+
+constexpr int64_t kUsPerSecond = 1000000;
+constexpr int64_t kUsPerMillisecond = 1000;
+
+// Beyond this a double no longer holds every microsecond.
+constexpr double kMaxSeconds = 9.0e9;
+
+}  // namespace
+
+std::string secondsText(int64_t timeUs) {
+    // The magnitude of the most negative time has no signed representation.
+    const auto bits = static_cast<uint64_t>(timeUs);
+    const uint64_t magnitude = timeUs < 0 ? ~bits + 1 : bits;
+    return fmt::format("{}{}.{:06}", timeUs < 0 ? "-" : "", magnitude / kUsPerSecond,
+                       magnitude % kUsPerSecond);
+}
+
+std::string secondsText(std::optional<int64_t> timeUs) {
+    return timeUs ? secondsText(*timeUs) : "-";
+}
+
+std::string durationText(std::optional<int64_t> durationUs) {
+    if (!durationUs || *durationUs <= 0) {
+        return "unknown";
+    }
+    const int64_t milliseconds = *durationUs / kUsPerMillisecond;
+    const int64_t seconds = milliseconds / 1000;
+    return fmt::format("{}:{:02}:{:02}.{:03}", seconds / 3600, seconds / 60 % 60, seconds % 60,
+                       milliseconds % 1000);
+}
+
+std::optional<int64_t> parseSeconds(std::string_view text) {
+    double seconds = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
+    if (error != std::errc() || stop != end || !(std::abs(seconds) <= kMaxSeconds)) {
+        return std::nullopt;
+    }
+    return std::llround(seconds * static_cast<double>(kUsPerSecond));
+}
+
+}  // namespace ogmprobe
