@@ -4,10 +4,11 @@
 #include <algorithm>
 #include <array>
 
+#include "codecs/StartCode.h"
+
 namespace ogmprobe {
 namespace {
 
-constexpr std::array<uint8_t, 3> kStartCodePrefix = {0x00, 0x00, 0x01};
 constexpr uint8_t kFirstLayerCode = 0x20;
 constexpr uint8_t kLastLayerCode = 0x2f;
 constexpr uint8_t kPictureCode = 0xb6;

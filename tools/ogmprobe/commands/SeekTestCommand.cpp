@@ -66,8 +66,8 @@ ordered_json toJson(const SeekLanded& result) {
             {"tracks", std::move(tracks)}};
 }
 
-std::string documentOf(const SeekTestOptions& options, const SeekTestRecords& test,
-                       const Report& report) {
+std::string seekTestDocument(const SeekTestOptions& options, const SeekTestRecords& test,
+                             const Report& report) {
     auto seeks = ordered_json::array();
     for (const SeekLanded& result : test.seeks()) {
         seeks.push_back(toJson(result));
@@ -106,7 +106,7 @@ ExitCode runSeekTest(const SeekTestOptions& options, Session& session) {
     SeekTestRecords records(session, report);
     runReported({options.file, seekTestJob(options.steps)}, session, report, records);
     if (options.json) {
-        session.output.write(documentOf(options, records, report));
+        session.output.write(seekTestDocument(options, records, report));
     } else if (!records.seeks().empty()) {
         session.output.write(toText(records, wantsColor(session.options.color, STDOUT_FILENO)));
     }

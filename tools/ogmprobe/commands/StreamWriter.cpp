@@ -7,6 +7,7 @@
 #include "codecs/Esds.h"
 #include "codecs/LittleEndian.h"
 #include "codecs/Mpeg4Video.h"
+#include "text/TimeUnits.h"
 
 namespace ogmprobe {
 namespace {
@@ -16,14 +17,13 @@ constexpr uint64_t kWavHeaderSize = 44;
 constexpr uint64_t kRiffPreamble = 8;
 constexpr uint32_t kFormatChunkSize = 16;
 constexpr uint16_t kPcmFormat = 1;
-constexpr uint64_t kBitsPerSample = 16;
+constexpr uint64_t kWavSampleBits = 16;
 
 constexpr uint16_t kIvfHeaderSize = 32;
-constexpr uint32_t kUsPerSecond = 1000000;
 
 /** The bytes of one sample of all channels. */
 uint64_t blockAlign(uint16_t channels) {
-    return channels * (kBitsPerSample / 8);
+    return channels * (kWavSampleBits / 8);
 }
 
 uint64_t fitting32(uint64_t value) {
@@ -149,7 +149,7 @@ std::vector<uint8_t> wavHeader(uint32_t sampleRate, uint16_t channels, uint64_t 
     LittleEndian header;
     header.text("RIFF").u32(fitting32(kWavHeaderSize - kRiffPreamble + padded)).text("WAVE");
     header.text("fmt ").u32(kFormatChunkSize).u16(kPcmFormat).u16(channels).u32(sampleRate);
-    header.u32(fitting32(sampleRate * frameBytes)).u16(frameBytes).u16(kBitsPerSample);
+    header.u32(fitting32(sampleRate * frameBytes)).u16(frameBytes).u16(kWavSampleBits);
     header.text("data").u32(fitting32(dataBytes));
     return header.bytes();
 }

@@ -65,7 +65,7 @@ std::string valueText(const Difference& difference, const ordered_json& value) {
     return value.dump();
 }
 
-std::string placeText(const Difference& difference) {
+std::string differencePlace(const Difference& difference) {
     const uint64_t track = difference.track.value_or(0);
     const uint64_t number = difference.number.value_or(0);
     switch (difference.kind) {
@@ -117,7 +117,7 @@ std::string kindName(DifferenceKind kind) {
 }
 
 std::string toText(const Difference& difference) {
-    const std::string place = placeText(difference);
+    const std::string place = differencePlace(difference);
     if (isMissingOnOneSide(difference)) {
         return fmt::format("{}: only in {}", place, difference.b.is_null() ? "A" : "B");
     }

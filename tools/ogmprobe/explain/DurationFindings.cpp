@@ -6,6 +6,7 @@
 
 #include "explain/Finding.h"
 #include "text/TimeText.h"
+#include "text/TimeUnits.h"
 
 namespace ogmprobe {
 namespace {
@@ -13,7 +14,7 @@ namespace {
 /** The part at the end of a file whose pages tell the plug-in the duration. */
 constexpr uint64_t kTailSize = 650520;
 /** Tracks of a file need not end together. */
-constexpr double kToleranceUs = 1e6;
+constexpr double kToleranceUs = kUsPerSecond;
 
 uint64_t tailOffset(const OggFile& file) {
     return file.size() > kTailSize ? file.size() - kTailSize : 0;

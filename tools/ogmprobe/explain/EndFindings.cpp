@@ -7,6 +7,7 @@
 
 #include "explain/Finding.h"
 #include "text/NumberText.h"
+#include "text/TimeUnits.h"
 
 namespace ogmprobe {
 namespace {
@@ -19,7 +20,7 @@ constexpr std::array<std::string_view, 4> kReadingEnds = {
 };
 
 /** Streams of a file do not end together to the microsecond. */
-constexpr int64_t kUsualLossUs = 1'000'000;
+constexpr int64_t kUsualLossUs = kUsPerSecond;
 
 std::optional<LoggedLine> lineOfTheEnd(const PluginTrace& trace) {
     for (const std::string_view beginning : kReadingEnds) {

@@ -63,8 +63,8 @@ void explainAll(Explanation& explanation) {
     explainEnd(explanation);
 }
 
-ordered_json documentOf(const ExplainOptions& options, const Explanation& explanation,
-                        const Report& report) {
+ordered_json explainDocument(const ExplainOptions& options, const Explanation& explanation,
+                             const Report& report) {
     auto findings = ordered_json::array();
     for (const Finding& finding : explanation.findings()) {
         findings.push_back(toJson(finding));
@@ -122,7 +122,7 @@ ExitCode runExplain(const ExplainOptions& options, Session& session) {
     Explanation explanation(*file, trace);
     explainAll(explanation);
     if (options.json) {
-        session.output.write(toDocument(documentOf(options, explanation, report)));
+        session.output.write(toDocument(explainDocument(options, explanation, report)));
     } else {
         show(options, explanation, session);
     }

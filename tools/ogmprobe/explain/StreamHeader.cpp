@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "codecs/Fields.h"
+#include "text/TimeUnits.h"
 
 namespace ogmprobe {
 namespace {
@@ -23,7 +24,6 @@ constexpr size_t kBitsPerSample = 41;
 
 constexpr uint64_t kUnitsPerUs = 10;
 constexpr uint64_t kUnitsPerSecond = 10'000'000;
-constexpr uint64_t kUsPerSecond = 1'000'000;
 
 StreamKind kindOf(std::span<const uint8_t> packet) {
     if (holdsAt(packet, kName, "vorbis")) {

@@ -8,88 +8,11 @@
 #include <string>
 #include <utility>
 
+#include "options/HelpTexts.h"
 #include "text/TimeText.h"
 
 namespace ogmprobe {
 namespace {
-
-constexpr const char* kExitCodes =
-        "Exit codes: 0 done, 1 wrong usage, 2 a file cannot be opened, read or written,\n"
-        "3 the plug-in does not take the file, 4 the extractor died or got stuck, 5 what was\n"
-        "compared differs. With several files all are tried and the largest code counts. Data\n"
-        "goes to standard output, everything else to standard error. \"-\" as FILE is standard\n"
-        "input, which is kept in a temporary file.";
-
-constexpr const char* kInfoExamples =
-        "Examples:\n"
-        "  ogmprobe info film.ogm\n"
-        "  ogmprobe info ~/films\n"
-        "  ogmprobe info --json *.ogm | jq '.files[].tracks[].codec'";
-
-constexpr const char* kPacketsExamples =
-        "A line has the track, the time in seconds, the time until the track's next buffer (less\n"
-        "than 0 where pictures are stored in another order than shown), the size in bytes, K for "
-        "a\n"
-        "sync frame, and the bytes' 64-bit FNV-1a digest.\n"
-        "\n"
-        "Examples:\n"
-        "  ogmprobe packets film.ogm\n"
-        "  ogmprobe packets film.ogm --track 0 --count 10\n"
-        "  ogmprobe packets film.ogm --seek 30 --seek 12.5 --count 1";
-
-constexpr const char* kSeekTestExamples =
-        "Examples:\n"
-        "  ogmprobe seektest film.ogm\n"
-        "  ogmprobe seektest film.ogm --steps 100 --json";
-
-constexpr const char* kExtractExamples =
-        "Files are named after FILE and the track: film.ogm gives film.track0.m4v and so on, "
-        "standard\n"
-        "input stdin.track0.m4v. Until a file is whole, \".part\" is added to its name. Streams "
-        "follow as the plug-in gives "
-        "them,\n"
-        "without an Ogg comment header in front; PCM gets a WAV header, VP8 an IVF header, and "
-        "MPEG-4\n"
-        "its configuration where the stream does not begin with it.\n"
-        "\n"
-        "Examples:\n"
-        "  ogmprobe extract film.ogm -o streams\n"
-        "  ogmprobe extract film.ogm -o streams --track 1 --force";
-
-constexpr const char* kTimelineExamples =
-        "Draws each track's packets over presentation time, their sizes, types and sync frames, "
-        "gaps,\n"
-        "equal times and backward steps, the bitrate, and what was read from the file for each "
-        "packet\n"
-        "and by seeks. A page for a browser (.html) tells about the packet under the mouse; it "
-        "needs\n"
-        "no network. A drawing (.svg) shows the same without motion.\n"
-        "\n"
-        "Examples:\n"
-        "  ogmprobe timeline film.ogm -o film.html\n"
-        "  ogmprobe timeline film.ogm -o film.svg --seek-steps 0 --force";
-
-constexpr const char* kExplainExamples =
-        "The file is opened and played to its end. What comes of it is compared with the file's\n"
-        "pages; each finding has its place, the reason, and the log line that shows it. The flags\n"
-        "of a page are c (continues a packet), b (begins a stream), e (ends it).\n"
-        "\n"
-        "Examples:\n"
-        "  ogmprobe explain film.ogm\n"
-        "  ogmprobe explain film.ogm --pages | less\n"
-        "  ogmprobe explain film.ogm --json | jq '.findings[].id'";
-
-constexpr const char* kCompareExamples =
-        "Both are played to their ends. Compared are the container, the tracks' formats, of each\n"
-        "packet time, sync flag, size and bytes, the ends, and the log where asked for. The first\n"
-        "difference is told in one line; packets count from 0. A packet is \"only in\" one of the\n"
-        "two if the other has none with the same time, sync flag and bytes. A file that one\n"
-        "plug-in takes and the other does not is a difference too.\n"
-        "\n"
-        "Examples:\n"
-        "  ogmprobe compare film.ogm copy.ogm\n"
-        "  ogmprobe compare film.ogm --plugin-b old/libogmextractor.so\n"
-        "  ogmprobe compare film.ogm copy.ogm --json | jq '.differences[0]'";
 
 const std::map<std::string, int> kLogLevels = {
         {"verbose", ANDROID_LOG_VERBOSE}, {"debug", ANDROID_LOG_DEBUG},

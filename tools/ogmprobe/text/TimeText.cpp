@@ -6,11 +6,10 @@
 #include <charconv>
 #include <cmath>
 
+#include "text/TimeUnits.h"
+
 namespace ogmprobe {
 namespace {
-
-constexpr int64_t kUsPerSecond = 1000000;
-constexpr int64_t kUsPerMillisecond = 1000;
 
 // Beyond this a double no longer holds every microsecond.
 constexpr double kMaxSeconds = 9.0e9;

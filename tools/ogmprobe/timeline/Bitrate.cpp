@@ -4,10 +4,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "text/TimeUnits.h"
+
 namespace ogmprobe::timeline {
 namespace {
 
-constexpr double kUsPerSecond = 1e6;
 constexpr double kLeastWindowUs = kUsPerSecond / 2;
 constexpr double kMostWindows = 240;
 

@@ -5,13 +5,14 @@
 #include "Panel.h"
 #include "PathData.h"
 #include "text/NumberText.h"
+#include "text/TimeUnits.h"
 
 namespace ogmprobe::timeline {
 namespace {
 
-constexpr double kHeight = 96;
+constexpr double kRateHeight = 96;
 constexpr double kTop = 6;
-constexpr double kBase = kHeight - 1;
+constexpr double kRateBase = kRateHeight - 1;
 
 /** One step for each window. */
 PathData stepsOf(const Chart& chart, const std::vector<double>& rates) {
@@ -19,7 +20,7 @@ PathData stepsOf(const Chart& chart, const std::vector<double>& rates) {
     PathData path;
     for (size_t i = 0; i < rates.size(); ++i) {
         const double fromUs = bitrate.startUs + static_cast<double>(i) * bitrate.windowUs;
-        const double y = kBase - rates[i] / bitrate.highest * (kBase - kTop);
+        const double y = kRateBase - rates[i] / bitrate.highest * (kRateBase - kTop);
         if (i == 0) {
             path.move(plotX(chart, fromUs), y);
         } else {
@@ -32,7 +33,7 @@ PathData stepsOf(const Chart& chart, const std::vector<double>& rates) {
 
 PathData areaOf(const Chart& chart) {
     PathData path = stepsOf(chart, chart.bitrate.total);
-    path.vertical(kBase).horizontal(plotX(chart, chart.bitrate.startUs));
+    path.vertical(kRateBase).horizontal(plotX(chart, chart.bitrate.startUs));
     return path;
 }
 
@@ -42,17 +43,17 @@ Panel bitratePanel(const Chart& chart) {
     const Bitrate& bitrate = chart.bitrate;
     Panel panel;
     panel.attributes = "class=\"panel bitrate\" role=\"img\" aria-label=\"Bitrate over time\"";
-    panel.height = kHeight;
+    panel.height = kRateHeight;
     panel.names = {"Bitrate", "all tracks: area",
-                   fmt::format("windows of {:.3g} s", bitrate.windowUs / 1e6)};
+                   fmt::format("windows of {:.3g} s", bitrate.windowUs / kUsPerSecond)};
     if (bitrate.highest > 0) {
-        panel.labels = {{kTop + 9, rateText(bitrate.highest)}, {kBase, "0"}};
+        panel.labels = {{kTop + 9, rateText(bitrate.highest)}, {kRateBase, "0"}};
         panel.plot = areaOf(chart).element("total");
         for (size_t i = 0; i < bitrate.lanes.size(); ++i) {
             panel.plot += stepsOf(chart, bitrate.lanes[i]).element("rate " + chart.trackClasses[i]);
         }
     }
-    panel.plot += PathData().move(0, kBase).horizontal(kPlotWidth).element("base");
+    panel.plot += PathData().move(0, kRateBase).horizontal(kPlotWidth).element("base");
     return panel;
 }
 

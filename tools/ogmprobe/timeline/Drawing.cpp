@@ -13,6 +13,7 @@
 #include "PathData.h"
 #include "text/NumberText.h"
 #include "text/TimeText.h"
+#include "text/TimeUnits.h"
 
 namespace ogmprobe::timeline {
 namespace {
@@ -210,8 +211,9 @@ std::string summaryOf(const Chart& chart) {
                                    sizeText(file.sizeBytes), durationText(file.durationUs),
                                    counted(chart.timeline.lanes.size(), "track"), covered);
     if (!chart.detail.packets) {
-        text += fmt::format("; a bar is the largest packet of {:.3g} s",
-                            chart.axis.lengthUs() / 1e6 / static_cast<double>(chart.detail.bins));
+        text += fmt::format(
+                "; a bar is the largest packet of {:.3g} s",
+                chart.axis.lengthUs() / kUsPerSecond / static_cast<double>(chart.detail.bins));
     }
     return text;
 }

@@ -6,12 +6,12 @@
 #include <bit>
 #include <optional>
 
+#include "codecs/StartCode.h"
+
 namespace ogmprobe::timeline {
 namespace {
 
 using Bytes = std::span<const uint8_t>;
-
-constexpr std::array<uint8_t, 3> kStartCodePrefix = {0x00, 0x00, 0x01};
 
 /** What follows the next start code prefix, its code first; empty if there is none. */
 Bytes afterStartCode(Bytes bytes) {
@@ -112,23 +112,23 @@ FrameType jpegType(Bytes packet) {
     return isImage ? FrameType::kIntra : FrameType::kUnknown;
 }
 
-struct Reader {
+struct TypeReader {
     std::string_view mime;
     FrameType (*typeOf)(Bytes);
 };
 
 constexpr std::array kReaders = {
-        Reader{"video/mp4v-es", mpeg4Type},      Reader{"video/divx4", mpeg4Type},
-        Reader{"video/divx", mpeg4Type},         Reader{"video/mpeg2", mpeg2Type},
-        Reader{"video/avc", h264Type},           Reader{"video/x-vnd.on2.vp8", vp8Type},
-        Reader{"video/x-motion-jpeg", jpegType},
+        TypeReader{"video/mp4v-es", mpeg4Type},      TypeReader{"video/divx4", mpeg4Type},
+        TypeReader{"video/divx", mpeg4Type},         TypeReader{"video/mpeg2", mpeg2Type},
+        TypeReader{"video/avc", h264Type},           TypeReader{"video/x-vnd.on2.vp8", vp8Type},
+        TypeReader{"video/x-motion-jpeg", jpegType},
 };
 
 }  // namespace
 
 FrameType frameTypeOf(std::string_view mime, std::span<const uint8_t> packet) {
     const auto* reader = std::find_if(kReaders.begin(), kReaders.end(),
-                                      [mime](const Reader& row) { return row.mime == mime; });
+                                      [mime](const TypeReader& row) { return row.mime == mime; });
     return reader == kReaders.end() ? FrameType::kUnknown : reader->typeOf(packet);
 }
 

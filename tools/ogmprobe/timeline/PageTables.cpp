@@ -11,6 +11,7 @@
 #include "text/NumberText.h"
 #include "text/TimeArithmetic.h"
 #include "text/TimeText.h"
+#include "text/TimeUnits.h"
 
 namespace ogmprobe::timeline {
 namespace {
@@ -120,7 +121,7 @@ std::string averageRateText(const Timing& timing, const Counts& counts) {
     const double lengthUs = static_cast<double>(last.timeUs) -
                             static_cast<double>(timing.groups.front().timeUs) +
                             static_cast<double>(last.packets.size()) * timing.packetUs;
-    return rateText(static_cast<double>(counts.bytes) * 8 / (lengthUs / 1e6));
+    return rateText(static_cast<double>(counts.bytes) * 8 / (lengthUs / kUsPerSecond));
 }
 
 std::string offTargetText(const Seek& seek) {

@@ -12,14 +12,14 @@
 namespace ogmprobe::timeline {
 namespace {
 
-constexpr double kHeight = 220;
+constexpr double kPositionHeight = 220;
 // The strip above the positions, with an arc from each seek's target to where it landed.
 constexpr double kStripHeight = 30;
 constexpr double kArcFoot = 22;
 constexpr double kFlattestArc = 8;
 constexpr double kSteepestArc = 40;
 constexpr double kArcRise = 0.1;
-constexpr double kBase = kHeight - 1;
+constexpr double kPositionBase = kPositionHeight - 1;
 // The column beside the plot that holds what opening read.
 constexpr double kOpeningX = kPlotLeft - 14;
 // Parts of the file that are closer than this cannot be told apart.
@@ -33,12 +33,12 @@ class PositionPlot {
         const auto size =
                 static_cast<double>(std::max<uint64_t>(mChart.timeline.file.sizeBytes, 1));
         const double part = std::min(static_cast<double>(position) / size, 1.0);
-        return kBase - part * (kBase - kStripHeight);
+        return kPositionBase - part * (kPositionBase - kStripHeight);
     }
 
     PathData partsRead(double x, const ReadCost& cost) const {
         PathData path;
-        double drawnTo = kHeight + 1;
+        double drawnTo = kPositionHeight + 1;
         bool open = false;
         for (const auto& [begin, end] : cost.extents.parts()) {
             const double top = std::min(y(end), y(begin) - 1);
@@ -57,7 +57,7 @@ class PositionPlot {
     }
 
     std::string text() const {
-        std::string text = PathData().move(0, kBase).horizontal(kPlotWidth).element("base");
+        std::string text = PathData().move(0, kPositionBase).horizontal(kPlotWidth).element("base");
         for (const Seek& shown : mChart.timeline.seeks) {
             text += seek(shown);
         }
@@ -115,16 +115,17 @@ Panel positionPanel(const Chart& chart) {
     panel.attributes =
             "class=\"panel position\" role=\"img\" "
             "aria-label=\"File position that had been read for each packet, over time\"";
-    panel.height = kHeight;
+    panel.height = kPositionHeight;
     panel.names = {"File position", "read for each packet"};
     if (!chart.timeline.seeks.empty()) {
         panel.names.insert(panel.names.end(), {"and by seeks; arcs go", "from target to landing"});
     }
-    panel.labels = {{kStripHeight + 9, sizeText(chart.timeline.file.sizeBytes)}, {kBase, "0"}};
+    panel.labels = {{kStripHeight + 9, sizeText(chart.timeline.file.sizeBytes)},
+                    {kPositionBase, "0"}};
     panel.fixed =
             plot.partsRead(kOpeningX, chart.timeline.opening).element("opening") +
             fmt::format("<text class=\"detail end\" x=\"{}\" y=\"{}\">read by opening</text>\n",
-                        kOpeningX - 10, kBase);
+                        kOpeningX - 10, kPositionBase);
     panel.plot = plot.text();
     return panel;
 }

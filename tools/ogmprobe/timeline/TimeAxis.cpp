@@ -7,41 +7,42 @@
 #include <array>
 #include <cmath>
 
+#include "text/TimeUnits.h"
+
 namespace ogmprobe::timeline {
 namespace {
 
-constexpr double kUsPerSecond = 1e6;
 constexpr double kUsPerMinute = 60 * kUsPerSecond;
 constexpr double kUsPerHour = 60 * kUsPerMinute;
 
 // So that the bars at both ends stand clear of the frame.
 constexpr double kMargin = 0.006;
 
-constexpr std::array kStepsUs = {1e3,
-                                 2e3,
-                                 5e3,
-                                 1e4,
-                                 2e4,
-                                 5e4,
-                                 1e5,
-                                 2e5,
-                                 5e5,
-                                 1 * kUsPerSecond,
-                                 2 * kUsPerSecond,
-                                 5 * kUsPerSecond,
-                                 10 * kUsPerSecond,
-                                 15 * kUsPerSecond,
-                                 30 * kUsPerSecond,
-                                 1 * kUsPerMinute,
-                                 2 * kUsPerMinute,
-                                 5 * kUsPerMinute,
-                                 10 * kUsPerMinute,
-                                 15 * kUsPerMinute,
-                                 30 * kUsPerMinute,
-                                 1 * kUsPerHour,
-                                 2 * kUsPerHour,
-                                 5 * kUsPerHour,
-                                 10 * kUsPerHour};
+constexpr auto kStepsUs = std::to_array<double>({1e3,
+                                                 2e3,
+                                                 5e3,
+                                                 1e4,
+                                                 2e4,
+                                                 5e4,
+                                                 1e5,
+                                                 2e5,
+                                                 5e5,
+                                                 1 * kUsPerSecond,
+                                                 2 * kUsPerSecond,
+                                                 5 * kUsPerSecond,
+                                                 10 * kUsPerSecond,
+                                                 15 * kUsPerSecond,
+                                                 30 * kUsPerSecond,
+                                                 1 * kUsPerMinute,
+                                                 2 * kUsPerMinute,
+                                                 5 * kUsPerMinute,
+                                                 10 * kUsPerMinute,
+                                                 15 * kUsPerMinute,
+                                                 30 * kUsPerMinute,
+                                                 1 * kUsPerHour,
+                                                 2 * kUsPerHour,
+                                                 5 * kUsPerHour,
+                                                 10 * kUsPerHour});
 
 double stepUs(double lengthUs, int most) {
     const double leastUs = lengthUs / most;

@@ -124,14 +124,14 @@ std::vector<std::string> failuresOf(const Report& report) {
     return failures;
 }
 
-std::string textOf(const Timeline& shown, const fs::path& path) {
+std::string outputText(const Timeline& shown, const fs::path& path) {
     const timeline::Chart chart(shown);
     return path.extension() == ".svg" ? timeline::drawingDocument(chart)
                                       : timeline::pageDocument(chart);
 }
 
 void write(const Timeline& shown, NewFile& file, Output& output) {
-    const std::string text = textOf(shown, file.path());
+    const std::string text = outputText(shown, file.path());
     file.append({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
     file.commit();
     size_t packets = 0;
