@@ -2,29 +2,30 @@
 #include <fmt/core.h>
 
 #include "explain/Finding.h"
+#include "explain/LogTexts.h"
 #include "text/NumberText.h"
 
 namespace ogmprobe {
 namespace {
 
 struct AudioLoss {
-    const char* line;
+    std::string_view line;
     const char* id;
     const char* text;
 };
 
 constexpr AudioLoss kAudioLosses[] = {
-        {"appendAudioData FAIL!", "audio-without-sync",
+        {log_text::kNoSync, "audio-without-sync",
          "no beginning of a frame (no sync word), so all is dropped"},
-        {"findMP3Header fail size", "audio-unconfirmed",
+        {log_text::kNoFrameConfirmed, "audio-unconfirmed",
          "no frames that follow each other, so the bytes so far are dropped"},
-        {"not found mMP3Header,skip", "audio-unlike-first-frame",
+        {log_text::kNoFrameAlike, "audio-unlike-first-frame",
          "no frame like the first one of the track, so the bytes so far are dropped"},
-        {"GetMPEGAudioFrameSize fail", "audio-frame-without-size",
+        {log_text::kFrameWithoutSize, "audio-frame-without-size",
          "a frame header without a valid size, so the bytes so far are dropped"},
-        {"fscod=3", "audio-frame-without-size",
+        {log_text::kFrameWithoutRate, "audio-frame-without-size",
          "a frame header without a valid sampling rate, so the frame is dropped"},
-        {"[dequeueAccessUnitAC3]***wrong bsid", "audio-frame-refused",
+        {log_text::kFrameOfUnknownVersion, "audio-frame-refused",
          "a frame of an unknown version (bsid), which is dropped"},
 };
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "explain/Finding.h"
+#include "explain/LogTexts.h"
 #include "text/NumberText.h"
 
 namespace ogmprobe {
@@ -58,8 +59,8 @@ void explainJunk(Explanation& explanation, const JunkRange& junk) {
     finding.bytes = junk.size;
     finding.timeUs = file.timeBefore(junk.offset);
     finding.untilUs = isLast ? std::nullopt : file.timeBehind(junk.offset);
-    finding.line = copied(explanation.trace().line(
-            fmt::format("*** Skip {} bytes of junk from {} ", junk.size, junk.offset)));
+    finding.line = copied(explanation.trace().line(fmt::format(
+            "{}{} bytes of junk from {} ", log_text::kJunkSkipped, junk.size, junk.offset)));
     explanation.add(std::move(finding));
 }
 
@@ -85,13 +86,13 @@ void explainAllJunk(Explanation& explanation) {
     finding.bytes = bytes;
     finding.timeUs = explanation.file().timeBefore(junk.front().offset);
     finding.untilUs = explanation.file().timeBehind(junk.back().offset);
-    finding.line = copied(explanation.trace().line("*** Skip "));
+    finding.line = copied(explanation.trace().line(log_text::kJunkSkipped));
     explanation.add(std::move(finding));
 }
 
 /** What playing makes of a page header that cannot be read. */
 std::string consequence(const PluginTrace& trace, const OggPage& page, const LoggedLine* line) {
-    if (trace.line("getNextGranulePosition:Cannot read", page.offset, page.end()) != nullptr) {
+    if (trace.line(log_text::kNextGranuleNoHeader, page.offset, page.end()) != nullptr) {
         return "Playing ends in front of it: the search for the next page of a stream cannot pass.";
     }
     if (line != nullptr && line->function == PluginFunction::kRead) {
@@ -103,7 +104,8 @@ std::string consequence(const PluginTrace& trace, const OggPage& page, const Log
 
 void explainDamagedHeader(Explanation& explanation, const OggPage& page) {
     const PluginTrace& trace = explanation.trace();
-    const char* beginning = page.version != 0 ? "Version Error" : "Flag only bits";
+    const std::string_view beginning =
+            page.version != 0 ? log_text::kWrongVersion : log_text::kWrongFlags;
     const LoggedLine* line = nullptr;
     for (const LoggedLine* candidate : trace.linesAt(page.offset, page.end())) {
         if (candidate->text.starts_with(beginning)) {
@@ -135,7 +137,7 @@ void explainCut(Explanation& explanation, const OggPage& page) {
     if (!finding.timeUs) {
         finding.timeUs = explanation.file().timeBefore(page.offset);
     }
-    for (const char* beginning : {"Cannot read page payload", "failed to read"}) {
+    for (const std::string_view beginning : {log_text::kNoPayload, log_text::kReadFailed}) {
         if (!finding.line) {
             finding.line = copied(explanation.trace().line(beginning, page.offset, page.end()));
         }
@@ -201,7 +203,6 @@ void explainMissingPages(Explanation& explanation) {
 
 /** Dropped packets, told by page. */
 void explainGranules(Explanation& explanation) {
-    constexpr const char* kDropped = "********** mPreGranulePosition is not vaild";
     const OggPage* cause = nullptr;
     const OggPage* causeBefore = nullptr;
     forNeighbours(explanation.file(), [&](const OggPage& before, const OggPage& page) {
@@ -209,7 +210,8 @@ void explainGranules(Explanation& explanation) {
             cause = &page;
             causeBefore = &before;
         }
-        const LoggedLine* line = explanation.trace().line(kDropped, page.bodyOffset(), page.end());
+        const LoggedLine* line =
+                explanation.trace().line(log_text::kGranuleFell, page.bodyOffset(), page.end());
         if (line == nullptr) {
             return;
         }

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "explain/Finding.h"
+#include "explain/LogTexts.h"
 #include "text/TimeText.h"
 #include "text/TimeUnits.h"
 
@@ -64,7 +65,7 @@ const OggPage* lastPage(const Explanation& explanation) {
 void explainUnknown(Explanation& explanation) {
     const uint64_t size = explanation.file().size();
     Finding finding;
-    finding.line = copied(explanation.trace().line("parseMaxTime:Cannot "));
+    finding.line = copied(explanation.trace().line(log_text::kDurationNoPage));
     if (size < kTailSize) {
         finding.id = "duration-unknown-short-file";
         finding.text = fmt::format(
@@ -79,7 +80,7 @@ void explainUnknown(Explanation& explanation) {
                 kTailSize);
         finding.offset = tailOffset(explanation.file());
         if (!finding.line) {
-            finding.line = copied(explanation.trace().line("parseMaxTime: This logic stream"));
+            finding.line = copied(explanation.trace().line(log_text::kDurationOtherStream));
         }
     }
     explanation.add(std::move(finding));
@@ -94,7 +95,7 @@ void explainKnown(Explanation& explanation, int64_t durationUs) {
         return;
     }
     Finding finding;
-    finding.line = copied(explanation.trace().line("File duration is "));
+    finding.line = copied(explanation.trace().line(log_text::kDurationFound));
     const std::string durations = fmt::format(
             "The duration is said to be {} s, but the last pages "
             "tell {} s: ",
@@ -123,7 +124,7 @@ void explainKnown(Explanation& explanation, int64_t durationUs) {
         finding.text = durations +
                        "the search through the end of the file stopped before the last "
                        "page.";
-        if (const auto* line = explanation.trace().line("parseMaxTime:Cannot ")) {
+        if (const auto* line = explanation.trace().line(log_text::kDurationNoPage)) {
             finding.line = *line;
         }
     }

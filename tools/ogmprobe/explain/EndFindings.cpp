@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "explain/Finding.h"
+#include "explain/LogTexts.h"
 #include "text/NumberText.h"
 #include "text/TimeUnits.h"
 
@@ -13,10 +14,10 @@ namespace ogmprobe {
 namespace {
 
 constexpr std::array<std::string_view, 4> kReadingEnds = {
-        "getNextGranulePosition:Cannot read a page header",
-        "Cannot read page payload",
-        "getNextGranulePosition: Cannot find a page start",
-        "getNextGranulePosition fail",
+        log_text::kNextGranuleNoHeader,
+        log_text::kNoPayload,
+        log_text::kNextGranuleNoPage,
+        log_text::kNextGranuleFailed,
 };
 
 /** Streams of a file do not end together to the microsecond. */
@@ -170,7 +171,7 @@ void explainTrack(Explanation& explanation, uint64_t index, const PlayedTrack& t
         finding.id = "reading-failed";
         finding.track = index;
         finding.text = fmt::format("Reading track {} ended with {}.", index, *track.failure);
-        finding.line = copied(explanation.trace().line("Cannot read page payload"));
+        finding.line = copied(explanation.trace().line(log_text::kNoPayload));
         explanation.add(std::move(finding));
     }
     if (track.packets == 0) {

@@ -20,7 +20,10 @@ OggFile::OggFile(const std::string& path) {
         if (start == mSize) {
             return;
         }
-        OggPage page = scanner.page(start);
+        OggPage page = scanner.page(start, mPieces);
+        for (size_t i = page.firstPiece; i < page.endPiece; ++i) {
+            mPieces[i].page = static_cast<uint32_t>(mPages.size());
+        }
         offset = page.end();
         addPage(std::move(page));
     }
@@ -52,6 +55,20 @@ std::optional<size_t> OggFile::pageAt(int64_t offset) const {
         return std::nullopt;
     }
     return std::prev(behind) - mPages.begin();
+}
+
+std::optional<size_t> OggFile::pieceAt(int64_t offset, uint64_t size) const {
+    auto piece = std::lower_bound(mPieces.begin(), mPieces.end(), offset,
+                                  [](const OggPiece& candidate, int64_t place) {
+                                      return static_cast<int64_t>(candidate.offset) < place;
+                                  });
+    while (piece != mPieces.end() && static_cast<int64_t>(piece->offset) == offset) {
+        if (piece->size == size) {
+            return piece - mPieces.begin();
+        }
+        ++piece;
+    }
+    return std::nullopt;
 }
 
 const StreamHeader* OggFile::headerOf(uint32_t serial) const {

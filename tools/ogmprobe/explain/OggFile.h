@@ -38,6 +38,9 @@ struct OggPage {
     bool beginsWithComment = false;
     /** What the page says if it announces a stream. */
     std::optional<StreamHeader> announced;
+    /** Indices into the file's pieces: its own are those from the first up to the second. */
+    size_t firstPiece = 0;
+    size_t endPiece = 0;
 
     uint64_t bodyOffset() const { return offset + headerSize; }
     uint64_t end() const { return bodyOffset() + bodySize; }
@@ -46,6 +49,16 @@ struct OggPage {
     bool endsStream() const { return (flags & 4U) != 0; }
     /** Whether version and flags are those of the format's only version. */
     bool isReadable() const { return version == 0 && flags < 8; }
+};
+
+/** A packet, or as much of it as lies on one page. */
+struct OggPiece {
+    uint64_t offset = 0;
+    uint32_t size = 0;
+    /** Index of its page. */
+    uint32_t page = 0;
+    /** The packet ends with it. */
+    bool endsPacket = false;
 };
 
 /** Bytes between pages. */
@@ -72,11 +85,15 @@ class OggFile {
     uint64_t size() const { return mSize; }
     const std::vector<OggPage>& pages() const { return mPages; }
     const std::vector<JunkRange>& junk() const { return mJunk; }
+    /** Of all pages, in the order of their places. */
+    const std::vector<OggPiece>& pieces() const { return mPieces; }
     /** By their serial numbers. */
     const std::map<uint32_t, OggStream>& streams() const { return mStreams; }
 
     /** Index of the page in which the byte lies. */
     std::optional<size_t> pageAt(int64_t offset) const;
+    /** Index of the first piece that begins there and has that size. */
+    std::optional<size_t> pieceAt(int64_t offset, uint64_t size) const;
     const StreamHeader* headerOf(uint32_t serial) const;
     /** What the page's granule position says; nothing where it says nothing. */
     std::optional<int64_t> timeUs(const OggPage& page) const;
@@ -91,6 +108,7 @@ class OggFile {
     uint64_t mSize = 0;
     std::vector<OggPage> mPages;
     std::vector<JunkRange> mJunk;
+    std::vector<OggPiece> mPieces;
     std::map<uint32_t, OggStream> mStreams;
 };
 

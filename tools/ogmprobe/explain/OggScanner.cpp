@@ -56,16 +56,21 @@ uint32_t checksumOf(std::span<const uint8_t> page) {
     return value;
 }
 
-void readLacing(std::span<const uint8_t> lacing, OggPage& page) {
-    bool inFirst = true;
-    for (const uint8_t value : lacing) {
-        page.bodySize += value;
-        page.firstPieceSize += inFirst ? value : 0;
-        if (value != kUnterminated) {
-            ++page.packets;
-            inFirst = false;
+void readLacing(std::span<const uint8_t> lacing, OggPage& page, std::vector<OggPiece>& pieces) {
+    page.firstPiece = pieces.size();
+    uint32_t size = 0;
+    for (size_t i = 0; i < lacing.size(); ++i) {
+        size += lacing[i];
+        const bool ends = lacing[i] != kUnterminated;
+        page.packets += ends ? 1 : 0;
+        if (ends || i + 1 == lacing.size()) {
+            pieces.push_back({page.bodyOffset() + page.bodySize, size, 0, ends});
+            page.bodySize += size;
+            size = 0;
         }
     }
+    page.endPiece = pieces.size();
+    page.firstPieceSize = page.endPiece > page.firstPiece ? pieces[page.firstPiece].size : 0;
 }
 
 }  // namespace
@@ -107,8 +112,9 @@ uint64_t OggScanner::findPage(uint64_t offset) {
     return size();
 }
 
-OggPage OggScanner::page(uint64_t offset) {
+OggPage OggScanner::page(uint64_t offset, std::vector<OggPiece>& pieces) {
     OggPage page;
+    page.firstPiece = page.endPiece = pieces.size();
     page.offset = offset;
     page.headerSize = kFixedSize;
     const auto fixed = bytes(offset, kFixedSize);
@@ -125,7 +131,7 @@ OggPage OggScanner::page(uint64_t offset) {
     page.headerSize += fixed[kSegmentCount];
 
     const auto header = bytes(offset, page.headerSize);
-    readLacing(header.subspan(kFixedSize), page);
+    readLacing(header.subspan(kFixedSize), page, pieces);
     const auto whole = bytes(offset, page.end() - offset);
     page.missingBytes = page.end() - offset - whole.size();
     page.checksumRight = page.missingBytes > 0 || checksumOf(whole) == checksum;

@@ -21,8 +21,8 @@ class OggScanner {
     uint64_t size() const { return mSource.size(); }
     /** Where the first capture pattern from the place on begins; the file's size without one. */
     uint64_t findPage(uint64_t offset);
-    /** The page that begins with the capture pattern there. */
-    OggPage page(uint64_t offset);
+    /** The page that begins with the capture pattern there; adds its pieces, without their page. */
+    OggPage page(uint64_t offset, std::vector<OggPiece>& pieces);
 
   private:
     /** As many of the bytes as the file has, until the next call. */

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explain/PluginTrace.h"
+#include "explain/LogTexts.h"
 
 #include <android/log.h>
 #include <fmt/core.h>
@@ -17,48 +18,14 @@ namespace {
 /** The plug-in reads a page's header in two steps: this much, then the lacing table. */
 constexpr uint64_t kPageHeaderRead = 27;
 
-/** The lines between which the plug-in's search for stream headers is over. */
-constexpr std::string_view kDurationSearch = "parseMaxTime: mDataSourceSize=";
-constexpr std::string_view kSerialOfTrack = "getTrack mSerialNo = ";
-
 // No page is read so often, not even where one track waits for another.
 constexpr uint32_t kCircles = 16;
 
-/** Beginnings of lines below the level of warnings that tell more than routine. */
-constexpr std::array<std::string_view, 26> kTelling = {
-        " *****Track Type[",
-        "*** Skip ",
-        "********** mPreGranulePosition",
-        "************* unknow header",
-        "Cannot ",
-        "File duration is ",
-        "Find ",
-        "Flag only bits",
-        "GetMPEGAudioFrameSize fail",
-        "MPEG audio, type:",
-        "OGV_VIDEO_MP4:TYPE:",
-        "Page Starts without",
-        "SerialNo = ",
-        "Verify Vorbis",
-        "Version Error",
-        "[dequeueAccessUnit",
-        "buff size < frame size",
-        "failed to read",
-        "found something resembling",
-        "fscod=3",
-        "getNextGranulePosition",
-        "getTrack mSerialNo",
-        "mFirstDataPageOffset",
-        "not found mMP3Header",
-        "parseMaxTime",
-        "sniffOgm OK",
-};
-
 bool isTelling(const LogLine& line) {
     return line.priority >= ANDROID_LOG_WARN ||
-           std::any_of(kTelling.begin(), kTelling.end(), [&](std::string_view beginning) {
-               return line.text.starts_with(beginning);
-           });
+           std::any_of(
+                   log_text::kTelling.begin(), log_text::kTelling.end(),
+                   [&](std::string_view beginning) { return line.text.starts_with(beginning); });
 }
 
 }  // namespace
@@ -124,10 +91,11 @@ void PluginTrace::notePayloadRead(const OggPage& page, size_t index, const Sourc
 }
 
 void PluginTrace::add(const LogLine& line) {
-    if (line.text.starts_with(kDurationSearch)) {
+    if (line.text.starts_with(log_text::kDurationSearch)) {
         mHeaderSearchOver = true;
     }
-    if (const auto serial = numberBehind(line.text, kSerialOfTrack); serial && mCall.track) {
+    if (const auto serial = numberBehind(line.text, log_text::kSerialOfTrack);
+        serial && mCall.track) {
         mTracks[*mCall.track].serial = static_cast<uint32_t>(*serial);
     }
     if (!mAllLines && !isTelling(line)) {

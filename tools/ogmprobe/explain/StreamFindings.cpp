@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "explain/Finding.h"
+#include "explain/LogTexts.h"
 #include "text/NumberText.h"
 
 namespace ogmprobe {
@@ -19,10 +20,10 @@ constexpr size_t kHeaderPages = 121;
 constexpr int64_t kFirstVideoType = 16;
 
 constexpr std::array<std::string_view, 4> kHeaderSearchEnds = {
-        "Cannot read page data",
-        "Cannot read a page header, at ",
-        "Cannot find a page start,LINE:2774",
-        "failed to read",
+        log_text::kNoPageData,
+        log_text::kHeaderSearchNoHeader,
+        log_text::kHeaderSearchNoPage,
+        log_text::kReadFailed,
 };
 
 const OggPage* firstPlayableHeader(const OggFile& file) {
@@ -49,17 +50,17 @@ std::string whereHeadersAre(const OggFile& file) {
 }
 
 std::string refusalText(const OggFile& file, const PluginTrace& trace) {
-    if (trace.line("Sniff:DataSource read fail") != nullptr) {
+    if (trace.line(log_text::kSniffReadFailed) != nullptr) {
         return "The file is too short: fewer than 4 bytes can be read.";
     }
-    if (trace.line("search Ogm signature fail") != nullptr) {
+    if (trace.line(log_text::kSniffNoPage) != nullptr) {
         const auto& pages = file.pages();
         return fmt::format("No Ogg page begins within the first {} bytes{}.", kSniffedBytes,
                            pages.empty() ? ", nor anywhere else"
                                          : fmt::format("; the first page is at offset {}",
                                                        pages.front().offset));
     }
-    if (trace.line("Sniff:parseOgmHeader fail,isVorbisExist=1") != nullptr) {
+    if (trace.line(log_text::kSniffOnlyVorbis) != nullptr) {
         return fmt::format(
                 "Within the first {} bytes only Vorbis headers are found, whose streams are left "
                 "to "
@@ -98,31 +99,32 @@ Reason notAccepted(const StreamHeader& header, const OggPage& page, const Plugin
     const auto line = [&](std::string_view beginning) {
         return copied(trace.line(beginning, page.offset, page.end()));
     };
-    constexpr const char* kUnknown = "************* unknow header";
     switch (header.kind) {
         case StreamKind::kVideo:
             return {"codec-not-supported", "codec not supported",
                     fmt::format("its codec \"{}\" is not in the plug-in's list (upper and lower "
                                 "case count)",
                                 header.codec),
-                    line("unknow video codec")};
+                    line(log_text::kUnknownVideo)};
         case StreamKind::kAudio:
             return {"codec-not-supported", "codec not supported",
                     fmt::format("its audio format tag \"{}\" is not in the plug-in's list",
                                 header.codec),
-                    line("unknown audio codec")};
+                    line(log_text::kUnknownAudio)};
         case StreamKind::kText:
-            return {"text-stream", "text", "text and subtitles are passed over", line(kUnknown)};
+            return {"text-stream", "text", "text and subtitles are passed over",
+                    line(log_text::kUnknownHeader)};
         case StreamKind::kVorbis:
             return {"vorbis-stream", "Vorbis", "Vorbis is passed over",
-                    line("Verify Vorbis Header")};
+                    line(log_text::kVorbisHeader)};
         case StreamKind::kTheora:
-            return {"theora-stream", "Theora", "Theora is passed over", line(kUnknown)};
+            return {"theora-stream", "Theora", "Theora is passed over",
+                    line(log_text::kUnknownHeader)};
         case StreamKind::kOther:
             break;
     }
     return {"unknown-stream", "unknown header", "its first packet is no header of an OGM stream",
-            line(kUnknown)};
+            line(log_text::kUnknownHeader)};
 }
 
 const JunkRange* junkInFront(const OggFile& file, const OggPage& page) {
@@ -152,11 +154,11 @@ Reason whyNoTrack(const Explanation& explanation, size_t index) {
                 fmt::format("{} of junk stand in front of its header page, and the header is "
                             "looked for where the junk begins",
                             counted(junk->size, "byte")),
-                copied(trace.line("************* unknow header", junk->offset, page.end()))};
+                copied(trace.line(log_text::kUnknownHeader, junk->offset, page.end()))};
     }
     if (page.missingBytes > 0) {
         return {"header-cut-off", "header cut off", "its header page is cut off",
-                copied(trace.line("Cannot read page data", page.offset, page.end()))};
+                copied(trace.line(log_text::kNoPageData, page.offset, page.end()))};
     }
     return notAccepted(page.announced.value_or(StreamHeader({})), page, trace);
 }
@@ -180,12 +182,12 @@ void explainForeignHeader(Explanation& explanation, const OggPage& page, const J
 
 void explainAnnouncement(Explanation& explanation, size_t index) {
     const OggPage& page = explanation.file().pages()[index];
-    constexpr const char* kAccepted = "SerialNo = ";
-    if (explanation.trace().line(kAccepted, page.offset, page.end()) != nullptr) {
+    if (explanation.trace().line(log_text::kStreamAccepted, page.offset, page.end()) != nullptr) {
         return;
     }
     if (const JunkRange* junk = junkInFront(explanation.file(), page)) {
-        if (const auto* line = explanation.trace().line(kAccepted, junk->offset, junk->end())) {
+        if (const auto* line = explanation.trace().line(log_text::kStreamAccepted, junk->offset,
+                                                        junk->end())) {
             explainForeignHeader(explanation, page, *junk, *line);
             return;
         }
@@ -240,18 +242,18 @@ void explainUnannounced(Explanation& explanation, const OggStream& stream) {
 void explainCodecConfigs(Explanation& explanation) {
     std::optional<uint32_t> serial;
     for (const LoggedLine& line : explanation.trace().lines()) {
-        if (line.text.starts_with("OGV_VIDEO_MP4:TYPE:") ||
-            line.text.starts_with("MPEG audio, type:")) {
+        if (line.text.starts_with(log_text::kVideoConfigSearch) ||
+            line.text.starts_with(log_text::kAudioConfigSearch)) {
             serial = static_cast<uint32_t>(
                     numberBehind(line.text.substr(line.text.rfind('=')), "=").value_or(0));
         }
-        if (!line.text.starts_with("collect type[") || !serial) {
+        if (!line.text.starts_with(log_text::kConfigFailed) || !serial) {
             continue;
         }
         Finding finding;
         finding.id = "codec-config-missing";
         finding.text =
-                numberBehind(line.text, "collect type[") >= kFirstVideoType
+                numberBehind(line.text, log_text::kConfigFailed) >= kFirstVideoType
                         ? "No MPEG-4 configuration (video object layer) was found: the track has "
                           "no ESDS, and a decoder may not start."
                         : "No MPEG audio frame was confirmed: MIME type and layer are those that "
@@ -274,8 +276,8 @@ void explainRefusal(Explanation& explanation) {
     finding.id = "not-taken";
     finding.text = "The plug-in does not take the file. " +
                    refusalText(explanation.file(), explanation.trace());
-    for (const char* beginning :
-         {"search Ogm signature fail", "Sniff:DataSource read fail", "Sniff:parseOgmHeader fail"}) {
+    for (const std::string_view beginning :
+         {log_text::kSniffNoPage, log_text::kSniffReadFailed, log_text::kSniffNoHeader}) {
         if (!finding.line) {
             finding.line = copied(explanation.trace().line(beginning));
         }
