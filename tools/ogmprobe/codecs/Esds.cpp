@@ -68,12 +68,12 @@ class Reader {
     bool mGood = true;
 };
 
-struct Descriptor {
+struct TaggedDescriptor {
     uint8_t tag;
     Bytes payload;
 };
 
-Descriptor takeDescriptor(Reader& reader) {
+TaggedDescriptor takeDescriptor(Reader& reader) {
     const auto tag = static_cast<uint8_t>(reader.number(1));
     const uint32_t size = reader.expandableSize();
     return {tag, reader.take(size)};
@@ -90,7 +90,7 @@ bool parseDecoderConfig(Bytes payload, EsDescriptor& es) {
     config.maxBitrate = reader.number(4);
     config.avgBitrate = reader.number(4);
     while (reader.good() && !reader.empty()) {
-        const Descriptor inner = takeDescriptor(reader);
+        const TaggedDescriptor inner = takeDescriptor(reader);
         es.tags.push_back(inner.tag);
         if (inner.tag == kDecoderSpecificInfoTag) {
             config.decoderSpecificInfo.emplace(inner.payload.begin(), inner.payload.end());
@@ -116,7 +116,7 @@ void skipOptionalFields(Reader& reader, uint8_t flags) {
 
 std::optional<EsDescriptor> parseEsDescriptor(Bytes bytes) {
     Reader outer(bytes);
-    const Descriptor first = takeDescriptor(outer);
+    const TaggedDescriptor first = takeDescriptor(outer);
     if (!outer.good() || first.tag != kEsDescriptorTag) {
         return std::nullopt;
     }
@@ -127,7 +127,7 @@ std::optional<EsDescriptor> parseEsDescriptor(Bytes bytes) {
     es.flags = static_cast<uint8_t>(reader.number(1));
     skipOptionalFields(reader, es.flags);
     while (reader.good() && !reader.empty()) {
-        const Descriptor inner = takeDescriptor(reader);
+        const TaggedDescriptor inner = takeDescriptor(reader);
         es.tags.push_back(inner.tag);
         if (inner.tag == kDecoderConfigTag && !parseDecoderConfig(inner.payload, es)) {
             return std::nullopt;

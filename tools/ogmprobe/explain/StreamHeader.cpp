@@ -20,7 +20,7 @@ constexpr size_t kSubtype = 9;
 constexpr size_t kSubtypeSize = 4;
 constexpr size_t kTimeUnit = 17;
 constexpr size_t kSamplesPerUnit = 25;
-constexpr size_t kBitsPerSample = 41;
+constexpr size_t kSampleBits = 41;
 
 constexpr uint64_t kUnitsPerUs = 10;
 constexpr uint64_t kUnitsPerSecond = 10'000'000;
@@ -56,7 +56,7 @@ StreamHeader::StreamHeader(std::span<const uint8_t> packet) : kind(kindOf(packet
         codec = codecOf(packet);
         timeUnit = numberAt(packet, kTimeUnit, 8);
         samplesPerUnit = numberAt(packet, kSamplesPerUnit, 8);
-        bitsPerSample = static_cast<uint16_t>(numberAt(packet, kBitsPerSample, 2));
+        bitsPerSample = static_cast<uint16_t>(numberAt(packet, kSampleBits, 2));
     }
 }
 
