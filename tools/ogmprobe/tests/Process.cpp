@@ -122,6 +122,16 @@ class StandardInput {
 
 }  // namespace
 
+bool canOpenTerminal() {
+    int ends[2] = {-1, -1};
+    if (openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) != 0) {
+        return false;
+    }
+    close(ends[0]);
+    close(ends[1]);
+    return true;
+}
+
 ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup) {
     // A program that does not read to the end must not end the test.
     std::signal(SIGPIPE, SIG_IGN);

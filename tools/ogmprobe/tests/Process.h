@@ -46,6 +46,9 @@ struct ProcessSetup {
     std::function<void(pid_t)> meanwhile;
 };
 
+/** Whether there are terminals here; a container may have none. */
+bool canOpenTerminal();
+
 /** Runs the `ogmprobe` of this build and waits for its end. */
 ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup = {});
 

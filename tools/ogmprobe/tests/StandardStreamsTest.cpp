@@ -75,6 +75,9 @@ TEST_F(StandardStreamsTest, KeepLogLinesBehindWhatCameBefore) {
 }
 
 TEST_F(StandardStreamsTest, AreColouredOnATerminalOnly) {
+    if (!canOpenTerminal()) {
+        GTEST_SKIP() << "no pseudo-terminal here";
+    }
     ProcessSetup terminal;
     terminal.out = StandardStream::kTerminal;
     terminal.environment = {{"NO_COLOR", ""}};
@@ -83,6 +86,9 @@ TEST_F(StandardStreamsTest, AreColouredOnATerminalOnly) {
 }
 
 TEST_F(StandardStreamsTest, ArePlainOnATerminalWithNoColor) {
+    if (!canOpenTerminal()) {
+        GTEST_SKIP() << "no pseudo-terminal here";
+    }
     ProcessSetup terminal;
     terminal.out = StandardStream::kTerminal;
     terminal.environment = {{"NO_COLOR", "1"}};
@@ -90,6 +96,9 @@ TEST_F(StandardStreamsTest, ArePlainOnATerminalWithNoColor) {
 }
 
 TEST_F(StandardStreamsTest, FollowTheOptionBeforeNoColorAndTheTerminal) {
+    if (!canOpenTerminal()) {
+        GTEST_SKIP() << "no pseudo-terminal here";
+    }
     ProcessSetup pipe;
     pipe.environment = {{"NO_COLOR", "1"}};
     EXPECT_THAT(info(pipe, {"--color", "always"}).out, HasSubstr(kBold));
@@ -100,6 +109,9 @@ TEST_F(StandardStreamsTest, FollowTheOptionBeforeNoColorAndTheTerminal) {
 }
 
 TEST_F(StandardStreamsTest, HaveColouredMessagesOnATerminal) {
+    if (!canOpenTerminal()) {
+        GTEST_SKIP() << "no pseudo-terminal here";
+    }
     ProcessSetup terminal;
     terminal.err = StandardStream::kTerminal;
     terminal.environment = {{"NO_COLOR", ""}};
