@@ -1,19 +1,34 @@
 # SPDX-License-Identifier: Apache-2.0
 # A test program is run once after each compilation, so what counts is how long that takes: little is
-# optimised, under sanitizers nothing, and the headers that nearly every source includes are parsed
-# once a program. Further arguments are more such headers.
+# optimised, under sanitizers nothing. The sources are compiled together, but for those after ALONE,
+# which define macros or names that others define too. With PARSE_ONCE each is compiled by itself, and
+# the headers that nearly all include are parsed once; headers that follow are added to them.
 function(ogm_compile_quickly target)
+    cmake_parse_arguments(option "" "" "ALONE;PARSE_ONCE" ${ARGN})
     target_compile_options(${target} PRIVATE $<IF:$<CONFIG:Release>,-O1,-O0>)
-    target_precompile_headers(${target} PRIVATE
-        <gmock/gmock.h> <gtest/gtest.h> <string> <vector> ${ARGN})
+    if(OGM_QUICK_BUILD AND NOT "PARSE_ONCE" IN_LIST ARGN)
+        ogm_compile_together(${target})
+        set_source_files_properties(${option_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    else()
+        target_precompile_headers(${target} PRIVATE
+            <gmock/gmock.h> <gtest/gtest.h> <string> <vector> ${option_PARSE_ONCE})
+    endif()
 endfunction()
 
-# Makes a test of each of the program's, or one of the whole program where it is emulated: an emulator
-# takes long to start.
+# Runs the program's tests in one process, or shared among so many that run side by side: starting a
+# process for each test takes longer than most of the tests. scripts/count_tests.py counts them one by
+# one all the same. An emulator takes so long to start that there it is one process.
 function(ogm_discover_tests target)
-    if(CMAKE_CROSSCOMPILING)
+    set(shards ${ARGN} 1)
+    list(GET shards 0 count)
+    if(CMAKE_CROSSCOMPILING OR count EQUAL 1)
         add_test(NAME ${target} COMMAND ${target})
-    else()
-        gtest_discover_tests(${target})
+        return()
     endif()
+    math(EXPR last "${count} - 1")
+    foreach(shard RANGE ${last})
+        add_test(NAME ${target}.${shard} COMMAND ${target})
+        set_tests_properties(${target}.${shard} PROPERTIES
+            ENVIRONMENT "GTEST_TOTAL_SHARDS=${count};GTEST_SHARD_INDEX=${shard}")
+    endforeach()
 endfunction()

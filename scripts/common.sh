@@ -3,24 +3,28 @@
 # Sourced by the other scripts: goes to the project's root and installs what a build needs.
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
+# shellcheck source=scripts/steps.sh
+. scripts/steps.sh
 
 readonly build_packages=(
     cmake ninja-build g++ git ca-certificates
     libgtest-dev libgmock-dev libcli11-dev libfmt-dev libseccomp-dev nlohmann-json3-dev
 )
-readonly test_packages=(
-    clang clang-format clang-tidy libclang-rt-14-dev llvm dpkg-dev file
-    python3 python3-jsonschema python3-pyelftools golang-go golang-github-google-blueprint-dev
+# What checks the host build; the browser shows the pages that ogmprobe writes.
+readonly quick_packages=(
+    clang-format python3 python3-jsonschema python3-pyelftools
+    chromium chromium-driver python3-selenium
+    libbenchmark-dev libogg-dev pkg-config
 )
-# Shows the pages that ogmprobe writes.
-readonly browser_packages=(chromium chromium-driver python3-selenium)
+# Sanitizers, fuzzing, static analysis, packages, and the parser of Android's build files.
+readonly test_packages=(
+    clang clang-tidy libclang-rt-14-dev llvm dpkg-dev file
+    golang-go golang-github-google-blueprint-dev
+)
 # For 64-bit Arm: compiler, emulator, and the libraries of tests and tool for that machine.
 readonly arm64_packages=(
     g++-aarch64-linux-gnu qemu-user
     libgtest-dev:arm64 libgmock-dev:arm64 libfmt-dev:arm64 libseccomp-dev:arm64 libc6-dev:arm64 libstdc++-12-dev:arm64
-)
-readonly bench_packages=(
-    libbenchmark-dev libogg-dev pkg-config
 )
 
 # Whether a Debian package, with or without its architecture, is installed.
@@ -33,22 +37,27 @@ is_installed() {
         grep --quiet --extended-regexp "^(all|$machine) installed\$"
 }
 
-# Installs those of the named Debian packages that are missing.
-install_missing() {
-    local missing=() package
+# Names those of the packages that are missing.
+print_missing() {
+    local package
     for package in "$@"; do
         if ! is_installed "$package"; then
-            missing+=("$package")
+            echo "$package"
         fi
     done
+}
+
+# Installs those of the packages that are missing, after it has named them.
+install_missing() {
+    local missing as_root=()
+    mapfile -t missing < <(print_missing "$@")
     if [ ${#missing[@]} -eq 0 ]; then
         return
     fi
-    local as_root=()
     if [ "$(id --user)" -ne 0 ]; then
         as_root=(sudo)
     fi
-    echo "Installing ${missing[*]}" >&2
+    echo "Installing these packages: ${missing[*]}" >&2
     if [[ ${missing[*]} == *:arm64* ]]; then
         "${as_root[@]}" dpkg --add-architecture arm64
     fi
@@ -57,15 +66,7 @@ install_missing() {
         --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# Configures and builds a preset; the output is shown only if that fails.
+# Configures and builds a preset.
 build_preset() {
-    local preset=$1 log
-    log=$(mktemp)
-    echo "Building preset $preset" >&2
-    if ! { cmake --preset "$preset" && cmake --build --preset "$preset"; } >"$log" 2>&1; then
-        cat "$log" >&2
-        rm --force "$log"
-        return 1
-    fi
-    rm --force "$log"
+    cmake --preset "$1" && cmake --build --preset "$1"
 }

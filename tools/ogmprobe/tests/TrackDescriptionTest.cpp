@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <media/NdkMediaFormat.h>
+#include <nlohmann/json.hpp>
 
 namespace ogmprobe {
 namespace {

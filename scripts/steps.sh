@@ -1,0 +1,109 @@
+# SPDX-License-Identifier: Apache-2.0
+# shellcheck shell=bash
+# Sourced by scripts that take minutes: runs steps, shows each with its progress and its time, and
+# counts what passed, failed and was skipped.
+
+readonly skip_code=77 # Of a step that cannot run here; its last line says why.
+step_lines=()
+steps_done=0
+passed=0
+failed=0
+skipped=0
+
+clock() {
+    printf '%d:%02d' $(($1 / 60)) $(($1 % 60))
+}
+
+# Rewrites one line on the terminal until the process ends. Ninja and CTest count what they do.
+show_progress() {
+    local name=$1 log=$2 process=$3 began=$4 counts part whole filled
+    while kill -0 "$process" 2>/dev/null; do
+        counts=$(grep --text --only-matching --extended-regexp '^(\[| *)[0-9]+/[0-9]+' "$log" |
+            tail --lines=1 | tr --delete '[ ')
+        part=${counts%/*} whole=${counts#*/}
+        filled=$((20 * ${part:-0} / ${whole:-1}))
+        printf '\r\033[K%5s  %s  [%s%s] %s' "$(clock $((SECONDS - began)))" "$name" \
+            "$(printf '%*s' "$filled" '' | tr ' ' '#')" "$(printf '%*s' $((20 - filled)) '')" "$counts"
+        sleep 0.2
+    done
+    printf '\r\033[K'
+}
+
+# Adds what the step counted itself in its last line, or the step as one.
+count_step() {
+    local code=$1 last=$2
+    if [[ $last =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed,\ ([0-9]+)\ skipped$ ]]; then
+        passed=$((passed + BASH_REMATCH[1]))
+        failed=$((failed + BASH_REMATCH[2]))
+        skipped=$((skipped + BASH_REMATCH[3]))
+        if [ "$code" -ne 0 ] && [ "${BASH_REMATCH[2]}" -eq 0 ]; then
+            failed=$((failed + 1))
+        fi
+    elif [ "$code" -eq 0 ]; then
+        passed=$((passed + 1))
+    elif [ "$code" -eq "$skip_code" ]; then
+        skipped=$((skipped + 1))
+    else
+        failed=$((failed + 1))
+    fi
+}
+
+# Runs a command; what it prints is shown only if it fails. Returns its exit code.
+step() {
+    local name=$1 log code=0 began=$SECONDS process last result
+    shift
+    log=$(mktemp)
+    "$@" >"$log" 2>&1 </dev/null &
+    process=$!
+    if [ -t 1 ]; then
+        show_progress "$name" "$log" "$process" "$began"
+    else
+        echo "       $name ..."
+    fi
+    wait "$process" || code=$?
+    last=$(tail --lines=1 "$log")
+    count_step "$code" "$last"
+    case $code in
+        0) result="done${last:+: $last}" ;;
+        "$skip_code") result="skipped: $last" ;;
+        *)
+            grep --text --invert-match --extended-regexp ' Passed +[0-9.]+ sec$' "$log"
+            result=FAILED
+            ;;
+    esac
+    rm --force "$log"
+    steps_done=$((steps_done + 1))
+    step_lines+=("$(printf '%5s  %s: %s' "$(clock $((SECONDS - began)))" "$name" "$result")")
+    echo "${step_lines[-1]}"
+    return "$code"
+}
+
+say_and_skip() {
+    echo "$1"
+    return "$skip_code"
+}
+
+# Says that a step cannot run here, and why.
+skip() {
+    step "$1" say_and_skip "$2" || true
+}
+
+# For steps whose failure alone counts, such as builds.
+nothing_to_count() {
+    "$@" && echo "0 passed, 0 failed, 0 skipped"
+}
+
+print_times() {
+    printf '\nTook %s in %d steps:\n' "$(clock "$SECONDS")" "$steps_done"
+    printf '%s\n' "${step_lines[@]}"
+}
+
+# The closing line; fails if anything did.
+print_totals() {
+    local line="$passed passed, $failed failed"
+    if [ "$skipped" -ne 0 ]; then
+        line+=", $skipped skipped"
+    fi
+    echo "$line"
+    [ "$failed" -eq 0 ]
+}
