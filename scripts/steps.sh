@@ -50,7 +50,7 @@ count_step() {
 
 # Runs a command; what it prints is shown only if it fails. Returns its exit code.
 step() {
-    local name=$1 log code=0 began=$SECONDS process last result
+    local name=$1 log code=0 began=$SECONDS process last result=done
     shift
     log=$(mktemp)
     "$@" >"$log" 2>&1 </dev/null &
@@ -64,7 +64,11 @@ step() {
     last=$(tail --lines=1 "$log")
     count_step "$code" "$last"
     case $code in
-        0) result="done${last:+: $last}" ;;
+        0)
+            if [[ $last =~ ^[1-9][0-9]*\ passed, ]]; then
+                result="$last"
+            fi
+            ;;
         "$skip_code") result="skipped: $last" ;;
         *)
             grep --text --invert-match --extended-regexp ' Passed +[0-9.]+ sec$' "$log"
