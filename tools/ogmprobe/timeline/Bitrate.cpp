@@ -9,7 +9,7 @@
 namespace ogmprobe::timeline {
 namespace {
 
-constexpr double kLeastWindowUs = kUsPerSecond / 2;
+constexpr double kLeastWindowUs = kUsPerSecond / 2.0;
 constexpr double kMostWindows = 240;
 
 size_t windowOf(const PacketPoint& packet, const Bitrate& rate) {
