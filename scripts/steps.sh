@@ -50,7 +50,7 @@ count_step() {
 
 # Runs a command; what it prints is shown only if it fails. Returns its exit code.
 step() {
-    local name=$1 log code=0 began=$SECONDS process last result=done
+    local name=$1 log code=0 began=$SECONDS process last result="done"
     shift
     log=$(mktemp)
     "$@" >"$log" 2>&1 </dev/null &
