@@ -39,7 +39,8 @@ void ElementaryStream::append(ByteBuffer* bytes, int64_t timeUs) {
 }
 
 ByteBuffer ElementaryStream::takeFrame(size_t offset, size_t size, PieceRoom* room) {
-    // While bytes are appended to a buffer, a part of it would make it move to new memory.
+    // A part shares the storage, so the next append needs new storage. That is no loss where there
+    // is no room left anyway; elsewhere the frame is copied.
     ByteBuffer frame = mPacketBuff.isFull()
                                ? mPacketBuff.part(offset, size)
                                : copyOf(mPacketBuff.view().from(offset).first(size), room);

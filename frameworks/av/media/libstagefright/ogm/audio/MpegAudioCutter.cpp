@@ -8,7 +8,7 @@
 #include "base/Assert.h"
 #include "codec/MpegAudioFormat.h"
 #include "codec/MpegAudioFrame.h"
-#include "codec/Ogmavc_utils.h"
+#include "codec/MpegAudioHeader.h"
 
 namespace android::ogm {
 
@@ -59,13 +59,11 @@ std::optional<AccessUnit> MpegAudioCutter::dequeueAccessUnit(ElementaryStream* s
         case MpegAudioFrame::Result::kWhole:
             break;
     }
-    std::optional<AccessUnit> unit(std::in_place);
-    unit->bytes = stream->takeFrame(frame.offset, frame.size, room);
+    AccessUnit unit{stream->takeFrame(frame.offset, frame.size, room)};
     // Bytes in front of the frame are charged to it.
-    unit->timeUs = stream->fetchTimestamp(frame.offset + frame.size);
-    OGM_CHECK_VALUES(unit->timeUs >= 0,
-                     OGM_SOURCES "OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: ", unit->timeUs,
-                     0);
+    unit.timeUs = stream->fetchTimestamp(frame.offset + frame.size);
+    OGM_CHECK_VALUES(unit.timeUs >= 0,
+                     OGM_SOURCES "OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: ", unit.timeUs, 0);
     if (mFormat == nullptr) {
         mFormat = makeMpegAudioFormat(frame.header);
     }

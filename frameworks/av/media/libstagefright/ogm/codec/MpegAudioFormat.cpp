@@ -7,7 +7,7 @@
 
 #include "base/Assert.h"
 #include "codec/MimeTypes.h"
-#include "codec/Ogmavc_utils.h"
+#include "codec/MpegAudioHeader.h"
 
 namespace android::ogm {
 

@@ -5,7 +5,7 @@
 
 #include <log/log.h>
 
-#include "codec/Ogmavc_utils.h"
+#include "codec/MpegAudioHeader.h"
 
 namespace android::ogm {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "base/ByteView.h"
-#include "codec/Ogmavc_utils.h"
+#include "codec/MpegAudioHeader.h"
 
 /**
  * How a frame of MPEG audio is found among the bytes of a stream: lock on to a header that a second

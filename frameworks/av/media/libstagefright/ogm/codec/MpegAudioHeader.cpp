@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "avc_utils"
 
-#include <log/log.h>
+#include "codec/MpegAudioHeader.h"
 
-#include "codec/MpegAudioFormat.h"
-#include "codec/Ogmavc_utils.h"
+#include <log/log.h>
 
 namespace android::ogm {
 
@@ -232,7 +231,7 @@ uint32_t findMP3Header(ByteView data, uint64_t* offset, uint32_t* header) {
     if (findConfirmedHeader(data, offset, header)) {
         return kMP3HeaderFound;
     }
-    ALOGI("%s():size:%d,Not found MP3Headr,buf:%2x %2x %2x %2x %2x %2x %2x %2x", "findMP3Header",
+    ALOGI("findMP3Header():size:%d,Not found MP3Headr,buf:%2x %2x %2x %2x %2x %2x %2x %2x",
           static_cast<int>(data.size()), data[0], data[1], data[2], data[3], data[4], data[5],
           data[6], data[7]);
     return kMP3HeaderNotFound;

@@ -10,45 +10,12 @@
 #include "base/ByteView.h"
 
 /**
- * Headers of MPEG audio and MPEG-4 video, and the descriptor that carries a codec's configuration.
+ * Headers of MPEG-4 video, and the descriptor that carries a codec's configuration.
  *
  * The namespace keeps these apart from the platform's own utilities, some of which have the same
  * names.
  */
 namespace android::ogm {
-
-// MPEG audio (ISO/IEC 11172-3, 13818-3 and its extension to low sampling rates).
-
-inline constexpr uint32_t kMP3HeaderFound = 0;
-inline constexpr uint32_t kMP3HeaderNotFound = 0x80000000;
-
-/**
- * Whether a frame may begin here: sync, version, layer, bitrate and sampling rate are possible.
- * Weaker than GetMPEGAudioFrameSize, which refuses the free format too. False below 3 bytes.
- */
-bool IsPlausibleMPEGAudioSync(ByteView data);
-
-/**
- * Decodes a frame header, read big-endian. Sizes are in bytes, `sampleRate` in Hz, `bitrate` in
- * kbit/s; all but `frameSize` may be null. Returns false for a reserved field or the free format;
- * all outputs are 0 then, but for `samplesPerFrame`, which is 1152.
- */
-bool GetMPEGAudioFrameSize(uint32_t header, uint64_t* frameSize, int32_t* sampleRate = nullptr,
-                           int32_t* channels = nullptr, int32_t* bitrate = nullptr,
-                           int32_t* samplesPerFrame = nullptr);
-
-/**
- * Position of the first header among `length` bytes that agrees with `reference` in sync, version,
- * layer and sampling rate; -1 for none. A header needs 4 bytes.
- */
-int32_t FindMatchingMPEGAudioHeader(ByteView data, int32_t length, uint32_t reference);
-
-/**
- * Searches from `offset` for a header that another one, a frame later, confirms. Returns
- * kMP3HeaderFound with the header, and `offset` at the one that confirmed it, or
- * kMP3HeaderNotFound.
- */
-uint32_t findMP3Header(ByteView data, uint64_t* offset, uint32_t* header);
 
 // MPEG-4 video (ISO/IEC 14496-2).
 

@@ -9,7 +9,7 @@
 
 #include "Ends.h"
 #include "InputReader.h"
-#include "codec/Ogmavc_utils.h"
+#include "codec/MpegAudioHeader.h"
 
 using namespace android;
 using namespace android::ogm::fuzz;

@@ -12,6 +12,7 @@
 #include "base/Wrap.h"
 #include "codec/MpegAudioFormat.h"
 #include "codec/MpegAudioFrame.h"
+#include "codec/MpegAudioHeader.h"
 #include "codec/Ogmavc_utils.h"
 
 namespace android::ogm {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
+#include "stream/Codecs.h"
+
 #include <log/log.h>
 #include <media/stagefright/foundation/MediaDefs.h>
 
@@ -8,7 +10,6 @@
 #include <iterator>
 
 #include "codec/MimeTypes.h"
-#include "stream/Codecs.h"
 #include "stream/StreamTypes.h"
 
 namespace android::ogm {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Bytes.h"
 #include "LogTest.h"
-#include "codec/Ogmavc_utils.h"
+#include "codec/MpegAudioHeader.h"
 
 namespace android::ogm::test {
 namespace {

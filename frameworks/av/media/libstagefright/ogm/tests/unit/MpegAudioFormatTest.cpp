@@ -7,6 +7,7 @@
 #include "ChildProcess.h"
 #include "Format.h"
 #include "codec/MimeTypes.h"
+#include "codec/MpegAudioHeader.h"
 
 namespace android::ogm::test {
 namespace {

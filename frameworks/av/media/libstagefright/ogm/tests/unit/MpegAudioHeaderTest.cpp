@@ -5,7 +5,7 @@
 #include "ElementaryStreams.h"
 #include "LogTest.h"
 #include "Views.h"
-#include "codec/Ogmavc_utils.h"
+#include "codec/MpegAudioHeader.h"
 
 namespace android::ogm::test {
 namespace {

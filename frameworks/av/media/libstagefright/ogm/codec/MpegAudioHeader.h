@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "base/ByteView.h"
+
+/** Frame headers of MPEG audio (ISO/IEC 11172-3, 13818-3 and its extension to low sampling rates).
+ */
+namespace android::ogm {
+
+/** The layer field of an MPEG audio frame header: 3 to 1 for layers I to III, 0 is reserved. */
+constexpr uint32_t mpegAudioLayerBits(uint32_t header) {
+    return header >> 17 & 3;
+}
+
+/** Layer I, II or III as 1, 2 or 3. */
+constexpr int32_t mpegAudioLayer(uint32_t layerBits) {
+    return 4 - static_cast<int32_t>(layerBits);
+}
+
+inline constexpr uint32_t kMP3HeaderFound = 0;
+inline constexpr uint32_t kMP3HeaderNotFound = 0x80000000;
+
+/**
+ * Whether a frame may begin here: sync, version, layer, bitrate and sampling rate are possible.
+ * Weaker than GetMPEGAudioFrameSize, which refuses the free format too. False below 3 bytes.
+ */
+bool IsPlausibleMPEGAudioSync(ByteView data);
+
+/**
+ * Decodes a frame header, read big-endian. Sizes are in bytes, `sampleRate` in Hz, `bitrate` in
+ * kbit/s; all but `frameSize` may be null. Returns false for a reserved field or the free format;
+ * all outputs are 0 then, but for `samplesPerFrame`, which is 1152.
+ */
+bool GetMPEGAudioFrameSize(uint32_t header, uint64_t* frameSize, int32_t* sampleRate = nullptr,
+                           int32_t* channels = nullptr, int32_t* bitrate = nullptr,
+                           int32_t* samplesPerFrame = nullptr);
+
+/**
+ * Position of the first header among `length` bytes that agrees with `reference` in sync, version,
+ * layer and sampling rate; -1 for none. A header needs 4 bytes.
+ */
+int32_t FindMatchingMPEGAudioHeader(ByteView data, int32_t length, uint32_t reference);
+
+/**
+ * Searches from `offset` for a header that another one, a frame later, confirms. Returns
+ * kMP3HeaderFound with the header, and `offset` at the one that confirmed it, or
+ * kMP3HeaderNotFound.
+ */
+uint32_t findMP3Header(ByteView data, uint64_t* offset, uint32_t* header);
+
+}  // namespace android::ogm
