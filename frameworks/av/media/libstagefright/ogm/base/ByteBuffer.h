@@ -13,7 +13,10 @@ namespace android::ogm {
 
 /**
  * Bytes that are filled at the end, emptied from the front, and handed on by moving. Others may lie
- * in the same storage, but none of them grows into another. Fresh bytes are not cleared.
+ * in the same storage, but none of them grows into another. Fresh bytes are not initialised.
+ *
+ * Why not std::vector: it clears fresh bytes, and it cannot hand on a packet or a part of one
+ * without a copy; each copy of the payload takes some 400 instructions a buffer.
  */
 class ByteBuffer {
   public:

@@ -10,9 +10,10 @@
 namespace android::ogm {
 
 /**
- * A queue of any length. Its items lie in a chain of blocks, so that no item moves and none costs
- * more the more there are; a block that was emptied is used again. The size is kept, as it is asked
- * for several times for each item.
+ * A queue of any length. Items never move; adding and removing one takes constant time.
+ *
+ * Why not std::deque: it takes 52 instructions a buffer more (2 %), and its table of blocks grows
+ * by doubling, so that a track that waits for long asks for ever larger pieces of memory.
  */
 template <typename T>
 class Fifo {
@@ -101,7 +102,7 @@ class Fifo {
     std::unique_ptr<Block> mSpare;
     /** Place of the first item in the first block. */
     size_t mBegin = 0;
-    /** Place behind the last item in the last block; the block's end as long as there is none. */
+    /** Place after the last item in the last block; the block's end as long as there is none. */
     size_t mEnd = kBlockItems;
     size_t mSize = 0;
 };

@@ -12,13 +12,16 @@ namespace android::ogm {
  * Where the packets of a track lie while they are queued. They share blocks of memory, and a block
  * is freed with the last of its packets; as a queue is emptied in the order in which it was filled,
  * that is soon after the first. Packets may outlive this object.
+ *
+ * Why not a heap block for each packet: it takes 330 instructions and 0.9 allocations a buffer
+ * more.
  */
 class PacketStorage {
   public:
     /**
-     * `size` fresh bytes, with an address also if there are none. A queue that has grown long goes
-     * on in larger blocks: a track that waits while another one is read to its end may have to hold
-     * most of the file.
+     * Returns `size` uninitialised bytes; the pointer is non-null even for size 0. A queue that has
+     * grown long goes on in larger blocks: a track that waits while another one is read to its end
+     * may have to hold most of the file.
      */
     ByteBuffer take(size_t size, size_t queuedPackets);
 
