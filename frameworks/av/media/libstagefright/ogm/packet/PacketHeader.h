@@ -15,9 +15,6 @@ namespace android::ogm {
 
 inline constexpr size_t kVideoPacketHeaderSize = 1;
 
-/** The first byte of a stream's first packet, which describes the stream. */
-inline constexpr uint8_t kStreamHeaderPacket = 0x01;
-
 /** A header byte with exactly this value marks a key frame. */
 inline constexpr uint8_t kKeyFramePacket = 0x08;
 

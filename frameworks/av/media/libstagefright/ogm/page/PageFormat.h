@@ -22,4 +22,7 @@ inline constexpr size_t kLacingOffset = 27;
 /** A lacing value below this one ends a packet. */
 inline constexpr uint8_t kUnterminated = 255;
 
+/** The first byte of the packet on a stream's first page that describes an OGM stream. */
+inline constexpr uint8_t kStreamHeaderPacket = 0x01;
+
 }  // namespace android::ogm

@@ -10,7 +10,6 @@
 
 #include "base/ByteView.h"
 #include "base/Wrap.h"
-#include "packet/PacketHeader.h"
 #include "page/PageFormat.h"
 
 namespace android {

@@ -2,7 +2,7 @@
 #include "stream/StreamHeader.h"
 
 #include "base/Wrap.h"
-#include "packet/PacketHeader.h"
+#include "page/PageFormat.h"
 
 namespace android::ogm {
 
