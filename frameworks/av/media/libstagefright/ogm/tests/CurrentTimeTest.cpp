@@ -37,24 +37,6 @@ class CurrentTimeTest : public PluginTest {
         return timeUs;
     }
 
-    static OgmFile videoFile(uint64_t timeUnit, const std::vector<uint64_t>& granules) {
-        VideoHeader header;
-        header.timeUnit = timeUnit;
-        OgmFile file;
-        file.addHeader(1, header);
-        addVideo(file, 1, granules);
-        return file;
-    }
-
-    static OgmFile audioFile(uint64_t sampleRate, const std::vector<uint64_t>& granules) {
-        AudioHeader header;
-        header.samplesPerUnit = sampleRate;
-        OgmFile file;
-        file.addHeader(1, header);
-        addAudio(file, 1, granules);
-        return file;
-    }
-
     static void addVideo(OgmFile& file, uint32_t serialNo, const std::vector<uint64_t>& granules) {
         for (const uint64_t granule : granules) {
             file.addData(serialNo, granule, dataPacket(kSyncPacket, {1, 2, 3}));
@@ -69,23 +51,6 @@ class CurrentTimeTest : public PluginTest {
 
     ReadResult mLastRead;
 };
-
-TEST_F(CurrentTimeTest, AVideoTimeIsThePreviousGranuleInTimeUnitsTruncated) {
-    std::vector<uint64_t> granules;
-    for (uint64_t i = 1; i < 200; ++i) {
-        granules.push_back(i);
-    }
-    // 90 and 91 frames of 33,366.7 us.
-    EXPECT_EQ(timeReached(videoFile(333667, granules), 3003003 + 3 * kSecond), 3003003);
-    EXPECT_EQ(timeReached(videoFile(333667, granules), 3003004 + 3 * kSecond), 3036369);
-}
-
-TEST_F(CurrentTimeTest, AnAudioTimeIsThePreviousGranuleInSamplesTruncated) {
-    EXPECT_EQ(timeReached(audioFile(44100, {1000, 2000, 50000, 60000, 70000, 80000}), 4 * kSecond),
-              1133786);
-    EXPECT_EQ(timeReached(audioFile(44100, {1000, 2000, 44100, 60000, 70000, 80000}), 4 * kSecond),
-              1000000);
-}
 
 TEST_F(CurrentTimeTest, ThePacketsOfAPageDoNotMoveTheTime) {
     OgmFile file;
@@ -168,55 +133,6 @@ TEST_F(CurrentTimeTest, ATrackThatIsNotRegisteredHasNoPartInTheTime) {
     EXPECT_EQ(timeReached(*audio, 4 * kSecond), 0);
     video->stop();
     EXPECT_EQ(timeReached(*audio, 4 * kSecond), kSecond);
-}
-
-TEST_F(CurrentTimeTest, AVideoTrackWithoutTimeUnitHasNoTime) {
-    // Nor has it a frame rate then.
-    EXPECT_EQ(timeReached(videoFile(0, {10, 20, 30, 40, 50}), 4 * kSecond), 0);
-}
-
-TEST_F(CurrentTimeTest, AnAudioTrackWithoutSampleRateHasNoTime) {
-    EXPECT_EQ(timeReached(audioFile(0, {100000, 200000, 300000}), 4 * kSecond), 0);
-}
-
-TEST_F(CurrentTimeTest, AVideoTrackWhoseTimeUnitLosesItsLowBitsHasNoTime) {
-    // The track keeps the low 32 bits, which are 0; the frame rate is 0 then, too.
-    EXPECT_EQ(timeReached(videoFile(uint64_t{1} << 32, {10, 20, 30, 40}), 4 * kSecond), 0);
-}
-
-TEST_F(CurrentTimeTest, ATimeUnitWithBit31SetIsSignExtended) {
-    // (2 x -10) / 10 in unsigned 64-bit arithmetic, on the page that follows granule position 2.
-    EXPECT_EQ(timeReached(videoFile(0xFFFFFFF6, {2, 4, 6, 8}), 4 * kSecond), 1844674407370955159);
-}
-
-TEST_F(CurrentTimeTest, ANegativeSampleRateIsSignExtended) {
-    // A divisor close to 2^64 leaves nothing of any granule position.
-    EXPECT_EQ(timeReached(audioFile(0xFFFFFFFF, {8000000, 16000000, 24000000}), 4 * kSecond), 0);
-}
-
-TEST_F(CurrentTimeTest, TwoPagesWithoutGranuleMakeTheLargestVideoTime) {
-    // The first of them ends the page before, the second one begins at "no granule".
-    EXPECT_EQ(timeReached(videoFile(400000, {10, kNoGranule, kNoGranule, 20, 30}), 4 * kSecond),
-              1844674407370915161);
-}
-
-TEST_F(CurrentTimeTest, OnePageWithoutGranuleRestartsTheTimeFromZero) {
-    // The page after it is no longer valid; the next valid one begins at granule position 50.
-    EXPECT_EQ(timeReached(videoFile(400000, {10, kNoGranule, 50, 60, 70}), 4 * kSecond), 2000000);
-}
-
-TEST_F(CurrentTimeTest, ATimeOf2To63OrMoreIsNegativeAndNeverTheLargest) {
-    // At one sample a second, times are granule positions x 1,000,000 modulo 2^64.
-    const uint64_t granule = (uint64_t{1} << 63) / 1000000 + 1;
-    EXPECT_EQ(timeReached(audioFile(1, {granule, granule + 1, granule + 2, granule + 3}),
-                          4 * kSecond),
-              0);
-    EXPECT_EQ(mLastRead.status, AMEDIA_ERROR_END_OF_STREAM);
-}
-
-TEST_F(CurrentTimeTest, AGranuleThatJumpsBackLosesTheTimeUntilItRisesAgain) {
-    EXPECT_EQ(timeReached(audioFile(8000, {8000, 16000, 400, 24000, 32000, 40000}), 6 * kSecond),
-              3 * kSecond);
 }
 
 TEST_F(CurrentTimeTest, TheTimeIsTakenAfterEachPageNotAfterEachPacket) {

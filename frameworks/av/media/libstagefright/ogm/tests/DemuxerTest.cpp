@@ -10,7 +10,6 @@ namespace android::ogm::test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
 
 constexpr uint32_t kVideo = 1;
 constexpr uint32_t kAudio = 2;
@@ -22,14 +21,6 @@ const std::vector<Event> kReadBegins{infoLine("getFormat: Track type[22]"),
 
 Bytes frame(uint32_t index, size_t size = 3) {
     return dataPacket(kPlainPacket, pattern(size, index));
-}
-
-std::vector<Event> joinedEvents(std::initializer_list<std::vector<Event>> parts) {
-    std::vector<Event> all;
-    for (const std::vector<Event>& part : parts) {
-        all.insert(all.end(), part.begin(), part.end());
-    }
-    return all;
 }
 
 /** Demultiplexing as it shows while the video track of a file is read. */
@@ -142,38 +133,6 @@ TEST_F(DemuxerTest, APacketThatEndsOnTheNextPageIsJoined) {
                 ElementsAre(pattern(3, 0), pattern(3, 1), pattern(299, 9), pattern(3, 2)));
 }
 
-TEST_F(DemuxerTest, ThePiecesOfAPacketAreReadFromTheirPages) {
-    const Bytes packet = frame(9, 299);
-    OgmFile file = videoFile();
-    const size_t first = file.add(OggPage(kVideo).granule(1).openPacket(head(packet, 255)));
-    const size_t second =
-            file.add(OggPage(kVideo).granule(2).continued().packet(tail(packet, 255)));
-    file.addPages(kVideo, {frame(1)}, 3);
-    startedVideo(file)->read();
-    EXPECT_EQ(mEvents.reads()[6], (ReadCall{static_cast<int64_t>(first) + 28, 255, 255}));
-    EXPECT_EQ(mEvents.reads()[13], (ReadCall{static_cast<int64_t>(second) + 28, 45, 45}));
-}
-
-TEST_F(DemuxerTest, ATailOnAPageThatIsNotMarkedContinuedIsAPacketOfItsOwn) {
-    const Bytes packet = frame(9, 299);
-    OgmFile file = videoFile();
-    file.add(OggPage(kVideo).granule(1).openPacket(head(packet, 255)));
-    file.add(OggPage(kVideo).granule(2).packet(tail(packet, 255)));
-    file.addPages(kVideo, {frame(1), frame(2)}, 3);
-    EXPECT_THAT(framesOf(file),
-                ElementsAre(head(pattern(299, 9), 254), tail(tail(packet, 255), 1)));
-}
-
-TEST_F(DemuxerTest, OnlyTheFirstPacketOfAContinuedPageIsATail) {
-    OgmFile file = videoFile();
-    file.addPages(kVideo, {frame(0)});
-    file.add(OggPage(kVideo).granule(3).continued().packet({7, 7}).packet(frame(1)).packet(
-            frame(2)));
-    file.addPages(kVideo, {frame(3), frame(4)}, 4);
-    EXPECT_THAT(framesOf(file),
-                ElementsAre(joined({pattern(3, 0), {7, 7}}), pattern(3, 1), pattern(3, 2)));
-}
-
 TEST_F(DemuxerTest, PagesOfAStreamThatIsNotReadAreCutWithoutAGranuleLookUp) {
     OgmFile file = videoAndAudioFile();
     file.add(OggPage(kAudio).granule(320).packet(filled(5, 1)).packet(filled(6, 1)));
@@ -210,21 +169,6 @@ TEST_F(DemuxerTest, AfterSkippedJunkTheGranuleLookUpGoesOnThatManyBytesTooEarly)
             mEvents.holds(infoLine("*** Skip 5 bytes of junk from 194 to reach page start ***\n")));
     EXPECT_TRUE(
             mEvents.holds(infoLine("*** Skip 5 bytes of junk from 226 to reach page start ***\n")));
-}
-
-TEST_F(DemuxerTest, APageWithoutSegmentsIsLeftAtOnce) {
-    OgmFile file = videoFile();
-    file.addPages(kVideo, {frame(0)});
-    file.add(OggPage(kVideo).granule(1));
-    file.addPages(kVideo, {frame(1), frame(2), frame(3)}, 2);
-    EXPECT_THAT(framesOf(file), ElementsAre(pattern(3, 0), pattern(3, 1)));
-}
-
-TEST_F(DemuxerTest, AnEmptyPacketIsReadWithARequestForNothing) {
-    OgmFile file = videoFile();
-    file.addPages(kVideo, {{}, frame(1)});
-    startedVideo(file)->read();
-    EXPECT_EQ(mEvents.reads()[6], (ReadCall{109, 0, 0}));
 }
 
 TEST_F(DemuxerTest, TheEndOfTheDataIsMetAgainByEveryRead) {
@@ -330,19 +274,6 @@ TEST_F(DemuxerTest, AShortLacingReadKeepsTheRestOfTheTableBefore) {
                             ReadCall{second + 36, 5, 5}));
 }
 
-TEST_F(DemuxerTest, AFailedLacingReadKeepsTheWholeTableBefore) {
-    OgmFile file = videoAndAudioFile();
-    file.add(OggPage(kAudio).granule(1).packet(filled(3, 1)).packet(filled(5, 1)));
-    const auto second = static_cast<int64_t>(
-            file.add(OggPage(kAudio).granule(2).packet(filled(7, 1)).packet(filled(9, 1))));
-    auto source = sourceOf(file);
-    source->setFault(faultOnHit(second + 27, 2, kReadRefused));
-    auto track = startedVideo(std::move(source));
-    track->read();
-    EXPECT_EQ(mEvents.reads()[8], (ReadCall{second + 29, 3, 3}));
-    EXPECT_EQ(mEvents.reads()[9], (ReadCall{second + 32, 5, 5}));
-}
-
 TEST_F(DemuxerTest, APacketThatBeginsAfterTheReportedSizeEndsTheStream) {
     OgmFile file = videoFile();
     file.addPages(kVideo, {frame(0), frame(1)});
@@ -401,22 +332,6 @@ TEST_F(DemuxerTest, APageThatIsEnteredIsLookedAheadOfOnlyOnce) {
     const std::vector<ReadCall> reads = mEvents.reads();
     const auto next = static_cast<int64_t>(81 + 27 + 3 + 12);
     EXPECT_EQ(std::count(reads.begin(), reads.end(), ReadCall{next, 4, 4}), 2);
-}
-
-TEST_F(DemuxerTest, ADamagedPageAheadMakesTheGranuleLookUpFail) {
-    OgmFile file = videoFile();
-    file.addPages(kVideo, {frame(0)});
-    file.add(OggPage(kVideo).flags(0x80));
-    auto track = startedVideo(file);
-    EXPECT_EQ(track->read().status, AMEDIA_ERROR_END_OF_STREAM);
-    const std::vector<LogLine> lines{
-            infoLine("getFormat: Track type[22]"),
-            infoLine("begin read mime:video/avc"),
-            infoLine("Flag only bits 0-2 are defined in version 0\n"),
-            errorLine("getNextGranulePosition:Cannot read a page header, at 0x00000071\n"),
-            kGranuleFails,
-            kEndOfStream};
-    EXPECT_THAT(mEvents.lines(), ElementsAreArray(lines));
 }
 
 }  // namespace

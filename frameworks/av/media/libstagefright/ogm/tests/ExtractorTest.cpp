@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <algorithm>
-
 #include "PluginTest.h"
 #include "ScopedProperty.h"
 
@@ -81,103 +79,6 @@ TEST_F(ExtractorTest, AFileWithATextStreamAloneHasNoTracks) {
                                              infoLine("getTrack index = 0")));
 }
 
-TEST_F(ExtractorTest, ARefusedHeaderDoesNotStopTheOthers) {
-    OgmFile file;
-    file.addHeader(1, textHeader());
-    file.addHeader(2, AudioHeader());
-    EXPECT_EQ(open(file)->countTracks(), 1U);
-}
-
-TEST_F(ExtractorTest, AHeaderPageAmongTheFirst121PagesMakesATrackAfterDataPagesToo) {
-    OgmFile file;
-    file.addHeader(1, VideoHeader());
-    for (uint64_t page = 1; page < 120; ++page) {
-        file.addData(1, page, dataPacket(kPlainPacket, pattern(5, 1)));
-    }
-    file.addHeader(2, AudioHeader());  // the 121st
-    EXPECT_EQ(open(file)->countTracks(), 2U);
-}
-
-TEST_F(ExtractorTest, AHeaderPageAfterTheFirst121PagesMakesNoTrack) {
-    OgmFile file;
-    file.addHeader(1, VideoHeader());
-    for (uint64_t page = 1; page < 121; ++page) {
-        file.addData(1, page, dataPacket(kPlainPacket, pattern(5, 1)));
-    }
-    file.addHeader(2, AudioHeader());  // the 122nd
-    EXPECT_EQ(open(file)->countTracks(), 1U);
-    EXPECT_TRUE(mEvents.linesBeginning("Cannot find a page start,LINE:2774").empty());
-}
-
-TEST_F(ExtractorTest, TheFirstDataPageIsTheFirstThatBeginsNoStream) {
-    const OgmFile file = twoStreams();
-    open(file);
-    EXPECT_THAT(mEvents.linesBeginning("mFirstDataPageOffset"),
-                ElementsAre(infoLine("mFirstDataPageOffset = 162")));
-}
-
-TEST_F(ExtractorTest, WithJunkInFrontTheFirstDataPageOffsetIsWhereTheJunkBegins) {
-    OgmFile file;
-    file.addHeader(1, VideoHeader());
-    file.addJunk(9);
-    file.addData(1, 1, dataPacket(kSyncPacket, pattern(20, 1)));
-    open(file);
-    const LogLine skip = infoLine("*** Skip 9 bytes of junk from 81 to reach page start ***\n");
-    EXPECT_THAT(mEvents.linesBeginning("mFirstDataPageOffset"),
-                ElementsAre(infoLine("mFirstDataPageOffset = 81")));
-    EXPECT_EQ(mEvents.count(skip), 2U);  // each of the two searches says so
-}
-
-TEST_F(ExtractorTest, TheFirstDataPageCountsAtOffsetZeroToo) {
-    OgmFile file;
-    file.addData(1, 1, {1});
-    file.addData(1, 2, {2});
-    open(file);
-    EXPECT_THAT(mEvents.linesBeginning("mFirstDataPageOffset"),
-                ElementsAre(infoLine("mFirstDataPageOffset = 0")));
-}
-
-TEST_F(ExtractorTest, TheBodyOfAHeaderPageBehindJunkIsReadWithoutTheSkip) {
-    OgmFile file;
-    file.addJunk(5);
-    file.addHeader(1, VideoHeader());
-    OpenedFile opened = open(file);
-    const std::vector<ReadCall> reads = mEvents.reads();
-    EXPECT_NE(std::find(reads.begin(), reads.end(), ReadCall{28, 53, 53}), reads.end());
-    EXPECT_EQ(opened->countTracks(), 0U);  // the five bytes too early hold no header
-}
-
-TEST_F(ExtractorTest, AHeaderPageWithoutItsWholeBodyEndsTheHeaderPages) {
-    OgmFile file;
-    file.addHeader(1, VideoHeader());
-    const size_t second = file.addHeader(2, AudioHeader());
-    file.addHeader(3, AudioHeader());
-    auto source = sourceOf(file);
-    source->setFault(faultAtOffset(static_cast<int64_t>(second) + 28, 52));
-    OpenedFile opened = open(std::move(source));
-    EXPECT_TRUE(mEvents.holds(errorLine("Cannot read page data, size 53\n")));
-    EXPECT_TRUE(mEvents.linesBeginning("Cannot find a page start,LINE:2774").empty());
-    EXPECT_EQ(opened->countTracks(), 1U);
-}
-
-TEST_F(ExtractorTest, AHeaderPageThatCannotBeReadEndsTheHeaderPages) {
-    OgmFile file;
-    file.addHeader(1, VideoHeader());
-    file.addJunk(2);
-    file.add(OggPage(2).version(1));
-    file.addHeader(3, AudioHeader());
-    OpenedFile opened = open(file);
-    EXPECT_TRUE(mEvents.holds(infoLine("Cannot read a page header, at 83\n")));
-    EXPECT_EQ(opened->countTracks(), 1U);
-}
-
-TEST_F(ExtractorTest, WhereTwoStreamsCarryOneSerialNumberBothAreListed) {
-    OgmFile file;
-    file.addHeader(5, VideoHeader());
-    file.addHeader(5, AudioHeader());
-    EXPECT_EQ(open(file)->countTracks(), 2U);
-}
-
 TEST_F(ExtractorTest, TheFileFormatIsOgmVideoEvenWithoutVideo) {
     OgmFile file;
     file.addHeader(1, AudioHeader());
@@ -218,27 +119,15 @@ TEST_F(ExtractorTest, ATrackFormatIsCopiedWithItsMimeType) {
                             infoLine("getTrackMetaData mime:video/avc")));
 }
 
-TEST_F(ExtractorTest, OnlyTheFirstRequestForExtensiveMetaDataSetsTheThumbnailTime) {
-    OpenedFile opened = openQuietly(twoStreams());
-    const Format first;
-    const Format second;
-    EXPECT_EQ(opened->getTrackMetaData(first, 1, kExtensiveMetaData), AMEDIA_OK);
-    EXPECT_EQ(opened->getTrackMetaData(second, 0, kExtensiveMetaData), AMEDIA_OK);
-    EXPECT_EQ(first.int64(AMEDIAFORMAT_KEY_THUMBNAIL_TIME), 0);
-    EXPECT_EQ(second.int64(AMEDIAFORMAT_KEY_THUMBNAIL_TIME), std::nullopt);
-    EXPECT_EQ(opened->trackFormat(1).int64(AMEDIAFORMAT_KEY_THUMBNAIL_TIME), 0);
-    EXPECT_EQ(mEvents.count(infoLine("getTrackMetaData, set thumbnail time")), 1U);
-    EXPECT_EQ(firstEvents(3),
-              (std::vector<Event>{infoLine("Extractor return getTrackerMetaData index = 1\n"),
-                                  infoLine("getTrackMetaData mime:audio/raw"),
-                                  infoLine("getTrackMetaData, set thumbnail time")}));
-}
-
-TEST_F(ExtractorTest, OtherFlagBitsDoNotSetTheThumbnailTime) {
+TEST_F(ExtractorTest, ARequestForExtensiveMetaDataSetsTheThumbnailTime) {
     OpenedFile opened = openQuietly(twoStreams());
     const Format format;
-    EXPECT_EQ(opened->getTrackMetaData(format, 0, ~kExtensiveMetaData), AMEDIA_OK);
-    EXPECT_EQ(format.int64(AMEDIAFORMAT_KEY_THUMBNAIL_TIME), std::nullopt);
+    EXPECT_EQ(opened->getTrackMetaData(format, 1, kExtensiveMetaData), AMEDIA_OK);
+    EXPECT_EQ(format.int64(AMEDIAFORMAT_KEY_THUMBNAIL_TIME), 0);
+    EXPECT_THAT(mEvents.lines(),
+                ElementsAre(infoLine("Extractor return getTrackerMetaData index = 1\n"),
+                            infoLine("getTrackMetaData mime:audio/raw"),
+                            infoLine("getTrackMetaData, set thumbnail time")));
 }
 
 TEST_F(ExtractorTest, GettingAVideoTrackLogsItsTiming) {
@@ -256,6 +145,15 @@ TEST_F(ExtractorTest, GettingAnAudioTrackLogsItsSampleRate) {
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("getTrack index = 1"),
                                              infoLine("getTrack: isAudio type[5],sampleRate =8000"),
                                              infoLine("getTrack mSerialNo = 3")));
+}
+
+TEST_F(ExtractorTest, ASampleRateOf2To31OrMoreIsLoggedAsANegativeOne) {
+    AudioHeader header;
+    header.samplesPerUnit = 0xFFFFFFFF;
+    OgmFile file;
+    file.addHeader(1, header);
+    const auto track = open(file)->track(0);
+    EXPECT_TRUE(mEvents.holds(infoLine("getTrack: isAudio type[5],sampleRate =-1")));
 }
 
 TEST_F(ExtractorTest, GettingAnMpegAudioTrackSwitchesItsFramingOn) {
@@ -287,6 +185,25 @@ TEST_F(ExtractorTest, DestroyingTheExtractorLogsIt) {
         mEvents.clear();
     }
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("~OgmExtractor")));
+}
+
+TEST_F(ExtractorTest, TheDurationStandsInEveryFormat) {
+    OgmFile file = twoStreams();
+    file.addData(kVideoSerialNo, 3000, {0});
+    auto source = sourceOf(file);
+    source->setReportedSize(650520);
+    OpenedFile opened = open(std::move(source));
+    EXPECT_EQ(opened->fileFormat().int64(AMEDIAFORMAT_KEY_DURATION), 120000000);
+    EXPECT_EQ(opened->trackFormat(0).int64(AMEDIAFORMAT_KEY_DURATION), 120000000);
+    EXPECT_EQ(opened->trackFormat(1).int64(AMEDIAFORMAT_KEY_DURATION), 120000000);
+}
+
+TEST_F(ExtractorTest, ASizeThatASourceStoresBeforeItFailsIsTakenAllTheSame) {
+    auto source = sourceOf(twoStreams());
+    source->setReportedSize(-1);
+    source->setSizeStatus(-1010);
+    open(std::move(source));
+    EXPECT_TRUE(mEvents.holds(infoLine("parseMaxTime: mDataSourceSize=-1, searchOffset=-650521")));
 }
 
 TEST_F(ExtractorTest, TheSizeIsZeroWhenItCannotBeHad) {

@@ -27,16 +27,6 @@ TEST_F(LifecycleTest, StoppingTheOnlyTrackLeavesNoneSelected) {
                 ElementsAre(infoLine("OgmTrack:[stop] mSerialNo[7]\n"), stopLine(7, -1)));
 }
 
-TEST_F(LifecycleTest, StoppingTwiceIsHarmless) {
-    OpenedFile opened = openQuietly(fileWith({7, 3}));
-    auto first = opened->startedTrack(0);
-    auto second = opened->startedTrack(1);
-    mEvents.clear();
-    EXPECT_EQ(first->stop(), AMEDIA_OK);
-    EXPECT_EQ(first->stop(), AMEDIA_OK);
-    EXPECT_THAT(mEvents.linesBeginning("trackStop"), ElementsAre(stopLine(7, 3), stopLine(7, 3)));
-}
-
 TEST_F(LifecycleTest, StoppingTheSelectedTrackSelectsTheSmallestSerialNumberLeft) {
     OpenedFile opened = openQuietly(fileWith({5, 7, 3}));
     auto five = opened->startedTrack(0);
@@ -320,13 +310,6 @@ TEST_F(LifecycleTest, StoppingTheFirstTrackOfAnIndexUnregistersTheSecond) {
     }
     EXPECT_EQ(other->readAt(0).status, AMEDIA_OK);
     EXPECT_EQ(second->read().status, AMEDIA_ERROR_END_OF_STREAM);
-}
-
-TEST_F(LifecycleTest, AnExtractorIsFreedWithoutEverMakingATrack) {
-    OpenedFile opened = openQuietly(fileWith({7}));
-    mEvents.clear();
-    { const Extractor dropped = std::move(opened.extractor); }
-    EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("~OgmExtractor")));
 }
 
 }  // namespace

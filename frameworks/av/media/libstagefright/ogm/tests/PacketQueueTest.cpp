@@ -22,20 +22,9 @@ Bytes frame(uint32_t index, size_t size = 3) {
 /** How packets are assembled, queued and stamped, seen in the log and in what comes out. */
 class PacketQueueTest : public PluginTest {
   protected:
-    static OgmFile videoFile(uint64_t timeUnit = 400000) {
-        VideoHeader header;
-        header.timeUnit = timeUnit;
+    static OgmFile videoFile() {
         OgmFile file;
-        file.addHeader(kSerialNo, header);
-        return file;
-    }
-
-    static OgmFile audioFile(const char* tag, uint64_t sampleRate) {
-        AudioHeader header;
-        header.subtype = tag;
-        header.samplesPerUnit = sampleRate;
-        OgmFile file;
-        file.addHeader(kSerialNo, header);
+        file.addHeader(kSerialNo, VideoHeader());
         return file;
     }
 
@@ -45,15 +34,6 @@ class PacketQueueTest : public PluginTest {
         auto track = opened->startedTrack(0);
         mEvents.clear();
         return track->drain();
-    }
-
-    std::vector<int64_t> timesOf(const std::vector<ReadResult>& results) {
-        std::vector<int64_t> times;
-        times.reserve(results.size());
-        for (const ReadResult& result : results) {
-            times.push_back(result.timeUs.value_or(-1));
-        }
-        return times;
     }
 };
 
@@ -73,70 +53,12 @@ TEST_F(PacketQueueTest, APacketOverThreePagesComesOutWholeWithTheTimeOfItsFirstP
             "packet info:isVideo:1,index:1,GranulePosition:25,serialNo:1,timeUs:1000000")));
 }
 
-TEST_F(PacketQueueTest, AVideoTimeIsTheGranuleOfThePageBeforeInFrames) {
-    OgmFile file = videoFile(400000);
-    file.addPages(kSerialNo, {frame(0), frame(1), frame(2), frame(3)}, 25);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 1000000));
-    EXPECT_TRUE(
-            mEvents.holds(infoLine("mTimeUnit, timeUs = 1040000, size = "
-                                   "4,mPreGranulePosition:26,mCurrentPageSamplesOut:0\n")));
-}
-
-TEST_F(PacketQueueTest, AVideoTimeIsTruncatedToMicroseconds) {
-    OgmFile file = videoFile(333667);
-    file.addPages(kSerialNo, {frame(0), frame(1), frame(2), frame(3)}, 1);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 33366));
-}
-
 TEST_F(PacketQueueTest, VideoPacketsOfOnePageShareItsTime) {
     OgmFile file = videoFile();
     file.addPages(kSerialNo, {frame(0)}, 1);
     file.add(OggPage(kSerialNo).granule(4).packet(frame(1)).packet(frame(2)).packet(frame(3)));
     file.addPages(kSerialNo, {frame(4), frame(5)}, 5);
     EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 40000, 40000, 40000));
-}
-
-TEST_F(PacketQueueTest, AVideoTimeUnitWithBit31SetIsSignExtended) {
-    // -10 as a signed number: (1 x -10) / 10 in unsigned 64-bit arithmetic.
-    OgmFile file = videoFile(0xFFFFFFF6);
-    file.addPages(kSerialNo, {frame(0), frame(1), frame(2), frame(3)}, 1);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 1844674407370955160));
-}
-
-TEST_F(PacketQueueTest, AVideoTrackWithoutTimeUnitStampsEverythingZeroAndLogsNoTime) {
-    OgmFile file = videoFile(0);
-    file.addPages(kSerialNo, {frame(0), frame(1), frame(2), frame(3)}, 25);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 0));
-    EXPECT_THAT(mEvents.linesBeginning("mTimeUnit"), IsEmpty());
-    EXPECT_THAT(mEvents.linesBeginning("mSampleRate"), IsEmpty());
-}
-
-TEST_F(PacketQueueTest, AnAudioTimeIsTheGranuleOfThePageBeforeInSamples) {
-    OgmFile file = audioFile("00FF", 44100);
-    file.addPages(kSerialNo, {audioPacket({1, 2})}, 44100);
-    file.addPages(kSerialNo, {audioPacket({3, 4}), audioPacket({5, 6}), audioPacket({7, 8})},
-                  88200);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 1000000));
-    EXPECT_TRUE(mEvents.holds(infoLine("mSampleRate, timeUs = 1000000,size = 5\n")));
-    EXPECT_TRUE(mEvents.holds(infoLine(
-            "packet info:isVideo:0,index:1,GranulePosition:44100,serialNo:1,timeUs:1000000")));
-}
-
-TEST_F(PacketQueueTest, AnAudioTrackWithoutSampleRateStampsEverythingZeroAndLogsNoTime) {
-    OgmFile file = audioFile("0001", 0);
-    file.addPages(kSerialNo, {audioPacket({1, 2}), audioPacket({3, 4}), audioPacket({5, 6})},
-                  44100);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0));
-    EXPECT_THAT(mEvents.linesBeginning("mSampleRate"), IsEmpty());
-}
-
-TEST_F(PacketQueueTest, ANegativeSampleRateIsSignExtendedForTheDivision) {
-    // A divisor close to 2^64 leaves nothing of any granule position.
-    OgmFile file = audioFile("0001", 0xFFFFFFFF);
-    file.addPages(kSerialNo, {audioPacket({1, 2}), audioPacket({3, 4}), audioPacket({5, 6})},
-                  44100);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0));
-    EXPECT_TRUE(mEvents.holds(infoLine("mSampleRate, timeUs = 0,size = 5\n")));
 }
 
 TEST_F(PacketQueueTest, ALowerGranuleDropsThePacketsOfItsPageAndRestartsFromZero) {
@@ -153,47 +75,6 @@ TEST_F(PacketQueueTest, ALowerGranuleDropsThePacketsOfItsPageAndRestartsFromZero
     EXPECT_EQ(mEvents.count(errorLine(kNotValid)), 1U);
 }
 
-TEST_F(PacketQueueTest, AGranuleThatFallsToZeroDropsNothing) {
-    OgmFile file = videoFile();
-    file.addPages(kSerialNo, {frame(0)}, 25);
-    file.addPages(kSerialNo, {frame(1), frame(2), frame(3)}, 0);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 0));
-    EXPECT_EQ(mEvents.count(infoLine(" *****Track Type[22] GranulePosition Error*****")), 1U);
-    EXPECT_THAT(mEvents.linesBeginning(" *****Track Type[22] update GP"), IsEmpty());
-    EXPECT_EQ(mEvents.count(errorLine(kNotValid)), 0U);
-}
-
-TEST_F(PacketQueueTest, AnEqualGranuleIsNoError) {
-    OgmFile file = videoFile();
-    file.addPages(kSerialNo, {frame(0)}, 25);
-    file.addPages(kSerialNo, {frame(1)}, 25);
-    file.addPages(kSerialNo, {frame(2), frame(3)}, 25);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 1000000));
-    EXPECT_THAT(mEvents.linesBeginning(" *****Track"), IsEmpty());
-}
-
-TEST_F(PacketQueueTest, ADroppedAudioPacketIsLoggedAsInformation) {
-    OgmFile file = audioFile("0001", 8000);
-    file.addPages(kSerialNo, {audioPacket({1, 2})}, 8000);
-    file.addPages(kSerialNo, {audioPacket({3, 4}), audioPacket({5, 6}), audioPacket({7, 8})}, 10);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0));
-    EXPECT_EQ(mEvents.count(infoLine(kNotValid)), 1U);
-    EXPECT_EQ(mEvents.count(infoLine(" *****Track Type[5] update GP 0, 10*****")), 1U);
-}
-
-TEST_F(PacketQueueTest, AGranuleOfAllOnesCountsLikeAnyOther) {
-    OgmFile file = videoFile();
-    file.addPages(kSerialNo, {frame(0)}, 25);
-    file.addPages(kSerialNo, {frame(1)}, kNoGranule);
-    file.addPages(kSerialNo, {frame(2)}, 27);
-    file.addPages(kSerialNo, {frame(3), frame(4), frame(5)}, 28);
-    const auto results = drain(file);
-    EXPECT_THAT(timesOf(results), ElementsAre(0, 1000000, 1080000));
-    EXPECT_EQ(results[2].bytes, pattern(3, 3));
-    EXPECT_EQ(mEvents.count(infoLine(" *****Track Type[22] GranulePosition Error*****")), 1U);
-    EXPECT_EQ(mEvents.count(infoLine(" *****Track Type[22] update GP 0, 27*****")), 1U);
-}
-
 TEST_F(PacketQueueTest, BehindJunkTheFirstPageIsTakenForOneInTheMiddleAndItsPacketsDropped) {
     OgmFile file = videoFile();
     file.addJunk(4);
@@ -204,14 +85,6 @@ TEST_F(PacketQueueTest, BehindJunkTheFirstPageIsTakenForOneInTheMiddleAndItsPack
     EXPECT_EQ(results[0].timeUs, 200000);
     EXPECT_EQ(mEvents.count(infoLine(" *****Track Type[22] update GP 0, 5*****")), 1U);
     EXPECT_EQ(mEvents.count(errorLine(kNotValid)), 1U);
-}
-
-TEST_F(PacketQueueTest, BehindJunkAFirstPageOfGranuleZeroIsValid) {
-    OgmFile file = videoFile();
-    file.addJunk(4);
-    file.addPages(kSerialNo, {frame(0), frame(1), frame(2)}, 0);
-    EXPECT_EQ(drain(file).size(), 1U);
-    EXPECT_EQ(mEvents.count(errorLine(kNotValid)), 0U);
 }
 
 TEST_F(PacketQueueTest, TheContinuationOfADroppedPacketEndsUpAtTheTailOfThePacketBefore) {
@@ -238,62 +111,17 @@ TEST_F(PacketQueueTest, AContinuationIsAppendedEvenOnAPageWhoseGranuleIsNotValid
     EXPECT_EQ(results[1].bytes, pattern(299, 9));
 }
 
-TEST_F(PacketQueueTest, ATailWithoutABeginningIsForgottenWhenTheFirstPacketStarts) {
-    OgmFile file = videoFile();
-    file.add(OggPage(kSerialNo).granule(1).continued().packet({9, 9, 9}));
-    file.addPages(kSerialNo, {frame(0), frame(1), frame(2)}, 2);
-    const auto results = drain(file);
-    ASSERT_EQ(results.size(), 1U);
-    EXPECT_EQ(results[0].bytes, pattern(3, 0));
-    // The tail is no packet: the first one begins without closing another.
-    EXPECT_THAT(mEvents.linesBeginning("NumOfVPackets"),
-                ElementsAre(infoLine("NumOfVPackets:2,mPacketsQue size:1")));
-}
-
-TEST_F(PacketQueueTest, TheAssemblyBufferGrowsInStepsOf64KiB) {
-    const Bytes packet = frame(9, kFullPageBody + 999);
-    OgmFile file = videoFile();
-    file.add(OggPage(kSerialNo).granule(1).openPacket(head(packet, kFullPageBody)));
-    file.add(OggPage(kSerialNo).granule(2).continued().packet(tail(packet, kFullPageBody)));
-    file.addPages(kSerialNo, {frame(1), frame(2)}, 3);
-    const auto results = drain(file);
-    ASSERT_EQ(results.size(), 1U);
-    EXPECT_EQ(results[0].bytes, pattern(kFullPageBody + 999, 9));
-    EXPECT_THAT(mEvents.linesBeginning("Track Tyep"),
-                ElementsAre(infoLine("Track Tyep[22] resizing mPacketBuff to size 65536"),
-                            infoLine("Track Tyep[22] resizing mPacketBuff to size 131072")));
-}
-
-TEST_F(PacketQueueTest, AnEmptyFirstPieceMakesABufferWithoutCapacity) {
-    OgmFile file = videoFile();
-    file.addPages(kSerialNo, {{}, frame(1), frame(2)});
-    drain(file);
-    EXPECT_THAT(mEvents.linesBeginning("Track Tyep"),
-                ElementsAre(infoLine("Track Tyep[22] resizing mPacketBuff to size 0"),
-                            infoLine("Track Tyep[22] resizing mPacketBuff to size 65536")));
-}
-
-TEST_F(PacketQueueTest, AHeaderByteOfEightMakesASyncFrameWhateverTheStreamSays) {
-    VideoHeader header;
-    header.subtype = "FMP4";
-    OgmFile file;
-    file.addHeader(kSerialNo, header);
-    file.addPages(kSerialNo,
-                  {dataPacket(0x08, videoObjectPlane(1)), dataPacket(0x00, videoObjectPlane(0)),
-                   dataPacket(0x00, videoObjectPlane(1)), dataPacket(0x09, videoObjectPlane(1)),
-                   dataPacket(0, {}), dataPacket(0, {})});
-    const auto results = drain(file);
-    ASSERT_EQ(results.size(), 4U);
-    EXPECT_EQ(results[0].isSyncFrame, 1);
-    EXPECT_EQ(results[1].isSyncFrame, 1);
-    EXPECT_EQ(results[2].isSyncFrame, 0);
-    EXPECT_EQ(results[3].isSyncFrame, 0);
-}
-
 /** Packets of audio that is cut into access units; the frames are AC-3 at 48 kHz. */
 class AccessUnitQueueTest : public PacketQueueTest {
   protected:
-    static OgmFile ac3File() { return audioFile("2000", 48000); }
+    static OgmFile ac3File() {
+        AudioHeader header;
+        header.subtype = "2000";
+        header.samplesPerUnit = 48000;
+        OgmFile file;
+        file.addHeader(kSerialNo, header);
+        return file;
+    }
 
     static Bytes ac3(uint32_t seed) {
         Ac3Frame frame;
@@ -339,21 +167,6 @@ TEST_F(AccessUnitQueueTest, PacketsOfOnePageAreSpacedByTheAverageToTheNextPage) 
     // (9416 - 4808) / 3 samples apart.
     file.addPages(kSerialNo, {audioPacket(ac3(4)), audioPacket(ac3(5))}, 9416);
     EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 32000, 64000));
-}
-
-TEST_F(AccessUnitQueueTest, OfTheGranuleAdvanceOfAPageOnlyTheLowEightBitsLimitItsPackets) {
-    // An advance of 18 x 256 counts no packet, one of 18 x 256 + 1 counts the first.
-    for (const uint64_t extra : {0, 1}) {
-        OgmFile file = ac3File();
-        file.add(OggPage(kSerialNo)
-                         .granule(4608 + extra)
-                         .packet(audioPacket(ac3(1)))
-                         .packet(audioPacket(ac3(2)))
-                         .packet(audioPacket(ac3(3))));
-        file.addPages(kSerialNo, {audioPacket(ac3(4)), audioPacket(ac3(5))}, 9216 + extra);
-        const int64_t later = extra == 0 ? 0 : 32000;
-        EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, later, later));
-    }
 }
 
 TEST_F(AccessUnitQueueTest, WithoutANextGranuleTheAverageIsOne) {
@@ -420,14 +233,6 @@ TEST_F(AccessUnitQueueTest, PacketsOfAPageWithAnInvalidGranuleAreDropped) {
     ASSERT_EQ(results.size(), 2U);
     EXPECT_EQ(results[1].bytes, ac3(2));
     EXPECT_EQ(mEvents.count(infoLine(kNotValid)), 1U);
-}
-
-TEST_F(AccessUnitQueueTest, WithoutASampleRateTheTimeIsZero) {
-    OgmFile file = audioFile("2000", 0);
-    file.addPages(kSerialNo, {audioPacket(ac3(0)), audioPacket(ac3(1)), audioPacket(ac3(2))},
-                  48000);
-    EXPECT_THAT(timesOf(drain(file)), ElementsAre(0));
-    EXPECT_EQ(mEvents.count(infoLine("mSampleRate, timeUs = 0,size = 131\n")), 2U);
 }
 
 }  // namespace

@@ -78,12 +78,6 @@ TEST_F(PcmTest, SixteenBitsAreHandedOutAsTheyAre) {
     EXPECT_EQ(firstBytes(16, {1, 2, 3, 4}), (Bytes{1, 2, 3, 4}));
 }
 
-TEST_F(PcmTest, OtherWidthsAreHandedOutAsTheyAre) {
-    EXPECT_EQ(firstBytes(32, {1, 2, 3, 4}), (Bytes{1, 2, 3, 4}));
-    EXPECT_EQ(firstBytes(0, {1, 2, 3, 4}), (Bytes{1, 2, 3, 4}));
-    EXPECT_EQ(firstBytes(20, {1, 2, 3}), (Bytes{1, 2, 3}));
-}
-
 TEST_F(PcmTest, EightBitsBecomeSignedSixteenBits) {
     EXPECT_EQ(firstBytes(8, {0x80, 0x00, 0xFF, 0x7F}),
               (Bytes{0x00, 0x00, 0x00, 0x80, 0x00, 0x7F, 0x00, 0xFF}));
@@ -124,36 +118,37 @@ TEST_F(PcmTest, TheConversionIsLoggedBeforeTheBufferIsHandedOut) {
     EXPECT_EQ(mLines[mLines.size() - 2], kEightBits);
 }
 
-TEST_F(PcmTest, AnEmptyPacketOfEightBitsStaysEmpty) {
-    EXPECT_EQ(firstBytes(8, {}), Bytes{});
-}
-
 TEST_F(PcmTest, TwentyFourBitsLoseTheirLowestByte) {
     EXPECT_EQ(firstBytes(24, {0x01, 0x02, 0x03, 0x04, 0x05, 0x06}),
               (Bytes{0x02, 0x03, 0x05, 0x06}));
-}
-
-TEST_F(PcmTest, ATwentyFourBitSampleCutOffIsDropped) {
-    EXPECT_EQ(firstBytes(24, {1, 2, 3, 4, 5, 6, 7}), (Bytes{2, 3, 5, 6}));
-    EXPECT_EQ(mLines.back(),
-              infoLine("after read mime:audio/raw IsIFrame:0, timeUs:1000000, size:4"));
-}
-
-TEST_F(PcmTest, LessThanOneTwentyFourBitSampleBecomesEmpty) {
-    EXPECT_EQ(firstBytes(24, {1, 2}), Bytes{});
-}
-
-TEST_F(PcmTest, ATwentyFourBitBufferKeepsItsTargetTime) {
-    const auto results = read(24, {1, 2, 3});
-    ASSERT_EQ(results.size(), 2U);
-    EXPECT_EQ(results[0].targetTimeUs, 0);
-    EXPECT_EQ(results[0].timeUs, 0);
 }
 
 TEST_F(PcmTest, OtherCodecsAreNotConverted) {
     EXPECT_EQ(firstBytes(8, {0x80, 0x00, 0xFF}, "0002"), (Bytes{0x80, 0x00, 0xFF}));
     EXPECT_EQ(firstBytes(24, {1, 2, 3}, "00FF"), (Bytes{1, 2, 3}));
     EXPECT_FALSE(mEvents.holds(kEightBits));
+}
+
+TEST_F(PcmTest, TheBitsPerSampleOfTheHeaderAcceptedLastApplyToAllTracks) {
+    // A PCM track of 16 bits becomes one of 8 bits when a later header says so, video or audio.
+    AudioHeader pcm;
+    pcm.bitsPerSample = 16;
+    VideoHeader video;
+    video.bitsPerSample = 8;
+    VideoHeader refused;
+    refused.subtype = "XVID";
+    refused.bitsPerSample = 24;
+    OgmFile file;
+    file.addHeader(1, pcm);
+    file.addHeader(2, video);
+    file.addHeader(3, refused);
+    for (uint64_t i = 1; i <= 3; ++i) {
+        file.addData(1, i * 8, audioPacket({0x80, 0x00}));
+    }
+    OpenedFile opened = open(file);
+    const auto results = opened->startedTrack(0)->drain();
+    ASSERT_EQ(results.size(), 1U);
+    EXPECT_EQ(results[0].bytes, (Bytes{0x00, 0x00, 0x00, 0x80}));
 }
 
 }  // namespace

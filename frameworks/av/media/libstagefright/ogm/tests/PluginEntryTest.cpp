@@ -96,6 +96,16 @@ TEST_F(PluginEntryTest, AHundredBytesWithAVideoHeaderPageAreAccepted) {
                             Event(debugLine("return true confidence: 0.500000"))));
 }
 
+TEST_F(PluginEntryTest, AVorbisHeaderThatWasMetOnTheWayIsReported) {
+    OgmFile file;
+    file.addHeader(1, vorbisIdentificationHeader());
+    EXPECT_EQ(sniffBytes(file.bytes()).creator, nullptr);
+    EXPECT_EQ(mEvents.lines().back(), errorLine("Sniff:parseOgmHeader fail,isVorbisExist=1"));
+    file.addHeader(2, VideoHeader());
+    EXPECT_NE(sniffBytes(file.bytes()).creator, nullptr);
+    EXPECT_TRUE(mEvents.holds(infoLine("sniffOgm OK, isVorbisExist =1")));
+}
+
 TEST_F(PluginEntryTest, ALongFileIsSniffedWithOneReadOf1024Bytes) {
     const OgmFile file = oneVideoOneAudioFile({});
     EXPECT_NE(sniffBytes(file.bytes()).creator, nullptr);

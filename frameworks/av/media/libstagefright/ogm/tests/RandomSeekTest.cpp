@@ -2,12 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <random>
 #include <sstream>
 
 #include "MemorySource.h"
 #include "OgmFile.h"
 #include "Plugin.h"
+#include "Random.h"
 #include "Samples.h"
 #include "SeekModel.h"
 #include "SilentLog.h"
@@ -181,7 +181,8 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
         SCOPED_TRACE("seek to " + std::to_string(timeUs));
         mModel->seek(timeUs);
         const auto expected = mModel->read(0);
-        expectPacket(mTracks[0]->read(SEEK | (mRandom() % 5), timeUs), 0, expected);
+        expectPacket(mTracks[0]->read(SEEK | static_cast<uint32_t>(mRandom.below(5)), timeUs), 0,
+                     expected);
     }
 
     void read(size_t track) {
@@ -192,9 +193,9 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
     /** Reads at random tracks; a seek of another track than the selected one is a mere read. */
     void readSome(size_t count) {
         for (size_t i = 0; i < count && !HasFailure(); ++i) {
-            const size_t track = mRandom() % mTracks.size();
+            const size_t track = mRandom.below(mTracks.size());
             SCOPED_TRACE("read " + std::to_string(i) + " of track " + std::to_string(track));
-            if (track != 0 && mRandom() % 4 == 0) {
+            if (track != 0 && mRandom.happens(1, 4)) {
                 const auto expected = mModel->read(track);
                 expectPacket(mTracks[track]->readAt(randomTime()), track, expected);
             } else {
@@ -207,7 +208,7 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
 
     int64_t randomTime() {
         const auto range = static_cast<uint64_t>(endUs() + 4000000);
-        return static_cast<int64_t>(mRandom() % range) - 2000000;
+        return static_cast<int64_t>(mRandom.below(range)) - 2000000;
     }
 
     /** The times that deserve a seek of their own. */
@@ -238,7 +239,7 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
     Extractor mExtractor;
     std::vector<std::unique_ptr<Track>> mTracks;
     std::optional<SeekModel> mModel;
-    std::mt19937_64 mRandom{20240917};
+    Random mRandom{20240917};
 };
 
 TEST_P(RandomSeekTest, TheStraightRunGivesThePacketsOfTheFile) {
@@ -267,7 +268,7 @@ TEST_P(RandomSeekTest, HundredsOfRandomSeeksGiveThePacketsOfTheStraightRun) {
         const int64_t timeUs = randomTime();
         seek(timeUs);
         SCOPED_TRACE("after the seek to " + std::to_string(timeUs));
-        readSome(mRandom() % kMaxReads);
+        readSome(mRandom.below(kMaxReads));
         ASSERT_FALSE(HasFailure());
     }
 }

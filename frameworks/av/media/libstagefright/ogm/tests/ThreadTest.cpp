@@ -5,12 +5,12 @@
 #include <functional>
 #include <future>
 #include <memory>
-#include <random>
 #include <thread>
 
 #include "MemorySource.h"
 #include "OgmFile.h"
 #include "Plugin.h"
+#include "Random.h"
 #include "SeekFiles.h"
 #include "SilentLog.h"
 
@@ -121,9 +121,9 @@ TEST_F(ThreadTest, SeeksOfTheSelectedTrackDisturbNoReadOfAnother) {
             --reading;
         }));
     }
-    std::mt19937 random(1);
+    Random random;
     for (int i = 0; i < 50 || reading > 0; ++i) {
-        const auto timeUs = static_cast<int64_t>(random() % 55) * kSecond;
+        const auto timeUs = static_cast<int64_t>(random.below(55)) * kSecond;
         const ReadResult result = mTracks[0]->readAt(timeUs);
         // Sync frames lie two seconds apart, so one is found without a step back.
         EXPECT_EQ(result.status, AMEDIA_OK) << timeUs;
@@ -142,10 +142,10 @@ TEST_F(ThreadTest, SeeksOfAllTracksAtOnceAreServedOneAfterTheOther) {
     std::vector<std::future<void>> seekers;
     for (size_t i = 0; i < kStreams; ++i) {
         seekers.push_back(std::async(std::launch::async, [track = mTracks[i].get(), i] {
-            std::mt19937 random(static_cast<uint32_t>(i));
+            Random random(i);
             for (int round = 0; round < 100; ++round) {
                 const ReadResult result =
-                        track->readAt(static_cast<int64_t>(random() % 70) * kSecond);
+                        track->readAt(static_cast<int64_t>(random.below(70)) * kSecond);
                 if (result.hasBuffer) {
                     EXPECT_EQ(result.bytes, payload(i, indexIn(result.bytes)));
                 }

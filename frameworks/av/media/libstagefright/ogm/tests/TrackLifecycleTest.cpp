@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
-#include "PluginTest.h"
+#include "LifecycleFixture.h"
 #include "ScopedProperty.h"
 
 namespace android::ogm::test {
@@ -9,11 +9,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-LogLine stopped(int serialNo, int selectedSerialNo) {
-    return infoLine(
-            formatted("trackStop:serialNo=%d, mSelectedSerialNo=%d", serialNo, selectedSerialNo));
-}
 
 class TrackLifecycleTest : public PluginTest {
   protected:
@@ -40,115 +35,6 @@ TEST_F(TrackLifecycleTest, StartIsLoggedAndLeavesARegisteredTrackAlone) {
     EXPECT_THAT(mEvents.events(), ElementsAre(Event(infoLine("OgmTrack:[start] mSerialNo[3]\n"))));
 }
 
-TEST_F(TrackLifecycleTest, StopIsLoggedWithTheSelectionItLeaves) {
-    OpenedFile opened = open(streams({3}));
-    const auto track = opened->track(0);
-    mEvents.clear();
-    EXPECT_EQ(track->stop(), AMEDIA_OK);
-    EXPECT_THAT(mEvents.lines(),
-                ElementsAre(infoLine("OgmTrack:[stop] mSerialNo[3]\n"), stopped(3, -1)));
-}
-
-TEST_F(TrackLifecycleTest, ATrackDestroyedWithoutAStopStopsItself) {
-    OpenedFile opened = open(streams({3}));
-    auto track = opened->startedTrack(0);
-    mEvents.clear();
-    track.reset();
-    EXPECT_THAT(
-            mEvents.lines(),
-            ElementsAre(infoLine("Track Type[22] destroy\n"), infoLine("~OgmTrack call stop()!"),
-                        infoLine("OgmTrack:[stop] mSerialNo[3]\n"), stopped(3, -1)));
-}
-
-TEST_F(TrackLifecycleTest, AStoppedTrackIsDestroyedWithoutAnotherStop) {
-    OpenedFile opened = open(streams({3}));
-    auto track = opened->startedTrack(0);
-    track->stop();
-    mEvents.clear();
-    track.reset();
-    EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("Track Type[22] destroy\n")));
-}
-
-TEST_F(TrackLifecycleTest, StoppingTheSelectedTrackSelectsTheSmallestOfTheOthers) {
-    OpenedFile opened = open(streams({5, 7, 3}));
-    const auto selected = opened->track(0);
-    const auto seven = opened->track(1);
-    const auto three = opened->track(2);
-    mEvents.clear();
-    selected->stop();
-    three->stop();
-    seven->stop();
-    EXPECT_THAT(mEvents.linesBeginning("trackStop"),
-                ElementsAre(stopped(5, 3), stopped(3, 7), stopped(7, -1)));
-}
-
-TEST_F(TrackLifecycleTest, SerialNumbersAreOrderedAsUnsignedNumbers) {
-    OpenedFile opened = open(streams({9, 0x80000000, 10}));
-    const auto selected = opened->track(0);
-    const auto large = opened->track(1);
-    const auto ten = opened->track(2);
-    mEvents.clear();
-    selected->stop();
-    ten->stop();
-    EXPECT_THAT(mEvents.linesBeginning("trackStop"),
-                ElementsAre(stopped(9, 10), stopped(10, -2147483647 - 1)));
-}
-
-TEST_F(TrackLifecycleTest, StoppingAnotherTrackKeepsTheSelection) {
-    OpenedFile opened = open(streams({7, 3}));
-    const auto selected = opened->track(0);
-    const auto other = opened->track(1);
-    mEvents.clear();
-    other->stop();
-    other->stop();  // it is not registered any more
-    EXPECT_THAT(mEvents.linesBeginning("trackStop"), ElementsAre(stopped(3, 7), stopped(3, 7)));
-}
-
-TEST_F(TrackLifecycleTest, AStartAfterAStopRegistersTheTrackAgainAndASecondOneIsAnError) {
-    OpenedFile opened = open(streams({3}));
-    const auto track = opened->track(0);
-    track->stop();
-    mEvents.clear();
-    EXPECT_EQ(track->start(), AMEDIA_OK);
-    EXPECT_EQ(track->start(), AMEDIA_OK);
-    EXPECT_THAT(mEvents.lines(),
-                ElementsAre(infoLine("OgmTrack:[start] mSerialNo[3]\n"),
-                            infoLine("OgmTrack:[start] mSerialNo[3]\n"),
-                            errorLine("[start] Error, the serialNo[3] is already started!!!")));
-}
-
-TEST_F(TrackLifecycleTest, AStartWithoutAnySelectionSelectsTheTrack) {
-    OpenedFile opened = open(streams({3, 7}));
-    const auto three = opened->track(0);
-    const auto seven = opened->track(1);
-    three->stop();
-    seven->stop();  // nothing is selected now
-    seven->start();
-    three->start();
-    mEvents.clear();
-    three->stop();
-    EXPECT_TRUE(mEvents.holds(stopped(3, 7)));
-}
-
-TEST_F(TrackLifecycleTest, ATrackStartedAgainGoesOnReading) {
-    OpenedFile opened = open(streams({3}));
-    const auto track = opened->startedTrack(0);
-    ASSERT_EQ(track->read().timeUs, 0);
-    track->stop();
-    track->start();
-    EXPECT_EQ(track->read().timeUs, 40000);
-    // 30 pages, of which the last is not cut and the one before stays open.
-    EXPECT_EQ(track->readAll().size(), 26U);
-}
-
-TEST_F(TrackLifecycleTest, AStoppedTrackIsServedFromItsQueueAndReceivesNothing) {
-    OpenedFile opened = open(streams({3}));
-    const auto track = opened->startedTrack(0);
-    ASSERT_EQ(track->read().status, AMEDIA_OK);  // nine packets stay in the queue
-    track->stop();
-    EXPECT_EQ(track->readAll().size(), 8U);
-}
-
 TEST_F(TrackLifecycleTest, ATrackStoppedStartedAndDestroyedStaysRegistered) {
     OpenedFile opened = open(streams({3, 7}));
     auto three = opened->startedTrack(0);
@@ -162,23 +48,7 @@ TEST_F(TrackLifecycleTest, ATrackStoppedStartedAndDestroyedStaysRegistered) {
     // The pages of the destroyed track are met and its packets dropped.
     EXPECT_THAT(seven->readAll(), ::testing::Not(IsEmpty()));
     seven->stop();
-    EXPECT_TRUE(mEvents.holds(stopped(7, 3)));
-}
-
-TEST_F(TrackLifecycleTest, ASecondTrackOfOneStreamTakesOverItsPackets) {
-    OpenedFile opened = open(streams({3}));
-    const auto first = opened->startedTrack(0);
-    const auto second = opened->startedTrack(0);
-    EXPECT_EQ(second->read().status, AMEDIA_OK);
-    EXPECT_EQ(first->read().status, AMEDIA_ERROR_END_OF_STREAM);
-}
-
-TEST_F(TrackLifecycleTest, DestroyingOneOfTwoTracksOfAStreamUnregistersItsSerialNumber) {
-    OpenedFile opened = open(streams({3}));
-    auto first = opened->startedTrack(0);
-    const auto second = opened->startedTrack(0);
-    first.reset();
-    EXPECT_EQ(second->read().status, AMEDIA_ERROR_END_OF_STREAM);
+    EXPECT_TRUE(mEvents.holds(stopLine(7, 3)));
 }
 
 TEST_F(TrackLifecycleTest, ATrackNeverStartedReceivesPackets) {
@@ -250,20 +120,6 @@ TEST_F(TrackLifecycleTest, UpTo64BuffersAreOutAtOnce) {
     EXPECT_EQ(std::unique(kept.begin(), kept.end()), kept.end());
     for (CMediaBuffer* buffer : kept) {
         Track::release(buffer);
-    }
-}
-
-TEST_F(TrackLifecycleTest, ManyRoundsOfStartAndStopLoseNothing) {
-    OpenedFile opened = open(streams({3}));
-    const auto track = opened->track(0);
-    std::vector<int64_t> times;
-    for (int round = 0; round < 20; ++round) {
-        track->start();
-        times.push_back(track->read().timeUs.value_or(-1));
-        track->stop();
-    }
-    for (size_t i = 0; i < times.size(); ++i) {
-        EXPECT_EQ(times[i], static_cast<int64_t>(i) * 40000);
     }
 }
 

@@ -6,13 +6,14 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <vector>
 
+#include "Views.h"
 #include "base/ByteView.h"
 
 namespace android::ogm::fuzz {
 
-using Bytes = std::vector<uint8_t>;
+using test::Bytes;
+using test::bytesOf;
 
 /** Bytes in a heap block of exactly their size, so that reading one too many is seen. */
 class ExactBlock {
@@ -64,9 +65,5 @@ class InputReader {
   private:
     ByteView mRest;
 };
-
-inline Bytes bytesOf(ByteView view) {
-    return Bytes(view.data(), view.data() + view.size());
-}
 
 }  // namespace android::ogm::fuzz

@@ -4,13 +4,15 @@
 #include <media/NdkMediaFormatZor.h>
 #include <media/stagefright/MediaDefs.h>
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "ElementaryStreams.h"
-#include "PluginTest.h"
+#include "Format.h"
+#include "PagesTest.h"
+#include "stream/CodecConfig.h"
+#include "stream/HeaderPages.h"
 
 namespace android::ogm::test {
 
@@ -53,9 +55,20 @@ inline ReadCall readOf(size_t offset, size_t size) {
     return {static_cast<int64_t>(offset), size, static_cast<ssize_t>(size)};
 }
 
-/** What is learnt from the first data pages while a file is opened. */
-class CodecConfigFixture : public PluginTest {
+/** What is learnt from the first data pages of a file. */
+class CodecConfigFixture : public PagesTest {
   protected:
+    /** Completes the formats of a file's streams; what happens before is not recorded. */
+    void collect(std::unique_ptr<MemorySource> source) {
+        mStreams.emplace();
+        const int64_t firstDataPage = parseHeaderPages(openPages(std::move(source)), &*mStreams);
+        mEvents.clear();
+        collectCodecConfigs(*mPages, *mStreams, firstDataPage);
+    }
+    void collect(const OgmFile& file) {
+        collect(std::make_unique<MemorySource>(file.bytes(), &mEvents));
+    }
+
     /** A file whose first stream is MPEG-4 video. */
     static OgmFile videoFile() {
         OgmFile file;
@@ -97,32 +110,23 @@ class CodecConfigFixture : public PluginTest {
         events.emplace_back(readOf(offset + page.bodyOffset(), payload));
     }
 
-    /** All events from the line that begins with `prefix` on. */
-    std::vector<Event> eventsFrom(const std::string& prefix) const {
-        std::vector<Event> events = mEvents.events();
-        const auto begins = [&](const Event& event) {
-            const auto* line = std::get_if<LogLine>(&event);
-            return line != nullptr && line->text.compare(0, prefix.size(), prefix) == 0;
-        };
-        events.erase(events.begin(), std::find_if(events.begin(), events.end(), begins));
-        return events;
-    }
-    std::vector<Event> videoEvents() const { return eventsFrom("OGV_VIDEO_MP4:TYPE:"); }
-    std::vector<Event> audioEvents() const { return eventsFrom("MPEG audio, type:"); }
-
     static void addLines(std::vector<Event>& events, std::initializer_list<const char*> texts) {
         for (const char* text : texts) {
             events.emplace_back(infoLine(text));
         }
     }
 
-    static std::optional<Bytes> esdsOf(const OpenedFile& opened, size_t index = 0) {
-        return opened.extractor.trackFormat(index).buffer(AMEDIAFORMAT_KEY_ESDS);
+    AMediaFormat* formatAt(size_t index) { return (*mStreams)[index].mFormat.get(); }
+
+    std::optional<Bytes> esdsAt(size_t index = 0) {
+        return bufferOf(formatAt(index), AMEDIAFORMAT_KEY_ESDS);
     }
-    static std::optional<Bytes> configurationOf(const OpenedFile& opened, size_t index = 0) {
-        const auto esds = esdsOf(opened, index);
+    std::optional<Bytes> configurationAt(size_t index = 0) {
+        const auto esds = esdsAt(index);
         return esds ? std::optional(tail(*esds, kEsdsHeaderSize)) : std::nullopt;
     }
+
+    std::optional<StreamTable> mStreams;
 };
 
 }  // namespace android::ogm::test

@@ -39,6 +39,14 @@ bool ReadCall::operator==(const ReadCall& other) const {
     return offset == other.offset && size == other.size && result == other.result;
 }
 
+std::vector<Event> joinedEvents(std::initializer_list<std::vector<Event>> parts) {
+    std::vector<Event> all;
+    for (const std::vector<Event>& part : parts) {
+        all.insert(all.end(), part.begin(), part.end());
+    }
+    return all;
+}
+
 std::ostream& operator<<(std::ostream& stream, const LogLine& line) {
     constexpr char kLetters[] = "??VDIWEF";
     return stream << kLetters[line.priority & 7] << ' ' << line.tag << ": \"" << line.text << '"';

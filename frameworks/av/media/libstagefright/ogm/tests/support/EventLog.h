@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <mutex>
 #include <ostream>
 #include <string>
@@ -30,6 +31,8 @@ struct ReadCall {
 };
 
 using Event = std::variant<LogLine, ReadCall>;
+
+std::vector<Event> joinedEvents(std::initializer_list<std::vector<Event>> parts);
 
 std::ostream& operator<<(std::ostream& stream, const LogLine& line);
 std::ostream& operator<<(std::ostream& stream, const ReadCall& call);

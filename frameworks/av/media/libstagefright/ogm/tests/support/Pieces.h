@@ -3,13 +3,13 @@
 
 #include <algorithm>
 #include <optional>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "AccessUnit.h"
 #include "Bytes.h"
 #include "CutterDriver.h"
+#include "Random.h"
 #include "ReferenceCutter.h"
 
 /** Ways to cut a stream up, to damage it, and to give it to the cutters. */
@@ -35,10 +35,10 @@ inline std::vector<Bytes> equalPieces(const Bytes& stream, size_t size) {
 /** Pieces of `least` to `most` bytes; the last may be smaller. */
 inline std::vector<Bytes> randomPieces(const Bytes& stream, uint32_t seed, size_t least,
                                        size_t most) {
-    std::mt19937 random(seed);
+    Random random(seed);
     std::vector<Bytes> pieces;
     for (size_t start = 0; start < stream.size(); start += pieces.back().size()) {
-        const size_t size = least + random() % (most - least + 1);
+        const size_t size = least + random.below(most - least + 1);
         pieces.push_back(head(tail(stream, start), size));
     }
     return pieces;
@@ -46,14 +46,14 @@ inline std::vector<Bytes> randomPieces(const Bytes& stream, uint32_t seed, size_
 
 /** Bytes overwritten, left out and put in, most of them taken from `temptations`. */
 inline Bytes damaged(Bytes stream, const Bytes& temptations, uint32_t seed) {
-    std::mt19937 random(seed);
-    const size_t faults = 1 + random() % 40;
+    Random random(seed);
+    const size_t faults = 1 + random.below(40);
     for (size_t i = 0; i < faults; ++i) {
-        const size_t position = random() % stream.size();
+        const size_t position = random.below(stream.size());
         const auto at = stream.begin() + static_cast<ptrdiff_t>(position);
-        const uint8_t byte = random() % 4 == 0 ? static_cast<uint8_t>(random() & 0xFF)
-                                               : temptations[random() % temptations.size()];
-        switch (random() % 3) {
+        const uint8_t byte = random.happens(1, 4) ? static_cast<uint8_t>(random.below(256))
+                                                  : temptations[random.below(temptations.size())];
+        switch (random.below(3)) {
             case 0:
                 *at = byte;
                 break;
@@ -61,7 +61,7 @@ inline Bytes damaged(Bytes stream, const Bytes& temptations, uint32_t seed) {
                 stream.erase(at);
                 break;
             default:
-                stream.insert(at, 1 + random() % 5, byte);
+                stream.insert(at, 1 + random.below(5), byte);
                 break;
         }
     }

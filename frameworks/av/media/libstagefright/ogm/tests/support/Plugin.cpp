@@ -58,6 +58,15 @@ media_status_t Track::start() {
     return start(mGroup->wrap());
 }
 
+std::vector<int64_t> timesOf(const std::vector<ReadResult>& results) {
+    std::vector<int64_t> times;
+    times.reserve(results.size());
+    for (const ReadResult& result : results) {
+        times.push_back(result.timeUs.value_or(-1));
+    }
+    return times;
+}
+
 media_status_t Track::start(CMediaBufferGroup* group) {
     return mTrack->start(mTrack->data, group);
 }

@@ -32,6 +32,9 @@ struct ReadResult {
     size_t capacity = 0;
 };
 
+/** The times of buffers; -1 for one without. */
+std::vector<int64_t> timesOf(const std::vector<ReadResult>& results);
+
 class Track {
   public:
     Track(std::shared_ptr<CMediaExtractor> extractor, CMediaTrack* track);

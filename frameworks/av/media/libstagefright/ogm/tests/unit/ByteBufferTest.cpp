@@ -6,19 +6,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "Bytes.h"
+#include "Views.h"
 
 namespace android::ogm::test {
 namespace {
-
-ByteView viewOf(const Bytes& bytes) {
-    return {bytes.data(), bytes.size()};
-}
-
-Bytes bytesIn(const ByteBuffer& buffer) {
-    const ByteView view = buffer.view();
-    return Bytes(view.data(), view.data() + view.size());
-}
 
 TEST(ByteBufferTest, ANewOneIsEmpty) {
     EXPECT_TRUE(ByteBuffer().empty());
@@ -34,15 +25,15 @@ TEST(ByteBufferTest, AppendingKeepsWhatIsThere) {
     buffer.append(viewOf({3}));
     buffer.append(ByteView());
     buffer.append(viewOf(pattern(5000, 1)));
-    EXPECT_EQ(bytesIn(buffer), joined({{1, 2, 3}, pattern(5000, 1)}));
+    EXPECT_EQ(bytesOf(buffer), joined({{1, 2, 3}, pattern(5000, 1)}));
 }
 
 TEST(ByteBufferTest, DroppingTheFrontKeepsTheRest) {
     ByteBuffer buffer(viewOf({1, 2, 3, 4, 5}));
     buffer.dropFront(2);
-    EXPECT_EQ(bytesIn(buffer), (Bytes{3, 4, 5}));
+    EXPECT_EQ(bytesOf(buffer), (Bytes{3, 4, 5}));
     buffer.append(viewOf({6}));
-    EXPECT_EQ(bytesIn(buffer), (Bytes{3, 4, 5, 6}));
+    EXPECT_EQ(bytesOf(buffer), (Bytes{3, 4, 5, 6}));
     buffer.dropFront(100);
     EXPECT_TRUE(buffer.empty());
 }
@@ -54,7 +45,7 @@ TEST(ByteBufferTest, FilledAndEmptiedForLongItStaysInOneStorage) {
     for (uint32_t i = 2; i < 1000; ++i) {
         buffer.dropFront(100);
         buffer.append(viewOf(pattern(100, i)));
-        ASSERT_EQ(bytesIn(buffer), joined({pattern(100, i - 1), pattern(100, i)}));
+        ASSERT_EQ(bytesOf(buffer), joined({pattern(100, i - 1), pattern(100, i)}));
         ASSERT_GE(buffer.data(), storage);
         ASSERT_LT(buffer.data(), storage + 400);
     }
@@ -64,11 +55,11 @@ TEST(ByteBufferTest, MovingLeavesAnEmptyOneBehind) {
     ByteBuffer from(viewOf({1, 2, 3}));
     from.dropFront(1);
     ByteBuffer to(std::move(from));
-    EXPECT_EQ(bytesIn(to), (Bytes{2, 3}));
+    EXPECT_EQ(bytesOf(to), (Bytes{2, 3}));
     EXPECT_TRUE(from.empty());  // NOLINT(bugprone-use-after-move): it is what is tested
     from.append(viewOf({4}));
-    EXPECT_EQ(bytesIn(from), (Bytes{4}));
-    EXPECT_EQ(bytesIn(to), (Bytes{2, 3}));
+    EXPECT_EQ(bytesOf(from), (Bytes{4}));
+    EXPECT_EQ(bytesOf(to), (Bytes{2, 3}));
 }
 
 TEST(ByteBufferTest, ClearingKeepsTheStorage) {
@@ -93,8 +84,8 @@ TEST(ByteBufferTest, APartLiesInTheSameStorageAndEndsWithTheBytes) {
     ByteBuffer buffer(viewOf({1, 2, 3, 4, 5}));
     const ByteBuffer part = buffer.part(1, 3);
     EXPECT_EQ(part.view().data(), buffer.data() + 1);
-    EXPECT_EQ(bytesIn(part), (Bytes{2, 3, 4}));
-    EXPECT_EQ(bytesIn(buffer.part(3, 100)), (Bytes{4, 5}));
+    EXPECT_EQ(bytesOf(part), (Bytes{2, 3, 4}));
+    EXPECT_EQ(bytesOf(buffer.part(3, 100)), (Bytes{4, 5}));
     EXPECT_TRUE(buffer.part(5, 1).empty());
     EXPECT_TRUE(buffer.part(100, 1).empty());
 }
@@ -106,13 +97,13 @@ TEST(ByteBufferTest, APartKeepsItsBytesWhateverHappensToTheOther) {
     buffer.dropFront(150);
     for (uint32_t i = 2; i < 10; ++i) {
         buffer.append(viewOf(pattern(100, i)));
-        ASSERT_EQ(bytesIn(part), pattern(50, 1)) << i;
+        ASSERT_EQ(bytesOf(part), pattern(50, 1)) << i;
     }
     part.append(viewOf({1, 2, 3}));
-    EXPECT_EQ(bytesIn(part), joined({pattern(50, 1), {1, 2, 3}}));
+    EXPECT_EQ(bytesOf(part), joined({pattern(50, 1), {1, 2, 3}}));
     buffer.dropFront(50);
-    EXPECT_EQ(bytesIn(buffer.part(0, 100)), pattern(100, 2));
-    EXPECT_EQ(bytesIn(part), joined({pattern(50, 1), {1, 2, 3}}));
+    EXPECT_EQ(bytesOf(buffer.part(0, 100)), pattern(100, 2));
+    EXPECT_EQ(bytesOf(part), joined({pattern(50, 1), {1, 2, 3}}));
 }
 
 TEST(ByteBufferTest, APartKeepsItsBytesWhenTheOtherIsClearedAndFilledAgain) {
@@ -121,11 +112,11 @@ TEST(ByteBufferTest, APartKeepsItsBytesWhenTheOtherIsClearedAndFilledAgain) {
     const ByteBuffer part = buffer.part(0, 50);
     buffer.clear();
     buffer.append(viewOf(pattern(50, 9)));
-    EXPECT_EQ(bytesIn(part), pattern(50, 0));
+    EXPECT_EQ(bytesOf(part), pattern(50, 0));
     const ByteBuffer second = buffer.part(0, 50);
     buffer.reset(50);
     std::fill_n(buffer.data(), 50, uint8_t{7});
-    EXPECT_EQ(bytesIn(second), pattern(50, 9));
+    EXPECT_EQ(bytesOf(second), pattern(50, 9));
 }
 
 TEST(ByteBufferTest, TellsWhereItBeginsInItsStorageAndInNoOther) {
@@ -156,7 +147,7 @@ TEST(ByteBufferTest, ResettingToMoreThanThereIsRoomForMakesStorageOfThatSize) {
     EXPECT_EQ(buffer.size(), 5000u);
     const Bytes bytes = pattern(5000, 1);
     std::copy(bytes.begin(), bytes.end(), buffer.data());
-    EXPECT_EQ(bytesIn(buffer), bytes);
+    EXPECT_EQ(bytesOf(buffer), bytes);
 }
 
 TEST(ByteBufferTest, ResettingAnEmptyOneToNoBytesGivesAnAddressToReadTo) {
@@ -171,7 +162,7 @@ TEST(ByteBufferTest, AnEmptiedOneFillsItsWholeStorageAgain) {
     buffer.dropFront(100);
     buffer.append(viewOf(pattern(100, 1)));
     EXPECT_EQ(buffer.data(), storage);
-    EXPECT_EQ(bytesIn(buffer), pattern(100, 1));
+    EXPECT_EQ(bytesOf(buffer), pattern(100, 1));
 }
 
 TEST(SteppedCapacityTest, TheFirstNeedIsRoundedUpTo64KiB) {

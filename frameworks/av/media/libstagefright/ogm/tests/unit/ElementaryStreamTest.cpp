@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "audio/ElementaryStream.h"
 
+#include <functional>
+
 #include "ChildProcess.h"
 #include "CutterDriver.h"
 #include "LogTest.h"
@@ -27,6 +29,89 @@ const ChildResult& listRanEmpty() {
             "frameworks/av/media/libstagefright/ogm/OgmExtractor:499 CHECK(!mRangeInfos.empty()) "
             "failed.");
     return result;
+}
+
+constexpr size_t kSize = 100;
+
+/** The bytes of a stream, and what becomes of them. */
+class ElementaryStreamTest : public LogTest {
+  protected:
+    void append(const Bytes& bytes, int64_t timeUs) {
+        ByteBuffer piece(viewOf(bytes));
+        mStream.append(&piece, timeUs);
+    }
+    Bytes bytes() const { return bytesOf(mStream.view()); }
+    Bytes take(size_t offset, size_t size) {
+        return bytesOf(mStream.takeFrame(offset, size, &mRoom));
+    }
+
+    ElementaryStream mStream;
+    HeapRoom mRoom;
+};
+
+TEST_F(ElementaryStreamTest, PiecesAreJoinedAndTheirRangesKept) {
+    EXPECT_TRUE(mStream.empty());
+    append({1, 2}, 1000);
+    append({}, 2000);
+    append({3}, 3000);
+    EXPECT_EQ(bytes(), (Bytes{1, 2, 3}));
+    EXPECT_EQ(mStream.size(), 3u);
+    EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 2u), Pair(2000, 0u), Pair(3000, 1u)));
+}
+
+TEST_F(ElementaryStreamTest, AFrameIsTakenWithTheBytesInFrontOfItAndItsRangesStay) {
+    append({9, 1, 2, 3}, 1000);
+    append({4}, 2000);
+    EXPECT_EQ(take(1, 2), (Bytes{1, 2}));
+    EXPECT_EQ(bytes(), (Bytes{3, 4}));
+    EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 4u), Pair(2000, 1u)));
+}
+
+TEST_F(ElementaryStreamTest, AFrameKeepsItsBytesWhateverFollows) {
+    for (const bool isFull : {true, false}) {
+        mStream.clear();
+        append(pattern(kSize, 1), 1000);
+        if (!isFull) {
+            append(pattern(kSize, 2), 1000);  // room for more from here on
+        }
+        const ByteBuffer frame = mStream.takeFrame(10, 20, &mRoom);
+        for (uint32_t i = 3; i < 20; ++i) {
+            append(pattern(kSize, i), 1000);
+        }
+        EXPECT_EQ(bytesOf(frame), head(tail(pattern(kSize, 1), 10), 20)) << isFull;
+    }
+}
+
+TEST_F(ElementaryStreamTest, DroppedBytesLeaveTheirRanges) {
+    append({1, 2, 3}, 1000);
+    mStream.dropBytes(2);
+    EXPECT_EQ(bytes(), Bytes{3});
+    mStream.discardBytes();
+    EXPECT_TRUE(mStream.empty());
+    EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 3u)));
+}
+
+TEST_F(ElementaryStreamTest, AStreamThatIsClearedHasNeitherBytesNorRanges) {
+    append({1, 2, 3}, 1000);
+    mStream.clear();
+    EXPECT_TRUE(mStream.empty());
+    EXPECT_THAT(rangesOf(mStream), IsEmpty());
+}
+
+TEST_F(ElementaryStreamTest, WhatWasSearchedIsForgottenWhenBytesGoAndNotWhenTheyCome) {
+    const auto searchedAfter = [this](const std::function<void()>& step) {
+        mStream.clear();
+        append({1, 2, 3, 4}, 1000);
+        mStream.setSearched(3);
+        step();
+        return mStream.searched();
+    };
+    EXPECT_EQ(searchedAfter([this] { append({5}, 2000); }), 3u);
+    EXPECT_EQ(searchedAfter([this] { mStream.fetchTimestamp(1); }), 3u);
+    EXPECT_EQ(searchedAfter([this] { mStream.dropBytes(1); }), 0u);
+    EXPECT_EQ(searchedAfter([this] { take(0, 1); }), 0u);
+    EXPECT_EQ(searchedAfter([this] { mStream.discardBytes(); }), 0u);
+    EXPECT_EQ(searchedAfter([this] { mStream.clear(); }), 0u);
 }
 
 /** Which time is given for bytes that came with times. */

@@ -3,8 +3,8 @@
 
 #include <array>
 
-#include "Bytes.h"
 #include "ChildProcess.h"
+#include "Views.h"
 #include "codec/Ogmavc_utils.h"
 
 namespace android::ogm::test {
@@ -14,7 +14,7 @@ constexpr char kLimit[] =
         "frameworks/av/media/libstagefright/ogm/Ogmavc_utils:768 CHECK_LE( size,0x3fff) failed: ";
 
 Bytes esdsOf(const Bytes& configuration) {
-    const sp<ABuffer> esds = MakeESDS(ByteView(configuration.data(), configuration.size()));
+    const sp<ABuffer> esds = MakeESDS(viewOf(configuration));
     return Bytes(esds->data(), esds->data() + esds->size());
 }
 

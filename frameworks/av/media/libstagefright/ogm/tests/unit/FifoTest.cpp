@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+#include "Random.h"
+
 namespace android::ogm::test {
 namespace {
 
@@ -20,12 +22,11 @@ TEST(FifoTest, ANewOneIsEmpty) {
 TEST(FifoTest, HoldsWhatADequeHoldsWhateverIsPushedAndPopped) {
     Fifo<uint32_t> fifo;
     std::deque<uint32_t> model;
-    uint32_t random = 1;
+    Random random;
     for (uint32_t i = 0; i < 20000; ++i) {
-        random = random * 1664525 + 1013904223;
         // Grows and shrinks in turn, again and again down to nothing.
         const bool isGrowing = i / 500 % 2 == 0;
-        if (model.empty() || (random >> 24 < 160) == isGrowing) {
+        if (model.empty() || random.happens(5, 8) == isGrowing) {
             fifo.emplace_back(uint32_t{i});
             model.emplace_back(i);
         } else {
@@ -37,7 +38,7 @@ TEST(FifoTest, HoldsWhatADequeHoldsWhateverIsPushedAndPopped) {
         if (!model.empty()) {
             ASSERT_EQ(fifo.front(), model.front());
             ASSERT_EQ(fifo.back(), model.back());
-            const size_t index = (random >> 8) % model.size();
+            const size_t index = random.below(model.size());
             ASSERT_EQ(fifo[index], model[index]);
         }
     }

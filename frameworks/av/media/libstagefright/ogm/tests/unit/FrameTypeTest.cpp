@@ -1,25 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "codec/FrameType.h"
 
-#include <gtest/gtest.h>
-
 #include "ElementaryStreams.h"
-#include "EventLog.h"
+#include "LogTest.h"
+#include "Views.h"
 
 namespace android::ogm::test {
 namespace {
 
-class FrameTypeTest : public ::testing::Test {
+class FrameTypeTest : public LogTest {
   protected:
-    static int32_t mpeg4(const Bytes& bytes) {
-        return mpeg4FrameType(ByteView(bytes.data(), bytes.size()));
-    }
-    static int32_t mpeg(const Bytes& bytes) {
-        return mpegFrameType(ByteView(bytes.data(), bytes.size()));
-    }
-
-    EventLog mEvents;
-    LogCapture mCapture{mEvents};
+    static int32_t mpeg4(const Bytes& bytes) { return mpeg4FrameType(viewOf(bytes)); }
+    static int32_t mpeg(const Bytes& bytes) { return mpegFrameType(viewOf(bytes)); }
 };
 
 TEST_F(FrameTypeTest, Mpeg4TypesAreThoseOfTheVopCodingType) {
@@ -43,6 +35,33 @@ TEST_F(FrameTypeTest, AnMpeg4PacketOfFourBytesIsNotSearched) {
 TEST_F(FrameTypeTest, AnEmptyMpeg4PacketIsUnknown) {
     EXPECT_EQ(mpeg4({}), kUnknownFrame);
     EXPECT_EQ(mEvents.lines().size(), 1u);
+}
+
+TEST_F(FrameTypeTest, AnMpeg4PacketWithoutPictureIsLoggedWithItsFirstEightBytes) {
+    EXPECT_EQ(mpeg4({0x00, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0xAB, 0xCD}), kUnknownFrame);
+    EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("can't find MPEG4 frame type from packet data:"
+                                                     " 0 11 22 33 44 55 66 AB ")}));
+}
+
+TEST_F(FrameTypeTest, AnMpeg4StartCodeIsFoundWithAByteAfterIt) {
+    EXPECT_EQ(mpeg4({9, 9, 9, 0, 0, 1, 0xB6}), kUnknownFrame);
+    EXPECT_EQ(mpeg4({9, 9, 9, 0, 0, 1, 0xB6, 0x90}), kBidirectionalFrame);
+}
+
+TEST_F(FrameTypeTest, TheFirstMpeg4PictureOfAPacketIsLookedAt) {
+    EXPECT_EQ(mpeg4(joined({groupOfVop(), videoObjectPlane(2), videoObjectPlane(0)})),
+              kBidirectionalFrame);
+}
+
+TEST_F(FrameTypeTest, BytesThatResembleAStartCodeArePassedOver) {
+    EXPECT_EQ(mpeg4({1, 1, 0, 1, 0xB6, 0x10, 0, 0, 1, 0xB5, 0, 0, 0, 1, 0xB6, 0x90}),
+              kBidirectionalFrame);
+    EXPECT_EQ(mpeg({1, 1, 0, 1, 0, 0, 0x0F, 0, 0, 1, 1, 0, 0, 0, 1, 0, 0, 0x17}), kPredictedFrame);
+}
+
+TEST_F(FrameTypeTest, OnlyThreeBitsOfAnMpegPictureAreTheCodingType) {
+    EXPECT_EQ(mpeg({0, 0, 1, 0, 0xFF, 0xC8}), kIntraFrame);
+    EXPECT_EQ(mpeg({0, 0, 1, 0, 0xFF, 0x27}), kUnknownFrame);
 }
 
 TEST_F(FrameTypeTest, TheWholeMpeg4PacketIsSearched) {

@@ -39,10 +39,12 @@ class OgmTrackTest : public LogTest {
         }
     }
 
-    OgmTrack& startTrack(uint32_t type) {
+    OgmTrack& startTrack(uint32_t type, int64_t timeUnit = 0, int64_t sampleRate = 0) {
         OgmStreamInfo stream;
         stream.mSerialNo = kSerialNo;
         stream.mType = type;
+        stream.mTimeUnit = timeUnit;
+        stream.mSampleRate = sampleRate;
         mTrack = new OgmTrack(&mExtractor, stream, kBitsPerSample, false);
         mTable = wrap(mTrack);
         mTable->start(mTable->data, mGroup.wrap());
@@ -125,6 +127,42 @@ TEST_F(OgmTrackTest, AnAc3FrameOfNoBytesIsTakenOutOfAPacketForEver) {
     EXPECT_EQ(runInChild([&] { append(tooShort, kNewPacket); }, kEndlessCall), returned());
     EXPECT_EQ(runInChild([&] { append(measured, kNewPacket); }, kEndlessCall), returned());
 }
+
+TEST_F(OgmTrackTest, ReframedAudioSaysWhyItRefusesAPacket) {
+    startTrack(OGA_AUDIO_AC3);
+    append({0, 0, 0}, kNewPacket);
+    EXPECT_EQ(mEvents.lines().back(), errorLine("Invalid append buffer size:3"));
+    append({0, 0, 0, 0}, kNewPacket);
+    EXPECT_EQ(mEvents.lines().back(), errorLine("appendAudioData FAIL!"));
+}
+
+/** A stream's timing, and the time that its track has reached at granule position 8000. */
+struct Timing {
+    uint32_t type;
+    int64_t timeUnit;
+    int64_t sampleRate;
+    int64_t timeUs;
+};
+
+class TrackClockTest : public OgmTrackTest, public ::testing::WithParamInterface<Timing> {};
+
+TEST_P(TrackClockTest, RunsByTheFieldsOfItsStreamType) {
+    OgmTrack& track = startTrack(GetParam().type, GetParam().timeUnit, GetParam().sampleRate);
+    track.updateGranulePosition(8000, 1, true);
+    track.updateGranulePosition(9000, 1, true);
+    EXPECT_EQ(track.currentTimeUs(), GetParam().timeUs);
+}
+
+// Video by the low 32 bits of the time unit as a signed number; audio by the sample rate alone.
+INSTANTIATE_TEST_SUITE_P(
+        Streams, TrackClockTest,
+        ::testing::Values(Timing{OGV_VIDEO_H264, 400000, 25, 320000000},
+                          Timing{OGV_VIDEO_H264, (int64_t{1} << 32) + 400000, 25, 320000000},
+                          Timing{OGV_VIDEO_H264, int64_t{1} << 32, 0, 0},
+                          Timing{OGV_VIDEO_H264, 0xFFFFFFF6, 25, 1844674407370947161},
+                          Timing{OGA_AUDIO_PCM, 10000000, 8000, 1000000},
+                          Timing{OGA_AUDIO_PCM, 10000000, -1, 0},
+                          Timing{OGA_AUDIO_PCM, 10000000, 0, 0}));
 
 TEST_F(OgmTrackTest, WithoutATargetTimeNoneIsSet) {
     MediaBufferHelper* buffer = trackWith(OGV_VIDEO_H264, {0x08, 1, 2}).dequeueFrame(kNoTarget);

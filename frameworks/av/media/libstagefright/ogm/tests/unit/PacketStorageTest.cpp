@@ -8,7 +8,8 @@
 #include <memory>
 #include <utility>
 
-#include "Bytes.h"
+#include "Random.h"
+#include "Views.h"
 
 namespace android::ogm::test {
 namespace {
@@ -22,18 +23,13 @@ ByteBuffer filledPacket(PacketStorage& storage, size_t size, uint32_t seed, size
     return packet;
 }
 
-Bytes bytesIn(const ByteBuffer& buffer) {
-    const ByteView view = buffer.view();
-    return Bytes(view.data(), view.data() + view.size());
-}
-
 TEST(PacketStorageTest, PacketsInAQueueKeepTheirBytes) {
     PacketStorage storage;
     std::deque<ByteBuffer> queue;
     for (uint32_t i = 0; i < 2000; ++i) {
         queue.push_back(filledPacket(storage, i * 37 % 20000, i, queue.size()));
         if (queue.size() > kShortQueue) {
-            ASSERT_EQ(bytesIn(queue.front()), pattern(queue.front().size(), i - kShortQueue)) << i;
+            ASSERT_EQ(bytesOf(queue.front()), pattern(queue.front().size(), i - kShortQueue)) << i;
             queue.pop_front();
         }
     }
@@ -48,7 +44,7 @@ TEST(PacketStorageTest, PacketsInALongQueueKeepTheirBytes) {
         queue.push_back(filledPacket(storage, sizeOf(i), i, queue.size()));
     }
     for (uint32_t i = 0; i < kPackets; ++i) {
-        ASSERT_EQ(bytesIn(queue[i]), pattern(sizeOf(i), i)) << i;
+        ASSERT_EQ(bytesOf(queue[i]), pattern(sizeOf(i), i)) << i;
     }
 }
 
@@ -63,7 +59,7 @@ TEST(PacketStorageTest, LargePacketsOfAQueueThatHasBecomeShortKeepTheirBytes) {
         const size_t size = i % 2 == 0 ? 65025 : 100;
         queue.push_back(filledPacket(storage, size, i, queue.size()));
         if (queue.size() > kShortQueue) {
-            ASSERT_EQ(bytesIn(queue.front()), pattern(queue.front().size(), i - kShortQueue)) << i;
+            ASSERT_EQ(bytesOf(queue.front()), pattern(queue.front().size(), i - kShortQueue)) << i;
             queue.pop_front();
         }
     }
@@ -73,21 +69,19 @@ TEST(PacketStorageTest, WhateverIsQueuedKeepsItsBytesHoweverTheQueueGrowsAndShri
     constexpr size_t kLongest = 1500;
     PacketStorage storage;
     std::deque<std::pair<uint32_t, ByteBuffer>> queue;
-    uint32_t random = 1;
+    Random random;
     bool isGrowing = true;
     for (uint32_t i = 0; i < 30000; ++i) {
-        random = random * 1664525 + 1013904223;
-        const uint32_t choice = random >> 24;
         if (queue.empty() || queue.size() > kLongest) {
             isGrowing = queue.empty();
         }
-        if ((choice < 200) == isGrowing) {
-            const size_t size = (random >> 8) % (choice % 4 == 0 ? 65026 : 3000);
+        if (random.happens(3, 4) == isGrowing) {
+            const size_t size = random.below(random.happens(1, 4) ? 65026 : 3000);
             queue.emplace_back(i, filledPacket(storage, size, i, queue.size()));
             storage.giveBack(filledPacket(storage, size / 2, i, queue.size()));
         } else if (!queue.empty()) {
             const auto& [seed, packet] = queue.front();
-            ASSERT_EQ(bytesIn(packet), pattern(packet.size(), seed)) << i;
+            ASSERT_EQ(bytesOf(packet), pattern(packet.size(), seed)) << i;
             queue.pop_front();
         }
     }
@@ -109,7 +103,7 @@ TEST(PacketStorageTest, TheNextPacketTakesThePlaceOfOneThatIsGivenBack) {
     packet.dropFront(7);
     storage.giveBack(std::move(packet));
     EXPECT_EQ(storage.take(300, 1).data(), place);
-    EXPECT_EQ(bytesIn(queued), pattern(100, 1));
+    EXPECT_EQ(bytesOf(queued), pattern(100, 1));
 }
 
 TEST(PacketStorageTest, GivingBackWhatLiesElsewhereChangesNothing) {
@@ -121,7 +115,7 @@ TEST(PacketStorageTest, GivingBackWhatLiesElsewhereChangesNothing) {
     storage.giveBack(ByteBuffer(100));
     const ByteBuffer next = filledPacket(storage, 100, 3, 2);
     EXPECT_NE(next.view().data(), queued.view().data());
-    EXPECT_EQ(bytesIn(first), pattern(100, 1));
+    EXPECT_EQ(bytesOf(first), pattern(100, 1));
 }
 
 TEST(PacketStorageTest, APacketOfMoreThanALargePageKeepsItsBytes) {
@@ -132,7 +126,7 @@ TEST(PacketStorageTest, APacketOfMoreThanALargePageKeepsItsBytes) {
         queue.push_back(storage.take(3001, queue.size()));
     }
     const ByteBuffer large = filledPacket(storage, kLargerThanALargePage, 1, queue.size());
-    EXPECT_EQ(bytesIn(large), pattern(kLargerThanALargePage, 1));
+    EXPECT_EQ(bytesOf(large), pattern(kLargerThanALargePage, 1));
 }
 
 TEST(PacketStorageTest, APacketOfNoBytesHasAnAddressToReadTo) {
@@ -145,16 +139,16 @@ TEST(PacketStorageTest, APacketThatGrowsLeavesItsNeighboursAlone) {
     ByteBuffer first = filledPacket(storage, 5, 1, 0);
     const ByteBuffer second = filledPacket(storage, 50, 2, 1);
     const Bytes more = pattern(100, 3);
-    first.append({more.data(), more.size()});
-    EXPECT_EQ(bytesIn(first), joined({pattern(5, 1), more}));
-    EXPECT_EQ(bytesIn(second), pattern(50, 2));
+    first.append(viewOf(more));
+    EXPECT_EQ(bytesOf(first), joined({pattern(5, 1), more}));
+    EXPECT_EQ(bytesOf(second), pattern(50, 2));
 }
 
 TEST(PacketStorageTest, APacketOutlivesItsStorage) {
     auto storage = std::make_unique<PacketStorage>();
     const ByteBuffer packet = filledPacket(*storage, 100, 1, 0);
     storage.reset();
-    EXPECT_EQ(bytesIn(packet), pattern(100, 1));
+    EXPECT_EQ(bytesOf(packet), pattern(100, 1));
 }
 
 }  // namespace

@@ -2,29 +2,18 @@
 #include "page/PageReader.h"
 
 #include <algorithm>
-#include <memory>
 
-#include "LogTest.h"
-#include "MemorySource.h"
-#include "OgmFile.h"
+#include "PagesTest.h"
 
 namespace android::ogm::test {
 namespace {
 
-class PageReaderTest : public LogTest {
+class PageReaderTest : public PagesTest {
   protected:
-    PageReader& readerOf(const Bytes& bytes) {
-        mSource = std::make_unique<MemorySource>(bytes, &mEvents);
-        mReader.emplace(std::make_unique<DataSourceHelper>(mSource->table()));
-        return *mReader;
-    }
-
     int64_t readPage(const Bytes& bytes, int64_t offset = 0) {
-        return readerOf(bytes).readPage(offset, &mPage);
+        return openPages(bytes).readPage(offset, &mPage);
     }
 
-    std::unique_ptr<MemorySource> mSource;
-    std::optional<PageReader> mReader;
     OgmPage mPage;
 };
 
@@ -62,9 +51,10 @@ TEST_F(PageReaderTest, APageOf255FullLacingValuesHas65307BytesAndNoPackets) {
     EXPECT_EQ(mPage.mNumPackets, 0u);
 }
 
-TEST_F(PageReaderTest, APageWithoutSegmentsHas27BytesAndNoPackets) {
+TEST_F(PageReaderTest, APageWithoutSegmentsHas27BytesAndItsLacingReadAsksForNothing) {
     EXPECT_EQ(readPage(OggPage(1).bytes()), 27);
     EXPECT_EQ(mPage.mNumPackets, 0u);
+    EXPECT_EQ(mEvents.reads(), (std::vector{ReadCall{0, 27, 27}, ReadCall{27, 0, 0}}));
 }
 
 TEST_F(PageReaderTest, FullSegmentsEndNoPacket) {
@@ -90,27 +80,41 @@ TEST_F(PageReaderTest, FewerThan27BytesAreAnIoError) {
               (std::vector{infoLine("failed to read 27 bytesat offset 0x00000000\n")}));
 }
 
+TEST_F(PageReaderTest, TheOffsetOfAHeaderThatIsCutOffIsHexadecimal) {
+    EXPECT_EQ(readPage(filled(228, 0), 228), AMEDIA_ERROR_IO);
+    EXPECT_EQ(mEvents.lines(),
+              (std::vector{infoLine("failed to read 27 bytesat offset 0x000000e4\n")}));
+}
+
 TEST_F(PageReaderTest, AMissingCapturePatternIsMalformed) {
     EXPECT_EQ(readPage(OggPage(1).capturePattern("OgGS").bytes()), AMEDIA_ERROR_MALFORMED);
     EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("Page Starts without signatures\n")}));
 }
 
-TEST_F(PageReaderTest, AnotherVersionIsUnsupported) {
-    EXPECT_EQ(readPage(OggPage(1).version(1).bytes()), AMEDIA_ERROR_UNSUPPORTED);
+TEST_F(PageReaderTest, AnotherVersionIsUnsupportedAndNamedInHexadecimal) {
+    EXPECT_EQ(readPage(OggPage(1).version(0xAB).bytes()), AMEDIA_ERROR_UNSUPPORTED);
+    EXPECT_EQ(mEvents.lines(),
+              (std::vector{infoLine("Version Error, verison should be 0 but AB\n")}));
+}
+
+TEST_F(PageReaderTest, TheVersionIsLookedAtBeforeTheFlags) {
+    EXPECT_EQ(readPage(OggPage(1).version(1).flags(0x80).bytes()), AMEDIA_ERROR_UNSUPPORTED);
     EXPECT_EQ(mEvents.lines(),
               (std::vector{infoLine("Version Error, verison should be 0 but 1\n")}));
 }
 
 TEST_F(PageReaderTest, UndefinedFlagsAreMalformedAndDefinedOnesAreNot) {
     EXPECT_EQ(readPage(OggPage(1).flags(0x08).bytes()), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(mEvents.lines(),
+              (std::vector{infoLine("Flag only bits 0-2 are defined in version 0\n")}));
     EXPECT_EQ(readPage(OggPage(1).flags(0x07).bytes()), 27);
     EXPECT_EQ(readPage(OggPage(1).flags(0xFF).bytes()), AMEDIA_ERROR_MALFORMED);
 }
 
-TEST_F(PageReaderTest, AFailedReadIsMalformedAndNotAnIoError) {
-    readerOf(OggPage(1).bytes());
+TEST_F(PageReaderTest, AFailedHeaderReadIsTakenForAPageWithoutSignature) {
+    openPages(OggPage(1).bytes());
     mSource->setFault(faultAtOffset(0, kReadRefused));
-    EXPECT_EQ(mReader->readPage(0, &mPage), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(mPages->readPage(0, &mPage), AMEDIA_ERROR_MALFORMED);
     EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("Page Starts without signatures\n")}));
 }
 
@@ -127,9 +131,9 @@ TEST_F(PageReaderTest, ARefusedHeaderLeavesThePageUntouched) {
 TEST_F(PageReaderTest, AShortLacingTableIsAnIoErrorThatFillsTheHeaderFields) {
     mPage.mNumPackets = 5;
     mPage.mLacing.fill(9);
-    readerOf(OggPage(1).granule(3).packet({1}).packet({2, 2}).packet({3, 3, 3}).bytes());
+    openPages(OggPage(1).granule(3).packet({1}).packet({2, 2}).packet({3, 3, 3}).bytes());
     mSource->setFault(faultAtOffset(27, 2));
-    EXPECT_EQ(mReader->readPage(0, &mPage), AMEDIA_ERROR_IO);
+    EXPECT_EQ(mPages->readPage(0, &mPage), AMEDIA_ERROR_IO);
     EXPECT_EQ(mEvents.lines(),
               (std::vector{infoLine("failed to read segments lace length data\n")}));
     EXPECT_EQ(mPage.mGranulePosition, 3u);
@@ -138,16 +142,25 @@ TEST_F(PageReaderTest, AShortLacingTableIsAnIoErrorThatFillsTheHeaderFields) {
     EXPECT_EQ(Bytes(mPage.mLacing.begin(), mPage.mLacing.begin() + 4), (Bytes{1, 2, 9, 9}));
 }
 
+TEST_F(PageReaderTest, AFailedLacingReadIsAnIoErrorEvenWhereItAsksForNothing) {
+    openPages(OggPage(1).bytes());
+    mSource->setFault(faultAtOffset(27, -5));
+    EXPECT_EQ(mPages->readPage(0, &mPage), AMEDIA_ERROR_IO);
+    EXPECT_EQ(mEvents.events(),
+              (std::vector<Event>{ReadCall{0, 27, 27}, ReadCall{27, 0, -5},
+                                  infoLine("failed to read segments lace length data\n")}));
+}
+
 TEST_F(PageReaderTest, ThePageAtTheOffsetIsFoundWithoutAWord) {
     int64_t found = -1;
-    EXPECT_EQ(readerOf(bytesOf("xOggS")).FindPage(1, &found, 0), AMEDIA_OK);
+    EXPECT_EQ(openPages(bytesOf("xOggS")).FindPage(1, &found, 0), AMEDIA_OK);
     EXPECT_EQ(found, 1);
     EXPECT_EQ(mEvents.events(), (std::vector<Event>{ReadCall{1, 4, 4}}));
 }
 
 TEST_F(PageReaderTest, ThreeBytesOfJunkAreSkippedAndLogged) {
     int64_t found = -1;
-    EXPECT_EQ(readerOf(bytesOf("yyxxxOggS")).FindPage(2, &found, 0), AMEDIA_OK);
+    EXPECT_EQ(openPages(bytesOf("yyxxxOggS")).FindPage(2, &found, 0), AMEDIA_OK);
     EXPECT_EQ(found, 5);
     EXPECT_EQ(mEvents.events(),
               (std::vector<Event>{
@@ -158,28 +171,80 @@ TEST_F(PageReaderTest, ThreeBytesOfJunkAreSkippedAndLogged) {
 TEST_F(PageReaderTest, ALimitedSearchStopsAtItsLimit) {
     const Bytes bytes = joined({filled(10, 'x'), bytesOf("OggS")});
     int64_t found = -1;
-    EXPECT_EQ(readerOf(bytes).FindPage(0, &found, 10), AMEDIA_ERROR_UNSUPPORTED);
+    EXPECT_EQ(openPages(bytes).FindPage(0, &found, 10), AMEDIA_ERROR_UNSUPPORTED);
     EXPECT_EQ(found, 0);
     EXPECT_EQ(mEvents.reads().size(), 10u);
     EXPECT_EQ(mEvents.lines(),
               (std::vector{
                       infoLine("Skip 10 bytes of junk from 0 still cannot reach page start\n")}));
-    EXPECT_EQ(mReader->FindPage(0, &found, 11), AMEDIA_OK);
+    EXPECT_EQ(mPages->FindPage(0, &found, 11), AMEDIA_OK);
     EXPECT_EQ(found, 10);
 }
 
 TEST_F(PageReaderTest, AnUnlimitedSearchEndsWithTheData) {
     int64_t found = -1;
-    EXPECT_EQ(readerOf(filled(6, 'x')).FindPage(0, &found, 0), AMEDIA_ERROR_END_OF_STREAM);
+    EXPECT_EQ(openPages(filled(6, 'x')).FindPage(0, &found, 0), AMEDIA_ERROR_END_OF_STREAM);
     EXPECT_EQ(found, 0);
     EXPECT_EQ(mEvents.reads().size(), 4u);
     EXPECT_EQ(mEvents.lines(), (std::vector{errorLine("FindPage: readSize = 3")}));
-    EXPECT_EQ(mReader->FindPage(0, &found, -5), AMEDIA_ERROR_END_OF_STREAM);
+    EXPECT_EQ(mPages->FindPage(0, &found, -5), AMEDIA_ERROR_END_OF_STREAM);
+}
+
+TEST_F(PageReaderTest, TheNextPageIsSearchedForAndRead) {
+    OgmFile file;
+    file.addJunk(3);
+    file.add(OggPage(7).packet({1, 2}));
+    const PageStep step = openPages(file).nextPage(1, &mPage);
+    EXPECT_TRUE(step.isFound);
+    EXPECT_TRUE(step.hasHeader());
+    EXPECT_EQ(step.offset, 3);
+    EXPECT_EQ(step.size, 30);
+    EXPECT_EQ(step.end(), 33);
+    EXPECT_EQ(mPage.mSerialNo, 7u);
+}
+
+TEST_F(PageReaderTest, ANextPageThatCannotBeReadIsFoundAllTheSame) {
+    OgmFile file;
+    file.addJunk(3);
+    file.add(OggPage(7).version(1));
+    const PageStep step = openPages(file).nextPage(0, &mPage);
+    EXPECT_TRUE(step.isFound);
+    EXPECT_FALSE(step.hasHeader());
+    EXPECT_EQ(step.offset, 3);
+    EXPECT_EQ(step.size, AMEDIA_ERROR_UNSUPPORTED);
+}
+
+TEST_F(PageReaderTest, WithoutANextPageNothingIsRead) {
+    mPage.mSerialNo = 77;
+    const PageStep step = openPages(filled(10, 'x')).nextPage(0, &mPage);
+    EXPECT_FALSE(step.isFound);
+    EXPECT_FALSE(step.hasHeader());
+    EXPECT_EQ(mPage.mSerialNo, 77u);
+}
+
+TEST_F(PageReaderTest, ABodyIsReadWholeOrNotAtAll) {
+    Bytes body(3);
+    EXPECT_TRUE(openPages({1, 2, 3, 4}).readBody(1, body.data(), 3));
+    EXPECT_EQ(body, (Bytes{2, 3, 4}));
+    EXPECT_FALSE(mPages->readBody(2, body.data(), 3));
+    EXPECT_FALSE(mPages->readBody(-1, body.data(), 3));
+    EXPECT_TRUE(mPages->readBody(4, body.data(), 0));
+}
+
+TEST_F(PageReaderTest, TheSizeIsWhatTheSourceStoresWhateverItReturns) {
+    EXPECT_EQ(openPages(filled(10, 'x')).dataSourceSize(), 10);
+    auto source = std::make_unique<MemorySource>(filled(10, 'x'), &mEvents);
+    source->setSizeStatus(-1010);
+    EXPECT_EQ(openPages(std::move(source)).dataSourceSize(), 0);
+    source = std::make_unique<MemorySource>(filled(10, 'x'), &mEvents);
+    source->setSizeStatus(-1010);
+    source->setReportedSize(-1);
+    EXPECT_EQ(openPages(std::move(source)).dataSourceSize(), -1);
 }
 
 TEST_F(PageReaderTest, AFailedSearchReadEndsTheSearch) {
     int64_t found = -1;
-    EXPECT_EQ(readerOf(filled(6, 'x')).FindPage(-1, &found, 0), AMEDIA_ERROR_END_OF_STREAM);
+    EXPECT_EQ(openPages(filled(6, 'x')).FindPage(-1, &found, 0), AMEDIA_ERROR_END_OF_STREAM);
     EXPECT_EQ(mEvents.lines(), (std::vector{errorLine("FindPage: readSize = -2147483648")}));
 }
 

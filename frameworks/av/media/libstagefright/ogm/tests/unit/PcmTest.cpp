@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "audio/Pcm.h"
 
-#include <gtest/gtest.h>
+#include <media/stagefright/MediaBufferGroup.h>
 
-#include "Bytes.h"
+#include <algorithm>
+
+#include "Format.h"
+#include "LogTest.h"
+#include "Views.h"
+#include "base/MediaBuffers.h"
 
 namespace android::ogm::test {
 namespace {
@@ -15,7 +20,7 @@ Bytes narrowed(Bytes samples) {
 
 Bytes widened(const Bytes& samples) {
     Bytes output(2 * samples.size());
-    widenPcm8(ByteView(samples.data(), samples.size()), output.data());
+    widenPcm8(viewOf(samples), output.data());
     return output;
 }
 
@@ -40,6 +45,69 @@ TEST(PcmTest, EveryEightBitValueIsCentredAndShifted) {
 
 TEST(PcmTest, NothingIsWidenedToNothing) {
     EXPECT_EQ(widened({}), Bytes{});
+}
+
+/** A buffer of a group, and what is made of it. */
+class ReworkPcmTest : public LogTest {
+  protected:
+    ReworkPcmTest() {
+        mHelper.init(1, 256, 4);
+        mBuffer = acquireBuffer(&mHelper, 0);
+        AMediaFormat_setInt64(mBuffer->meta_data(), AMEDIAFORMAT_KEY_TIME_US, 1000);
+        AMediaFormat_setInt64(mBuffer->meta_data(), AMEDIAFORMAT_KEY_TARGET_TIME, 0);
+    }
+    ~ReworkPcmTest() override { mBuffer->release(); }
+
+    Bytes reworked(uint16_t bitsPerSample, const Bytes& samples) {
+        std::copy(samples.begin(), samples.end(), static_cast<uint8_t*>(mBuffer->data()));
+        mBuffer->set_range(0, samples.size());
+        EXPECT_EQ(reworkPcm(bitsPerSample, &mHelper, &mBuffer), AMEDIA_OK);
+        EXPECT_EQ(mBuffer->range_offset(), 0u);
+        return bytesOf(
+                ByteView(static_cast<const uint8_t*>(mBuffer->data()), mBuffer->range_length()));
+    }
+
+    std::optional<int64_t> targetTimeUs() {
+        return int64Of(mBuffer->meta_data(), AMEDIAFORMAT_KEY_TARGET_TIME);
+    }
+
+    MediaBufferGroup mGroup;
+    MediaBufferGroupHelper mHelper{mGroup.wrap()};
+    MediaBufferHelper* mBuffer = nullptr;
+};
+
+TEST_F(ReworkPcmTest, OtherWidthsStayAsTheyAre) {
+    for (const uint16_t bits : {0, 16, 20, 32}) {
+        EXPECT_EQ(reworked(bits, {1, 2, 3, 4}), (Bytes{1, 2, 3, 4})) << bits;
+    }
+    EXPECT_TRUE(mEvents.lines().empty());
+}
+
+TEST_F(ReworkPcmTest, TwentyFourBitsBecomeSixteenInTheSameBuffer) {
+    const MediaBufferHelper* const before = mBuffer;
+    EXPECT_EQ(reworked(24, {1, 2, 3, 4, 5, 6, 7}), (Bytes{2, 3, 5, 6}));
+    EXPECT_EQ(mBuffer, before);
+    EXPECT_EQ(timeOf(mBuffer), 1000);
+    EXPECT_EQ(targetTimeUs(), 0);
+    EXPECT_EQ(reworked(24, {1, 2}), Bytes{});
+    EXPECT_TRUE(mEvents.lines().empty());
+}
+
+TEST_F(ReworkPcmTest, EightBitsBecomeSixteenInABufferThatCarriesItsTimeAlone) {
+    const MediaBufferHelper* const before = mBuffer;
+    EXPECT_EQ(reworked(8, {0x80, 0x00}), (Bytes{0x00, 0x00, 0x00, 0x80}));
+    EXPECT_NE(mBuffer, before);
+    EXPECT_EQ(timeOf(mBuffer), 1000);
+    EXPECT_EQ(targetTimeUs(), std::nullopt);
+    EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("OGA_AUDIO_PCM,mBitsPerSample == 8")}));
+    // The buffer of eight bits has gone back and serves again.
+    MediaBufferHelper* const next = acquireBuffer(&mHelper, 0);
+    EXPECT_EQ(next, before);
+    next->release();
+}
+
+TEST_F(ReworkPcmTest, NothingOfEightBitsStaysNothing) {
+    EXPECT_EQ(reworked(8, {}), Bytes{});
 }
 
 }  // namespace

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "packet/ReadDecision.h"
 
-#include <gtest/gtest.h>
-
-#include "EventLog.h"
+#include "LogTest.h"
 
 namespace android::ogm::test {
 namespace {
@@ -15,12 +13,9 @@ constexpr int32_t kIo = -10007;
 constexpr int32_t kOldEndOfStream = -1011;
 constexpr int32_t kOldIo = -1004;
 
-class ReadDecisionTest : public ::testing::Test {
+class ReadDecisionTest : public LogTest {
   protected:
     std::vector<LogLine> lines() const { return mEvents.lines(); }
-
-    EventLog mEvents;
-    LogCapture mCapture{mEvents};
 };
 
 TEST_F(ReadDecisionTest, AQueueThatHadPacketsGivesOneWhateverTheReaderSays) {

@@ -8,6 +8,7 @@
 #include "BitWriter.h"
 #include "ChildProcess.h"
 #include "ElementaryStreams.h"
+#include "Views.h"
 #include "codec/Ogmavc_utils.h"
 
 namespace android::ogm::test {
@@ -45,7 +46,7 @@ ChildResult readInChild(const Bytes& vol) {
     return runInChild([&vol] {
         int32_t width = 0;
         int32_t height = 0;
-        ExtractDimensionsFromVOLHeader(ByteView(vol.data(), vol.size()), &width, &height);
+        ExtractDimensionsFromVOLHeader(viewOf(vol), &width, &height);
     });
 }
 

@@ -8,14 +8,14 @@ using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
 /** The walk over the first data pages of a stream that is searched for its configuration. */
-using CodecConfigTest = CodecConfigFixture;
+using CodecConfigWalkTest = CodecConfigFixture;
 
-TEST_F(CodecConfigTest, OnePageWithVolAndPictureIsReadOnceAndEndsTheWalk) {
+TEST_F(CodecConfigWalkTest, OnePageWithVolAndPictureIsReadOnceAndEndsTheWalk) {
     OgmFile file = videoFile();
     const OggPage page = OggPage(kVideo).granule(1).packet(wholeConfiguration());
     const size_t offset = file.add(page);
     file.addData(kVideo, 2, dataPacket(kPlainPacket, vop()));
-    const OpenedFile opened = open(file);
+    collect(file);
 
     std::vector<Event> expected{infoLine("OGV_VIDEO_MP4:TYPE:18, serialNo=1")};
     addPageEvents(expected, offset, page);
@@ -24,18 +24,18 @@ TEST_F(CodecConfigTest, OnePageWithVolAndPictureIsReadOnceAndEndsTheWalk) {
     addLines(expected, {"WAIT_FOR_VOL_START", "WAIT_FOR_VOL_START", "set WAIT_FOR_VOP_START",
                         "enter WAIT_FOR_VOP_START", "found MPEG4 video codec config (176 x 144)",
                         "get csd success!", "parse CSD data done!"});
-    EXPECT_THAT(videoEvents(), ElementsAreArray(expected));
-    EXPECT_EQ(configurationOf(opened), vol());
+    EXPECT_THAT(mEvents.events(), ElementsAreArray(expected));
+    EXPECT_EQ(configurationAt(), vol());
 }
 
-TEST_F(CodecConfigTest, APageThatIsNotEnoughIsCompletedByTheNext) {
+TEST_F(CodecConfigWalkTest, APageThatIsNotEnoughIsCompletedByTheNext) {
     OgmFile file = videoFile();
     const OggPage first =
             OggPage(kVideo).granule(1).packet(dataPacket(kSyncPacket, joined({vol(), vop()})));
     const OggPage second = OggPage(kVideo).granule(2).packet(dataPacket(kPlainPacket, vop()));
     const size_t firstOffset = file.add(first);
     const size_t secondOffset = file.add(second);
-    const OpenedFile opened = open(file);
+    collect(file);
 
     std::vector<Event> expected{infoLine("OGV_VIDEO_MP4:TYPE:18, serialNo=1")};
     addPageEvents(expected, firstOffset, first);
@@ -47,46 +47,47 @@ TEST_F(CodecConfigTest, APageThatIsNotEnoughIsCompletedByTheNext) {
     addLines(expected, {"WAIT_FOR_VOL_START", "set WAIT_FOR_VOP_START", "enter WAIT_FOR_VOP_START",
                         "found MPEG4 video codec config (176 x 144)", "get csd success!",
                         "parse CSD data done!"});
-    EXPECT_THAT(videoEvents(), ElementsAreArray(expected));
+    EXPECT_THAT(mEvents.events(), ElementsAreArray(expected));
     // The packet's header byte stands in front of the VOL and is not told from it.
-    EXPECT_EQ(configurationOf(opened), joined({{kSyncPacket}, vol()}));
+    EXPECT_EQ(configurationAt(), joined({{kSyncPacket}, vol()}));
 }
 
-TEST_F(CodecConfigTest, AHeaderThatIsCutByAPageBoundaryIsPutTogether) {
+TEST_F(CodecConfigWalkTest, AHeaderThatIsCutByAPageBoundaryIsPutTogether) {
     const Bytes lead = joined({{kSyncPacket}, {0x00, 0x00, 0x01, 0xB2}, pattern(244, 1)});
     const Bytes stream = joined({lead, configuredPictures()});
     OgmFile file = videoFile();
     file.add(OggPage(kVideo).granule(1).openPacket(head(stream, 255)));
     file.add(OggPage(kVideo).granule(2).continued().packet(tail(stream, 255)));
-    EXPECT_EQ(configurationOf(open(file)), vol());
+    collect(file);
+    EXPECT_EQ(configurationAt(), vol());
 }
 
-TEST_F(CodecConfigTest, PagesOfOtherStreamsAreLoggedAndPassedOver) {
+TEST_F(CodecConfigWalkTest, PagesOfOtherStreamsAreLoggedAndPassedOver) {
     OgmFile file = videoFile();
     const OggPage other = OggPage(99).granule(1).packet(wholeConfiguration());
     const OggPage page = OggPage(kVideo).granule(1).packet(wholeConfiguration());
     const size_t otherOffset = file.add(other);
     const size_t offset = file.add(page);
-    const OpenedFile opened = open(file);
+    collect(file);
 
     std::vector<Event> expected{infoLine("OGV_VIDEO_MP4:TYPE:18, serialNo=1")};
     addPageEvents(expected, otherOffset, other);
     addPageEvents(expected, offset, page);
     addPayloadEvents(expected, offset, page);
-    auto events = videoEvents();
+    auto events = mEvents.events();
     events.resize(std::min(events.size(), expected.size()));
     EXPECT_THAT(events, ElementsAreArray(expected));
-    EXPECT_EQ(configurationOf(opened), vol());
+    EXPECT_EQ(configurationAt(), vol());
 }
 
-TEST_F(CodecConfigTest, JunkBetweenPagesIsSkippedByteByByte) {
+TEST_F(CodecConfigWalkTest, JunkBetweenPagesIsSkippedByteByByte) {
     OgmFile file = videoFile();
     const OggPage first = OggPage(99).granule(1).packet({0x01});
     const OggPage page = OggPage(kVideo).granule(1).packet(wholeConfiguration());
     const size_t firstOffset = file.add(first);
     const size_t junk = file.addJunk(5);
     const size_t offset = file.add(page);
-    const OpenedFile opened = open(file);
+    collect(file);
 
     std::vector<Event> expected{infoLine("OGV_VIDEO_MP4:TYPE:18, serialNo=1")};
     addPageEvents(expected, firstOffset, first);
@@ -98,18 +99,18 @@ TEST_F(CodecConfigTest, JunkBetweenPagesIsSkippedByteByByte) {
     expected.emplace_back(readOf(offset, kPageHeaderSize));
     expected.emplace_back(readOf(offset + kPageHeaderSize, 1));
     expected.emplace_back(pageLine(offset, page.size()));
-    auto events = videoEvents();
+    auto events = mEvents.events();
     events.resize(std::min(events.size(), expected.size()));
     EXPECT_THAT(events, ElementsAreArray(expected));
-    EXPECT_EQ(configurationOf(opened), vol());
+    EXPECT_EQ(configurationAt(), vol());
 }
 
-TEST_F(CodecConfigTest, TheEndOfTheFileEndsTheWalkWithoutConfiguration) {
+TEST_F(CodecConfigWalkTest, TheEndOfTheFileEndsTheWalkWithoutConfiguration) {
     OgmFile file = videoFile();
     file.addData(kVideo, 1, dataPacket(kSyncPacket, vol()));
     const size_t end = file.size();
-    const OpenedFile opened = open(file);
-    auto events = videoEvents();
+    collect(file);
+    auto events = mEvents.events();
     ASSERT_GE(events.size(), 4u);
     events.erase(events.begin(), events.end() - 4);
     EXPECT_THAT(events, ElementsAreArray(std::vector<Event>{
@@ -118,15 +119,15 @@ TEST_F(CodecConfigTest, TheEndOfTheFileEndsTheWalkWithoutConfiguration) {
                                 infoLine(formatted("Cannot find a page start,LINE:2993 from %ld\n",
                                                    static_cast<long>(end))),
                                 failure(18, -10006)}));
-    EXPECT_EQ(esdsOf(opened), std::nullopt);
+    EXPECT_EQ(esdsAt(), std::nullopt);
 }
 
-TEST_F(CodecConfigTest, JunkAtTheEndOfTheFileIsNamedByWhereTheSearchBegan) {
+TEST_F(CodecConfigWalkTest, JunkAtTheEndOfTheFileIsNamedByWhereTheSearchBegan) {
     OgmFile file = videoFile();
     file.addData(kVideo, 1, dataPacket(kSyncPacket, vol()));
     const size_t end = file.addJunk(10);
-    const OpenedFile opened = open(file);
-    auto events = videoEvents();
+    collect(file);
+    auto events = mEvents.events();
     ASSERT_GE(events.size(), 4u);
     events.erase(events.begin(), events.end() - 4);
     EXPECT_THAT(events, ElementsAreArray(std::vector<Event>{
@@ -137,13 +138,13 @@ TEST_F(CodecConfigTest, JunkAtTheEndOfTheFileIsNamedByWhereTheSearchBegan) {
                                 failure(18, -10006)}));
 }
 
-TEST_F(CodecConfigTest, ARefusedPageHeaderIsNamedByItsOwnOffset) {
+TEST_F(CodecConfigWalkTest, ARefusedPageHeaderIsNamedByItsOwnOffset) {
     OgmFile file = videoFile();
     file.addData(99, 1, {0x01});
     file.addJunk(5);
     const size_t offset = file.add(OggPage(kVideo).version(1).packet({0x01}));
-    const OpenedFile opened = open(file);
-    auto events = videoEvents();
+    collect(file);
+    auto events = mEvents.events();
     ASSERT_GE(events.size(), 2u);
     events.erase(events.begin(), events.end() - 2);
     EXPECT_THAT(events, ElementsAreArray(std::vector<Event>{
@@ -152,44 +153,44 @@ TEST_F(CodecConfigTest, ARefusedPageHeaderIsNamedByItsOwnOffset) {
                                 failure(18, -10006)}));
 }
 
-TEST_F(CodecConfigTest, APayloadThatIsCutOffEndsTheWalk) {
+TEST_F(CodecConfigWalkTest, APayloadThatIsCutOffEndsTheWalk) {
     OgmFile file = videoFile();
     const Bytes page = OggPage(kVideo).granule(1).packet(wholeConfiguration()).bytes();
     const size_t payload = wholeConfiguration().size();
     file.add(head(page, page.size() - 1));
-    const OpenedFile opened = open(file);
-    auto events = videoEvents();
+    collect(file);
+    auto events = mEvents.events();
     ASSERT_GE(events.size(), 2u);
     events.erase(events.begin(), events.end() - 2);
     EXPECT_THAT(events, ElementsAreArray(std::vector<Event>{
                                 errorLine(formatted("Cannot read page payload, size %d\n",
                                                     static_cast<int>(payload))),
                                 failure(18, -10007)}));
-    EXPECT_EQ(esdsOf(opened), std::nullopt);
+    EXPECT_EQ(esdsAt(), std::nullopt);
 }
 
-TEST_F(CodecConfigTest, APayloadThatIsRefusedEndsTheWalkToo) {
+TEST_F(CodecConfigWalkTest, APayloadThatIsRefusedEndsTheWalkToo) {
     OgmFile file = videoFile();
     const OggPage page = OggPage(kVideo).granule(1).packet(wholeConfiguration());
     const size_t offset = file.add(page);
-    auto source = sourceOf(file);
+    auto source = std::make_unique<MemorySource>(file.bytes(), &mEvents);
     source->setFault(faultAtOffset(static_cast<int64_t>(offset + page.bodyOffset()), kReadRefused));
-    const OpenedFile opened = open(std::move(source));
+    collect(std::move(source));
     EXPECT_TRUE(mEvents.holds(failure(18, -10007)));
     EXPECT_EQ(mEvents.linesBeginning("Cannot read page payload, size").size(), 1u);
-    EXPECT_EQ(esdsOf(opened), std::nullopt);
+    EXPECT_EQ(esdsAt(), std::nullopt);
 }
 
-TEST_F(CodecConfigTest, APageWithoutPayloadMakesABufferWithoutCapacity) {
+TEST_F(CodecConfigWalkTest, APageWithoutPayloadMakesABufferWithoutCapacity) {
     OgmFile file = videoFile();
     file.add(OggPage(kVideo).granule(1));
     file.addData(kVideo, 1, wholeConfiguration());
-    const OpenedFile opened = open(file);
+    collect(file);
     EXPECT_TRUE(mEvents.holds(payloadLine(0)));
     EXPECT_TRUE(mEvents.holds(growthLine(0)));
     EXPECT_TRUE(mEvents.holds(errorLine("can't find start code for mpeg4 video")));
     EXPECT_TRUE(mEvents.holds(growthLine(65536)));
-    EXPECT_EQ(configurationOf(opened), vol());
+    EXPECT_EQ(configurationAt(), vol());
 }
 
 /** Adds one page with a packet of `size` bytes that consists of one chunk which is no VOL. */
@@ -198,66 +199,67 @@ void addUselessPage(OgmFile& file, uint64_t granule, size_t size) {
     file.addData(kVideo, granule, dataPacket(kPlainPacket, chunk));
 }
 
-TEST_F(CodecConfigTest, TheBufferGrowsInStepsOf64KiB) {
+TEST_F(CodecConfigWalkTest, TheBufferGrowsInStepsOf64KiB) {
     OgmFile file = videoFile();
     const Bytes packet = dataPacket(kSyncPacket, joined({vol(), pattern(39000, 1)}));
     file.addData(kVideo, 1, packet);
     file.addData(kVideo, 2, dataPacket(kPlainPacket, pattern(40000, 2)));
     file.addData(kVideo, 3, dataPacket(kPlainPacket, pattern(53000, 3)));
-    const OpenedFile opened = open(file);
+    collect(file);
     const auto lines = mEvents.linesBeginning("resizing RAW buffer");
     EXPECT_THAT(lines,
                 ::testing::ElementsAre(growthLine(65536), growthLine(131072), growthLine(196608)));
 }
 
-TEST_F(CodecConfigTest, WhatHasBeenRemovedMakesRoomInTheBuffer) {
+TEST_F(CodecConfigWalkTest, WhatHasBeenRemovedMakesRoomInTheBuffer) {
     OgmFile file = videoFile();
     // Each page ends the chunk of the page before, which then goes.
     for (uint64_t i = 1; i < 5; ++i) {
         addUselessPage(file, i, 32000);
     }
     file.addData(kVideo, 5, wholeConfiguration());
-    const OpenedFile opened = open(file);
+    collect(file);
     EXPECT_THAT(mEvents.linesBeginning("resizing RAW buffer"),
                 ::testing::ElementsAre(growthLine(65536)));
-    EXPECT_EQ(configurationOf(opened), vol());
+    EXPECT_EQ(configurationAt(), vol());
 }
 
-TEST_F(CodecConfigTest, PagesWithoutAVolAreSearchedUpToThe121st) {
+TEST_F(CodecConfigWalkTest, PagesWithoutAVolAreSearchedUpToThe121st) {
     OgmFile file = videoFile();
     for (uint64_t i = 1; i <= kMaxPages + 9; ++i) {
         addUselessPage(file, i, 50);
     }
-    const OpenedFile opened = open(file);
+    collect(file);
     EXPECT_EQ(mEvents.linesBeginning("pageDataSize = 50").size(), kMaxPages);
     EXPECT_EQ(mEvents.linesBeginning("pageOffset=").size(), kMaxPages);
     EXPECT_EQ(mEvents.lines().back(), failure(18, -10002));
-    EXPECT_EQ(esdsOf(opened), std::nullopt);
+    EXPECT_EQ(esdsAt(), std::nullopt);
 }
 
-TEST_F(CodecConfigTest, The121stPageIsStillUsedAndThe122ndIsNot) {
+TEST_F(CodecConfigWalkTest, The121stPageIsStillUsedAndThe122ndIsNot) {
     for (const size_t useless : {kMaxPages - 1, kMaxPages}) {
         OgmFile file = videoFile();
         for (uint64_t i = 1; i <= useless; ++i) {
             file.addData(99, i, {0x01});
         }
         file.addData(kVideo, 1, wholeConfiguration());
-        EXPECT_EQ(esdsOf(open(file)).has_value(), useless < kMaxPages) << useless;
+        collect(file);
+        EXPECT_EQ(esdsAt().has_value(), useless < kMaxPages) << useless;
     }
 }
 
-TEST_F(CodecConfigTest, AStreamWithoutAPageAmongThe121IsNoFailure) {
+TEST_F(CodecConfigWalkTest, AStreamWithoutAPageAmongThe121IsNoFailure) {
     OgmFile file = videoFile();
     for (uint64_t i = 1; i <= kMaxPages; ++i) {
         file.addData(99, i, {0x01});
     }
-    const OpenedFile opened = open(file);
+    collect(file);
     EXPECT_EQ(mEvents.linesBeginning("pageOffset=").size(), kMaxPages);
     EXPECT_THAT(mEvents.linesBeginning("collect type"), IsEmpty());
     EXPECT_THAT(mEvents.linesBeginning("parse CSD data done!"), IsEmpty());
 }
 
-TEST_F(CodecConfigTest, EachStreamHas121PagesAndABufferOfItsOwn) {
+TEST_F(CodecConfigWalkTest, EachStreamHas121PagesAndABufferOfItsOwn) {
     OgmFile file = videoFile();
     file.addHeader(kAudio, audioHeader("0055"));
     const Bytes frame = MpegAudioFrame{}.bytes();
@@ -267,10 +269,10 @@ TEST_F(CodecConfigTest, EachStreamHas121PagesAndABufferOfItsOwn) {
             file.addData(kAudio, i, audioPacket(joined({frame, frame})));
         }
     }
-    const OpenedFile opened = open(file);
+    collect(file);
     EXPECT_EQ(mEvents.linesBeginning("pageDataSize = 50").size(), kMaxPages - 1);
     EXPECT_TRUE(mEvents.holds(failure(18, -10002)));
-    EXPECT_EQ(opened.extractor.trackFormat(1).int32(AMEDIAFORMAT_KEY_MPEG_AUD_LAYER), 3);
+    EXPECT_EQ(int32Of(formatAt(1), AMEDIAFORMAT_KEY_MPEG_AUD_LAYER), 3);
     EXPECT_EQ(mEvents.count(growthLine(65536)), 2u);
 }
 
