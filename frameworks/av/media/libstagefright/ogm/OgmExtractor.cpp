@@ -21,7 +21,7 @@ namespace android {
 
 namespace {
 
-/** Read for the log level of this plug-in's kin; nothing here depends on its value. */
+/** Nothing depends on its value; the read itself can be seen. */
 void readVerboseLogProperty() {
     char value[PROPERTY_VALUE_MAX] = {};
     property_get("vendor.zor.ogm.verbose.log", value, "0");

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #define LOG_TAG "OgmExtractor"
 
+#include <log/log.h>
 #include <media/MediaExtractorPluginApi.h>
 #include <media/MediaExtractorPluginHelper.h>
 
+#include <cstdint>
 #include <memory>
 
 #include "OgmExtractor.h"

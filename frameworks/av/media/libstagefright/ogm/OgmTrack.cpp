@@ -7,6 +7,7 @@
 
 #include <cinttypes>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "OgmExtractor.h"
@@ -177,10 +178,7 @@ MediaBufferHelper* OgmTrack::dequeueFrame(int64_t targetTimeUs) {
     if (targetTimeUs >= 0) {
         AMediaFormat_setInt64(meta, AMEDIAFORMAT_KEY_TARGET_TIME, targetTimeUs);
     }
-    const int64_t timeUs =
-            ogm::isFrameTypedVideo(mType)
-                    ? mClock.displayTimeUs(packet, mPackets.countFollowingFrameType3())
-                    : packet.timeUs;
+    const int64_t timeUs = displayTimeUs(packet);
     if (!payload.empty()) {
         std::memcpy(buffer->data(), payload.data(), payload.size());
     }
@@ -192,6 +190,15 @@ MediaBufferHelper* OgmTrack::dequeueFrame(int64_t targetTimeUs) {
     }
     mPackets.popFront();
     return buffer;
+}
+
+int64_t OgmTrack::displayTimeUs(const OgmPacket& packet) const {
+    if (!ogm::isFrameTypedVideo(mType)) {
+        return packet.timeUs;
+    }
+    // Nothing is counted for a B frame: with 255 more of them after it the count would not end.
+    const bool isBFrame = packet.frameType == ogm::kBidirectionalFrame;
+    return mClock.displayTimeUs(packet, isBFrame ? 0 : mPackets.countFollowingFrameType3());
 }
 
 media_status_t OgmTrack::appendData(ByteBuffer* packet, bool isNewPacket, bool isSeeking) {

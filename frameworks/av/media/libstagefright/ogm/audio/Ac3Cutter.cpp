@@ -23,7 +23,7 @@ constexpr uint32_t kSyncWordValue = 0x0B77;
 constexpr size_t kBitStreamIdOffset = 5;
 constexpr int kBitStreamIdShift = 3;
 constexpr uint8_t kFirstEac3 = 11 << kBitStreamIdShift;
-constexpr uint8_t kLastEac3 = 17 * 8 - 1;
+constexpr uint8_t kLastEac3 = (17 << kBitStreamIdShift) - 1;
 
 constexpr uint32_t kReservedRate = 3;
 constexpr size_t kRates = 3;

@@ -14,7 +14,7 @@ class AudioDump {
     void write(MediaBufferHelper* buffer) const;
 
   private:
-    bool mDumpAudio = false;
+    const bool mDumpAudio;
 };
 
 }  // namespace android::ogm

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "audio/AccessUnitCutter.h"
 #include "base/Format.h"

@@ -34,6 +34,7 @@ media_status_t widenBuffer(MediaBufferGroupHelper* group, MediaBufferHelper** bu
     MediaBufferHelper* const wide = acquireBuffer(group, size);
     if (wide == nullptr) {
         narrow->release();
+        *buffer = nullptr;
         return AMEDIA_ERROR_UNKNOWN;
     }
     wide->set_range(0, size);

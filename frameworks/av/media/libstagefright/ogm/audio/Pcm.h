@@ -22,8 +22,8 @@ void widenPcm8(ByteView samples, uint8_t* output);
 
 /**
  * Makes PCM in `buffer` 16 bits wide where it is not; 8-bit samples go into a buffer of `group` in
- * place of this one. Returns AMEDIA_OK, or AMEDIA_ERROR_UNKNOWN (the buffer released) when there is
- * none.
+ * place of this one. Returns AMEDIA_OK, or AMEDIA_ERROR_UNKNOWN (the buffer released, and null)
+ * when there is none.
  */
 media_status_t reworkPcm(uint16_t bitsPerSample, MediaBufferGroupHelper* group,
                          MediaBufferHelper** buffer);

@@ -92,7 +92,7 @@ class SteppedCapacity {
     std::optional<size_t> growTo(size_t needed);
 
   private:
-    /** Nothing before the first growth, which even a need of no bytes brings about. */
+    /** Nothing at first; the first call grows it, even to 0. */
     std::optional<size_t> mCapacity;
 };
 

@@ -28,6 +28,7 @@ class Fifo {
 
     // There must be such an item.
     T& front() { return mFirst->places[mBegin].item; }
+    const T& front() const { return mFirst->places[mBegin].item; }
     T& back() { return mLast->places[mEnd - 1].item; }
     /** For items near the front; it steps through the blocks. */
     const T& operator[](size_t index) const {
@@ -81,7 +82,8 @@ class Fifo {
 
     void addBlock() {
         std::unique_ptr<Block> block =
-                mSpare != nullptr ? std::move(mSpare) : std::make_unique<Block>();
+                // Not make_unique(), which would clear the places first.
+                mSpare != nullptr ? std::move(mSpare) : std::unique_ptr<Block>(new Block);
         Block* const added = block.get();
         (mFirst == nullptr ? mFirst : mLast->next) = std::move(block);
         mLast = added;

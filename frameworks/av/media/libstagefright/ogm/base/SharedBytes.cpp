@@ -18,7 +18,7 @@ SharedBytes::SharedBytes(size_t size)
 
 SharedBytes SharedBytes::inLargePage() {
     void* const memory = operator new(kLargePageSize, kLargePageAlignment);
-    // A wish; without large pages it is memory like any other.
+    // The kernel may refuse; then it is memory in small pages, which works as well.
     (void)madvise(memory, kLargePageSize, MADV_HUGEPAGE);
     return SharedBytes(new (memory) Block{1, kLargePageSize - sizeof(Block), true});
 }

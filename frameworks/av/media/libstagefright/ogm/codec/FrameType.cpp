@@ -14,17 +14,17 @@ namespace {
 constexpr uint8_t kPictureStartCode = 0x00;  // MPEG-1 and MPEG-2
 constexpr uint8_t kVopStartCode = 0xB6;      // MPEG-4
 
-/** The place behind the first start code 00 00 01 `code`; at least one byte follows it. */
-std::optional<size_t> findBehindStartCode(ByteView packet, uint8_t code) {
+/** The place after the first start code 00 00 01 `code`; at least one byte follows it. */
+std::optional<size_t> findAfterStartCode(ByteView packet, uint8_t code) {
     // Looked for by its 01, as zeros are frequent in headers.
     std::optional<size_t> one = packet.find(1, 2);
     while (one) {
-        const size_t behind = *one + 2;
-        if (behind >= packet.size()) {
+        const size_t after = *one + 2;
+        if (after >= packet.size()) {
             return std::nullopt;
         }
         if (packet[*one - 2] == 0 && packet[*one - 1] == 0 && packet[*one + 1] == code) {
-            return behind;
+            return after;
         }
         one = packet.find(1, *one + 1);
     }
@@ -34,7 +34,7 @@ std::optional<size_t> findBehindStartCode(ByteView packet, uint8_t code) {
 }  // namespace
 
 int32_t mpeg4FrameType(ByteView packet) {
-    const std::optional<size_t> vop = findBehindStartCode(packet, kVopStartCode);
+    const std::optional<size_t> vop = findAfterStartCode(packet, kVopStartCode);
     if (!vop) {
         ALOGI("can't find MPEG4 frame type from packet data:"
               "%2X %2X %2X %2X %2X %2X %2X %2X ",
@@ -52,7 +52,7 @@ int32_t mpeg4FrameType(ByteView packet) {
 }
 
 int32_t mpegFrameType(ByteView packet) {
-    const std::optional<size_t> picture = findBehindStartCode(packet, kPictureStartCode);
+    const std::optional<size_t> picture = findAfterStartCode(packet, kPictureStartCode);
     if (!picture) {
         return kUnknownFrame;
     }

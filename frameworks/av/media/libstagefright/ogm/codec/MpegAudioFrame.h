@@ -31,7 +31,10 @@ struct MpegAudioFrame {
     uint64_t size = 0;
 };
 
-/** The first frame from `offset` on whose header agrees with `reference`. */
+/**
+ * The first frame from `offset` on whose header agrees with `reference`. Inline, as it runs for
+ * each frame that is handed out.
+ */
 inline MpegAudioFrame findMpegAudioFrame(ByteView data, uint64_t offset, uint32_t reference) {
     MpegAudioFrame frame;
     const ByteView rest = data.from(offset);

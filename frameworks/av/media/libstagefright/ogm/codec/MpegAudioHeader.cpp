@@ -13,7 +13,7 @@ namespace {
 constexpr uint32_t kAgreementMask = 0xFFFE0C00;
 constexpr uint32_t kSyncMask = 0xFFE00000;
 constexpr size_t kHeaderSize = 4;
-/** A header may also be confirmed this many bytes behind the place that the frame size gives. */
+/** A header may also be confirmed this many bytes after the place that the frame size gives. */
 constexpr size_t kConfirmationSlack = 3;
 
 enum Version : uint32_t { kMpeg25 = 0, kReservedVersion = 1, kMpeg2 = 2, kMpeg1 = 3 };

@@ -30,7 +30,7 @@ constexpr uint8_t kDecoderSpecificInfoTag = 0x05;
 constexpr size_t kTagAndSize = 3;
 constexpr size_t kEsFields = 3;  // ES_ID and flags
 constexpr size_t kDecoderFields = 13;
-/** The value of ISO/IEC 14496-3 audio, which the decoders behind this take for video. */
+/** The value of ISO/IEC 14496-3 audio, which the decoders that read this take for video. */
 constexpr uint8_t kObjectType = 0x40;
 constexpr size_t kMaxSize14 = 0x3FFF;
 
@@ -155,7 +155,7 @@ sp<ABuffer> MakeESDS(ByteView configuration) {
     *position++ = kDecoderConfigTag;
     WriteSize14(&position, decoderConfigSize);
     *position++ = kObjectType;
-    // Stream type, buffer size and bitrates are not told.
+    // Stream type, buffer size and bitrates stay 0.
     position = std::fill_n(position, kDecoderFields - 1, uint8_t{0});
     *position++ = kDecoderSpecificInfoTag;
     WriteSize14(&position, configuration.size());

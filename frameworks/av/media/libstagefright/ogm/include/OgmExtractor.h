@@ -39,7 +39,7 @@
 
 namespace android {
 
-class OgmExtractor : public MediaExtractorPluginHelper {
+class OgmExtractor final : public MediaExtractorPluginHelper {
   public:
     /** Opens the file; never fails: what cannot be read is missing afterwards. */
     explicit OgmExtractor(std::unique_ptr<DataSourceHelper> dataSource);
@@ -52,10 +52,12 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     media_status_t getTrackMetaData(AMediaFormat* format, size_t index, uint32_t flags) override;
     media_status_t getMetaData(AMediaFormat* format) override;
 
-    // For tracks, while the caller holds lock().
+    // For tracks.
 
     /** Held for the whole of every read. */
     std::mutex& lock() { return mExtractorLock; }
+
+    // For tracks, while they hold lock().
 
     /**
      * Moves on by one packet and hands it to its track. Returns AMEDIA_OK, END_OF_STREAM, or IO
@@ -71,13 +73,15 @@ class OgmExtractor : public MediaExtractorPluginHelper {
     /** While set, packets of audio tracks are dropped. */
     void setSeeking(bool seeking) { mSeeking = seeking; }
 
-    // For tracks, at any time.
+    // For tracks, serialised with reads.
 
     /** Registers a track unless its stream has one. Returns whether it was registered. */
     bool trackStart(int32_t serialNo, OgmTrack* track);
     void trackStop(int32_t serialNo);
-    /** A registered track goes; its stream stays registered. */
+    /** A registered track is destroyed; its stream stays registered. */
     void trackDestroyed(const OgmTrack* track);
+
+    // For tracks, at any time.
 
     /** MIME type of a stream; empty when it is not known. */
     std::string mimeOf(uint32_t serialNo) const { return mStreams.mimeOf(serialNo); }

@@ -14,6 +14,7 @@
 #include "audio/AccessUnitCutter.h"
 #include "audio/AudioDump.h"
 #include "audio/ElementaryStream.h"
+#include "base/ByteBuffer.h"
 #include "packet/PacketClock.h"
 #include "packet/PacketQueue.h"
 #include "stream/OgmStreamInfo.h"
@@ -85,6 +86,8 @@ class OgmTrack final : public MediaTrackHelper, public RefBase {
 
     media_status_t fillQueue();
     media_status_t takePacket(MediaBufferHelper** buffer);
+    /** Time at which the frame in the oldest packet is shown. */
+    int64_t displayTimeUs(const OgmPacket& packet) const;
     media_status_t seek(int64_t timeUs);
     media_status_t findSyncFrame(int64_t seekUs);
     void dropQueued();
@@ -103,7 +106,7 @@ class OgmTrack final : public MediaTrackHelper, public RefBase {
     bool mRestarted = false;
 
     // What has been read and not handed out.
-    /** Held where packets are added and where they are dropped. */
+    /** Held inside the extractor's lock() where packets are added and where a seek drops them. */
     std::mutex mLock;
     ogm::PacketClock mClock;
     ogm::PacketQueue mPackets;

@@ -71,7 +71,7 @@ void PacketClock::countPacket() {
 
 std::optional<int64_t> PacketClock::packetTimeUs(size_t size) {
     if (mTimeUnit != 0) {
-        if (!mGranuleValid) {
+        if (!isValid()) {
             ALOGE("%s", kGranuleNotValid);
             return std::nullopt;
         }
@@ -84,7 +84,7 @@ std::optional<int64_t> PacketClock::packetTimeUs(size_t size) {
     if (mSampleRate == 0) {
         return 0;
     }
-    if (!mGranuleValid) {
+    if (!isValid()) {
         ALOGI("%s", kGranuleNotValid);
         return std::nullopt;
     }
@@ -92,7 +92,7 @@ std::optional<int64_t> PacketClock::packetTimeUs(size_t size) {
 }
 
 std::optional<int64_t> PacketClock::accessUnitTimeUs(size_t size) const {
-    if (!mGranuleValid) {
+    if (!isValid()) {
         ALOGI("%s", kGranuleNotValid);
         return std::nullopt;
     }
@@ -111,6 +111,8 @@ int64_t PacketClock::sampleTimeUs(uint64_t averagePerPacket) const {
 }
 
 int64_t PacketClock::computeSampleTime(size_t size) {
+    // Only packets of re-framed audio are counted, and those are timed elsewhere, so the last of
+    // the three cases is the one that files reach.
     if (mPrePageSamplesOut != 0) {
         mBaseAvgGranPos = wrapDiv(wrapSub(mCurGranulePosition, mPreGranulePosition),
                                   uint64_t{mPrePageSamplesOut});
@@ -134,7 +136,7 @@ int64_t PacketClock::computeSampleTime(size_t size) {
 }
 
 int64_t PacketClock::currentTimeUs() const {
-    if (!mGranuleValid) {
+    if (!isValid()) {
         return 0;
     }
     if (mTimeUnit != 0) {

@@ -10,8 +10,8 @@
 namespace android::ogm {
 
 /**
- * What time a stream's packets have. The clock is told of each page of the stream that is entered,
- * and of packets that are counted on it, and computes times from the granule positions of that page
+ * What time a stream's packets have. It is given each page of the stream that is entered, and
+ * packets that are counted on it, and computes times from the granule positions of that page
  * and the one before.
  *
  * The granule positions come from a file: any numbers are possible, and each has a defined result.

@@ -25,7 +25,8 @@ class PacketQueue final : public PieceRoom {
 
     size_t size() const { return mPacketsQue.size(); }
     /** The oldest packet; there must be one. */
-    const OgmPacket& front() { return mPacketsQue.front(); }
+    const OgmPacket& front() const { return mPacketsQue.front(); }
+    /** There must be a packet. */
     void popFront() { mPacketsQue.pop_front(); }
 
     /** Drops all packets, the open one included. */
@@ -38,7 +39,10 @@ class PacketQueue final : public PieceRoom {
 
     void addAccessUnit(int64_t timeUs, uint64_t granulePosition, ByteBuffer&& bytes);
 
-    /** Complete B frames directly after the oldest packet. */
+    /**
+     * Complete B frames directly after the oldest packet, of which there must be one that is no B
+     * frame itself: after 255 of them the count comes back to it, and ends there.
+     */
     uint8_t countFollowingFrameType3() const;
 
     ByteBuffer makePiece(size_t size) override { return mStorage.take(size, mPacketsQue.size()); }
@@ -61,7 +65,7 @@ class PacketQueue final : public PieceRoom {
     /** The bytes of the open packet. */
     ByteBuffer mPacketBuff;
     SteppedCapacity mCapacity;
-    /** Packets begun since the queue was empty. */
+    /** Packets begun since the last clear(). */
     uint64_t NumOfVPackets = 0;
     PacketStorage mStorage;
 };

@@ -19,8 +19,8 @@ enum class ReadStep {
  * of filling, `hadCompletePackets` tells whether anything could have been taken before it, and
  * `queued` is the number of packets now.
  *
- * A queue that had something to give gives it whatever happened; the end of the data counts once a
- * read starts with nothing.
+ * A queue that had something to hand out does so whatever happened; the end of the data applies to
+ * a read that starts with nothing.
  */
 ReadStep decideAfterFilling(int32_t result, bool hadCompletePackets, size_t queued);
 

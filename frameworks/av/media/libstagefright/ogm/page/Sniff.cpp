@@ -47,7 +47,7 @@ Identification identify(ByteView data, uint32_t page) {
     return data.holds("vorbis", identification) ? Identification::kVorbis : Identification::kNone;
 }
 
-/** How many bytes behind `position` the next page starts; nothing when there is none. */
+/** How many bytes after `position` the next page starts; nothing when there is none. */
 std::optional<uint32_t> findPageStart(ByteView data, uint32_t position) {
     // The test looks at the start of the buffer, not at `position`: in a file that begins with a
     // page every later page is taken to start where the one before ends, whatever stands there.
@@ -56,7 +56,7 @@ std::optional<uint32_t> findPageStart(ByteView data, uint32_t position) {
     }
     const auto size = static_cast<uint32_t>(data.size());
     const uint32_t rest = wrapSub(wrapSub(size, kCapturePatternSize), position);
-    // No candidate past the end holds anything, so a count that wrapped need not be walked.
+    // A count that wrapped is huge; past the end of the buffer nothing can be found.
     const uint32_t candidates = std::min(std::max(rest, 1U), size);
     for (uint32_t skip = 0; skip < candidates; ++skip) {
         if (data.holds(ogm::kCapturePattern, wrapAdd(position, skip))) {

@@ -85,7 +85,10 @@ std::optional<size_t> findVideoObjectLayer(ByteBuffer* rawBuffer, size_t start, 
     }
 }
 
-/** Where the first picture begins, from the start code at `start` on; nothing as above. */
+/**
+ * Where the first picture begins, from the start code at `start` on; nothing when more bytes are
+ * needed.
+ */
 std::optional<size_t> findFirstPicture(ByteView data, size_t start) {
     size_t offset = start;
     for (;;) {

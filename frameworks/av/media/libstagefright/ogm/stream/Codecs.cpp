@@ -44,7 +44,7 @@ constexpr Codec kWmv{OGV_VIDEO_WMV, &ogm::MEDIA_MIMETYPE_VIDEO_WMV, "Video - WMV
 constexpr Codec kVp8{OGV_VIDEO_VP8, &MEDIA_MIMETYPE_VIDEO_VP8, "Video - VP8 Codec \n"};
 constexpr Codec kMjpeg{OGV_VIDEO_MJPEG, &MEDIA_MIMETYPE_VIDEO_MJPEG, "Video - MJPG Codec \n"};
 
-// Case counts: what is not written here in just this way is refused, "XVID" and "mjpg" among it.
+// Case matters: a name that is not in the table is refused, "XVID" and "mjpg" among them.
 constexpr CodecId kVideoCodecs[] = {
         {fourcc("3IV2"), &kMpeg4}, {fourcc("3iv2"), &kMpeg4}, {fourcc("BLZ0"), &kMpeg4},
         {fourcc("DIGI"), &kMpeg4}, {fourcc("DIV1"), &kMpeg4}, {fourcc("div1"), &kMpeg4},

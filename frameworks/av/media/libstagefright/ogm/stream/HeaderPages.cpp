@@ -24,7 +24,7 @@ bool readStreamHeader(const PageReader& pages, int64_t pageOffset, int64_t pageS
     const auto bodySize = static_cast<size_t>(pageSize - page.headerSize());
     ALOGD("currPage.mNumSegments =%d, pageDataSize =%d", page.mNumSegments,
           static_cast<int>(bodySize));
-    // A MediaBuffer cannot be deleted: it goes with its one release.
+    // Owned by its reference count: release() deletes it.
     auto* const buffer = new MediaBuffer(bodySize);
     const bool isRead =
             pages.readBody(wrapAdd(pageOffset, page.headerSize()), buffer->data(), bodySize);

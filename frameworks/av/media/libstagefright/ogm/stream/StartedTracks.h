@@ -13,7 +13,8 @@ void logTrackStop(int32_t serialNo, int32_t selectedSerialNo);
 
 /**
  * Which track takes the packets of which stream, by serial number, and which stream moves the
- * cursor when it seeks. It owns no track: each must be stopped or forgotten before it goes.
+ * cursor when it seeks. It owns no track: each must be stopped or forgotten before it
+ * is destroyed.
  *
  * A Track has resetPageState(), signalDiscontinuity() and currentTimeUs().
  */
@@ -22,7 +23,7 @@ class StartedTracks {
   public:
     struct Entry {
         bool isRegistered = false;
-        /** Null for a stream that is not registered, or whose track is gone. */
+        /** Null for a stream that is not registered, or whose track was destroyed. */
         Track* track = nullptr;
     };
 
@@ -53,7 +54,7 @@ class StartedTracks {
         logTrackStop(serialNo, mSelectedSerialNo);
     }
 
-    /** The track goes; its stream stays registered. */
+    /** The track is destroyed; its stream stays registered. */
     void forget(const Track* track) {
         for (auto& [serialNo, registered] : mStartedTracks) {
             if (registered == track) {

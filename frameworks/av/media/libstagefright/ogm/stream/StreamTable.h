@@ -66,7 +66,10 @@ class StreamTable {
     std::vector<OgmStreamInfo> mTracks;
     uint16_t mBitsPerSample = 0;
     bool mThumbnailTimeSet = false;
-    /** Held while a format is changed or copied, and never while anything is read. */
+    /**
+     * Held while a format is changed or copied, and never while anything is read. While a file is
+     * being opened nobody else can ask for a format, and it is not needed.
+     */
     mutable std::mutex mFormatLock;
 };
 
