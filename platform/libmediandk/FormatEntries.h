@@ -10,8 +10,6 @@
 #include <variant>
 #include <vector>
 
-#include "FormatKeys.h"
-
 namespace android::mediandk {
 
 struct Rect {
@@ -46,26 +44,20 @@ class FormatEntries {
   public:
     struct Entry {
         std::string name;
-        /** The key that reads like the name; null if none does. */
-        const char* key;
         Value value;
     };
 
     /** The value of that name if it has that very type, else null. Every change invalidates it. */
     template <typename T>
-    const T* find(const char* name) const {
-        const Entry* const entry = findEntry(name);
-        return entry != nullptr ? std::get_if<T>(&entry->value) : nullptr;
+    const T* find(std::string_view name) const {
+        const size_t index = indexOf(name);
+        return index < mItems.size() ? std::get_if<T>(&mItems[index].value) : nullptr;
     }
 
     /** Inserts or replaces. Does not return if there are too many entries already. */
     template <typename T>
-    void set(const char* name, T value) {
-        if (const T* const present = find<T>(name)) {
-            *const_cast<T*>(present) = std::move(value);
-        } else {
-            insertOrReplace(name, std::move(value));
-        }
+    void set(std::string_view name, T value) {
+        findOrInsert(name) = std::move(value);
     }
 
     void clear() { mItems.clear(); }
@@ -76,31 +68,9 @@ class FormatEntries {
     const std::vector<Entry>& items() const { return mItems; }
 
   private:
-    // Most names are keys, which need no comparison of texts: a buffer's entries are looked up
-    // several times in each read.
-    const Entry* findEntry(const char* name) const {
-        if (!isFormatKey(name)) {
-            return findText(name);
-        }
-        for (const Entry& entry : mItems) {
-            if (entry.key == name) {
-                return &entry;
-            }
-        }
-        return nullptr;
-    }
-    const Entry* findText(std::string_view name) const;
-
-    // Apart, so that a value is replaced without room for a new entry.
-    template <typename T>
-    __attribute__((__noinline__)) void insertOrReplace(const char* name, T value) {
-        if (const Entry* const entry = findEntry(name)) {
-            const_cast<Entry*>(entry)->value = std::move(value);
-        } else {
-            insert(name, std::move(value));
-        }
-    }
-    void insert(const char* name, Value value);
+    /** The number of entries if none has that name. */
+    size_t indexOf(std::string_view name) const;
+    Value& findOrInsert(std::string_view name);
 
     std::vector<Entry> mItems;
 };

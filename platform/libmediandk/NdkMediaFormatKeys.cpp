@@ -1,156 +1,149 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <media/NdkMediaFormat.h>
 
-#include "FormatKeys.h"
-
-// The text lies in a section of all keys' texts, which tells them from other texts by the address.
-#define OGM_FORMAT_KEY(name, text)                                                            \
-    __attribute__((section(OGM_FORMAT_KEYS_SECTION))) static const char kText##name[] = text; \
-    const char* AMEDIAFORMAT_KEY_##name = kText##name;
-
 // Since API level 21.
-OGM_FORMAT_KEY(AAC_PROFILE, "aac-profile")
-OGM_FORMAT_KEY(BIT_RATE, "bitrate")
-OGM_FORMAT_KEY(CHANNEL_COUNT, "channel-count")
-OGM_FORMAT_KEY(CHANNEL_MASK, "channel-mask")
-OGM_FORMAT_KEY(COLOR_FORMAT, "color-format")
-OGM_FORMAT_KEY(DURATION, "durationUs")
-OGM_FORMAT_KEY(FLAC_COMPRESSION_LEVEL, "flac-compression-level")
-OGM_FORMAT_KEY(FRAME_RATE, "frame-rate")
-OGM_FORMAT_KEY(HEIGHT, "height")
-OGM_FORMAT_KEY(IS_ADTS, "is-adts")
-OGM_FORMAT_KEY(IS_AUTOSELECT, "is-autoselect")
-OGM_FORMAT_KEY(IS_DEFAULT, "is-default")
-OGM_FORMAT_KEY(IS_FORCED_SUBTITLE, "is-forced-subtitle")
-OGM_FORMAT_KEY(I_FRAME_INTERVAL, "i-frame-interval")
-OGM_FORMAT_KEY(LANGUAGE, "language")
-OGM_FORMAT_KEY(MAX_HEIGHT, "max-height")
-OGM_FORMAT_KEY(MAX_INPUT_SIZE, "max-input-size")
-OGM_FORMAT_KEY(MAX_WIDTH, "max-width")
-OGM_FORMAT_KEY(MIME, "mime")
-OGM_FORMAT_KEY(PUSH_BLANK_BUFFERS_ON_STOP, "push-blank-buffers-on-shutdown")
-OGM_FORMAT_KEY(REPEAT_PREVIOUS_FRAME_AFTER, "repeat-previous-frame-after")
-OGM_FORMAT_KEY(SAMPLE_RATE, "sample-rate")
-OGM_FORMAT_KEY(STRIDE, "stride")
-OGM_FORMAT_KEY(WIDTH, "width")
+const char* AMEDIAFORMAT_KEY_AAC_PROFILE = "aac-profile";
+const char* AMEDIAFORMAT_KEY_BIT_RATE = "bitrate";
+const char* AMEDIAFORMAT_KEY_CHANNEL_COUNT = "channel-count";
+const char* AMEDIAFORMAT_KEY_CHANNEL_MASK = "channel-mask";
+const char* AMEDIAFORMAT_KEY_COLOR_FORMAT = "color-format";
+const char* AMEDIAFORMAT_KEY_DURATION = "durationUs";
+const char* AMEDIAFORMAT_KEY_FLAC_COMPRESSION_LEVEL = "flac-compression-level";
+const char* AMEDIAFORMAT_KEY_FRAME_RATE = "frame-rate";
+const char* AMEDIAFORMAT_KEY_HEIGHT = "height";
+const char* AMEDIAFORMAT_KEY_IS_ADTS = "is-adts";
+const char* AMEDIAFORMAT_KEY_IS_AUTOSELECT = "is-autoselect";
+const char* AMEDIAFORMAT_KEY_IS_DEFAULT = "is-default";
+const char* AMEDIAFORMAT_KEY_IS_FORCED_SUBTITLE = "is-forced-subtitle";
+const char* AMEDIAFORMAT_KEY_I_FRAME_INTERVAL = "i-frame-interval";
+const char* AMEDIAFORMAT_KEY_LANGUAGE = "language";
+const char* AMEDIAFORMAT_KEY_MAX_HEIGHT = "max-height";
+const char* AMEDIAFORMAT_KEY_MAX_INPUT_SIZE = "max-input-size";
+const char* AMEDIAFORMAT_KEY_MAX_WIDTH = "max-width";
+const char* AMEDIAFORMAT_KEY_MIME = "mime";
+const char* AMEDIAFORMAT_KEY_PUSH_BLANK_BUFFERS_ON_STOP = "push-blank-buffers-on-shutdown";
+const char* AMEDIAFORMAT_KEY_REPEAT_PREVIOUS_FRAME_AFTER = "repeat-previous-frame-after";
+const char* AMEDIAFORMAT_KEY_SAMPLE_RATE = "sample-rate";
+const char* AMEDIAFORMAT_KEY_STRIDE = "stride";
+const char* AMEDIAFORMAT_KEY_WIDTH = "width";
 
 // Since API level 28.
-OGM_FORMAT_KEY(AAC_DRC_ATTENUATION_FACTOR, "aac-drc-cut-level")
-OGM_FORMAT_KEY(AAC_DRC_BOOST_FACTOR, "aac-drc-boost-level")
-OGM_FORMAT_KEY(AAC_DRC_HEAVY_COMPRESSION, "aac-drc-heavy-compression")
-OGM_FORMAT_KEY(AAC_DRC_TARGET_REFERENCE_LEVEL, "aac-target-ref-level")
-OGM_FORMAT_KEY(AAC_ENCODED_TARGET_LEVEL, "aac-encoded-target-level")
-OGM_FORMAT_KEY(AAC_MAX_OUTPUT_CHANNEL_COUNT, "aac-max-output-channel_count")
-OGM_FORMAT_KEY(AAC_SBR_MODE, "aac-sbr-mode")
-OGM_FORMAT_KEY(AUDIO_SESSION_ID, "audio-session-id")
-OGM_FORMAT_KEY(BITRATE_MODE, "bitrate-mode")
-OGM_FORMAT_KEY(CAPTURE_RATE, "capture-rate")
-OGM_FORMAT_KEY(COLOR_RANGE, "color-range")
-OGM_FORMAT_KEY(COLOR_STANDARD, "color-standard")
-OGM_FORMAT_KEY(COLOR_TRANSFER, "color-transfer")
-OGM_FORMAT_KEY(COMPLEXITY, "complexity")
-OGM_FORMAT_KEY(CSD, "csd")
-OGM_FORMAT_KEY(CSD_0, "csd-0")
-OGM_FORMAT_KEY(CSD_1, "csd-1")
-OGM_FORMAT_KEY(CSD_2, "csd-2")
-OGM_FORMAT_KEY(DISPLAY_CROP, "crop")
-OGM_FORMAT_KEY(DISPLAY_HEIGHT, "display-height")
-OGM_FORMAT_KEY(DISPLAY_WIDTH, "display-width")
-OGM_FORMAT_KEY(GRID_COLUMNS, "grid-cols")
-OGM_FORMAT_KEY(GRID_ROWS, "grid-rows")
-OGM_FORMAT_KEY(HDR_STATIC_INFO, "hdr-static-info")
-OGM_FORMAT_KEY(INTRA_REFRESH_PERIOD, "intra-refresh-period")
-OGM_FORMAT_KEY(LATENCY, "latency")
-OGM_FORMAT_KEY(LEVEL, "level")
-OGM_FORMAT_KEY(OPERATING_RATE, "operating-rate")
-OGM_FORMAT_KEY(PCM_ENCODING, "pcm-encoding")
-OGM_FORMAT_KEY(PRIORITY, "priority")
-OGM_FORMAT_KEY(PROFILE, "profile")
-OGM_FORMAT_KEY(ROTATION, "rotation-degrees")
-OGM_FORMAT_KEY(SEI, "sei")
-OGM_FORMAT_KEY(SLICE_HEIGHT, "slice-height")
-OGM_FORMAT_KEY(TEMPORAL_LAYERING, "ts-schema")
-OGM_FORMAT_KEY(TEMPORAL_LAYER_ID, "temporal-layer-id")
-OGM_FORMAT_KEY(TILE_HEIGHT, "tile-height")
-OGM_FORMAT_KEY(TILE_WIDTH, "tile-width")
-OGM_FORMAT_KEY(TIME_US, "timeUs")
-OGM_FORMAT_KEY(TRACK_ID, "track-id")
-OGM_FORMAT_KEY(TRACK_INDEX, "track-index")
+const char* AMEDIAFORMAT_KEY_AAC_DRC_ATTENUATION_FACTOR = "aac-drc-cut-level";
+const char* AMEDIAFORMAT_KEY_AAC_DRC_BOOST_FACTOR = "aac-drc-boost-level";
+const char* AMEDIAFORMAT_KEY_AAC_DRC_HEAVY_COMPRESSION = "aac-drc-heavy-compression";
+const char* AMEDIAFORMAT_KEY_AAC_DRC_TARGET_REFERENCE_LEVEL = "aac-target-ref-level";
+const char* AMEDIAFORMAT_KEY_AAC_ENCODED_TARGET_LEVEL = "aac-encoded-target-level";
+const char* AMEDIAFORMAT_KEY_AAC_MAX_OUTPUT_CHANNEL_COUNT = "aac-max-output-channel_count";
+const char* AMEDIAFORMAT_KEY_AAC_SBR_MODE = "aac-sbr-mode";
+const char* AMEDIAFORMAT_KEY_AUDIO_SESSION_ID = "audio-session-id";
+const char* AMEDIAFORMAT_KEY_BITRATE_MODE = "bitrate-mode";
+const char* AMEDIAFORMAT_KEY_CAPTURE_RATE = "capture-rate";
+const char* AMEDIAFORMAT_KEY_COLOR_RANGE = "color-range";
+const char* AMEDIAFORMAT_KEY_COLOR_STANDARD = "color-standard";
+const char* AMEDIAFORMAT_KEY_COLOR_TRANSFER = "color-transfer";
+const char* AMEDIAFORMAT_KEY_COMPLEXITY = "complexity";
+const char* AMEDIAFORMAT_KEY_CSD = "csd";
+const char* AMEDIAFORMAT_KEY_CSD_0 = "csd-0";
+const char* AMEDIAFORMAT_KEY_CSD_1 = "csd-1";
+const char* AMEDIAFORMAT_KEY_CSD_2 = "csd-2";
+const char* AMEDIAFORMAT_KEY_DISPLAY_CROP = "crop";
+const char* AMEDIAFORMAT_KEY_DISPLAY_HEIGHT = "display-height";
+const char* AMEDIAFORMAT_KEY_DISPLAY_WIDTH = "display-width";
+const char* AMEDIAFORMAT_KEY_GRID_COLUMNS = "grid-cols";
+const char* AMEDIAFORMAT_KEY_GRID_ROWS = "grid-rows";
+const char* AMEDIAFORMAT_KEY_HDR_STATIC_INFO = "hdr-static-info";
+const char* AMEDIAFORMAT_KEY_INTRA_REFRESH_PERIOD = "intra-refresh-period";
+const char* AMEDIAFORMAT_KEY_LATENCY = "latency";
+const char* AMEDIAFORMAT_KEY_LEVEL = "level";
+const char* AMEDIAFORMAT_KEY_OPERATING_RATE = "operating-rate";
+const char* AMEDIAFORMAT_KEY_PCM_ENCODING = "pcm-encoding";
+const char* AMEDIAFORMAT_KEY_PRIORITY = "priority";
+const char* AMEDIAFORMAT_KEY_PROFILE = "profile";
+const char* AMEDIAFORMAT_KEY_ROTATION = "rotation-degrees";
+const char* AMEDIAFORMAT_KEY_SEI = "sei";
+const char* AMEDIAFORMAT_KEY_SLICE_HEIGHT = "slice-height";
+const char* AMEDIAFORMAT_KEY_TEMPORAL_LAYERING = "ts-schema";
+const char* AMEDIAFORMAT_KEY_TEMPORAL_LAYER_ID = "temporal-layer-id";
+const char* AMEDIAFORMAT_KEY_TILE_HEIGHT = "tile-height";
+const char* AMEDIAFORMAT_KEY_TILE_WIDTH = "tile-width";
+const char* AMEDIAFORMAT_KEY_TIME_US = "timeUs";
+const char* AMEDIAFORMAT_KEY_TRACK_ID = "track-id";
+const char* AMEDIAFORMAT_KEY_TRACK_INDEX = "track-index";
 
 // Since API level 29.
-OGM_FORMAT_KEY(ALBUM, "album")
-OGM_FORMAT_KEY(ALBUMART, "albumart")
-OGM_FORMAT_KEY(ALBUMARTIST, "albumartist")
-OGM_FORMAT_KEY(ARTIST, "artist")
-OGM_FORMAT_KEY(AUDIO_PRESENTATION_INFO, "audio-presentation-info")
-OGM_FORMAT_KEY(AUTHOR, "author")
-OGM_FORMAT_KEY(BITS_PER_SAMPLE, "bits-per-sample")
-OGM_FORMAT_KEY(CDTRACKNUMBER, "cdtracknum")
-OGM_FORMAT_KEY(COMPILATION, "compilation")
-OGM_FORMAT_KEY(COMPOSER, "composer")
-OGM_FORMAT_KEY(CREATE_INPUT_SURFACE_SUSPENDED, "create-input-buffers-suspended")
-OGM_FORMAT_KEY(CRYPTO_DEFAULT_IV_SIZE, "crypto-default-iv-size")
-OGM_FORMAT_KEY(CRYPTO_ENCRYPTED_BYTE_BLOCK, "crypto-encrypted-byte-block")
-OGM_FORMAT_KEY(CRYPTO_ENCRYPTED_SIZES, "crypto-encrypted-sizes")
-OGM_FORMAT_KEY(CRYPTO_IV, "crypto-iv")
-OGM_FORMAT_KEY(CRYPTO_KEY, "crypto-key")
-OGM_FORMAT_KEY(CRYPTO_MODE, "crypto-mode")
-OGM_FORMAT_KEY(CRYPTO_PLAIN_SIZES, "crypto-plain-sizes")
-OGM_FORMAT_KEY(CRYPTO_SKIP_BYTE_BLOCK, "crypto-skip-byte-block")
-OGM_FORMAT_KEY(CSD_AVC, "csd-avc")
-OGM_FORMAT_KEY(CSD_HEVC, "csd-hevc")
-OGM_FORMAT_KEY(D263, "d263")
-OGM_FORMAT_KEY(DATE, "date")
-OGM_FORMAT_KEY(DISCNUMBER, "discnum")
-OGM_FORMAT_KEY(ENCODER_DELAY, "encoder-delay")
-OGM_FORMAT_KEY(ENCODER_PADDING, "encoder-padding")
-OGM_FORMAT_KEY(ESDS, "esds")
-OGM_FORMAT_KEY(EXIF_OFFSET, "exif-offset")
-OGM_FORMAT_KEY(EXIF_SIZE, "exif-size")
-OGM_FORMAT_KEY(FRAME_COUNT, "frame-count")
-OGM_FORMAT_KEY(GENRE, "genre")
-OGM_FORMAT_KEY(HAPTIC_CHANNEL_COUNT, "haptic-channel-count")
-OGM_FORMAT_KEY(HDR10_PLUS_INFO, "hdr10-plus-info")
-OGM_FORMAT_KEY(ICC_PROFILE, "icc-profile")
-OGM_FORMAT_KEY(IS_SYNC_FRAME, "is-sync-frame")
-OGM_FORMAT_KEY(LOCATION, "location")
-OGM_FORMAT_KEY(LOOP, "loop")
-OGM_FORMAT_KEY(LYRICIST, "lyricist")
-OGM_FORMAT_KEY(MANUFACTURER, "manufacturer")
-OGM_FORMAT_KEY(MAX_BIT_RATE, "max-bitrate")
-OGM_FORMAT_KEY(MAX_FPS_TO_ENCODER, "max-fps-to-encoder")
-OGM_FORMAT_KEY(MAX_PTS_GAP_TO_ENCODER, "max-pts-gap-to-encoder")
-OGM_FORMAT_KEY(MPEG2_STREAM_HEADER, "mpeg2-stream-header")
-OGM_FORMAT_KEY(MPEG_USER_DATA, "mpeg-user-data")
-OGM_FORMAT_KEY(PCM_BIG_ENDIAN, "pcm-big-endian")
-OGM_FORMAT_KEY(PSSH, "pssh")
-OGM_FORMAT_KEY(SAR_HEIGHT, "sar-height")
-OGM_FORMAT_KEY(SAR_WIDTH, "sar-width")
-OGM_FORMAT_KEY(TARGET_TIME, "target-time")
-OGM_FORMAT_KEY(TEMPORAL_LAYER_COUNT, "temporal-layer-count")
-OGM_FORMAT_KEY(TEXT_FORMAT_DATA, "text-format-data")
-OGM_FORMAT_KEY(THUMBNAIL_CSD_HEVC, "thumbnail-csd-hevc")
-OGM_FORMAT_KEY(THUMBNAIL_HEIGHT, "thumbnail-height")
-OGM_FORMAT_KEY(THUMBNAIL_TIME, "thumbnail-time")
-OGM_FORMAT_KEY(THUMBNAIL_WIDTH, "thumbnail-width")
-OGM_FORMAT_KEY(TITLE, "title")
-OGM_FORMAT_KEY(VALID_SAMPLES, "valid-samples")
-OGM_FORMAT_KEY(YEAR, "year")
+const char* AMEDIAFORMAT_KEY_ALBUM = "album";
+const char* AMEDIAFORMAT_KEY_ALBUMART = "albumart";
+const char* AMEDIAFORMAT_KEY_ALBUMARTIST = "albumartist";
+const char* AMEDIAFORMAT_KEY_ARTIST = "artist";
+const char* AMEDIAFORMAT_KEY_AUDIO_PRESENTATION_INFO = "audio-presentation-info";
+const char* AMEDIAFORMAT_KEY_AUTHOR = "author";
+const char* AMEDIAFORMAT_KEY_BITS_PER_SAMPLE = "bits-per-sample";
+const char* AMEDIAFORMAT_KEY_CDTRACKNUMBER = "cdtracknum";
+const char* AMEDIAFORMAT_KEY_COMPILATION = "compilation";
+const char* AMEDIAFORMAT_KEY_COMPOSER = "composer";
+const char* AMEDIAFORMAT_KEY_CREATE_INPUT_SURFACE_SUSPENDED = "create-input-buffers-suspended";
+const char* AMEDIAFORMAT_KEY_CRYPTO_DEFAULT_IV_SIZE = "crypto-default-iv-size";
+const char* AMEDIAFORMAT_KEY_CRYPTO_ENCRYPTED_BYTE_BLOCK = "crypto-encrypted-byte-block";
+const char* AMEDIAFORMAT_KEY_CRYPTO_ENCRYPTED_SIZES = "crypto-encrypted-sizes";
+const char* AMEDIAFORMAT_KEY_CRYPTO_IV = "crypto-iv";
+const char* AMEDIAFORMAT_KEY_CRYPTO_KEY = "crypto-key";
+const char* AMEDIAFORMAT_KEY_CRYPTO_MODE = "crypto-mode";
+const char* AMEDIAFORMAT_KEY_CRYPTO_PLAIN_SIZES = "crypto-plain-sizes";
+const char* AMEDIAFORMAT_KEY_CRYPTO_SKIP_BYTE_BLOCK = "crypto-skip-byte-block";
+const char* AMEDIAFORMAT_KEY_CSD_AVC = "csd-avc";
+const char* AMEDIAFORMAT_KEY_CSD_HEVC = "csd-hevc";
+const char* AMEDIAFORMAT_KEY_D263 = "d263";
+const char* AMEDIAFORMAT_KEY_DATE = "date";
+const char* AMEDIAFORMAT_KEY_DISCNUMBER = "discnum";
+const char* AMEDIAFORMAT_KEY_ENCODER_DELAY = "encoder-delay";
+const char* AMEDIAFORMAT_KEY_ENCODER_PADDING = "encoder-padding";
+const char* AMEDIAFORMAT_KEY_ESDS = "esds";
+const char* AMEDIAFORMAT_KEY_EXIF_OFFSET = "exif-offset";
+const char* AMEDIAFORMAT_KEY_EXIF_SIZE = "exif-size";
+const char* AMEDIAFORMAT_KEY_FRAME_COUNT = "frame-count";
+const char* AMEDIAFORMAT_KEY_GENRE = "genre";
+const char* AMEDIAFORMAT_KEY_HAPTIC_CHANNEL_COUNT = "haptic-channel-count";
+const char* AMEDIAFORMAT_KEY_HDR10_PLUS_INFO = "hdr10-plus-info";
+const char* AMEDIAFORMAT_KEY_ICC_PROFILE = "icc-profile";
+const char* AMEDIAFORMAT_KEY_IS_SYNC_FRAME = "is-sync-frame";
+const char* AMEDIAFORMAT_KEY_LOCATION = "location";
+const char* AMEDIAFORMAT_KEY_LOOP = "loop";
+const char* AMEDIAFORMAT_KEY_LYRICIST = "lyricist";
+const char* AMEDIAFORMAT_KEY_MANUFACTURER = "manufacturer";
+const char* AMEDIAFORMAT_KEY_MAX_BIT_RATE = "max-bitrate";
+const char* AMEDIAFORMAT_KEY_MAX_FPS_TO_ENCODER = "max-fps-to-encoder";
+const char* AMEDIAFORMAT_KEY_MAX_PTS_GAP_TO_ENCODER = "max-pts-gap-to-encoder";
+const char* AMEDIAFORMAT_KEY_MPEG2_STREAM_HEADER = "mpeg2-stream-header";
+const char* AMEDIAFORMAT_KEY_MPEG_USER_DATA = "mpeg-user-data";
+const char* AMEDIAFORMAT_KEY_PCM_BIG_ENDIAN = "pcm-big-endian";
+const char* AMEDIAFORMAT_KEY_PSSH = "pssh";
+const char* AMEDIAFORMAT_KEY_SAR_HEIGHT = "sar-height";
+const char* AMEDIAFORMAT_KEY_SAR_WIDTH = "sar-width";
+const char* AMEDIAFORMAT_KEY_TARGET_TIME = "target-time";
+const char* AMEDIAFORMAT_KEY_TEMPORAL_LAYER_COUNT = "temporal-layer-count";
+const char* AMEDIAFORMAT_KEY_TEXT_FORMAT_DATA = "text-format-data";
+const char* AMEDIAFORMAT_KEY_THUMBNAIL_CSD_HEVC = "thumbnail-csd-hevc";
+const char* AMEDIAFORMAT_KEY_THUMBNAIL_HEIGHT = "thumbnail-height";
+const char* AMEDIAFORMAT_KEY_THUMBNAIL_TIME = "thumbnail-time";
+const char* AMEDIAFORMAT_KEY_THUMBNAIL_WIDTH = "thumbnail-width";
+const char* AMEDIAFORMAT_KEY_TITLE = "title";
+const char* AMEDIAFORMAT_KEY_VALID_SAMPLES = "valid-samples";
+const char* AMEDIAFORMAT_KEY_YEAR = "year";
 
 // Since API level 30.
-OGM_FORMAT_KEY(LOW_LATENCY, "low-latency")
+const char* AMEDIAFORMAT_KEY_LOW_LATENCY = "low-latency";
 
 // Since API level 31.
-OGM_FORMAT_KEY(CSD_AV1C, "csd-av1c")
-OGM_FORMAT_KEY(LAST_SAMPLE_INDEX_IN_CHUNK, "last-sample-index-in-chunk")
-OGM_FORMAT_KEY(SAMPLE_FILE_OFFSET, "sample-file-offset")
-OGM_FORMAT_KEY(SAMPLE_TIME_BEFORE_APPEND, "sample-time-before-append")
-OGM_FORMAT_KEY(SLOW_MOTION_MARKERS, "slow-motion-markers")
-OGM_FORMAT_KEY(THUMBNAIL_CSD_AV1C, "thumbnail-csd-av1c")
-OGM_FORMAT_KEY(XMP_OFFSET, "xmp-offset")
-OGM_FORMAT_KEY(XMP_SIZE, "xmp-size")
+const char* AMEDIAFORMAT_KEY_CSD_AV1C = "csd-av1c";
+const char* AMEDIAFORMAT_KEY_LAST_SAMPLE_INDEX_IN_CHUNK = "last-sample-index-in-chunk";
+const char* AMEDIAFORMAT_KEY_SAMPLE_FILE_OFFSET = "sample-file-offset";
+const char* AMEDIAFORMAT_KEY_SAMPLE_TIME_BEFORE_APPEND = "sample-time-before-append";
+const char* AMEDIAFORMAT_KEY_SLOW_MOTION_MARKERS = "slow-motion-markers";
+const char* AMEDIAFORMAT_KEY_THUMBNAIL_CSD_AV1C = "thumbnail-csd-av1c";
+const char* AMEDIAFORMAT_KEY_XMP_OFFSET = "xmp-offset";
+const char* AMEDIAFORMAT_KEY_XMP_SIZE = "xmp-size";
 
 // Since API level 32.
-OGM_FORMAT_KEY(MPEGH_COMPATIBLE_SETS, "mpegh-compatible-sets")
-OGM_FORMAT_KEY(MPEGH_PROFILE_LEVEL_INDICATION, "mpegh-profile-level-indication")
-OGM_FORMAT_KEY(MPEGH_REFERENCE_CHANNEL_LAYOUT, "mpegh-reference-channel-layout")
+const char* AMEDIAFORMAT_KEY_MPEGH_COMPATIBLE_SETS = "mpegh-compatible-sets";
+const char* AMEDIAFORMAT_KEY_MPEGH_PROFILE_LEVEL_INDICATION = "mpegh-profile-level-indication";
+const char* AMEDIAFORMAT_KEY_MPEGH_REFERENCE_CHANNEL_LAYOUT = "mpegh-reference-channel-layout";

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <media/NdkMediaFormat.h>
 
-#include <string>
-
 #include "FormatFixture.h"
 
 namespace {
@@ -31,23 +29,6 @@ TEST_F(FormatCopyTest, ReplacesAllEntriesAndKeepsTheOrderOfTheSource) {
     EXPECT_EQ(AMEDIA_OK, AMediaFormat_copy(mFormat, mFrom));
     EXPECT_EQ("b: int32(1), a: int64(2), c: string(3), d: Rect(1, 2, 3, 4)}", text());
     EXPECT_EQ(text(), AMediaFormat_toString(mFrom));
-}
-
-TEST_F(FormatCopyTest, ACopiedEntryIsFoundByItsKeyAndByItsText) {
-    int32_t value = 0;
-    AMediaFormat_setInt32(mFrom, std::string("width").c_str(), 1);
-    AMediaFormat_setInt32(mFrom, AMEDIAFORMAT_KEY_HEIGHT, 2);
-    AMediaFormat_setInt32(mFrom, "of-no-key", 3);
-    AMediaFormat_setInt32(mFrom, "", 4);
-    AMediaFormat_copy(mFormat, mFrom);
-    EXPECT_TRUE(AMediaFormat_getInt32(mFormat, AMEDIAFORMAT_KEY_WIDTH, &value));
-    EXPECT_EQ(1, value);
-    EXPECT_TRUE(AMediaFormat_getInt32(mFormat, std::string("height").c_str(), &value));
-    EXPECT_EQ(2, value);
-    EXPECT_TRUE(AMediaFormat_getInt32(mFormat, "of-no-key", &value));
-    EXPECT_EQ(3, value);
-    EXPECT_TRUE(AMediaFormat_getInt32(mFormat, "", &value));
-    EXPECT_EQ(4, value);
 }
 
 TEST_F(FormatCopyTest, ANullFormatIsAnInvalidParameterAndChangesNothing) {

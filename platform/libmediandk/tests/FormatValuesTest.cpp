@@ -194,9 +194,6 @@ TEST_F(FormatValuesTest, AKeyAndATextThatReadsTheSameAreOneName) {
     EXPECT_TRUE(AMediaFormat_getInt32(mFormat, std::string("height").c_str(), &value));
     EXPECT_EQ(4, value);
     EXPECT_EQ("width: int32(2), height: int32(4)}", text());
-    const char* const endOfAnotherKey = AMEDIAFORMAT_KEY_MAX_WIDTH + strlen("max-");
-    AMediaFormat_setInt32(mFormat, endOfAnotherKey, 5);
-    EXPECT_EQ("width: int32(5), height: int32(4)}", text());
 }
 
 TEST_F(FormatValuesTest, NamesAreCopied) {

@@ -4,7 +4,6 @@
 #include <dlfcn.h>
 
 #include <fstream>
-#include <set>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -46,19 +45,15 @@ TEST(NdkMediaFormatKeysTest, TheKeysHaveTheirTexts) {
     }
 }
 
-// Entries set by keys are found by the keys' addresses.
-TEST(NdkMediaFormatKeysTest, NoTwoKeysReadTheSame) {
-    std::ifstream header(OGM_FORMAT_HEADER);
-    std::set<std::string> texts;
+TEST(NdkMediaFormatKeysTest, OfTheDeclaredKeys135AreDefined) {
+    std::ifstream header(FORMAT_HEADER);
     size_t count = 0;
     for (std::string word; header >> word;) {
         if (word.rfind("AMEDIAFORMAT_KEY_", 0) != 0 || word.back() != ';') {
             continue;
         }
         word.pop_back();
-        const auto* const key = static_cast<const char* const*>(dlsym(RTLD_DEFAULT, word.c_str()));
-        if (key != nullptr) {
-            EXPECT_TRUE(texts.insert(*key).second) << word;
+        if (dlsym(RTLD_DEFAULT, word.c_str()) != nullptr) {
             ++count;
         }
     }
