@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "RepeatedSource.h"
 
-#include <media/stagefright/foundation/ByteUtils.h>
-
 #include <algorithm>
 #include <cstring>
 #include <string_view>
@@ -27,6 +25,23 @@ size_t pageSize(const uint8_t* page) {
     return size;
 }
 
+/** The unsigned number of that many bytes. */
+uint64_t littleEndian(const uint8_t* data, size_t size) {
+    uint64_t value = 0;
+    for (size_t i = 0; i < size; ++i) {
+        value |= static_cast<uint64_t>(data[i]) << (8 * i);
+    }
+    return value;
+}
+
+uint32_t serialNoOf(const uint8_t* page) {
+    return static_cast<uint32_t>(littleEndian(page + kSerialNoOffset, sizeof(uint32_t)));
+}
+
+uint64_t granuleOf(const uint8_t* page) {
+    return littleEndian(page + kGranuleOffset, sizeof(uint64_t));
+}
+
 void putLittleEndian(uint8_t* data, uint64_t value) {
     for (size_t i = 0; i < sizeof(value); ++i) {
         data[i] = static_cast<uint8_t>(value >> (8 * i));
@@ -45,8 +60,7 @@ RepeatedSource::RepeatedSource(const Content& content, size_t periodSize, int64_
         mHeaderSize += pageSize(mBytes.data() + mHeaderSize);
     }
     for (size_t page = mHeaderSize; page < mBytes.size(); page += pageSize(&mBytes[page])) {
-        mGranulesPerPeriod[U32LE_AT(&mBytes[page + kSerialNoOffset])] =
-                U64LE_AT(&mBytes[page + kGranuleOffset]);
+        mGranulesPerPeriod[serialNoOf(&mBytes[page])] = granuleOf(&mBytes[page]);
     }
 }
 
@@ -80,10 +94,10 @@ void RepeatedSource::readRun(int64_t offset, uint8_t* data, size_t size) const {
 }
 
 void RepeatedSource::raiseGranule(uint8_t* header, uint64_t repetition) const {
-    const auto perPeriod = mGranulesPerPeriod.find(U32LE_AT(header + kSerialNoOffset));
+    const auto perPeriod = mGranulesPerPeriod.find(serialNoOf(header));
     if (perPeriod != mGranulesPerPeriod.end()) {
-        uint8_t* const granule = header + kGranuleOffset;
-        putLittleEndian(granule, U64LE_AT(granule) + repetition * perPeriod->second);
+        putLittleEndian(header + kGranuleOffset,
+                        granuleOf(header) + repetition * perPeriod->second);
     }
 }
 

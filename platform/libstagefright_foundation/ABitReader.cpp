@@ -8,7 +8,6 @@ namespace android {
 namespace {
 
 constexpr size_t kMaxBits = 32;
-constexpr size_t kReservoirBits = 64;
 
 /** A number whose lowest `n` bits, at most 63, are set. */
 uint64_t lowMask(size_t n) {
@@ -18,7 +17,7 @@ uint64_t lowMask(size_t n) {
 }  // namespace
 
 ABitReader::ABitReader(const uint8_t* data, size_t size)
-    : mBegin(data), mNext(data), mEnd(data + size), mBits(0), mNumBits(0), mOverRead(false) {}
+    : mNext(data), mEnd(data + size), mBits(0), mNumBits(0) {}
 
 uint32_t ABitReader::getBits(size_t n) {
     uint32_t ret;
@@ -34,12 +33,6 @@ bool ABitReader::getBitsGraceful(size_t n, uint32_t* out) {
     }
     *out = take(n);
     return true;
-}
-
-uint32_t ABitReader::getBitsWithFallback(size_t n, uint32_t fallback) {
-    uint32_t ret = fallback;
-    getBitsGraceful(n, &ret);
-    return ret;
 }
 
 bool ABitReader::skipBits(size_t n) {
@@ -62,26 +55,8 @@ bool ABitReader::skipBits(size_t n) {
     return true;
 }
 
-void ABitReader::putBits(uint32_t x, size_t n) {
-    if (mOverRead) {
-        return;
-    }
-    if (n > kMaxBits) {
-        comparisonFailed({nullptr, "ABitReader.cpp:117", "CHECK_LE( n,32u)"}, n, 32U);
-    }
-    while (mNumBits + n >= kReservoirBits) {
-        giveBackByte();
-    }
-    mBits |= (x & lowMask(n)) << mNumBits;
-    mNumBits += n;
-}
-
 size_t ABitReader::numBitsLeft() const {
     return static_cast<size_t>(mEnd - mNext) * 8 + mNumBits;
-}
-
-const uint8_t* ABitReader::data() const {
-    return mNext - (mNumBits + 7) / 8;
 }
 
 /** Makes `n` bits, at most 32, ready to be taken; false, with all consumed, if they are not there.
@@ -110,17 +85,6 @@ void ABitReader::consumeAll() {
     mNext = mEnd;
     mBits = 0;
     mNumBits = 0;
-    mOverRead = true;
-}
-
-/** Drops the last eight bits that are ready: they are read from their byte again later. */
-void ABitReader::giveBackByte() {
-    if (mNext == mBegin) {
-        checkFailed({nullptr, "ABitReader.cpp:120", "CHECK(mNext > mBegin)"});
-    }
-    --mNext;
-    mBits >>= 8;
-    mNumBits -= 8;
 }
 
 }  // namespace android

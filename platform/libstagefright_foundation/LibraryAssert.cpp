@@ -12,9 +12,9 @@ void checkFailed(const AssertionSite& site) {
                          site.check);
 }
 
-void comparisonTextFailed(const AssertionSite& site, const AString& values) {
-    __android_log_assert(nullptr, site.tag, FOUNDATION_FOLDER "%s %s failed: %s", site.place,
-                         site.check, values.c_str());
+void comparisonFailed(const AssertionSite& site, int x, int y) {
+    __android_log_assert(nullptr, site.tag, FOUNDATION_FOLDER "%s %s failed: %d vs. %d", site.place,
+                         site.check, x, y);
 }
 
 }  // namespace android

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// The library's own assertions. Their texts are observable and name a file and line of their own,
-// whatever line of these sources they stand on, so they do not go through the CHECK macros:
+// The library's own assertions. Their texts are observable and name a file and line of the device's
+// library, whatever line of these sources they stand on:
 //
-//     if (offset > mCapacity) {
-//         comparisonFailed({nullptr, "ABuffer.cpp:69", "CHECK_LE( offset,mCapacity)"}, offset,
-//                          mCapacity);
+//     if (prevCount <= 0) {
+//         checkFailed({"MediaBuffer", "MediaBuffer.cpp:122", "CHECK(prevCount > 0)"});
 //     }
-
-#include <media/stagefright/foundation/AString.h>
 
 namespace android {
 
@@ -25,17 +22,7 @@ struct AssertionSite {
 /** Writes the text of the failed condition to stderr and the log and ends the process. */
 [[noreturn]] void checkFailed(const AssertionSite& site);
 
-/** As checkFailed(), for a comparison whose two values are given already formatted. */
-[[noreturn]] void comparisonTextFailed(const AssertionSite& site, const AString& values);
-
 /** As checkFailed(), followed by the two compared values. */
-template <typename X, typename Y>
-[[noreturn]] void comparisonFailed(const AssertionSite& site, const X& x, const Y& y) {
-    AString values;
-    values.append(x);
-    values.append(" vs. ");
-    values.append(y);
-    comparisonTextFailed(site, values);
-}
+[[noreturn]] void comparisonFailed(const AssertionSite& site, int x, int y);
 
 }  // namespace android

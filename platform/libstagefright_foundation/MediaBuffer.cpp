@@ -30,32 +30,10 @@ MediaBuffer::MediaBuffer(size_t size)
       mData(malloc(size)),
       mSize(size),
       mRangeOffset(0),
-      mRangeLength(size),
-      mOwnsData(true) {}
-
-MediaBuffer::MediaBuffer(void* data, size_t size)
-    : mObserver(nullptr),
-      mRefCount(0),
-      mData(data),
-      mSize(size),
-      mRangeOffset(0),
-      mRangeLength(size),
-      mOwnsData(false) {}
-
-MediaBuffer::MediaBuffer(const sp<ABuffer>& buffer)
-    : mObserver(nullptr),
-      mRefCount(0),
-      mBuffer(buffer),
-      mData(buffer->data()),
-      mSize(buffer->size()),
-      mRangeOffset(0),
-      mRangeLength(mSize),
-      mOwnsData(false) {}
+      mRangeLength(size) {}
 
 MediaBuffer::~MediaBuffer() {
-    if (mOwnsData) {
-        free(mData);
-    }
+    free(mData);
 }
 
 void MediaBuffer::release() {

@@ -7,9 +7,7 @@ const char* MEDIA_MIMETYPE_VIDEO_VP8 = "video/x-vnd.on2.vp8";
 const char* MEDIA_MIMETYPE_VIDEO_AVC = "video/avc";
 const char* MEDIA_MIMETYPE_VIDEO_MPEG4 = "video/mp4v-es";
 const char* MEDIA_MIMETYPE_VIDEO_MPEG2 = "video/mpeg2";
-const char* MEDIA_MIMETYPE_VIDEO_DIVX = "video/divx";
 const char* MEDIA_MIMETYPE_VIDEO_DIVX3 = "video/divx3";
-const char* MEDIA_MIMETYPE_VIDEO_XVID = "video/xvid";
 const char* MEDIA_MIMETYPE_VIDEO_MJPEG = "video/x-motion-jpeg";
 
 const char* MEDIA_MIMETYPE_AUDIO_MPEG = "audio/mpeg";
@@ -21,7 +19,5 @@ const char* MEDIA_MIMETYPE_AUDIO_DTS = "audio/vnd.dts";
 const char* MEDIA_MIMETYPE_AUDIO_MS_ADPCM = "audio/x-adpcm-ms";
 const char* MEDIA_MIMETYPE_AUDIO_RAW = "audio/raw";
 const char* MEDIA_MIMETYPE_AUDIO_WMA = "audio/x-ms-wma";
-
-const char* MEDIA_MIMETYPE_CONTAINER_OGG = "audio/ogg";
 
 }  // namespace android

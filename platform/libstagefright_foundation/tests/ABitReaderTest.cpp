@@ -42,10 +42,8 @@ TEST(ABitReader, ReadingNoBitsSucceedsEvenAtTheEnd) {
     EXPECT_EQ(reader.getBits(8), 0x12u);
     EXPECT_EQ(reader.getBits(0), 0u);
     EXPECT_TRUE(reader.skipBits(0));
-    EXPECT_FALSE(reader.overRead());
     ABitReader empty(nullptr, 0);
     EXPECT_EQ(empty.getBits(0), 0u);
-    EXPECT_FALSE(empty.overRead());
 }
 
 TEST(ABitReader, AFailedReadLeavesTheOutputAloneAndConsumesTheRest) {
@@ -55,7 +53,6 @@ TEST(ABitReader, AFailedReadLeavesTheOutputAloneAndConsumesTheRest) {
     EXPECT_FALSE(reader.getBitsGraceful(13, &out));
     EXPECT_EQ(out, 77u);
     EXPECT_EQ(reader.numBitsLeft(), 0u);
-    EXPECT_TRUE(reader.overRead());
     EXPECT_FALSE(reader.getBitsGraceful(1, &out));
 }
 
@@ -65,18 +62,7 @@ TEST(ABitReader, AReadOfMoreThan32BitsFailsAndConsumesNothing) {
     EXPECT_FALSE(reader.getBitsGraceful(33, &out));
     EXPECT_EQ(out, 77u);
     EXPECT_EQ(reader.numBitsLeft(), 64u);
-    EXPECT_FALSE(reader.overRead());
     EXPECT_EQ(reader.getBits(8), 0x12u);
-}
-
-TEST(ABitReader, TheFallbackStandsForAFailedRead) {
-    ABitReader reader(kBytes, 1);
-    EXPECT_EQ(reader.getBitsWithFallback(4, 99), 1u);
-    EXPECT_EQ(reader.getBitsWithFallback(33, 99), 99u);
-    EXPECT_EQ(reader.numBitsLeft(), 4u);
-    EXPECT_EQ(reader.getBitsWithFallback(5, 99), 99u);
-    EXPECT_EQ(reader.numBitsLeft(), 0u);
-    EXPECT_TRUE(reader.overRead());
 }
 
 TEST(ABitReader, SkipsAnyNumberOfBits) {
@@ -91,66 +77,11 @@ TEST(ABitReader, SkipsAnyNumberOfBits) {
     EXPECT_EQ(reader.numBitsLeft(), 49u * 8 - 5);
     EXPECT_TRUE(reader.skipBits(49 * 8 - 5));
     EXPECT_EQ(reader.numBitsLeft(), 0u);
-    EXPECT_FALSE(reader.overRead());
 }
 
 TEST(ABitReader, ASkipBeyondTheEndFailsAndConsumesTheRest) {
     ABitReader reader(kBytes, 2);
     EXPECT_FALSE(reader.skipBits(17));
-    EXPECT_EQ(reader.numBitsLeft(), 0u);
-    EXPECT_TRUE(reader.overRead());
-}
-
-TEST(ABitReader, DataIsTheByteOfTheNextUnreadBit) {
-    ABitReader reader(kBytes, sizeof(kBytes));
-    EXPECT_EQ(reader.data(), kBytes);
-    reader.getBits(1);
-    EXPECT_EQ(reader.data(), kBytes);
-    reader.getBits(6);
-    EXPECT_EQ(reader.data(), kBytes);
-    reader.getBits(1);
-    EXPECT_EQ(reader.data(), kBytes + 1);
-    reader.getBits(32);
-    EXPECT_EQ(reader.data(), kBytes + 5);
-    reader.skipBits(9);
-    EXPECT_EQ(reader.data(), kBytes + 6);
-}
-
-TEST(ABitReader, BitsPutBackAreReadNext) {
-    ABitReader reader(kBytes, sizeof(kBytes));
-    EXPECT_EQ(reader.getBits(12), 0x123u);
-    reader.putBits(0x23, 8);
-    EXPECT_EQ(reader.numBitsLeft(), 60u);
-    EXPECT_EQ(reader.data(), kBytes);
-    EXPECT_EQ(reader.getBits(16), 0x2345u);
-}
-
-TEST(ABitReader, OnlyTheLowestBitsArePutBack) {
-    ABitReader reader(kBytes, sizeof(kBytes));
-    reader.getBits(8);
-    reader.putBits(0xffffff5, 4);
-    EXPECT_EQ(reader.getBits(4), 5u);
-    EXPECT_EQ(reader.getBits(8), 0x34u);
-    reader.putBits(0xff, 0);
-    EXPECT_EQ(reader.getBits(8), 0x56u);
-}
-
-TEST(ABitReader, AllThatWasReadCanBePutBack) {
-    ABitReader reader(kBytes, sizeof(kBytes));
-    reader.getBits(32);
-    reader.getBits(32);
-    reader.putBits(0x9abcdef0, 32);
-    reader.putBits(0x12345678, 32);
-    EXPECT_EQ(reader.numBitsLeft(), 64u);
-    EXPECT_EQ(reader.data(), kBytes);
-    EXPECT_EQ(reader.getBits(32), 0x12345678u);
-    EXPECT_EQ(reader.getBits(32), 0x9abcdef0u);
-}
-
-TEST(ABitReader, PuttingBitsBackAfterAnOverReadDoesNothing) {
-    ABitReader reader(kBytes, 1);
-    EXPECT_FALSE(reader.skipBits(9));
-    reader.putBits(0xff, 8);
     EXPECT_EQ(reader.numBitsLeft(), 0u);
 }
 
@@ -162,21 +93,6 @@ TEST(ABitReaderDeathTest, GetBitsAbortsAtTheEndOfTheDataUnderTheProgramsTag) {
 TEST(ABitReaderDeathTest, GetBitsAbortsForMoreThan32Bits) {
     ABitReader reader(kBytes, sizeof(kBytes));
     EXPECT_ASSERTION(reader.getBits(33), nullptr, kGetBitsText);
-}
-
-TEST(ABitReaderDeathTest, PuttingBackMoreThan32BitsAborts) {
-    ABitReader reader(kBytes, sizeof(kBytes));
-    EXPECT_ASSERTION(reader.putBits(0, 33), nullptr,
-                     "frameworks/av/media/libstagefright/foundation/ABitReader.cpp:117 CHECK_LE( "
-                     "n,32u) failed: 33 vs. 32");
-}
-
-TEST(ABitReaderDeathTest, PuttingBackFarMoreThanWasReadAborts) {
-    ABitReader reader(kBytes, sizeof(kBytes));
-    reader.putBits(0, 32);
-    EXPECT_ASSERTION(reader.putBits(0, 32), nullptr,
-                     "frameworks/av/media/libstagefright/foundation/ABitReader.cpp:120 CHECK(mNext "
-                     "> mBegin) failed.");
 }
 
 }  // namespace

@@ -11,11 +11,9 @@
 #include "ExpectAssertion.h"
 #include "LogCapture.h"
 
-using android::ABuffer;
 using android::MediaBuffer;
 using android::MediaBufferBase;
 using android::MediaBufferObserver;
-using android::sp;
 
 namespace {
 
@@ -49,26 +47,6 @@ TEST(MediaBuffer, WithoutMemoryHasNoData) {
     auto* buffer = new MediaBuffer(kSizeMax / 2);
     EXPECT_EQ(buffer->data(), nullptr);
     buffer->release();
-}
-
-TEST(MediaBuffer, RefersToForeignBytesWithoutFreeingThem) {
-    char bytes[4] = {};
-    auto* buffer = new MediaBuffer(bytes, sizeof(bytes));
-    EXPECT_EQ(buffer->data(), bytes);
-    EXPECT_EQ(buffer->size(), 4u);
-    buffer->release();
-}
-
-TEST(MediaBuffer, RefersToTheRangeOfAnABufferAndKeepsItAlive) {
-    sp<ABuffer> bytes = new ABuffer(10);
-    bytes->setRange(2, 5);
-    auto* buffer = new MediaBuffer(bytes);
-    EXPECT_EQ(buffer->data(), bytes->base() + 2);
-    EXPECT_EQ(buffer->size(), 5u);
-    EXPECT_EQ(buffer->range_length(), 5u);
-    EXPECT_EQ(bytes->getStrongCount(), 2);
-    buffer->release();
-    EXPECT_EQ(bytes->getStrongCount(), 1);
 }
 
 TEST(MediaBuffer, DataDoesNotMoveWithTheRange) {

@@ -15,10 +15,7 @@ TEST(MediaDefs, TypesAreVariablesWithTheTextsOfThePlatform) {
     EXPECT_STREQ(android::MEDIA_MIMETYPE_VIDEO_AVC, "video/avc");
     EXPECT_STREQ(android::MEDIA_MIMETYPE_VIDEO_VP8, "video/x-vnd.on2.vp8");
     EXPECT_STREQ(android::MEDIA_MIMETYPE_VIDEO_DIVX3, "video/divx3");
-    EXPECT_STREQ(android::MEDIA_MIMETYPE_VIDEO_DIVX, "video/divx");
-    EXPECT_STREQ(android::MEDIA_MIMETYPE_VIDEO_XVID, "video/xvid");
     EXPECT_STREQ(android::MEDIA_MIMETYPE_VIDEO_MJPEG, "video/x-motion-jpeg");
-    EXPECT_STREQ(android::MEDIA_MIMETYPE_CONTAINER_OGG, "audio/ogg");
     EXPECT_STREQ(android::MEDIA_MIMETYPE_AUDIO_RAW, "audio/raw");
     EXPECT_STREQ(android::MEDIA_MIMETYPE_AUDIO_MS_ADPCM, "audio/x-adpcm-ms");
     EXPECT_STREQ(android::MEDIA_MIMETYPE_AUDIO_MPEG, "audio/mpeg");
@@ -28,14 +25,6 @@ TEST(MediaDefs, TypesAreVariablesWithTheTextsOfThePlatform) {
     EXPECT_STREQ(android::MEDIA_MIMETYPE_AUDIO_AC3, "audio/ac3");
     EXPECT_STREQ(android::MEDIA_MIMETYPE_AUDIO_DTS, "audio/vnd.dts");
     EXPECT_STREQ(android::MEDIA_MIMETYPE_AUDIO_WMA, "audio/x-ms-wma");
-}
-
-TEST(MediaDefs, PcmEncodingsHaveTheNumbersOfThePlatform) {
-    EXPECT_EQ(android::kAudioEncodingPcm16bit, 2);
-    EXPECT_EQ(android::kAudioEncodingPcm8bit, 3);
-    EXPECT_EQ(android::kAudioEncodingPcmFloat, 4);
-    EXPECT_EQ(android::kAudioEncodingPcm24bitPacked, 21);
-    EXPECT_EQ(android::kAudioEncodingPcm32bit, 22);
 }
 
 }  // namespace

@@ -6,8 +6,7 @@
 #include <atomic>
 
 #include <media/stagefright/MediaBufferBase.h>
-#include <media/stagefright/foundation/ABuffer.h>
-#include <utils/RefBase.h>
+#include <media/stagefright/foundation/ABase.h>
 
 namespace android {
 
@@ -20,12 +19,8 @@ namespace android {
  */
 class MediaBuffer : public MediaBufferBase {
   public:
-    /** Owns `size` bytes; data() is null when there is no memory. */
+    /** Without memory data() is null. */
     explicit MediaBuffer(size_t size);
-    /** Refers to bytes that stay the caller's. */
-    MediaBuffer(void* data, size_t size);
-    /** Refers to the range of `buffer` and keeps that alive. */
-    explicit MediaBuffer(const sp<ABuffer>& buffer);
 
     void release() override;
     void add_ref() override;
@@ -46,12 +41,10 @@ class MediaBuffer : public MediaBufferBase {
   private:
     MediaBufferObserver* mObserver;
     std::atomic<int> mRefCount;
-    const sp<ABuffer> mBuffer;
     void* const mData;
     const size_t mSize;
     size_t mRangeOffset;
     size_t mRangeLength;
-    const bool mOwnsData;
 
     DISALLOW_EVIL_CONSTRUCTORS(MediaBuffer);
 };

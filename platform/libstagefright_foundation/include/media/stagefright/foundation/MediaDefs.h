@@ -10,9 +10,7 @@ extern const char* MEDIA_MIMETYPE_VIDEO_VP8;
 extern const char* MEDIA_MIMETYPE_VIDEO_AVC;
 extern const char* MEDIA_MIMETYPE_VIDEO_MPEG4;
 extern const char* MEDIA_MIMETYPE_VIDEO_MPEG2;
-extern const char* MEDIA_MIMETYPE_VIDEO_DIVX;
 extern const char* MEDIA_MIMETYPE_VIDEO_DIVX3;
-extern const char* MEDIA_MIMETYPE_VIDEO_XVID;
 extern const char* MEDIA_MIMETYPE_VIDEO_MJPEG;
 
 /** Layer III; the other two layers have types of their own. */
@@ -25,16 +23,5 @@ extern const char* MEDIA_MIMETYPE_AUDIO_DTS;
 extern const char* MEDIA_MIMETYPE_AUDIO_MS_ADPCM;
 extern const char* MEDIA_MIMETYPE_AUDIO_RAW;
 extern const char* MEDIA_MIMETYPE_AUDIO_WMA;
-
-extern const char* MEDIA_MIMETYPE_CONTAINER_OGG;
-
-/** Sample formats of raw audio. */
-enum AudioEncoding {
-    kAudioEncodingPcm16bit = 2,
-    kAudioEncodingPcm8bit = 3,
-    kAudioEncodingPcmFloat = 4,
-    kAudioEncodingPcm24bitPacked = 21,
-    kAudioEncodingPcm32bit = 22,
-};
 
 }  // namespace android

@@ -23,19 +23,19 @@ PLATFORM_IMPORTS = {
     *("AMEDIAFORMAT_KEY_" + name for name in (
         "CHANNEL_COUNT", "DURATION", "ESDS", "FRAME_RATE", "HEIGHT", "IS_SYNC_FRAME", "MIME",
         "MPEG_AUD_LAYER", "SAMPLE_RATE", "TARGET_TIME", "THUMBNAIL_TIME", "TIME_US", "WIDTH")),
-    "__android_log_assert", "__android_log_print", "__android_log_write",
+    "__android_log_assert", "__android_log_print",
     "property_get", "property_get_int32",
 }
 # From the C library: memory, text, one dump file and locks. Nothing that reaches further.
 C_IMPORTS = {
     "malloc", "free", "posix_memalign", "madvise",
     "memcmp", "memcpy", "memmove", "memset", "memchr", "memmem",
-    "strlen", "strncasecmp", "isspace", "vsnprintf", "snprintf", "abort",
+    "strlen", "snprintf", "abort",
     "fopen", "fwrite", "fclose",
     "pthread_mutex_lock", "pthread_mutex_unlock", "__libc_single_threaded",
     # Called by compilers: guards of stack and buffers, destructors, exclusive access on Arm.
     "__stack_chk_fail", "__stack_chk_guard", "__cxa_finalize", "__cxa_atexit", "__getauxval",
-    "__memcpy_chk", "__memmove_chk", "__memset_chk", "__strlen_chk", "__vsnprintf_chk",
+    "__memcpy_chk", "__memmove_chk", "__memset_chk", "__strlen_chk",
     "__snprintf_chk",
     # For properties, where the platform's library for them cannot be linked with.
     "__system_property_get", "strnlen", "strtoimax", "__errno", "__errno_location",
