@@ -50,7 +50,7 @@ void MediaBufferGroup::init(size_t buffers, size_t buffer_size, size_t growthLim
                             growthLimit, buffers);
         growthLimit = buffers;
     }
-    Mutex::Autolock lock(mLock);
+    const std::lock_guard<std::mutex> lock(mLock);
     mGrowthLimit = growthLimit;
     for (size_t i = 0; i < buffers; ++i) {
         MediaBufferBase* buffer = MediaBufferBase::Create(buffer_size);
@@ -62,7 +62,7 @@ void MediaBufferGroup::init(size_t buffers, size_t buffer_size, size_t growthLim
 }
 
 void MediaBufferGroup::add_buffer(MediaBufferBase* buffer) {
-    Mutex::Autolock lock(mLock);
+    const std::lock_guard<std::mutex> lock(mLock);
     add_l(buffer);
 }
 
@@ -86,21 +86,22 @@ void MediaBufferGroup::discard(MediaBufferBase* buffer) {
 }
 
 bool MediaBufferGroup::has_buffers() {
-    Mutex::Autolock lock(mLock);
+    const std::lock_guard<std::mutex> lock(mLock);
     return mBuffers.size() < mGrowthLimit || std::any_of(mBuffers.begin(), mBuffers.end(), isFree);
 }
 
 size_t MediaBufferGroup::buffers() {
-    Mutex::Autolock lock(mLock);
+    const std::lock_guard<std::mutex> lock(mLock);
     return mBuffers.size();
 }
 
 status_t MediaBufferGroup::acquire_buffer(MediaBufferBase** buffer, bool nonBlocking,
                                           size_t requestedSize) {
-    Mutex::Autolock lock(mLock);
+    std::unique_lock<std::mutex> lock(mLock);
     MediaBufferBase* found = findOrMake(requestedSize);
-    if (found == nullptr && !nonBlocking) {
-        found = waitFor(requestedSize);
+    while (found == nullptr && !nonBlocking) {
+        mReturned.wait(lock);
+        found = findOrMake(requestedSize);
     }
     *buffer = found;
     if (found == nullptr) {
@@ -109,18 +110,6 @@ status_t MediaBufferGroup::acquire_buffer(MediaBufferBase** buffer, bool nonBloc
     found->add_ref();
     found->reset();
     return OK;
-}
-
-MediaBufferBase* MediaBufferGroup::waitFor(size_t requestedSize) {
-    // Counted before it looks again: a buffer that comes back from here on is signalled.
-    mWaiting.fetch_add(1);
-    MediaBufferBase* found = findOrMake(requestedSize);
-    while (found == nullptr) {
-        mCondition.wait(mLock);
-        found = findOrMake(requestedSize);
-    }
-    mWaiting.fetch_sub(1);
-    return found;
 }
 
 MediaBufferBase* MediaBufferGroup::findOrMake(size_t requestedSize) {
@@ -168,13 +157,9 @@ size_t MediaBufferGroup::largestSize() const {
 }
 
 void MediaBufferGroup::signalBufferReturned(MediaBufferBase*) {
-    // In one order with the counts of the buffers: whoever is not counted yet finds this one free.
-    if (mWaiting.load() == 0) {
-        return;
-    }
     // Under the lock: an acquirer that has just found the buffer in use is then waiting already.
-    Mutex::Autolock lock(mLock);
-    mCondition.signal();
+    const std::lock_guard<std::mutex> lock(mLock);
+    mReturned.notify_one();
 }
 
 }  // namespace android

@@ -37,7 +37,7 @@ bool hasBuffers(void* handle) {
 }  // namespace
 
 CMediaBufferGroup* MediaBufferGroup::wrap() {
-    Mutex::Autolock lock(mLock);
+    const std::lock_guard<std::mutex> lock(mLock);
     if (mWrapper == nullptr) {
         mWrapper = std::make_unique<CMediaBufferGroup>();
         mWrapper->handle = this;

@@ -3,16 +3,15 @@
 
 #include <stddef.h>
 
-#include <atomic>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include <media/MediaExtractorPluginApi.h>
 #include <media/stagefright/MediaBufferBase.h>
 #include <media/stagefright/foundation/ABase.h>
-#include <utils/Condition.h>
 #include <utils/Errors.h>
-#include <utils/Mutex.h>
 
 namespace android {
 
@@ -68,7 +67,6 @@ class MediaBufferGroup : public MediaBufferObserver {
     CMediaBufferGroup* wrap();
 
   private:
-    MediaBufferBase* waitFor(size_t requestedSize);
     MediaBufferBase* findOrMake(size_t requestedSize);
     /** The end if none is free and smaller. */
     std::vector<MediaBufferBase*>::iterator smallestFreeBelow(size_t size);
@@ -76,10 +74,8 @@ class MediaBufferGroup : public MediaBufferObserver {
     void add_l(MediaBufferBase* buffer);
     void discard(MediaBufferBase* buffer);
 
-    Mutex mLock;
-    Condition mCondition;
-    /** Acquirers that wait. Without any a release takes no lock. */
-    std::atomic<int> mWaiting{0};
+    std::mutex mLock;
+    std::condition_variable mReturned;
     size_t mGrowthLimit;
     std::vector<MediaBufferBase*> mBuffers;
     std::unique_ptr<CMediaBufferGroup> mWrapper;
