@@ -2,8 +2,11 @@
 #include "Loggability.h"
 
 #include <ctype.h>
+#include <stdint.h>
 
 #include <algorithm>
+#include <atomic>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,8 +25,23 @@ namespace {
 constexpr char kPersistentProperty[] = "persist.log.tag";
 constexpr char kProperty[] = "log.tag";
 
+/** Above every level: what no property speaks of. */
+constexpr int kNotConfigured = std::numeric_limits<int>::max();
+
 /** Of no properties that any process has come to. */
 constexpr uint32_t kNoSerial = std::numeric_limits<uint32_t>::max();
+
+/**
+ * The lowest level that a property gives to any tag, good as long as no property changes. Aligned
+ * so that it is read and written at once.
+ */
+struct alignas(uint64_t) LowestLevel {
+    uint32_t serial;
+    int level;
+};
+
+std::atomic<LowestLevel> gLowestLevel{LowestLevel{kNoSerial, kNotConfigured}};
+std::atomic<int32_t> gMinimumPriority{ANDROID_LOG_DEFAULT};
 
 std::optional<int> levelOfLetter(char letter) {
     switch (toupper(static_cast<unsigned char>(letter))) {
@@ -79,13 +97,14 @@ std::optional<int> levelInProperties(std::string_view tag) {
     return level;
 }
 
-}  // namespace
-
-std::atomic<int32_t> gMinimumPriority{ANDROID_LOG_DEFAULT};
-
-std::atomic<LowestLevel> gLowestLevel{LowestLevel{kNoSerial, kNotConfigured}};
-
-int findLowestLevel(uint32_t serial) {
+/** Asked once for all messages until a property changes: most of them are filtered out. */
+int lowestLevel() {
+    // Before the properties are read, so that a change meanwhile is seen the next time.
+    const uint32_t serial = __system_property_area_serial();
+    const LowestLevel known = gLowestLevel.load();
+    if (known.serial == serial) {
+        return known.level;
+    }
     const ErrnoRestorer restorer;
     const int level =
             std::min(lowestLevelBehind(kPersistentProperty), lowestLevelBehind(kProperty));
@@ -93,15 +112,22 @@ int findLowestLevel(uint32_t serial) {
     return level;
 }
 
-bool isLoggableByTag(int priority, const char* tag, int defaultLevel) {
+}  // namespace
+
+bool isLoggable(int priority, const char* tag, int defaultLevel) {
+    const int minimum = gMinimumPriority.load();
+    const int unconfigured = minimum == ANDROID_LOG_DEFAULT ? defaultLevel : minimum;
+    const int lowest = lowestLevel();
+    if (lowest == kNotConfigured || priority < std::min(lowest, unconfigured)) {
+        return priority >= unconfigured;
+    }
     const ErrnoRestorer restorer;
     const std::optional<int> level =
             levelInProperties(tag != nullptr ? std::string(tag) : *defaultTag());
-    const int minimum = gMinimumPriority.load();
-    if (minimum == ANDROID_LOG_DEFAULT) {
-        return priority >= level.value_or(defaultLevel);
+    if (!level) {
+        return priority >= unconfigured;
     }
-    return priority >= std::min(level.value_or(kNotConfigured), minimum);
+    return priority >= (minimum == ANDROID_LOG_DEFAULT ? *level : std::min(*level, minimum));
 }
 
 }  // namespace android::log

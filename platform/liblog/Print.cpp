@@ -25,9 +25,9 @@ void deliverText(int bufferId, int priority, const char* tag, const char* text) 
     deliver({sizeof(__android_log_message), bufferId, priority, tag, nullptr, 0, text});
 }
 
-// Apart, so that a message that is filtered out does not pay for the buffer.
-__attribute__((__format__(printf, 4, 0), __noinline__)) int deliverFormatted(
-        int bufferId, int priority, const char* tag, const char* format, va_list arguments) {
+__attribute__((__format__(printf, 4, 0))) int deliverFormatted(int bufferId, int priority,
+                                                               const char* tag, const char* format,
+                                                               va_list arguments) {
     const ErrnoRestorer restorer;
     char text[kTextBufferSize];
     text[0] = '\0';
