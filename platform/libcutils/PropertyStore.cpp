@@ -14,7 +14,7 @@ namespace android::properties {
 
 namespace {
 
-constexpr char kEnvironmentVariable[] = "OGM_PROPERTIES";
+constexpr char kEnvironmentVariable[] = "ANDROID_PROPERTIES";
 constexpr std::string_view kEntrySeparators = ";\n";
 
 std::string_view environmentEntries() {

@@ -68,7 +68,7 @@ TEST(EnvironmentTest, TheLastEntryNeedsNoSeparator) {
 
 TEST(EnvironmentTest, TheVariableIsReadOnlyOnce) {
     EXPECT_EQ("1", get("first"));
-    setenv("OGM_PROPERTIES", "first=changed", 1);
+    setenv("ANDROID_PROPERTIES", "first=changed", 1);
     EXPECT_EQ("1", get("first"));
 }
 
@@ -82,6 +82,6 @@ TEST(EnvironmentTest, PropertySetReplacesWhatTheEnvironmentGave) {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    setenv("OGM_PROPERTIES", entries().c_str(), 1);
+    setenv("ANDROID_PROPERTIES", entries().c_str(), 1);
     return RUN_ALL_TESTS();
 }

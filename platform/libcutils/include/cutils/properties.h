@@ -5,10 +5,10 @@
  * System properties: short named texts that configure the system from outside.
  *
  * The properties of this library belong to the process. They start out with what the environment
- * variable OGM_PROPERTIES holds when a property is first used, and property_set() changes them from
- * then on. The variable lists entries `name=value`, separated by semicolons or line ends:
+ * variable ANDROID_PROPERTIES holds when a property is first used, and property_set() changes them
+ * from then on. The variable lists entries `name=value`, separated by semicolons or line ends:
  *
- *     OGM_PROPERTIES='log.tag.Example=D;example.limit=0x10'
+ *     ANDROID_PROPERTIES='log.tag.Example=D;example.limit=0x10'
  *
  * Blanks are part of the name or value they touch. The first '=' ends the name; of two entries with
  * one name the later counts. Entries that property_set() would refuse, and those without '=', are
