@@ -70,7 +70,7 @@ bool PropertyStore::set(std::string_view name, std::string_view value) {
     }
     std::unique_lock<std::shared_mutex> lock(mLock);
     mValues.insert_or_assign(std::string(name), std::string(value));
-    sSerial.fetch_add(1, std::memory_order_release);
+    mSerial.fetch_add(1);
     return true;
 }
 

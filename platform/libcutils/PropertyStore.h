@@ -35,14 +35,13 @@ class PropertyStore {
      * How often a property has been set. Whoever reads a property after asking for the serial has
      * at least the value of that moment.
      */
-    static uint32_t serial() { return sSerial.load(std::memory_order_acquire); }
+    uint32_t serial() const { return mSerial.load(); }
 
   private:
     explicit PropertyStore(std::string_view entries);
     void setEntry(std::string_view entry);
 
-    /** Of the one store; rises with the first call of instance() if the environment sets any. */
-    static inline std::atomic<uint32_t> sSerial{0};
+    std::atomic<uint32_t> mSerial{0};
     mutable std::shared_mutex mLock;
     std::map<std::string, std::string, std::less<>> mValues;
 };

@@ -10,5 +10,5 @@ int __system_property_get(const char* name, char* value) {
 }
 
 uint32_t __system_property_area_serial() {
-    return android::properties::PropertyStore::serial();
+    return android::properties::PropertyStore::instance().serial();
 }
