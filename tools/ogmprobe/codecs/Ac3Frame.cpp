@@ -21,15 +21,6 @@ constexpr std::array<uint32_t, 8> kAc3Channels = {2, 1, 2, 3, 3, 4, 4, 5};
 constexpr std::array<uint32_t, 19> kAc3Bitrates = {32,  40,  48,  56,  64,  80,  96,  112, 128, 160,
                                                    192, 224, 256, 320, 384, 448, 512, 576, 640};
 
-/** A frame has 1536 samples. At 44.1 kHz it is no whole number of words, and the odd code rounds
- * up. */
-uint64_t ac3FrameBytes(uint32_t rate, uint32_t frmsizecod) {
-    constexpr uint64_t kBitsPerWord = 16;
-    const uint64_t bits = uint64_t{kAc3Bitrates[frmsizecod / 2]} * 1000 * 1536;
-    const uint64_t words = bits / (rate * kBitsPerWord);
-    return 2 * (words + (rate == 44100 ? frmsizecod % 2 : 0));
-}
-
 std::optional<AudioFrame> plainFrame(BitReader bits) {
     bits.skip(16);  // crc1
     const uint32_t fscod = bits.take(2);
@@ -49,7 +40,7 @@ std::optional<AudioFrame> plainFrame(BitReader bits) {
     frame.channels = kAc3Channels[acmod] + bits.take(1);
     frame.family = fscod;
     frame.frameSizeCode = frmsizecod;
-    frame.size = ac3FrameBytes(frame.sampleRate, frmsizecod);
+    frame.size = ac3FrameSize(frame.sampleRate, frmsizecod);
     return frame;
 }
 
@@ -71,6 +62,19 @@ std::optional<AudioFrame> enhancedFrame(BitReader bits) {
 }
 
 }  // namespace
+
+// A frame has 1536 samples. At 44.1 kHz that is no whole number of words, and the odd code rounds
+// up.
+uint64_t ac3FrameSize(uint32_t sampleRate, uint32_t frmsizecod) {
+    constexpr uint64_t kBitsPerWord = 16;
+    constexpr uint32_t kUnevenRate = 44100;
+    if (frmsizecod / 2 >= kAc3Bitrates.size()) {
+        return 0;
+    }
+    const uint64_t bits = uint64_t{kAc3Bitrates[frmsizecod / 2]} * 1000 * 1536;
+    const uint64_t words = bits / (sampleRate * kBitsPerWord);
+    return 2 * (words + (sampleRate == kUnevenRate ? frmsizecod % 2 : 0));
+}
 
 std::optional<AudioFrame> ac3FrameAt(std::span<const uint8_t> bytes) {
     if (bytes.size() <= kVersionByte) {

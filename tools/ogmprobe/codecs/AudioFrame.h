@@ -42,6 +42,8 @@ std::optional<AudioFrame> audioFrameAt(AudioFraming framing, std::span<const uin
 std::optional<AudioFrame> mpegAudioFrameAt(std::span<const uint8_t> bytes);
 /** ATSC A/52, E-AC-3 (annex E) included. */
 std::optional<AudioFrame> ac3FrameAt(std::span<const uint8_t> bytes);
+/** Bytes of an AC-3 frame by its `frmsizecod`; 0 for one that there is not. */
+uint64_t ac3FrameSize(uint32_t sampleRate, uint32_t frmsizecod);
 /** ETSI TS 102 114: a core in one of its four forms, or an extension substream. */
 std::optional<AudioFrame> dtsFrameAt(std::span<const uint8_t> bytes);
 

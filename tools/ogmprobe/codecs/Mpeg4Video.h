@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace ogmprobe {
@@ -11,5 +12,13 @@ namespace ogmprobe {
  * that stands before any picture; empty if there is none.
  */
 std::span<const uint8_t> videoObjectLayer(std::span<const uint8_t> stream);
+
+struct PictureSize {
+    int32_t width = 0;
+    int32_t height = 0;
+};
+
+/** That of the first video object layer; nothing without one of rectangular pictures. */
+std::optional<PictureSize> pictureSize(std::span<const uint8_t> stream);
 
 }  // namespace ogmprobe

@@ -134,6 +134,23 @@ void explainSupersededTrack(Explanation& explanation, uint64_t track, uint32_t s
     explanation.add(std::move(finding));
 }
 
+/** Of a stream of which at most the last page was not read. */
+std::string whatThePagesHold(const Explanation& explanation, const OggStream& stream) {
+    const std::string pages = counted(stream.dataPages.size(), "page");
+    const auto account = explanation.accounts().find(stream.serial);
+    if (account == explanation.accounts().end() || account->second.ledger.inFile == 0) {
+        return fmt::format("nothing on its {} is a packet or frame.", pages);
+    }
+    std::string text;
+    for (const Loss& loss : account->second.ledger.losses) {
+        text += fmt::format("{}{} {}", text.empty() ? "" : ", ",
+                            text.empty() ? counted(loss.count, account->second.ledger.noun())
+                                         : std::to_string(loss.count),
+                            textOf(loss.reason).brief);
+    }
+    return fmt::format("its {} hold {}.", pages, text);
+}
+
 void explainEmptyTrack(Explanation& explanation, uint64_t track, const OggStream* stream) {
     const auto heir = stream != nullptr ? explanation.trace().trackOf(stream->serial) : track;
     if (heir && *heir != track) {
@@ -151,13 +168,8 @@ void explainEmptyTrack(Explanation& explanation, uint64_t track, const OggStream
         finding.serial = stream->serial;
         finding.offset = explanation.file().pages()[stream->dataPages.front()].offset;
         const auto unread = unreadPages(explanation, *stream);
-        finding.text +=
-                unread.size() > 1
-                        ? whyReadingEnded(explanation, unread.front())
-                        : fmt::format(
-                                  "of its {} the last is never read, and what the others hold "
-                                  "does not reach beyond the packet that stays open.",
-                                  counted(stream->dataPages.size(), "page"));
+        finding.text += unread.size() > 1 ? whyReadingEnded(explanation, unread.front())
+                                          : whatThePagesHold(explanation, *stream);
     }
     explanation.add(std::move(finding));
 }
@@ -174,7 +186,7 @@ void explainTrack(Explanation& explanation, uint64_t index, const PlayedTrack& t
         finding.line = copied(explanation.trace().line(log_text::kNoPayload));
         explanation.add(std::move(finding));
     }
-    if (track.packets == 0) {
+    if (track.buffers.empty()) {
         explainEmptyTrack(explanation, index, stream);
         return;
     }
@@ -205,6 +217,9 @@ void explainDeath(Explanation& explanation, const Failure& failure) {
     Finding finding;
     finding.id = "extractor-ended";
     finding.text = fmt::format("Playing came to no end: {}.", failure.message);
+    if (const std::string cause = causeOfEnd(explanation, failure.message); !cause.empty()) {
+        finding.text += " " + cause;
+    }
     if (const auto offset = trace.lastReadOffset(); offset && *offset >= 0) {
         finding.text += fmt::format(" The last read was at offset {}.", *offset);
         finding.offset = static_cast<uint64_t>(*offset);
@@ -223,6 +238,16 @@ void explainEnd(Explanation& explanation) {
     if (failure && failure->code == ExitCode::kDied) {
         explainDeath(explanation, *failure);
         return;
+    }
+    const auto& tracks = explanation.trace().tracks();
+    const bool isTold = std::any_of(tracks.begin(), tracks.end(), [](const auto& track) {
+        return track.second.failure.has_value();
+    });
+    if (failure && failure->code != ExitCode::kNotTaken && !isTold) {
+        Finding finding;
+        finding.id = "not-played";
+        finding.text = fmt::format("The file was not played to its end: {}.", failure->message);
+        explanation.add(std::move(finding));
     }
     for (const auto& [index, track] : explanation.trace().tracks()) {
         if (track.ended) {

@@ -61,6 +61,10 @@ void explainAll(Explanation& explanation) {
         explainAudio(explanation);
     }
     explainEnd(explanation);
+    explainLedgers(explanation);
+    explainFormats(explanation);
+    explainTimes(explanation);
+    explainLines(explanation);
 }
 
 ordered_json explainDocument(const ExplainOptions& options, const Explanation& explanation,
@@ -89,6 +93,7 @@ void show(const ExplainOptions& options, const Explanation& explanation, Session
         session.output.write("\n");
     }
     session.output.write(findingsText(explanation, options, color));
+    session.output.write(ledgersText(explanation));
 }
 
 /** The document of a file that cannot be read. */
@@ -120,6 +125,7 @@ ExitCode runExplain(const ExplainOptions& options, Session& session) {
     PluginTrace trace(*file, options.pages && options.verbose);
     report.guard([&] { playTraced(options, session, report, trace); });
     Explanation explanation(*file, trace);
+    report.guard([&] { explanation.setAccounts(accountsOf(options.file, *file, trace)); });
     explainAll(explanation);
     if (options.json) {
         session.output.write(toDocument(explainDocument(options, explanation, report)));

@@ -51,9 +51,10 @@ ordered_json toJson(const Explanation& explanation, const OggStream& stream) {
     }
     const auto track = explanation.trace().trackOf(stream.serial);
     const std::string reason = explanation.whyNoTrack(stream.serial);
+    const auto account = explanation.accounts().find(stream.serial);
     ordered_json played = nullptr;
     if (track) {
-        played = explanation.trace().tracks().at(*track).packets;
+        played = explanation.trace().tracks().at(*track).buffers.size();
     }
     return {{"serial", stream.serial},
             {"name", header != nullptr ? ordered_json(header->name()) : ordered_json(nullptr)},
@@ -64,7 +65,10 @@ ordered_json toJson(const Explanation& explanation, const OggStream& stream) {
             {"packets", packets},
             {"track", orNull(track)},
             {"why_no_track", reason.empty() ? ordered_json(nullptr) : ordered_json(reason)},
-            {"buffers", played}};
+            {"buffers", played},
+            {"ledger", account == explanation.accounts().end()
+                               ? ordered_json(nullptr)
+                               : toJson(explanation, account->second.ledger)}};
 }
 
 }  // namespace

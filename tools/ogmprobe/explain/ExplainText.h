@@ -16,7 +16,11 @@ std::string findingsText(const Explanation& explanation, const ExplainOptions& o
 /** The pages and what lies between them, with the log lines that were written there. */
 void writePages(const Explanation& explanation, bool color, Output& output);
 
+/** A line for each stream: what is in the file, what came out, and where the rest is. */
+std::string ledgersText(const Explanation& explanation);
+
 nlohmann::ordered_json toJson(const Finding& finding);
+nlohmann::ordered_json toJson(const Explanation& explanation, const Ledger& ledger);
 nlohmann::ordered_json streamsJson(const Explanation& explanation);
 nlohmann::ordered_json pagesJson(const Explanation& explanation);
 

@@ -11,6 +11,14 @@ std::string trackText(const Explanation& explanation, uint32_t serial) {
                  : fmt::format("the stream with serial number {}", serial);
 }
 
+Finding findingOf(const char* id, uint64_t track, std::optional<uint32_t> serial) {
+    Finding finding;
+    finding.id = id;
+    finding.track = track;
+    finding.serial = serial;
+    return finding;
+}
+
 Finding findingAt(const Explanation& explanation, const char* id, const OggPage& page) {
     Finding finding;
     finding.id = id;

@@ -10,6 +10,7 @@
 
 #include "explain/OggFile.h"
 #include "explain/PluginTrace.h"
+#include "ledger/LedgerBuild.h"
 
 namespace ogmprobe {
 
@@ -41,6 +42,12 @@ class Explanation {
     const OggFile& file() const { return mFile; }
     const PluginTrace& trace() const { return mTrace; }
 
+    /** By serial numbers; none before they are set. */
+    const std::map<uint32_t, StreamAccount>& accounts() const { return mAccounts; }
+    void setAccounts(std::map<uint32_t, StreamAccount> accounts) {
+        mAccounts = std::move(accounts);
+    }
+
     /** In the order in which they were added. */
     const std::vector<Finding>& findings() const { return mFindings; }
     void add(Finding finding) { mFindings.push_back(std::move(finding)); }
@@ -58,6 +65,7 @@ class Explanation {
   private:
     const OggFile& mFile;
     const PluginTrace& mTrace;
+    std::map<uint32_t, StreamAccount> mAccounts;
     std::vector<Finding> mFindings;
     std::map<uint32_t, std::string> mNoTrack;
 };
@@ -69,6 +77,9 @@ inline std::optional<LoggedLine> copied(const LoggedLine* line) {
 
 /** "track 0", or the serial number of a stream without a track. */
 std::string trackText(const Explanation& explanation, uint32_t serial);
+
+/** A finding without words about the whole track. */
+Finding findingOf(const char* id, uint64_t track, std::optional<uint32_t> serial);
 
 /** A finding without words about the page. */
 Finding findingAt(const Explanation& explanation, const char* id, const OggPage& page);
@@ -87,5 +98,16 @@ void explainDamage(Explanation& explanation);
 void explainAudio(Explanation& explanation);
 /** Packets that do not come out, and why reading ended. */
 void explainEnd(Explanation& explanation);
+/** What the ledgers say beyond that. */
+void explainLedgers(Explanation& explanation);
+/** Formats that do not say what the streams hold. */
+void explainFormats(Explanation& explanation);
+/** Times that are negative, stand still or step back. */
+void explainTimes(Explanation& explanation);
+/** Log lines that say something else than what is so. */
+void explainLines(Explanation& explanation);
+
+/** What in the file ended the plug-in, or keeps it busy for ever; empty if it is not known. */
+std::string causeOfEnd(const Explanation& explanation, const std::string& message);
 
 }  // namespace ogmprobe

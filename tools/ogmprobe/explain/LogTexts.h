@@ -40,6 +40,8 @@ inline constexpr std::string_view kDurationFound = "File duration is ";
 
 // Pages.
 inline constexpr std::string_view kSerialOfTrack = "getTrack mSerialNo = ";
+inline constexpr std::string_view kTypeOfVideoTrack = "getTrack: isVideo type[";
+inline constexpr std::string_view kTypeOfAudioTrack = "getTrack: isAudio type[";
 inline constexpr std::string_view kJunkSkipped = "*** Skip ";
 inline constexpr std::string_view kWrongVersion = "Version Error";
 inline constexpr std::string_view kWrongFlags = "Flag only bits";

@@ -23,11 +23,10 @@ class OggScanner {
     uint64_t findPage(uint64_t offset);
     /** The page that begins with the capture pattern there; adds its pieces, without their page. */
     OggPage page(uint64_t offset, std::vector<OggPiece>& pieces);
-
-  private:
     /** As many of the bytes as the file has, until the next call. */
     std::span<const uint8_t> bytes(uint64_t offset, size_t count);
 
+  private:
     FileSource mSource;
     std::vector<uint8_t> mWindow;
     uint64_t mWindowOffset = 0;

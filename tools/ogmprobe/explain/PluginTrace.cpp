@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <utility>
 
 #include "codecs/CommentHeader.h"
 #include "text/LogText.h"
@@ -21,6 +22,16 @@ constexpr uint64_t kPageHeaderRead = 27;
 // No page is read so often, not even where one track waits for another.
 constexpr uint32_t kCircles = 16;
 
+constexpr std::array<std::pair<std::string_view, PieceEvent>, 7> kEvents = {{
+        {log_text::kGranuleFell, PieceEvent::kGranuleFell},
+        {log_text::kPieceTooShort, PieceEvent::kTooShort},
+        {log_text::kNoSync, PieceEvent::kNoSync},
+        {log_text::kFrameConfirmed, PieceEvent::kFrameConfirmed},
+        {log_text::kNoFrameConfirmed, PieceEvent::kNoFrameConfirmed},
+        {log_text::kNoFrameAlike, PieceEvent::kNoFrameAlike},
+        {log_text::kFrameWithoutSize, PieceEvent::kFrameWithoutSize},
+}};
+
 bool isTelling(const LogLine& line) {
     return line.priority >= ANDROID_LOG_WARN ||
            std::any_of(
@@ -31,15 +42,18 @@ bool isTelling(const LogLine& line) {
 }  // namespace
 
 PluginTrace::PluginTrace(const OggFile& file, bool allLines)
-    : mFile(file), mAllLines(allLines), mPages(file.pages().size()), mLimit(file.size()) {}
+    : mFile(file),
+      mAllLines(allLines),
+      mPages(file.pages().size()),
+      mPieces(file.pieces().size()),
+      mLimit(file.size()) {}
 
 void PluginTrace::add(const PacketPlayed& played) {
     PlayedTrack& track = mTracks[played.track];
-    if (track.packets == 0) {
+    if (track.buffers.empty()) {
         track.beginsWithComment = isCommentHeader(played.packet.bytes);
     }
-    ++track.packets;
-    track.lastTimeUs = std::max(track.lastTimeUs, played.packet.timeUs);
+    track.buffers.push_back({Likeness(played.packet.bytes), played.packet.timeUs});
     mLimit.add(played.packet);
 }
 
@@ -52,11 +66,19 @@ void PluginTrace::add(const TrackEnded& ended) {
 void PluginTrace::add(const CallBegun& call) {
     mCall = call;
     mOffset.reset();
+    mPiece.reset();
 }
 
 void PluginTrace::add(const SourceRead& read) {
     mOffset = read.offset;
     mLastReadOffset = read.offset;
+    mPiece.reset();
+    if (mCall.function == PluginFunction::kRead) {
+        mPiece = mFile.pieceAt(read.offset, read.size);
+    }
+    if (mPiece) {
+        mPieces[*mPiece].wasRead = true;
+    }
     const auto index = mFile.pageAt(read.offset);
     if (!index) {
         return;
@@ -98,6 +120,13 @@ void PluginTrace::add(const LogLine& line) {
         serial && mCall.track) {
         mTracks[*mCall.track].serial = static_cast<uint32_t>(*serial);
     }
+    for (const std::string_view beginning :
+         {log_text::kTypeOfVideoTrack, log_text::kTypeOfAudioTrack}) {
+        if (const auto type = numberBehind(line.text, beginning); type && mCall.track) {
+            mTracks[*mCall.track].streamType = type;
+        }
+    }
+    noteEvent(line);
     if (!mAllLines && !isTelling(line)) {
         return;
     }
@@ -115,6 +144,17 @@ void PluginTrace::add(const LogLine& line) {
         }
     }
     ++mLines[entry->second].count;
+}
+
+void PluginTrace::noteEvent(const LogLine& line) {
+    if (!mPiece) {
+        return;
+    }
+    for (const auto& [beginning, event] : kEvents) {
+        if (line.text.starts_with(beginning)) {
+            mPieces[*mPiece].events |= static_cast<uint8_t>(1U << static_cast<unsigned>(event));
+        }
+    }
 }
 
 const LoggedLine* PluginTrace::line(std::string_view beginning) const {

@@ -11,6 +11,7 @@
 
 #include "explain/OggFile.h"
 #include "jobs/PlayLimit.h"
+#include "records/Likeness.h"
 #include "records/Records.h"
 
 namespace ogmprobe {
@@ -27,12 +28,31 @@ struct LoggedLine {
     uint64_t count = 0;
 };
 
+/** What the plug-in said right after it had read a piece of a packet. */
+enum class PieceEvent : uint8_t {
+    kGranuleFell,
+    kTooShort,
+    kNoSync,
+    kFrameConfirmed,
+    kNoFrameConfirmed,
+    kNoFrameAlike,
+    kFrameWithoutSize,
+};
+
+/** A buffer that a track gave. */
+struct PlayedBuffer {
+    Likeness likeness;
+    int64_t timeUs = 0;
+};
+
 /** What came out of one track. */
 struct PlayedTrack {
     TrackDescription description;
     std::optional<uint32_t> serial;
-    uint64_t packets = 0;
-    int64_t lastTimeUs = 0;
+    /** The plug-in's number for the codec that the track was made with. */
+    std::optional<int64_t> streamType;
+    /** In the order in which they came. */
+    std::vector<PlayedBuffer> buffers;
     bool beginsWithComment = false;
     bool ended = false;
     std::optional<std::string> failure;
@@ -68,6 +88,11 @@ class PluginTrace {
     /** Pages that were searched for stream headers. */
     size_t headerPages() const { return mHeaderPages; }
     bool wasHeaderPage(size_t page) const { return mPages[page].searchedForHeader; }
+    /** Whether it was read to be handed on; by its index in the file. */
+    bool wasRead(size_t piece) const { return mPieces[piece].wasRead; }
+    bool said(PieceEvent event, size_t piece) const {
+        return (mPieces[piece].events >> static_cast<unsigned>(event) & 1U) != 0;
+    }
     /** How often packets were cut out of the page. */
     uint32_t timesCut(size_t page) const { return mPages[page].timesCut; }
 
@@ -86,6 +111,12 @@ class PluginTrace {
         uint32_t timesCut = 0;
     };
 
+    struct PieceUse {
+        bool wasRead = false;
+        uint8_t events = 0;
+    };
+
+    void noteEvent(const LogLine& line);
     void noteHeaderRead(const OggPage& page, size_t index, const SourceRead& read);
     void notePayloadRead(const OggPage& page, size_t index, const SourceRead& read);
 
@@ -98,6 +129,9 @@ class PluginTrace {
     std::unordered_map<std::string, size_t> mLineIndex;
     std::multimap<int64_t, size_t> mLinesByOffset;
     std::vector<PageUse> mPages;
+    std::vector<PieceUse> mPieces;
+    /** The one that was read last. */
+    std::optional<size_t> mPiece;
     size_t mHeaderPages = 0;
     bool mHeaderSearchOver = false;
     PlayLimit mLimit;

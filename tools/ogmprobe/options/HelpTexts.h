@@ -55,8 +55,10 @@ inline constexpr const char* kTimelineExamples =
 
 inline constexpr const char* kExplainExamples =
         "The file is opened and played to its end. What comes of it is compared with the file's\n"
-        "pages; each finding has its place, the reason, and the log line that shows it. The flags\n"
-        "of a page are c (continues a packet), b (begins a stream), e (ends it).\n"
+        "pages; each finding has its place, the reason, and the log line that shows it. Then a\n"
+        "ledger says of each stream: packets (of audio that is framed anew, frames) in the file =\n"
+        "handed out + lost, by reason. The flags of a page are c (continues a packet), b (begins a\n"
+        "stream), e (ends it).\n"
         "\n"
         "Examples:\n"
         "  ogmprobe explain film.ogm\n"

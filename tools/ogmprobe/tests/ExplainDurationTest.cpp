@@ -86,8 +86,7 @@ TEST(ExplainDuration, IsTooShortWhereTheSearchEndsEarly) {
 
 TEST(ExplainDuration, OfAnOrdinaryLongFileIsNotTold) {
     const ExplainedFile file(sampleBytes(kLongSample));
-    EXPECT_EQ(file.run().out,
-              "nothing to explain\n(3 notes on what is so with every such file: --verbose)\n");
+    EXPECT_THAT(file.run().out, testing::Not(testing::HasSubstr("duration")));
 }
 
 }  // namespace

@@ -49,8 +49,8 @@ TEST(ExplainEnd, ATrackWithoutPacketsIsTold) {
               "of its stream, here at offset " +
                       std::to_string(pageOffsets(file.bytes())[2 + 3]) + " (track 1).");
     EXPECT_EQ(found[1]["text"],
-              "Track 1 gives no packet: of its 2 pages the last is never read, and what the others "
-              "hold does not reach beyond the packet that stays open.");
+              "Track 1 gives no packet: its 2 pages hold 1 packet left in the queue, 1 on the "
+              "stream's last page.");
     EXPECT_EQ(found[2]["text"], "Track 2 gives no packet: no page holds any of its data.");
 
     Bytes damaged = sampleBytes(kSample);

@@ -10,17 +10,25 @@ using testing::IsEmpty;
 TEST(Explain, GivesAFindingItsPlaceItsReasonAndItsLogLine) {
     const ProcessResult result = ExplainedFile(sampleBytes("xvid_refused_mp3.ogm")).run();
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out,
-              "offset 0\n"
-              "    No track for the video XVID stream with serial number 0: its codec \"XVID\" is "
-              "not in the plug-in's list (upper and lower case count).\n"
-              "    log: E OgmExtractor: unknow video codec: 58564944\n"
-              "the whole file\n"
-              "    The duration is unknown: the plug-in looks for it in the last 650520 bytes, and "
-              "for a file of 220977 bytes it asks for some in front of the beginning, which is "
-              "refused.\n"
-              "    log: I OgmExtractor: parseMaxTime:Cannot find a page start, from -429543\n"
-              "(1 note on what is so with every such file: --verbose)\n");
+    EXPECT_EQ(
+            result.out,
+            "offset 0\n"
+            "    No track for the video XVID stream with serial number 0: its codec \"XVID\" is "
+            "not in the plug-in's list (upper and lower case count).\n"
+            "    log: E OgmExtractor: unknow video codec: 58564944\n"
+            "the whole file\n"
+            "    The duration is unknown: the plug-in looks for it in the last 650520 bytes, and "
+            "for a file of 220977 bytes it asks for some in front of the beginning, which is "
+            "refused.\n"
+            "    log: I OgmExtractor: parseMaxTime:Cannot find a page start, from -429543\n"
+            "offset 21394, at 0.496326 s\n"
+            "    1 frame of track 0 does not come out: the first frame is given up when the second "
+            "one confirms the stream's header, so the sound begins one frame late.\n"
+            "(4 notes on what is so with every such file: --verbose)\n"
+            "no track (video XVID, serial number 0): 151 packets in the file = 0 handed out + 151 "
+            "codec not supported\n"
+            "track 0 (audio 0055): 232 frames in the file = 218 handed out + 1 given up as the "
+            "first + 1 left in the queue + 12 on the stream's last page\n");
     EXPECT_THAT(result.err, IsEmpty());
 }
 
@@ -61,17 +69,19 @@ TEST(ExplainJson, HoldsStreamsFindingsAndPages) {
     EXPECT_EQ(document["pages"], nullptr);
     EXPECT_THAT(document["errors"], IsEmpty());
     EXPECT_THAT(document["warnings"], IsEmpty());
-    EXPECT_EQ(document["streams"][0], nlohmann::json({{"serial", 0},
-                                                      {"name", "video XVID"},
-                                                      {"header_offset", 0},
-                                                      {"pages", 35},
-                                                      {"packets", 151},
-                                                      {"track", nullptr},
-                                                      {"why_no_track", "codec not supported"},
-                                                      {"buffers", nullptr}}));
+    auto stream = document["streams"][0];
+    stream.erase("ledger");
+    EXPECT_EQ(stream, nlohmann::json({{"serial", 0},
+                                      {"name", "video XVID"},
+                                      {"header_offset", 0},
+                                      {"pages", 35},
+                                      {"packets", 151},
+                                      {"track", nullptr},
+                                      {"why_no_track", "codec not supported"},
+                                      {"buffers", nullptr}}));
     EXPECT_EQ(document["streams"][1]["track"], 0);
     EXPECT_GT(document["streams"][1]["buffers"], 200);
-    EXPECT_EQ(document["findings"].size(), 3U);
+    EXPECT_EQ(document["findings"].size(), 7U);
 
     const auto pages = file.document({"--pages"})["pages"];
     EXPECT_EQ(pages[3]["offset"], 227);

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "explain/Finding.h"
+#include "explain/LogTexts.h"
+
+namespace ogmprobe {
+namespace {
+
+struct EndCause {
+    /** What the assertion holds. */
+    std::string_view assertion;
+    const char* text;
+};
+
+constexpr std::array<EndCause, 9> kEndCauses = {{
+        {"Ogmavc_utils:542 ", "A video object layer header is of fine granularity scalable video."},
+        {"Ogmavc_utils:573 ", "A video object layer header is not of rectangular pictures."},
+        {"Ogmavc_utils:589 ",
+         "A video object layer header has a fixed rate and a resolution of 0."},
+        {"Ogmavc_utils:768 ",
+         "More than 16361 bytes stand between the video object layer header "
+         "and the first picture."},
+        {"CHECK(br.getBits(1))", "A marker bit of a video object layer header is 0."},
+        {"CHECK(getBitsGraceful",
+         "A video object layer header, or the beginning of an AC-3 frame, "
+         "is cut off."},
+        {"OgmExtractor:717 ",
+         "An MPEG audio frame has a negative time: its granule position is "
+         "too large."},
+        {"OgmExtractor:783 ",
+         "A DTS frame has a negative time: its granule position is too "
+         "large."},
+        {"OgmExtractor:499 ", "Frames take up more bytes than packets brought."},
+}};
+
+/** `frmsizecod` of a frame that the plug-in's table has no row for. */
+constexpr uint32_t kEndlessFrameCode = 37;
+
+bool hasEndlessAc3Frame(const Explanation& explanation) {
+    return std::any_of(explanation.accounts().begin(), explanation.accounts().end(),
+                       [](const auto& entry) {
+                           const auto& units = entry.second.units;
+                           return std::any_of(units.begin(), units.end(), [](const FileUnit& unit) {
+                               return unit.frame.kind == AudioFrame::Kind::kAc3 &&
+                                      unit.frame.frameSizeCode == kEndlessFrameCode;
+                           });
+                       });
+}
+
+bool hasDataOfATrack(const Explanation& explanation) {
+    const auto& streams = explanation.file().streams();
+    return std::any_of(streams.begin(), streams.end(), [&](const auto& entry) {
+        return explanation.trace().trackOf(entry.first) && !entry.second.dataPages.empty();
+    });
+}
+
+}  // namespace
+
+std::string causeOfEnd(const Explanation& explanation, const std::string& message) {
+    for (const EndCause& cause : kEndCauses) {
+        if (message.find(cause.assertion) != std::string::npos) {
+            return cause.text;
+        }
+    }
+    if (hasEndlessAc3Frame(explanation)) {
+        return "An AC-3 frame has a size code (37) for which the plug-in's table says 0 bytes: it "
+               "is "
+               "handed out again and again.";
+    }
+    // What died without an assertion did so for a reason that is not known here.
+    if (message.find(" died ") != std::string::npos) {
+        return "";
+    }
+    const auto& failed = explanation.trace();
+    if (!failed.opened() && failed.line(log_text::kVideoConfigSearch) != nullptr) {
+        return "The search for a start code of MPEG-4 video has no end where more than 257 bytes "
+               "are at hand and none of the first 256 begins one.";
+    }
+    if (failed.opened() && !hasDataOfATrack(explanation)) {
+        return "No page holds data of a track, so the header pages are read as such again and "
+               "again.";
+    }
+    return "";
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+
+#include <array>
+
+#include "explain/Finding.h"
+#include "ledger/LossSearch.h"
+#include "text/NumberText.h"
+
+namespace ogmprobe {
+namespace {
+
+std::string verb(uint64_t count, const char* one, const char* several) {
+    return count == 1 ? one : several;
+}
+
+void explainLoss(Explanation& explanation, const Ledger& ledger, const Loss& loss) {
+    const LossText& reason = textOf(loss.reason);
+    if (reason.text == nullptr) {
+        return;
+    }
+    const bool isUnknown = loss.reason == LossReason::kUnknown;
+    Finding finding =
+            findingOf(isUnknown ? "packets-missing" : reason.id, *ledger.track, ledger.serial);
+    finding.usual = reason.usual;
+    finding.text =
+            fmt::format("{} of track {} {}{}.", counted(loss.count, ledger.noun()), *ledger.track,
+                        isUnknown ? verb(loss.count, "is missing and ", "are missing and ")
+                                  : verb(loss.count, "does not come out: ", "do not come out: "),
+                        reason.text);
+    finding.offset = loss.offset;
+    finding.timeUs = loss.timeUs;
+    finding.untilUs = loss.lastTimeUs;
+    explanation.add(std::move(finding));
+}
+
+/** Why a unit comes out otherwise than it is in the file. */
+enum class Change { kForeignTail, kAc3Table, kPacketHeader, kCutAtSync, kUnknown };
+
+struct ChangeText {
+    const char* id;
+    const char* text;
+};
+
+constexpr std::array<ChangeText, 5> kChangeTexts = {{
+        {"foreign-tail",
+         "come out with bytes of another packet behind their own: a piece whose packet was "
+         "dropped, "
+         "or has no beginning in the file, goes to the packet that is open"},
+        {"ac3-frame-size",
+         "come out with the size of another row: the plug-in's table of AC-3 frame sizes lacks the "
+         "row of frmsizecod 3, so that each row behind it is the standard's next one"},
+        {"audio-packet-header",
+         "come out with bytes too few or too many: the plug-in takes 3 to 10 bytes for an audio "
+         "packet's header by a rule of its own"},
+        {"dts-frame-cut", "come out in two buffers: a frame ends where a sync word stands"},
+        {"packets-changed", "come out otherwise than they are in the file, and no reason is known"},
+}};
+
+Change changeOf(const FileUnit& unit, const PlayedBuffer& buffer, const StreamAccount& account) {
+    if (unit.withForeignTail) {
+        return Change::kForeignTail;
+    }
+    if (account.kind.framing == AudioFraming::kAc3 && buffer.likeness.size == takenSize(unit) &&
+        buffer.likeness.size != unit.likeness.size) {
+        return Change::kAc3Table;
+    }
+    if (unit.hasOddHeader) {
+        return Change::kPacketHeader;
+    }
+    return account.kind.framing == AudioFraming::kDts && buffer.likeness.size < unit.likeness.size
+                   ? Change::kCutAtSync
+                   : Change::kUnknown;
+}
+
+/** The first unit of each change, and how many there are. */
+struct Changes {
+    std::array<uint64_t, kChangeTexts.size()> counts{};
+    std::array<size_t, kChangeTexts.size()> first{};
+
+    void add(Change change, size_t unit) {
+        const auto index = static_cast<size_t>(change);
+        first[index] = counts[index] == 0 ? unit : first[index];
+        ++counts[index];
+    }
+};
+
+Changes changesOf(const StreamAccount& account, const PlayedTrack& track) {
+    Changes changes;
+    for (size_t i = 0; i < account.units.size(); ++i) {
+        const FileUnit& unit = account.units[i];
+        const Delivery::Unit& delivered = account.delivery.units[i];
+        // The header of a plain packet is taken off by the plug-in's rule on both sides.
+        const bool isPlainOdd = !account.kind.framing && unit.hasOddHeader;
+        if (delivered.buffer && (delivered.isChanged || isPlainOdd)) {
+            changes.add(changeOf(unit, track.buffers[*delivered.buffer], account), i);
+        }
+    }
+    return changes;
+}
+
+void explainChanges(Explanation& explanation, const StreamAccount& account) {
+    const Ledger& ledger = account.ledger;
+    const Changes changes = changesOf(account, explanation.trace().tracks().at(*ledger.track));
+    for (size_t i = 0; i < kChangeTexts.size(); ++i) {
+        if (changes.counts[i] == 0) {
+            continue;
+        }
+        Finding finding = findingOf(kChangeTexts[i].id, *ledger.track, ledger.serial);
+        finding.text = fmt::format("{} of track {} {}.", counted(changes.counts[i], ledger.noun()),
+                                   *ledger.track, kChangeTexts[i].text);
+        const FileUnit& first = account.units[changes.first[i]];
+        const OggPiece& piece =
+                explanation.file().pieces()[account.packets.pieces[first.firstPiece]];
+        finding.offset = piece.offset;
+        finding.timeUs = explanation.file().timeUs(explanation.file().pages()[piece.page]);
+        explanation.add(std::move(finding));
+    }
+}
+
+void explainStrays(Explanation& explanation, const Ledger& ledger) {
+    if (ledger.repeated > 0) {
+        Finding finding = findingOf("packets-repeated", *ledger.track, ledger.serial);
+        finding.text = fmt::format("{} of track {} {} again what came out before.",
+                                   counted(ledger.repeated, "buffer"), *ledger.track,
+                                   verb(ledger.repeated, "holds", "hold"));
+        explanation.add(std::move(finding));
+    }
+    if (ledger.foreign > 0) {
+        Finding finding = findingOf("buffers-not-in-file", *ledger.track, ledger.serial);
+        finding.text = fmt::format("{} of track {} {} bytes that are no {} of the file.",
+                                   counted(ledger.foreign, "buffer"), *ledger.track,
+                                   verb(ledger.foreign, "holds", "hold"), ledger.noun());
+        explanation.add(std::move(finding));
+    }
+}
+
+void explainLedger(Explanation& explanation, const StreamAccount& account) {
+    const Ledger& ledger = account.ledger;
+    if (!ledger.track) {
+        return;
+    }
+    for (const Loss& loss : ledger.losses) {
+        explainLoss(explanation, ledger, loss);
+    }
+    explainChanges(explanation, account);
+    explainStrays(explanation, ledger);
+}
+
+}  // namespace
+
+void explainLedgers(Explanation& explanation) {
+    for (const auto& [serial, account] : explanation.accounts()) {
+        explainLedger(explanation, account);
+    }
+}
+
+}  // namespace ogmprobe

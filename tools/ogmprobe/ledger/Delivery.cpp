@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ledger/Delivery.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "ledger/CommonSequence.h"
+
+namespace ogmprobe {
+namespace {
+
+/** How far ahead something that only begins alike is looked for. */
+constexpr size_t kLookAhead = 16;
+
+using Key = std::pair<uint64_t, uint64_t>;
+
+Key keyOf(const Likeness& likeness) {
+    return {likeness.digest, likeness.size};
+}
+
+/** Of what should come out of the unit. */
+Key keyOf(const FileUnit& unit) {
+    return keyOf(unit.withForeignTail.value_or(unit.likeness));
+}
+
+/** Places on one side with the numbers that stand for what lies there. */
+struct Side {
+    std::vector<size_t> places;
+    std::vector<uint32_t> numbers;
+
+    void add(size_t place, uint32_t number) {
+        places.push_back(place);
+        numbers.push_back(number);
+    }
+};
+
+class Comparison {
+  public:
+    Comparison(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers)
+        : mUnits(units), mBuffers(buffers) {
+        mDelivery.units.resize(units.size());
+    }
+
+    Delivery compare() {
+        numberUnits();
+        size_t unit = 0;
+        size_t buffer = 0;
+        for (const Pairing& pair : samePairs()) {
+            compareRest(unit, pair.a, buffer, pair.b);
+            mDelivery.units[pair.a] = {pair.b, mUnits[pair.a].withForeignTail.has_value()};
+            unit = pair.a + 1;
+            buffer = pair.b + 1;
+        }
+        compareRest(unit, mUnits.size(), buffer, mBuffers.size());
+        return std::move(mDelivery);
+    }
+
+  private:
+    void numberUnits() {
+        for (const FileUnit& unit : mUnits) {
+            if (!unit.isLost) {
+                mNumbers.emplace(keyOf(unit), static_cast<uint32_t>(mNumbers.size()));
+            }
+        }
+    }
+
+    /** What only one side has would slow the comparison down, and is left out of it. */
+    std::vector<Pairing> samePairs() const {
+        Side buffers;
+        std::set<uint32_t> inBuffers;
+        for (size_t i = 0; i < mBuffers.size(); ++i) {
+            if (const auto number = mNumbers.find(keyOf(mBuffers[i])); number != mNumbers.end()) {
+                buffers.add(i, number->second);
+                inBuffers.insert(number->second);
+            }
+        }
+        Side units;
+        for (size_t i = 0; i < mUnits.size(); ++i) {
+            const auto number = mUnits[i].isLost ? mNumbers.end() : mNumbers.find(keyOf(mUnits[i]));
+            if (number != mNumbers.end() && inBuffers.contains(number->second)) {
+                units.add(i, number->second);
+            }
+        }
+        std::vector<Pairing> pairs = commonSequence(units.numbers, buffers.numbers);
+        for (Pairing& pair : pairs) {
+            pair = {units.places[pair.a], buffers.places[pair.b]};
+        }
+        return pairs;
+    }
+
+    /** Between two pairs: buffers that begin like a unit are taken for it. */
+    void compareRest(size_t unit, size_t endUnit, size_t buffer, size_t endBuffer) {
+        for (; buffer < endBuffer; ++buffer) {
+            const auto alike = unitAlike(unit, endUnit, mBuffers[buffer]);
+            if (alike) {
+                mDelivery.units[*alike] = {buffer, true};
+                unit = *alike + 1;
+            } else if (mNumbers.contains(keyOf(mBuffers[buffer]))) {
+                mDelivery.repeated.push_back(buffer);
+            } else {
+                mDelivery.foreign.push_back(buffer);
+            }
+        }
+    }
+
+    std::optional<size_t> unitAlike(size_t from, size_t end, const Likeness& buffer) const {
+        for (size_t i = from; i < std::min(end, from + kLookAhead); ++i) {
+            if (!mUnits[i].isLost && mUnits[i].likeness.beginsAlike(buffer)) {
+                return i;
+            }
+        }
+        return std::nullopt;
+    }
+
+    const std::vector<FileUnit>& mUnits;
+    const std::vector<Likeness>& mBuffers;
+    std::map<Key, uint32_t> mNumbers;
+    Delivery mDelivery;
+};
+
+}  // namespace
+
+Delivery deliveryOf(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers) {
+    return Comparison(units, buffers).compare();
+}
+
+}  // namespace ogmprobe

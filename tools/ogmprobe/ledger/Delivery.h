@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "ledger/StreamUnits.h"
+
+namespace ogmprobe {
+
+/** Which of a track's buffers holds which unit of the file. */
+struct Delivery {
+    /** For each unit. */
+    struct Unit {
+        std::optional<size_t> buffer;
+        /** The buffer begins like the unit, but is not the same. */
+        bool isChanged = false;
+    };
+
+    std::vector<Unit> units;
+    /** Indices of buffers with a unit that came out before. */
+    std::vector<size_t> repeated;
+    /** Indices of buffers that are no unit of the file. */
+    std::vector<size_t> foreign;
+};
+
+/**
+ * Compares what should come out with what did, by the bytes, in the order of both. Units that are
+ * known to be lost are left out.
+ */
+Delivery deliveryOf(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers);
+
+}  // namespace ogmprobe

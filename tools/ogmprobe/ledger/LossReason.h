@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+namespace ogmprobe {
+
+/** Why a packet or frame of the file does not come out. */
+enum class LossReason {
+    kNoTrack,
+    kNotPlayed,
+    /** Of pages. */
+    kLastPage,
+    kReadingStopped,
+    kPassedOver,
+    /** Of packets. */
+    kGranuleFell,
+    kWithoutContent,
+    kBehindStuckPacket,
+    kEndReportedFirst,
+    kStaysQueued,
+    /** Of frames. */
+    kPieceTooShort,
+    kNoSync,
+    kNotConfirmed,
+    kRateChanged,
+    kUnlikeFirst,
+    kWithoutSize,
+    kFirstFrame,
+    kPacketHeader,
+    kInFrameBefore,
+    kWaitsForBytes,
+    kFalseFrame,
+    kUnknown,
+};
+
+constexpr LossReason lastOf(LossReason) {
+    return LossReason::kUnknown;
+}
+
+struct LossText {
+    /** For programs; never changes. */
+    const char* id;
+    /** In a few words, after a number: "4 on pages that are not read". */
+    const char* brief;
+    /** As a sentence of its own; null where another finding tells of it. */
+    const char* text;
+    /** So with every such file. */
+    bool usual;
+};
+
+const LossText& textOf(LossReason reason);
+
+}  // namespace ogmprobe

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "ledger/LedgerBuild.h"
+
+namespace ogmprobe {
+
+/**
+ * How many bytes the plug-in takes for a frame: its table of AC-3 frame sizes lacks the row of
+ * frmsizecod 3.
+ */
+uint64_t takenSize(const FileUnit& unit);
+
+/** Finds out why units of one stream did not come out, by what the plug-in read and said. */
+class LossSearch {
+  public:
+    /** All must outlive this object. */
+    LossSearch(const OggFile& file, const PluginTrace& trace, const StreamAccount& account);
+
+    LossReason reasonOf(size_t unit) const;
+
+  private:
+    std::optional<LossReason> reasonOfPages(const FileUnit& unit) const;
+    std::optional<LossReason> reasonOfPieces(const FileUnit& unit) const;
+    LossReason reasonOfPacket(size_t unit) const;
+    LossReason reasonOfFrame(size_t unit) const;
+    LossReason reasonOfWaiting(size_t unit) const;
+    LossReason reasonOfWaitingFrame(size_t unit) const;
+    std::optional<LossReason> thrownAway(size_t unit) const;
+    void findOut();
+    bool isInFrameBefore(size_t unit) const;
+    bool saidInUnit(PieceEvent event, const FileUnit& unit) const;
+    bool isFalseFrameNear(size_t unit) const;
+    bool saidUpTo(PieceEvent event, size_t piece) const;
+    size_t fileIndex(size_t piece) const { return mAccount.packets.pieces[piece]; }
+    bool isPlayedToItsEnd() const;
+
+    const OggFile& mFile;
+    const PluginTrace& mTrace;
+    const StreamAccount& mAccount;
+    /** The last piece of the stream that was read. */
+    std::optional<size_t> mLastRead;
+    /** Where in the elementary stream the bytes end that have arrived. */
+    uint64_t mArrived = 0;
+    /** The units that came out first and last. */
+    std::optional<size_t> mFirstOut;
+    std::optional<size_t> mLastOut;
+    /** For each unit the nearest in front of it that came out, and the nearest behind it. */
+    std::vector<std::optional<size_t>> mOutBefore;
+    std::vector<std::optional<size_t>> mOutBehind;
+    /** The last unit whose bytes were read and not dropped. */
+    std::optional<size_t> mLastQueued;
+    /** The first one that cannot be handed out. */
+    std::optional<size_t> mStuck;
+};
+
+}  // namespace ogmprobe

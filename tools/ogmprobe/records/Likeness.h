@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace ogmprobe {
+
+/**
+ * By what bytes are known again without being kept. Beginnings that agree where the rest does not
+ * are a sign of the same bytes with something cut off or added.
+ */
+struct Likeness {
+    static constexpr size_t kBeginning = 16;
+
+    uint64_t size = 0;
+    uint64_t digest = 0;
+    std::array<uint8_t, kBeginning> beginning{};
+
+    Likeness() = default;
+    explicit Likeness(std::span<const uint8_t> bytes);
+
+    bool isSame(const Likeness& other) const {
+        return size == other.size && digest == other.digest;
+    }
+    bool beginsAlike(const Likeness& other) const;
+};
+
+}  // namespace ogmprobe

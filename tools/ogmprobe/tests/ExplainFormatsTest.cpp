@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ElementaryStreams.h>
+#include <OgmStreamHeaders.h>
+
+#include "ExplainedFile.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using namespace android::ogm::test;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+constexpr uint32_t kVideo = 1;
+constexpr uint32_t kAudio = 2;
+constexpr uint8_t kUsualAudio = 0x80;
+
+void addVideo(OgmFile& file, int count) {
+    for (int i = 1; i <= count; ++i) {
+        file.addData(kVideo, i, dataPacket(kSyncPacket, pattern(50, i)));
+    }
+}
+
+OgmFile videoFile(const VideoHeader& header) {
+    OgmFile file;
+    file.addHeader(kVideo, header);
+    addVideo(file, 30);
+    return file;
+}
+
+OgmFile audioFile(const AudioHeader& header, const std::vector<Bytes>& packets) {
+    OgmFile file;
+    file.addHeader(kAudio, header);
+    for (size_t i = 0; i < packets.size(); ++i) {
+        file.addData(kAudio, (i + 1) * 1024, audioPacket(packets[i], kUsualAudio));
+    }
+    return file;
+}
+
+AudioHeader audioHeader(const std::string& tag) {
+    AudioHeader header;
+    header.subtype = tag;
+    header.samplesPerUnit = 48000;
+    header.channels = 2;
+    return header;
+}
+
+TEST(ExplainFormats, AFrameRateWithoutItsFractionIsTold) {
+    ExplainedFile(sampleBytes("mpeg4_2997_ac3.ogm"))
+            .expectOne("frame-rate-rounded",
+                       "Track 0 has 29.97 frames a second, but its format says 29: the fraction is "
+                       "cut off.",
+                       "");
+    ExplainedFile(sampleBytes("mjpeg.ogm")).expectNone("frame-rate-rounded");
+}
+
+TEST(ExplainFormats, AFrameRateThatWrapsIsTold) {
+    VideoHeader header;
+    header.samplesPerUnit = 1000;
+    header.timeUnit = 400'000'000;
+    const auto found = ExplainedFile(videoFile(header).bytes()).findings("frame-rate-wrong");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_THAT(found[0]["text"].get<std::string>(),
+                testing::StartsWith("Track 0 has 25 frames a second, but its format says "));
+}
+
+TEST(ExplainFormats, TheBitsOfAnotherStreamAreTold) {
+    OgmFile file;
+    AudioHeader audio;
+    audio.bitsPerSample = 16;
+    file.addHeader(kAudio, audio);
+    VideoHeader video;
+    video.bitsPerSample = 24;
+    file.addHeader(kVideo, video);
+    for (int i = 1; i <= 30; ++i) {
+        file.addData(kVideo, i, dataPacket(kSyncPacket, pattern(50, i)));
+        file.addData(kAudio, i * 320, audioPacket(pattern(60, i), kUsualAudio));
+    }
+    const ExplainedFile explained(file.bytes());
+    explained.expectOne("bits-of-another-stream",
+                        "Track 0 has 16 bits a sample, but is handed out as if it had 24: those of "
+                        "the stream header that was accepted last hold for all tracks.",
+                        "");
+    explained.expectNone("packets-missing");
+    ExplainedFile(sampleBytes("mpeg4_pcm8.ogm")).expectNone("bits-of-another-stream");
+}
+
+TEST(ExplainFormats, EnhancedAc3IsTold) {
+    std::vector<Bytes> frames;
+    for (uint32_t i = 1; i <= 30; ++i) {
+        EnhancedAc3Frame frame;
+        frame.seed = i;
+        frames.push_back(frame.bytes());
+    }
+    ExplainedFile(audioFile(audioHeader("2000"), frames).bytes())
+            .expectOne("eac3-as-ac3",
+                       "30 of 30 frames of track 0 are E-AC-3, but its MIME type is audio/ac3, and "
+                       "a decoder of AC-3 cannot play them.",
+                       "");
+    ExplainedFile(sampleBytes("mpeg2_ac3.ogm")).expectNone("eac3-as-ac3");
+}
+
+TEST(ExplainFormats, AacWithoutAConfigurationIsTold) {
+    std::vector<Bytes> packets;
+    for (uint32_t i = 1; i <= 30; ++i) {
+        packets.push_back(pattern(50, i));
+    }
+    ExplainedFile(audioFile(audioHeader("00FF"), packets).bytes())
+            .expectOne("aac-without-configuration",
+                       "Track 0 is AAC without a codec configuration: its format has no ESDS, and "
+                       "a decoder may not start.",
+                       "");
+}
+
+TEST(ExplainFormats, TheObjectTypeOfVideoIsToldAsUsual) {
+    const auto finding = ExplainedFile(sampleBytes("mpeg4_b_mp3.ogm"))
+                                 .expectOne("esds-object-type",
+                                            "The ESDS of track 0 calls the video MPEG-4 audio "
+                                            "(object type 0x40).",
+                                            "");
+    EXPECT_TRUE(finding["usual"]);
+}
+
+/** MPEG-4 video whose first packet begins with the given bytes. */
+OgmFile mpeg4File(const Bytes& configuration) {
+    VideoHeader header;
+    header.subtype = "FMP4";
+    header.width = 176;
+    header.height = 144;
+    OgmFile file;
+    file.addHeader(kVideo, header);
+    for (uint32_t i = 1; i <= 30; ++i) {
+        const Bytes picture = videoObjectPlane(i == 1 ? 0 : 1, 60, i);
+        file.addData(kVideo, i,
+                     dataPacket(i == 1 ? kSyncPacket : kPlainPacket,
+                                i == 1 ? joined({configuration, picture}) : picture));
+    }
+    return file;
+}
+
+TEST(ExplainFormats, APictureSizeThatIsNotTheHeadersIsTold) {
+    VideoObjectLayer layer;
+    layer.width = 352;
+    layer.height = 288;
+    ExplainedFile(mpeg4File(joined({visualObjectSequence(), layer.bytes()})).bytes())
+            .expectOne("picture-size-differs",
+                       "The pictures of track 0 have 352x288 pixels, but its format says 176x144, "
+                       "as the stream header does.",
+                       "");
+    const ExplainedFile same(
+            mpeg4File(joined({visualObjectSequence(), VideoObjectLayer().bytes()})).bytes());
+    same.expectNone("picture-size-differs");
+    same.expectNone("esds-leading-bytes");
+}
+
+TEST(ExplainFormats, APacketHeaderInTheConfigurationIsTold) {
+    ExplainedFile(mpeg4File(VideoObjectLayer().bytes()).bytes())
+            .expectOne("esds-leading-bytes",
+                       "The codec configuration of track 0 begins with a byte of the packet header "
+                       "in front of its first start code.",
+                       "");
+}
+
+TEST(ExplainFormats, ARateThatIsNotTheHeadersIsTold) {
+    std::vector<Bytes> frames;
+    for (uint32_t i = 1; i <= 30; ++i) {
+        MpegAudioFrame frame;
+        frame.seed = i;
+        frames.push_back(frame.bytes());
+    }
+    ExplainedFile(audioFile(audioHeader("0055"), frames).bytes())
+            .expectOne("audio-format-differs",
+                       "The frames of track 0 have 44100 Hz and 2 channels, but its format says "
+                       "48000 Hz and 2 channels, as the stream header does.",
+                       "");
+    ExplainedFile(sampleBytes("mpeg4_b_mp3.ogm")).expectNone("audio-format-differs");
+}
+
+TEST(ExplainFormats, TheTypeOfAFileWithoutVideoIsToldAsUsual) {
+    const auto found =
+            ExplainedFile(
+                    audioFile(audioHeader("00FF"), std::vector<Bytes>(20, Bytes(50, 1))).bytes())
+                    .findings("container-type-without-video");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_TRUE(found[0]["usual"]);
+}
+
+TEST(ExplainFormats, AnErrorLineWithoutAnErrorIsToldAsUsual) {
+    const auto found =
+            ExplainedFile(sampleBytes("mpeg4_b_mp3.ogm")).findings("error-line-without-error");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_TRUE(found[0]["usual"]);
+    EXPECT_THAT(found[0]["log"]["text"].get<std::string>(), HasSubstr("mDequeueMpegAudioOgm"));
+}
+
+/** What is said of the end that the file brings about. */
+std::string endOf(const Bytes& bytes) {
+    const auto found = ExplainedFile(bytes).findings("extractor-ended");
+    return found.empty() ? "" : found[0]["text"].get<std::string>();
+}
+
+std::string endOfLayer(const VideoObjectLayer& layer) {
+    return endOf(mpeg4File(joined({visualObjectSequence(), layer.bytes()})).bytes());
+}
+
+TEST(ExplainFormats, WhatEndsTheExtractorIsNamed) {
+    VideoObjectLayer layer;
+    layer.clearMarker = 0;
+    EXPECT_THAT(endOfLayer(layer), HasSubstr(" A marker bit of a video object layer header is 0."));
+    layer = {};
+    layer.shape = 1;
+    EXPECT_THAT(endOfLayer(layer), HasSubstr("is not of rectangular pictures."));
+    layer = {};
+    layer.objectType = 0x21;
+    EXPECT_THAT(endOfLayer(layer), HasSubstr("is of fine granularity scalable video."));
+    layer = {};
+    layer.fixedVopRate = true;
+    layer.timeIncrementResolution = 0;
+    EXPECT_THAT(endOfLayer(layer), HasSubstr("has a fixed rate and a resolution of 0."));
+    EXPECT_THAT(endOf(mpeg4File(joined({visualObjectSequence(), VideoObjectLayer().bytes(),
+                                        visualObject(), Bytes(17000, 1)}))
+                              .bytes()),
+                HasSubstr("More than 16361 bytes"));
+}
+
+TEST(ExplainFormats, AGranulePositionThatEndsTheExtractorIsNamed) {
+    // At 1 Hz a granule position is a number of seconds.
+    AudioHeader header = audioHeader("0055");
+    header.samplesPerUnit = 1;
+    OgmFile file;
+    file.addHeader(kAudio, header);
+    for (uint32_t i = 1; i <= 30; ++i) {
+        MpegAudioFrame frame;
+        frame.seed = i;
+        file.addData(kAudio, 10'000'000'000'000 + i, audioPacket(frame.bytes(), kUsualAudio));
+    }
+    EXPECT_THAT(endOf(file.bytes()), HasSubstr("An MPEG audio frame has a negative time"));
+}
+
+TEST(ExplainFormats, AnAc3FrameOfNoSizeIsNamed) {
+    std::vector<Bytes> frames;
+    for (uint32_t i = 1; i <= 12; ++i) {
+        Ac3Frame frame;
+        frame.frameSizeCode = 37;
+        frame.seed = i;
+        frames.push_back(frame.bytes());
+    }
+    EXPECT_THAT(
+            endOf(audioFile(audioHeader("2000"), frames).bytes()),
+            HasSubstr(" An AC-3 frame has a size code (37) for which the plug-in's table says 0 "
+                      "bytes: it is handed out again and again."));
+}
+
+}  // namespace
+}  // namespace ogmprobe::test

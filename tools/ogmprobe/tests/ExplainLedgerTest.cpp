@@ -1,0 +1,328 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ElementaryStreams.h>
+#include <OgmStreamHeaders.h>
+
+#include "ExplainedFile.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using namespace android::ogm::test;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr uint32_t kVideo = 1;
+constexpr uint32_t kAudio = 2;
+/** An audio packet's first byte for which the plug-in takes off as much as the format says. */
+constexpr uint8_t kUsualAudio = 0x80;
+
+/** The ledger of the stream; it balances, and every loss has a reason. */
+nlohmann::json ledgerOf(const Bytes& bytes, uint32_t serial) {
+    const auto document = ExplainedFile(bytes).document();
+    for (const auto& stream : document["streams"]) {
+        if (stream["serial"] != serial) {
+            continue;
+        }
+        auto ledger = stream["ledger"];
+        uint64_t counted = ledger["handed_out"];
+        for (const auto& loss : ledger["losses"]) {
+            counted += loss["count"].get<uint64_t>();
+        }
+        EXPECT_EQ(counted, ledger["in_file"]);
+        EXPECT_EQ(ledger["unexplained"], 0);
+        return ledger;
+    }
+    ADD_FAILURE() << "no such stream";
+    return {};
+}
+
+uint64_t lost(const nlohmann::json& ledger, const std::string& reason) {
+    for (const auto& loss : ledger["losses"]) {
+        if (loss["reason"] == reason) {
+            return loss["count"];
+        }
+    }
+    return 0;
+}
+
+AudioHeader audioHeader(const std::string& tag, uint64_t rate = 44100) {
+    AudioHeader header;
+    header.subtype = tag;
+    header.samplesPerUnit = rate;
+    header.channels = 2;
+    return header;
+}
+
+/** A stream of audio, a packet a page, with a granule position of so many samples a packet. */
+OgmFile audioFile(const AudioHeader& header, const std::vector<Bytes>& packets,
+                  uint64_t samples = 1536) {
+    OgmFile file;
+    file.addHeader(kAudio, header);
+    for (size_t i = 0; i < packets.size(); ++i) {
+        file.addData(kAudio, (i + 1) * samples, audioPacket(packets[i], kUsualAudio));
+    }
+    return file;
+}
+
+std::vector<Bytes> mpegFrames(size_t count, MpegAudioFrame frame = {}) {
+    std::vector<Bytes> frames;
+    for (size_t i = 0; i < count; ++i) {
+        frame.seed = static_cast<uint32_t>(i + 1);
+        frames.push_back(frame.bytes());
+    }
+    return frames;
+}
+
+std::vector<Bytes> ac3Frames(size_t count, Ac3Frame frame) {
+    std::vector<Bytes> frames;
+    for (size_t i = 0; i < count; ++i) {
+        frame.seed = static_cast<uint32_t>(i + 1);
+        frames.push_back(frame.bytes());
+    }
+    return frames;
+}
+
+TEST(ExplainLedger, BalancesForEveryStreamOfEverySample) {
+    for (const char* name :
+         {"divx3_pcm16", "h264_mp3vbr", "long_mpeg4_mp3", "mjpeg", "mpeg2_ac3", "mpeg4_2997_ac3",
+          "mpeg4_b_mp3", "mpeg4_mp3_ac3", "mpeg4_pcm8", "mpeg4_vorbis", "xvid_refused_mp3"}) {
+        SCOPED_TRACE(name);
+        const Bytes bytes = sampleBytes(std::string(name) + ".ogm");
+        const auto document = ExplainedFile(bytes).document();
+        ASSERT_FALSE(document["streams"].empty());
+        for (const auto& stream : document["streams"]) {
+            const auto ledger = ledgerOf(bytes, stream["serial"]);
+            EXPECT_EQ(ledger["changed"], 0);
+            EXPECT_EQ(ledger["repeated"], 0);
+            EXPECT_EQ(ledger["foreign"], 0);
+            if (!stream["track"].is_null()) {
+                EXPECT_EQ(ledger["handed_out"], stream["buffers"]);
+            }
+        }
+    }
+}
+
+TEST(ExplainLedger, SaysWhereEachLossIs) {
+    const OgmFile file = videoAndAudio(100, 20);
+    const auto ledger = ledgerOf(file.bytes(), kVideo);
+    EXPECT_EQ(ledger["unit"], "packet");
+    EXPECT_EQ(ledger["in_file"], 100);
+    EXPECT_EQ(lost(ledger, "stays-queued"), 1U);
+    EXPECT_EQ(lost(ledger, "last-page"), 1U);
+    const auto offsets = pageOffsets(file.bytes());
+    for (const auto& loss : ledger["losses"]) {
+        if (loss["reason"] == "reading-stopped") {
+            EXPECT_EQ(loss["count"], 79);
+            EXPECT_EQ(loss["offset"], offsets[2 + 40] + 28);
+            EXPECT_EQ(loss["last_offset"], offsets[offsets.size() - 2] + 28);
+            EXPECT_EQ(loss["time_us"], 21 * 40000);
+        }
+    }
+}
+
+TEST(ExplainLedger, SaysNothingToExplainOnlyWhereNothingIs) {
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    for (int i = 1; i <= 200; ++i) {
+        file.addData(kVideo, i, dataPacket(kSyncPacket, pattern(4000, i)));
+    }
+    const std::string out = ExplainedFile(file.bytes()).run().out;
+    EXPECT_THAT(out, StartsWith("nothing to explain\n"));
+    EXPECT_THAT(out, HasSubstr("\ntrack 0 (video H264): 200 packets in the file = 198 handed out + "
+                               "1 left in the queue + 1 on the stream's last page\n"));
+}
+
+TEST(ExplainLedger, CountsThePacketsOfAStreamWithoutATrack) {
+    const auto ledger = ledgerOf(sampleBytes("mpeg4_vorbis.ogm"), 1);
+    EXPECT_EQ(ledger["in_file"], 262);
+    EXPECT_EQ(lost(ledger, "no-track"), 262U);
+    EXPECT_EQ(ledger["losses"][0]["text"], "Vorbis");
+}
+
+TEST(ExplainLedger, CountsAPacketOverSeveralPagesOnce) {
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    file.add(OggPage(kVideo).granule(1).openPacket(Bytes(510, 7)));
+    file.add(OggPage(kVideo).granule(1).continued().openPacket(Bytes(255, 8)));
+    file.add(OggPage(kVideo).granule(1).continued().packet(Bytes(9, 9)));
+    for (int i = 2; i <= 20; ++i) {
+        file.addData(kVideo, i, dataPacket(kSyncPacket, pattern(50, i)));
+    }
+    const auto ledger = ledgerOf(file.bytes(), kVideo);
+    EXPECT_EQ(ledger["in_file"], 20);
+    EXPECT_EQ(ledger["handed_out"], 18);
+    EXPECT_EQ(ledger["changed"], 0);
+}
+
+TEST(ExplainLedger, PacketsDroppedAtAFallingGranulePositionAreTold) {
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    for (const int granule : {1, 2, 3, 4, 5, 6, 90, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18}) {
+        file.addData(kVideo, granule, dataPacket(kSyncPacket, pattern(50, granule)));
+    }
+    EXPECT_EQ(lost(ledgerOf(file.bytes(), kVideo), "granule-fell"), 1U);
+}
+
+TEST(ExplainLedger, TheTailOfADroppedPacketComesOutBehindThePacketBefore) {
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    for (int i = 1; i <= 6; ++i) {
+        file.addData(kVideo, i + 10, dataPacket(kSyncPacket, pattern(50, i)));
+    }
+    file.add(OggPage(kVideo).granule(3).openPacket(Bytes(255, 7)));
+    file.add(OggPage(kVideo).granule(3).continued().packet(Bytes(9, 9)));
+    for (int i = 4; i <= 20; ++i) {
+        file.addData(kVideo, i, dataPacket(kSyncPacket, pattern(50, i + 30)));
+    }
+    const auto ledger = ledgerOf(file.bytes(), kVideo);
+    EXPECT_EQ(ledger["changed"], 1);
+    EXPECT_EQ(lost(ledger, "granule-fell"), 1U);
+    const auto found = ExplainedFile(file.bytes()).findings("foreign-tail");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_THAT(found[0]["text"].get<std::string>(),
+                StartsWith("1 packet of track 0 come out with bytes of another packet"));
+}
+
+TEST(ExplainLedger, APacketThatCannotBeHandedOutEndsItsTrack) {
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    for (int i = 1; i <= 40; ++i) {
+        file.addData(kVideo, i, i == 20 ? Bytes() : dataPacket(kSyncPacket, pattern(50, i)));
+    }
+    const auto ledger = ledgerOf(file.bytes(), kVideo);
+    EXPECT_EQ(ledger["handed_out"], 19);
+    EXPECT_EQ(lost(ledger, "packet-without-content"), 1U);
+    EXPECT_GT(lost(ledger, "behind-stuck-packet"), 0U);
+    ExplainedFile(file.bytes())
+            .expectOne(
+                    "packet-without-content",
+                    "1 packet of track 0 does not come out: the packet is shorter than the "
+                    "header that the plug-in takes off, so it cannot be handed out, stays at the "
+                    "head of the queue, and the track ends there.",
+                    "");
+}
+
+TEST(ExplainLedger, FewerThanTenPacketsWaitBehindTheEndThatIsReportedFirst) {
+    const OgmFile file = videoAndAudio(8, 0);
+    const auto ledger = ledgerOf(file.bytes(), kVideo);
+    EXPECT_EQ(ledger["handed_out"], 0);
+    EXPECT_EQ(lost(ledger, "end-reported-first"), 6U);
+    EXPECT_THAT(ExplainedFile(file.bytes()).findings("end-reported-first")[0]["text"],
+                "6 packets of track 0 do not come out: the read that queues them meets the end of "
+                "the file with none ready before, and reports the end of the stream; only a reader "
+                "that goes on reading gets them.");
+}
+
+TEST(ExplainLedger, AudioPacketHeadersOfAnotherSizeAreTold) {
+    OgmFile file;
+    file.addHeader(kAudio, audioHeader("00FF"));
+    for (int i = 1; i <= 20; ++i) {
+        file.addData(kAudio, i * 1024, audioPacket(pattern(50, i), i == 5 ? 0x01 : kUsualAudio));
+    }
+    const auto finding =
+            ExplainedFile(file.bytes())
+                    .expectOne("audio-packet-header",
+                               "1 packet of track 0 come out with bytes too few or too "
+                               "many: the plug-in takes 3 to 10 bytes for an audio "
+                               "packet's header by a rule of its own.",
+                               "");
+    EXPECT_EQ(finding["offset"], pageOffsets(file.bytes())[5] + 28);
+}
+
+TEST(ExplainLedger, TheFirstMpegAudioFrameIsMissed) {
+    const OgmFile file = audioFile(audioHeader("0055"), mpegFrames(40), 1152);
+    const auto ledger = ledgerOf(file.bytes(), kAudio);
+    EXPECT_EQ(ledger["unit"], "frame");
+    EXPECT_EQ(ledger["in_file"], 40);
+    EXPECT_EQ(lost(ledger, "first-audio-frame-lost"), 1U);
+    ExplainedFile(file.bytes())
+            .expectOne("first-audio-frame-lost",
+                       "1 frame of track 0 does not come out: the first frame is given up when the "
+                       "second one confirms the stream's header, so the sound begins one frame "
+                       "late.",
+                       "");
+}
+
+TEST(ExplainLedger, FramesAfterAChangeOfTheSamplingRateAreMissed) {
+    auto frames = mpegFrames(20);
+    MpegAudioFrame other;
+    other.samplingRateIndex = 1;
+    for (const Bytes& frame : mpegFrames(20, other)) {
+        frames.push_back(frame);
+    }
+    const auto ledger = ledgerOf(audioFile(audioHeader("0055"), frames, 1152).bytes(), kAudio);
+    EXPECT_EQ(ledger["in_file"], 40);
+    EXPECT_GE(lost(ledger, "audio-rate-change"), 18U);
+}
+
+TEST(ExplainLedger, At44100HertzEverySecondAc3FrameIsMissed) {
+    Ac3Frame frame;
+    frame.sampleRateCode = 1;
+    const OgmFile file = audioFile(audioHeader("2000"), ac3Frames(60, frame));
+    const auto ledger = ledgerOf(file.bytes(), kAudio);
+    EXPECT_EQ(ledger["in_file"], 60);
+    EXPECT_EQ(ledger["changed"], ledger["handed_out"]);
+    EXPECT_GE(lost(ledger, "inside-frame-before"), 28U);
+    EXPECT_EQ(ExplainedFile(file.bytes()).findings("ac3-frame-size").size(), 1U);
+    EXPECT_EQ(ExplainedFile(file.bytes()).findings("inside-frame-before").size(), 1U);
+}
+
+TEST(ExplainLedger, Ac3FramesOfUsualSizesComeOut) {
+    const auto ledger =
+            ledgerOf(audioFile(audioHeader("2000", 48000), ac3Frames(60, {})).bytes(), kAudio);
+    EXPECT_EQ(ledger["handed_out"], 58);
+    EXPECT_EQ(ledger["changed"], 0);
+}
+
+TEST(ExplainLedger, WhatHoldsNoFrameIsCountedAsNone) {
+    std::vector<Bytes> packets;
+    for (uint8_t i = 1; i <= 20; ++i) {
+        packets.push_back(Bytes(40, i));
+    }
+    const OgmFile file = audioFile(audioHeader("2000"), packets);
+    EXPECT_EQ(ledgerOf(file.bytes(), kAudio)["in_file"], 0);
+    EXPECT_THAT(ExplainedFile(file.bytes()).findings("track-without-packets")[0]["text"],
+                "Track 0 gives no packet: nothing on its 20 pages is a packet or frame.");
+}
+
+TEST(ExplainLedger, ADtsFrameWithASyncWordInsideIsCutInTwo) {
+    std::vector<Bytes> frames;
+    for (uint32_t i = 1; i <= 30; ++i) {
+        // FSIZE 255: 256 bytes.
+        Bytes frame = dtsFrame(DtsForm::kCore16BitBigEndian, 256, i);
+        frame[5] = 0xF0;
+        frame[6] = 0x0F;
+        frame[7] = static_cast<uint8_t>(0xF0 | (frame[7] & 0x0F));
+        if (i == 10) {
+            const Bytes sync = head(dtsFrame(DtsForm::kCore16BitBigEndian, 8), 4);
+            std::copy(sync.begin(), sync.end(), frame.begin() + 100);
+        }
+        frames.push_back(frame);
+    }
+    const OgmFile file = audioFile(audioHeader("2001"), frames, 512);
+    const auto ledger = ledgerOf(file.bytes(), kAudio);
+    EXPECT_EQ(ledger["in_file"], 30);
+    EXPECT_EQ(ledger["changed"], 1);
+    EXPECT_EQ(ledger["foreign"], 1);
+    EXPECT_EQ(lost(ledger, "waits-for-bytes"), 1U);
+    EXPECT_EQ(ExplainedFile(file.bytes()).findings("dts-frame-cut").size(), 1U);
+    EXPECT_EQ(ExplainedFile(file.bytes()).findings("dts-frames-late").size(), 1U);
+}
+
+TEST(ExplainLedger, OfAFileThatIsNotTakenNothingComesOut) {
+    OgmFile file;
+    file.addHeader(kVideo, textHeader());
+    file.addPages(kVideo, {Bytes(9, 1), Bytes(9, 2)});
+    const auto ledger = ledgerOf(file.bytes(), kVideo);
+    EXPECT_EQ(lost(ledger, "no-track"), 2U);
+}
+
+TEST(ExplainLedger, BytesThatArePassedOverAtDamageHaveTheirReason) {
+    Bytes bytes = sampleBytes("mpeg4_b_mp3.ogm");
+    bytes[pageOffsets(bytes)[13] + 5] = 0x80;
+    ledgerOf(bytes, 0);
+    ledgerOf(bytes, 1);
+}
+
+}  // namespace
+}  // namespace ogmprobe::test

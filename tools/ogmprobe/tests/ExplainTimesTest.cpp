@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ElementaryStreams.h>
+#include <OgmStreamHeaders.h>
+
+#include "ExplainedFile.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using namespace android::ogm::test;
+using testing::StartsWith;
+
+constexpr uint32_t kVideo = 1;
+
+/** A page for each granule position. */
+Bytes pagesWith(const std::vector<uint64_t>& granules) {
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    for (size_t i = 0; i < granules.size(); ++i) {
+        file.addData(kVideo, granules[i],
+                     dataPacket(kSyncPacket, pattern(50, static_cast<uint32_t>(i))));
+    }
+    return file.bytes();
+}
+
+TEST(ExplainTimes, ThoseBelowZeroAreTold) {
+    const auto found = ExplainedFile(sampleBytes("mpeg4_b_mp3.ogm")).findings("negative-times");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0]["text"],
+              "2 buffers of track 0 have a time below 0, down to -0.040000 s, the first of them "
+              "number 3: B pictures are moved one picture back from the time of their page.");
+    EXPECT_EQ(found[0]["time_us"], -40000);
+    EXPECT_FALSE(found[0]["usual"]);
+}
+
+TEST(ExplainTimes, ThoseOfOnePageAreEqualAsAlways) {
+    const ExplainedFile file(sampleBytes("divx3_pcm16.ogm"));
+    const auto found = file.findings("page-shares-time");
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_TRUE(found[0]["usual"]);
+    EXPECT_THAT(found[0]["text"].get<std::string>(),
+                testing::EndsWith("because what lies on one page shares its time; the first is "
+                                  "number 2."));
+    file.expectNone("times-stand-still");
+}
+
+TEST(ExplainTimes, ThoseOfSeveralPagesWithOneGranulePositionAreTold) {
+    std::vector<uint64_t> granules;
+    for (uint64_t i = 1; i <= 30; ++i) {
+        granules.push_back(i < 10 || i > 12 ? i : 10);
+    }
+    const auto found = ExplainedFile(pagesWith(granules)).findings("times-stand-still");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(
+            found[0]["text"],
+            "2 buffers of track 0 have the time of the one before from another page; the first is "
+            "number 11.");
+}
+
+TEST(ExplainTimes, ThoseThatStepBackAreTold) {
+    std::vector<uint64_t> granules;
+    for (uint64_t i = 1; i <= 30; ++i) {
+        granules.push_back(i < 15 ? i + 100 : i);
+    }
+    const auto found = ExplainedFile(pagesWith(granules)).findings("times-step-back");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_THAT(found[0]["text"].get<std::string>(),
+                StartsWith("13 buffers of track 0 have a time in front of what came out before, "
+                           "further than"));
+}
+
+TEST(ExplainTimes, PicturesStoredOutOfOrderDoNotStepBack) {
+    VideoHeader header;
+    header.subtype = "FMP4";
+    OgmFile file;
+    file.addHeader(kVideo, header);
+    uint64_t granule = 0;
+    const auto add = [&](uint32_t type, const Bytes& front) {
+        ++granule;
+        file.addData(kVideo, granule,
+                     dataPacket(type == 0 ? kSyncPacket : kPlainPacket,
+                                joined({front, videoObjectPlane(type, 60,
+                                                                static_cast<uint32_t>(granule))})));
+    };
+    add(0, VideoObjectLayer().bytes());
+    for (int i = 0; i < 10; ++i) {
+        add(1, {});
+        add(2, {});
+        add(2, {});
+    }
+    const ExplainedFile explained(file.bytes());
+    explained.expectNone("times-step-back");
+    explained.expectNone("negative-times");
+    explained.expectNone("times-stand-still");
+}
+
+}  // namespace
+}  // namespace ogmprobe::test
