@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 
 namespace ogmprobe {
 namespace {
@@ -66,7 +67,7 @@ class Stretch {
         at(d, k) = x;
     }
 
-    /** The diagonal on which most of both is behind, within both. */
+    /** The diagonal on which most of both is behind; of several the nearest to the end of both. */
     int64_t furthest(int64_t d) {
         int64_t best = -d;
         int64_t most = -1;
@@ -74,7 +75,9 @@ class Stretch {
             const int64_t x = at(d, k);
             const bool isInside = x <= static_cast<int64_t>(mA.size()) && x >= k &&
                                   x - k <= static_cast<int64_t>(mB.size());
-            if (isInside && 2 * x - k > most) {
+            const int64_t end = static_cast<int64_t>(mA.size()) - static_cast<int64_t>(mB.size());
+            const bool isNearer = std::abs(end - k) < std::abs(end - best);
+            if (isInside && (2 * x - k > most || (2 * x - k == most && isNearer))) {
                 most = 2 * x - k;
                 best = k;
             }

@@ -16,6 +16,8 @@ struct Delivery {
         std::optional<size_t> buffer;
         /** The buffer begins like the unit, but is not the same. */
         bool isChanged = false;
+
+        bool operator==(const Unit&) const = default;
     };
 
     std::vector<Unit> units;
