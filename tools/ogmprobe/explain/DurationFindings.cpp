@@ -62,28 +62,78 @@ const OggPage* lastPage(const Explanation& explanation) {
     return last;
 }
 
-void explainUnknown(Explanation& explanation) {
-    const uint64_t size = explanation.file().size();
+Finding unknownInAShortFile(const Explanation& explanation) {
     Finding finding;
+    finding.id = "duration-unknown-short-file";
     finding.line = copied(explanation.trace().line(log_text::kDurationNoPage));
-    if (size < kTailSize) {
-        finding.id = "duration-unknown-short-file";
-        finding.text = fmt::format(
-                "The duration is unknown: the plug-in looks for it in the last {} bytes, and for a "
-                "file of {} bytes it asks for some in front of the beginning, which is refused.",
-                kTailSize, size);
-    } else {
-        finding.id = "duration-unknown";
-        finding.text = fmt::format(
-                "The duration is unknown: the last {} bytes hold no page of a track that tells a "
-                "time before the place where the search ends.",
-                kTailSize);
-        finding.offset = tailOffset(explanation.file());
-        if (!finding.line) {
-            finding.line = copied(explanation.trace().line(log_text::kDurationOtherStream));
-        }
+    finding.text = fmt::format(
+            "The duration is unknown: the plug-in looks for it in the last {} bytes, and for a "
+            "file of {} bytes it asks for some in front of the beginning, which is refused.",
+            kTailSize, explanation.file().size());
+    return finding;
+}
+
+Finding unknownInALongFile(const Explanation& explanation) {
+    Finding finding;
+    finding.id = "duration-unknown";
+    finding.line = copied(explanation.trace().line(log_text::kDurationNoPage));
+    finding.text = fmt::format(
+            "The duration is unknown: the last {} bytes hold no page of a track that tells a time "
+            "before the place where the search ends.",
+            kTailSize);
+    finding.offset = tailOffset(explanation.file());
+    if (!finding.line) {
+        finding.line = copied(explanation.trace().line(log_text::kDurationOtherStream));
     }
-    explanation.add(std::move(finding));
+    return finding;
+}
+
+/** A finding whose text begins with the two durations; `page` is where the wrong one comes from. */
+Finding wrongDuration(const Explanation& explanation, const char* id, int64_t durationUs,
+                      int64_t endUs, const OggPage* page) {
+    Finding finding;
+    finding.id = id;
+    finding.line = copied(explanation.trace().line(log_text::kDurationFound));
+    finding.text = fmt::format("The duration is said to be {} s, but the last pages tell {} s: ",
+                               secondsText(durationUs), secondsText(endUs));
+    if (page != nullptr) {
+        finding.offset = page->offset;
+        finding.track = explanation.trace().trackOf(page->serial);
+    }
+    return finding;
+}
+
+Finding fromGranuleMinusOne(const Explanation& explanation, int64_t durationUs, int64_t endUs,
+                            const OggPage& page) {
+    Finding finding =
+            wrongDuration(explanation, "duration-from-granule-minus-1", durationUs, endUs, &page);
+    finding.text += fmt::format(
+            "the page at offset {} has granule position -1 (no packet ends on it), which the "
+            "plug-in takes for a time.",
+            page.offset);
+    return finding;
+}
+
+Finding fromStrayGranule(const Explanation& explanation, int64_t durationUs, int64_t endUs,
+                         const OggPage* page) {
+    Finding finding =
+            wrongDuration(explanation, "duration-from-stray-granule", durationUs, endUs, page);
+    finding.text += fmt::format(
+            "the granule position of the page at offset {} is larger than those that follow, and "
+            "the largest counts.",
+            page != nullptr ? page->offset : 0);
+    return finding;
+}
+
+Finding tooShort(const Explanation& explanation, int64_t durationUs, int64_t endUs,
+                 const OggPage* deciding, const OggPage& last) {
+    Finding finding = wrongDuration(explanation, "duration-too-short", durationUs, endUs, deciding);
+    finding.offset = last.offset;
+    finding.text += "the search through the end of the file stopped before the last page.";
+    if (const auto* line = explanation.trace().line(log_text::kDurationNoPage)) {
+        finding.line = *line;
+    }
+    return finding;
 }
 
 void explainKnown(Explanation& explanation, int64_t durationUs) {
@@ -94,41 +144,13 @@ void explainKnown(Explanation& explanation, int64_t durationUs) {
         std::abs(static_cast<double>(durationUs) - static_cast<double>(endUs)) <= kToleranceUs) {
         return;
     }
-    Finding finding;
-    finding.line = copied(explanation.trace().line(log_text::kDurationFound));
-    const std::string durations = fmt::format(
-            "The duration is said to be {} s, but the last pages "
-            "tell {} s: ",
-            secondsText(durationUs), secondsText(endUs));
-    if (deciding != nullptr) {
-        finding.offset = deciding->offset;
-        finding.track = explanation.trace().trackOf(deciding->serial);
-    }
     if (deciding != nullptr && deciding->granule == kNoGranule) {
-        finding.id = "duration-from-granule-minus-1";
-        finding.text =
-                durations + fmt::format(
-                                    "the page at offset {} has granule position -1 (no packet ends "
-                                    "on it), which the plug-in takes for a time.",
-                                    deciding->offset);
+        explanation.add(fromGranuleMinusOne(explanation, durationUs, endUs, *deciding));
     } else if (durationUs > endUs) {
-        finding.id = "duration-from-stray-granule";
-        finding.text =
-                durations + fmt::format(
-                                    "the granule position of the page at offset {} is larger than "
-                                    "those that follow, and the largest counts.",
-                                    deciding != nullptr ? deciding->offset : 0);
+        explanation.add(fromStrayGranule(explanation, durationUs, endUs, deciding));
     } else {
-        finding.id = "duration-too-short";
-        finding.offset = last->offset;
-        finding.text = durations +
-                       "the search through the end of the file stopped before the last "
-                       "page.";
-        if (const auto* line = explanation.trace().line(log_text::kDurationNoPage)) {
-            finding.line = *line;
-        }
+        explanation.add(tooShort(explanation, durationUs, endUs, deciding, *last));
     }
-    explanation.add(std::move(finding));
 }
 
 }  // namespace
@@ -140,7 +162,8 @@ void explainDuration(Explanation& explanation) {
     }
     const int64_t durationUs = opened->durationUs.value_or(0);
     if (durationUs == 0) {
-        explainUnknown(explanation);
+        explanation.add(explanation.file().size() < kTailSize ? unknownInAShortFile(explanation)
+                                                              : unknownInALongFile(explanation));
     } else {
         explainKnown(explanation, durationUs);
     }

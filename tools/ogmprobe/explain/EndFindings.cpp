@@ -174,32 +174,39 @@ void explainEmptyTrack(Explanation& explanation, uint64_t track, const OggStream
     explanation.add(std::move(finding));
 }
 
+void explainFailure(Explanation& explanation, uint64_t index, const std::string& failure) {
+    Finding finding;
+    finding.id = "reading-failed";
+    finding.track = index;
+    finding.text = fmt::format("Reading track {} ended with {}.", index, failure);
+    finding.line = copied(explanation.trace().line(log_text::kNoPayload));
+    explanation.add(std::move(finding));
+}
+
+void explainComment(Explanation& explanation, uint64_t index) {
+    Finding finding;
+    finding.id = "comment-header-comes-out";
+    finding.usual = true;
+    finding.text = fmt::format(
+            "The first buffer of track {} is its comment header, which is handed out like a frame.",
+            index);
+    finding.track = index;
+    explanation.add(std::move(finding));
+}
+
 void explainTrack(Explanation& explanation, uint64_t index, const PlayedTrack& track) {
     const auto& streams = explanation.file().streams();
     const auto found = track.serial ? streams.find(*track.serial) : streams.end();
     const OggStream* stream = found == streams.end() ? nullptr : &found->second;
     if (track.failure) {
-        Finding finding;
-        finding.id = "reading-failed";
-        finding.track = index;
-        finding.text = fmt::format("Reading track {} ended with {}.", index, *track.failure);
-        finding.line = copied(explanation.trace().line(log_text::kNoPayload));
-        explanation.add(std::move(finding));
+        explainFailure(explanation, index, *track.failure);
     }
     if (track.buffers.empty()) {
         explainEmptyTrack(explanation, index, stream);
         return;
     }
     if (track.beginsWithComment) {
-        Finding finding;
-        finding.id = "comment-header-comes-out";
-        finding.usual = true;
-        finding.text = fmt::format(
-                "The first buffer of track {} is its comment header, which is handed out like a "
-                "frame.",
-                index);
-        finding.track = index;
-        explanation.add(std::move(finding));
+        explainComment(explanation, index);
     }
     if (stream == nullptr) {
         return;
@@ -231,6 +238,21 @@ void explainDeath(Explanation& explanation, const Failure& failure) {
     explanation.add(std::move(finding));
 }
 
+/** Unless it is a track's own failure, of which another finding tells. */
+void explainBreakOff(Explanation& explanation, const Failure& failure) {
+    const auto& tracks = explanation.trace().tracks();
+    const bool isTold = std::any_of(tracks.begin(), tracks.end(), [](const auto& track) {
+        return track.second.failure.has_value();
+    });
+    if (isTold) {
+        return;
+    }
+    Finding finding;
+    finding.id = "not-played";
+    finding.text = fmt::format("The file was not played to its end: {}.", failure.message);
+    explanation.add(std::move(finding));
+}
+
 }  // namespace
 
 void explainEnd(Explanation& explanation) {
@@ -239,15 +261,8 @@ void explainEnd(Explanation& explanation) {
         explainDeath(explanation, *failure);
         return;
     }
-    const auto& tracks = explanation.trace().tracks();
-    const bool isTold = std::any_of(tracks.begin(), tracks.end(), [](const auto& track) {
-        return track.second.failure.has_value();
-    });
-    if (failure && failure->code != ExitCode::kNotTaken && !isTold) {
-        Finding finding;
-        finding.id = "not-played";
-        finding.text = fmt::format("The file was not played to its end: {}.", failure->message);
-        explanation.add(std::move(finding));
+    if (failure && failure->code != ExitCode::kNotTaken) {
+        explainBreakOff(explanation, *failure);
     }
     for (const auto& [index, track] : explanation.trace().tracks()) {
         if (track.ended) {

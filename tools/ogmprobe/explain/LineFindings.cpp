@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -10,16 +11,25 @@ namespace {
 
 struct MisleadingLine {
     std::string_view beginning;
+    /** In which it is written; in any for `kNone`. */
+    PluginFunction function;
+    uint64_t leastCount;
     const char* id;
     const char* text;
 };
 
-constexpr std::array<MisleadingLine, 2> kMisleadingLines = {{
-        {log_text::kErrorWithoutError, "error-line-without-error",
+constexpr std::array<MisleadingLine, 4> kMisleadingLines = {{
+        {log_text::kErrorWithoutError, PluginFunction::kNone, 1, "error-line-without-error",
          "The line that an MPEG audio track's queue is set up is logged as an error, but nothing "
          "is "
          "wrong."},
-        {log_text::kNextGranuleZero, "average-logged-wrong",
+        {log_text::kJunkSkipped, PluginFunction::kCreate, 2, "junk-read-twice",
+         "Junk between the first pages is read and logged twice: each of them is searched for "
+         "twice."},
+        {log_text::kJunkSkipped, PluginFunction::kRead, 1, "junk-look-up-early",
+         "Behind junk the look-up of a stream's next page begins as many bytes too early and reads "
+         "some bytes again."},
+        {log_text::kNextGranuleZero, PluginFunction::kNone, 1, "average-logged-wrong",
          "The line says that the average per packet is set to 0, but it is set to 1."},
 }};
 
@@ -27,8 +37,14 @@ constexpr std::array<MisleadingLine, 2> kMisleadingLines = {{
 
 void explainLines(Explanation& explanation) {
     for (const MisleadingLine& misleading : kMisleadingLines) {
-        const LoggedLine* line = explanation.trace().line(misleading.beginning);
-        if (line == nullptr) {
+        const auto& lines = explanation.trace().lines();
+        const auto line = std::find_if(lines.begin(), lines.end(), [&](const LoggedLine& entry) {
+            return entry.text.starts_with(misleading.beginning) &&
+                   entry.count >= misleading.leastCount &&
+                   (misleading.function == PluginFunction::kNone ||
+                    misleading.function == entry.function);
+        });
+        if (line == lines.end()) {
             continue;
         }
         Finding finding;

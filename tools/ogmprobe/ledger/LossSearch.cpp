@@ -38,6 +38,7 @@ LossSearch::LossSearch(const OggFile& file, const PluginTrace& trace, const Stre
         if (!trace.wasRead(fileIndex(arrival)) || reasonOfPieces(unit)) {
             continue;
         }
+        mFirstQueued = mFirstQueued.value_or(i);
         mLastQueued = i;
         mArrived = unit.position + unit.likeness.size;
         if (unit.isTooShort && !mStuck) {
@@ -156,8 +157,9 @@ LossReason LossSearch::reasonOfFrame(size_t index) const {
     if (isInFrameBefore(index)) {
         return LossReason::kInFrameBefore;
     }
-    if (index == 0 && mFirstOut == 1 && unit.frame.kind == AudioFrame::Kind::kMpegAudio &&
-        saidUpTo(PieceEvent::kFrameConfirmed, mAccount.units[1].lastPiece)) {
+    if (index == mFirstQueued && mFirstOut == index + 1 &&
+        unit.frame.kind == AudioFrame::Kind::kMpegAudio &&
+        saidUpTo(PieceEvent::kFrameConfirmed, mAccount.units[index + 1].lastPiece)) {
         return LossReason::kFirstFrame;
     }
     if (mLastOut && index < *mLastOut) {

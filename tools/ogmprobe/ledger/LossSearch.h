@@ -48,7 +48,8 @@ class LossSearch {
     /** For each unit the nearest in front of it that came out, and the nearest behind it. */
     std::vector<std::optional<size_t>> mOutBefore;
     std::vector<std::optional<size_t>> mOutBehind;
-    /** The last unit whose bytes were read and not dropped. */
+    /** The first and the last unit whose bytes were read and not dropped. */
+    std::optional<size_t> mFirstQueued;
     std::optional<size_t> mLastQueued;
     /** The first one that cannot be handed out. */
     std::optional<size_t> mStuck;

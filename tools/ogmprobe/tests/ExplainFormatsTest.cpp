@@ -237,6 +237,40 @@ TEST(ExplainFormats, AGranulePositionThatEndsTheExtractorIsNamed) {
     EXPECT_THAT(endOf(file.bytes()), HasSubstr("An MPEG audio frame has a negative time"));
 }
 
+TEST(ExplainFormats, ASearchForAStartCodeWithoutEndIsNamed) {
+    VideoHeader header;
+    header.subtype = "FMP4";
+    OgmFile file;
+    file.addHeader(kVideo, header);
+    file.addData(kVideo, 1, dataPacket(kSyncPacket, Bytes(400, 5)));
+    file.addData(kVideo, 2, dataPacket(kSyncPacket, Bytes(400, 5)));
+    const auto document = ExplainedFile(file.bytes()).document({"--timeout", "0.3"});
+    EXPECT_THAT(document["findings"].back()["text"].get<std::string>(),
+                HasSubstr(" The search for a start code of MPEG-4 video has no end where more than "
+                          "257 bytes are at hand and none of the first 256 begins one."));
+}
+
+TEST(ExplainFormats, AFileWithoutADataPageIsNamed) {
+    OgmFile file;
+    file.addHeader(9, textHeader());
+    file.addHeader(kVideo, VideoHeader());
+    const auto document = ExplainedFile(file.bytes()).document({"--timeout", "0.3"});
+    ASSERT_FALSE(document["findings"].empty());
+    EXPECT_THAT(document.dump(), HasSubstr("No page holds data of a track, so the header pages are "
+                                           "read as such again and again."));
+}
+
+TEST(ExplainFormats, WhatJunkCostsIsToldAsUsual) {
+    OgmFile file;
+    file.addHeader(kVideo, VideoHeader());
+    addVideo(file, 10);
+    file.addJunk(50);
+    addVideo(file, 10);
+    const ExplainedFile explained(file.bytes());
+    EXPECT_EQ(explained.findings("junk-read-twice").size(), 1U);
+    EXPECT_EQ(explained.findings("junk-look-up-early").size(), 1U);
+}
+
 TEST(ExplainFormats, AnAc3FrameOfNoSizeIsNamed) {
     std::vector<Bytes> frames;
     for (uint32_t i = 1; i <= 12; ++i) {
