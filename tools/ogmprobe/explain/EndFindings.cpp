@@ -148,7 +148,8 @@ std::string whatThePagesHold(const Explanation& explanation, const OggStream& st
                                          : std::to_string(loss.count),
                             textOf(loss.reason).brief);
     }
-    return fmt::format("its {} hold {}.", pages, text);
+    return fmt::format("its {} {} {}.", pages, stream.dataPages.size() == 1 ? "holds" : "hold",
+                       text);
 }
 
 void explainEmptyTrack(Explanation& explanation, uint64_t track, const OggStream* stream) {
@@ -223,7 +224,9 @@ void explainDeath(Explanation& explanation, const Failure& failure) {
     const PluginTrace& trace = explanation.trace();
     Finding finding;
     finding.id = "extractor-ended";
-    finding.text = fmt::format("Playing came to no end: {}.", failure.message);
+    const bool isSentence = failure.message.ends_with('.');
+    finding.text =
+            fmt::format("Playing came to no end: {}{}", failure.message, isSentence ? "" : ".");
     if (const std::string cause = causeOfEnd(explanation, failure.message); !cause.empty()) {
         finding.text += " " + cause;
     }

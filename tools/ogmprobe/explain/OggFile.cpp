@@ -31,7 +31,9 @@ OggFile::OggFile(const std::string& path) {
 
 void OggFile::addPage(OggPage page) {
     const size_t index = mPages.size();
-    if (page.isReadable()) {
+    // Where the file ends within a header, the serial number may not be there.
+    const bool hasHeader = page.offset + page.headerSize <= mSize;
+    if (page.isReadable() && hasHeader) {
         OggStream& stream = mStreams[page.serial];
         stream.serial = page.serial;
         if (!page.beginsStream()) {

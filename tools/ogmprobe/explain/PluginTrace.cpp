@@ -74,10 +74,7 @@ void PluginTrace::add(const SourceRead& read) {
     mLastReadOffset = read.offset;
     mPiece.reset();
     if (mCall.function == PluginFunction::kRead) {
-        mPiece = mFile.pieceAt(read.offset, read.size);
-    }
-    if (mPiece) {
-        mPieces[*mPiece].wasRead = true;
+        notePieceRead(read);
     }
     const auto index = mFile.pageAt(read.offset);
     if (!index) {
@@ -89,6 +86,20 @@ void PluginTrace::add(const SourceRead& read) {
     } else if (mCall.function == PluginFunction::kRead) {
         notePayloadRead(page, *index, read);
     }
+}
+
+void PluginTrace::notePieceRead(const SourceRead& read) {
+    mPiece = mFile.pieceAt(read.offset, read.size);
+    if (!mPiece) {
+        return;
+    }
+    // Empty packets begin at one place.
+    const auto& pieces = mFile.pieces();
+    while (pieces[*mPiece].size == 0 && mPieces[*mPiece].wasRead && *mPiece + 1 < pieces.size() &&
+           pieces[*mPiece + 1].size == 0 && pieces[*mPiece + 1].offset == pieces[*mPiece].offset) {
+        ++*mPiece;
+    }
+    mPieces[*mPiece].wasRead = true;
 }
 
 void PluginTrace::noteHeaderRead(const OggPage& page, size_t index, const SourceRead& read) {

@@ -116,6 +116,7 @@ class PluginTrace {
         uint8_t events = 0;
     };
 
+    void notePieceRead(const SourceRead& read);
     void noteEvent(const LogLine& line);
     void noteHeaderRead(const OggPage& page, size_t index, const SourceRead& read);
     void notePayloadRead(const OggPage& page, size_t index, const SourceRead& read);

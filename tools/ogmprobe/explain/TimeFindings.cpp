@@ -31,7 +31,8 @@ bool isReordered(const PlayedTrack& track) {
 }
 
 bool isMovedByType(const PlayedTrack& track) {
-    return track.streamType == kMpeg4Type || track.streamType == kMpegType;
+    const int64_t type = track.streamType.value_or(0);
+    return type == kMpeg4Type || type == kMpegType;
 }
 
 void explainNegative(Explanation& explanation, uint64_t index, const PlayedTrack& track) {

@@ -89,7 +89,7 @@ std::optional<LossReason> LossSearch::reasonOfPages(const FileUnit& unit) const 
             continue;
         }
         if (mLastRead && i < *mLastRead) {
-            return LossReason::kPassedOver;
+            return hasUnreadablePage() ? LossReason::kPassedOver : LossReason::kUnknown;
         }
         if (!isPlayedToItsEnd()) {
             return LossReason::kNotPlayed;
@@ -99,6 +99,11 @@ std::optional<LossReason> LossSearch::reasonOfPages(const FileUnit& unit) const 
         return isLast ? LossReason::kLastPage : LossReason::kReadingStopped;
     }
     return std::nullopt;
+}
+
+bool LossSearch::hasUnreadablePage() const {
+    return std::any_of(mFile.pages().begin(), mFile.pages().end(),
+                       [](const OggPage& page) { return !page.isReadable(); });
 }
 
 /** Whole pieces that were dropped. */

@@ -34,6 +34,7 @@ class LossSearch {
     bool saidUpTo(PieceEvent event, size_t piece) const;
     size_t fileIndex(size_t piece) const { return mAccount.packets.pieces[piece]; }
     bool isPlayedToItsEnd() const;
+    bool hasUnreadablePage() const;
 
     const OggFile& mFile;
     const PluginTrace& mTrace;

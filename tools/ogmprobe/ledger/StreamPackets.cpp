@@ -60,7 +60,7 @@ class PacketAssembly {
 std::map<uint32_t, StreamPackets> packetsOf(const OggFile& file) {
     std::map<uint32_t, PacketAssembly> assemblies;
     for (const OggPage& page : file.pages()) {
-        if (page.isReadable()) {
+        if (page.isReadable() && page.offset + page.headerSize <= file.size()) {
             assemblies[page.serial].addPage(file, page);
         }
     }
