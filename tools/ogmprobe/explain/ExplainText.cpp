@@ -165,7 +165,9 @@ std::string findingsText(const Explanation& explanation, const ExplainOptions& o
         }
     }
     if (text.empty()) {
-        text = "nothing to explain\n";
+        // Only the ledgers prove it.
+        text = explanation.accounts().empty() ? "nothing found to explain, but no packets counted\n"
+                                              : "nothing to explain\n";
     }
     if (left > 0) {
         text += fmt::format("({} on what is so with every such file: --verbose)\n",

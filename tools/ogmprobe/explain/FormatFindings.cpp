@@ -9,11 +9,11 @@
 #include "codecs/StartCode.h"
 #include "explain/Finding.h"
 #include "text/NumberText.h"
+#include "text/TimeUnits.h"
 
 namespace ogmprobe {
 namespace {
 
-constexpr double kUnitsPerSecond = 1e7;
 constexpr uint8_t kMpeg4VisualType = 0x20;
 
 /** A track, its stream header and its account, where there are. */
@@ -37,7 +37,8 @@ void explainFrameRate(Explanation& explanation, const Subject& subject) {
         subject.header->timeUnit == 0) {
         return;
     }
-    const double rate = kUnitsPerSecond * static_cast<double>(subject.header->samplesPerUnit) /
+    const double rate = static_cast<double>(kUnitsPerSecond) *
+                        static_cast<double>(subject.header->samplesPerUnit) /
                         static_cast<double>(subject.header->timeUnit);
     constexpr double kVisible = 0.0005;
     if (*shown < 0 || std::abs(rate - *shown) >= 1) {

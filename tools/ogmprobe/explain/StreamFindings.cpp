@@ -7,6 +7,7 @@
 
 #include "explain/Finding.h"
 #include "explain/LogTexts.h"
+#include "explain/StreamTypes.h"
 #include "text/NumberText.h"
 
 namespace ogmprobe {
@@ -16,8 +17,6 @@ namespace {
 constexpr uint64_t kSniffedBytes = 1024;
 /** And looks for streams on this many pages. */
 constexpr size_t kHeaderPages = 121;
-/** Its numbers for audio codecs are smaller. */
-constexpr int64_t kFirstVideoType = 16;
 
 constexpr std::array<std::string_view, 4> kHeaderSearchEnds = {
         log_text::kNoPageData,
@@ -253,7 +252,7 @@ void explainCodecConfigs(Explanation& explanation) {
         Finding finding;
         finding.id = "codec-config-missing";
         finding.text =
-                numberBehind(line.text, log_text::kConfigFailed) >= kFirstVideoType
+                numberBehind(line.text, log_text::kConfigFailed) >= stream_type::kFirstVideo
                         ? "No MPEG-4 configuration (video object layer) was found: the track has "
                           "no ESDS, and a decoder may not start."
                         : "No MPEG audio frame was confirmed: MIME type and layer are those that "

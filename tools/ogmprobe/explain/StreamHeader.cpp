@@ -22,9 +22,6 @@ constexpr size_t kTimeUnit = 17;
 constexpr size_t kSamplesPerUnit = 25;
 constexpr size_t kSampleBits = 41;
 
-constexpr uint64_t kUnitsPerUs = 10;
-constexpr uint64_t kUnitsPerSecond = 10'000'000;
-
 StreamKind kindOf(std::span<const uint8_t> packet) {
     if (holdsAt(packet, kName, "vorbis")) {
         return StreamKind::kVorbis;

@@ -5,15 +5,12 @@
 #include <map>
 
 #include "explain/Finding.h"
+#include "explain/StreamTypes.h"
 #include "text/NumberText.h"
 #include "text/TimeText.h"
 
 namespace ogmprobe {
 namespace {
-
-// The plug-in's numbers for video whose pictures it moves by their types.
-constexpr int64_t kMpeg4Type = 18;
-constexpr int64_t kMpegType = 19;
 
 /** Buffers of one kind: how many, and the first of them. */
 struct OddTimes {
@@ -30,9 +27,10 @@ bool isReordered(const PlayedTrack& track) {
     return track.description.kind == TrackKind::kVideo;
 }
 
+/** Whether the plug-in moves pictures by their types. */
 bool isMovedByType(const PlayedTrack& track) {
     const int64_t type = track.streamType.value_or(0);
-    return type == kMpeg4Type || type == kMpegType;
+    return type == stream_type::kMpeg4Video || type == stream_type::kMpegVideo;
 }
 
 void explainNegative(Explanation& explanation, uint64_t index, const PlayedTrack& track) {

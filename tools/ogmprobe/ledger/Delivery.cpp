@@ -26,7 +26,7 @@ Key keyOf(const FileUnit& unit) {
 }
 
 /** Places on one side with the numbers that stand for what lies there. */
-struct Side {
+struct NumberedSide {
     std::vector<size_t> places;
     std::vector<uint32_t> numbers;
 
@@ -36,9 +36,9 @@ struct Side {
     }
 };
 
-class Comparison {
+class BufferComparison {
   public:
-    Comparison(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers)
+    BufferComparison(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers)
         : mUnits(units), mBuffers(buffers) {
         mDelivery.units.resize(units.size());
     }
@@ -68,7 +68,7 @@ class Comparison {
 
     /** What only one side has would slow the comparison down, and is left out of it. */
     std::vector<Pairing> samePairs() const {
-        Side buffers;
+        NumberedSide buffers;
         std::set<uint32_t> inBuffers;
         for (size_t i = 0; i < mBuffers.size(); ++i) {
             if (const auto number = mNumbers.find(keyOf(mBuffers[i])); number != mNumbers.end()) {
@@ -76,7 +76,7 @@ class Comparison {
                 inBuffers.insert(number->second);
             }
         }
-        Side units;
+        NumberedSide units;
         for (size_t i = 0; i < mUnits.size(); ++i) {
             const auto number = mUnits[i].isLost ? mNumbers.end() : mNumbers.find(keyOf(mUnits[i]));
             if (number != mNumbers.end() && inBuffers.contains(number->second)) {
@@ -123,7 +123,7 @@ class Comparison {
 }  // namespace
 
 Delivery deliveryOf(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers) {
-    return Comparison(units, buffers).compare();
+    return BufferComparison(units, buffers).compare();
 }
 
 }  // namespace ogmprobe

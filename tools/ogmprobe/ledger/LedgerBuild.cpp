@@ -5,14 +5,11 @@
 #include <array>
 
 #include "explain/LogTexts.h"
+#include "explain/StreamTypes.h"
 #include "ledger/LossSearch.h"
 
 namespace ogmprobe {
 namespace {
-
-// The plug-in's numbers; those below kFirstVideoType are of audio.
-constexpr int64_t kFirstVideoType = 16;
-constexpr int64_t kPcmType = 5;
 
 struct FramedType {
     int64_t type;
@@ -21,10 +18,10 @@ struct FramedType {
 
 /** The plug-in cuts frames out of these anew. */
 constexpr std::array<FramedType, 4> kFramedTypes = {{
-        {1, AudioFraming::kMpegAudio},
-        {6, AudioFraming::kMpegAudio},
-        {7, AudioFraming::kAc3},
-        {8, AudioFraming::kDts},
+        {stream_type::kMp3, AudioFraming::kMpegAudio},
+        {stream_type::kMpegAudio, AudioFraming::kMpegAudio},
+        {stream_type::kAc3, AudioFraming::kAc3},
+        {stream_type::kDts, AudioFraming::kDts},
 }};
 
 constexpr uint16_t kWidenedBits = 8;
@@ -40,15 +37,15 @@ UnitKind kindOfTrack(const OggFile& file, const PluginTrace& trace, const Played
     UnitKind kind;
     // Where a serial number is announced twice, the format is that of the first announcement.
     const int64_t type = track.streamType.value_or(0);
-    kind.kind = !track.streamType         ? track.description.kind
-                : type >= kFirstVideoType ? TrackKind::kVideo
-                                          : TrackKind::kAudio;
+    kind.kind = !track.streamType                  ? track.description.kind
+                : type >= stream_type::kFirstVideo ? TrackKind::kVideo
+                                                   : TrackKind::kAudio;
     const auto* framed = std::find_if(kFramedTypes.begin(), kFramedTypes.end(),
                                       [type](const FramedType& row) { return row.type == type; });
     if (framed != kFramedTypes.end()) {
         kind.framing = framed->framing;
     }
-    if (type == kPcmType) {
+    if (type == stream_type::kPcm) {
         kind.pcmChange = pcmChangeOf(bitsPerSampleTaken(file, trace));
     }
     return kind;

@@ -162,9 +162,7 @@ LossReason LossSearch::reasonOfFrame(size_t index) const {
     if (isInFrameBefore(index)) {
         return LossReason::kInFrameBefore;
     }
-    if (index == mFirstQueued && mFirstOut == index + 1 &&
-        unit.frame.kind == AudioFrame::Kind::kMpegAudio &&
-        saidUpTo(PieceEvent::kFrameConfirmed, mAccount.units[index + 1].lastPiece)) {
+    if (isGivenUpAsFirst(index)) {
         return LossReason::kFirstFrame;
     }
     if (mLastOut && index < *mLastOut) {
@@ -228,6 +226,20 @@ bool LossSearch::isInFrameBefore(size_t index) const {
     const PlayedTrack& track = mTrace.tracks().at(*mAccount.ledger.track);
     const auto& buffer = track.buffers[*mAccount.delivery.units[*before].buffer];
     return mAccount.units[*before].position + buffer.likeness.size > mAccount.units[index].position;
+}
+
+/** The first frame that arrived, with the next one that did confirming it and coming out. */
+bool LossSearch::isGivenUpAsFirst(size_t index) const {
+    if (index != mFirstQueued || !mFirstOut ||
+        mAccount.units[index].frame.kind != AudioFrame::Kind::kMpegAudio) {
+        return false;
+    }
+    for (size_t i = index + 1; i < *mFirstOut; ++i) {
+        if (!reasonOfPieces(mAccount.units[i])) {
+            return false;
+        }
+    }
+    return saidUpTo(PieceEvent::kFrameConfirmed, mAccount.units[*mFirstOut].lastPiece);
 }
 
 /** A buffer between the neighbours that came out is no unit of the file, or a changed one. */

@@ -30,6 +30,7 @@ class LossSearch {
     void findOut();
     bool isInFrameBefore(size_t unit) const;
     bool saidInUnit(PieceEvent event, const FileUnit& unit) const;
+    bool isGivenUpAsFirst(size_t unit) const;
     bool isFalseFrameNear(size_t unit) const;
     bool saidUpTo(PieceEvent event, size_t piece) const;
     size_t fileIndex(size_t piece) const { return mAccount.packets.pieces[piece]; }

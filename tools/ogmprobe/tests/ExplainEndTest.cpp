@@ -97,6 +97,12 @@ TEST(ExplainEnd, AReadingThatFailsIsTold) {
     EXPECT_EQ(findings[0]["text"], "Reading track 0 ended with AMEDIA_ERROR_IO (-10007).");
 }
 
+TEST(ExplainEnd, OfAFileThatIsNotOggNothingIsSaidToBeProved) {
+    const FakePlugin plugin;
+    const ProcessResult result = FakePlugin::run({"explain", plugin.file(fakeFile({fakeVideo()}))});
+    EXPECT_EQ(result.out, "nothing found to explain, but no packets counted\n");
+}
+
 TEST(ExplainEnd, ADeathIsToldWithTheLastRead) {
     const auto findings = fakeFindings("abort", 4);
     ASSERT_EQ(findings.size(), 1U);

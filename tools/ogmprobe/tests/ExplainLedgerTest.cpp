@@ -243,6 +243,19 @@ TEST(ExplainLedger, TheFirstMpegAudioFrameIsMissed) {
                        "");
 }
 
+TEST(ExplainLedger, TheFirstMpegAudioFrameIsMissedInFrontOfDroppedOnesToo) {
+    OgmFile file;
+    file.addHeader(kAudio, audioHeader("0055"));
+    const auto frames = mpegFrames(40);
+    for (size_t i = 0; i < frames.size(); ++i) {
+        const uint64_t granule = i == 0 ? 1152 * 9 : (i + 1) * 1152;
+        file.addData(kAudio, granule, audioPacket(frames[i], kUsualAudio));
+    }
+    const auto ledger = ledgerOf(file.bytes(), kAudio);
+    EXPECT_EQ(lost(ledger, "granule-fell"), 1U);
+    EXPECT_EQ(lost(ledger, "first-audio-frame-lost"), 1U);
+}
+
 TEST(ExplainLedger, FramesAfterAChangeOfTheSamplingRateAreMissed) {
     auto frames = mpegFrames(20);
     MpegAudioFrame other;
