@@ -44,17 +44,17 @@ struct ChangeText {
 
 constexpr std::array<ChangeText, 5> kChangeTexts = {{
         {"foreign-tail",
-         "come out with bytes of another packet behind their own: a piece whose packet was "
+         "out with bytes of another packet behind their own: a piece whose packet was "
          "dropped, "
          "or has no beginning in the file, goes to the packet that is open"},
         {"ac3-frame-size",
-         "come out with the size of another row: the plug-in's table of AC-3 frame sizes lacks the "
+         "out with the size of another row: the plug-in's table of AC-3 frame sizes lacks the "
          "row of frmsizecod 3, so that each row behind it is the standard's next one"},
         {"audio-packet-header",
-         "come out with bytes too few or too many: the plug-in takes 3 to 10 bytes for an audio "
+         "out with bytes too few or too many: the plug-in takes 3 to 10 bytes for an audio "
          "packet's header by a rule of its own"},
-        {"dts-frame-cut", "come out in two buffers: a frame ends where a sync word stands"},
-        {"packets-changed", "come out otherwise than they are in the file, and no reason is known"},
+        {"dts-frame-cut", "out in two buffers: a frame ends where a sync word stands"},
+        {"packets-changed", "out otherwise than they are in the file, and no reason is known"},
 }};
 
 Change changeOf(const FileUnit& unit, const PlayedBuffer& buffer, const StreamAccount& account) {
@@ -107,8 +107,9 @@ void explainChanges(Explanation& explanation, const StreamAccount& account) {
             continue;
         }
         Finding finding = findingOf(kChangeTexts[i].id, *ledger.track, ledger.serial);
-        finding.text = fmt::format("{} of track {} {}.", counted(changes.counts[i], ledger.noun()),
-                                   *ledger.track, kChangeTexts[i].text);
+        finding.text = fmt::format("{} of track {} {} {}.",
+                                   counted(changes.counts[i], ledger.noun()), *ledger.track,
+                                   verb(changes.counts[i], "comes", "come"), kChangeTexts[i].text);
         const FileUnit& first = account.units[changes.first[i]];
         const OggPiece& piece =
                 explanation.file().pieces()[account.packets.pieces[first.firstPiece]];

@@ -180,7 +180,7 @@ TEST(ExplainLedger, TheTailOfADroppedPacketComesOutBehindThePacketBefore) {
     const auto found = ExplainedFile(file.bytes()).findings("foreign-tail");
     ASSERT_EQ(found.size(), 1U);
     EXPECT_THAT(found[0]["text"].get<std::string>(),
-                StartsWith("1 packet of track 0 come out with bytes of another packet"));
+                StartsWith("1 packet of track 0 comes out with bytes of another packet"));
 }
 
 TEST(ExplainLedger, APacketThatCannotBeHandedOutEndsItsTrack) {
@@ -222,7 +222,7 @@ TEST(ExplainLedger, AudioPacketHeadersOfAnotherSizeAreTold) {
     const auto finding =
             ExplainedFile(file.bytes())
                     .expectOne("audio-packet-header",
-                               "1 packet of track 0 come out with bytes too few or too "
+                               "1 packet of track 0 comes out with bytes too few or too "
                                "many: the plug-in takes 3 to 10 bytes for an audio "
                                "packet's header by a rule of its own.",
                                "");
