@@ -54,7 +54,8 @@ ExitCode run(int argc, const char* const* argv) {
     std::ostringstream help;
     const auto parsed = parseArguments(argc, argv, help, std::cerr);
     const Options* options = std::get_if<Options>(&parsed);
-    Console console(options != nullptr ? options->global.color : ColorMode::kAuto);
+    Console console(options != nullptr ? options->global.color : ColorMode::kAuto,
+                    options != nullptr && options->global.quiet);
     try {
         if (options != nullptr) {
             return runCommand(*options, console, output);

@@ -4,6 +4,11 @@
 #include <android/log.h>
 #include <fmt/core.h>
 
+#include <filesystem>
+#include <utility>
+
+#include "text/VisibleText.h"
+
 namespace ogmprobe {
 
 void CommandRecords::operator()(const TrackEnded& end) {
@@ -33,6 +38,13 @@ void CommandRecords::operator()(const LogLine& line) {
 void CommandRecords::operator()(const Unconfined& unconfined) {
     (*this)(LogLine{ANDROID_LOG_DEBUG, "ogmprobe",
                     fmt::format("system calls are not filtered: {}", unconfined.reason)});
+}
+
+void runShown(JobRequest request, const GlobalOptions& options, Console& console,
+              const RecordSink& handler) {
+    ProgressLine line(console, visible(std::filesystem::path(request.path).filename().string()));
+    request.progress = [&line](const Advance& advance) { line.update(advance); };
+    runJob(request, options, handler);
 }
 
 }  // namespace ogmprobe

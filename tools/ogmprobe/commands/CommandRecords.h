@@ -44,11 +44,15 @@ RecordSink visitedBy(Records& records) {
     return [&records](const Record& record) { std::visit(records, record); };
 }
 
+/** `runJob`, with progress on the console. */
+void runShown(JobRequest request, const GlobalOptions& options, Console& console,
+              const RecordSink& handler);
+
 /** Runs the job and lets the object have its records. What it throws as `ProbeError` is reported.
  */
 template <typename Records>
 void runReported(const JobRequest& request, Session& session, Report& report, Records& records) {
-    report.guard([&] { runJob(request, session.options, visitedBy(records)); });
+    report.guard([&] { runShown(request, session.options, session.console, visitedBy(records)); });
 }
 
 }  // namespace ogmprobe

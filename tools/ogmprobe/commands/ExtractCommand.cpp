@@ -11,7 +11,6 @@
 #include "commands/CommandRecords.h"
 #include "commands/Commands.h"
 #include "commands/StreamWriter.h"
-#include "console/ProgressBar.h"
 #include "files/InputFiles.h"
 #include "files/NewFile.h"
 
@@ -87,9 +86,8 @@ class ExtractRecords : public CommandRecords {
     using CommandRecords::operator();
 
     ExtractRecords(const ExtractOptions& options, Session& session, Report& report)
-        : CommandRecords(session, report), mOptions(options), mProgress(session.console) {}
+        : CommandRecords(session, report), mOptions(options) {}
 
-    void operator()(const FileOpened& file) { mFileSize = file.sizeBytes; }
     void operator()(const TrackStarted& started) { mTracks.push_back(started.track); }
     void operator()(const PlaybackReady&) { createFiles(); }
 
@@ -97,10 +95,6 @@ class ExtractRecords : public CommandRecords {
         const auto extraction = mExtractions.find(packet.track);
         if (extraction != mExtractions.end()) {
             extraction->second->write(packet.packet);
-        }
-        if (mFileSize > 0) {
-            mProgress.update(static_cast<double>(packet.packet.readUpTo) /
-                             static_cast<double>(mFileSize));
         }
     }
     void operator()(const TrackEnded& end) {
@@ -134,8 +128,6 @@ class ExtractRecords : public CommandRecords {
     }
 
     const ExtractOptions& mOptions;
-    ProgressBar mProgress;
-    uint64_t mFileSize = 0;
     std::vector<TrackDescription> mTracks;
     std::map<uint64_t, std::unique_ptr<Extraction>> mExtractions;
 };
@@ -146,8 +138,8 @@ ExitCode runExtract(const ExtractOptions& options, Session& session) {
     Report report(session.console, options.file);
     ExtractRecords records(options, session, report);
     report.guard([&] {
-        runJob({options.file, playJob({options.tracks, {}, {}})}, session.options,
-               visitedBy(records));
+        runShown({options.file, playJob({options.tracks, {}, {}})}, session.options,
+                 session.console, visitedBy(records));
         records.finish();
     });
     return report.worst();

@@ -67,7 +67,8 @@ class Comparison {
         PlayedFileRecords records(mSession, side.report);
         try {
             side.report.guard([&] {
-                runJob({side.path, playJob({})}, side.options, visitedBy(records));
+                runShown({side.path, playJob({})}, side.options, mSession.console,
+                         visitedBy(records));
             });
         } catch (const GoesInCircles& circles) {
             records(Failure{ExitCode::kDied,

@@ -2,9 +2,12 @@
 #include "console/Console.h"
 
 #include <fmt/core.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdlib>
+
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -26,6 +29,15 @@ void writeToStandardError(std::string_view text) {
     }
 }
 
+std::string fittingTerminal(std::string_view text) {
+    winsize size = {};
+    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
+        return std::string(text);
+    }
+    // The last column stays free: some terminals begin a new line there.
+    return shortened(text, size.ws_col - 1U);
+}
+
 }  // namespace
 
 bool wantsColor(ColorMode mode, int descriptor) {
@@ -43,8 +55,10 @@ std::string emphasised(std::string_view text, bool color) {
     return color ? fmt::format("{}{}{}", kBold, text, kPlain) : std::string(text);
 }
 
-Console::Console(ColorMode mode)
-    : mColor(wantsColor(mode, STDERR_FILENO)), mTerminal(isatty(STDERR_FILENO) == 1) {}
+Console::Console(ColorMode mode, bool quiet)
+    : mColor(wantsColor(mode, STDERR_FILENO)),
+      mQuiet(quiet),
+      mShowsProgress(!quiet && isatty(STDERR_FILENO) == 1) {}
 
 Console::~Console() {
     clearProgress();
@@ -55,14 +69,17 @@ void Console::error(std::string_view subject, std::string_view text) {
 }
 
 void Console::warning(std::string_view subject, std::string_view text) {
+    if (mQuiet) {
+        return;
+    }
     message("warning", kYellow, subject, text);
 }
 
 void Console::showProgress(std::string_view text) {
-    if (!mTerminal) {
+    if (!mShowsProgress) {
         return;
     }
-    writeToStandardError(fmt::format("{}{}", kWipeLine, text));
+    writeToStandardError(fmt::format("{}{}", kWipeLine, fittingTerminal(text)));
     mProgressShown = true;
 }
 
@@ -78,8 +95,8 @@ void Console::message(std::string_view kind, const char* color, std::string_view
     clearProgress();
     const std::string label =
             mColor ? fmt::format("{}{}:{}", color, kind, kPlain) : fmt::format("{}:", kind);
-    const std::string about = subject.empty() ? "" : fmt::format("{}: ", subject);
-    writeToStandardError(fmt::format("ogmprobe: {} {}{}\n", label, about, text));
+    const std::string about = subject.empty() ? "" : fmt::format("{}: ", visible(subject));
+    writeToStandardError(fmt::format("ogmprobe: {} {}{}\n", label, about, visible(text)));
 }
 
 }  // namespace ogmprobe

@@ -20,7 +20,8 @@ std::string emphasised(std::string_view text, bool color);
 /** Everything that is not data: messages and the progress line, on standard error. */
 class Console {
   public:
-    explicit Console(ColorMode mode);
+    /** `quiet` leaves warnings and progress out. */
+    explicit Console(ColorMode mode, bool quiet = false);
     ~Console();
 
     Console(const Console&) = delete;
@@ -36,13 +37,16 @@ class Console {
      */
     void showProgress(std::string_view text);
     void clearProgress();
+    /** Whether anybody would see it. */
+    bool showsProgress() const { return mShowsProgress; }
 
   private:
     void message(std::string_view kind, const char* color, std::string_view subject,
                  std::string_view text);
 
     const bool mColor;
-    const bool mTerminal;
+    const bool mQuiet;
+    const bool mShowsProgress;
     bool mProgressShown = false;
 };
 

@@ -38,7 +38,7 @@ void playTraced(const ExplainOptions& options, Session& session, Report& report,
     withLines.logPriority = ANDROID_LOG_VERBOSE;
     ExplainRecords records(session, report, trace);
     try {
-        runJob({options.file, playJob({}), true}, withLines, visitedBy(records));
+        runShown({options.file, playJob({}), true}, withLines, session.console, visitedBy(records));
     } catch (const GoesInCircles& circles) {
         const Failure failure{ExitCode::kDied,
                               fmt::format("the extractor never ends: {}", circles.what())};

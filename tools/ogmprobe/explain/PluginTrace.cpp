@@ -70,9 +70,13 @@ void PluginTrace::add(const CallBegun& call) {
 }
 
 void PluginTrace::add(const SourceRead& read) {
-    mOffset = read.offset;
-    mLastReadOffset = read.offset;
+    mOffset = read.lastOffset();
+    mLastReadOffset = read.lastOffset();
     mPiece.reset();
+    // Who goes from byte to byte looks for a page; pages that were found are read otherwise.
+    if (read.count > 1) {
+        return;
+    }
     if (mCall.function == PluginFunction::kRead) {
         notePieceRead(read);
     }

@@ -49,11 +49,12 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
             ->type_name("WHEN")
             ->transform(oneOf(kColorModes, "auto|always|never"));
     app.add_option("--timeout", options.timeoutSeconds,
-                   "Longest standstill of the plug-in; one call may take ten times as long; 0: no "
-                   "limit")
+                   "Longest standstill of the plug-in, and longest repetition of the same reads; "
+                   "it may search the file ten times as long; 0: no limit")
             ->type_name("SECONDS")
             ->capture_default_str()
             ->check(unnamed(CLI::NonNegativeNumber));
+    app.add_flag("--quiet", options.quiet, "Show neither warnings nor progress");
     app.add_flag("--in-process", options.inProcess,
                  "Run the plug-in in this process, for a debugger: nothing is caught or limited");
 }

@@ -21,6 +21,8 @@ struct GlobalOptions {
     ColorMode color = ColorMode::kAuto;
     /** How long the plug-in may stand still; 0 for ever. */
     double timeoutSeconds = 10;
+    /** Shows neither warnings nor progress. */
+    bool quiet = false;
     /** Runs the plug-in unprotected, within reach of a debugger. */
     bool inProcess = false;
 };

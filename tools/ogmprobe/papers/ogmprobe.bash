@@ -11,7 +11,7 @@ _ogmprobe() {
         [explain]="--pages --verbose --json"
         [compare]="--plugin-b --logs --no-logs --json"
     )
-    local every="--plugin --log --color --timeout --in-process --help"
+    local every="--plugin --log --color --timeout --quiet --in-process --help"
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command= i
     COMPREPLY=()
 

@@ -7,6 +7,7 @@ complete --command ogmprobe --long-option plugin --require-parameter --force-fil
 complete --command ogmprobe --long-option log --exclusive --arguments "verbose debug info warn error silent" --description "Least level of log lines to show"
 complete --command ogmprobe --long-option color --exclusive --arguments "auto always never" --description "When to use colour"
 complete --command ogmprobe --long-option timeout --exclusive --description "Longest standstill of the plug-in"
+complete --command ogmprobe --long-option quiet --description "Show neither warnings nor progress"
 complete --command ogmprobe --long-option in-process --description "Run the plug-in in this process"
 complete --command ogmprobe --long-option help --description "Print help"
 complete --command ogmprobe --long-option version --condition "not __fish_seen_subcommand_from $commands" --description "Print the version"

@@ -12,8 +12,6 @@
 #include <cstring>
 
 #include "ExitCode.h"
-#include "plugin/PluginCall.h"
-#include "records/Trace.h"
 
 namespace ogmprobe {
 namespace {
@@ -50,6 +48,7 @@ FileSource::FileSource(const std::string& path) : mTable(makeTable(this)) {
     }
     try {
         mSize = sizeOfSeekable(mDescriptor);
+        mBlocks.emplace(mDescriptor, static_cast<uint64_t>(mSize));
     } catch (const ProbeError&) {
         close(mDescriptor);
         throw;
@@ -62,6 +61,31 @@ FileSource::~FileSource() {
 
 ssize_t FileSource::readAt(off64_t offset, void* data, size_t size) {
     ++mReads;
+    const ssize_t got = readUncounted(offset, static_cast<uint8_t*>(data), size);
+    if (got > 0) {
+        mBytesRead += static_cast<uint64_t>(got);
+        mReadUpTo = static_cast<uint64_t>(offset + got);
+    }
+    ReadWatch::add(offset, size, got);
+    searchOnFrom(offset, size, got);
+    return got;
+}
+
+/** Finds out what the next reads will find, should this one belong to a search. */
+void FileSource::searchOnFrom(off64_t offset, size_t size, ssize_t got) {
+    mSearchEnd = kNoSearch;
+    if (size != kSearchedSize || got != static_cast<ssize_t>(kSearchedSize)) {
+        return;
+    }
+    const std::span<const uint8_t> bytes = mBlocks->from(static_cast<uint64_t>(offset));
+    if (bytes.size() >= kSearchedSize) {
+        mSearched = bytes.data();
+        mSearchBegin = offset;
+        mSearchEnd = offset + static_cast<off64_t>(bytes.size() - kSearchedSize + 1);
+    }
+}
+
+ssize_t FileSource::readUncounted(off64_t offset, uint8_t* data, size_t size) {
     if (offset < 0) {
         return android::UNKNOWN_ERROR;
     }
@@ -69,12 +93,27 @@ ssize_t FileSource::readAt(off64_t offset, void* data, size_t size) {
         return 0;
     }
     const size_t available = std::min(size, static_cast<size_t>(mSize - offset));
-    const ssize_t got = readWhole(offset, static_cast<uint8_t*>(data), available);
-    if (got > 0) {
-        mBytesRead += static_cast<uint64_t>(got);
-        mReadUpTo = static_cast<uint64_t>(offset + got);
+    if (available < BlockCache::kBlockSize &&
+        readFromBlocks(static_cast<uint64_t>(offset), data, available)) {
+        return static_cast<ssize_t>(available);
     }
-    return got;
+    return readWhole(offset, data, available);
+}
+
+/** False where a block cannot be read: less than a block may be readable all the same. */
+bool FileSource::readFromBlocks(uint64_t offset, uint8_t* data, size_t size) {
+    while (size > 0) {
+        if (mBlocks->from(offset).empty() && !mBlocks->load(offset)) {
+            return false;
+        }
+        const std::span<const uint8_t> bytes = mBlocks->from(offset);
+        const size_t piece = std::min(size, bytes.size());
+        std::memcpy(data, bytes.data(), piece);
+        offset += piece;
+        data += piece;
+        size -= piece;
+    }
+    return true;
 }
 
 // One system call may give less than asked for in the middle of a file, which would look like its
@@ -101,10 +140,10 @@ android::CDataSource FileSource::makeTable(FileSource* source) {
     android::CDataSource table = {};
     table.handle = source;
     table.readAt = [](void* handle, off64_t offset, void* data, size_t size) -> ssize_t {
-        const ssize_t got = static_cast<FileSource*>(handle)->readAt(offset, data, size);
-        PluginCall::noteProgress();
-        Trace::add<SourceRead>(offset, size, got);
-        return got;
+        auto* const source = static_cast<FileSource*>(handle);
+        return size == kSearchedSize && source->searchOn(offset, data)
+                       ? static_cast<ssize_t>(kSearchedSize)
+                       : source->readAt(offset, data, size);
     };
     table.getSize = [](void* handle, off64_t* size) -> android::status_t {
         *size = static_cast<FileSource*>(handle)->mSize;

@@ -4,14 +4,21 @@
 #include <media/MediaExtractorPluginApi.h>
 
 #include <cstdint>
+#include <cstring>
+#include <limits>
+#include <optional>
 #include <string>
+
+#include "plugin/BlockCache.h"
+#include "plugin/ReadWatch.h"
 
 namespace ogmprobe {
 
 /**
  * A local file as the framework hands it to a plug-in, with a count of what is read from it.
  *
- * Reads are exact (no read-ahead), so the counts are the plug-in's own. Not for several threads.
+ * The counts are the plug-in's own, whatever is kept of the file in memory. Not for several
+ * threads.
  */
 class FileSource {
   public:
@@ -26,8 +33,8 @@ class FileSource {
     android::CDataSource* table() { return &mTable; }
 
     /** Calls of `readAt`, and the bytes they gave, since this object was made. */
-    uint64_t reads() const { return mReads; }
-    uint64_t bytesRead() const { return mBytesRead; }
+    uint64_t reads() const { return mReads + mSearchReads; }
+    uint64_t bytesRead() const { return mBytesRead + mSearchReads * kSearchedSize; }
 
     /** Where the last read that gave something ended. */
     uint64_t readUpTo() const { return mReadUpTo; }
@@ -38,15 +45,44 @@ class FileSource {
     int error() const { return mError; }
 
   private:
+    /** What a plug-in reads at each byte to find where a page begins. */
+    static constexpr size_t kSearchedSize = 4;
+    /** In front of all that can be asked for. */
+    static constexpr off64_t kNoSearch = std::numeric_limits<off64_t>::min();
+
+    /**
+     * A read of that many bytes, if it goes on with a search. It has to be quick: a large file with
+     * nothing in it takes a thousand million of them.
+     */
+    bool searchOn(off64_t offset, void* data) {
+        if (!ReadWatch::goesOn(offset) || offset >= mSearchEnd) {
+            return false;
+        }
+        std::memcpy(data, mSearched + (offset - mSearchBegin), kSearchedSize);
+        ReadWatch::goOn(offset);
+        ++mSearchReads;
+        mReadUpTo = static_cast<uint64_t>(offset) + kSearchedSize;
+        return true;
+    }
+
     ssize_t readAt(off64_t offset, void* data, size_t size);
+    ssize_t readUncounted(off64_t offset, uint8_t* data, size_t size);
+    bool readFromBlocks(uint64_t offset, uint8_t* data, size_t size);
     ssize_t readWhole(off64_t offset, uint8_t* data, size_t size);
+    void searchOnFrom(off64_t offset, size_t size, ssize_t got);
 
     static android::CDataSource makeTable(FileSource* source);
 
     int mDescriptor = -1;
     off64_t mSize = 0;
+    std::optional<BlockCache> mBlocks;
     uint64_t mReadUpTo = 0;
     uint64_t mReads = 0;
+    uint64_t mSearchReads = 0;
+    /** The bytes from `mSearchBegin` on, for reads that begin in front of `mSearchEnd`. */
+    const uint8_t* mSearched = nullptr;
+    off64_t mSearchBegin = 0;
+    off64_t mSearchEnd = kNoSearch;
     uint64_t mBytesRead = 0;
     int mError = 0;
     android::CDataSource mTable;

@@ -3,27 +3,26 @@
 
 #include <exception>
 
+#include "plugin/ReadWatch.h"
 #include "records/Trace.h"
 
 namespace ogmprobe {
 namespace {
 
-Vitals gOwnVitals;
-Vitals* gVitals = &gOwnVitals;
 PluginFunction gLeftByException = PluginFunction::kNone;
 
-// There is one writer: no need for an atomic addition.
-void countSignOfLife() noexcept {
-    auto& signs = gVitals->signsOfLife;
-    signs.store(signs.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+void countSignOfLife(Vitals& vitals) noexcept {
+    vitals.signsOfLife.set(vitals.signsOfLife.get() + 1);
 }
 
 }  // namespace
 
 PluginCall::PluginCall(PluginFunction function, std::optional<size_t> track)
     : mEnd{function, track, {}}, mExceptionsBefore(std::uncaught_exceptions()) {
-    countSignOfLife();
-    gVitals->function.store(function, std::memory_order_relaxed);
+    countSignOfLife(*sVitals);
+    sVitals->function.set(function);
+    ReadWatch::endRun();
+    ReadWatch::beginCall();
     Trace::add<CallBegun>(function, track);
 }
 
@@ -31,9 +30,10 @@ PluginCall::~PluginCall() {
     if (std::uncaught_exceptions() > mExceptionsBefore) {
         gLeftByException = mEnd.function;
     }
+    ReadWatch::endRun();
     Trace::add<CallEnded>(mEnd);
-    gVitals->function.store(PluginFunction::kNone, std::memory_order_relaxed);
-    countSignOfLife();
+    sVitals->function.set(PluginFunction::kNone);
+    countSignOfLife(*sVitals);
 }
 
 media_status_t PluginCall::returned(media_status_t status) {
@@ -42,19 +42,15 @@ media_status_t PluginCall::returned(media_status_t status) {
 }
 
 bool PluginCall::active() noexcept {
-    return gVitals->function.load(std::memory_order_relaxed) != PluginFunction::kNone;
+    return sVitals->function.get() != PluginFunction::kNone;
 }
 
 PluginFunction PluginCall::leftByException() noexcept {
     return gLeftByException;
 }
 
-void PluginCall::noteProgress() noexcept {
-    countSignOfLife();
-}
-
 void PluginCall::keepIn(Vitals* vitals) noexcept {
-    gVitals = vitals != nullptr ? vitals : &gOwnVitals;
+    sVitals = vitals != nullptr ? vitals : &sOwnVitals;
 }
 
 }  // namespace ogmprobe

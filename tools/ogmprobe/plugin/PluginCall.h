@@ -1,23 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <atomic>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 
-#include "plugin/PluginFunction.h"
-#include "records/Records.h"
+#include "plugin/Vitals.h"
 
 namespace ogmprobe {
-
-/** What another process can see of the work with the plug-in at any time. */
-struct Vitals {
-    /** Changes with each beginning and end of a call and with each finished data-source read. */
-    std::atomic<uint64_t> signsOfLife{0};
-    /** What the plug-in is busy with. */
-    std::atomic<PluginFunction> function{PluginFunction::kNone};
-};
 
 /**
  * Marks the time during which the plug-in is at work, so that a death or a standstill can be put
@@ -42,13 +31,15 @@ class PluginCall {
     /** The function that an exception has left, which none may do; no function at first. */
     static PluginFunction leftByException() noexcept;
 
-    /** Notes that a data-source read has finished. */
-    static void noteProgress() noexcept;
-
+    /** Where the marks are kept. */
+    static Vitals& vitals() noexcept { return *sVitals; }
     /** Keeps the marks there from now on; null: in this process alone. */
     static void keepIn(Vitals* vitals) noexcept;
 
   private:
+    static inline Vitals sOwnVitals;
+    static inline Vitals* sVitals = &sOwnVitals;
+
     CallEnded mEnd;
     const int mExceptionsBefore;
 };

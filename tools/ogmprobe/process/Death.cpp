@@ -72,6 +72,10 @@ void catchAll(DeathNote& note) {
     }
 }
 
+void ofEndlessReading(const char* text) {
+    end(Cause::kEndlessReading, 0, text);
+}
+
 void ofException(const char* text) {
     end(Cause::kException, 0, text);
 }

@@ -12,6 +12,9 @@ namespace ogmprobe::death {
  */
 void catchAll(DeathNote& note);
 
+/** Ends the process because the plug-in will never come to an end. */
+[[noreturn]] void ofEndlessReading(const char* text);
+
 /** Ends the process because of an exception that nobody has caught. */
 [[noreturn]] void ofException(const char* text);
 

@@ -70,6 +70,8 @@ std::string deathSentence(const DeathNote& note, PluginFunction function, int wa
         case DeathNote::Cause::kOutOfMemory:
             return died(function, fmt::format("out of memory (the limit is {} MiB)",
                                               kMemoryLimitBytes >> 20));
+        case DeathNote::Cause::kEndlessReading:
+            return fmt::format("the extractor is stuck{}: {}", inFunction(function), textOf(note));
         case DeathNote::Cause::kNone:
             break;
     }

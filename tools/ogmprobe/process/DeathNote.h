@@ -23,6 +23,8 @@ struct DeathNote {
         kOutOfMemory,
         /** `text` is what it says. */
         kException,
+        /** `text` says of what. */
+        kEndlessReading,
     };
 
     std::atomic<Cause> cause;

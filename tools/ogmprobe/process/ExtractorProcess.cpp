@@ -17,10 +17,11 @@
 #include <new>
 #include <utility>
 
-#include "plugin/PluginCall.h"
+#include "plugin/ReadWatch.h"
 #include "process/Death.h"
 #include "process/Sandbox.h"
 #include "records/RecordStream.h"
+#include "text/NumberText.h"
 
 namespace ogmprobe {
 
@@ -84,28 +85,60 @@ void enterSandboxAndTell(const RecordSink& sink) {
     }
 }
 
+void dieOfCycle(const ReadWatch::Cycle& cycle) {
+    death::ofEndlessReading(
+            fmt::format(
+                    "it repeats {} of the file without end, {} times so far, at offset {}",
+                    cycle.reads == 1 ? "one read" : fmt::format("the same {} reads", cycle.reads),
+                    cycle.rounds, cycle.offset)
+                    .c_str());
+}
+
 [[noreturn]] void beExtractor(SharedState& shared, const JobRequest& request,
                               const GlobalOptions& options) {
     death::catchAll(shared.note);
     PluginCall::keepIn(&shared.vitals);
+    ReadWatch::onCycle(dieOfCycle, ReadWatch::Seconds(options.timeoutSeconds));
     RingWriter ring(shared.ring, kParentDescriptor);
     RecordWriter writer(ring);
     const RecordSink sink = [&writer](const Record& record) { writer.write(record); };
     try {
         performJob(request, options, sink, [&sink] { enterSandboxAndTell(sink); });
     } catch (const std::exception& error) {
-        shared.vitals.function = PluginCall::leftByException();
+        shared.vitals.function.set(PluginCall::leftByException());
         death::ofException(error.what());
     }
     writer.end();
     _exit(static_cast<int>(ExitCode::kDone));
 }
 
-std::string stuckSentence(StandstillWatch::State state, PluginFunction function) {
-    return fmt::format("the extractor is stuck{}: {}", inFunction(function),
-                       state == StandstillWatch::State::kStandsStill
-                               ? "no read of the file and no buffer came to an end"
-                               : "it reads the file without end");
+/** Whether it would have come to an end nobody knows. */
+std::string overdueSentence(StandstillWatch::State state, StandstillWatch::Duration limit,
+                            const Vitals& vitals) {
+    const std::string place = inFunction(vitals.function.get());
+    if (state == StandstillWatch::State::kStandsStill) {
+        return fmt::format(
+                "the extractor is stuck{}: no read of the file and no buffer came to an end in "
+                "{:g} "
+                "s; --timeout allows more",
+                place, limit.count());
+    }
+    return fmt::format(
+            "the extractor has not come to an end{}: still searching at {} of {} after {:g} s; "
+            "--timeout allows more",
+            place, sizeText(static_cast<uint64_t>(vitals.run().lastOffset())),
+            sizeText(vitals.fileSize.get()), limit.count() * StandstillWatch::kBusyFactor);
+}
+
+std::string_view doing(PluginFunction function) {
+    switch (function) {
+        case PluginFunction::kSniff:
+            return "recognising";
+        case PluginFunction::kCreate:
+            return "opening";
+        default:
+            return "reading";
+    }
 }
 
 }  // namespace
@@ -115,7 +148,10 @@ void ExtractorProcess::Unmap::operator()(SharedState* state) const {
 }
 
 ExtractorProcess::ExtractorProcess(const JobRequest& request, const GlobalOptions& options)
-    : mLimit(options.timeoutSeconds), mShared(mapSharedState()) {
+    : mLimit(options.timeoutSeconds),
+      mTraced(request.traced),
+      mProgress(request.progress),
+      mShared(mapSharedState()) {
     Doorbells doorbells;
     const pid_t parent = getpid();
     mProcess = fork();
@@ -146,6 +182,7 @@ void ExtractorProcess::deliver(const RecordSink& handler) {
         return;
     } catch (const RingEnded&) {
         death = deathSentence(mShared->note, function(), reap());
+        deliverLastRun(handler);
     } catch (const RingDamaged& damage) {
         death = fmt::format("the extractor died{}: it overwrote memory that is not its own ({})",
                             inFunction(function()), damage.what());
@@ -153,14 +190,36 @@ void ExtractorProcess::deliver(const RecordSink& handler) {
     } catch (const Stuck& stuck) {
         death = stuck.what();
         kill();
+        deliverLastRun(handler);
     }
     handler(Failure{ExitCode::kDied, death, false});
 }
 
 void ExtractorProcess::deliverAll(const RecordSink& handler) {
+    constexpr uint64_t kRecordsAtOnce = 64;
     RecordReader records(*mRing);
+    uint64_t count = 0;
     while (const auto record = records.next()) {
         handler(*record);
+        if (++count % kRecordsAtOnce == 0) {
+            tellProgress();
+        }
+    }
+}
+
+/** What was being read when the process ended. */
+void ExtractorProcess::deliverLastRun(const RecordSink& handler) {
+    const SourceRead run = mShared->vitals.run();
+    if (mTraced && run.count != 0) {
+        handler(run);
+    }
+}
+
+void ExtractorProcess::tellProgress() const {
+    if (mProgress) {
+        const Vitals& vitals = mShared->vitals;
+        const auto position = static_cast<uint64_t>(vitals.run().lastOffset());
+        mProgress({doing(vitals.function.get()), position, vitals.fileSize.get()});
     }
 }
 
@@ -169,8 +228,8 @@ bool ExtractorProcess::waitForMore() {
     if (mGone) {
         return false;
     }
-    const auto& signs = mShared->vitals.signsOfLife;
-    StandstillWatch watch(mLimit, signs);
+    const Vitals& vitals = mShared->vitals;
+    StandstillWatch watch(mLimit, vitals.signs());
     auto nap = std::chrono::milliseconds(kFirstNap);
     while (mRing->prepareToSleep()) {
         const auto asleep = Clock::now();
@@ -181,10 +240,11 @@ bool ExtractorProcess::waitForMore() {
         }
         // No more than was meant: both processes may have been stopped in the meantime.
         const auto slept = std::min<Clock::duration>(Clock::now() - asleep, 2 * nap);
-        const auto state = watch.observe(slept, signs);
+        const auto state = watch.observe(slept, vitals.signs());
         if (state != StandstillWatch::State::kAlive) {
-            throw Stuck(stuckSentence(state, function()));
+            throw Stuck(overdueSentence(state, mLimit, vitals));
         }
+        tellProgress();
         nap = std::min<std::chrono::milliseconds>(2 * nap, kLongestNap);
     }
     mRing->wakeUp();
@@ -202,7 +262,7 @@ void ExtractorProcess::sleep(std::chrono::milliseconds atMost) {
 }
 
 PluginFunction ExtractorProcess::function() const {
-    return mShared->vitals.function;
+    return mShared->vitals.function.get();
 }
 
 int ExtractorProcess::reap() {

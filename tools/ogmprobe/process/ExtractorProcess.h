@@ -41,6 +41,8 @@ class ExtractorProcess {
     };
 
     void deliverAll(const RecordSink& handler);
+    void deliverLastRun(const RecordSink& handler);
+    void tellProgress() const;
     bool waitForMore();
     void sleep(std::chrono::milliseconds atMost);
     PluginFunction function() const;
@@ -49,6 +51,8 @@ class ExtractorProcess {
     int kill();
 
     const StandstillWatch::Duration mLimit;
+    const bool mTraced;
+    const std::function<void(const Advance&)> mProgress;
     std::unique_ptr<SharedState, Unmap> mShared;
     Descriptor mDoorbell;
     pid_t mProcess = -1;

@@ -9,6 +9,7 @@
 
 #include "files/InputFiles.h"
 #include "plugin/PluginCall.h"
+#include "plugin/ReadWatch.h"
 #include "process/ExtractorProcess.h"
 #include "records/Trace.h"
 
@@ -55,6 +56,7 @@ const RecordSink* gLogSink = nullptr;
 
 void logIntoSink(const __android_log_message* message) {
     if (gLogSink != nullptr) {
+        ReadWatch::endRun();
         (*gLogSink)(LogLine{message->priority, message->tag, message->message});
     }
 }
@@ -122,6 +124,7 @@ void performJob(const JobRequest& request, const GlobalOptions& options, const R
     }
     try {
         FileSource source(request.path);
+        PluginCall::vitals().fileSize.set(source.size());
         beforeReading();
         request.job({*library, source, sink});
     } catch (const ProbeError& error) {

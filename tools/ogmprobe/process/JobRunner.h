@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "console/ProgressLine.h"
 #include "jobs/Job.h"
 #include "options/Options.h"
 
@@ -16,6 +17,8 @@ struct JobRequest {
     Job job;
     /** Whether calls, buffers and data-source reads are recorded too. */
     bool traced = false;
+    /** Called now and then while the plug-in works; may be empty. */
+    std::function<void(const Advance&)> progress = {};
 };
 
 /**

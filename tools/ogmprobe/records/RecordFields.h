@@ -117,7 +117,7 @@ auto fieldsOf(T& record) {
 
 template <Is<SourceRead> T>
 auto fieldsOf(T& record) {
-    return std::tie(record.offset, record.size, record.result);
+    return std::tie(record.offset, record.size, record.result, record.count);
 }
 
 }  // namespace ogmprobe

@@ -140,12 +140,21 @@ struct BufferRead {
     uint64_t size = 0;
 };
 
-/** The plug-in has read its data source. */
+/**
+ * The plug-in has read its data source, or gone through it byte by byte: reads of the same size and
+ * result, each of which begins one byte after the one before, make one record.
+ */
 struct SourceRead {
+    /** Of the first read. */
     int64_t offset = 0;
     uint64_t size = 0;
-    /** The number of bytes that it got, or an error below 0. */
+    /** The number of bytes that each got, or an error below 0. */
     int64_t result = 0;
+    uint64_t count = 1;
+
+    int64_t lastOffset() const {
+        return static_cast<int64_t>(static_cast<uint64_t>(offset) + count - 1);
+    }
 };
 
 using Record = std::variant<FileOpened, TrackListed, TrackStarted, PlaybackReady, SeekBegun,

@@ -187,7 +187,8 @@ constexpr const char* kShort = "0.5";
 TEST(Standstill, IsTakenForBeingStuck) {
     for (const char* mischief : {"hang", "compute", "close"}) {
         expectDeath(packetsOf(videoThatEndsWith(mischief), {"--timeout", kShort}),
-                    "is stuck in read: no read of the file and no buffer came to an end");
+                    "is stuck in read: no read of the file and no buffer came to an end in 0.5 s; "
+                    "--timeout allows more");
     }
 }
 
@@ -195,12 +196,26 @@ TEST(Standstill, WhileCreatingIsTakenForBeingStuck) {
     auto script = fakeFile({});
     script["create"] = "hang";
     expectDeath(packetsOf(script, {"--timeout", kShort}),
-                "is stuck in create: no read of the file and no buffer came to an end");
+                "is stuck in create: no read of the file and no buffer came to an end in 0.5 s; "
+                "--timeout allows more");
 }
 
-TEST(ReadingWithoutEnd, IsTakenForBeingStuckAfterTenTimesTheLimit) {
-    expectDeath(packetsOf(videoThatEndsWith("spin"), {"--timeout", "0.1"}),
-                "is stuck in read: it reads the file without end");
+TEST(ReadingWithoutEnd, IsTakenForBeingStuckWhenTheSameReadsAreRepeated) {
+    const ProcessResult result = packetsOf(videoThatEndsWith("spin"), {"--timeout", "0.5"});
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_THAT(result.err,
+                ContainsRegex("a\\.fake: the extractor is stuck in read: it repeats one "
+                              "read of the file without end, [0-9]+ times so far, at "
+                              "offset 0"));
+}
+
+TEST(ReadingWithoutEnd, IsNotCalledStuckWhereItMayComeToAnEnd) {
+    const ProcessResult result = packetsOf(videoThatEndsWith("wander"), {"--timeout", "0.1"});
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_THAT(result.err, ContainsRegex("a\\.fake: the extractor has not come to an end in read: "
+                                          "still searching at [0-9]+ B of [0-9]+ B after 1 s; "
+                                          "--timeout allows more"));
+    EXPECT_THAT(result.err, Not(HasSubstr("stuck")));
 }
 
 std::string debugLog() {

@@ -164,21 +164,5 @@ TEST_F(ExtractTest, FailsWhereNoFolderCanBeMade) {
     EXPECT_THAT(result.err, HasSubstr("cannot make the folder"));
 }
 
-TEST_F(ExtractTest, ShowsABarOnATerminalAndWipesIt) {
-    if (!canOpenTerminal()) {
-        GTEST_SKIP() << "no pseudo-terminal here";
-    }
-    ProcessSetup setup;
-    setup.err = StandardStream::kTerminal;
-    const ProcessResult result = extract(fakeFile({fakeVideo()}), {}, setup);
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.err, HasSubstr("100 %"));
-    EXPECT_THAT(result.err, testing::EndsWith("\r\033[K"));
-}
-
-TEST_F(ExtractTest, ShowsNoBarInAPipe) {
-    EXPECT_THAT(extract(fakeFile({fakeVideo()})).err, Not(HasSubstr("%")));
-}
-
 }  // namespace
 }  // namespace ogmprobe::test

@@ -2,6 +2,7 @@
 #include "plugin/FileSource.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 #include <utils/Errors.h>
 
 #include <limits>
@@ -63,6 +64,63 @@ TEST_F(FileSourceTest, TellsWhereTheLastReadEnded) {
     EXPECT_EQ(mSource.readUpTo(), 5U);
     readAt(10, 1);
     EXPECT_EQ(mSource.readUpTo(), 5U);
+}
+
+TEST_F(FileSourceTest, GivesAndCountsEachReadOfASearch) {
+    for (off64_t offset = 0; offset < 6; ++offset) {
+        EXPECT_EQ(readAt(offset, 4), 4);
+        EXPECT_EQ(mBytes, std::string("0123456789").substr(static_cast<size_t>(offset), 4));
+        EXPECT_EQ(mSource.readUpTo(), static_cast<uint64_t>(offset) + 4);
+    }
+    EXPECT_EQ(readAt(6, 4), 4);
+    EXPECT_EQ(readAt(7, 4), 3);
+    EXPECT_EQ(mBytes, "789?");
+    EXPECT_EQ(mSource.reads(), 8U);
+    EXPECT_EQ(mSource.bytesRead(), 31U);
+}
+
+TEST_F(FileSourceTest, RefusesEachReadOfASearchInFrontOfTheFile) {
+    for (off64_t offset = -3; offset < 0; ++offset) {
+        EXPECT_EQ(readAt(offset, 4), android::UNKNOWN_ERROR);
+    }
+    EXPECT_EQ(readAt(0, 4), 4);
+}
+
+TEST(FileSource, ReadsAcrossBlocks) {
+    const test::TemporaryFolder folder;
+    std::string content(5 * BlockCache::kBlockSize / 2, '\0');
+    for (size_t i = 0; i < content.size(); ++i) {
+        content[i] = static_cast<char>(i * 31 / 7);
+    }
+    FileSource source(folder.write("long", content));
+    android::CDataSource* table = source.table();
+    const auto expectRead = [&](size_t offset, size_t size) {
+        std::string bytes(size, '?');
+        const ssize_t got =
+                table->readAt(table->handle, static_cast<off64_t>(offset), bytes.data(), size);
+        const std::string expected = content.substr(offset, size);
+        ASSERT_EQ(got, static_cast<ssize_t>(expected.size()));
+        EXPECT_EQ(bytes.substr(0, expected.size()), expected) << offset;
+    };
+    for (size_t offset = BlockCache::kBlockSize - 20; offset < BlockCache::kBlockSize + 20;
+         ++offset) {
+        expectRead(offset, 4);
+    }
+    expectRead(BlockCache::kBlockSize - 7, 27);
+    expectRead(10, 2 * BlockCache::kBlockSize);
+    expectRead(content.size() - 2, 4);
+}
+
+TEST(FileSource, SurvivesAFileThatShrinks) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.write("long", std::string(4 * BlockCache::kBlockSize, 'x'));
+    FileSource source(path);
+    android::CDataSource* table = source.table();
+    char bytes[4] = {};
+    EXPECT_EQ(table->readAt(table->handle, 0, bytes, 4), 4);
+    ASSERT_EQ(truncate(path.c_str(), 2), 0);
+    EXPECT_EQ(table->readAt(table->handle, 2 * BlockCache::kBlockSize, bytes, 4), 0);
+    EXPECT_EQ(source.error(), 0);
 }
 
 TEST_F(FileSourceTest, DescribesItselfAsALocalFile) {

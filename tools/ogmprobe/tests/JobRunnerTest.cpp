@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <filesystem>
 
 #include "FakeFile.h"
 
@@ -104,6 +105,27 @@ TEST_P(JobRunnerTest, TracesCallsReadsAndLogLinesInTheOrderOfTheirHappening) {
                         "> the track's free", "log free track 0", "< the track's free",
                         "> the release of its buffers", "< the release of its buffers",
                         "> the extractor's free", "log free extractor", "< the extractor's free"));
+}
+
+TEST_P(JobRunnerTest, PutsTheReadsOfASearchIntoOneRecord) {
+    auto video = test::fakeVideo();
+    video["end"] = "search";
+    video["format"]["mime"] = std::string(1 << 18, 'x');
+    const std::string file = mPlugin.file(test::fakeFile({video}));
+    const auto size = static_cast<uint64_t>(std::filesystem::file_size(file));
+    std::vector<SourceRead> reads;
+    runJob({file, playJob({}), true}, options(), [&reads](const Record& record) {
+        if (const auto* read = std::get_if<SourceRead>(&record)) {
+            reads.push_back(*read);
+        }
+    });
+    ASSERT_EQ(reads.size(), 4U) << "one to sniff, one to create, the search and its end";
+    EXPECT_EQ(reads[2].offset, 0);
+    EXPECT_EQ(reads[2].size, 4U);
+    EXPECT_EQ(reads[2].result, 4);
+    EXPECT_EQ(reads[2].count, size - 3);
+    EXPECT_EQ(reads[2].lastOffset(), static_cast<int64_t>(size - 4));
+    EXPECT_EQ(reads[3].result, 3);
 }
 
 TEST_P(JobRunnerTest, MakesAFailureOfWhatTheJobThrows) {

@@ -77,6 +77,29 @@ void readForEver(android::CDataSource* source) {
     }
 }
 
+/** Never the same twice, so that nobody can say whether it will end. */
+void wanderForEver(android::CDataSource* source) {
+    off64_t size = 0;
+    source->getSize(source->handle, &size);
+    for (uint64_t state = 1;; state = state * 6364136223846793005U + 1442695040888963407U) {
+        char byte = 0;
+        source->readAt(source->handle, static_cast<off64_t>((state >> 33) % size), &byte, 1);
+    }
+}
+
+/** As when a page is looked for byte by byte. */
+void searchOnce(android::CDataSource* source) {
+    char bytes[4] = {};
+    off64_t offset = 0;
+    while (source->readAt(source->handle, offset, bytes, sizeof(bytes)) == sizeof(bytes)) {
+        ++offset;
+    }
+}
+
+void sleepForASecond(android::CDataSource*) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+}
+
 void openSocket(android::CDataSource*) {
     socket(AF_INET, SOCK_STREAM, 0);
 }
@@ -149,6 +172,9 @@ const std::map<std::string, void (*)(android::CDataSource*)> kMischief = {
         {"hang", sleepForEver},
         {"compute", computeForEver},
         {"spin", readForEver},
+        {"wander", wanderForEver},
+        {"search", searchOnce},
+        {"nap", sleepForASecond},
         {"socket", openSocket},
         {"write", openForWriting},
         {"execute", runProgram},

@@ -45,7 +45,7 @@ std::vector<Record> oneOfEach() {
             CallBegun{PluginFunction::kRead, 1},
             CallEnded{PluginFunction::kFreeExtractor, std::nullopt, -10006},
             BufferRead{1, 40, true, 3},
-            SourceRead{-5, 100, -1004},
+            SourceRead{-5, 100, -1004, 7},
     };
 }
 

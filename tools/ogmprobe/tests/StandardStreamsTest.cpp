@@ -120,5 +120,54 @@ TEST_F(StandardStreamsTest, HaveColouredMessagesOnATerminal) {
     EXPECT_THAT(result.err, HasSubstr(kRed));
 }
 
+class ProgressTest : public testing::Test {
+  protected:
+    /** With a plug-in that takes more than a second. */
+    ProcessResult run(const std::vector<std::string>& command, StandardStream err) {
+        auto video = fakeVideo();
+        video["end"] = "nap";
+        auto script = fakeFile({video});
+        script["create"] = command.front() == "info" ? "nap" : "";
+        std::vector<std::string> arguments = command;
+        arguments.push_back(mPlugin.file(script));
+        ProcessSetup setup;
+        setup.err = err;
+        return FakePlugin::run(arguments, setup);
+    }
+
+    FakePlugin mPlugin;
+};
+
+TEST_F(ProgressTest, IsShownOnATerminalByEachCommand) {
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"info"},
+          {"packets"},
+          {"seektest", "--steps", "1"},
+          {"explain"},
+          {"compare", mPlugin.file(fakeFile({fakeVideo()}), "b.fake")},
+          {"extract", "--force", "-o", mPlugin.folder().path().string()},
+          {"timeline", "--force", "-o", mPlugin.folder().path("out.svg")}}) {
+        const ProcessResult result = run(command, StandardStream::kTerminal);
+        const char* doing = command.front() == "info" ? "opening" : "reading";
+        EXPECT_THAT(result.err, HasSubstr(std::string(" %  ") + doing + " a.fake: "))
+                << command.front();
+        EXPECT_THAT(result.err, testing::EndsWith("\r\033[K")) << command.front();
+    }
+}
+
+TEST_F(ProgressTest, IsNotShownWhereThereIsNoTerminal) {
+    EXPECT_EQ(run({"packets"}, StandardStream::kCaptured).err, "");
+}
+
+TEST_F(ProgressTest, IsNotShownToThoseWhoWantQuiet) {
+    EXPECT_EQ(run({"--quiet", "packets"}, StandardStream::kTerminal).err, "");
+}
+
+TEST_F(ProgressTest, IsNotShownByWhatTakesLessThanHalfASecond) {
+    ProcessSetup terminal;
+    terminal.err = StandardStream::kTerminal;
+    EXPECT_EQ(FakePlugin::run({"info", mPlugin.file(fakeFile({fakeVideo()}))}, terminal).err, "");
+}
+
 }  // namespace
 }  // namespace ogmprobe::test

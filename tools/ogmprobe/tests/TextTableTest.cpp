@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "console/ProgressBar.h"
+#include "console/ProgressLine.h"
 
 namespace ogmprobe {
 namespace {
@@ -32,10 +32,13 @@ TEST(TextTable, PutsOnlyTheHeadingsInBold) {
     EXPECT_EQ(table.text("", true), "\033[1mA\033[0m\nx\n");
 }
 
-TEST(ProgressText, FillsTheBarByThePercentage) {
-    EXPECT_EQ(progressText(0), "[" + std::string(50, ' ') + "]   0 %");
-    EXPECT_EQ(progressText(50), "[" + std::string(25, '=') + std::string(25, ' ') + "]  50 %");
-    EXPECT_EQ(progressText(100), "[" + std::string(50, '=') + "] 100 %");
+TEST(ProgressText, SaysWhatIsDoneWhereAndForHowLong) {
+    EXPECT_EQ(progressText({"opening", 0, 0}, "a.ogm", std::chrono::seconds(1)),
+              "[                    ]   0 %  opening a.ogm: 0 B of 0 B, 1 s");
+    EXPECT_EQ(progressText({"reading", 500, 1000}, "a.ogm", std::chrono::seconds(12)),
+              "[==========          ]  50 %  reading a.ogm: 500 B of 1.0 kB, 12 s");
+    EXPECT_EQ(progressText({"reading", 1004, 1000}, "a.ogm", std::chrono::seconds(61)),
+              "[====================] 100 %  reading a.ogm: 1.0 kB of 1.0 kB, 61 s");
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "text/TextTable.h"
 
-#include <fmt/core.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "console/Console.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -17,14 +16,14 @@ constexpr const char* kGap = "  ";
 
 TextTable::TextTable(std::vector<Column> columns) : mColumns(std::move(columns)) {
     for (const Column& column : mColumns) {
-        mWidths.push_back(column.heading.size());
+        mWidths.push_back(columnsOf(column.heading));
     }
 }
 
 void TextTable::add(std::vector<std::string> row) {
     row.resize(mColumns.size());
     for (size_t i = 0; i < row.size(); ++i) {
-        mWidths[i] = std::max(mWidths[i], row[i].size());
+        mWidths[i] = std::max(mWidths[i], columnsOf(row[i]));
     }
     mRows.push_back(std::move(row));
 }
@@ -42,8 +41,8 @@ std::string TextTable::line(const std::vector<std::string>& cells,
     std::string line = indent;
     for (size_t i = 0; i < cells.size(); ++i) {
         const bool left = mColumns[i].align == Align::kLeft;
-        line += left ? fmt::format("{:<{}}", cells[i], mWidths[i])
-                     : fmt::format("{:>{}}", cells[i], mWidths[i]);
+        const std::string space(mWidths[i] - columnsOf(cells[i]), ' ');
+        line += left ? cells[i] + space : space + cells[i];
         line += kGap;
     }
     line.erase(line.find_last_not_of(' ') + 1);

@@ -6,11 +6,11 @@
 namespace ogmprobe::timeline {
 
 void ReadCost::add(const SourceRead& read) {
-    ++reads;
+    reads += read.count;
     if (read.result > 0) {
         const auto got = static_cast<uint64_t>(read.result);
-        bytes += got;
-        extents.add(static_cast<uint64_t>(read.offset), got);
+        bytes += got * read.count;
+        extents.add(static_cast<uint64_t>(read.offset), got + read.count - 1);
     }
 }
 

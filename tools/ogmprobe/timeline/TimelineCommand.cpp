@@ -14,7 +14,6 @@
 #include "Page.h"
 #include "commands/CommandRecords.h"
 #include "commands/Commands.h"
-#include "console/ProgressBar.h"
 #include "files/NewFile.h"
 #include "text/NumberText.h"
 
@@ -30,7 +29,7 @@ class PlayRecords : public CommandRecords {
     using CommandRecords::operator();
 
     PlayRecords(Session& session, Report& report, Timeline& shown)
-        : CommandRecords(session, report), mShown(shown), mProgress(session.console) {}
+        : CommandRecords(session, report), mShown(shown) {}
 
     void operator()(const FileOpened& file) {
         mShown.file = file;
@@ -54,10 +53,6 @@ class PlayRecords : public CommandRecords {
         const Packet& packet = played.packet;
         lane.packets.push_back({packet.timeUs, packet.bytes.size(), packet.readUpTo, packet.isSync,
                                 timeline::frameTypeOf(lane.track.mime, packet.bytes)});
-        if (mShown.file.sizeBytes > 0) {
-            mProgress.update(static_cast<double>(packet.readUpTo) /
-                             static_cast<double>(mShown.file.sizeBytes));
-        }
     }
     void operator()(const TrackEnded& end) {
         CommandRecords::operator()(end);
@@ -71,7 +66,6 @@ class PlayRecords : public CommandRecords {
 
   private:
     Timeline& mShown;
-    ProgressBar mProgress;
     std::map<uint64_t, size_t> mLaneOf;
     std::set<uint64_t> mFailedTracks;
     bool mIsOpen = false;

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace ogmprobe {
+
+/**
+ * The blocks of a file that were read last, so that a plug-in that searches byte by byte costs no
+ * system call a byte. A mapping would do the same, but ends the process when the file shrinks.
+ */
+class BlockCache {
+  public:
+    static constexpr size_t kBlockSize = size_t{1} << 16;
+
+    /** Of the file's first `size` bytes. The descriptor must outlive this object. */
+    BlockCache(int descriptor, uint64_t size);
+
+    /** What is at hand from the byte on, in its block; maybe nothing. */
+    std::span<const uint8_t> from(uint64_t offset) const {
+        const uint64_t number = offset / kBlockSize;
+        const Block& block = mBlocks[number % kBlocks];
+        const size_t start = offset % kBlockSize;
+        if (block.number != number || start >= block.size) {
+            return {};
+        }
+        return {block.bytes.get() + start, block.size - start};
+    }
+
+    /** Reads the block in which the byte lies. False if it cannot be read as a whole. */
+    bool load(uint64_t offset);
+
+  private:
+    static constexpr size_t kBlocks = 16;
+    static constexpr uint64_t kNoBlock = ~uint64_t{0};
+
+    struct Block {
+        uint64_t number = kNoBlock;
+        size_t size = 0;
+        std::unique_ptr<uint8_t[]> bytes;
+    };
+
+    const int mDescriptor;
+    const uint64_t mSize;
+    std::array<Block, kBlocks> mBlocks;
+};
+
+}  // namespace ogmprobe

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "plugin/ReadWatch.h"
+
+#include "records/Trace.h"
+
+namespace ogmprobe {
+namespace {
+
+// No search that ends repeats itself so often without a difference.
+constexpr uint64_t kProof = 256;
+
+// FNV-1a on whole numbers: different runs hardly ever look alike.
+uint64_t fingerprint(const SourceRead& run) {
+    constexpr uint64_t kPrime = 0x100000001b3;
+    uint64_t value = 0xcbf29ce484222325;
+    for (const uint64_t part : {static_cast<uint64_t>(run.offset), run.size,
+                                static_cast<uint64_t>(run.result), run.count}) {
+        value = (value ^ part) * kPrime;
+        value ^= value >> 29;
+    }
+    return value;
+}
+
+}  // namespace
+
+void ReadWatch::endRun() {
+    Vitals& vitals = PluginCall::vitals();
+    const SourceRead run = vitals.run();
+    if (run.count != 0) {
+        vitals.runNext.set(Vitals::kNoRun);
+        Trace::add<SourceRead>(run);
+    }
+}
+
+void ReadWatch::beginCall() {
+    sFinder.clear();
+    sCallBegan = std::chrono::steady_clock::now();
+}
+
+void ReadWatch::onCycle(CycleHandler handler, Seconds limit) {
+    sHandler = limit.count() > 0 ? handler : nullptr;
+    sLimit = limit;
+}
+
+void ReadWatch::add(int64_t offset, uint64_t size, int64_t result) noexcept {
+    const Vitals& vitals = PluginCall::vitals();
+    const bool isAlike = size == vitals.runSize.get() && result == vitals.runResult.get();
+    if (isAlike && goesOn(offset) && offset != Vitals::kNoRun) {
+        goOn(offset);
+    } else {
+        beginRun({offset, size, result, 1});
+    }
+}
+
+void ReadWatch::beginRun(const SourceRead& read) noexcept {
+    Vitals& vitals = PluginCall::vitals();
+    const SourceRead before = vitals.run();
+    endRun();
+    vitals.signsOfLife.set(vitals.signsOfLife.get() + 1);
+    vitals.runOffset.set(read.offset);
+    vitals.runSize.set(read.size);
+    vitals.runResult.set(read.result);
+    vitals.runNext.set(static_cast<int64_t>(static_cast<uint64_t>(read.offset) + 1));
+    if (sHandler != nullptr && before.count != 0) {
+        sFinder.add(fingerprint(before));
+        judge();
+    }
+}
+
+void ReadWatch::judge() noexcept {
+    const uint64_t rounds = sFinder.rounds();
+    // The clock is not asked for each read.
+    if (rounds < kProof || rounds % 64 != 0) {
+        return;
+    }
+    if (std::chrono::steady_clock::now() - sCallBegan > sLimit) {
+        sHandler({sFinder.period(), PluginCall::vitals().runOffset.get(), rounds});
+    }
+}
+
+}  // namespace ogmprobe
