@@ -18,7 +18,19 @@ foreach(library IN ITEMS log cutils mediandk mediandk_zor)
 endforeach()
 
 set(papers ${PROJECT_SOURCE_DIR}/tools/ogmprobe/papers)
-install(FILES ${papers}/ogmprobe.1 DESTINATION share/man/man1 COMPONENT ogmprobe)
+
+# As Debian wants them: the same bytes for the same text.
+function(install_compressed file name destination)
+    set(compressed ${PROJECT_BINARY_DIR}/compressed/${name}.gz)
+    file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/compressed)
+    execute_process(COMMAND gzip -9 --no-name --stdout ${file}
+        OUTPUT_FILE ${compressed} COMMAND_ERROR_IS_FATAL ANY)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+    install(FILES ${compressed} DESTINATION ${destination} COMPONENT ogmprobe)
+endfunction()
+
+install_compressed(${papers}/ogmprobe.1 ogmprobe.1 share/man/man1)
+install_compressed(${papers}/debian/changelog changelog share/doc/ogmprobe)
 install(FILES ${papers}/ogmprobe.bash
     DESTINATION share/bash-completion/completions RENAME ogmprobe COMPONENT ogmprobe)
 install(FILES ${papers}/_ogmprobe DESTINATION share/zsh/vendor-completions COMPONENT ogmprobe)
@@ -29,12 +41,11 @@ install(FILES ${PROJECT_SOURCE_DIR}/docs/ogmprobe.md ${PROJECT_SOURCE_DIR}/docs/
     DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/tools/ogmprobe/schema
     DESTINATION share/doc/ogmprobe COMPONENT ogmprobe FILES_MATCHING PATTERN "*.json")
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE
-    DESTINATION share/doc/ogmprobe RENAME copyright COMPONENT ogmprobe)
+install(FILES ${papers}/debian/copyright DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ogmprobe)
-set(CPACK_PACKAGE_CONTACT "The ogmextractor authors <ogmextractor@example.org>")
+set(CPACK_PACKAGE_CONTACT "The OGM extractor's maintainers")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
     "shows what Android's media framework gets from an OGM file")
 set(CPACK_PACKAGE_DESCRIPTION

@@ -63,6 +63,8 @@ ExitCode run(int argc, const char* const* argv) {
         output.write(help.str());
         output.flush();
         return std::get<ExitCode>(parsed);
+    } catch (const OutputClosed&) {
+        return ExitCode::kDone;
     } catch (const ProbeError& error) {
         console.error("", error.what());
         return error.code();

@@ -7,27 +7,46 @@
 
 namespace ogmprobe {
 
-/** Takes bits from bytes, the most significant first. Bits past the end are 0. */
+/** Bits from the most significant one on. Past the end there are zeros, and `isPastEnd` says so. */
 class BitReader {
   public:
     explicit BitReader(std::span<const uint8_t> bytes) : mBytes(bytes) {}
 
-    /** At most 32. */
+    /** Up to 32. */
     uint32_t take(unsigned count) {
         uint32_t value = 0;
-        for (; count > 0; --count, ++mPosition) {
-            const size_t byte = mPosition / 8;
-            const uint32_t bit =
-                    byte < mBytes.size() ? mBytes[byte] >> (7 - mPosition % 8) & 1U : 0U;
-            value = value << 1 | bit;
+        for (; count > 0; --count) {
+            value = value << 1 | bit();
         }
         return value;
     }
+    bool flag() { return take(1) != 0; }
+    void skip(size_t count) { mPosition += count; }
 
-    void skip(unsigned count) { mPosition += count; }
-    bool isPastEnd() const { return mPosition > mBytes.size() * 8; }
+    /** Exp-Golomb codes (ISO/IEC 14496-10, 9.1), the second with a sign. */
+    uint32_t unsignedGolomb() {
+        unsigned zeros = 0;
+        while (zeros < 32 && !isPastEnd() && !flag()) {
+            ++zeros;
+        }
+        return static_cast<uint32_t>((uint64_t{1} << zeros) - 1 + take(zeros));
+    }
+    int32_t signedGolomb() {
+        const uint32_t code = unsignedGolomb();
+        const auto magnitude = static_cast<int32_t>(code / 2 + code % 2);
+        return code % 2 != 0 ? magnitude : -magnitude;
+    }
+
+    bool isPastEnd() const { return mPosition > 8 * mBytes.size(); }
 
   private:
+    uint32_t bit() {
+        const size_t position = mPosition++;
+        return position < 8 * mBytes.size()
+                       ? static_cast<uint32_t>(mBytes[position / 8]) >> (7 - position % 8) & 1U
+                       : 0;
+    }
+
     std::span<const uint8_t> mBytes;
     size_t mPosition = 0;
 };

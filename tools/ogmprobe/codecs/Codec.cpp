@@ -14,23 +14,24 @@ struct Row {
     std::string_view name;
     std::string_view suffix;
     Packaging packaging = Packaging::kRaw;
+    std::string_view fourcc = {};
 };
 
 constexpr std::array kCodecs = {
         Row{"video/mp4v-es", "MPEG-4 Part 2", ".m4v", Packaging::kMpeg4},
         Row{"video/divx4", "DivX 4", ".m4v", Packaging::kMpeg4},
         Row{"video/divx", "DivX", ".m4v", Packaging::kMpeg4},
-        Row{"video/divx3", "DivX 3", ".divx3"},
+        Row{"video/divx3", "DivX 3", ".avi", Packaging::kAvi, "DIV3"},
         Row{"video/mpeg2", "MPEG-1/2 video", ".m2v"},
         Row{"video/avc", "H.264", ".h264"},
         Row{"video/hevc", "H.265", ".h265"},
         Row{"video/x-vnd.on2.vp8", "VP8", ".ivf", Packaging::kIvf},
-        Row{"video/x-ms-wmv", "WMV 9", ".wmv3"},
+        Row{"video/x-ms-wmv", "WMV 9", ".avi", Packaging::kAvi, "WMV3"},
         Row{"video/x-motion-jpeg", "Motion JPEG", ".mjpeg"},
         Row{"audio/raw", "PCM", ".wav", Packaging::kWav},
-        Row{"audio/x-adpcm-ms", "MS ADPCM", ".adpcm"},
-        Row{"audio/mp4a-latm", "AAC", ".aac"},
-        Row{"audio/x-ms-wma", "WMA 1", ".wma1"},
+        Row{"audio/x-adpcm-ms", "MS ADPCM", ".wav", Packaging::kAdpcmWav},
+        Row{"audio/mp4a-latm", "AAC", ".aac", Packaging::kBare},
+        Row{"audio/x-ms-wma", "WMA 1", ".wma1", Packaging::kBare},
         Row{"audio/ac3", "AC-3", ".ac3"},
         Row{"audio/eac3", "E-AC-3", ".eac3"},
         Row{"audio/vnd.dts", "DTS", ".dts"},
@@ -64,9 +65,10 @@ Codec codecOf(std::string_view mime, std::optional<int32_t> mpegAudioLayer) {
     }
     const auto* row = std::find_if(kCodecs.begin(), kCodecs.end(), hasMime);
     if (row != kCodecs.end()) {
-        return {std::string(row->name), std::string(row->suffix), row->packaging};
+        return {std::string(row->name), std::string(row->suffix), row->packaging,
+                std::string(row->fourcc)};
     }
-    return {std::string(mime), ".bin"};
+    return {std::string(mime), ".bin", Packaging::kBare};
 }
 
 }  // namespace ogmprobe

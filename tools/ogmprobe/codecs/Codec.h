@@ -18,6 +18,12 @@ enum class Packaging {
     kWav,
     /** A header before the stream and one before each frame. */
     kIvf,
+    /** Video that is known by its FOURCC alone. */
+    kAvi,
+    /** MS ADPCM behind a RIFF header. */
+    kAdpcmWav,
+    /** One buffer after the other, which no ordinary player opens: there is nothing better. */
+    kBare,
 };
 
 /** What is known about a MIME type. */
@@ -27,6 +33,8 @@ struct Codec {
     /** Of an extracted file, with its dot. */
     std::string suffix;
     Packaging packaging = Packaging::kRaw;
+    /** For `kAvi`. */
+    std::string fourcc = {};
 };
 
 /**

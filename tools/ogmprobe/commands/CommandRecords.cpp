@@ -4,9 +4,11 @@
 #include <android/log.h>
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
+#include "files/InputFiles.h"
 #include "text/VisibleText.h"
 
 namespace ogmprobe {
@@ -38,6 +40,42 @@ void CommandRecords::operator()(const LogLine& line) {
 void CommandRecords::operator()(const Unconfined& unconfined) {
     (*this)(LogLine{ANDROID_LOG_DEBUG, "ogmprobe",
                     fmt::format("system calls are not filtered: {}", unconfined.reason)});
+}
+
+void CommandRecords::requireTracks(const TrackChoice& choice, const FileOpened& file) {
+    for (const size_t track : choice.shown) {
+        if (track >= file.trackCount) {
+            throw ProbeError(ExitCode::kUsage, fmt::format("there is no track {}: the file has {}",
+                                                           track, file.trackCount));
+        }
+    }
+}
+
+void warnOfOnlyTracks(const TrackChoice& choice, Report& report) {
+    if (!choice.played.empty()) {
+        report.warning(
+                "the other tracks are not played: seeks, and packets near the end, can differ from "
+                "those of --track");
+    }
+}
+
+ExitCode forEachFile(const std::vector<std::string>& names, Session& session,
+                     const std::function<ExitCode(const std::string& path, bool several)>& work) {
+    ExitCode worst = ExitCode::kDone;
+    std::vector<std::string> paths;
+    for (const std::string& name : names) {
+        Report report(session.console, name);
+        report.guard([&] {
+            const std::vector<std::string> found = filesOf(name);
+            paths.insert(paths.end(), found.begin(), found.end());
+        });
+        worst = std::max(worst, report.worst());
+    }
+    const bool several = names.size() > 1 || paths.size() > 1;
+    for (const std::string& path : paths) {
+        worst = std::max(worst, work(path, several));
+    }
+    return worst;
 }
 
 void runShown(JobRequest request, const GlobalOptions& options, Console& console,

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <functional>
+#include <string>
 #include <variant>
+#include <vector>
 
 #include "commands/Report.h"
 #include "commands/Session.h"
@@ -30,6 +33,9 @@ class CommandRecords {
     void operator()(const T&) {}
 
   protected:
+    /** Throws `ProbeError` with `kUsage` if a track is chosen that the file does not have. */
+    static void requireTracks(const TrackChoice& choice, const FileOpened& file);
+
     Session& session() const { return mSession; }
     Report& report() const { return mReport; }
 
@@ -43,6 +49,16 @@ template <typename Records>
 RecordSink visitedBy(Records& records) {
     return [&records](const Record& record) { std::visit(records, record); };
 }
+
+/** Says what differs where tracks are played without the others. */
+void warnOfOnlyTracks(const TrackChoice& choice, Report& report);
+
+/**
+ * Calls the function with each file that the names stand for, and whether there are several; the
+ * largest of its codes is the result.
+ */
+ExitCode forEachFile(const std::vector<std::string>& names, Session& session,
+                     const std::function<ExitCode(const std::string& path, bool several)>& work);
 
 /** `runJob`, with progress on the console. */
 void runShown(JobRequest request, const GlobalOptions& options, Console& console,

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "codecs/CommentHeader.h"
@@ -13,17 +14,21 @@
 #include "commands/StreamWriter.h"
 #include "files/InputFiles.h"
 #include "files/NewFile.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
 
 namespace fs = std::filesystem;
 
+/** What names standard output where a folder is asked for. */
+constexpr const char* kStandardOutput = "-";
+
 /** One track on its way into its file. */
 class Extraction {
   public:
-    Extraction(const TrackDescription& track, const fs::path& path, Existing existing)
-        : mTrack(track), mFile(path, existing), mWriter(makeStreamWriter(track, mFile)) {}
+    Extraction(const TrackDescription& track, std::unique_ptr<NewFile> file)
+        : mTrack(track), mFile(std::move(file)), mWriter(makeStreamWriter(track, *mFile)) {}
 
     void write(const Packet& packet) {
         // No part of the coded stream: players would take it for damage.
@@ -43,21 +48,26 @@ class Extraction {
     void finish(Report& report, Output& output) {
         mWriter->finish();
         if (!mWhole) {
-            mFile.keepPart();
+            mFile->keepPart();
             report.warning(fmt::format("what could be read of track {} is in {}", mTrack.index,
-                                       mFile.partPath().string()));
+                                       mFile->partPath().string()));
             return;
         }
-        mFile.commit();
-        output.write(fmt::format("track {}: {}, {} buffers{}, {} bytes: {}\n", mTrack.index,
-                                 mTrack.codec.name, mBuffers,
-                                 mHasComments ? " (comment header left out)" : "", mFile.size(),
-                                 mFile.path().string()));
+        mFile->commit();
+        if (mFile->path().empty()) {
+            return;
+        }
+        const bool isBare = mTrack.codec.packaging == Packaging::kBare;
+        output.write(fmt::format("track {}: {}{}, {} buffers{}, {} bytes: {}\n", mTrack.index,
+                                 mTrack.codec.name,
+                                 isBare ? " (bare packets: no file format for it)" : "", mBuffers,
+                                 mHasComments ? " (comment header left out)" : "", mFile->size(),
+                                 visible(mFile->path().string())));
     }
 
   private:
     const TrackDescription mTrack;
-    NewFile mFile;
+    std::unique_ptr<NewFile> mFile;
     std::unique_ptr<StreamWriter> mWriter;
     uint64_t mBuffers = 0;
     bool mHasComments = false;
@@ -73,6 +83,11 @@ fs::path outputPath(const ExtractOptions& options, const TrackDescription& track
 
 void makeFolder(const fs::path& folder) {
     std::error_code error;
+    if (fs::exists(folder, error) && !fs::is_directory(folder, error)) {
+        throw ProbeError(ExitCode::kFile, fmt::format("cannot make the folder {}: a file has that "
+                                                      "name",
+                                                      folder.string()));
+    }
     fs::create_directories(folder, error);
     if (error) {
         throw ProbeError(ExitCode::kFile, fmt::format("cannot make the folder {}: {}",
@@ -88,7 +103,12 @@ class ExtractRecords : public CommandRecords {
     ExtractRecords(const ExtractOptions& options, Session& session, Report& report)
         : CommandRecords(session, report), mOptions(options) {}
 
-    void operator()(const TrackStarted& started) { mTracks.push_back(started.track); }
+    void operator()(const FileOpened& file) { requireTracks(mOptions.tracks, file); }
+    void operator()(const TrackStarted& started) {
+        if (mOptions.tracks.shows(started.track.index)) {
+            mTracks.push_back(started.track);
+        }
+    }
     void operator()(const PlaybackReady&) { createFiles(); }
 
     void operator()(const PacketPlayed& packet) {
@@ -118,13 +138,28 @@ class ExtractRecords : public CommandRecords {
             report().warning(kNoTracks);
             return;
         }
+        if (mOptions.folder == kStandardOutput) {
+            writeToStandardOutput();
+            return;
+        }
         makeFolder(mOptions.folder);
         const Existing existing = mOptions.force ? Existing::kOverwrite : Existing::kRefuse;
         // Before anything is read: nobody wants to hear of a name that is taken after an hour.
         for (const TrackDescription& track : mTracks) {
-            mExtractions[track.index] =
-                    std::make_unique<Extraction>(track, outputPath(mOptions, track), existing);
+            mExtractions[track.index] = std::make_unique<Extraction>(
+                    track, std::make_unique<NewFile>(outputPath(mOptions, track), existing));
         }
+    }
+
+    void writeToStandardOutput() {
+        if (mTracks.size() != 1) {
+            throw ProbeError(ExitCode::kUsage,
+                             fmt::format("standard output takes one track, and there are {}: "
+                                         "choose one with --track",
+                                         mTracks.size()));
+        }
+        mExtractions[mTracks.front().index] =
+                std::make_unique<Extraction>(mTracks.front(), NewFile::onStandardOutput());
     }
 
     const ExtractOptions& mOptions;
@@ -138,8 +173,11 @@ ExitCode runExtract(const ExtractOptions& options, Session& session) {
     Report report(session.console, options.file);
     ExtractRecords records(options, session, report);
     report.guard([&] {
-        runShown({options.file, playJob({options.tracks, {}, {}})}, session.options,
-                 session.console, visitedBy(records));
+        warnOfOnlyTracks(options.tracks, report);
+        PlayRequest request;
+        request.tracks = options.tracks.played;
+        runShown({options.file, playJob(std::move(request))}, session.options, session.console,
+                 visitedBy(records));
         records.finish();
     });
     return report.worst();

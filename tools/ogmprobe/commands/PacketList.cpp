@@ -3,11 +3,14 @@
 
 #include <fmt/core.h>
 
+#include <optional>
 #include <string>
 
 #include "records/Digest.h"
+#include "text/Csv.h"
 #include "text/Json.h"
 #include "text/TimeText.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -16,9 +19,17 @@ std::string digestText(const Packet& packet) {
     return fmt::format("{:016x}", fnv1a64(packet.bytes));
 }
 
+std::string timeText(const std::optional<int64_t>& timeUs, bool clock) {
+    return timeUs && clock ? clockText(*timeUs) : secondsText(timeUs);
+}
+
 class PacketTable : public PacketList {
   public:
-    explicit PacketTable(Output& output) : mOutput(output) {}
+    PacketTable(Output& output, bool clock) : mOutput(output), mClock(clock) {}
+
+    void file(const std::string& path) override {
+        mOutput.write(fmt::format("# {}\n", visible(path)));
+    }
 
     void begin() override { line("track", "time", "until next", "size", "sync", "digest"); }
 
@@ -27,7 +38,7 @@ class PacketTable : public PacketList {
     }
 
     void packet(const PacketPlayed& packet) override {
-        line(packet.track, secondsText(packet.packet.timeUs), secondsText(packet.untilNextUs),
+        line(packet.track, timeText(packet.packet.timeUs, mClock), secondsText(packet.untilNextUs),
              packet.packet.bytes.size(), packet.packet.isSync ? "K" : "-",
              digestText(packet.packet));
     }
@@ -43,6 +54,33 @@ class PacketTable : public PacketList {
     }
 
     Output& mOutput;
+    const bool mClock;
+};
+
+class PacketCsv : public PacketList {
+  public:
+    PacketCsv(Output& output, bool clock) : mOutput(output), mClock(clock) {}
+
+    void begin() override { mOutput.write("file,seek,track,time,until_next,size,sync,digest\n"); }
+    void file(const std::string& path) override {
+        mFile = csvText(path);
+        mSeek.clear();
+    }
+    void seek(int64_t targetUs) override { mSeek = timeText(targetUs, mClock); }
+    void packet(const PacketPlayed& packet) override {
+        mOutput.write(fmt::format("{},{},{},{},{},{},{},{}\n", mFile, mSeek, packet.track,
+                                  timeText(packet.packet.timeUs, mClock),
+                                  packet.untilNextUs ? secondsText(*packet.untilNextUs) : "",
+                                  packet.packet.bytes.size(), packet.packet.isSync ? 1 : 0,
+                                  digestText(packet.packet)));
+    }
+    void end(const Report&) override {}
+
+  private:
+    Output& mOutput;
+    const bool mClock;
+    std::string mFile;
+    std::string mSeek;
 };
 
 class PacketJsonLines : public PacketList {
@@ -52,6 +90,10 @@ class PacketJsonLines : public PacketList {
     void begin() override {
         mOutput.write(toLine(
                 {{"type", "header"}, {"schema_version", kSchemaVersion}, {"digest", "fnv1a64"}}));
+    }
+
+    void file(const std::string& path) override {
+        mOutput.write(toLine({{"type", "file"}, {"path", path}}));
     }
 
     void seek(int64_t targetUs) override {
@@ -81,8 +123,12 @@ class PacketJsonLines : public PacketList {
 
 }  // namespace
 
-std::unique_ptr<PacketList> makePacketTable(Output& output) {
-    return std::make_unique<PacketTable>(output);
+std::unique_ptr<PacketList> makePacketTable(Output& output, bool clock) {
+    return std::make_unique<PacketTable>(output, clock);
+}
+
+std::unique_ptr<PacketList> makePacketCsv(Output& output, bool clock) {
+    return std::make_unique<PacketCsv>(output, clock);
 }
 
 std::unique_ptr<PacketList> makePacketJsonLines(Output& output) {

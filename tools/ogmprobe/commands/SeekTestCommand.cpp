@@ -8,10 +8,13 @@
 
 #include "commands/CommandRecords.h"
 #include "commands/Commands.h"
+#include "text/Csv.h"
 #include "text/Json.h"
+#include "text/NumberText.h"
 #include "text/TextTable.h"
 #include "text/TimeArithmetic.h"
 #include "text/TimeText.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -66,14 +69,14 @@ ordered_json toJson(const SeekLanded& result) {
             {"tracks", std::move(tracks)}};
 }
 
-std::string seekTestDocument(const SeekTestOptions& options, const SeekTestRecords& test,
+std::string seekTestDocument(const std::string& path, const SeekTestRecords& test,
                              const Report& report) {
     auto seeks = ordered_json::array();
     for (const SeekLanded& result : test.seeks()) {
         seeks.push_back(toJson(result));
     }
     return toDocument({{"schema_version", kSchemaVersion},
-                       {"path", options.file},
+                       {"path", path},
                        {"exit_code", static_cast<int>(report.worst())},
                        {"duration_known", test.range().durationKnown},
                        {"last_target_us", test.range().lastTargetUs},
@@ -99,18 +102,63 @@ std::string toText(const SeekTestRecords& test, bool color) {
     return table.text("", color);
 }
 
-}  // namespace
+/** One line: where the worst seek landed, and what the dearest cost. */
+std::string summary(const std::string& path, const SeekTestRecords& test) {
+    int64_t worstUs = 0;
+    uint64_t reads = 0;
+    uint64_t nowhere = 0;
+    for (const SeekLanded& result : test.seeks()) {
+        const auto offUs = offTargetUs(result);
+        nowhere += offUs ? 0 : 1;
+        if (std::abs(offUs.value_or(0)) > std::abs(worstUs)) {
+            worstUs = *offUs;
+        }
+        reads = std::max(reads, result.reads);
+    }
+    return fmt::format("{}: {}, {} at the end, at worst {} s off target, at most {}\n",
+                       visible(path), counted(test.seeks().size(), "seek"), nowhere,
+                       secondsText(worstUs), counted(reads, "read"));
+}
 
-ExitCode runSeekTest(const SeekTestOptions& options, Session& session) {
-    Report report(session.console, options.file);
+std::string csvLines(const std::string& path, const SeekTestRecords& test) {
+    std::string text;
+    for (const SeekLanded& result : test.seeks()) {
+        const Landing& lead = result.landings.front();
+        const auto offUs = offTargetUs(result);
+        text += csvLine({path, secondsText(result.targetUs),
+                         lead.timeUs ? secondsText(*lead.timeUs) : "",
+                         offUs ? secondsText(*offUs) : "", lead.isSync ? "1" : "0",
+                         fmt::format("{}", result.reads), fmt::format("{}", result.bytes)});
+    }
+    return text;
+}
+
+ExitCode testFile(const std::string& path, bool isOneOfMany, const SeekTestOptions& options,
+                  Session& session) {
+    Report report(session.console, path);
     SeekTestRecords records(session, report);
-    runReported({options.file, seekTestJob(options.steps)}, session, report, records);
+    runReported({path, seekTestJob(options.steps)}, session, report, records);
     if (options.json) {
-        session.output.write(seekTestDocument(options, records, report));
+        session.output.write(seekTestDocument(path, records, report));
+    } else if (options.csv) {
+        session.output.write(csvLines(path, records));
+    } else if (isOneOfMany && !records.seeks().empty()) {
+        session.output.write(summary(path, records));
     } else if (!records.seeks().empty()) {
         session.output.write(toText(records, wantsColor(session.options.color, STDOUT_FILENO)));
     }
     return report.worst();
+}
+
+}  // namespace
+
+ExitCode runSeekTest(const SeekTestOptions& options, Session& session) {
+    if (options.csv) {
+        session.output.write("file,target,landed,off_target,sync,reads,bytes\n");
+    }
+    return forEachFile(options.files, session, [&](const std::string& path, bool isOneOfMany) {
+        return testFile(path, isOneOfMany, options, session);
+    });
 }
 
 }  // namespace ogmprobe

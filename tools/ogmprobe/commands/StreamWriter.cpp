@@ -2,11 +2,13 @@
 #include "commands/StreamWriter.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "codecs/Esds.h"
 #include "codecs/LittleEndian.h"
 #include "codecs/Mpeg4Video.h"
+#include "commands/AviWriter.h"
 #include "text/TimeUnits.h"
 
 namespace ogmprobe {
@@ -69,7 +71,9 @@ class WavWriter : public StreamWriter {
         : StreamWriter(file),
           mSampleRate(static_cast<uint32_t>(track.sampleRate.value_or(0))),
           mChannels(static_cast<uint16_t>(track.channelCount.value_or(0))) {
-        file.append(wavHeader(mSampleRate, mChannels, 0));
+        // Players take the largest size as "to the end".
+        file.append(wavHeader(mSampleRate, mChannels,
+                              file.canOverwriteStart() ? 0 : std::numeric_limits<uint32_t>::max()));
     }
 
     void write(const Packet& packet) override {
@@ -94,6 +98,46 @@ class WavWriter : public StreamWriter {
   private:
     const uint32_t mSampleRate;
     const uint16_t mChannels;
+};
+
+/** The header is known once the first packet, which is of whole blocks, tells their size. */
+class AdpcmWriter : public StreamWriter {
+  public:
+    AdpcmWriter(NewFile& file, const TrackDescription& track)
+        : StreamWriter(file),
+          mSampleRate(static_cast<uint32_t>(track.sampleRate.value_or(0))),
+          mChannels(static_cast<uint16_t>(track.channelCount.value_or(0))) {}
+
+    void write(const Packet& packet) override {
+        if (mBlock == 0 && !packet.bytes.empty()) {
+            mBlock = adpcmBlock(mSampleRate, mChannels, packet.bytes.size());
+            const uint64_t unknown = std::numeric_limits<uint32_t>::max();
+            file().append(header(file().canOverwriteStart() ? 0 : unknown));
+            mHeaderSize = file().size();
+        }
+        file().append(packet.bytes);
+    }
+
+    void finish() override {
+        if (mBlock == 0) {
+            return;
+        }
+        const uint64_t dataBytes = file().size() - mHeaderSize;
+        if (dataBytes % 2 != 0) {
+            file().append(std::vector<uint8_t>{0});
+        }
+        file().overwriteStart(header(dataBytes));
+    }
+
+  private:
+    std::vector<uint8_t> header(uint64_t dataBytes) const {
+        return adpcmWavHeader(mSampleRate, mChannels, mBlock, dataBytes);
+    }
+
+    const uint32_t mSampleRate;
+    const uint16_t mChannels;
+    uint64_t mBlock = 0;
+    uint64_t mHeaderSize = 0;
 };
 
 /** IVF keeps the frame boundaries, which the VP8 bit stream itself does not tell. */
@@ -132,7 +176,12 @@ class IvfWriter : public StreamWriter {
 std::unique_ptr<StreamWriter> makeStreamWriter(const TrackDescription& track, NewFile& file) {
     switch (track.codec.packaging) {
         case Packaging::kRaw:
+        case Packaging::kBare:
             break;
+        case Packaging::kAvi:
+            return std::make_unique<AviWriter>(file, track, track.codec.fourcc);
+        case Packaging::kAdpcmWav:
+            return std::make_unique<AdpcmWriter>(file, track);
         case Packaging::kMpeg4:
             return std::make_unique<Mpeg4Writer>(file, track);
         case Packaging::kWav:
@@ -141,6 +190,42 @@ std::unique_ptr<StreamWriter> makeStreamWriter(const TrackDescription& track, Ne
             return std::make_unique<IvfWriter>(file, track);
     }
     return std::make_unique<RawWriter>(file);
+}
+
+uint64_t adpcmBlock(uint32_t sampleRate, uint16_t channels, uint64_t packetSize) {
+    constexpr uint64_t kSmallest = 256;
+    constexpr uint32_t kLowRate = 11025;
+    uint64_t block = kSmallest * channels;
+    for (uint32_t rate = sampleRate; rate >= 2 * kLowRate; rate /= 2) {
+        block *= 2;
+    }
+    return block != 0 && packetSize % block == 0 ? block : packetSize;
+}
+
+std::vector<uint8_t> adpcmWavHeader(uint32_t sampleRate, uint16_t channels, uint64_t block,
+                                    uint64_t dataBytes) {
+    constexpr uint16_t kAdpcmFormat = 2;
+    constexpr uint64_t kSampleBits = 4;
+    constexpr uint64_t kBlockHead = 7;
+    // As fixed by the format, in pairs.
+    constexpr std::array<int16_t, 14> kCoefficients = {256, 0,   512, -256, 0,    0,   192,
+                                                       64,  240, 0,   460,  -208, 392, -232};
+    constexpr uint64_t kExtra = 4 + 2 * kCoefficients.size();
+    constexpr uint64_t kFormatSize = 18 + kExtra;
+    const uint64_t heads = kBlockHead * channels;
+    const uint64_t samples =
+            channels == 0 || block < heads ? 0 : (block - heads) * 2 / channels + 2;
+    const uint64_t padded = dataBytes + dataBytes % 2;
+    LittleEndian header;
+    header.text("RIFF").u32(fitting32(4 + 8 + kFormatSize + 8 + padded)).text("WAVE");
+    header.text("fmt ").u32(kFormatSize).u16(kAdpcmFormat).u16(channels).u32(sampleRate);
+    header.u32(samples == 0 ? 0 : fitting32(sampleRate * block / samples));
+    header.u16(block).u16(kSampleBits).u16(kExtra).u16(samples).u16(kCoefficients.size() / 2);
+    for (const int16_t coefficient : kCoefficients) {
+        header.u16(static_cast<uint16_t>(coefficient));
+    }
+    header.text("data").u32(fitting32(dataBytes));
+    return header.bytes();
 }
 
 std::vector<uint8_t> wavHeader(uint32_t sampleRate, uint16_t channels, uint64_t dataBytes) {

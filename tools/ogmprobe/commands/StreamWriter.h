@@ -39,4 +39,10 @@ std::unique_ptr<StreamWriter> makeStreamWriter(const TrackDescription& track, Ne
  */
 std::vector<uint8_t> wavHeader(uint32_t sampleRate, uint16_t channels, uint64_t dataBytes);
 
+/** The size of a block, by which packets come: the usual one of the rate if it fits. */
+uint64_t adpcmBlock(uint32_t sampleRate, uint16_t channels, uint64_t packetSize);
+/** What begins a WAV file of MS ADPCM. */
+std::vector<uint8_t> adpcmWavHeader(uint32_t sampleRate, uint16_t channels, uint64_t block,
+                                    uint64_t dataBytes);
+
 }  // namespace ogmprobe

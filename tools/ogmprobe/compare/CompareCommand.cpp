@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "text/LogText.h"
 #include "text/NumberText.h"
 #include "text/TextTable.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -67,14 +69,29 @@ class Comparison {
         PlayedFileRecords records(mSession, side.report);
         try {
             side.report.guard([&] {
-                runShown({side.path, playJob({})}, side.options, mSession.console,
-                         visitedBy(records));
+                PlayRequest request;
+                request.keepEntries = true;
+                runShown({side.path, playJob(request), mOptions.reads}, side.options,
+                         mSession.console, visitedBy(records));
             });
         } catch (const GoesInCircles& circles) {
             records(Failure{ExitCode::kDied,
                             fmt::format("the extractor never ends: {}", circles.what())});
         }
         side.played = std::move(records.file());
+        if (mOptions.seeks > 0 && side.played.opened) {
+            seek(side);
+        }
+    }
+
+    /** In a run of its own, of which only the seeks count. */
+    void seek(Side& side) {
+        PlayedFileRecords records(mSession, side.report);
+        side.report.guard([&] {
+            runShown({side.path, seekTestJob(mOptions.seeks)}, side.options, mSession.console,
+                     visitedBy(records));
+        });
+        side.played.seeks = std::move(records.file().seeks);
     }
 
     bool wasCompared() const { return mA.played.wasTried() && mB.played.wasTried(); }
@@ -82,6 +99,13 @@ class Comparison {
     void compare() {
         mDifferences = differencesBetween(mA.played, mB.played);
         mTracks = compareTracks(mA.played, mB.played);
+        for (auto first : {mOptions.reads ? firstReadDifference(mA.played, mB.played)
+                                          : std::optional<Difference>(),
+                           firstSeekDifference(mA.played, mB.played)}) {
+            if (first) {
+                mDifferences.push_back(*std::move(first));
+            }
+        }
         const auto line = firstLogDifference(mA.played, mB.played);
         if (mWithLog && line) {
             mDifferences.push_back(logDifference(*line));
@@ -126,8 +150,8 @@ class Comparison {
 
     static std::string sideText(const char* name, const Side& side) {
         const std::string& plugin = side.options.pluginPath;
-        return fmt::format("{}: {}{}\n", name, side.path,
-                           plugin.empty() ? "" : fmt::format(" with {}", plugin));
+        return fmt::format("{}: {}{}\n", name, visible(side.path),
+                           plugin.empty() ? "" : " with " + visible(plugin));
     }
 
     /** What was found to be the same. */
@@ -139,8 +163,19 @@ class Comparison {
         for (const TrackComparison& track : mTracks) {
             packets += track.packetsA;
         }
-        return fmt::format("{}, {}, {}", counted(mTracks.size(), "track"),
-                           counted(packets, "packet"),
+        std::string more;
+        if (mOptions.reads) {
+            uint64_t reads = 0;
+            for (const SourceRead& read : mA.played.reads) {
+                reads += read.count;
+            }
+            more += counted(reads, "read") + ", ";
+        }
+        if (mOptions.seeks > 0) {
+            more += counted(mA.played.seeks.size(), "seek") + ", ";
+        }
+        return fmt::format("{}, {}, {}{}", counted(mTracks.size(), "track"),
+                           counted(packets, "packet"), more,
                            mWithLog ? counted(mA.played.logDigests.size(), "log line")
                                     : "log not compared (--logs)");
     }

@@ -2,12 +2,19 @@
 #include "compare/Difference.h"
 
 #include <fmt/core.h>
+#include <media/NdkMediaFormat.h>
+#include <media/NdkMediaFormatZor.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
+#include <map>
+#include <tuple>
+#include <utility>
 
 #include "text/Hex.h"
 #include "text/Json.h"
+#include "text/TimeArithmetic.h"
 
 namespace ogmprobe {
 namespace {
@@ -28,6 +35,51 @@ void addMembers(const Difference& like, const ordered_json& a, const ordered_jso
     }
 }
 
+/** Entries of these names are compared by their meaning. */
+bool isCompared(const std::string& name) {
+    const std::array<const char*, 9> known = {
+            AMEDIAFORMAT_KEY_MIME,          AMEDIAFORMAT_KEY_DURATION,
+            AMEDIAFORMAT_KEY_WIDTH,         AMEDIAFORMAT_KEY_HEIGHT,
+            AMEDIAFORMAT_KEY_FRAME_RATE,    AMEDIAFORMAT_KEY_SAMPLE_RATE,
+            AMEDIAFORMAT_KEY_CHANNEL_COUNT, AMEDIAFORMAT_KEY_MPEG_AUD_LAYER,
+            AMEDIAFORMAT_KEY_ESDS};
+    return std::any_of(known.begin(), known.end(),
+                       [&name](const char* key) { return name == key; });
+}
+
+std::map<std::string, std::string> otherEntries(const std::vector<FormatEntry>& entries) {
+    std::map<std::string, std::string> others;
+    for (const FormatEntry& entry : entries) {
+        if (!isCompared(entry.name)) {
+            others[entry.name] = entry.value;
+        }
+    }
+    return others;
+}
+
+/** The same for all other entries of formats, whatever they are called. */
+void addEntries(const Difference& like, const std::vector<FormatEntry>& entriesOfA,
+                const std::vector<FormatEntry>& entriesOfB, std::vector<Difference>& differences) {
+    const auto a = otherEntries(entriesOfA);
+    const auto b = otherEntries(entriesOfB);
+    auto names = a;
+    names.insert(b.begin(), b.end());
+    const auto valueIn = [](const std::map<std::string, std::string>& entries,
+                            const std::string& name) {
+        const auto found = entries.find(name);
+        return found == entries.end() ? ordered_json(nullptr) : ordered_json(found->second);
+    };
+    for (const auto& [name, value] : names) {
+        Difference difference = like;
+        difference.field = std::string(kFormatField) + name;
+        difference.a = valueIn(a, name);
+        difference.b = valueIn(b, name);
+        if (difference.a != difference.b) {
+            differences.push_back(std::move(difference));
+        }
+    }
+}
+
 ordered_json containerOf(const FileOpened& opened) {
     return {{"extractor", opened.extractor},
             {"mime", opened.mime},
@@ -38,7 +90,7 @@ ordered_json containerOf(const FileOpened& opened) {
 /** The members that do not follow from others. */
 ordered_json formatOf(const TrackDescription& track) {
     ordered_json format = toJson(track);
-    for (const char* derived : {"index", "kind", "codec"}) {
+    for (const char* derived : {"index", "kind", "codec", "format"}) {
         format.erase(derived);
     }
     format["esds"] = track.esds ? ordered_json(hexText(*track.esds)) : ordered_json(nullptr);
@@ -49,7 +101,8 @@ ordered_json toJson(const ComparedPacket& packet) {
     return {{"time_us", packet.timeUs},
             {"sync", packet.isSync},
             {"size", packet.size},
-            {"digest", fmt::format("{:016x}", packet.digest)}};
+            {"digest", fmt::format("{:016x}", packet.digest)},
+            {"entries", packet.entriesText()}};
 }
 
 ordered_json messageOf(const PlayedFile& file) {
@@ -89,6 +142,18 @@ std::optional<uint64_t> firstDifference(const std::vector<T>& a, const std::vect
     return inA - a.begin();
 }
 
+/** The difference of times, if it is the same for all packets and there is no other. */
+std::optional<int64_t> shiftFrom(uint64_t first, const std::vector<ComparedPacket>& a,
+                                 const std::vector<ComparedPacket>& b) {
+    const int64_t shiftUs = timeDifferenceUs(b[first].timeUs, a[first].timeUs);
+    bool isShift = shiftUs != 0 && a.size() == b.size() && first + 1 < a.size();
+    for (size_t i = first; isShift && i < a.size(); ++i) {
+        isShift =
+                timeDifferenceUs(b[i].timeUs, a[i].timeUs) == shiftUs && a[i].hasSameContent(b[i]);
+    }
+    return isShift ? std::optional(shiftUs) : std::nullopt;
+}
+
 /** Compares the tracks of an index, each of which may be missing. */
 class TrackPair {
   public:
@@ -100,6 +165,7 @@ class TrackPair {
         if (mA != nullptr && mB != nullptr) {
             addMembers(difference, formatOf(mA->description), formatOf(mB->description),
                        differences);
+            addEntries(difference, mA->description.entries, mB->description.entries, differences);
             return;
         }
         const auto mimeOf = [](const ComparedTrack* track) {
@@ -121,6 +187,7 @@ class TrackPair {
         difference.number = number;
         if (*number < a.size() && *number < b.size()) {
             difference.timeUs = std::min(a[*number].timeUs, b[*number].timeUs);
+            difference.shiftUs = shiftFrom(*number, a, b);
             std::vector<Difference> members;
             addMembers(difference, toJson(a[*number]), toJson(b[*number]), members);
             differences.push_back(std::move(members.front()));
@@ -177,6 +244,7 @@ void addOpening(const PlayedFile& a, const PlayedFile& b, std::vector<Difference
     if (a.opened && b.opened) {
         difference.kind = DifferenceKind::kContainer;
         addMembers(difference, containerOf(*a.opened), containerOf(*b.opened), differences);
+        addEntries(difference, a.opened->entries, b.opened->entries, differences);
         return;
     }
     difference.a = a.opened ? ordered_json(nullptr) : messageOf(a);
@@ -194,6 +262,34 @@ void addEnd(const PlayedFile& a, const PlayedFile& b, std::vector<Difference>& d
     if (a.opened && b.opened && difference.a != difference.b) {
         differences.push_back(std::move(difference));
     }
+}
+
+using ReadPlace = std::vector<SourceRead>::const_iterator;
+
+/** The read that stands so many behind the first of its run, or that of the next run. */
+ordered_json readText(ReadPlace place, ReadPlace end, uint64_t behind) {
+    if (place != end && behind >= place->count) {
+        ++place;
+        behind = 0;
+    }
+    if (place == end) {
+        return nullptr;
+    }
+    const auto offset = static_cast<int64_t>(static_cast<uint64_t>(place->offset) + behind);
+    return fmt::format("{} bytes at {}, which gave {}", place->size, offset, place->result);
+}
+
+ordered_json seekJson(const SeekLanded& seek) {
+    auto landings = ordered_json::array();
+    for (const Landing& landing : seek.landings) {
+        landings.push_back({{"track", landing.track},
+                            {"time_us", orNull(landing.timeUs)},
+                            {"sync", landing.isSync}});
+    }
+    return {{"target_us", seek.targetUs},
+            {"reads", seek.reads},
+            {"bytes", seek.bytes},
+            {"landings", std::move(landings)}};
 }
 
 }  // namespace
@@ -219,6 +315,51 @@ std::vector<Difference> differencesBetween(const PlayedFile& a, const PlayedFile
         std::move(more->begin(), more->end(), std::back_inserter(differences));
     }
     return differences;
+}
+
+std::optional<Difference> firstReadDifference(const PlayedFile& a, const PlayedFile& b) {
+    const auto isSame = [](const SourceRead& x, const SourceRead& y) {
+        return std::tie(x.offset, x.size, x.result, x.count) ==
+               std::tie(y.offset, y.size, y.result, y.count);
+    };
+    const auto [inA, inB] =
+            std::mismatch(a.reads.begin(), a.reads.end(), b.reads.begin(), b.reads.end(), isSame);
+    if (inA == a.reads.end() && inB == b.reads.end()) {
+        return std::nullopt;
+    }
+    Difference difference;
+    difference.kind = DifferenceKind::kRead;
+    // Searches that begin alike part where the shorter one ends.
+    uint64_t alike = 0;
+    if (inA != a.reads.end() && inB != b.reads.end() && inA->offset == inB->offset &&
+        inA->size == inB->size && inA->result == inB->result) {
+        alike = std::min(inA->count, inB->count);
+    }
+    difference.number = alike;
+    for (auto read = a.reads.begin(); read != inA; ++read) {
+        *difference.number += read->count;
+    }
+    difference.a = readText(inA, a.reads.end(), alike);
+    difference.b = readText(inB, b.reads.end(), alike);
+    return difference;
+}
+
+std::optional<Difference> firstSeekDifference(const PlayedFile& a, const PlayedFile& b) {
+    const size_t most = std::max(a.seeks.size(), b.seeks.size());
+    for (size_t i = 0; i < most; ++i) {
+        const ordered_json seekOfA = i < a.seeks.size() ? seekJson(a.seeks[i]) : ordered_json();
+        const ordered_json seekOfB = i < b.seeks.size() ? seekJson(b.seeks[i]) : ordered_json();
+        if (seekOfA != seekOfB) {
+            Difference difference;
+            difference.kind = DifferenceKind::kSeek;
+            difference.number = i;
+            difference.timeUs = (i < a.seeks.size() ? a : b).seeks[i].targetUs;
+            difference.a = seekOfA;
+            difference.b = seekOfB;
+            return difference;
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<uint64_t> firstLogDifference(const PlayedFile& a, const PlayedFile& b) {

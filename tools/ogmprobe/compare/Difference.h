@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "compare/PlayedFile.h"
@@ -22,9 +23,16 @@ enum class DifferenceKind {
     kTrackEnd,
     /** Whether playing comes to an end. */
     kEnd,
+    /** The first of the reads of the file. */
+    kRead,
+    /** The first of the seeks. */
+    kSeek,
     /** The first of the log. */
     kLog,
 };
+
+/** In front of the names of formats' entries that this program does not know by themselves. */
+inline constexpr std::string_view kFormatField = "format ";
 
 /** For programs. */
 std::string kindName(DifferenceKind kind);
@@ -41,6 +49,8 @@ struct Difference {  // NOLINT(bugprone-exception-escape): JSON values do not th
     /** The values; null for what is not there. */
     nlohmann::ordered_json a;
     nlohmann::ordered_json b;
+    /** So much later all of B's packets from this one on are, and nothing else is. */
+    std::optional<int64_t> shiftUs;
     /** In which call the plug-in logged a line. */
     std::string call;
 };
@@ -50,6 +60,10 @@ struct Difference {  // NOLINT(bugprone-exception-escape): JSON values do not th
  * then how tracks and playing end.
  */
 std::vector<Difference> differencesBetween(const PlayedFile& a, const PlayedFile& b);
+
+/** The first read, and the first seek, that differs. */
+std::optional<Difference> firstReadDifference(const PlayedFile& a, const PlayedFile& b);
+std::optional<Difference> firstSeekDifference(const PlayedFile& a, const PlayedFile& b);
 
 /** The number of the first log line that differs. */
 std::optional<uint64_t> firstLogDifference(const PlayedFile& a, const PlayedFile& b);

@@ -6,7 +6,9 @@
 
 #include "compare/Difference.h"
 #include "text/Json.h"
+#include "text/TimeArithmetic.h"
 #include "text/TimeText.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -19,6 +21,9 @@ std::string fieldText(const std::string& field) {
     const auto name = kNames.find(field);
     if (name != kNames.end()) {
         return name->second;
+    }
+    if (field.starts_with(kFormatField)) {
+        return visible(field.substr(kFormatField.size()));
     }
     std::string text = field;
     std::replace(text.begin(), text.end(), '_', ' ');
@@ -40,6 +45,10 @@ std::string nothingText(DifferenceKind kind) {
             return "comes to its end";
         case DifferenceKind::kLog:
             return "no further line";
+        case DifferenceKind::kRead:
+            return "no further read";
+        case DifferenceKind::kSeek:
+            return "no further seek";
         case DifferenceKind::kContainer:
         case DifferenceKind::kTrack:
         case DifferenceKind::kPacket:
@@ -60,7 +69,7 @@ std::string valueText(const Difference& difference, const ordered_json& value) {
     }
     if (value.is_string()) {
         const bool isSentence = difference.field.empty();
-        return fmt::format("{0}{1}{0}", isSentence ? "\"" : "", value.get<std::string>());
+        return fmt::format("{0}{1}{0}", isSentence ? "\"" : "", visible(value.get<std::string>()));
     }
     return value.dump();
 }
@@ -82,6 +91,10 @@ std::string differencePlace(const Difference& difference) {
             return fmt::format("the end of track {}", track);
         case DifferenceKind::kEnd:
             return "the end of playing";
+        case DifferenceKind::kRead:
+            return fmt::format("read {}", number);
+        case DifferenceKind::kSeek:
+            return fmt::format("seek {}, to {} s", number, secondsText(difference.timeUs));
         case DifferenceKind::kLog:
             break;
     }
@@ -110,6 +123,10 @@ std::string kindName(DifferenceKind kind) {
             return "track-end";
         case DifferenceKind::kEnd:
             return "end";
+        case DifferenceKind::kRead:
+            return "read";
+        case DifferenceKind::kSeek:
+            return "seek";
         case DifferenceKind::kLog:
             break;
     }
@@ -120,6 +137,13 @@ std::string toText(const Difference& difference) {
     const std::string place = differencePlace(difference);
     if (isMissingOnOneSide(difference)) {
         return fmt::format("{}: only in {}", place, difference.b.is_null() ? "A" : "B");
+    }
+    if (difference.shiftUs) {
+        const int64_t shiftUs = *difference.shiftUs;
+        return fmt::format("track {}: B is {} s {} than A from packet {} on, and else the same",
+                           difference.track.value_or(0),
+                           secondsText(shiftUs < 0 ? timeDifferenceUs(0, shiftUs) : shiftUs),
+                           shiftUs < 0 ? "earlier" : "later", difference.number.value_or(0));
     }
     const std::string field = difference.field.empty() ? "" : fieldText(difference.field) + " ";
     return fmt::format("{}: {}{} in A, {} in B", place, field, valueText(difference, difference.a),
@@ -135,7 +159,8 @@ ordered_json toJson(const Difference& difference) {
             {"field",
              difference.field.empty() ? ordered_json(nullptr) : ordered_json(difference.field)},
             {"a", difference.a},
-            {"b", difference.b}};
+            {"b", difference.b},
+            {"shift_us", orNull(difference.shiftUs)}};
 }
 
 }  // namespace ogmprobe

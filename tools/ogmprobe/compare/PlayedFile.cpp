@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "compare/PlayedFile.h"
 
+#include <media/NdkMediaFormat.h>
+
 #include "records/Digest.h"
 #include "text/LogText.h"
 
@@ -9,6 +11,18 @@ namespace {
 
 std::span<const uint8_t> bytesOf(const std::string& text) {
     return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
+}
+
+/** Time and sync flag are compared by themselves. */
+std::string otherEntries(const Packet& packet) {
+    std::string text;
+    for (const FormatEntry& entry : packet.entries) {
+        if (entry.name != AMEDIAFORMAT_KEY_TIME_US &&
+            entry.name != AMEDIAFORMAT_KEY_IS_SYNC_FRAME) {
+            text += (text.empty() ? "" : ", ") + entry.name + ": " + entry.value;
+        }
+    }
+    return text;
 }
 
 }  // namespace
@@ -27,8 +41,9 @@ void PlayedFileRecords::operator()(const PacketPlayed& played) {
         mLimit->add(played.packet);
     }
     const Packet& packet = played.packet;
+    const auto entries = mFile.entriesTexts.insert(otherEntries(packet)).first;
     mFile.tracks[played.track].packets.push_back(
-            {packet.timeUs, packet.isSync, packet.bytes.size(), fnv1a64(packet.bytes)});
+            {packet.timeUs, packet.isSync, packet.bytes.size(), fnv1a64(packet.bytes), &*entries});
 }
 
 void PlayedFileRecords::operator()(const TrackEnded& ended) {
@@ -39,6 +54,20 @@ void PlayedFileRecords::operator()(const TrackEnded& ended) {
 void PlayedFileRecords::operator()(const Failure& failure) {
     mFile.failure = failure;
     CommandRecords::operator()(failure);
+}
+
+// How a search is cut into records depends on what is logged in between.
+void PlayedFileRecords::operator()(const SourceRead& read) {
+    if (!mFile.reads.empty()) {
+        SourceRead& last = mFile.reads.back();
+        const auto next = static_cast<uint64_t>(last.offset) + last.count;
+        if (static_cast<uint64_t>(read.offset) == next && read.size == last.size &&
+            read.result == last.result) {
+            last.count += read.count;
+            return;
+        }
+    }
+    mFile.reads.push_back(read);
 }
 
 void PlayedFileRecords::operator()(const LogLine& line) {

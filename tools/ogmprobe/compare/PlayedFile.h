@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -15,17 +16,29 @@
 namespace ogmprobe {
 
 /** What is compared of a packet; equal digests stand for equal bytes. */
-struct ComparedPacket {
+struct ComparedPacket {  // NOLINT(bugprone-exception-escape): comparing texts does not throw.
     int64_t timeUs = 0;
     bool isSync = false;
     uint64_t size = 0;
     uint64_t digest = 0;
+    /** What else the buffer carries: one text for all packets that carry the same. */
+    const std::string* entries = nullptr;
 
-    bool operator==(const ComparedPacket&) const = default;
+    bool operator==(const ComparedPacket& other) const {
+        return timeUs == other.timeUs && hasSameContent(other);
+    }
+    bool hasSameContent(const ComparedPacket& other) const {
+        return isSync == other.isSync && size == other.size && digest == other.digest &&
+               entriesText() == other.entriesText();
+    }
     /** Puts equal packets side by side, nothing more. */
     bool operator<(const ComparedPacket& other) const {
-        return std::tie(timeUs, isSync, size, digest) <
-               std::tie(other.timeUs, other.isSync, other.size, other.digest);
+        return std::tie(timeUs, isSync, size, digest, entriesText()) <
+               std::tie(other.timeUs, other.isSync, other.size, other.digest, other.entriesText());
+    }
+    const std::string& entriesText() const {
+        static const std::string kNone;
+        return entries != nullptr ? *entries : kNone;
     }
 };
 
@@ -44,6 +57,12 @@ struct PlayedFile {
     std::optional<Failure> failure;
     /** Of the log lines, in their order. */
     std::vector<uint64_t> logDigests;
+    /** Reads of the source in their order, where they are wanted; searches in one piece each. */
+    std::vector<SourceRead> reads;
+    /** Where they are wanted. */
+    std::vector<SeekLanded> seeks;
+    /** What buffers carry; packets point into it. */
+    std::set<std::string> entriesTexts;
 
     /** Whether the plug-in came to see the file at all. */
     bool wasTried() const { return opened || (failure && failure->code != ExitCode::kFile); }
@@ -62,6 +81,8 @@ class PlayedFileRecords : public CommandRecords {
     void operator()(const TrackEnded& ended);
     void operator()(const Failure& failure);
     void operator()(const LogLine& line);
+    void operator()(const SourceRead& read);
+    void operator()(const SeekLanded& seek) { mFile.seeks.push_back(seek); }
 
     PlayedFile& file() { return mFile; }
 

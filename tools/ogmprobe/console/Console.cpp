@@ -15,6 +15,7 @@ namespace {
 constexpr const char* kRed = "\033[31m";
 constexpr const char* kYellow = "\033[33m";
 constexpr const char* kBold = "\033[1m";
+constexpr const char* kDim = "\033[2m";
 constexpr const char* kPlain = "\033[0m";
 constexpr std::string_view kWipeLine = "\r\033[K";
 
@@ -30,12 +31,9 @@ void writeToStandardError(std::string_view text) {
 }
 
 std::string fittingTerminal(std::string_view text) {
-    winsize size = {};
-    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
-        return std::string(text);
-    }
+    const size_t columns = terminalColumns(STDERR_FILENO);
     // The last column stays free: some terminals begin a new line there.
-    return shortened(text, size.ws_col - 1U);
+    return columns == 0 ? std::string(text) : shortened(text, columns - 1);
 }
 
 }  // namespace
@@ -49,6 +47,15 @@ bool wantsColor(ColorMode mode, int descriptor) {
         return false;
     }
     return isatty(descriptor) == 1;
+}
+
+size_t terminalColumns(int descriptor) {
+    winsize size = {};
+    return ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
+std::string dimmed(std::string_view text, bool color) {
+    return color ? fmt::format("{}{}{}", kDim, text, kPlain) : std::string(text);
 }
 
 std::string emphasised(std::string_view text, bool color) {

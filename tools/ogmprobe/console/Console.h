@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,12 @@ enum class ColorMode { kAuto, kAlways, kNever };
  * terminal; `NO_COLOR` counts when it is set and not empty.
  */
 bool wantsColor(ColorMode mode, int descriptor);
+
+/** Of the terminal there; 0: it is none, or does not say. */
+size_t terminalColumns(int descriptor);
+
+/** The text in grey, if colour is wanted. */
+std::string dimmed(std::string_view text, bool color);
 
 /** The text in bold, if colour is wanted. */
 std::string emphasised(std::string_view text, bool color);

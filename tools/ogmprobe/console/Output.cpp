@@ -36,6 +36,8 @@ void Output::writeThrough(std::string_view text) const {
         const ssize_t written = ::write(mDescriptor, text.data(), text.size());
         if (written >= 0) {
             text.remove_prefix(static_cast<size_t>(written));
+        } else if (errno == EPIPE) {
+            throw OutputClosed("the reader of the output is gone");
         } else if (errno != EINTR) {
             throw OutputError(fmt::format("cannot write the output: {}", std::strerror(errno)));
         }

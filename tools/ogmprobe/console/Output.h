@@ -17,6 +17,12 @@ class OutputError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/** Nobody reads standard output any more, and nobody needs to be told. */
+class OutputClosed : public OutputError {
+  public:
+    using OutputError::OutputError;
+};
+
 /**
  * Standard output, the only place for data.
  *

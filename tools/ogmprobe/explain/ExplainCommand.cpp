@@ -3,12 +3,19 @@
 #include <fmt/core.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <optional>
+#include <set>
+#include <string>
 
 #include "commands/CommandRecords.h"
 #include "commands/Commands.h"
 #include "explain/ExplainText.h"
+#include "text/Csv.h"
 #include "text/Json.h"
+#include "text/NumberText.h"
+#include "text/TimeText.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -32,13 +39,12 @@ class ExplainRecords : public CommandRecords {
     PluginTrace& mTrace;
 };
 
-void playTraced(const ExplainOptions& options, Session& session, Report& report,
-                PluginTrace& trace) {
+void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace) {
     GlobalOptions withLines = session.options;
     withLines.logPriority = ANDROID_LOG_VERBOSE;
     ExplainRecords records(session, report, trace);
     try {
-        runShown({options.file, playJob({}), true}, withLines, session.console, visitedBy(records));
+        runShown({path, playJob({}), true}, withLines, session.console, visitedBy(records));
     } catch (const GoesInCircles& circles) {
         const Failure failure{ExitCode::kDied,
                               fmt::format("the extractor never ends: {}", circles.what())};
@@ -67,15 +73,15 @@ void explainAll(Explanation& explanation) {
     explainLines(explanation);
 }
 
-ordered_json explainDocument(const ExplainOptions& options, const Explanation& explanation,
-                             const Report& report) {
+ordered_json explainDocument(const std::string& path, const ExplainOptions& options,
+                             const Explanation& explanation, const Report& report) {
     auto findings = ordered_json::array();
     for (const Finding& finding : explanation.findings()) {
         findings.push_back(toJson(finding));
     }
     const auto& opened = explanation.trace().opened();
     return {{"schema_version", kSchemaVersion},
-            {"path", options.file},
+            {"path", path},
             {"exit_code", static_cast<int>(report.worst())},
             {"size", explanation.file().size()},
             {"duration_us", opened ? orNull(opened->durationUs) : ordered_json(nullptr)},
@@ -96,10 +102,17 @@ void show(const ExplainOptions& options, const Explanation& explanation, Session
     session.output.write(ledgersText(explanation));
 }
 
+ExitCode strictCode(const Explanation& explanation) {
+    const auto& findings = explanation.findings();
+    const bool isUsual = std::all_of(findings.begin(), findings.end(),
+                                     [](const Finding& finding) { return finding.usual; });
+    return isUsual ? ExitCode::kDone : ExitCode::kUsage;
+}
+
 /** The document of a file that cannot be read. */
-ordered_json failureDocument(const ExplainOptions& options, const Report& report) {
+ordered_json failureDocument(const std::string& path, const Report& report) {
     return {{"schema_version", kSchemaVersion},
-            {"path", options.file},
+            {"path", path},
             {"exit_code", static_cast<int>(report.worst())},
             {"size", nullptr},
             {"duration_us", nullptr},
@@ -110,29 +123,71 @@ ordered_json failureDocument(const ExplainOptions& options, const Report& report
             {"warnings", report.warningsJson()}};
 }
 
-}  // namespace
+/** One line: what kinds of unusual findings there are. */
+std::string summary(const std::string& path, const Explanation& explanation) {
+    std::string kinds;
+    uint64_t count = 0;
+    std::set<std::string> named;
+    for (const Finding& finding : explanation.findings()) {
+        count += finding.usual ? 0 : 1;
+        if (!finding.usual && named.insert(finding.id).second) {
+            kinds += (kinds.empty() ? ": " : ", ") + std::string(finding.id);
+        }
+    }
+    return fmt::format("{}: {}{}\n", visible(path),
+                       count == 0 ? "nothing to explain" : counted(count, "finding"), kinds);
+}
 
-ExitCode runExplain(const ExplainOptions& options, Session& session) {
-    Report report(session.console, options.file);
+std::string csvLines(const std::string& path, const Explanation& explanation) {
+    const auto number = [](const auto& value) {
+        return value ? fmt::format("{}", *value) : std::string();
+    };
+    std::string text;
+    for (const Finding& finding : explanation.findings()) {
+        text += csvLine({path, std::string(finding.id), finding.usual ? "1" : "0",
+                         number(finding.track), number(finding.serial), number(finding.offset),
+                         finding.timeUs ? secondsText(*finding.timeUs) : "", finding.text});
+    }
+    return text;
+}
+
+ExitCode explainFile(const std::string& path, bool isOneOfMany, const ExplainOptions& options,
+                     Session& session) {
+    Report report(session.console, path);
     std::optional<OggFile> file;
-    report.guard([&] { file.emplace(options.file); });
+    report.guard([&] { file.emplace(path); });
     if (!file) {
         if (options.json) {
-            session.output.write(toDocument(failureDocument(options, report)));
+            session.output.write(toDocument(failureDocument(path, report)));
         }
         return report.worst();
     }
     PluginTrace trace(*file, options.pages && options.verbose);
-    report.guard([&] { playTraced(options, session, report, trace); });
+    report.guard([&] { playTraced(path, session, report, trace); });
     Explanation explanation(*file, trace);
     report.guard([&] { explanation.setAccounts(accountsOf(options.file, *file, trace)); });
     explainAll(explanation);
     if (options.json) {
-        session.output.write(toDocument(explainDocument(options, explanation, report)));
-    } else {
+        session.output.write(toDocument(explainDocument(path, options, explanation, report)));
+    } else if (options.csv) {
+        session.output.write(csvLines(path, explanation));
+    } else if (isOneOfMany && (trace.opened() || !explanation.findings().empty())) {
+        session.output.write(summary(path, explanation));
+    } else if (trace.opened() || !explanation.findings().empty()) {
         show(options, explanation, session);
     }
-    return report.worst();
+    return options.strict ? std::max(report.worst(), strictCode(explanation)) : report.worst();
+}
+
+}  // namespace
+
+ExitCode runExplain(const ExplainOptions& options, Session& session) {
+    if (options.csv) {
+        session.output.write("file,id,usual,track,serial,offset,time,text\n");
+    }
+    return forEachFile(options.files, session, [&](const std::string& path, bool isOneOfMany) {
+        return explainFile(path, isOneOfMany, options, session);
+    });
 }
 
 }  // namespace ogmprobe

@@ -4,85 +4,38 @@
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <strings.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <memory>
+#include <map>
 
 #include "ExitCode.h"
 #include "files/Descriptor.h"
-#include "files/LeftoverFiles.h"
+#include "files/SpooledFile.h"
 
 namespace ogmprobe {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr size_t kBlockSize = 1 << 16;
-
-[[noreturn]] void failToSpool() {
-    throw ProbeError(ExitCode::kFile,
-                     fmt::format("cannot keep standard input in {}: {}",
-                                 fs::temp_directory_path().string(), std::strerror(errno)));
+/** What can be read from its beginning to its end, and no other way. */
+bool isPipe(const std::string& path) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 &&
+           (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
 }
 
-/** A temporary file with all that standard input had. */
-class SpooledInput {
-  public:
-    SpooledInput() : mPath((fs::temp_directory_path() / "ogmprobe.XXXXXX").string()) {
-        const Descriptor file = makeFile();
-        copyInto(file.get());
+Descriptor openPipe(const std::string& path) {
+    Descriptor pipe(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (pipe.get() < 0) {
+        throw ProbeError(ExitCode::kFile, fmt::format("cannot open: {}", std::strerror(errno)));
     }
-
-    const std::string& path() const { return mPath; }
-
-  private:
-    Descriptor makeFile() {
-        const HeldSignals held;
-        Descriptor file(mkostemp(mPath.data(), O_CLOEXEC));
-        if (file.get() < 0) {
-            failToSpool();
-        }
-        mLeftover.watch(mPath.c_str());
-        return file;
-    }
-
-    static void copyInto(int file) {
-        std::array<char, kBlockSize> block;
-        for (;;) {
-            const ssize_t got = read(STDIN_FILENO, block.data(), block.size());
-            if (got == 0) {
-                return;
-            }
-            if (got > 0) {
-                writeWhole(file, block.data(), static_cast<size_t>(got));
-            } else if (errno != EINTR) {
-                throw ProbeError(ExitCode::kFile, fmt::format("cannot read standard input: {}",
-                                                              std::strerror(errno)));
-            }
-        }
-    }
-
-    static void writeWhole(int file, const char* bytes, size_t size) {
-        while (size > 0) {
-            const ssize_t written = write(file, bytes, size);
-            if (written >= 0) {
-                bytes += written;
-                size -= static_cast<size_t>(written);
-            } else if (errno != EINTR) {
-                failToSpool();
-            }
-        }
-    }
-
-    std::string mPath;
-    LeftoverFile mLeftover;
-};
+    return pipe;
+}
 
 bool isOgm(const fs::directory_entry& entry) {
     return entry.is_regular_file() && strcasecmp(entry.path().extension().c_str(), ".ogm") == 0;
@@ -102,11 +55,18 @@ std::vector<std::string> ogmFilesIn(const std::string& folder) {
 }  // namespace
 
 std::string pathToOpen(const std::string& name) {
-    if (name != kStandardInput) {
+    // By their names: what a pipe had can be read once only.
+    static std::map<std::string, SpooledFile> spooled;
+    const bool isStandardInput = name == kStandardInput;
+    if (!isStandardInput && !isPipe(name)) {
         return name;
     }
-    static const SpooledInput input;
-    return input.path();
+    auto found = spooled.find(name);
+    if (found == spooled.end()) {
+        found = isStandardInput ? spooled.try_emplace(name, STDIN_FILENO, "standard input").first
+                                : spooled.try_emplace(name, openPipe(name).get(), name).first;
+    }
+    return found->second.path();
 }
 
 std::vector<std::string> filesOf(const std::string& name) {

@@ -10,9 +10,10 @@ namespace ogmprobe {
 inline constexpr const char* kStandardInput = "-";
 
 /**
- * The path to open for a file that the user names. A plug-in jumps about in its file, so standard
- * input is written into a temporary file when it is first asked for, to be read from there; the
- * file goes with the program. Not for the extractor's process. Throws `ProbeError` with `kFile`.
+ * The path to open for a file that the user names. A plug-in jumps about in its file, so what
+ * standard input or a pipe has is written into a temporary file when it is first asked for, to be
+ * read from there; the file goes with the program. Not for the extractor's process. Throws
+ * `ProbeError` with `kFile`.
  */
 std::string pathToOpen(const std::string& name);
 

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "ExitCode.h"
+#include "console/Output.h"
 
 namespace ogmprobe {
 namespace {
@@ -18,6 +19,13 @@ namespace {
 constexpr mode_t kModeBeforeMask = 0666;
 
 // Whatever link lies there is not followed.
+void requireNoFolder(const std::filesystem::path& path) {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored)) {
+        throw ProbeError(ExitCode::kFile, fmt::format("{} is a folder, not a file", path.string()));
+    }
+}
+
 std::FILE* create(const std::filesystem::path& path) {
     const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                                 kModeBeforeMask);
@@ -37,6 +45,7 @@ bool renameOverNothing(const char* from, const char* to) {
 NewFile::NewFile(std::filesystem::path path, Existing existing)
     : mPath(std::move(path)), mPartPath(mPath.string() + ".part"), mExisting(existing) {
     if (mExisting == Existing::kOverwrite) {
+        requireNoFolder(mPath);
         std::remove(mPartPath.c_str());
     } else {
         requireFree(mPath);
@@ -50,12 +59,25 @@ NewFile::NewFile(std::filesystem::path path, Existing existing)
     mLeftover.watch(mPartPath.c_str());
 }
 
+NewFile::NewFile() : mExisting(Existing::kRefuse), mFile(fdopen(dup(STDOUT_FILENO), "wb")) {
+    if (mFile == nullptr) {
+        fail();
+    }
+}
+
+std::unique_ptr<NewFile> NewFile::onStandardOutput() {
+    return std::unique_ptr<NewFile>(new NewFile());
+}
+
 void NewFile::append(std::span<const uint8_t> bytes) {
     write(bytes);
     mSize += bytes.size();
 }
 
 void NewFile::overwriteStart(std::span<const uint8_t> bytes) {
+    if (!canOverwriteStart()) {
+        return;
+    }
     if (std::fseek(mFile.get(), 0, SEEK_SET) != 0) {
         fail();
     }
@@ -67,6 +89,9 @@ void NewFile::overwriteStart(std::span<const uint8_t> bytes) {
 
 void NewFile::commit() {
     close();
+    if (mPath.empty()) {
+        return;
+    }
     const bool done = mExisting == Existing::kOverwrite
                               ? std::rename(mPartPath.c_str(), mPath.c_str()) == 0
                               : renameOverNothing(mPartPath.c_str(), mPath.c_str());
@@ -96,12 +121,20 @@ void NewFile::close() {
 }
 
 void NewFile::fail() const {
+    if (mPath.empty() && errno == EPIPE) {
+        throw OutputClosed("the reader of the output is gone");
+    }
+    if (mPath.empty()) {
+        throw ProbeError(ExitCode::kFile,
+                         fmt::format("cannot write the output: {}", std::strerror(errno)));
+    }
     throw ProbeError(ExitCode::kFile,
                      fmt::format("cannot write {}: {}", mPartPath.string(), std::strerror(errno)));
 }
 
 void requireFree(const std::filesystem::path& path) {
     std::error_code ignored;
+    requireNoFolder(path);
     if (std::filesystem::exists(std::filesystem::symlink_status(path, ignored))) {
         throw ProbeError(ExitCode::kFile,
                          fmt::format("{} exists; --force overwrites it", path.string()));

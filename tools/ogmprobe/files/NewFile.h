@@ -25,6 +25,11 @@ class NewFile {
   public:
     /** Neither the part nor, later, the whole file replaces another one unless it is to. */
     NewFile(std::filesystem::path path, Existing existing);
+    /** Standard output in place of a file: it has no name, and its start cannot be replaced. */
+    static std::unique_ptr<NewFile> onStandardOutput();
+
+    /** Whether the start can be replaced later. */
+    bool canOverwriteStart() const { return !mPath.empty(); }
 
     const std::filesystem::path& path() const { return mPath; }
     const std::filesystem::path& partPath() const { return mPartPath; }
@@ -32,7 +37,7 @@ class NewFile {
 
     /** Adds at the end. */
     void append(std::span<const uint8_t> bytes);
-    /** Replaces what stands at the beginning. */
+    /** Replaces what stands at the beginning; does nothing where that cannot be done. */
     void overwriteStart(std::span<const uint8_t> bytes);
 
     // Nothing may be written after either.
@@ -46,6 +51,8 @@ class NewFile {
     struct Close {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
+
+    NewFile();
 
     void write(std::span<const uint8_t> bytes);
     void close();

@@ -37,6 +37,8 @@ struct PlayRequest {
     std::vector<int64_t> seeksUs;
     /** Packets a track, after each seek. */
     std::optional<uint64_t> count;
+    /** Whether packets have the entries that their buffers carry. */
+    bool keepEntries = false;
 };
 
 /**

@@ -69,7 +69,8 @@ std::optional<std::string> failureOf(const Track::ReadResult& result) {
 
 }  // namespace
 
-MediaFile::MediaFile(const PluginLibrary& library, FileSource& source) : mSource(source) {
+MediaFile::MediaFile(const PluginLibrary& library, FileSource& source)
+    : mLibrary(library), mSource(source) {
     try {
         mExtractor = library.open(mSource.table());
     } catch (const ProbeError&) {
@@ -81,8 +82,12 @@ MediaFile::MediaFile(const PluginLibrary& library, FileSource& source) : mSource
 
 FileOpened MediaFile::facts() const {
     const Format& format = mExtractor->format();
-    return {mExtractor->name(), format.string(AMEDIAFORMAT_KEY_MIME).value_or(""),
-            format.int64(AMEDIAFORMAT_KEY_DURATION), mExtractor->trackCount(), mSource.size()};
+    return {mLibrary.name(),
+            format.string(AMEDIAFORMAT_KEY_MIME).value_or(""),
+            format.int64(AMEDIAFORMAT_KEY_DURATION),
+            mExtractor->trackCount(),
+            mSource.size(),
+            format.entries()};
 }
 
 void MediaFile::requireReadable() const {
@@ -136,6 +141,12 @@ TimeOrderedReader PlayedTracks::reader() const {
         streams.push_back(stream.get());
     }
     return {streams, mLead};
+}
+
+void PlayedTracks::keepEntries() const {
+    for (const auto& stream : mStreams) {
+        stream->keepEntries();
+    }
 }
 
 void PlayedTracks::tellEnds(const RecordSink& sink) const {

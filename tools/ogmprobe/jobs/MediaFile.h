@@ -33,6 +33,7 @@ class MediaFile {
     void requireReadable() const;
 
   private:
+    const PluginLibrary& mLibrary;
     FileSource& mSource;
     std::unique_ptr<Extractor> mExtractor;
 };
@@ -45,6 +46,7 @@ class TrackStream : public PacketStream {
     size_t index() const { return mTrack->index(); }
 
     std::optional<Packet> read(const std::optional<SeekRequest>& seek) override;
+    void keepEntries() { mTrack->keepEntries(); }
 
     /** Why the last read gave nothing, once; nothing if it gave a packet. */
     std::optional<TrackEnded> takeEnd() { return std::exchange(mEnd, std::nullopt); }
@@ -70,6 +72,8 @@ class PlayedTracks {
     /** The first video track, else the first track: the one that a seek moves first. */
     size_t lead() const { return mLead; }
     TimeOrderedReader reader() const;
+    /** From now on packets have the entries that their buffers carry. */
+    void keepEntries() const;
 
     /** Tells of the tracks that have ended since the last time. */
     void tellEnds(const RecordSink& sink) const;

@@ -31,6 +31,9 @@ void play(const JobContext& context, const PlayRequest& request) {
     if (tracks.streams().empty()) {
         return;
     }
+    if (request.keepEntries) {
+        tracks.keepEntries();
+    }
     TimeOrderedReader reader = tracks.reader();
     if (request.seeksUs.empty()) {
         playOn(reader, tracks, request.count, sink);

@@ -4,12 +4,16 @@
 #include <android/log.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
 #include <string>
 #include <utility>
 
+#include "options/CommandName.h"
 #include "options/HelpTexts.h"
+#include "options/Validators.h"
 #include "text/TimeText.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -31,11 +35,9 @@ CLI::CheckedTransformer oneOf(const std::map<std::string, T>& values, const std:
     return transformer;
 }
 
-// Without its name in the help, which would stand next to the value's own.
-CLI::Validator unnamed(CLI::Validator validator) {
-    validator.description("");
-    return validator;
-}
+constexpr uint64_t kMostTracks = 100'000;
+constexpr uint64_t kMostSteps = 1'000'000;
+constexpr uint64_t kMostDrawnSteps = 50;
 
 void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
     app.add_option("--plugin", options.pluginPath,
@@ -53,17 +55,25 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
                    "it may search the file ten times as long; 0: no limit")
             ->type_name("SECONDS")
             ->capture_default_str()
-            ->check(unnamed(CLI::NonNegativeNumber));
+            ->check(secondsFromZero());
     app.add_flag("--quiet", options.quiet, "Show neither warnings nor progress");
     app.add_flag("--in-process", options.inProcess,
                  "Run the plug-in in this process, for a debugger: nothing is caught or limited");
 }
 
-void addTracks(CLI::App& command, std::vector<size_t>& tracks) {
-    command.add_option("--track", tracks, "Only this track; may be given again")
-            ->type_name("N")
-            ->check(unnamed(CLI::NonNegativeNumber))
-            ->allow_extra_args(false);
+void addTracks(CLI::App& command, TrackChoice& tracks) {
+    auto* shown = command.add_option("--track", tracks.shown,
+                                     "Only this track, of a playing of all; may be given again");
+    auto* played = command.add_option("--only-track", tracks.played,
+                                      "Play this track without the others; may be given again");
+    for (CLI::Option* option : {shown, played}) {
+        option->type_name("N")->check(wholeNumber(0, kMostTracks))->allow_extra_args(false);
+    }
+    shown->excludes(played);
+}
+
+void addFiles(CLI::App& command, std::vector<std::string>& files, const char* description) {
+    command.add_option("files", files, description)->type_name("FILE")->required();
 }
 
 void addFile(CLI::App& command, std::string& file) {
@@ -86,31 +96,33 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
 void addInfo(CLI::App& app, InfoOptions& options) {
     CLI::App* command = addCommand(
             app, "info", "Show what the files are and which tracks they hold", kInfoExamples);
-    command->add_option("files", options.files, "Media files, or folders of .ogm files")
-            ->type_name("FILE")
-            ->required();
+    addFiles(*command, options.files, "Media files, or folders of .ogm files");
+    command->add_flag("--format", options.format, "List all entries of all formats");
+    command->add_flag("--verbose", options.verbose,
+                      "Cut no bytes that are too long for the terminal");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
 }
 
+void addTime(CLI::App& command, const std::string& name, std::optional<int64_t>& timeUs,
+             const char* description) {
+    command.add_option_function<std::string>(
+                   name, [&timeUs](const std::string& text) { timeUs = parseTime(text); },
+                   description)
+            ->type_name("TIME")
+            ->check(time());
+}
+
 void addSeeks(CLI::App& command, std::vector<int64_t>& seeksUs) {
-    const auto add = [&seeksUs](const std::string& text) {
-        const auto timeUs = parseSeconds(text);
-        if (timeUs) {
-            seeksUs.push_back(*timeUs);
-        }
-        return timeUs.has_value();
-    };
     command.add_option_function<std::vector<std::string>>(
                    "--seek",
-                   [add](const std::vector<std::string>& texts) {
+                   [&seeksUs](const std::vector<std::string>& texts) {
                        for (const std::string& text : texts) {
-                           if (!add(text)) {
-                               throw CLI::ConversionError(text, "--seek");
-                           }
+                           seeksUs.push_back(parseTime(text).value_or(0));
                        }
                    },
                    "Seek there as players do, then read on; may be given again")
-            ->type_name("SECONDS")
+            ->type_name("TIME")
+            ->check(time())
             ->allow_extra_args(false);
 }
 
@@ -118,13 +130,19 @@ void addPackets(CLI::App& app, PacketsOptions& options) {
     CLI::App* command =
             addCommand(app, "packets", "List the buffers of all tracks in the order of their times",
                        kPacketsExamples);
-    addFile(*command, options.file);
+    addFiles(*command, options.files, "Media files, or folders of .ogm files");
     addTracks(*command, options.tracks);
     addSeeks(*command, options.seeksUs);
     command->add_option("--count", options.count, "At most so many buffers of each track")
             ->type_name("N")
-            ->check(unnamed(CLI::PositiveNumber));
+            ->check(wholeNumber(1, UINT64_MAX));
+    addTime(*command, "--from", options.fromUs, "List only buffers from this time on");
+    addTime(*command, "--to", options.untilUs, "List only buffers in front of this time");
+    command->add_flag("--sync-only", options.syncOnly, "List only sync frames");
+    command->add_flag("--clock", options.clock, "Times as h:mm:ss instead of seconds");
+    auto* csv = command->add_flag("--csv", options.csv, "Comma-separated values, with a heading");
     addJson(*command, options.json, "JSON lines; times are whole microseconds");
+    csv->excludes("--json");
 }
 
 void addSeekTest(CLI::App& app, SeekTestOptions& options) {
@@ -132,19 +150,22 @@ void addSeekTest(CLI::App& app, SeekTestOptions& options) {
                                    "Seek to evenly spaced times and show where each seek lands "
                                    "and what it costs",
                                    kSeekTestExamples);
-    addFile(*command, options.file);
+    addFiles(*command, options.files, "Media files, or folders of .ogm files");
     command->add_option("--steps", options.steps, "Spaces between the targets")
             ->type_name("N")
             ->capture_default_str()
-            ->check(unnamed(CLI::Range(1, 1000000)));
+            ->check(wholeNumber(1, kMostSteps));
+    auto* csv = command->add_flag("--csv", options.csv, "Comma-separated values, with a heading");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
+    csv->excludes("--json");
 }
 
 void addExtract(CLI::App& app, ExtractOptions& options) {
     CLI::App* command =
             addCommand(app, "extract", "Write each track's buffers into a file", kExtractExamples);
     addFile(*command, options.file);
-    command->add_option("-o,--output", options.folder, "Folder for the files, made if need be")
+    command->add_option("-o,--output", options.folder,
+                        "Folder for the files, made if need be; - for one track on standard output")
             ->type_name("DIR")
             ->required();
     addTracks(*command, options.tracks);
@@ -172,7 +193,7 @@ void addTimeline(CLI::App& app, TimelineOptions& options) {
                         "Spaces between the targets of seeks; 0: no seeks")
             ->type_name("N")
             ->capture_default_str()
-            ->check(unnamed(CLI::Range(0, 50)));
+            ->check(wholeNumber(0, kMostDrawnSteps));
     command->add_flag("--force", options.force, "Overwrite a file that exists");
 }
 
@@ -181,12 +202,16 @@ void addExplain(CLI::App& app, ExplainOptions& options) {
                                    "Say why tracks are missing, the duration is odd, bytes are "
                                    "skipped or packets do not come out",
                                    kExplainExamples);
-    addFile(*command, options.file);
+    addFiles(*command, options.files, "Media files, or folders of .ogm files");
     command->add_flag("--pages", options.pages,
                       "List the file's pages too, with the log lines that were written there");
     command->add_flag("--verbose", options.verbose,
                       "Tell also what is so with every file; with --pages, show all log lines");
+    command->add_flag("--strict", options.strict,
+                      "Exit code 1 if anything is found that is not so with every file");
+    auto* csv = command->add_flag("--csv", options.csv, "Comma-separated values, with a heading");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
+    csv->excludes("--json");
 }
 
 void addCompare(CLI::App& app, CompareOptions& options) {
@@ -199,6 +224,12 @@ void addCompare(CLI::App& app, CompareOptions& options) {
     file->type_name("FILE");
     auto* plugin = command->add_option("--plugin-b", options.pluginB, "Play B with this plug-in");
     plugin->type_name("PATH");
+    command->add_flag("--reads", options.reads,
+                      "Compare the reads of the file too: their order, places and sizes");
+    command->add_option("--seeks", options.seeks,
+                        "Compare seeks to the ends of so many equal spaces too")
+            ->type_name("N")
+            ->check(wholeNumber(1, kMostSteps));
     command->add_flag_callback(
             "--logs", [&options] { options.logs = true; },
             "Compare the log lines too (default with --plugin-b)");
@@ -244,6 +275,35 @@ Options chosen(const CLI::App& app, Collected collected) {
     return {std::move(collected.global), std::move(command)};
 }
 
+std::vector<std::string> namesOf(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
+/** Where no command is named: a sentence that says which one may be meant. */
+std::optional<std::string> complaintOfCommand(const std::vector<std::string>& arguments,
+                                              const std::vector<std::string>& names) {
+    const auto isName = [&names](const std::string& word) {
+        return std::find(names.begin(), names.end(), word) != names.end();
+    };
+    const auto word = std::find_if(arguments.begin(), arguments.end(),
+                                   [](const auto& argument) { return !argument.starts_with("-"); });
+    if (word == arguments.end() || std::any_of(arguments.begin(), arguments.end(), isName)) {
+        return std::nullopt;
+    }
+    const auto nearest = nearestName(*word, names);
+    return *word + " is no command and no file" +
+           (nearest ? "; did you mean " + *nearest + "?" : "");
+}
+
+ExitCode refuse(const std::string& complaint, std::ostream& err) {
+    err << "ogmprobe: error: " << visible(complaint) << '\n';
+    return ExitCode::kUsage;
+}
+
 }  // namespace
 
 std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv, std::ostream& out,
@@ -261,10 +321,21 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
     addTimeline(app, collected.timeline);
     addExplain(app, collected.explain);
     addCompare(app, collected.compare);
+    const std::vector<std::string> names = namesOf(app);
+    std::vector<std::string> arguments = withCommand({argv + 1, argv + argc}, names);
+    if (const auto complaint = complaintOfCommand(arguments, names)) {
+        return refuse(*complaint, err);
+    }
     try {
-        app.parse(argc, argv);
+        // The parser takes them from the end on.
+        std::reverse(arguments.begin(), arguments.end());
+        app.parse(arguments);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error, out, err) == 0 ? ExitCode::kDone : ExitCode::kUsage;
+        if (error.get_exit_code() == 0) {
+            app.exit(error, out, err);
+            return ExitCode::kDone;
+        }
+        return refuse(error.what(), err);
     }
     return chosen(app, std::move(collected));
 }

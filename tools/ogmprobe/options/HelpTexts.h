@@ -5,7 +5,8 @@
 namespace ogmprobe {
 
 inline constexpr const char* kExitCodes =
-        "Exit codes: 0 done, 1 wrong usage, 2 a file cannot be opened, read or written,\n"
+        "Exit codes: 0 done, 1 wrong usage (and with --strict: found something), 2 a file cannot "
+        "be opened, read or written,\n"
         "3 the plug-in does not take the file, 4 the extractor died or got stuck, 5 what was\n"
         "compared differs. With several files all are tried and the largest code counts. Data\n"
         "goes to standard output, everything else to standard error. \"-\" as FILE is standard\n"
@@ -14,6 +15,8 @@ inline constexpr const char* kExitCodes =
 inline constexpr const char* kInfoExamples =
         "Examples:\n"
         "  ogmprobe info film.ogm\n"
+        "  ogmprobe film.ogm\n"
+        "  ogmprobe info --format film.ogm\n"
         "  ogmprobe info ~/films\n"
         "  ogmprobe info --json *.ogm | jq '.files[].tracks[].codec'";
 
@@ -25,7 +28,8 @@ inline constexpr const char* kPacketsExamples =
         "Examples:\n"
         "  ogmprobe packets film.ogm\n"
         "  ogmprobe packets film.ogm --track 0 --count 10\n"
-        "  ogmprobe packets film.ogm --seek 30 --seek 12.5 --count 1";
+        "  ogmprobe packets film.ogm --seek 30 --seek 0:01:02.5 --count 1\n"
+        "  ogmprobe packets film.ogm --from 1:00 --to 1:10 --sync-only --csv";
 
 inline constexpr const char* kSeekTestExamples =
         "Examples:\n"
@@ -35,13 +39,16 @@ inline constexpr const char* kSeekTestExamples =
 inline constexpr const char* kExtractExamples =
         "Files are named after FILE and the track: film.ogm gives film.track0.m4v and so on,\n"
         "standard input stdin.track0.m4v. Until a file is whole, \".part\" is added to its name.\n"
-        "Streams follow as the plug-in gives them, without an Ogg comment header in front; PCM\n"
-        "gets a WAV header, VP8 an IVF header, and MPEG-4 its configuration where the stream does\n"
-        "not begin with it.\n"
+        "Streams follow as the plug-in gives them, without an Ogg comment header in front; PCM "
+        "and\n"
+        "MS ADPCM get a WAV header, VP8 an IVF header, DivX 3 and WMV go into AVI (at the track's\n"
+        "frame rate), and MPEG-4 gets its configuration where the stream does not begin with it.\n"
+        "Codecs without a file format of their own are written bare, and that is said.\n"
         "\n"
         "Examples:\n"
         "  ogmprobe extract film.ogm -o streams\n"
-        "  ogmprobe extract film.ogm -o streams --track 1 --force";
+        "  ogmprobe extract film.ogm -o streams --track 1 --force\n"
+        "  ogmprobe extract film.ogm -o - --track 1 | aplay";
 
 inline constexpr const char* kTimelineExamples =
         "Draws each track's packets over presentation time, their sizes, types and sync frames,\n"

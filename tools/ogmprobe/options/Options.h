@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -29,31 +30,54 @@ struct GlobalOptions {
 
 struct InfoOptions {
     std::vector<std::string> files;
+    /** List all entries of all formats. */
+    bool format = false;
+    /** Cut no long lines. */
+    bool verbose = false;
     bool json = false;
 };
 
+/** Tracks are named by their indices; empty: all. */
+struct TrackChoice {
+    /** To be shown of a playing of all tracks. */
+    std::vector<size_t> shown;
+    /** To be played, without the others. */
+    std::vector<size_t> played;
+
+    bool shows(uint64_t track) const {
+        return shown.empty() || std::find(shown.begin(), shown.end(), track) != shown.end();
+    }
+};
+
 struct PacketsOptions {
-    std::string file;
-    /** Empty: all. */
-    std::vector<size_t> tracks;
+    std::vector<std::string> files;
+    TrackChoice tracks;
     /** Empty: read from the beginning. */
     std::vector<int64_t> seeksUs;
     /** Buffers a track, after each seek. */
     std::optional<uint64_t> count;
+    /** Only packets of these times, the second not included. */
+    std::optional<int64_t> fromUs;
+    std::optional<int64_t> untilUs;
+    bool syncOnly = false;
+    /** Times as h:mm:ss and not as seconds. */
+    bool clock = false;
     bool json = false;
+    bool csv = false;
 };
 
 struct SeekTestOptions {
-    std::string file;
+    std::vector<std::string> files;
     uint32_t steps = 20;
     bool json = false;
+    bool csv = false;
 };
 
 struct ExtractOptions {
     std::string file;
+    /** "-": standard output. */
     std::string folder;
-    /** Empty: all. */
-    std::vector<size_t> tracks;
+    TrackChoice tracks;
     bool force = false;
 };
 
@@ -67,7 +91,10 @@ struct TimelineOptions {
 };
 
 struct ExplainOptions {
-    std::string file;
+    std::vector<std::string> files;
+    bool csv = false;
+    /** Exit code 1 where something unusual was found. */
+    bool strict = false;
     /** List the pages too. */
     bool pages = false;
     /** Tell also what is so with every file; with pages, all log lines. */
@@ -83,6 +110,10 @@ struct CompareOptions {
     std::string pluginB;
     /** Whether log lines are compared; nothing: if the plug-ins differ. */
     std::optional<bool> logs;
+    /** Whether reads of the files are compared. */
+    bool reads = false;
+    /** Seeks to the ends of so many equal spaces are compared; 0: none. */
+    uint32_t seeks = 0;
     bool json = false;
 };
 

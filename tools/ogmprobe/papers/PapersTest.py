@@ -73,6 +73,15 @@ class Papers(unittest.TestCase):
     def test_BashOffersTheCommands(self):
         self.assertEqual(sorted(commands()), sorted(offered_by_bash("ogmprobe", "")))
 
+    def test_BashOffersFilesInPlaceOfACommand(self):
+        folder = str(papers / "ogmprobe.")
+        self.assertEqual({folder + "1", folder + "bash", folder + "fish"},
+                         set(offered_by_bash("ogmprobe", folder)))
+
+    def test_BashOffersFilesAfterOptionsOfACommand(self):
+        name = str(papers / "ogmprobe.1")
+        self.assertEqual([name], offered_by_bash("ogmprobe", "packets", "--csv", name))
+
     def test_BashOffersTheOptionsOfEachCommand(self):
         for command in commands():
             with self.subTest(command):
@@ -102,7 +111,7 @@ class Papers(unittest.TestCase):
             owner = re.search(r'"__fish_seen_subcommand_from ([a-z]+)"', line)
             if option:
                 (described[owner[1]] if owner else everywhere).add("--" + option[1])
-            elif "--no-files" in line:
+            elif "--arguments" in line:
                 offered.append(re.search(r"--arguments ([a-z]+)", line)[1])
         self.assertEqual({command: options_of(command) for command in commands()}, described)
         self.assertEqual(global_options(), everywhere)

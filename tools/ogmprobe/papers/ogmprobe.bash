@@ -3,13 +3,13 @@
 
 _ogmprobe() {
     local -A options=(
-        [info]="--json"
-        [packets]="--track --seek --count --json"
-        [seektest]="--steps --json"
-        [extract]="--output --track --force"
+        [info]="--format --verbose --json"
+        [packets]="--track --only-track --seek --count --from --to --sync-only --clock --csv --json"
+        [seektest]="--steps --csv --json"
+        [extract]="--output --track --only-track --force"
         [timeline]="--output --seek-steps --force"
-        [explain]="--pages --verbose --json"
-        [compare]="--plugin-b --logs --no-logs --json"
+        [explain]="--pages --verbose --strict --csv --json"
+        [compare]="--plugin-b --reads --seeks --logs --no-logs --json"
     )
     local every="--plugin --log --color --timeout --quiet --in-process --help"
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command= i
@@ -24,7 +24,7 @@ _ogmprobe() {
             mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$word")
             return
             ;;
-        --track | --seek | --count | --steps | --seek-steps | --timeout)
+        --track | --only-track | --seek | --count | --from | --to | --seeks | --steps | --seek-steps | --timeout)
             return
             ;;
     esac
@@ -43,7 +43,9 @@ _ogmprobe() {
         fi
         mapfile -t COMPREPLY < <(compgen -W "$offered" -- "$word")
     elif [[ -z $command ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "${!options[*]}" -- "$word")
+        # A file alone stands for what info shows of it.
+        mapfile -t COMPREPLY < <(compgen -W "${!options[*]}" -- "$word"
+            [[ -z $word ]] || compgen -f -- "$word")
     else
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$word")

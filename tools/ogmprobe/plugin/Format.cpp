@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "plugin/Format.h"
 
+#include <fmt/core.h>
+
+#include "text/Hex.h"
+
 namespace ogmprobe {
 
 std::optional<int32_t> Format::int32(const char* key) const {
@@ -27,6 +31,19 @@ std::optional<std::vector<uint8_t>> Format::buffer(const char* key) const {
     }
     const auto* bytes = static_cast<const uint8_t*>(data);
     return std::vector<uint8_t>(bytes, bytes + size);
+}
+
+std::vector<FormatEntry> Format::entriesOf(AMediaFormat* format) {
+    std::vector<FormatEntry> entries = formatEntries(AMediaFormat_toString(format));
+    for (FormatEntry& entry : entries) {
+        void* data = nullptr;
+        size_t size = 0;
+        // The platform's text leaves the bytes out.
+        if (AMediaFormat_getBuffer(format, entry.name.c_str(), &data, &size)) {
+            entry.value = fmt::format("data({})", hexText({static_cast<uint8_t*>(data), size}));
+        }
+    }
+    return entries;
 }
 
 }  // namespace ogmprobe

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "plugin/FormatEntries.h"
+
 namespace ogmprobe {
 
 /** An `AMediaFormat` that is deleted with this object. Values of another type count as absent. */
@@ -24,6 +26,9 @@ class Format {
     std::optional<std::string> string(const char* key) const;
     /** A copy of the bytes. */
     std::optional<std::vector<uint8_t>> buffer(const char* key) const;
+    /** All there are, whatever they are called. */
+    std::vector<FormatEntry> entries() const { return entriesOf(get()); }
+    static std::vector<FormatEntry> entriesOf(AMediaFormat* format);
 
   private:
     struct Delete {

@@ -44,7 +44,9 @@ void ReadWatch::onCycle(CycleHandler handler, Seconds limit) {
 
 void ReadWatch::add(int64_t offset, uint64_t size, int64_t result) noexcept {
     const Vitals& vitals = PluginCall::vitals();
-    const bool isAlike = size == vitals.runSize.get() && result == vitals.runResult.get();
+    // Reads that do not overlap are no search: so are packets of one byte each read.
+    const bool isAlike =
+            size > 1 && size == vitals.runSize.get() && result == vitals.runResult.get();
     if (isAlike && goesOn(offset) && offset != Vitals::kNoRun) {
         goOn(offset);
     } else {

@@ -34,7 +34,7 @@ const char* statusName(media_status_t status) {
     }
 }
 
-Track::ReadResult takeOver(android::CMediaBuffer* buffer) {
+Track::ReadResult takeOver(android::CMediaBuffer* buffer, bool keepEntries) {
     void* handle = buffer->handle;
     const auto* from =
             static_cast<const uint8_t*>(buffer->data(handle)) + buffer->range_offset(handle);
@@ -45,6 +45,9 @@ Track::ReadResult takeOver(android::CMediaBuffer* buffer) {
     packet.isSync = isSync != 0;
     packet.bytes.assign(from, from + buffer->range_length(handle));
     const bool hasTime = AMediaFormat_getInt64(metadata, AMEDIAFORMAT_KEY_TIME_US, &packet.timeUs);
+    if (keepEntries) {
+        packet.entries = Format::entriesOf(metadata);
+    }
     buffer->release(handle);
     return {AMEDIA_OK, std::move(packet), !hasTime};
 }
@@ -109,7 +112,7 @@ Track::ReadResult Track::read(const std::optional<SeekRequest>& seek) {
     if (status != AMEDIA_OK || buffer == nullptr) {
         return {status, std::nullopt};
     }
-    ReadResult result = takeOver(buffer);
+    ReadResult result = takeOver(buffer, mKeepsEntries);
     const Packet& packet = *result.packet;
     Trace::add<BufferRead>(mIndex, result.withoutTime ? std::nullopt : std::optional(packet.timeUs),
                            packet.isSync, packet.bytes.size());

@@ -50,6 +50,8 @@ class Track {
     size_t index() const { return mIndex; }
 
     media_status_t start();
+    /** From now on packets have the entries that their buffers carry. */
+    void keepEntries() { mKeepsEntries = true; }
     /** What `getFormat` fills in; empty if it fails. */
     Format format() const;
     /** Copies the buffer's range and gives the buffer back at once. */
@@ -63,6 +65,7 @@ class Track {
 
     const size_t mIndex;
     bool mStarted = false;
+    bool mKeepsEntries = false;
     // Goes after the table: the plug-in may hold buffers until its track is freed.
     std::unique_ptr<android::MediaBufferGroup> mGroup;
     std::unique_ptr<android::CMediaTrack, Free> mTable;

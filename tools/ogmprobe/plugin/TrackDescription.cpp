@@ -89,6 +89,7 @@ TrackDescription describeTrack(size_t index, const Format& format) {
     track.channelCount = format.int32(AMEDIAFORMAT_KEY_CHANNEL_COUNT);
     track.mpegAudioLayer = format.int32(AMEDIAFORMAT_KEY_MPEG_AUD_LAYER);
     track.esds = format.buffer(AMEDIAFORMAT_KEY_ESDS);
+    track.entries = format.entries();
     classify(track);
     return track;
 }
@@ -147,7 +148,16 @@ ordered_json toJson(const TrackDescription& track) {
             {"sample_rate", orNull(track.sampleRate)},
             {"channel_count", orNull(track.channelCount)},
             {"mpeg_audio_layer", orNull(track.mpegAudioLayer)},
-            {"esds", track.esds ? esdsJson(*track.esds) : ordered_json(nullptr)}};
+            {"esds", track.esds ? esdsJson(*track.esds) : ordered_json(nullptr)},
+            {"format", toJson(track.entries)}};
+}
+
+ordered_json toJson(const std::vector<FormatEntry>& entries) {
+    auto list = ordered_json::array();
+    for (const FormatEntry& entry : entries) {
+        list.push_back({{"name", entry.name}, {"value", entry.value}});
+    }
+    return list;
 }
 
 // The framework stops converting a format where one of these fails.

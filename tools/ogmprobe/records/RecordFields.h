@@ -16,17 +16,22 @@ namespace ogmprobe {
 template <typename T, typename Record>
 concept Is = std::same_as<std::remove_const_t<T>, Record>;
 
+template <Is<FormatEntry> T>
+auto fieldsOf(T& entry) {
+    return std::tie(entry.name, entry.value);
+}
+
 // Kind and codec follow from the rest and do not travel: they name files.
 template <Is<TrackDescription> T>
 auto fieldsOf(T& track) {
     return std::tie(track.index, track.mime, track.durationUs, track.width, track.height,
                     track.frameRate, track.sampleRate, track.channelCount, track.mpegAudioLayer,
-                    track.esds);
+                    track.esds, track.entries);
 }
 
 template <Is<Packet> T>
 auto fieldsOf(T& packet) {
-    return std::tie(packet.timeUs, packet.isSync, packet.bytes, packet.readUpTo);
+    return std::tie(packet.timeUs, packet.isSync, packet.bytes, packet.readUpTo, packet.entries);
 }
 
 template <Is<Landing> T>
@@ -37,7 +42,7 @@ auto fieldsOf(T& landing) {
 template <Is<FileOpened> T>
 auto fieldsOf(T& record) {
     return std::tie(record.extractor, record.mime, record.durationUs, record.trackCount,
-                    record.sizeBytes);
+                    record.sizeBytes, record.entries);
 }
 
 template <Is<TrackListed> T>

@@ -23,12 +23,15 @@ namespace ogmprobe {
 
 /** The file is open. */
 struct FileOpened {
+    /** The plug-in's name, from its definition. */
     std::string extractor;
     std::string mime;
     /** 0 where the plug-in does not know it. */
     std::optional<int64_t> durationUs;
     uint64_t trackCount = 0;
     uint64_t sizeBytes = 0;
+    /** All entries of the container's format. */
+    std::vector<FormatEntry> entries = {};
 };
 
 /** A track as the file's list of tracks has it. */

@@ -81,8 +81,8 @@ TEST_F(ArgumentsTest, TakesSeveralFilesForInfo) {
 TEST_F(ArgumentsTest, TakesOneValueForEachTrackAndSeekOption) {
     const auto options = command<PacketsOptions>({"packets", "--track", "0", "--seek", "1.5", "a",
                                                   "--track", "2", "--seek=-3", "--count", "4"});
-    EXPECT_EQ(options.file, "a");
-    EXPECT_THAT(options.tracks, ElementsAre(0, 2));
+    EXPECT_THAT(options.files, ElementsAre("a"));
+    EXPECT_THAT(options.tracks.shown, ElementsAre(0, 2));
     EXPECT_THAT(options.seeksUs, ElementsAre(1500000, -3000000));
     EXPECT_EQ(options.count, 4U);
 }
@@ -97,13 +97,13 @@ TEST_F(ArgumentsTest, TakesTheFolderOfAnExtraction) {
             command<ExtractOptions>({"extract", "a", "-o", "dir", "--track", "1", "--force"});
     EXPECT_EQ(options.file, "a");
     EXPECT_EQ(options.folder, "dir");
-    EXPECT_THAT(options.tracks, ElementsAre(1));
+    EXPECT_THAT(options.tracks.shown, ElementsAre(1));
     EXPECT_TRUE(options.force);
 }
 
 TEST_F(ArgumentsTest, TakesWhatAnExplanationShows) {
     const auto options = command<ExplainOptions>({"explain", "a", "--pages", "--verbose"});
-    EXPECT_EQ(options.file, "a");
+    EXPECT_THAT(options.files, ElementsAre("a"));
     EXPECT_TRUE(options.pages);
     EXPECT_TRUE(options.verbose);
     EXPECT_FALSE(options.json);
@@ -126,7 +126,7 @@ TEST_F(ArgumentsTest, RefusesWhatItDoesNotKnowOrMisses) {
     expectUsageError({"frobnicate"});
     expectUsageError({"info"});
     expectUsageError({"info", "--frobnicate", "a"});
-    expectUsageError({"packets", "a", "b"});
+    expectUsageError({"timeline", "a", "b", "-o", "c.svg"});
     expectUsageError({"extract", "a"});
     expectUsageError({"compare", "a"});
 }
@@ -140,6 +140,39 @@ TEST_F(ArgumentsTest, RefusesValuesThatMakeNoSense) {
     expectUsageError({"packets", "a", "--seek", "soon"});
     expectUsageError({"packets", "a", "--count", "0"});
     expectUsageError({"seektest", "a", "--steps", "0"});
+}
+
+TEST_F(ArgumentsTest, TakesTimesAsSecondsAndAsHoursMinutesAndSeconds) {
+    const auto options = command<PacketsOptions>({"packets", "a", "--seek", "00:00:03", "--seek",
+                                                  "1:02.5", "--from", "2", "--to", "0:00:04.5"});
+    EXPECT_THAT(options.seeksUs, ElementsAre(3000000, 62500000));
+    EXPECT_EQ(options.fromUs, 2000000);
+    EXPECT_EQ(options.untilUs, 4500000);
+}
+
+TEST_F(ArgumentsTest, SaysInOneLineWhichValuesMakeSense) {
+    for (const auto& [arguments, line] :
+         std::vector<std::pair<std::vector<const char*>, const char*>>{
+                 {{"packets", "a", "--count", "-1"}, "--count: -1 is no whole number from 1 on"},
+                 {{"packets", "a", "--track", "abc"},
+                  "--track: abc is no whole number from 0 to 100000"},
+                 {{"info", "a", "--timeout", "abc"},
+                  "--timeout: abc is no number of seconds from 0 on"},
+                 {{"seektest", "a", "--steps", "0"},
+                  "--steps: 0 is no whole number from 1 to 1000000"},
+                 {{"packets", "a", "--seek", "soon"},
+                  "--seek: soon is no time: seconds, m:ss or h:mm:ss, as 12.5 or 0:01:02.5"},
+                 {{"inof", "a"}, "inof is no command and no file; did you mean info?"},
+                 {{"frobnicate"}, "frobnicate is no command and no file"}}) {
+        mErr.str("");
+        expectUsageError(arguments);
+        EXPECT_EQ(mErr.str(), std::string("ogmprobe: error: ") + line + "\n");
+    }
+}
+
+TEST_F(ArgumentsTest, TakesAFileAloneForInfo) {
+    EXPECT_THAT(command<InfoOptions>({"film.ogm"}).files, ElementsAre("film.ogm"));
+    EXPECT_TRUE(command<InfoOptions>({"--json", "film.ogm"}).json);
 }
 
 TEST_F(ArgumentsTest, ShowsHelpAndVersionOnTheOutput) {

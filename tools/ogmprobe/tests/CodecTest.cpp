@@ -37,7 +37,7 @@ TEST(Codec, NamesAnUnknownTypeByItself) {
     const Codec codec = codecOf("video/whatever", {});
     EXPECT_EQ(codec.name, "video/whatever");
     EXPECT_EQ(codec.suffix, ".bin");
-    EXPECT_EQ(codec.packaging, Packaging::kRaw);
+    EXPECT_EQ(codec.packaging, Packaging::kBare);
 }
 
 }  // namespace

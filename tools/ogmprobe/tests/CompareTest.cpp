@@ -116,7 +116,8 @@ TEST(Compare, FindsPacketsThatOneSideLacks) {
     EXPECT_EQ(document["differences"][0]["b"], json({{"time_us", 40000},
                                                      {"sync", false},
                                                      {"size", 1},
-                                                     {"digest", "af63b94c8601b113"}}));
+                                                     {"digest", "af63b94c8601b113"},
+                                                     {"entries", ""}}));
     EXPECT_EQ(document["tracks"][0], json({{"track", 0},
                                            {"mime", "video/avc"},
                                            {"packets", {{"a", 2}, {"b", 3}}},
@@ -273,6 +274,71 @@ TEST(Compare, NeedsASecondFileOrPlugin) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.err, HasSubstr("B or --plugin-b is required"));
     EXPECT_THAT(result.err, Not(HasSubstr("a.ogm")));
+}
+
+TEST(Compare, FindsAnEntryThatItDoesNotKnow) {
+    json other = original();
+    other["tracks"][0]["format"]["anything"] = 7;
+    EXPECT_THAT(Pair(original(), other).differences(),
+                ElementsAre("track 0: anything nothing in A, int32(7) in B"));
+    EXPECT_THAT(Pair(other, original()).differences(),
+                ElementsAre("track 0: anything int32(7) in A, nothing in B"));
+    other = original();
+    other["container"]["thumbnail-time"] = 7;
+    EXPECT_THAT(Pair(original(), other).differences(),
+                ElementsAre("the container: thumbnail-time nothing in A, int32(7) in B"));
+}
+
+TEST(Compare, FindsAnotherThumbnailTime) {
+    json a = original();
+    json b = original();
+    a["tracks"][0]["format"]["thumbnail-timeUs"] = 1;
+    b["tracks"][0]["format"]["thumbnail-timeUs"] = 2;
+    EXPECT_THAT(Pair(a, b).differences(),
+                ElementsAre("track 0: thumbnail-timeUs int64(1) in A, int64(2) in B"));
+}
+
+TEST(Compare, FindsAnEntryOfABuffer) {
+    const auto texts = Pair(original(), withBuffer(1, "entries", {{"anything", 7}})).differences();
+    EXPECT_THAT(texts, ElementsAre("track 0, packet 1, at 0.080000 s: entries  in A, anything: "
+                                   "int32(7) in B"));
+}
+
+TEST(Compare, FindsOneReadWhereReadsAreCompared) {
+    json other = original();
+    other["create"] = "read once";
+    EXPECT_EQ(Pair(original(), other).document(0)["same"], true);
+    const auto texts = Pair(original(), other).differences({"--reads"});
+    ASSERT_EQ(texts.size(), 1U);
+    EXPECT_THAT(texts[0], testing::StartsWith("read "));
+}
+
+TEST(Compare, CountsTheReadsThatAreTheSame) {
+    EXPECT_THAT(Pair(original(), original()).run({"--reads"}).out,
+                HasSubstr("2 tracks, 5 packets, 2 reads, "));
+}
+
+TEST(Compare, FindsASeekThatLandsElsewhere) {
+    json a = original();
+    json b = original();
+    a["landing"] = 0;
+    b["landing"] = 1;
+    EXPECT_EQ(Pair(original(), original()).document(0, {"--seeks", "3"})["same"], true);
+    const json all = Pair(a, b).document(5, {"--seeks", "3"});
+    ASSERT_EQ(all["differences"].size(), 1U);
+    EXPECT_EQ(all["differences"][0]["kind"], "seek");
+}
+
+TEST(Compare, TellsAShiftAsOne) {
+    json later = original();
+    for (json& buffer : later["tracks"][1]["buffers"]) {
+        buffer["time_us"] = buffer["time_us"].get<int64_t>() + 26122;
+    }
+    const json all = Pair(original(), later).document(5);
+    ASSERT_EQ(all["differences"].size(), 1U);
+    EXPECT_EQ(all["differences"][0]["text"],
+              "track 1: B is 0.026122 s later than A from packet 0 on, and else the same");
+    EXPECT_EQ(all["differences"][0]["shift_us"], 26122);
 }
 
 }  // namespace

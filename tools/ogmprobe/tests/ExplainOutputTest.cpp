@@ -97,5 +97,36 @@ TEST(ExplainJson, HasTheErrorOfAFileThatCannotBeRead) {
     EXPECT_EQ(document["size"], nullptr);
 }
 
+std::string samplePath(const std::string& name) {
+    return OGMPROBE_SAMPLES "/" + name;
+}
+
+TEST(ExplainOutput, OfSeveralFilesIsALineEach) {
+    const std::string plain = samplePath("long_mpeg4_mp3.ogm");
+    const std::string refused = samplePath("xvid_refused_mp3.ogm");
+    const ProcessResult result = runProbe({"explain", plain, refused});
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 2) << result.out;
+    EXPECT_THAT(result.out, testing::ContainsRegex("xvid_refused_mp3.ogm: [0-9]+ findings?: "
+                                                   "[a-z, -]*codec-not-supported"));
+}
+
+TEST(ExplainOutput, CanBeCommaSeparatedValues) {
+    const ProcessResult result = runProbe({"explain", "--csv", samplePath("xvid_refused_mp3.ogm")});
+    EXPECT_THAT(result.out, testing::StartsWith("file,id,usual,track,serial,offset,time,text\n"));
+    EXPECT_THAT(result.out, testing::HasSubstr(",codec-not-supported,0,,0,0,,"));
+}
+
+TEST(ExplainOutput, FailsWhereItIsStrictAndSomethingUnusualIsFound) {
+    EXPECT_EQ(runProbe({"explain", samplePath("xvid_refused_mp3.ogm")}).exitCode, 0);
+    EXPECT_EQ(runProbe({"explain", "--strict", samplePath("xvid_refused_mp3.ogm")}).exitCode, 1);
+}
+
+TEST(ExplainOutput, SaysNothingOfAFileThatCouldNotBePlayed) {
+    const ProcessResult result =
+            runProbe({"--plugin", "missing.so", "explain", samplePath("mjpeg.ogm")});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.out, "");
+}
+
 }  // namespace
 }  // namespace ogmprobe::test

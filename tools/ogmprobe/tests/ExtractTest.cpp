@@ -164,5 +164,57 @@ TEST_F(ExtractTest, FailsWhereNoFolderCanBeMade) {
     EXPECT_THAT(result.err, HasSubstr("cannot make the folder"));
 }
 
+TEST_F(ExtractTest, WritesOneTrackToStandardOutput) {
+    const std::string file = mPlugin.file(fakeFile({fakeVideo(), fakeAudio()}));
+    const ProcessResult video = FakePlugin::run({"extract", file, "-o", "-", "--track", "0"});
+    EXPECT_EQ(video.exitCode, 0);
+    EXPECT_EQ(video.out, (std::string{0, 1, 2, 3, 4}));
+    const ProcessResult audio = FakePlugin::run({"extract", file, "-o", "-", "--track", "1"});
+    EXPECT_EQ(audio.out.substr(40), "\xff\xff\xff\xff\x11\x11\x22\x22") << "to the end";
+    EXPECT_THAT(audio.err, IsEmpty());
+}
+
+TEST_F(ExtractTest, RefusesSeveralTracksOnStandardOutput) {
+    const ProcessResult result = FakePlugin::run(
+            {"extract", mPlugin.file(fakeFile({fakeVideo(), fakeAudio()})), "-o", "-"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("standard output takes one track, and there are 2: choose "
+                                      "one with --track"));
+    EXPECT_THAT(result.out, IsEmpty());
+}
+
+TEST_F(ExtractTest, EndsQuietlyWhenNobodyReadsStandardOutput) {
+    auto video = fakeVideo();
+    video["buffers"][0]["hex"] = std::string(40000, '0');
+    ProcessSetup setup;
+    setup.out = StandardStream::kClosedPipe;
+    const ProcessResult result = FakePlugin::run(
+            {"extract", mPlugin.file(fakeFile({video})), "-o", "-", "--track", "0"}, setup);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(ExtractTest, SaysWhenTheFolderIsAFile) {
+    const std::string taken = mPlugin.folder().write("taken", "");
+    const ProcessResult result =
+            FakePlugin::run({"extract", mPlugin.file(fakeFile({fakeVideo()})), "-o", taken});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.err, HasSubstr("taken: a file has that name"));
+}
+
+TEST_F(ExtractTest, SaysWhenTheFileIsAFolder) {
+    std::filesystem::create_directories(mPlugin.folder().path("out/deep/a.track0.h264"));
+    for (const std::vector<std::string>& options : {std::vector<std::string>{}, {"--force"}}) {
+        const ProcessResult result = extract(fakeFile({fakeVideo()}), options);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_THAT(result.err, HasSubstr("a.track0.h264 is a folder, not a file"));
+    }
+}
+
+TEST_F(ExtractTest, WritesOnlyTheTracksThatAreChosen) {
+    extract(fakeFile({fakeVideo(), fakeAudio()}), {"--track", "1"});
+    EXPECT_EQ(namesInFolder(), std::set<std::string>{"a.track1.wav"});
+}
+
 }  // namespace
 }  // namespace ogmprobe::test

@@ -4,10 +4,11 @@
 //
 //   {"fake": true,                        without it the plug-in does not claim the file
 //    "sniff": MISCHIEF, "create": MISCHIEF,
+//    "landing": 0,                         buffers by which each seek goes too far
 //    "container": {KEY: VALUE...},
 //    "tracks": [{"format": {KEY: VALUE...},
 //                "buffers": [{"time_us": 0, "sync": 1, "hex": "00ff",
-//                             "log": "text"}...],
+//                             "log": "text", "entries": {KEY: VALUE...}}...],
 //                "start": STATUS,         what `start` returns
 //                "getFormat": MISCHIEF    when the extractor is asked for the track's format
 //                "repeat": true,          begins again after the last buffer
@@ -22,6 +23,7 @@
 #include <media/MediaExtractorPluginHelper.h>
 #include <media/NdkMediaFormat.h>
 
+#include <algorithm>
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -75,8 +77,8 @@ void fill(AMediaFormat* format, const json& values) {
 
 class FakeTrack : public android::MediaTrackHelper {
   public:
-    FakeTrack(size_t index, const json& script, android::CDataSource* source)
-        : mIndex(index), mScript(script), mSource(source) {}
+    FakeTrack(size_t index, const json& script, size_t landing, android::CDataSource* source)
+        : mIndex(index), mScript(script), mLanding(landing), mSource(source) {}
 
     ~FakeTrack() override { ALOGI("free track %zu", mIndex); }
 
@@ -122,6 +124,9 @@ class FakeTrack : public android::MediaTrackHelper {
         }
         AMediaFormat_setInt32((*out)->meta_data(), AMEDIAFORMAT_KEY_IS_SYNC_FRAME,
                               buffer.value("sync", 0));
+        if (buffer.contains("entries")) {
+            fill((*out)->meta_data(), buffer["entries"]);
+        }
         if (mScript.value("keep", false)) {
             android::MediaBufferHelper* kept = nullptr;
             mBufferGroup->acquire_buffer(&kept, false, 1);
@@ -144,6 +149,7 @@ class FakeTrack : public android::MediaTrackHelper {
                mScript["buffers"][mNext].value("time_us", int64_t{0}) < timeUs) {
             ++mNext;
         }
+        mNext = std::min(mNext + mLanding, mScript["buffers"].size());
     }
 
     media_status_t atEnd() const {
@@ -160,6 +166,7 @@ class FakeTrack : public android::MediaTrackHelper {
 
     const size_t mIndex;
     const json& mScript;
+    const size_t mLanding;
     android::CDataSource* const mSource;
     size_t mNext = 0;
 };
@@ -178,7 +185,8 @@ class FakeExtractor : public android::MediaExtractorPluginHelper {
 
     android::MediaTrackHelper* getTrack(size_t index) override {
         ALOGI("getTrack %zu", index);
-        return new FakeTrack(index, mScript["tracks"][index], mSource);
+        return new FakeTrack(index, mScript["tracks"][index], mScript.value("landing", size_t{0}),
+                             mSource);
     }
 
     media_status_t getTrackMetaData(AMediaFormat* meta, size_t index, uint32_t) override {

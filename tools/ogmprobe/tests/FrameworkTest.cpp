@@ -42,10 +42,10 @@ TEST(Framework, StartsAudioBeforeVideoAndFreesTracksBeforeTheExtractor) {
 
 TEST(Framework, MakesOnlyTheTracksThatAreAskedFor) {
     const FakePlugin plugin;
-    EXPECT_THAT(
-            callsOf({"packets", plugin.file(fakeFile({fakeVideo(), fakeAudio()})), "--track", "1"}),
-            ElementsAre("countTracks", "name", "getMetaData", "getTrack 1", "start track 1",
-                        "stop track 1", "free track 1", "free extractor"));
+    EXPECT_THAT(callsOf({"packets", plugin.file(fakeFile({fakeVideo(), fakeAudio()})),
+                         "--only-track", "1"}),
+                ElementsAre("countTracks", "name", "getMetaData", "getTrack 1", "start track 1",
+                            "stop track 1", "free track 1", "free extractor"));
 }
 
 TEST(Framework, DoesNotStopATrackThatDidNotStart) {

@@ -53,6 +53,34 @@ TEST(Info, DecodesTheEsdsBelowTheTable) {
                           "    tags 0x03, ES_ID 1, flags 0x00\n"));
 }
 
+TEST(Info, ListsAllEntriesOfAllFormats) {
+    const FakePlugin plugin;
+    auto audio = fakeAudio();
+    audio["format"]["anything"] = 7;
+    const ProcessResult result =
+            FakePlugin::run({"info", "--format", plugin.file(fakeFile({audio}))});
+    EXPECT_THAT(result.out, HasSubstr("  Format of the container:\n"
+                                      "    durationUs: int64(120000)\n"
+                                      "    mime: string(video/fake)\n"
+                                      "  Format of track 0:\n"));
+    EXPECT_THAT(result.out, HasSubstr("    anything: int32(7)\n"));
+}
+
+TEST(Info, CutsLongBytesOnATerminalOnly) {
+    const FakePlugin plugin;
+    auto video = fakeVideo();
+    video["format"]["esds"] = std::string(400, '7');
+    const std::string file = plugin.file(fakeFile({video}));
+    ProcessSetup terminal;
+    terminal.out = StandardStream::kTerminal;
+    terminal.columns = 60;
+    const std::string cut = FakePlugin::run({"info", file}, terminal).out;
+    EXPECT_THAT(cut, HasSubstr("77…"));
+    EXPECT_THAT(FakePlugin::run({"info", "--verbose", file}, terminal).out,
+                testing::Not(HasSubstr("…")));
+    EXPECT_THAT(FakePlugin::run({"info", file}).out, testing::Not(HasSubstr("…")));
+}
+
 TEST(InfoJson, HoldsWhatTheTableHolds) {
     const FakePlugin plugin;
     const std::string path = plugin.file(fakeFile({fakeVideo(), fakeAudio()}));
@@ -63,10 +91,13 @@ TEST(InfoJson, HoldsWhatTheTableHolds) {
     const json& file = document["files"][0];
     EXPECT_EQ(file["path"], path);
     EXPECT_EQ(file["exit_code"], 0);
-    EXPECT_EQ(file["extractor"], "fake");
+    EXPECT_EQ(file["extractor"], "Fake Extractor");
     EXPECT_EQ(file["container"], json({{"mime", "video/fake"},
                                        {"size_bytes", fs::file_size(path)},
-                                       {"duration_us", 120000}}));
+                                       {"duration_us", 120000},
+                                       {"format",
+                                        {{{"name", "durationUs"}, {"value", "int64(120000)"}},
+                                         {{"name", "mime"}, {"value", "string(video/fake)"}}}}}));
     EXPECT_EQ(file["errors"], json::array());
     EXPECT_EQ(file["warnings"], json::array());
     EXPECT_EQ(file["tracks"][0]["codec"], "H.264");

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "FakeFile.h"
 #include "Process.h"
@@ -102,7 +104,21 @@ TEST(Folder, CannotBePlayed) {
     const TemporaryFolder folder;
     const ProcessResult result = FakePlugin::run({"packets", folder.path().string()});
     EXPECT_EQ(result.exitCode, 2);
-    EXPECT_THAT(result.err, HasSubstr("cannot open: Is a directory"));
+    EXPECT_THAT(result.err, HasSubstr("the folder has no file whose name ends in .ogm"));
+}
+
+TEST(NamedPipe, IsReadIntoATemporaryFile) {
+    const TemporaryFolder spool;
+    const TemporaryFolder folder;
+    const std::string path = folder.path("pipe");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    ProcessSetup setup;
+    setup.environment = {{"TMPDIR", spool.path().string()}};
+    setup.meanwhile = [&path](pid_t) { std::ofstream(path) << fakeFile({fakeVideo()}).dump(); };
+    const ProcessResult result = FakePlugin::run({"info", path}, setup);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr("1 track\n"));
+    EXPECT_TRUE(fs::is_empty(spool.path()));
 }
 
 }  // namespace

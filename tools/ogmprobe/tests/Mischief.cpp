@@ -96,6 +96,11 @@ void searchOnce(android::CDataSource* source) {
     }
 }
 
+void readOnce(android::CDataSource* source) {
+    char byte = 0;
+    source->readAt(source->handle, 1, &byte, 1);
+}
+
 void sleepForASecond(android::CDataSource*) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1200));
 }
@@ -174,6 +179,7 @@ const std::map<std::string, void (*)(android::CDataSource*)> kMischief = {
         {"spin", readForEver},
         {"wander", wanderForEver},
         {"search", searchOnce},
+        {"read once", readOnce},
         {"nap", sleepForASecond},
         {"socket", openSocket},
         {"write", openForWriting},

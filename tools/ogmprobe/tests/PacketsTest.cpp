@@ -48,6 +48,72 @@ TEST(Packets, CanBeThoseOfSomeTracksOnly) {
     EXPECT_EQ(lines[2]["track"], 1);
 }
 
+std::vector<std::string> linesOf(const std::vector<std::string>& options) {
+    const FakePlugin plugin;
+    std::vector<std::string> arguments = {"packets",
+                                          plugin.file(fakeFile({fakeVideo(), fakeAudio()}))};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    std::istringstream out(FakePlugin::run(arguments).out);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(out, line);) {
+        lines.push_back(line.substr(0, 21));
+    }
+    lines.erase(lines.begin());
+    return lines;
+}
+
+TEST(Packets, OfOneTrackAreThoseOfAPlayingOfAll) {
+    const FakePlugin plugin;
+    const std::string file = plugin.file(fakeFile({fakeVideo(), fakeAudio()}));
+    const ProcessResult result =
+            FakePlugin::run({"--log", "info", "packets", "--track", "1", file});
+    EXPECT_THAT(result.err, HasSubstr("start track 0"));
+    EXPECT_THAT(result.err, testing::Not(HasSubstr("warning")));
+}
+
+TEST(Packets, OfATrackAloneSayWhatDiffers) {
+    const FakePlugin plugin;
+    const std::string file = plugin.file(fakeFile({fakeVideo(), fakeAudio()}));
+    const ProcessResult result =
+            FakePlugin::run({"--log", "info", "packets", "--only-track", "1", file});
+    EXPECT_THAT(result.err, testing::Not(HasSubstr("start track 0")));
+    EXPECT_THAT(result.err, HasSubstr("warning: " + file + ": the other tracks are not played: "));
+}
+
+TEST(Packets, CanBeThoseOfSomeTimesOnly) {
+    EXPECT_THAT(linesOf({"--from", "0.04", "--to", "0:00:00.08"}),
+                testing::ElementsAre("    1        0.060000", "    0        0.040000"));
+}
+
+TEST(Packets, CanBeSyncFramesOnlyAndAreCountedThen) {
+    EXPECT_THAT(linesOf({"--sync-only", "--count", "1"}),
+                testing::ElementsAre("    0        0.000000", "    1        0.000000"));
+}
+
+TEST(Packets, CanHaveTimesAsHoursMinutesAndSeconds) {
+    EXPECT_THAT(linesOf({"--clock", "--track", "0", "--count", "1"}),
+                testing::ElementsAre("    0  0:00:00.000000"));
+}
+
+TEST(Packets, CanBeCommaSeparatedValues) {
+    const FakePlugin plugin;
+    const std::string file = plugin.file(fakeFile({fakeVideo()}), "a,b.fake");
+    const ProcessResult result = FakePlugin::run({"packets", "--csv", "--count", "1", file});
+    EXPECT_EQ(result.out, "file,seek,track,time,until_next,size,sync,digest\n\"" + file +
+                                  "\",,0,0.000000,0.080000,2,1,08328707b4eb6e3a\n");
+}
+
+TEST(Packets, OfSeveralFilesComeOneAfterTheOther) {
+    const FakePlugin plugin;
+    const std::string a = plugin.file(fakeFile({fakeAudio()}), "a.fake");
+    const std::string b = plugin.file(fakeFile({fakeAudio()}), "b.fake");
+    const ProcessResult result =
+            FakePlugin::run({"packets", a, plugin.folder().path("missing"), b});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.out, HasSubstr("# " + a + "\n    0"));
+    EXPECT_THAT(result.out, HasSubstr("# " + b + "\n    0"));
+}
+
 TEST(Packets, CanBeCountedOutForEachTrack) {
     const FakePlugin plugin;
     const auto lines =

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -28,7 +29,7 @@ struct Ends {
     int reader = -1;
 };
 
-Ends connect(StandardStream kind) {
+Ends connect(StandardStream kind, uint16_t columns) {
     int ends[2] = {-1, -1};
     switch (kind) {
         case StandardStream::kCaptured:
@@ -39,11 +40,13 @@ Ends connect(StandardStream kind) {
             break;
         case StandardStream::kFullDevice:
             return {open("/dev/full", O_WRONLY | O_CLOEXEC), -1};
-        case StandardStream::kTerminal:
-            if (openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) != 0) {
+        case StandardStream::kTerminal: {
+            const winsize size = {24, columns, 0, 0};
+            if (openpty(&ends[0], &ends[1], nullptr, nullptr, &size) != 0) {
                 throw std::runtime_error("no terminal");
             }
             break;
+        }
     }
     if (kind == StandardStream::kClosedPipe) {
         close(ends[0]);
@@ -136,8 +139,8 @@ ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessS
     // A program that does not read to the end must not end the test.
     std::signal(SIGPIPE, SIG_IGN);
     StandardInput in(setup.in);
-    const Ends out = connect(setup.out);
-    const Ends err = connect(setup.err);
+    const Ends out = connect(setup.out, setup.columns);
+    const Ends err = connect(setup.err, setup.columns);
     const pid_t child = fork();
     if (child == 0) {
         std::signal(SIGPIPE, SIG_DFL);

@@ -40,6 +40,8 @@ struct ProcessSetup {
     StandardStream err = StandardStream::kCaptured;
     /** Both standard streams go into `out` of the result, in the order of writing. */
     bool joined = false;
+    /** Of a terminal; 0: it does not say. */
+    uint16_t columns = 0;
     /** No file may grow larger. */
     std::optional<uint64_t> fileSizeLimit;
     /** Called with the program's process while it runs. */

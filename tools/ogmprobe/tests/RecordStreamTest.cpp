@@ -27,7 +27,7 @@ TrackDescription someTrack() {
 /** One record of each kind, none of them plain zeros. */
 std::vector<Record> oneOfEach() {
     return {
-            FileOpened{"name", "video/ogm", 5, 2, 1000},
+            FileOpened{"name", "video/ogm", 5, 2, 1000, {{"key", "int32(1)"}}},
             TrackListed{someTrack()},
             TrackStarted{someTrack()},
             PlaybackReady{2},

@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <utility>
 
 #include "Process.h"
 #include "TemporaryFolder.h"
@@ -163,6 +166,92 @@ TEST(Samples, OfAnotherKindAreNotTaken) {
     const ProcessResult result = runProbe({"info", folder.write("a.txt", "no media file")});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_THAT(result.err, HasSubstr("not recognised"));
+}
+
+json streamsOf(const std::string& name) {
+    return infoOf(name)["from_file"]["streams"];
+}
+
+TEST(Samples, HaveTheirStreamsWithoutATrackInTheTable) {
+    const ProcessResult refused = runProbe({"info", sample("xvid_refused_mp3.ogm")});
+    EXPECT_THAT(refused.out, HasSubstr("      -  video  XVID "));
+    EXPECT_THAT(refused.out, HasSubstr("no track: unknown codec XVID\n"));
+    EXPECT_THAT(refused.out, HasSubstr("\n  1 stream has no track: ogmprobe explain\n"));
+    const ProcessResult vorbis = runProbe({"info", sample("mpeg4_vorbis.ogm")});
+    EXPECT_THAT(vorbis.out, HasSubstr("no track: Vorbis: passed over\n"));
+    EXPECT_EQ(streamsOf("mpeg4_mp3_ac3.ogm")[2]["why_no_track"], nullptr);
+}
+
+TEST(Samples, HaveTheDurationThatTheirPagesTell) {
+    const json info = infoOf("mpeg4_b_mp3.ogm");
+    EXPECT_EQ(info["container"]["duration_us"], 0);
+    EXPECT_EQ(info["from_file"]["duration_us"], 6034285);
+    EXPECT_THAT(runProbe({"info", sample("mpeg4_b_mp3.ogm")}).out,
+                HasSubstr("duration unknown to the plug-in (0:00:06.034 by the pages), 2 tracks"));
+}
+
+TEST(Samples, HaveThePacketsBitratesAndTagsOfTheirStreams) {
+    const json streams = streamsOf("mpeg4_b_mp3.ogm");
+    ASSERT_EQ(streams.size(), 2U);
+    EXPECT_EQ(streams[0]["kind"], "video");
+    EXPECT_EQ(streams[0]["packets"], 150);
+    EXPECT_EQ(streams[0]["track"], 0);
+    EXPECT_GE(streams[0]["largest_bitrate"], streams[0]["average_bitrate"]);
+    EXPECT_EQ(streams[1]["tag"], "0055");
+    EXPECT_EQ(streamsOf("divx3_pcm16.ogm")[1]["bits_per_sample"], 16);
+}
+
+TEST(Samples, HaveWhatTheHeadersInsideTheirVideoSay) {
+    EXPECT_EQ(streamsOf("mpeg4_b_mp3.ogm")[0]["video"]["interlaced"], false);
+    EXPECT_EQ(streamsOf("mpeg4_b_mp3.ogm")[0]["video"]["width"], 176);
+    EXPECT_EQ(streamsOf("mpeg2_ac3.ogm")[0]["video"]["profile"], "Main");
+    EXPECT_EQ(streamsOf("h264_mp3vbr.ogm")[0]["video"]["width"], 176);
+    EXPECT_EQ(streamsOf("mjpeg.ogm")[0]["video"], nullptr);
+}
+
+TEST(Samples, HaveTheirCommentsMarkedAsTheFilesOwn) {
+    const json comments = streamsOf("mpeg4_b_mp3.ogm")[0]["comments"];
+    EXPECT_FALSE(comments["vendor"].get<std::string>().empty());
+    EXPECT_THAT(runProbe({"info", sample("mpeg4_b_mp3.ogm")}).out,
+                HasSubstr("  From the file itself:\n"));
+}
+
+TEST(Samples, NameThePluginByItsDefinition) {
+    EXPECT_EQ(infoOf("mjpeg.ogm")["extractor"], "ZOR OGM Extractor");
+}
+
+/** What the tool makes of the file; nothing where it is not installed. */
+std::string probedBy(const std::string& path) {
+    const std::string command =
+            "ffprobe -v error -show_entries stream=codec_name -of csv=p=0 '" + path + "' 2>&1";
+    std::string text;
+    FILE* pipe = popen(command.c_str(), "r");
+    for (int letter = std::fgetc(pipe); letter != EOF; letter = std::fgetc(pipe)) {
+        text += static_cast<char>(letter);
+    }
+    pclose(pipe);
+    return text.substr(0, text.find_first_of(",\n"));
+}
+
+TEST(Samples, GiveFilesThatOtherProgramsOpen) {
+    if (std::system("command -v ffprobe >/dev/null 2>&1") != 0) {
+        GTEST_SKIP() << "ffprobe is not installed";
+    }
+    const TemporaryFolder folder;
+    for (const char* name : {"divx3_pcm16.ogm", "mpeg4_mp3_ac3.ogm", "h264_mp3vbr.ogm",
+                             "mpeg2_ac3.ogm", "mjpeg.ogm"}) {
+        runProbe({"extract", sample(name), "-o", folder.path().string()});
+    }
+    for (const auto& [file, codec] : {std::pair{"divx3_pcm16.track0.avi", "msmpeg4v3"},
+                                      std::pair{"divx3_pcm16.track1.wav", "pcm_s16le"},
+                                      std::pair{"mpeg4_mp3_ac3.track0.m4v", "mpeg4"},
+                                      std::pair{"mpeg4_mp3_ac3.track1.mp3", "mp3"},
+                                      std::pair{"mpeg4_mp3_ac3.track2.ac3", "ac3"},
+                                      std::pair{"h264_mp3vbr.track0.h264", "h264"},
+                                      std::pair{"mpeg2_ac3.track0.m2v", "mpeg2video"},
+                                      std::pair{"mjpeg.track0.mjpeg", "mjpeg"}}) {
+        EXPECT_EQ(probedBy(folder.path(file)), codec) << file;
+    }
 }
 
 }  // namespace

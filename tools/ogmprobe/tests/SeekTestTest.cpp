@@ -2,12 +2,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "FakeFile.h"
 
 namespace ogmprobe::test {
 namespace {
 
 using nlohmann::json;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 TEST(SeekTest, ShowsWhereEachSeekOfTheGridLandsAndWhatItCosts) {
@@ -65,6 +68,26 @@ TEST(SeekTest, FailsWithTheReadThatFails) {
     const ProcessResult result =
             FakePlugin::run({"seektest", "--steps", "2", plugin.file(fakeFile({video}))});
     EXPECT_EQ(result.exitCode, 2);
+}
+
+TEST(SeekTest, OfSeveralFilesIsALineEach) {
+    const FakePlugin plugin;
+    const std::string a = plugin.file(fakeFile({fakeVideo()}), "a.fake");
+    const std::string b = plugin.file(fakeFile({fakeVideo()}), "b.fake");
+    const ProcessResult result = FakePlugin::run({"seektest", "--steps", "2", a, b});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 2) << result.out;
+    EXPECT_THAT(result.out, HasSubstr(a + ": 3 seeks, "));
+    EXPECT_THAT(result.out, HasSubstr(b + ": 3 seeks, "));
+}
+
+TEST(SeekTest, CanBeCommaSeparatedValues) {
+    const FakePlugin plugin;
+    const std::string file = plugin.file(fakeFile({fakeVideo()}), "a.fake");
+    const ProcessResult result = FakePlugin::run({"seektest", "--csv", "--steps", "1", file});
+    EXPECT_EQ(result.out.substr(0, result.out.find('\n')),
+              "file,target,landed,off_target,sync,reads,bytes");
+    EXPECT_THAT(result.out, HasSubstr("\n" + file + ",0.000000,0.000000,0.000000,1,1,1\n"));
 }
 
 }  // namespace

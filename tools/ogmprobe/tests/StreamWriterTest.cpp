@@ -78,6 +78,63 @@ TEST(Mpeg4Stream, StaysAsItIsWithoutAnEsdsOrWithADamagedOne) {
     EXPECT_EQ(written(mpeg4, {{0, true, kPicture}}), kPicture);
 }
 
+uint64_t number(const Bytes& bytes, size_t offset) {
+    return bytes[offset] | bytes[offset + 1] << 8 | bytes[offset + 2] << 16 |
+           static_cast<uint64_t>(bytes[offset + 3]) << 24;
+}
+
+std::string text(const Bytes& bytes, size_t offset) {
+    return {bytes.begin() + static_cast<ptrdiff_t>(offset),
+            bytes.begin() + static_cast<ptrdiff_t>(offset) + 4};
+}
+
+TEST(AviStream, HasItsFramesAndAnIndexOfThem) {
+    TrackDescription divx = track("video/divx3");
+    divx.width = 176;
+    divx.height = 144;
+    divx.frameRate = 25;
+    const Bytes avi = written(divx, {{0, true, {1, 2, 3}}, {40000, false, {4, 5}}});
+    EXPECT_EQ(text(avi, 0) + text(avi, 8), "RIFFAVI ");
+    EXPECT_EQ(number(avi, 4), avi.size() - 8);
+    EXPECT_EQ(text(avi, 112), "DIV3");
+    EXPECT_EQ(number(avi, 132), 25U) << "the rate";
+    EXPECT_EQ(number(avi, 140), 2U) << "frames";
+    const size_t movie = 220;
+    EXPECT_EQ(text(avi, movie), "movi");
+    EXPECT_EQ(Bytes(avi.begin() + movie + 4, avi.begin() + movie + 26),
+              (Bytes{'0', '0', 'd', 'c', 3,   0, 0, 0, 1, 2, 3,
+                     0,   '0', '0', 'd', 'c', 2, 0, 0, 0, 4, 5}));
+    const size_t index = movie + 26;
+    EXPECT_EQ(text(avi, index), "idx1");
+    EXPECT_EQ(number(avi, index + 12), 0x10U) << "a sync frame";
+    EXPECT_EQ(number(avi, index + 16), 4U);
+    EXPECT_EQ(number(avi, index + 28), 0U);
+    EXPECT_EQ(number(avi, index + 32), 16U);
+    EXPECT_EQ(number(avi, index + 36), 2U);
+}
+
+TEST(AdpcmBlock, IsTheUsualOneOfTheRateIfPacketsAreOfWholeBlocks) {
+    EXPECT_EQ(adpcmBlock(44100, 2, 4096), 2048U);
+    EXPECT_EQ(adpcmBlock(22050, 1, 512), 512U);
+    EXPECT_EQ(adpcmBlock(8000, 1, 768), 256U);
+    EXPECT_EQ(adpcmBlock(44100, 2, 1000), 1000U);
+    EXPECT_EQ(adpcmBlock(44100, 0, 1000), 1000U);
+}
+
+TEST(AdpcmStream, IsAWavFile) {
+    TrackDescription adpcm = track("audio/x-adpcm-ms");
+    adpcm.sampleRate = 22050;
+    adpcm.channelCount = 1;
+    const Bytes wav = written(adpcm, {{0, true, Bytes(512)}});
+    EXPECT_EQ(text(wav, 0) + text(wav, 8), "RIFFWAVE");
+    EXPECT_EQ(number(wav, 4), wav.size() - 8);
+    EXPECT_EQ(wav[20], 2) << "MS ADPCM";
+    EXPECT_EQ(wav[32] | wav[33] << 8, 512) << "the block";
+    EXPECT_EQ(wav[38] | wav[39] << 8, 1012) << "samples of a block";
+    EXPECT_EQ(text(wav, 70), "data");
+    EXPECT_EQ(number(wav, 74), 512U);
+}
+
 TEST(WavHeader, DescribesSixteenBitSamples) {
     const Bytes expected = {'R', 'I', 'F',  'F',  40,  0,   0,    0,    'W', 'A', 'V',
                             'E', 'f', 'm',  't',  ' ', 16,  0,    0,    0,   1,   0,

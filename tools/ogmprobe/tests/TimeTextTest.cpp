@@ -54,6 +54,24 @@ TEST(ParseSeconds, RefusesWhatIsNoNumberOfSeconds) {
     }
 }
 
+TEST(ClockText, HasHoursMinutesSecondsAndMicroseconds) {
+    EXPECT_EQ(clockText(3723000004), "1:02:03.000004");
+    EXPECT_EQ(clockText(-1500000), "-0:00:01.500000");
+}
+
+TEST(ParseTime, TakesSecondsAndMinutesAndHours) {
+    EXPECT_EQ(parseTime("12.5"), 12500000);
+    EXPECT_EQ(parseTime("1:02.5"), 62500000);
+    EXPECT_EQ(parseTime("00:00:03"), 3000000);
+    EXPECT_EQ(parseTime("1:00:00.25"), 3600250000);
+}
+
+TEST(ParseTime, RefusesWhatIsNoTime) {
+    for (const char* text : {"", ":", "1:", ":1", "1:60", "1:-1", "a:1", "-1:1", "1::1", "1:1e1"}) {
+        EXPECT_EQ(parseTime(text), std::nullopt) << text;
+    }
+}
+
 TEST(TimeDifference, WrapsWhereItDoesNotFit) {
     EXPECT_EQ(timeDifferenceUs(40000, 80000), -40000);
     EXPECT_EQ(timeDifferenceUs(kLeast, 1), kGreatest);

@@ -53,9 +53,10 @@ TEST(Usage, ExitsWithTwoForAFolderWithoutFiles) {
     const FakePlugin plugin;
     const std::string folder = plugin.folder().path().string();
     for (const auto& [command, message] :
-         {std::pair{"packets", "Is a directory"},
+         {std::pair{"compare", "Is a directory"},
+          std::pair{"packets", "the folder has no file whose name ends in .ogm"},
           std::pair{"info", "the folder has no file whose name ends in .ogm"}}) {
-        const ProcessResult result = FakePlugin::run({command, folder});
+        const ProcessResult result = FakePlugin::run({command, folder, folder});
         EXPECT_EQ(result.exitCode, 2) << command;
         EXPECT_THAT(result.err, HasSubstr(message));
     }
@@ -93,6 +94,34 @@ TEST(Usage, GoesOnAfterABadFileAndExitsWithTheLargestCode) {
              plugin.file(fakeFile({fakeVideo()}))});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_THAT(result.out, HasSubstr("a.fake: video/fake"));
+}
+
+TEST(Usage, TakesAFileAloneForInfo) {
+    const FakePlugin plugin;
+    const std::string file = plugin.file(fakeFile({fakeVideo()}));
+    EXPECT_EQ(FakePlugin::run({file}).out, FakePlugin::run({"info", file}).out);
+}
+
+TEST(Usage, NamesTheNearestCommand) {
+    const ProcessResult result = runProbe({"pakets", "film.ogm"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err,
+              "ogmprobe: error: pakets is no command and no file; did you mean packets?\n");
+}
+
+TEST(Usage, ShowsNamesInOneLineWhateverTheyHold) {
+    const FakePlugin plugin;
+    const std::string name = "a\n\033[31m\u202eb.fake";
+    const std::string shown = "a\\n\\x1b[31m\\u{202e}b.fake";
+    const std::string good = plugin.file(fakeFile({fakeVideo()}), name);
+    EXPECT_THAT(FakePlugin::run({"info", good}).out, HasSubstr(shown + ": video/fake"));
+    EXPECT_THAT(FakePlugin::run({"compare", good, good}).out, HasSubstr(shown));
+    EXPECT_THAT(FakePlugin::run({"packets", good, good}).out, HasSubstr(shown));
+    const std::string folder = plugin.folder().path("out");
+    EXPECT_THAT(FakePlugin::run({"extract", good, "-o", folder}).out,
+                HasSubstr("a\\n\\x1b[31m\\u{202e}b.track0.h264"));
+    EXPECT_THAT(FakePlugin::run({"info", plugin.folder().path("no" + name)}).err,
+                HasSubstr("no" + shown + ": cannot open"));
 }
 
 }  // namespace

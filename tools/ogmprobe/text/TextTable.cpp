@@ -28,10 +28,15 @@ void TextTable::add(std::vector<std::string> row) {
     mRows.push_back(std::move(row));
 }
 
+void TextTable::addDimmed(std::vector<std::string> row) {
+    mDimmed.insert(mRows.size());
+    add(std::move(row));
+}
+
 std::string TextTable::text(const std::string& indent, bool color) const {
     std::string lines = emphasised(line(headings(), indent), color) + "\n";
-    for (const auto& row : mRows) {
-        lines += line(row, indent) + "\n";
+    for (size_t i = 0; i < mRows.size(); ++i) {
+        lines += dimmed(line(mRows[i], indent), color && mDimmed.contains(i)) + "\n";
     }
     return lines;
 }

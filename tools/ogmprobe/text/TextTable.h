@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,8 @@ class TextTable {
 
     /** One cell for each column. */
     void add(std::vector<std::string> row);
+    /** The same, in grey with `color`. */
+    void addDimmed(std::vector<std::string> row);
 
     /** All lines, the headings first (in bold with `color`); no line ends in a blank. */
     std::string text(const std::string& indent, bool color) const;
@@ -30,6 +33,8 @@ class TextTable {
     std::vector<Column> mColumns;
     std::vector<size_t> mWidths;
     std::vector<std::vector<std::string>> mRows;
+    /** Numbers of rows. */
+    std::set<size_t> mDimmed;
 };
 
 }  // namespace ogmprobe

@@ -3,6 +3,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -38,6 +39,14 @@ std::string durationText(std::optional<int64_t> durationUs) {
                        milliseconds % 1000);
 }
 
+std::string clockText(int64_t timeUs) {
+    const auto bits = static_cast<uint64_t>(timeUs);
+    const uint64_t magnitude = timeUs < 0 ? ~bits + 1 : bits;
+    const uint64_t seconds = magnitude / kUsPerSecond;
+    return fmt::format("{}{}:{:02}:{:02}.{:06}", timeUs < 0 ? "-" : "", seconds / 3600,
+                       seconds / 60 % 60, seconds % 60, magnitude % kUsPerSecond);
+}
+
 std::optional<int64_t> parseSeconds(std::string_view text) {
     double seconds = 0;
     const char* end = text.data() + text.size();
@@ -46,6 +55,35 @@ std::optional<int64_t> parseSeconds(std::string_view text) {
         return std::nullopt;
     }
     return std::llround(seconds * static_cast<double>(kUsPerSecond));
+}
+
+std::optional<int64_t> parseTime(std::string_view text) {
+    constexpr int64_t kSixty = 60;
+    constexpr int64_t kMost = 1'000'000;
+    const size_t colon = text.rfind(':');
+    if (colon == std::string_view::npos) {
+        return parseSeconds(text);
+    }
+    int64_t minutes = 0;
+    for (std::string_view rest = text.substr(0, colon);;) {
+        const size_t end = std::min(rest.find(':'), rest.size());
+        int64_t part = 0;
+        const auto [stop, error] = std::from_chars(rest.data(), rest.data() + end, part);
+        if (error != std::errc() || stop != rest.data() + end || part < 0 || part > kMost ||
+            minutes > kMost) {
+            return std::nullopt;
+        }
+        minutes = minutes * kSixty + part;
+        if (end == rest.size()) {
+            break;
+        }
+        rest.remove_prefix(end + 1);
+    }
+    const auto seconds = parseSeconds(text.substr(colon + 1));
+    if (!seconds || *seconds < 0 || *seconds >= kSixty * kUsPerSecond) {
+        return std::nullopt;
+    }
+    return minutes * kSixty * kUsPerSecond + *seconds;
 }
 
 }  // namespace ogmprobe

@@ -16,7 +16,13 @@ std::string secondsText(std::optional<int64_t> timeUs);
 /** Hours, minutes, seconds and milliseconds: "0:01:30.000"; "unknown" for 0, less or nothing. */
 std::string durationText(std::optional<int64_t> durationUs);
 
+/** Hours, minutes, seconds and microseconds: "-0:00:01.500000". */
+std::string clockText(int64_t timeUs);
+
 /** Seconds as a decimal number, to the nearest microsecond; nothing for any other text. */
 std::optional<int64_t> parseSeconds(std::string_view text);
+
+/** The same, or minutes and hours in front of colons: "1:02.5", "0:01:30". */
+std::optional<int64_t> parseTime(std::string_view text);
 
 }  // namespace ogmprobe

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <android/log.h>
 #include <fmt/core.h>
 #include <unistd.h>
 
@@ -10,11 +11,13 @@
 #include "commands/CommandRecords.h"
 #include "commands/Commands.h"
 #include "files/InputFiles.h"
+#include "info/FactsText.h"
 #include "text/Hex.h"
 #include "text/Json.h"
 #include "text/NumberText.h"
 #include "text/TextTable.h"
 #include "text/TimeText.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -26,6 +29,8 @@ struct FileInfo {
     FileOpened file;
     /** Fewer than the file has, if its extractor died. */
     std::vector<TrackDescription> tracks;
+    /** What the file itself says. */
+    FileFacts facts;
 };
 
 /** Gathers what the records of one file tell. */
@@ -37,7 +42,8 @@ class InfoRecords : public CommandRecords {
         : CommandRecords(session, report), mReportOfRun(reportOfRun) {}
 
     void operator()(const FileOpened& file) {
-        mInfo = FileInfo{file, {}};
+        mInfo = FileInfo{file, {}, {}};
+        mSources.tracks = file.trackCount;
         if (file.trackCount == 0) {
             report().warning(kNoTracks);
         }
@@ -55,10 +61,23 @@ class InfoRecords : public CommandRecords {
         concerned.error(failure.code, failure.message);
     }
 
+    void operator()(const LogLine& line) {
+        mSources.add(line);
+        CommandRecords::operator()(line);
+    }
+
+    /** Adds what the file itself says. */
+    void lookInto(const std::string& path) {
+        if (mInfo) {
+            report().guard([&] { mInfo->facts = fileFacts(path, mSources); });
+        }
+    }
+
     const std::optional<FileInfo>& info() const { return mInfo; }
 
   private:
     Report& mReportOfRun;
+    TrackSources mSources;
     std::optional<FileInfo> mInfo;
 };
 
@@ -66,12 +85,15 @@ ordered_json toJson(const std::string& path, const std::optional<FileInfo>& info
                     const Report& report) {
     ordered_json container = nullptr;
     ordered_json extractor = nullptr;
+    ordered_json fromFile = nullptr;
     auto tracks = ordered_json::array();
     if (info) {
         extractor = info->file.extractor;
         container = {{"mime", info->file.mime},
                      {"size_bytes", info->file.sizeBytes},
-                     {"duration_us", orNull(info->file.durationUs)}};
+                     {"duration_us", orNull(info->file.durationUs)},
+                     {"format", toJson(info->file.entries)}};
+        fromFile = toJson(info->facts);
         for (const TrackDescription& track : info->tracks) {
             tracks.push_back(toJson(track));
         }
@@ -81,48 +103,94 @@ ordered_json toJson(const std::string& path, const std::optional<FileInfo>& info
             {"extractor", extractor},
             {"container", container},
             {"tracks", tracks},
+            {"from_file", fromFile},
             {"errors", report.errorsJson()},
             {"warnings", report.warningsJson()}};
 }
 
-std::string trackTable(const std::vector<TrackDescription>& tracks, bool color) {
+std::string trackTable(const FileInfo& info, bool color) {
     TextTable table({{"Track", TextTable::Align::kRight},
                      {"Type"},
                      {"Codec"},
                      {"Format"},
                      {"Duration", TextTable::Align::kRight},
                      {"MIME type"}});
-    for (const TrackDescription& track : tracks) {
+    for (const TrackDescription& track : info.tracks) {
         table.add({fmt::format("{}", track.index), kindName(track.kind), track.codec.name,
                    formatText(track), durationText(track.durationUs), track.mime});
     }
+    addStreamsWithoutTrack(info.facts, table);
     return table.text("  ", color);
 }
 
-std::string esdsText(const TrackDescription& track) {
-    std::string text = fmt::format("  Track {} ESDS, {} bytes: {}\n", track.index,
-                                   track.esds->size(), hexText(*track.esds, " "));
+/** Both answers where the plug-in's and the file's are not the same. */
+std::string durationAnswer(const FileInfo& info) {
+    const std::string byPlugin = durationText(info.file.durationUs);
+    const std::string byPages = durationText(info.facts.durationUs);
+    if (!info.facts.durationUs || byPlugin == byPages) {
+        return byPlugin;
+    }
+    return info.file.durationUs.value_or(0) > 0
+                   ? fmt::format("{} ({} by the pages)", byPlugin, byPages)
+                   : fmt::format("unknown to the plug-in ({} by the pages)", byPages);
+}
+
+/** How the text is to look. */
+struct Style {
+    bool color = false;
+    /** List all entries of formats. */
+    bool formats = false;
+    /** Longer lines of bytes are cut; 0: none is. */
+    size_t columns = 0;
+};
+
+std::string fitting(const std::string& line, const Style& style) {
+    return style.columns == 0 ? line : shortened(line, style.columns);
+}
+
+std::string esdsText(const TrackDescription& track, const Style& style) {
+    std::string text = fitting(fmt::format("  Track {} ESDS, {} bytes: {}", track.index,
+                                           track.esds->size(), hexText(*track.esds, " ")),
+                               style) +
+                       "\n";
     for (const std::string& line : esdsLines(*track.esds)) {
-        text += fmt::format("    {}\n", line);
+        text += fitting("    " + line, style) + "\n";
     }
     return text;
 }
 
-std::string toText(const std::string& path, const FileInfo& info, bool color) {
+std::string formatList(const std::string& of, const std::vector<FormatEntry>& entries,
+                       const Style& style) {
+    std::string text = fmt::format("  Format of {}:\n", of);
+    for (const FormatEntry& entry : entries) {
+        text += fitting(fmt::format("    {}: {}", visible(entry.name), visible(entry.value)),
+                        style) +
+                "\n";
+    }
+    return text;
+}
+
+std::string toText(const std::string& path, const FileInfo& info, const Style& style) {
     const FileOpened& file = info.file;
     std::string text =
-            fmt::format("{}: {}, {}, duration {}, {}\n", emphasised(path, color), file.mime,
-                        sizeText(file.sizeBytes), durationText(file.durationUs),
+            fmt::format("{}: {}, {}, duration {}, {}\n", emphasised(visible(path), style.color),
+                        visible(file.mime), sizeText(file.sizeBytes), durationAnswer(info),
                         counted(file.trackCount, "track"));
-    if (!info.tracks.empty()) {
-        text += trackTable(info.tracks, color);
+    if (!info.tracks.empty() || info.facts.streamsWithoutTrack() > 0) {
+        text += trackTable(info, style.color);
     }
     for (const TrackDescription& track : info.tracks) {
         if (track.esds) {
-            text += esdsText(track);
+            text += esdsText(track, style);
         }
     }
-    return text;
+    if (style.formats) {
+        text += formatList("the container", file.entries, style);
+        for (const TrackDescription& track : info.tracks) {
+            text += formatList(fmt::format("track {}", track.index), track.entries, style);
+        }
+    }
+    return text + factsText(info.facts, style.color);
 }
 
 /** Gathers the results of all files: text as it comes, JSON at the end. */
@@ -132,7 +200,11 @@ class InfoRun {
         : mOptions(options),
           mSession(session),
           mReport(session.console, ""),
-          mColor(wantsColor(session.options.color, STDOUT_FILENO)) {}
+          mStyle{wantsColor(session.options.color, STDOUT_FILENO), options.format,
+                 options.verbose ? 0 : terminalColumns(STDOUT_FILENO)} {
+        // They say which streams become tracks; what is to be shown of them is chosen later.
+        mWithLines.logPriority = ANDROID_LOG_VERBOSE;
+    }
 
     ExitCode run() {
         for (const std::string& name : mOptions.files) {
@@ -167,7 +239,10 @@ class InfoRun {
     void inspect(const std::string& path) {
         Report report(mSession.console, path);
         InfoRecords records(mSession, report, mReport);
-        runReported({path, describeJob()}, mSession, report, records);
+        report.guard([&] {
+            runShown({path, describeJob()}, mWithLines, mSession.console, visitedBy(records));
+        });
+        records.lookInto(path);
         mWorst = std::max(mWorst, report.worst());
         if (mReport.worst() == ExitCode::kDone) {
             show(path, records.info(), report);
@@ -179,7 +254,7 @@ class InfoRun {
             mFiles.push_back(toJson(path, info, report));
         } else if (info) {
             mSession.output.write(mAnyText ? "\n" : "");
-            mSession.output.write(toText(path, *info, mColor));
+            mSession.output.write(toText(path, *info, mStyle));
             mAnyText = true;
         }
     }
@@ -188,7 +263,8 @@ class InfoRun {
     Session& mSession;
     /** About what concerns all files, so that there is no use in going on. */
     Report mReport;
-    const bool mColor;
+    const Style mStyle;
+    GlobalOptions mWithLines = mSession.options;
     ExitCode mWorst = ExitCode::kDone;
     ordered_json mFiles = ordered_json::array();
     bool mAnyText = false;

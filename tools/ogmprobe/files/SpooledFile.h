@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "files/Descriptor.h"
+#include "files/LeftoverFiles.h"
+
+namespace ogmprobe {
+
+/** A temporary file with all that a pipe had; goes with this object. */
+class SpooledFile {
+  public:
+    /** Larger than any film of this kind, smaller than most disks. */
+    static constexpr uint64_t kLimit = uint64_t{16} << 30;
+
+    /**
+     * Reads to the end. Throws `ProbeError` with `kFile`, in which the pipe has the name, also when
+     * there are more bytes than the limit.
+     */
+    SpooledFile(int pipe, const std::string& name, uint64_t limit = kLimit);
+
+    const std::string& path() const { return mPath; }
+
+  private:
+    Descriptor makeFile(const std::string& name);
+
+    std::string mPath;
+    LeftoverFile mLeftover;
+};
+
+}  // namespace ogmprobe

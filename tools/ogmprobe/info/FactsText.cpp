@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "info/FactsText.h"
+
+#include <fmt/core.h>
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "text/Json.h"
+#include "text/NumberText.h"
+#include "text/TimeText.h"
+#include "text/VisibleText.h"
+
+namespace ogmprobe {
+namespace {
+
+using nlohmann::ordered_json;
+
+std::string orDash(const std::string& text) {
+    return text.empty() ? "-" : text;
+}
+
+std::string rateOrDash(const std::optional<double>& rate) {
+    return rate ? rateText(*rate) : "-";
+}
+
+std::string streamTable(const FileFacts& facts, bool color) {
+    constexpr auto kRight = TextTable::Align::kRight;
+    TextTable table({{"Serial", kRight},
+                     {"Track", kRight},
+                     {"Kind"},
+                     {"Tag"},
+                     {"Bits", kRight},
+                     {"Packets", kRight},
+                     {"Bitrate", kRight},
+                     {"At most", kRight},
+                     {"Until", kRight}});
+    for (const StreamFacts& stream : facts.streams) {
+        table.add({fmt::format("{}", stream.serial),
+                   stream.track ? fmt::format("{}", *stream.track) : "-", stream.kind,
+                   orDash(stream.codec),
+                   stream.bitsPerSample ? fmt::format("{}", *stream.bitsPerSample) : "-",
+                   fmt::format("{}", stream.packets), rateOrDash(stream.averageBitrate),
+                   rateOrDash(stream.largestBitrate), durationText(stream.durationUs)});
+    }
+    return table.text("    ", color);
+}
+
+std::string streamLines(const StreamFacts& stream) {
+    const std::string indent = fmt::format("    Stream {} ", stream.serial);
+    std::string text;
+    if (stream.video) {
+        text += fmt::format("{}video: {}\n", indent, videoFactsText(*stream.video));
+    }
+    if (!stream.comments.vendor.empty()) {
+        text += fmt::format("{}written by: {}\n", indent, visible(stream.comments.vendor));
+    }
+    for (const Comment& comment : stream.comments.entries) {
+        if (!isChapter(comment)) {
+            text += fmt::format("{}{}: {}\n", indent, visible(comment.name),
+                                visible(comment.value));
+        }
+    }
+    return text;
+}
+
+ordered_json toJson(const VideoFacts& video) {
+    const auto textOrNull = [](const std::string& text) {
+        return text.empty() ? ordered_json(nullptr) : ordered_json(text);
+    };
+    return {{"profile", textOrNull(video.profile)},
+            {"level", textOrNull(video.level)},
+            {"width", video.width},
+            {"height", video.height},
+            {"aspect", textOrNull(video.aspect)},
+            {"interlaced", orNull(video.interlaced)}};
+}
+
+ordered_json toJson(const Comments& comments) {
+    auto entries = ordered_json::array();
+    for (const Comment& comment : comments.entries) {
+        entries.push_back({{"name", comment.name}, {"value", comment.value}});
+    }
+    return {{"vendor", comments.vendor}, {"entries", std::move(entries)}};
+}
+
+ordered_json rounded(const std::optional<double>& rate) {
+    return rate ? ordered_json(std::llround(*rate)) : ordered_json(nullptr);
+}
+
+ordered_json toJson(const StreamFacts& stream) {
+    return {{"serial", stream.serial},
+            {"track", orNull(stream.track)},
+            {"why_no_track",
+             stream.whyNoTrack.empty() ? ordered_json(nullptr) : ordered_json(stream.whyNoTrack)},
+            {"kind", stream.kind},
+            {"tag", stream.codec.empty() ? ordered_json(nullptr) : ordered_json(stream.codec)},
+            {"bits_per_sample", orNull(stream.bitsPerSample)},
+            {"packets", stream.packets},
+            {"bytes", stream.bytes},
+            {"average_bitrate", rounded(stream.averageBitrate)},
+            {"largest_bitrate", rounded(stream.largestBitrate)},
+            {"duration_us", orNull(stream.durationUs)},
+            {"video", stream.video ? toJson(*stream.video) : ordered_json(nullptr)},
+            {"comments", toJson(stream.comments)}};
+}
+
+}  // namespace
+
+void addStreamsWithoutTrack(const FileFacts& facts, TextTable& table) {
+    for (const StreamFacts& stream : facts.streams) {
+        if (!stream.whyNoTrack.empty()) {
+            table.addDimmed({"-", stream.kind, orDash(stream.codec), "-", "-",
+                             "no track: " + stream.whyNoTrack});
+        }
+    }
+}
+
+std::string factsText(const FileFacts& facts, bool color) {
+    if (facts.streams.empty()) {
+        return "";
+    }
+    std::string text = "  From the file itself:\n" + streamTable(facts, color);
+    for (const StreamFacts& stream : facts.streams) {
+        text += streamLines(stream);
+    }
+    for (const Chapter& chapter : facts.chapters) {
+        text += fmt::format("    Chapter at {}: {}\n", secondsText(chapter.timeUs),
+                            visible(chapter.name));
+    }
+    if (const uint64_t count = facts.streamsWithoutTrack(); count > 0) {
+        text += fmt::format("  {} no track: ogmprobe explain\n",
+                            count == 1 ? "1 stream has" : fmt::format("{} streams have", count));
+    }
+    return text;
+}
+
+ordered_json toJson(const FileFacts& facts) {
+    auto streams = ordered_json::array();
+    for (const StreamFacts& stream : facts.streams) {
+        streams.push_back(toJson(stream));
+    }
+    auto chapters = ordered_json::array();
+    for (const Chapter& chapter : facts.chapters) {
+        chapters.push_back({{"time_us", chapter.timeUs}, {"name", chapter.name}});
+    }
+    return {{"duration_us", orNull(facts.durationUs)},
+            {"streams", std::move(streams)},
+            {"chapters", std::move(chapters)}};
+}
+
+}  // namespace ogmprobe

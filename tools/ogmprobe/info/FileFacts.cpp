@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "info/FileFacts.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <map>
+#include <string_view>
+
+#include "files/InputFiles.h"
+#include "plugin/FileSource.h"
+#include "text/TimeUnits.h"
+
+namespace ogmprobe {
+namespace {
+
+/** The plug-in's log lines that tell which streams become tracks. */
+constexpr std::string_view kAccepted = "SerialNo = ";
+constexpr std::string_view kRefusedVideo = "unknow video codec";
+constexpr std::string_view kRefusedAudio = "unknown audio codec";
+
+/** Streams are looked for on so many pages. */
+constexpr size_t kHeaderPages = 121;
+
+/** Far more than any headers of a stream take. */
+constexpr size_t kMostHeaderBytes = size_t{1} << 20;
+constexpr size_t kMostHeaderPages = 64;
+
+/** How a bitrate varies is told by the second. */
+constexpr int64_t kInterval = kUsPerSecond;
+
+const char* kindName(StreamKind kind) {
+    switch (kind) {
+        case StreamKind::kVideo:
+            return "video";
+        case StreamKind::kAudio:
+            return "audio";
+        case StreamKind::kText:
+            return "text";
+        case StreamKind::kVorbis:
+            return "Vorbis";
+        case StreamKind::kTheora:
+            return "Theora";
+        case StreamKind::kOther:
+            break;
+    }
+    return "unknown";
+}
+
+/** Reads the beginnings of streams, of which the list of pages keeps none. */
+class StreamReader {
+  public:
+    StreamReader(const std::string& path, const OggFile& file)
+        : mSource(pathToOpen(path)), mFile(file) {}
+
+    std::vector<uint8_t> body(const OggPage& page) {
+        std::vector<uint8_t> bytes(std::min<uint64_t>(page.bodySize, kMostHeaderBytes));
+        const auto* table = mSource.table();
+        const ssize_t got = table->readAt(table->handle, static_cast<off64_t>(page.bodyOffset()),
+                                          bytes.data(), bytes.size());
+        bytes.resize(static_cast<size_t>(std::max<ssize_t>(got, 0)));
+        return bytes;
+    }
+
+    /** The bodies of the stream's data pages from one on, until the function has had enough. */
+    template <typename Enough>
+    std::vector<uint8_t> bodiesFrom(const OggStream& stream, size_t first, const Enough& enough) {
+        std::vector<uint8_t> bytes;
+        const size_t end = std::min(stream.dataPages.size(), first + kMostHeaderPages);
+        for (size_t i = first; i < end && bytes.size() < kMostHeaderBytes; ++i) {
+            const OggPage& page = mFile.pages()[stream.dataPages[i]];
+            const std::vector<uint8_t> more = body(page);
+            bytes.insert(bytes.end(), more.begin(), more.end());
+            if (enough(page, bytes)) {
+                break;
+            }
+        }
+        return bytes;
+    }
+
+  private:
+    FileSource mSource;
+    const OggFile& mFile;
+};
+
+using ReadFacts = std::optional<VideoFacts> (*)(std::span<const uint8_t>);
+
+struct VideoFamily {
+    std::string_view codec;
+    /** Null: the stream has no headers that tell anything. */
+    ReadFacts read;
+};
+
+/** Beginnings of FOURCCs in capital letters; all others are of MPEG-4 part 2. */
+constexpr std::array<VideoFamily, 20> kVideoFamilies = {{
+        {"H264", h264Facts},  {"X264", h264Facts}, {"AVC", h264Facts},   {"DAVC", h264Facts},
+        {"VSSH", h264Facts},  {"MPG", mpeg2Facts}, {"MPEG", mpeg2Facts}, {"MP2V", mpeg2Facts},
+        {"MP1V", mpeg2Facts}, {"MJPG", nullptr},   {"WMV", nullptr},     {"VP", nullptr},
+        {"DIV3", nullptr},    {"DIV4", nullptr},   {"DIV5", nullptr},    {"DIV6", nullptr},
+        {"MP43", nullptr},    {"MP42", nullptr},   {"MP41", nullptr},    {"COL", nullptr},
+}};
+
+ReadFacts factsReader(std::string codec) {
+    std::transform(codec.begin(), codec.end(), codec.begin(),
+                   [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
+    const auto* family =
+            std::find_if(kVideoFamilies.begin(), kVideoFamilies.end(),
+                         [&codec](const VideoFamily& row) { return codec.starts_with(row.codec); });
+    return family == kVideoFamilies.end() ? mpeg4Facts : family->read;
+}
+
+/** Gathers what one stream's pages tell. */
+class StreamFactsBuilder {
+  public:
+    StreamFactsBuilder(const OggFile& file, const OggStream& stream, StreamReader& reader)
+        : mFile(file), mStream(stream), mReader(reader) {}
+
+    StreamFacts build() {
+        mFacts.serial = mStream.serial;
+        const StreamHeader* header = mFile.headerOf(mStream.serial);
+        mFacts.kind = kindName(header != nullptr ? header->kind : StreamKind::kOther);
+        mFacts.codec = header != nullptr ? header->codec : "";
+        if (header != nullptr && header->kind == StreamKind::kAudio && header->bitsPerSample != 0) {
+            mFacts.bitsPerSample = header->bitsPerSample;
+        }
+        const size_t firstData = addComments();
+        addPackets(firstData);
+        if (header != nullptr && header->kind == StreamKind::kVideo) {
+            addVideo(firstData);
+        }
+        return std::move(mFacts);
+    }
+
+  private:
+    /** Gives the number of pages that the comment header takes. */
+    size_t addComments() {
+        if (mStream.dataPages.empty() ||
+            !mFile.pages()[mStream.dataPages.front()].beginsWithComment) {
+            return 0;
+        }
+        size_t pages = 0;
+        const auto bytes = mReader.bodiesFrom(
+                mStream, 0, [&pages](const OggPage& page, const std::vector<uint8_t>&) {
+                    ++pages;
+                    return page.packets > 0;
+                });
+        mFacts.comments = parseComments(bytes).value_or(Comments());
+        return pages;
+    }
+
+    void addPackets(size_t firstData) {
+        std::map<int64_t, uint64_t> bytesByInterval;
+        for (size_t i = firstData; i < mStream.dataPages.size(); ++i) {
+            const OggPage& page = mFile.pages()[mStream.dataPages[i]];
+            mFacts.packets += page.packets;
+            mFacts.bytes += page.bodySize - std::min(page.missingBytes, page.bodySize);
+            if (const auto timeUs = mFile.timeUs(page); timeUs && page.granule != kNoGranule) {
+                mFacts.durationUs = std::max(mFacts.durationUs.value_or(0), *timeUs);
+                bytesByInterval[*timeUs / kInterval] += page.bodySize;
+            }
+        }
+        addBitrates(bytesByInterval);
+    }
+
+    void addBitrates(const std::map<int64_t, uint64_t>& bytesByInterval) {
+        if (mFacts.durationUs.value_or(0) <= 0) {
+            return;
+        }
+        constexpr double kBits = 8;
+        const double seconds =
+                static_cast<double>(*mFacts.durationUs) / static_cast<double>(kUsPerSecond);
+        mFacts.averageBitrate = kBits * static_cast<double>(mFacts.bytes) / seconds;
+        uint64_t most = 0;
+        for (const auto& [interval, bytes] : bytesByInterval) {
+            most = std::max(most, bytes);
+        }
+        mFacts.largestBitrate = std::max(*mFacts.averageBitrate, kBits * static_cast<double>(most));
+    }
+
+    void addVideo(size_t firstData) {
+        const ReadFacts readFacts = factsReader(mFacts.codec);
+        if (readFacts == nullptr) {
+            return;
+        }
+        mReader.bodiesFrom(mStream, firstData,
+                           [&](const OggPage&, const std::vector<uint8_t>& bytes) {
+                               mFacts.video = readFacts(bytes);
+                               return mFacts.video.has_value();
+                           });
+    }
+
+    const OggFile& mFile;
+    const OggStream& mStream;
+    StreamReader& mReader;
+    StreamFacts mFacts;
+};
+
+/** Where the plug-in says nothing, `explain` finds more. */
+std::string whyNoTrack(const OggFile& file, const OggStream& stream, const TrackSources& sources) {
+    if (!stream.announcement) {
+        return "no header page";
+    }
+    if (*stream.announcement >= kHeaderPages) {
+        return fmt::format("announced after page {}", kHeaderPages);
+    }
+    const OggPage& page = file.pages()[*stream.announcement];
+    const StreamHeader& header = *page.announced;
+    switch (header.kind) {
+        case StreamKind::kVorbis:
+        case StreamKind::kTheora:
+            return header.name() + ": passed over";
+        case StreamKind::kText:
+            return "text";
+        case StreamKind::kVideo:
+            return sources.refusedVideo ? "unknown codec " + header.codec : "reason unknown";
+        case StreamKind::kAudio:
+            return sources.refusedAudio ? "unknown codec " + header.codec : "reason unknown";
+        case StreamKind::kOther:
+            break;
+    }
+    return "unknown header";
+}
+
+/** Without a line for each track nobody knows which stream is whose. */
+void assignTracks(const OggFile& file, const TrackSources& sources, FileFacts& facts) {
+    if (sources.accepted.size() != sources.tracks) {
+        return;
+    }
+    for (StreamFacts& stream : facts.streams) {
+        const auto found =
+                std::find(sources.accepted.begin(), sources.accepted.end(), stream.serial);
+        if (found != sources.accepted.end()) {
+            stream.track = static_cast<uint64_t>(found - sources.accepted.begin());
+        } else {
+            stream.whyNoTrack = whyNoTrack(file, file.streams().at(stream.serial), sources);
+        }
+    }
+}
+
+size_t firstPage(const OggStream& stream) {
+    return stream.announcement ? *stream.announcement : stream.dataPages.front();
+}
+
+std::vector<const OggStream*> inOrder(const OggFile& file) {
+    std::vector<const OggStream*> streams;
+    for (const auto& [serial, stream] : file.streams()) {
+        streams.push_back(&stream);
+    }
+    std::sort(streams.begin(), streams.end(),
+              [](const OggStream* a, const OggStream* b) { return firstPage(*a) < firstPage(*b); });
+    return streams;
+}
+
+}  // namespace
+
+uint64_t FileFacts::streamsWithoutTrack() const {
+    return static_cast<uint64_t>(
+            std::count_if(streams.begin(), streams.end(),
+                          [](const StreamFacts& stream) { return !stream.whyNoTrack.empty(); }));
+}
+
+void TrackSources::add(const LogLine& line) {
+    refusedVideo = refusedVideo || line.text.starts_with(kRefusedVideo);
+    refusedAudio = refusedAudio || line.text.starts_with(kRefusedAudio);
+    if (line.text.starts_with(kAccepted)) {
+        int32_t serial = 0;
+        std::from_chars(line.text.data() + kAccepted.size(), line.text.data() + line.text.size(),
+                        serial);
+        accepted.push_back(static_cast<uint32_t>(serial));
+    }
+}
+
+FileFacts fileFacts(const std::string& path, const TrackSources& sources) {
+    const OggFile file(path);
+    StreamReader reader(path, file);
+    FileFacts facts;
+    for (const OggStream* stream : inOrder(file)) {
+        facts.streams.push_back(StreamFactsBuilder(file, *stream, reader).build());
+        const StreamFacts& added = facts.streams.back();
+        if (added.durationUs) {
+            facts.durationUs = std::max(facts.durationUs.value_or(0), *added.durationUs);
+        }
+        if (facts.chapters.empty()) {
+            facts.chapters = chaptersOf(added.comments);
+        }
+    }
+    assignTracks(file, sources, facts);
+    return facts;
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "codecs/Comments.h"
+#include "codecs/VideoFacts.h"
+#include "explain/OggFile.h"
+#include "records/Records.h"
+
+namespace ogmprobe {
+
+/** What the file itself says about one of its streams, whatever the plug-in makes of it. */
+struct StreamFacts {
+    uint32_t serial = 0;
+    /** "video", "audio", "text", "Vorbis", "Theora", "unknown". */
+    std::string kind;
+    /** FOURCC or format tag; empty for other kinds. */
+    std::string codec;
+    std::optional<uint64_t> track;
+    /** In few words; empty for a stream with a track, and where nothing is known of tracks. */
+    std::string whyNoTrack;
+    std::optional<uint16_t> bitsPerSample;
+    /** Without those of headers. */
+    uint64_t packets = 0;
+    uint64_t bytes = 0;
+    /** The last time that a page tells. */
+    std::optional<int64_t> durationUs;
+    /** Bits a second over all of the duration, and in the second with the most. */
+    std::optional<double> averageBitrate;
+    std::optional<double> largestBitrate;
+    std::optional<VideoFacts> video;
+    Comments comments;
+};
+
+/** What the file itself says. */
+struct FileFacts {
+    /** The longest of its streams'. */
+    std::optional<int64_t> durationUs;
+    /** In the order of the file. */
+    std::vector<StreamFacts> streams;
+    std::vector<Chapter> chapters;
+
+    uint64_t streamsWithoutTrack() const;
+};
+
+/** What a plug-in has told about the tracks of the streams. */
+struct TrackSources {
+    uint64_t tracks = 0;
+    /** The streams that were accepted, one after the other, and the codecs that were not. */
+    std::vector<uint32_t> accepted;
+    bool refusedVideo = false;
+    bool refusedAudio = false;
+
+    void add(const LogLine& line);
+};
+
+/** Throws `ProbeError`. A file without an Ogg page has no streams. */
+FileFacts fileFacts(const std::string& path, const TrackSources& sources);
+
+}  // namespace ogmprobe

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <fmt/core.h>
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <cstdint>
+#include <string>
+
+#include "text/TimeText.h"
+
+/** What the values of options have to be; each says so in one line. */
+namespace ogmprobe {
+
+/** Nothing of it in the help, where the option says enough. */
+inline CLI::Validator wholeNumber(uint64_t least, uint64_t most) {
+    return {[least, most](const std::string& text) -> std::string {
+                uint64_t value = 0;
+                const char* end = text.data() + text.size();
+                const auto [stop, error] = std::from_chars(text.data(), end, value);
+                if (error == std::errc() && stop == end && value >= least && value <= most) {
+                    return "";
+                }
+                return most == UINT64_MAX
+                               ? fmt::format("{} is no whole number from {} on", text, least)
+                               : fmt::format("{} is no whole number from {} to {}", text, least,
+                                             most);
+            },
+            ""};
+}
+
+inline CLI::Validator secondsFromZero() {
+    return {[](const std::string& text) -> std::string {
+                const auto timeUs = parseSeconds(text);
+                return timeUs && *timeUs >= 0 ? "" : text + " is no number of seconds from 0 on";
+            },
+            ""};
+}
+
+inline CLI::Validator time() {
+    return {[](const std::string& text) -> std::string {
+                return parseTime(text) ? ""
+                                       : text + " is no time: seconds, m:ss or h:mm:ss, as 12.5 or "
+                                                "0:01:02.5";
+            },
+            ""};
+}
+
+}  // namespace ogmprobe
