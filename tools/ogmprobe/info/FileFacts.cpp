@@ -10,17 +10,13 @@
 #include <map>
 #include <string_view>
 
+#include "explain/LogTexts.h"
 #include "files/InputFiles.h"
 #include "plugin/FileSource.h"
 #include "text/TimeUnits.h"
 
 namespace ogmprobe {
 namespace {
-
-/** The plug-in's log lines that tell which streams become tracks. */
-constexpr std::string_view kAccepted = "SerialNo = ";
-constexpr std::string_view kRefusedVideo = "unknow video codec";
-constexpr std::string_view kRefusedAudio = "unknown audio codec";
 
 /** Streams are looked for on so many pages. */
 constexpr size_t kHeaderPages = 121;
@@ -263,12 +259,12 @@ uint64_t FileFacts::streamsWithoutTrack() const {
 }
 
 void TrackSources::add(const LogLine& line) {
-    refusedVideo = refusedVideo || line.text.starts_with(kRefusedVideo);
-    refusedAudio = refusedAudio || line.text.starts_with(kRefusedAudio);
-    if (line.text.starts_with(kAccepted)) {
+    refusedVideo = refusedVideo || line.text.starts_with(log_text::kUnknownVideo);
+    refusedAudio = refusedAudio || line.text.starts_with(log_text::kUnknownAudio);
+    if (line.text.starts_with(log_text::kStreamAccepted)) {
         int32_t serial = 0;
-        std::from_chars(line.text.data() + kAccepted.size(), line.text.data() + line.text.size(),
-                        serial);
+        std::from_chars(line.text.data() + log_text::kStreamAccepted.size(),
+                        line.text.data() + line.text.size(), serial);
         accepted.push_back(static_cast<uint32_t>(serial));
     }
 }

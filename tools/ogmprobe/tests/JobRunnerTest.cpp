@@ -6,11 +6,13 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
 
 #include "FakeFile.h"
+#include "plugin/PluginCall.h"
 
 namespace ogmprobe {
 namespace {
@@ -126,6 +128,21 @@ TEST_P(JobRunnerTest, PutsTheReadsOfASearchIntoOneRecord) {
     EXPECT_EQ(reads[2].count, size - 3);
     EXPECT_EQ(reads[2].lastOffset(), static_cast<int64_t>(size - 4));
     EXPECT_EQ(reads[3].result, 3);
+}
+
+TEST_P(JobRunnerTest, LeavesReadsThatDoNotOverlapApart) {
+    const Job job = [](const JobContext& context) {
+        const PluginCall call(PluginFunction::kRead);
+        const android::CDataSource* table = context.source.table();
+        for (off64_t offset = 0; offset < 8; ++offset) {
+            char byte = 0;
+            table->readAt(table->handle, offset, &byte, 1);
+        }
+    };
+    JobRequest traced = request(job);
+    traced.traced = true;
+    const Words words = wordsOf(traced, options());
+    EXPECT_EQ(std::count(words.begin(), words.end(), "source"), 8);
 }
 
 TEST_P(JobRunnerTest, MakesAFailureOfWhatTheJobThrows) {
