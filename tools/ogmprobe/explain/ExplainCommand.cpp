@@ -165,7 +165,7 @@ ExitCode explainFile(const std::string& path, bool isOneOfMany, const ExplainOpt
     PluginTrace trace(*file, options.pages && options.verbose);
     report.guard([&] { playTraced(path, session, report, trace); });
     Explanation explanation(*file, trace);
-    report.guard([&] { explanation.setAccounts(accountsOf(options.file, *file, trace)); });
+    report.guard([&] { explanation.setAccounts(accountsOf(path, *file, trace)); });
     explainAll(explanation);
     if (options.json) {
         session.output.write(toDocument(explainDocument(path, options, explanation, report)));
