@@ -13,18 +13,18 @@
 namespace ogmprobe {
 namespace {
 
-constexpr std::string_view kSignature = "\3vorbis";
+constexpr std::string_view kCommentPacketStart = "\3vorbis";
 constexpr std::string_view kChapter = "CHAPTER";
 constexpr std::string_view kName = "NAME";
-constexpr size_t kLengthSize = 4;
+constexpr size_t kCommentLengthSize = 4;
 
 /** Takes a text with its length in front; as much of it as there is. */
-std::optional<std::string> takeText(std::span<const uint8_t>& rest) {
-    if (rest.size() < kLengthSize) {
+std::optional<std::string> takeCommentText(std::span<const uint8_t>& rest) {
+    if (rest.size() < kCommentLengthSize) {
         return std::nullopt;
     }
-    const auto length = static_cast<size_t>(numberAt(rest, 0, kLengthSize));
-    rest = rest.subspan(kLengthSize);
+    const auto length = static_cast<size_t>(numberAt(rest, 0, kCommentLengthSize));
+    rest = rest.subspan(kCommentLengthSize);
     const auto text = rest.first(std::min(length, rest.size()));
     rest = rest.subspan(text.size());
     return std::string(text.begin(), text.end());
@@ -58,17 +58,17 @@ std::optional<ChapterEntry> chapterEntry(const std::string& name) {
 }  // namespace
 
 std::optional<Comments> parseComments(std::span<const uint8_t> packet) {
-    if (!holdsAt(packet, 0, kSignature)) {
+    if (!holdsAt(packet, 0, kCommentPacketStart)) {
         return std::nullopt;
     }
-    auto rest = packet.subspan(kSignature.size());
+    auto rest = packet.subspan(kCommentPacketStart.size());
     Comments comments;
-    comments.vendor = takeText(rest).value_or("");
-    if (rest.size() < kLengthSize) {
+    comments.vendor = takeCommentText(rest).value_or("");
+    if (rest.size() < kCommentLengthSize) {
         return comments;
     }
-    rest = rest.subspan(kLengthSize);
-    while (const auto text = takeText(rest)) {
+    rest = rest.subspan(kCommentLengthSize);
+    while (const auto text = takeCommentText(rest)) {
         const size_t equals = text->find('=');
         if (equals != std::string::npos) {
             comments.entries.push_back({text->substr(0, equals), text->substr(equals + 1)});

@@ -44,7 +44,7 @@ std::vector<size_t> unreadPages(const Explanation& explanation, const OggStream&
     return unread;
 }
 
-Finding findingOf(const Explanation& explanation, uint64_t track, size_t page) {
+Finding findingAt(const Explanation& explanation, uint64_t track, size_t page) {
     const OggPage& first = explanation.file().pages()[page];
     Finding finding;
     finding.track = track;
@@ -57,7 +57,7 @@ Finding findingOf(const Explanation& explanation, uint64_t track, size_t page) {
 
 void explainLastPage(Explanation& explanation, uint64_t track, size_t index) {
     const OggPage& page = explanation.file().pages()[index];
-    Finding finding = findingOf(explanation, track, index);
+    Finding finding = findingAt(explanation, track, index);
     finding.id = "last-packets-withheld";
     finding.usual = true;
     finding.text = fmt::format(
@@ -101,7 +101,7 @@ void explainUnread(Explanation& explanation, uint64_t track, const std::vector<s
     for (const size_t index : unread) {
         packets += pages[index].packets;
     }
-    Finding finding = findingOf(explanation, track, unread.front());
+    Finding finding = findingAt(explanation, track, unread.front());
     finding.id = "pages-not-read";
     finding.untilUs = explanation.file().timeUs(pages[unread.back()]);
     finding.text = fmt::format("The last {} of track {}, with {}, are not read: {}",

@@ -8,6 +8,8 @@
 #include <set>
 #include <thread>
 
+#include <nlohmann/json.hpp>
+
 #include "RingFixture.h"
 #include "records/RecordFields.h"
 

@@ -10,8 +10,8 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-const Bytes kLayer = {0x00, 0x00, 0x01, 0x20, 0x08, 0xd4, 0x8d, 0x08, 0x00, 0xcd,
-                      0x05, 0x84, 0x12, 0x14, 0x10, 0x3f, 0x00, 0x00, 0x01, 0xb2};
+const Bytes kObjectLayer = {0x00, 0x00, 0x01, 0x20, 0x08, 0xd4, 0x8d, 0x08, 0x00, 0xcd,
+                            0x05, 0x84, 0x12, 0x14, 0x10, 0x3f, 0x00, 0x00, 0x01, 0xb2};
 const Bytes kSequence = {0x00, 0x00, 0x01, 0xb3, 0x2d, 0x02, 0x40, 0x33, 0xff, 0xff, 0xe0, 0x18};
 const Bytes kSequenceExtension = {0x00, 0x00, 0x01, 0xb5, 0x14, 0x82, 0x00, 0x01, 0x00, 0x00};
 const Bytes kParameterSet = {0x00, 0x00, 0x00, 0x01, 0x67, 0x64, 0x00, 0x1f, 0xac, 0xd9, 0x40, 0x50,
@@ -24,7 +24,7 @@ Bytes joined(Bytes first, const Bytes& second) {
 }
 
 TEST(Mpeg4Facts, AreThoseOfTheVideoObjectLayer) {
-    const auto facts = mpeg4Facts(joined({0x00, 0x55}, kLayer));
+    const auto facts = mpeg4Facts(joined({0x00, 0x55}, kObjectLayer));
     ASSERT_TRUE(facts);
     EXPECT_EQ(videoFactsText(*facts),
               "Advanced Simple profile, 176x144, sample aspect 1:1, "
@@ -32,7 +32,7 @@ TEST(Mpeg4Facts, AreThoseOfTheVideoObjectLayer) {
 }
 
 TEST(Mpeg4Facts, HaveTheProfileAndLevelOfTheSequence) {
-    const auto facts = mpeg4Facts(joined({0x00, 0x00, 0x01, 0xb0, 0xf5}, kLayer));
+    const auto facts = mpeg4Facts(joined({0x00, 0x00, 0x01, 0xb0, 0xf5}, kObjectLayer));
     ASSERT_TRUE(facts);
     EXPECT_EQ(facts->profile, "Advanced Simple");
     EXPECT_EQ(facts->level, "5");
@@ -40,7 +40,7 @@ TEST(Mpeg4Facts, HaveTheProfileAndLevelOfTheSequence) {
 
 TEST(Mpeg4Facts, AreNoneWhereTheLayerIsMissingOrCutOff) {
     EXPECT_FALSE(mpeg4Facts(Bytes{0x00, 0x00, 0x01, 0xb6, 0x00}));
-    EXPECT_FALSE(mpeg4Facts(std::span(kLayer).first(9)));
+    EXPECT_FALSE(mpeg4Facts(std::span(kObjectLayer).first(9)));
 }
 
 TEST(Mpeg2Facts, AreThoseOfTheSequenceAndItsExtension) {
