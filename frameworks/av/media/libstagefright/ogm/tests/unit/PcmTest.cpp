@@ -106,6 +106,15 @@ TEST_F(ReworkPcmTest, EightBitsBecomeSixteenInABufferThatCarriesItsTimeAlone) {
     next->release();
 }
 
+TEST_F(ReworkPcmTest, ABufferThatServedBeforeKeepsNothingOfThatTime) {
+    MediaBufferHelper* const used = acquireBuffer(&mHelper, 0);
+    AMediaFormat_setInt64(used->meta_data(), AMEDIAFORMAT_KEY_TARGET_TIME, 7);
+    used->release();
+    EXPECT_EQ(reworked(8, {0x80}), (Bytes{0x00, 0x00}));
+    EXPECT_EQ(mBuffer, used);
+    EXPECT_EQ(targetTimeUs(), std::nullopt);
+}
+
 TEST_F(ReworkPcmTest, NothingOfEightBitsStaysNothing) {
     EXPECT_EQ(reworked(8, {}), Bytes{});
 }
