@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Counts the tests of a CTest report, each GoogleTest of a program by itself; names what failed."""
+"""Counts the tests of a CTest report, each GoogleTest of a program by itself; names what failed
+and what was skipped.
+"""
 
 import re
 import sys
@@ -8,6 +10,7 @@ import xml.etree.ElementTree as ElementTree
 
 ENDED = re.compile(r"^\[=+\] \d+ tests? from \d+ test suites? ran\.", re.MULTILINE)
 NAMED = r"^\[ *{} *\] (\d+) tests?[.,]"
+SKIPPED_TEST = re.compile(r"^\[ *SKIPPED *\] (\S+)$", re.MULTILINE)
 
 
 def count_of(output, word):
@@ -27,6 +30,13 @@ def counts_of(case):
     return int(not bad), int(bad), 0
 
 
+def skipped_tests(case):
+    """What the list at the end of a program's output names, or the run itself."""
+    if case.get("status") in ("notrun", "disabled"):
+        return [case.get("name")]
+    return SKIPPED_TEST.findall(case.findtext("system-out") or "")
+
+
 def main():
     totals = [0, 0, 0]
     for case in ElementTree.parse(sys.argv[1]).iter("testcase"):
@@ -34,6 +44,8 @@ def main():
         totals = [total + count for total, count in zip(totals, counts)]
         if counts[1] > 0:
             print(f"FAILED: {case.get('name')}")
+        for test in skipped_tests(case):
+            print(f"skipped: {test}")
     print("{} passed, {} failed, {} skipped".format(*totals))
     return int(totals[1] > 0)
 

@@ -48,7 +48,8 @@ count_step() {
     fi
 }
 
-# Runs a command; what it prints is shown only if it fails. Returns its exit code.
+# Runs a command; if it does not fail, only what it skipped is shown of what it prints. Returns its exit
+# code.
 step() {
     local name=$1 log code=0 began=$SECONDS process last result="done"
     shift
@@ -68,6 +69,7 @@ step() {
             if [[ $last =~ ^[1-9][0-9]*\ passed, ]]; then
                 result="$last"
             fi
+            sed --quiet 's/^skipped: /       &/p' "$log"
             ;;
         "$skip_code") result="skipped: $last" ;;
         *)
