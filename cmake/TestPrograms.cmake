@@ -1,11 +1,9 @@
 # SPDX-License-Identifier: Apache-2.0
-# A test program is run once after each compilation, so what counts is how long that takes: little is
-# optimised, under sanitizers nothing. The sources are compiled together, but for those after ALONE,
-# which define macros or names that others define too. With PARSE_ONCE each is compiled by itself, and
-# the headers that nearly all include are parsed once; headers that follow are added to them.
+# The sources of a test program are compiled together, but for those after ALONE, which define macros or
+# names that others define too. With PARSE_ONCE each is compiled by itself, and the headers that nearly
+# all include are parsed once; headers that follow are added to them.
 function(ogm_compile_quickly target)
     cmake_parse_arguments(option "" "" "ALONE;PARSE_ONCE" ${ARGN})
-    target_compile_options(${target} PRIVATE $<IF:$<CONFIG:Release>,-O1,-O0>)
     if(OGM_QUICK_BUILD AND NOT "PARSE_ONCE" IN_LIST ARGN)
         ogm_compile_together(${target})
         set_source_files_properties(${option_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
@@ -18,7 +16,10 @@ endfunction()
 # Runs the program's tests in one process, or shared among so many that run side by side: starting a
 # process for each test takes longer than most of the tests. scripts/count_tests.py counts them one by
 # one all the same. An emulator takes so long to start that there it is one process.
+# A test program is run once after each compilation, so what counts is how long that takes: little is
+# optimised, under sanitizers nothing.
 function(ogm_discover_tests target)
+    target_compile_options(${target} PRIVATE $<IF:$<CONFIG:Release>,-O1,-O0>)
     set(shards ${ARGN} 1)
     list(GET shards 0 count)
     if(CMAKE_CROSSCOMPILING OR count EQUAL 1)

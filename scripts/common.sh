@@ -66,7 +66,7 @@ install_missing() {
         --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# Configures and builds a preset.
+# Configures and builds a preset; further arguments go to the build.
 build_preset() {
-    cmake --preset "$1" && cmake --build --preset "$1"
+    cmake --preset "$1" && cmake --build --preset "$@"
 }
