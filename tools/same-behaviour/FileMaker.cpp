@@ -157,6 +157,7 @@ Bytes randomFile(Random* random, FileSize size) {
     }
     addHeaders(random, streams, &file);
     std::vector<PageWriter> writers;
+    writers.reserve(streams.size());
     for (const Stream& stream : streams) {
         writers.emplace_back(random, stream);
     }

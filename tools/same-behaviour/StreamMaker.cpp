@@ -75,7 +75,7 @@ size_t packetSize(Random* random, const StreamSize& size) {
     return random->between(12, most);
 }
 
-Bytes videoPacket(Random* random, Bytes payload, bool isSync) {
+Bytes videoPacket(Random* random, const Bytes& payload, bool isSync) {
     constexpr uint8_t kTwoLengthBytes = 0x80;
     const uint8_t flags = isSync ? test::kSyncPacket : test::kPlainPacket;
     if (random->oneIn(12)) {

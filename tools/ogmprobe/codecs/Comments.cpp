@@ -88,6 +88,7 @@ std::vector<Chapter> chaptersOf(const Comments& comments) {
         }
     }
     std::vector<Chapter> chapters;
+    chapters.reserve(byNumber.size());
     for (auto& [number, chapter] : byNumber) {
         chapters.push_back(std::move(chapter));
     }

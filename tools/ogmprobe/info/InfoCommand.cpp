@@ -125,7 +125,7 @@ std::string trackTable(const FileInfo& info, bool color) {
 
 /** Both answers where the plug-in's and the file's are not the same. */
 std::string durationAnswer(const FileInfo& info) {
-    const std::string byPlugin = durationText(info.file.durationUs);
+    std::string byPlugin = durationText(info.file.durationUs);
     const std::string byPages = durationText(info.facts.durationUs);
     if (!info.facts.durationUs || byPlugin == byPages) {
         return byPlugin;
