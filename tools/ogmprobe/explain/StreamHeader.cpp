@@ -72,11 +72,16 @@ std::optional<int64_t> StreamHeader::timeUs(uint64_t granule) const {
 }
 
 std::string StreamHeader::name() const {
+    const bool hasCodec = kind == StreamKind::kVideo || kind == StreamKind::kAudio;
+    return hasCodec ? kindName(kind) + (" " + codec) : kindName(kind);
+}
+
+const char* kindName(StreamKind kind) {
     switch (kind) {
         case StreamKind::kVideo:
-            return "video " + codec;
+            return "video";
         case StreamKind::kAudio:
-            return "audio " + codec;
+            return "audio";
         case StreamKind::kText:
             return "text";
         case StreamKind::kVorbis:

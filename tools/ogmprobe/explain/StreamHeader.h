@@ -10,6 +10,9 @@ namespace ogmprobe {
 
 enum class StreamKind { kVideo, kAudio, kText, kVorbis, kTheora, kOther };
 
+/** "video", "audio", "text", "Vorbis", "Theora" or "unknown". */
+const char* kindName(StreamKind kind);
+
 /** The packet that announces a stream of an Ogg file. Fields it is too short for are 0. */
 struct StreamHeader {
     StreamKind kind = StreamKind::kOther;

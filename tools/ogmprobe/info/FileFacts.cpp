@@ -28,24 +28,6 @@ constexpr size_t kMostHeaderPages = 64;
 /** How a bitrate varies is told by the second. */
 constexpr int64_t kInterval = kUsPerSecond;
 
-const char* kindName(StreamKind kind) {
-    switch (kind) {
-        case StreamKind::kVideo:
-            return "video";
-        case StreamKind::kAudio:
-            return "audio";
-        case StreamKind::kText:
-            return "text";
-        case StreamKind::kVorbis:
-            return "Vorbis";
-        case StreamKind::kTheora:
-            return "Theora";
-        case StreamKind::kOther:
-            break;
-    }
-    return "unknown";
-}
-
 /** Reads the beginnings of streams, of which the list of pages keeps none. */
 class StreamReader {
   public:
