@@ -9,6 +9,12 @@ namespace {
 
 constexpr uint32_t kAc3Sync = 0x0b77;
 constexpr uint32_t kNoRate = 3;
+constexpr uint32_t kBlocks = 6;
+constexpr uint32_t kSamplesPerBlock = 256;
+/** Audio blocks of an E-AC-3 frame, by `numblkscod`. */
+constexpr std::array<uint32_t, 4> kEnhancedBlocks = {1, 2, 3, kBlocks};
+/** `strmtyp` of a frame that adds channels to the one before. */
+constexpr uint32_t kDependent = 1;
 constexpr uint32_t kLastAc3Version = 10;
 constexpr uint32_t kLastVersion = 16;
 constexpr size_t kVersionByte = 5;
@@ -36,6 +42,7 @@ std::optional<AudioFrame> plainFrame(BitReader bits) {
     bits.skip(acmod == 2 ? 2 : 0);
     AudioFrame frame;
     frame.kind = AudioFrame::Kind::kAc3;
+    frame.samples = kBlocks * kSamplesPerBlock;
     frame.sampleRate = kAc3Rates[fscod];
     frame.channels = kAc3Channels[acmod] + bits.take(1);
     frame.family = fscod;
@@ -45,7 +52,8 @@ std::optional<AudioFrame> plainFrame(BitReader bits) {
 }
 
 std::optional<AudioFrame> enhancedFrame(BitReader bits) {
-    bits.skip(2 + 3);  // strmtyp, substreamid
+    const uint32_t strmtyp = bits.take(2);
+    const uint32_t substreamid = bits.take(3);
     AudioFrame frame;
     frame.kind = AudioFrame::Kind::kEnhancedAc3;
     frame.size = (uint64_t{bits.take(11)} + 1) * 2;
@@ -58,6 +66,9 @@ std::optional<AudioFrame> enhancedFrame(BitReader bits) {
     frame.sampleRate = fscod == kNoRate ? kAc3Rates[fscod2] / 2 : kAc3Rates[fscod];
     frame.channels = kAc3Channels[acmod] + bits.take(1);
     frame.family = 4 + fscod;
+    const uint32_t blocks = fscod == kNoRate ? kBlocks : kEnhancedBlocks[fscod2];
+    frame.samples = blocks * kSamplesPerBlock;
+    frame.addsToFrameBefore = strmtyp == kDependent || substreamid > 0;
     return frame;
 }
 

@@ -21,8 +21,12 @@ struct AudioFrame {
     /** 0 where the header does not tell. */
     uint32_t sampleRate = 0;
     uint32_t channels = 0;
+    /** For each channel; 0 where the header does not tell. */
+    uint32_t samples = 0;
     /** Equal for frames that one decoder can take one after the other. */
     uint32_t family = 0;
+    /** It is heard together with the frame before, and takes up no time of its own. */
+    bool addsToFrameBefore = false;
     /** MPEG audio: 1 to 3. */
     uint32_t layer = 0;
     /** AC-3: `frmsizecod`. */

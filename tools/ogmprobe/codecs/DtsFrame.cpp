@@ -24,6 +24,8 @@ constexpr std::array<uint8_t, 4> kDtsSubstream = {0x64, 0x58, 0x20, 0x25};
 constexpr std::array<uint32_t, 16> kDtsRates = {
         0, 8000, 16000, 32000, 0, 0, 11025, 22050, 44100, 0, 0, 12000, 24000, 48000, 0, 0};
 
+constexpr uint32_t kDtsBlockSamples = 32;
+
 bool beginsWith(std::span<const uint8_t> bytes, const std::array<uint8_t, 4>& sync) {
     return bytes.size() >= sync.size() && std::equal(sync.begin(), sync.end(), bytes.begin());
 }
@@ -48,11 +50,13 @@ AudioFrame coreFrame(std::span<const uint8_t> bytes, const DtsForm& form) {
     constexpr std::array<uint32_t, 10> kChannels = {1, 2, 2, 2, 2, 3, 3, 4, 4, 5};
     const auto header = plainHeader(bytes, form);
     BitReader bits(header);
-    bits.skip(32 + 1 + 5 + 1 + 7);  // SYNC, FTYPE, SHORT, CPF, NBLKS
+    bits.skip(32 + 1 + 5 + 1);  // SYNC, FTYPE, SHORT, CPF
+    const uint32_t nblks = bits.take(7);
     const uint64_t size = uint64_t{bits.take(14)} + 1;
     const uint32_t amode = bits.take(6);
     AudioFrame frame;
     frame.kind = AudioFrame::Kind::kDtsCore;
+    frame.samples = (nblks + 1) * kDtsBlockSamples;
     // FSIZE does not count the two bits that each word of 14 bits leaves unused.
     frame.size = form.fourteenBits ? size * 16 / 14 : size;
     frame.channels = amode < kChannels.size() ? kChannels[amode] : 0;

@@ -35,6 +35,10 @@ uint32_t bitrateOf(uint32_t version, uint32_t layer, uint32_t index) {
     return layer == 1 ? kVersion2LayerOne[index] : kVersion2Others[index];
 }
 
+uint32_t samplesOf(uint32_t version, uint32_t layer) {
+    return layer == 1 ? 384 : layer == 3 && version != kVersion1 ? 576 : 1152;
+}
+
 uint64_t frameBytes(uint32_t version, uint32_t layer, uint64_t bitsPerSecond, uint32_t rate,
                     uint32_t padding) {
     if (layer == 1) {
@@ -67,6 +71,7 @@ std::optional<AudioFrame> mpegAudioFrameAt(std::span<const uint8_t> bytes) {
     AudioFrame frame;
     frame.kind = AudioFrame::Kind::kMpegAudio;
     frame.layer = layer;
+    frame.samples = samplesOf(version, layer);
     frame.sampleRate = kMpegAudioRates[rateIndex] >> (version == kVersion1   ? 0
                                                       : version == kVersion2 ? 1
                                                                              : 2);

@@ -21,6 +21,7 @@ constexpr size_t kSubtypeSize = 4;
 constexpr size_t kTimeUnit = 17;
 constexpr size_t kSamplesPerUnit = 25;
 constexpr size_t kSampleBits = 41;
+constexpr size_t kChannels = 45;
 
 StreamKind kindOf(std::span<const uint8_t> packet) {
     if (holdsAt(packet, kName, "vorbis")) {
@@ -51,9 +52,14 @@ std::string codecOf(std::span<const uint8_t> packet) {
 StreamHeader::StreamHeader(std::span<const uint8_t> packet) : kind(kindOf(packet)) {
     if (kind == StreamKind::kVideo || kind == StreamKind::kAudio) {
         codec = codecOf(packet);
+        bitsPerSample = static_cast<uint16_t>(numberAt(packet, kSampleBits, 2));
+    }
+    if (kind == StreamKind::kAudio) {
+        channels = static_cast<uint16_t>(numberAt(packet, kChannels, 2));
+    }
+    if (kind != StreamKind::kVorbis && kind != StreamKind::kTheora && kind != StreamKind::kOther) {
         timeUnit = numberAt(packet, kTimeUnit, 8);
         samplesPerUnit = numberAt(packet, kSamplesPerUnit, 8);
-        bitsPerSample = static_cast<uint16_t>(numberAt(packet, kSampleBits, 2));
     }
 }
 

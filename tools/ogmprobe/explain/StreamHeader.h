@@ -22,6 +22,8 @@ struct StreamHeader {
     uint64_t timeUnit = 0;
     uint64_t samplesPerUnit = 0;
     uint16_t bitsPerSample = 0;
+    /** Of audio. */
+    uint16_t channels = 0;
 
     explicit StreamHeader(std::span<const uint8_t> packet);
 

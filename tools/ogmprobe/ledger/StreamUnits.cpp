@@ -19,6 +19,13 @@ uint64_t headerByFormat(uint8_t flags) {
     return 1U + ((flags & 2U) << 1 | flags >> 6);
 }
 
+/** A duration of 0 says nothing. */
+std::optional<uint64_t> lengthByFormat(std::span<const uint8_t> packet) {
+    const uint64_t header = packet.empty() ? 0 : headerByFormat(packet.front());
+    const uint64_t length = header > packet.size() ? 0 : numberAt(packet.first(header), 1, 8);
+    return length == 0 ? std::nullopt : std::optional(length);
+}
+
 /** The plug-in's rule takes bits 1, 0 and 6, and two bytes more. */
 uint64_t headerByPlugin(uint8_t flags) {
     return 3U + ((flags << 1 & 6U) | (flags >> 6 & 1U));
@@ -151,6 +158,8 @@ class UnitCount {
         unit.firstPiece = packet.firstPiece;
         unit.lastPiece = packet.endPiece - 1;
         unit.isComment = holdsAt(bytes, 0, kComment);
+        unit.statedLength = lengthByFormat(bytes);
+        unit.contentSize = bytes.size() - std::min<uint64_t>(headerByFormat(flags), bytes.size());
         unit.isTooShort = header > bytes.size() || (isAudio && bytes.size() <= kMostWithoutContent);
         unit.hasOddHeader = isAudio && !unit.isComment && header != headerByFormat(flags);
         unit.likeness = likenessOf(bytes.subspan(std::min<uint64_t>(header, bytes.size())),

@@ -23,6 +23,10 @@ struct FileUnit {
     size_t lastPiece = 0;
     /** Of the frame in the elementary stream. */
     uint64_t position = 0;
+    /** What the packet's header says it lasts, as a number of granule positions. */
+    std::optional<uint64_t> statedLength;
+    /** Bytes behind the packet's header. */
+    uint64_t contentSize = 0;
     /** Of a frame. */
     AudioFrame frame;
     /** The packet has no content by the plug-in's measure, which cannot hand it out. */

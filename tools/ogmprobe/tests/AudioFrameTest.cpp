@@ -16,6 +16,7 @@ TEST(AudioFrame, MpegAudioSaysSizeRateAndChannels) {
     ASSERT_TRUE(frame);
     EXPECT_EQ(frame->layer, 3U);
     EXPECT_EQ(frame->size, 417U);
+    EXPECT_EQ(frame->samples, 1152U);
     EXPECT_EQ(frame->sampleRate, 44100U);
     EXPECT_EQ(frame->channels, 2U);
     EXPECT_EQ(mpegAudioFrameAt(Bytes{0xff, 0xfb, 0x92, 0x00})->size, 418U);
@@ -23,9 +24,11 @@ TEST(AudioFrame, MpegAudioSaysSizeRateAndChannels) {
     const auto half = mpegAudioFrameAt(Bytes{0xff, 0xf3, 0x80, 0xc0});
     ASSERT_TRUE(half);
     EXPECT_EQ(half->size, 208U);
+    EXPECT_EQ(half->samples, 576U);
     EXPECT_EQ(half->sampleRate, 22050U);
     EXPECT_EQ(half->channels, 1U);
     EXPECT_NE(half->family, frame->family);
+    EXPECT_EQ(mpegAudioFrameAt(Bytes{0xff, 0xff, 0x14, 0x00})->samples, 384U);
     // Version 1, layer I, 32 kbit/s, 48 kHz.
     EXPECT_EQ(mpegAudioFrameAt(Bytes{0xff, 0xff, 0x14, 0x00})->size, 32U);
 }
@@ -45,6 +48,7 @@ TEST(AudioFrame, Ac3SaysSizeRateAndChannels) {
     ASSERT_TRUE(frame);
     EXPECT_EQ(frame->kind, AudioFrame::Kind::kAc3);
     EXPECT_EQ(frame->size, 768U);
+    EXPECT_EQ(frame->samples, 1536U);
     EXPECT_EQ(frame->sampleRate, 48000U);
     EXPECT_EQ(frame->channels, 2U);
     // Three channels in front, two behind, and the low-frequency one.
@@ -69,6 +73,13 @@ TEST(AudioFrame, EnhancedAc3HasASizeField) {
     ASSERT_TRUE(frame);
     EXPECT_EQ(frame->kind, AudioFrame::Kind::kEnhancedAc3);
     EXPECT_EQ(frame->size, 256U);
+    EXPECT_EQ(frame->samples, 1536U);
+    EXPECT_FALSE(frame->addsToFrameBefore);
+    // numblkscod 0 to 3; strmtyp 1.
+    EXPECT_EQ(ac3FrameAt(Bytes{0x0b, 0x77, 0x00, 0x7f, 0x04, 0x80, 0, 0})->samples, 256U);
+    EXPECT_EQ(ac3FrameAt(Bytes{0x0b, 0x77, 0x00, 0x7f, 0x14, 0x80, 0, 0})->samples, 512U);
+    EXPECT_EQ(ac3FrameAt(Bytes{0x0b, 0x77, 0x00, 0x7f, 0x24, 0x80, 0, 0})->samples, 768U);
+    EXPECT_TRUE(ac3FrameAt(Bytes{0x0b, 0x77, 0x40, 0x7f, 0x34, 0x80, 0, 0})->addsToFrameBefore);
     EXPECT_EQ(frame->sampleRate, 48000U);
     EXPECT_FALSE(ac3FrameAt(Bytes{0x0b, 0x77, 0x00, 0x7f, 0x34, 0x88, 0, 0}));
 }
@@ -80,6 +91,7 @@ TEST(AudioFrame, DtsSaysItsSizeInEachForm) {
     ASSERT_TRUE(frame);
     EXPECT_EQ(frame->kind, AudioFrame::Kind::kDtsCore);
     EXPECT_EQ(frame->size, 1006U);
+    EXPECT_EQ(frame->samples, 512U);
     EXPECT_EQ(frame->sampleRate, 48000U);
     EXPECT_EQ(frame->channels, 5U);
     Bytes swapped;

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "sync/TrackSync.h"
+
+namespace ogmprobe {
+
+/** The audio's lateness less the video's at the same time of the file. */
+struct PairPoint {
+    /** Index of the audio track's point. */
+    size_t audioPoint = 0;
+    TimeRange lateUs;
+};
+
+/** An audio track against a video track: what is heard too late or, below 0, too early. */
+struct PairSync {
+    /** Indices into the file's tracks here, not the plug-in's numbers. */
+    size_t audio = 0;
+    size_t video = 0;
+    std::vector<PairPoint> points;
+    /** Its indices are those of points. */
+    Deviation deviation;
+};
+
+/**
+ * The plug-in's times against those of the file's pages. In use, after the file has been played
+ * traced to its end:
+ *
+ *     const FileSync sync = fileSyncOf(file, trace, accountsOf(path, file, trace));
+ */
+struct FileSync {
+    /** Of streams with a track, by the plug-in's numbers of the tracks. */
+    std::vector<TrackSync> tracks;
+    /** Each audio track with the first video track. */
+    std::vector<PairSync> pairs;
+};
+
+FileSync fileSyncOf(const OggFile& file, const PluginTrace& trace,
+                    const std::map<uint32_t, StreamAccount>& accounts);
+
+/** Of the points with a difference; `audio` and `video` are of one file. */
+std::vector<PairPoint> pairPointsOf(const TrackSync& audio, const TrackSync& video);
+
+}  // namespace ogmprobe

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace ogmprobe {
+
+/** A packet or frame, as far as granule positions have to do with it. */
+struct TimedUnit {
+    /** Index of the unit in its stream. */
+    size_t unit = 0;
+    /** In granule positions; nothing where the file does not tell. */
+    std::optional<int64_t> length;
+};
+
+/** The units that end on one page with a granule position, and on those without one before it. */
+struct PageGroup {
+    int64_t granule = 0;
+    /** The page with the units before is the stream's page in front of this one. */
+    bool follows = false;
+    /** Nothing of the stream comes before. */
+    bool isFirst = false;
+    std::vector<TimedUnit> units;
+
+    /** Of the units from `from` up to `end`; nothing where one is not known. */
+    std::optional<int64_t> lengthOf(size_t from, size_t end) const;
+    std::optional<int64_t> length() const { return lengthOf(0, units.size()); }
+    std::optional<int64_t> lastLength() const { return units.back().length; }
+};
+
+}  // namespace ogmprobe

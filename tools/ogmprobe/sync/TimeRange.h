@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+namespace ogmprobe {
+
+/** `later` less `earlier`, or the nearest that fits: times come from the file and may be anything.
+ */
+constexpr int64_t nearestDifferenceUs(int64_t later, int64_t earlier) {
+    int64_t difference = 0;
+    if (__builtin_sub_overflow(later, earlier, &difference)) {
+        return later < earlier ? std::numeric_limits<int64_t>::min()
+                               : std::numeric_limits<int64_t>::max();
+    }
+    return difference;
+}
+
+/** Where a time, or a difference of times, lies; both ends are included. */
+struct TimeRange {
+    int64_t leastUs = 0;
+    int64_t mostUs = 0;
+
+    static constexpr TimeRange at(int64_t timeUs) { return {timeUs, timeUs}; }
+
+    constexpr bool isExact() const { return leastUs == mostUs; }
+    constexpr int64_t middleUs() const {
+        return leastUs +
+               static_cast<int64_t>(
+                       (static_cast<uint64_t>(mostUs) - static_cast<uint64_t>(leastUs)) / 2);
+    }
+    /** How far from 0 it is at least, with its sign; 0 if that lies within. */
+    constexpr int64_t certainUs() const {
+        return leastUs > 0 ? leastUs : std::min<int64_t>(mostUs, 0);
+    }
+
+    bool operator==(const TimeRange&) const = default;
+};
+
+/** All that `a` less `b` can be. */
+constexpr TimeRange operator-(const TimeRange& a, const TimeRange& b) {
+    return {nearestDifferenceUs(a.leastUs, b.mostUs), nearestDifferenceUs(a.mostUs, b.leastUs)};
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "sync/PageTimes.h"
+
+namespace ogmprobe {
+
+/** A packet or frame with the two times that it has. */
+struct SyncPoint {
+    /** Index of the unit in the stream's account, and where in the file it begins. */
+    size_t unit = 0;
+    uint64_t offset = 0;
+    std::optional<TimeRange> pageUs;
+    /** Of the buffer with it: its number in the track, and the plug-in's time. */
+    std::optional<size_t> buffer;
+    std::optional<int64_t> pluginUs;
+    /** The plug-in's time less the page's; below 0 it is early. */
+    std::optional<TimeRange> lateUs;
+};
+
+/** Differences of times over a file. Indices name what they were found at. */
+struct Deviation {
+    size_t compared = 0;
+    /** Of those compared: the difference is known exactly. */
+    size_t exact = 0;
+    /** The medians of the least and the most that the differences can be. */
+    std::optional<TimeRange> offsetUs;
+    /** Microseconds in a second by which the difference grows; nothing from few or short data. */
+    std::optional<double> driftPpm;
+    /** Where it is earliest and latest for certain; nothing if it is never early, or late. */
+    std::optional<size_t> earliest;
+    std::optional<size_t> latest;
+    /** All that the differences can be. */
+    std::optional<TimeRange> spreadUs;
+};
+
+/** A track against the pages of its stream. */
+struct TrackSync {
+    uint64_t track = 0;
+    uint32_t serial = 0;
+    TrackKind kind = TrackKind::kOther;
+    GranuleReading reading = GranuleReading::kUnknown;
+    bool isReadLikeOthers = false;
+    /** All packets or frames of the stream but comments, in the order of the file. */
+    std::vector<SyncPoint> points;
+    /** Its indices are those of points. */
+    Deviation deviation;
+};
+
+TrackSync trackSyncOf(const OggFile& file, const StreamAccount& account, const PageTimes& times,
+                      const PlayedTrack& track);
+
+/** One difference at one time, for `deviationOf`. */
+struct LatePoint {
+    /** What it is known by. */
+    size_t index = 0;
+    int64_t timeUs = 0;
+    TimeRange lateUs;
+    /** The drift is taken from this one among others. */
+    bool showsDrift = true;
+};
+
+Deviation deviationOf(const std::vector<LatePoint>& points);
+
+}  // namespace ogmprobe

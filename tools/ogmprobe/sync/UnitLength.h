@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "explain/StreamHeader.h"
+#include "ledger/StreamUnits.h"
+
+namespace ogmprobe {
+
+/**
+ * How many granule positions a packet or frame takes up; nothing where the file does not tell:
+ *
+ *  - a frame of MPEG audio, AC-3 or DTS: its samples;
+ *  - a packet whose header states a length: that;
+ *  - a packet of video without one: a frame;
+ *  - a packet of PCM without one: its bytes by channels and bits per sample.
+ */
+std::optional<int64_t> lengthOf(const FileUnit& unit, const UnitKind& kind,
+                                const StreamHeader& header);
+
+}  // namespace ogmprobe
