@@ -37,6 +37,7 @@ struct RunCommand {
     ExitCode operator()(const ExplainOptions& options) const {
         return runExplain(options, session);
     }
+    ExitCode operator()(const SyncOptions& options) const { return runSync(options, session); }
     ExitCode operator()(const CompareOptions& options) const {
         return runCompare(options, session);
     }

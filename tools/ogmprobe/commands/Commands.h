@@ -16,6 +16,7 @@ ExitCode runSeekTest(const SeekTestOptions& options, Session& session);
 ExitCode runExtract(const ExtractOptions& options, Session& session);
 ExitCode runTimeline(const TimelineOptions& options, Session& session);
 ExitCode runExplain(const ExplainOptions& options, Session& session);
+ExitCode runSync(const SyncOptions& options, Session& session);
 ExitCode runCompare(const CompareOptions& options, Session& session);
 
 }  // namespace ogmprobe

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <android/log.h>
 #include <fmt/core.h>
 #include <unistd.h>
 
@@ -11,6 +10,7 @@
 #include "commands/CommandRecords.h"
 #include "commands/Commands.h"
 #include "explain/ExplainText.h"
+#include "explain/TracedPlay.h"
 #include "text/Csv.h"
 #include "text/Json.h"
 #include "text/NumberText.h"
@@ -21,37 +21,6 @@ namespace ogmprobe {
 namespace {
 
 using nlohmann::ordered_json;
-
-class ExplainRecords : public CommandRecords {
-  public:
-    ExplainRecords(Session& session, Report& report, PluginTrace& trace)
-        : CommandRecords(session, report), mTrace(trace) {}
-
-    template <typename T>
-    void operator()(const T& record) {
-        if constexpr (requires { mTrace.add(record); }) {
-            mTrace.add(record);
-        }
-        CommandRecords::operator()(record);
-    }
-
-  private:
-    PluginTrace& mTrace;
-};
-
-void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace) {
-    GlobalOptions withLines = session.options;
-    withLines.logPriority = ANDROID_LOG_VERBOSE;
-    ExplainRecords records(session, report, trace);
-    try {
-        runShown({path, playJob({}), true}, withLines, session.console, visitedBy(records));
-    } catch (const GoesInCircles& circles) {
-        const Failure failure{ExitCode::kDied,
-                              fmt::format("the extractor never ends: {}", circles.what())};
-        trace.add(failure);
-        report.error(failure.code, failure.message);
-    }
-}
 
 void explainAll(Explanation& explanation) {
     explainRefusal(explanation);

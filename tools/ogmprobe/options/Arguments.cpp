@@ -214,6 +214,19 @@ void addExplain(CLI::App& app, ExplainOptions& options) {
     csv->excludes("--json");
 }
 
+void addSync(CLI::App& app, SyncOptions& options) {
+    CLI::App* command = addCommand(app, "sync",
+                                   "Set the plug-in's times against those that the file's pages "
+                                   "say, and audio against video",
+                                   kSyncExamples);
+    addFiles(*command, options.files, "Media files, or folders of .ogm files");
+    command->add_flag("--packets", options.packets, "List each packet with both times too");
+    auto* csv = command->add_flag("--csv", options.csv,
+                                  "Each packet as comma-separated values, with a heading");
+    addJson(*command, options.json, "A JSON document; times are whole microseconds");
+    csv->excludes("--json");
+}
+
 void addCompare(CLI::App& app, CompareOptions& options) {
     CLI::App* command = addCommand(app, "compare",
                                    "Tell what differs first between two files, or between two "
@@ -253,6 +266,7 @@ struct Collected {
     ExtractOptions extract;
     TimelineOptions timeline;
     ExplainOptions explain;
+    SyncOptions sync;
     CompareOptions compare;
 };
 
@@ -269,6 +283,8 @@ Options chosen(const CLI::App& app, Collected collected) {
         command = std::move(collected.timeline);
     } else if (name == "explain") {
         command = std::move(collected.explain);
+    } else if (name == "sync") {
+        command = std::move(collected.sync);
     } else if (name == "compare") {
         command = std::move(collected.compare);
     }
@@ -320,6 +336,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
     addExtract(app, collected.extract);
     addTimeline(app, collected.timeline);
     addExplain(app, collected.explain);
+    addSync(app, collected.sync);
     addCompare(app, collected.compare);
     const std::vector<std::string> names = namesOf(app);
     std::vector<std::string> arguments = withCommand({argv + 1, argv + argc}, names);

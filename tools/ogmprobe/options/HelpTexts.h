@@ -72,6 +72,20 @@ inline constexpr const char* kExplainExamples =
         "  ogmprobe explain film.ogm --pages | less\n"
         "  ogmprobe explain film.ogm --json | jq '.findings[].id'";
 
+inline constexpr const char* kSyncExamples =
+        "The file is played to its end. Each packet, or frame of audio that is framed anew, has "
+        "the\n"
+        "plug-in's time and the one that the granule positions of the file's pages say; late is "
+        "the\n"
+        "first less the second, below 0 for early. Where pages cannot say when a packet begins, it "
+        "is\n"
+        "told from when to when it can. Offset is the median, drift the change in millionths.\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe sync film.ogm\n"
+        "  ogmprobe sync film.ogm --packets | less\n"
+        "  ogmprobe sync film.ogm --json | jq '.pairs[0].earliest'";
+
 inline constexpr const char* kCompareExamples =
         "Both are played to their ends. Compared are the container, the tracks' formats, of each\n"
         "packet time, sync flag, size and bytes, the ends, and the log where asked for. The first\n"

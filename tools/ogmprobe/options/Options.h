@@ -102,6 +102,14 @@ struct ExplainOptions {
     bool json = false;
 };
 
+struct SyncOptions {
+    std::vector<std::string> files;
+    /** List each packet too. */
+    bool packets = false;
+    bool json = false;
+    bool csv = false;
+};
+
 struct CompareOptions {
     std::string a;
     /** Empty: the same file. */
@@ -118,7 +126,7 @@ struct CompareOptions {
 };
 
 using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions,
-                                    TimelineOptions, ExplainOptions, CompareOptions>;
+                                    TimelineOptions, ExplainOptions, SyncOptions, CompareOptions>;
 
 struct Options {
     GlobalOptions global;

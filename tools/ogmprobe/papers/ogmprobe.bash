@@ -9,6 +9,7 @@ _ogmprobe() {
         [extract]="--output --track --only-track --force"
         [timeline]="--output --seek-steps --force"
         [explain]="--pages --verbose --strict --csv --json"
+        [sync]="--packets --csv --json"
         [compare]="--plugin-b --reads --seeks --logs --no-logs --json"
     )
     local every="--plugin --log --color --timeout --quiet --in-process --help"

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # fish completion for ogmprobe
 
-set --local commands info packets seektest extract timeline explain compare
+set --local commands info packets seektest extract timeline explain sync compare
 
 complete --command ogmprobe --long-option plugin --require-parameter --force-files --description "The plug-in"
 complete --command ogmprobe --long-option log --exclusive --arguments "verbose debug info warn error silent" --description "Least level of log lines to show"
@@ -18,6 +18,7 @@ complete --command ogmprobe --condition "not __fish_seen_subcommand_from $comman
 complete --command ogmprobe --condition "not __fish_seen_subcommand_from $commands" --arguments extract --description "Write each track into a file"
 complete --command ogmprobe --condition "not __fish_seen_subcommand_from $commands" --arguments timeline --description "Draw packets over time"
 complete --command ogmprobe --condition "not __fish_seen_subcommand_from $commands" --arguments explain --description "Say why something is missing or odd"
+complete --command ogmprobe --condition "not __fish_seen_subcommand_from $commands" --arguments sync --description "Set times against those of the pages"
 complete --command ogmprobe --condition "not __fish_seen_subcommand_from $commands" --arguments compare --description "Tell what differs first"
 
 complete --command ogmprobe --condition "__fish_seen_subcommand_from info" --long-option format --description "List all entries of all formats"
@@ -53,6 +54,10 @@ complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --
 complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --long-option strict --description "Exit code 1 if something is found"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --long-option csv --description "Comma-separated values"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --long-option json --description "Print JSON"
+
+complete --command ogmprobe --condition "__fish_seen_subcommand_from sync" --long-option packets --description "List each packet too"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from sync" --long-option csv --description "Comma-separated values"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from sync" --long-option json --description "Print JSON"
 
 complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option plugin-b --require-parameter --force-files --description "The plug-in for B"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option reads --description "Compare reads too"

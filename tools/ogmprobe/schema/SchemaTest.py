@@ -83,7 +83,7 @@ class Schema(unittest.TestCase):
         return document
 
     def test_EachIsASchema(self):
-        self.assertEqual({"common", "info", "packets", "seektest", "explain", "compare"},
+        self.assertEqual({"common", "info", "packets", "seektest", "explain", "sync", "compare"},
                          set(schemas()))
         for name, schema in schemas().items():
             with self.subTest(name):
@@ -118,6 +118,13 @@ class Schema(unittest.TestCase):
                 self.assertEqual(file.name == "missing", document["pages"] is None)
         self.check("explain", fake("explain", self.script("dying", end="abort")))
 
+    def test_ThatOfSyncHolds(self):
+        for file in self.files():
+            with self.subTest(file.name):
+                self.check("sync", run("sync", file))
+        document = self.check("sync", fake("sync", self.script("dying", end="abort")))
+        self.assertEqual(4, document["exit_code"])
+
     def test_ThatOfCompareHolds(self):
         files = self.files()
         for file in files:
@@ -134,7 +141,7 @@ class Schema(unittest.TestCase):
     def test_NoneHoldsWithoutWhatIsAlwaysThere(self):
         file = self.files()[0]
         for name, text in {"info": run("info", file), "seektest": run("seektest", file),
-                           "explain": run("explain", file),
+                           "explain": run("explain", file), "sync": run("sync", file),
                            "compare": run("compare", file, file)}.items():
             document = json.loads(text)
             for member in ("schema_version", "errors", "warnings"):

@@ -78,6 +78,13 @@ std::vector<LatePoint> latePoints(const TrackSync& audio, const std::vector<Pair
     return late;
 }
 
+/** The pages of both have different lengths, and the difference goes up and down with them. */
+std::optional<double> driftBetween(const TrackSync& audio, const TrackSync& video) {
+    const auto& ofAudio = audio.deviation.driftPpm;
+    const auto& ofVideo = video.deviation.driftPpm;
+    return ofAudio && ofVideo ? std::optional(*ofAudio - *ofVideo) : std::nullopt;
+}
+
 std::vector<PairSync> pairsOf(const std::vector<TrackSync>& tracks) {
     const auto video = std::find_if(tracks.begin(), tracks.end(), [](const TrackSync& track) {
         return track.kind == TrackKind::kVideo;
@@ -90,6 +97,7 @@ std::vector<PairSync> pairsOf(const std::vector<TrackSync>& tracks) {
             pair.video = static_cast<size_t>(video - tracks.begin());
             pair.points = pairPointsOf(tracks[i], *video);
             pair.deviation = deviationOf(latePoints(tracks[i], pair.points));
+            pair.deviation.driftPpm = driftBetween(tracks[i], *video);
             pairs.push_back(std::move(pair));
         }
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sync/PageTimes.h"
 
+#include "sync/ContentDrift.h"
 #include "sync/GranuleClock.h"
 #include "sync/GroupRanges.h"
 #include "sync/PageGroups.h"
@@ -66,6 +67,7 @@ std::map<uint32_t, PageTimes> pageTimesOf(const OggFile& file,
             times.reading = common;
             times.isReadLikeOthers = common != GranuleReading::kUnknown;
         }
+        times.contentDriftPpm = contentDriftOf(groups.at(serial), account, *header, times.reading);
         setTimes(groups.at(serial), GranuleClock(*header), times);
     }
     return all;

@@ -28,6 +28,11 @@ struct PageTimes {
     GranuleReading reading = GranuleReading::kUnknown;
     /** The reading is that of the file's other streams: this one does not tell. */
     bool isReadLikeOthers = false;
+    /**
+     * How much faster the pages' time goes than that of the audio on them, by its samples and their
+     * rate: millionths. Nothing where that is not known, and of video.
+     */
+    std::optional<double> contentDriftPpm;
     /** When each unit of the account begins; nothing where no page tells, and of comments. */
     std::vector<std::optional<TimeRange>> units;
     /** Indices of the units that are the first that end on their pages, rising. */

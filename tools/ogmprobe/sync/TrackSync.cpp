@@ -47,6 +47,7 @@ TrackSync trackSyncOf(const OggFile& file, const StreamAccount& account, const P
     sync.serial = account.ledger.serial;
     sync.kind = track.description.kind;
     sync.reading = times.reading;
+    sync.contentDriftPpm = times.contentDriftPpm;
     sync.isReadLikeOthers = times.isReadLikeOthers;
     for (size_t i = 0; i < account.units.size(); ++i) {
         if (!account.units[i].isComment) {

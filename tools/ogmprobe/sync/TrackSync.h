@@ -46,6 +46,8 @@ struct TrackSync {
     TrackKind kind = TrackKind::kOther;
     GranuleReading reading = GranuleReading::kUnknown;
     bool isReadLikeOthers = false;
+    /** Of the pages' time against the audio's own; see `PageTimes`. */
+    std::optional<double> contentDriftPpm;
     /** All packets or frames of the stream but comments, in the order of the file. */
     std::vector<SyncPoint> points;
     /** Its indices are those of points. */

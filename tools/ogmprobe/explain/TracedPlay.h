@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "commands/Report.h"
+#include "commands/Session.h"
+#include "explain/PluginTrace.h"
+
+namespace ogmprobe {
+
+/**
+ * Plays the file to its end and gathers in `trace` what the plug-in does with it; what goes wrong
+ * is reported too. Throws `ProbeError`.
+ */
+void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace);
+
+}  // namespace ogmprobe

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <unistd.h>
+
+#include <optional>
+#include <string>
+
+#include "commands/CommandRecords.h"
+#include "commands/Commands.h"
+#include "explain/TracedPlay.h"
+#include "sync/SyncText.h"
+#include "text/Json.h"
+#include "text/VisibleText.h"
+
+namespace ogmprobe {
+namespace {
+
+using nlohmann::ordered_json;
+
+constexpr const char* kNotOgg = "the file has no Ogg pages to compare the times with";
+
+/** What was played, and what the pages say of it; nothing of a file that cannot be read. */
+class SyncedFile {
+  public:
+    SyncedFile(const std::string& path, Session& session) : mReport(session.console, path) {
+        mReport.guard([&] { mFile.emplace(path); });
+        if (!mFile) {
+            return;
+        }
+        PluginTrace trace(*mFile, false);
+        mReport.guard([&] { playTraced(path, session, mReport, trace); });
+        if (!trace.opened()) {
+            return;
+        }
+        if (mFile->pages().empty()) {
+            mReport.warning(kNotOgg);
+        } else if (trace.tracks().empty()) {
+            mReport.warning(kNoTracks);
+        }
+        mReport.guard([&] {
+            mCompared.emplace(ComparedFile{
+                    *mFile, fileSyncOf(*mFile, trace, accountsOf(path, *mFile, trace))});
+        });
+    }
+
+    const Report& report() const { return mReport; }
+    const std::optional<ComparedFile>& compared() const { return mCompared; }
+
+  private:
+    Report mReport;
+    std::optional<OggFile> mFile;
+    std::optional<ComparedFile> mCompared;
+};
+
+ordered_json syncDocument(const std::string& path, const SyncedFile& synced) {
+    const auto& compared = synced.compared();
+    return {{"schema_version", kSchemaVersion},
+            {"path", path},
+            {"exit_code", static_cast<int>(synced.report().worst())},
+            {"summary", compared ? ordered_json(worstSentence(*compared)) : ordered_json(nullptr)},
+            {"tracks", compared ? tracksJson(compared->sync) : ordered_json::array()},
+            {"pairs", compared ? pairsJson(compared->sync) : ordered_json::array()},
+            {"errors", synced.report().errorsJson()},
+            {"warnings", synced.report().warningsJson()}};
+}
+
+std::string textOf(const std::string& path, bool isOneOfMany, const SyncOptions& options,
+                   const ComparedFile& compared, const Session& session) {
+    const bool color = wantsColor(session.options.color, STDOUT_FILENO);
+    if (isOneOfMany && !options.packets) {
+        return visible(path) + ": " + worstSentence(compared) + "\n";
+    }
+    return (isOneOfMany ? "# " + visible(path) + "\n" : "") +
+           (options.packets ? packetsText(compared, color) + "\n" : "") + syncText(compared, color);
+}
+
+ExitCode syncFile(const std::string& path, bool isOneOfMany, const SyncOptions& options,
+                  Session& session) {
+    const SyncedFile synced(path, session);
+    const auto& compared = synced.compared();
+    if (options.json) {
+        session.output.write(toDocument(syncDocument(path, synced)));
+    } else if (compared && options.csv) {
+        session.output.write(syncCsvLines(path, compared->sync));
+    } else if (compared) {
+        session.output.write(textOf(path, isOneOfMany, options, *compared, session));
+    }
+    return synced.report().worst();
+}
+
+}  // namespace
+
+ExitCode runSync(const SyncOptions& options, Session& session) {
+    if (options.csv) {
+        session.output.write(kSyncCsvHeading);
+    }
+    return forEachFile(options.files, session, [&](const std::string& path, bool isOneOfMany) {
+        return syncFile(path, isOneOfMany, options, session);
+    });
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,265 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sync/SyncText.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "text/Csv.h"
+#include "text/NumberText.h"
+#include "text/TextTable.h"
+#include "text/TimeText.h"
+#include "text/TimeUnits.h"
+
+namespace ogmprobe {
+namespace {
+
+/** Less is no difference that anyone hears, nor any clock that counts frames can help. */
+constexpr int64_t kWorthTellingUs = kUsPerMillisecond;
+constexpr double kDriftWorthTelling = 10;
+constexpr double kSecondsPerMinute = 60;
+
+/** The worst of a deviation: by how much for certain, and at what page time. */
+struct Worst {
+    int64_t lateUs = 0;
+    int64_t atUs = 0;
+};
+
+/** `point` and `late` make a point and its difference out of an index. */
+template <typename PointAt, typename LateAt>
+Worst worstOf(const Deviation& deviation, const PointAt& point, const LateAt& late) {
+    Worst worst;
+    for (const auto& index : {deviation.earliest, deviation.latest}) {
+        const int64_t lateUs = index ? late(*index).certainUs() : 0;
+        // The least number has no magnitude of its own type.
+        if (index &&
+            std::abs(static_cast<double>(lateUs)) > std::abs(static_cast<double>(worst.lateUs))) {
+            worst = {lateUs, point(*index).pageUs->leastUs};
+        }
+    }
+    return worst;
+}
+
+Worst worstOf(const TrackSync& track) {
+    return worstOf(
+            track.deviation, [&](size_t index) { return track.points[index]; },
+            [&](size_t index) { return *track.points[index].lateUs; });
+}
+
+Worst worstOf(const FileSync& sync, const PairSync& pair) {
+    return worstOf(
+            pair.deviation,
+            [&](size_t index) {
+                return sync.tracks[pair.audio].points[pair.points[index].audioPoint];
+            },
+            [&](size_t index) { return pair.points[index].lateUs; });
+}
+
+std::string rangeText(const std::optional<TimeRange>& range) {
+    if (!range) {
+        return "-";
+    }
+    return range->isExact() ? secondsText(range->leastUs)
+                            : secondsText(range->leastUs) + ".." + secondsText(range->mostUs);
+}
+
+std::string driftText(const std::optional<double>& ppm) {
+    return ppm ? fmt::format("{:.0f} ppm", *ppm + 0.0) : "-";
+}
+
+/** "up to 0.522 s early at 0:00:12.300000". */
+std::string amountText(const Worst& worst) {
+    const double seconds =
+            std::abs(static_cast<double>(worst.lateUs)) / static_cast<double>(kUsPerSecond);
+    return fmt::format("up to {:.3f} s {} at {}", seconds, worst.lateUs < 0 ? "early" : "late",
+                       clockText(worst.atUs));
+}
+
+bool isWorthTelling(const Worst& worst) {
+    return worst.lateUs <= -kWorthTellingUs || worst.lateUs >= kWorthTellingUs;
+}
+
+std::string pairSentence(const FileSync& sync, const PairSync& pair) {
+    const std::string audio =
+            sync.pairs.size() > 1 ? fmt::format("audio of track {}", sync.tracks[pair.audio].track)
+                                  : "audio";
+    const Worst worst = worstOf(sync, pair);
+    if (pair.deviation.compared == 0) {
+        return audio + " and video have no times to compare";
+    }
+    if (!isWorthTelling(worst)) {
+        return audio + " keeps with the video" +
+               (pair.deviation.exact < pair.deviation.compared ? " as far as the pages tell" : "");
+    }
+    return audio + " runs " + amountText(worst);
+}
+
+std::string trackSentence(const TrackSync& track) {
+    const Worst worst = worstOf(track);
+    const std::string name = fmt::format("track {} ({})", track.track, kindName(track.kind));
+    if (track.deviation.compared == 0) {
+        return name + ": the pages tell no time of what comes out";
+    }
+    if (!isWorthTelling(worst)) {
+        return name + " has the times of the pages" +
+               (track.deviation.exact < track.deviation.compared ? " as far as they tell" : "");
+    }
+    return name + " is " + amountText(worst);
+}
+
+std::string withLargeInitial(std::string text) {
+    text.front() = text.front() >= 'a' && text.front() <= 'z'
+                           ? static_cast<char>(text.front() - 'a' + 'A')
+                           : text.front();
+    return text;
+}
+
+std::string lateText(const std::optional<size_t>& index, int64_t lateUs) {
+    return index ? secondsText(lateUs) : "-";
+}
+
+template <typename LateAt>
+void addRow(TextTable& table, std::vector<std::string> names, const Deviation& deviation,
+            const LateAt& late) {
+    names.push_back(fmt::format("{}", deviation.compared));
+    names.push_back(fmt::format("{}", deviation.compared - deviation.exact));
+    names.push_back(rangeText(deviation.offsetUs));
+    for (const auto& index : {deviation.earliest, deviation.latest}) {
+        names.push_back(lateText(index, index ? late(*index).certainUs() : 0));
+    }
+    names.push_back(driftText(deviation.driftPpm));
+    table.add(std::move(names));
+}
+
+std::string tableText(const FileSync& sync, bool color) {
+    constexpr auto kRight = TextTable::Align::kRight;
+    TextTable table({{"Track", kRight},
+                     {"Type"},
+                     {"Packets", kRight},
+                     {"Compared", kRight},
+                     {"By bounds", kRight},
+                     {"Offset", kRight},
+                     {"Earliest", kRight},
+                     {"Latest", kRight},
+                     {"Drift", kRight}});
+    for (const TrackSync& track : sync.tracks) {
+        addRow(table,
+               {fmt::format("{}", track.track), kindName(track.kind),
+                fmt::format("{}", track.points.size())},
+               track.deviation, [&](size_t index) { return *track.points[index].lateUs; });
+    }
+    for (const PairSync& pair : sync.pairs) {
+        addRow(table,
+               {fmt::format("{}-{}", sync.tracks[pair.audio].track, sync.tracks[pair.video].track),
+                "audio-video", ""},
+               pair.deviation, [&](size_t index) { return pair.points[index].lateUs; });
+    }
+    return table.text("  ", color);
+}
+
+std::string readingSentence(const TrackSync& track) {
+    const std::string others = track.isReadLikeOthers ? ", as in the other streams" : "";
+    switch (track.reading) {
+        case GranuleReading::kEnd:
+            return "its granule positions tell where packets end" + others;
+        case GranuleReading::kBeginning:
+            return "its granule positions tell where packets begin" + others;
+        case GranuleReading::kUnknown:
+            break;
+    }
+    return "its granule positions may tell where packets begin or where they end";
+}
+
+std::string contentSentence(const TrackSync& track) {
+    if (!track.contentDriftPpm || std::abs(*track.contentDriftPpm) < kDriftWorthTelling) {
+        return "";
+    }
+    const double ppm = std::abs(*track.contentDriftPpm);
+    return fmt::format(
+            "The pages of track {} go {} than its samples by {:.0f} ppm, {:.3f} s in a minute.\n",
+            track.track, *track.contentDriftPpm > 0 ? "faster" : "slower", ppm,
+            ppm * kSecondsPerMinute / static_cast<double>(kUsPerSecond));
+}
+
+}  // namespace
+
+std::string worstSentence(const ComparedFile& compared) {
+    const FileSync& sync = compared.sync;
+    std::string sentence = "no track that the pages tell of";
+    std::optional<double> most;
+    const auto consider = [&](const Worst& worst, const std::string& text) {
+        const double magnitude = std::abs(static_cast<double>(worst.lateUs));
+        if (!most || magnitude > *most) {
+            most = magnitude;
+            sentence = text;
+        }
+    };
+    for (const PairSync& pair : sync.pairs) {
+        consider(worstOf(sync, pair), pairSentence(sync, pair));
+    }
+    for (size_t i = 0; i < sync.tracks.size() && sync.pairs.empty(); ++i) {
+        consider(worstOf(sync.tracks[i]), trackSentence(sync.tracks[i]));
+    }
+    return sentence;
+}
+
+std::string syncText(const ComparedFile& compared, bool color) {
+    const FileSync& sync = compared.sync;
+    if (sync.tracks.empty()) {
+        return "No track that the pages tell of.\n";
+    }
+    std::string text = tableText(sync, color);
+    for (const TrackSync& track : sync.tracks) {
+        text += withLargeInitial(trackSentence(track)) + "; " + readingSentence(track) + ".\n";
+        text += contentSentence(track);
+    }
+    for (const PairSync& pair : sync.pairs) {
+        text += withLargeInitial(pairSentence(sync, pair)) + ".\n";
+    }
+    return text;
+}
+
+std::string packetsText(const ComparedFile& compared, bool color) {
+    constexpr auto kRight = TextTable::Align::kRight;
+    TextTable table({{"Track", kRight},
+                     {"Number", kRight},
+                     {"Offset", kRight},
+                     {"Page's time", kRight},
+                     {"Plug-in's time", kRight},
+                     {"Late", kRight}});
+    for (const TrackSync& track : compared.sync.tracks) {
+        for (const SyncPoint& point : track.points) {
+            table.add({fmt::format("{}", track.track),
+                       point.buffer ? fmt::format("{}", *point.buffer) : "-",
+                       fmt::format("{}", point.offset), rangeText(point.pageUs),
+                       secondsText(point.pluginUs), rangeText(point.lateUs)});
+        }
+    }
+    return table.text("", color);
+}
+
+std::string syncCsvLines(const std::string& path, const FileSync& sync) {
+    const auto seconds = [](const std::optional<int64_t>& timeUs) {
+        return timeUs ? secondsText(*timeUs) : std::string();
+    };
+    const auto least = [](const std::optional<TimeRange>& range) {
+        return range ? secondsText(range->leastUs) : std::string();
+    };
+    const auto most = [](const std::optional<TimeRange>& range) {
+        return range ? secondsText(range->mostUs) : std::string();
+    };
+    std::string text;
+    for (const TrackSync& track : sync.tracks) {
+        for (const SyncPoint& point : track.points) {
+            text += csvLine({path, fmt::format("{}", track.track), fmt::format("{}", track.serial),
+                             point.buffer ? fmt::format("{}", *point.buffer) : "",
+                             fmt::format("{}", point.offset), least(point.pageUs),
+                             most(point.pageUs), seconds(point.pluginUs), least(point.lateUs),
+                             most(point.lateUs)});
+        }
+    }
+    return text;
+}
+
+}  // namespace ogmprobe
