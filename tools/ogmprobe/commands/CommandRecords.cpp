@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "files/InputFiles.h"
+#include "text/LogText.h"
 #include "text/VisibleText.h"
 
 namespace ogmprobe {
@@ -32,8 +33,10 @@ void CommandRecords::operator()(const LogLine& line) {
     message.struct_size = sizeof(message);
     message.buffer_id = LOG_ID_MAIN;
     message.priority = line.priority;
-    message.tag = line.tag.c_str();
-    message.message = line.text.c_str();
+    const std::string tag = visible(line.tag);
+    const std::string text = visible(withoutLineEnd(line.text));
+    message.tag = tag.c_str();
+    message.message = text.c_str();
     __android_log_stderr_logger(&message);
 }
 

@@ -12,8 +12,8 @@
 #include "commands/CommandRecords.h"
 #include "commands/Commands.h"
 #include "commands/StreamWriter.h"
-#include "files/InputFiles.h"
 #include "files/NewFile.h"
+#include "files/OutputFolder.h"
 #include "text/VisibleText.h"
 
 namespace ogmprobe {
@@ -74,34 +74,15 @@ class Extraction {
     bool mWhole = false;
 };
 
-fs::path outputPath(const ExtractOptions& options, const TrackDescription& track) {
-    const std::string stem =
-            options.file == kStandardInput ? "stdin" : fs::path(options.file).stem().string();
-    return fs::path(options.folder) /
-           fmt::format("{}.track{}{}", stem, track.index, track.codec.suffix);
-}
-
-void makeFolder(const fs::path& folder) {
-    std::error_code error;
-    if (fs::exists(folder, error) && !fs::is_directory(folder, error)) {
-        throw ProbeError(ExitCode::kFile, fmt::format("cannot make the folder {}: a file has that "
-                                                      "name",
-                                                      folder.string()));
-    }
-    fs::create_directories(folder, error);
-    if (error) {
-        throw ProbeError(ExitCode::kFile, fmt::format("cannot make the folder {}: {}",
-                                                      folder.string(), error.message()));
-    }
-}
-
 /** Writes the packets of all tracks while they come. */
 class ExtractRecords : public CommandRecords {
   public:
     using CommandRecords::operator();
 
-    ExtractRecords(const ExtractOptions& options, Session& session, Report& report)
-        : CommandRecords(session, report), mOptions(options) {}
+    /** The files' names begin with the stem. */
+    ExtractRecords(const ExtractOptions& options, std::string stem, Session& session,
+                   Report& report)
+        : CommandRecords(session, report), mOptions(options), mStem(std::move(stem)) {}
 
     void operator()(const FileOpened& file) { requireTracks(mOptions.tracks, file); }
     void operator()(const TrackStarted& started) {
@@ -147,8 +128,13 @@ class ExtractRecords : public CommandRecords {
         // Before anything is read: nobody wants to hear of a name that is taken after an hour.
         for (const TrackDescription& track : mTracks) {
             mExtractions[track.index] = std::make_unique<Extraction>(
-                    track, std::make_unique<NewFile>(outputPath(mOptions, track), existing));
+                    track, std::make_unique<NewFile>(pathOf(track), existing));
         }
+    }
+
+    fs::path pathOf(const TrackDescription& track) const {
+        return fs::path(mOptions.folder) /
+               fmt::format("{}.track{}{}", mStem, track.index, track.codec.suffix);
     }
 
     void writeToStandardOutput() {
@@ -163,24 +149,36 @@ class ExtractRecords : public CommandRecords {
     }
 
     const ExtractOptions& mOptions;
+    const std::string mStem;
     std::vector<TrackDescription> mTracks;
     std::map<uint64_t, std::unique_ptr<Extraction>> mExtractions;
 };
 
-}  // namespace
-
-ExitCode runExtract(const ExtractOptions& options, Session& session) {
-    Report report(session.console, options.file);
-    ExtractRecords records(options, session, report);
+ExitCode extract(const std::string& file, const ExtractOptions& options, OutputStems& stems,
+                 Session& session) {
+    Report report(session.console, file);
     report.guard([&] {
+        ExtractRecords records(options, stems.take(file), session, report);
         warnOfOnlyTracks(options.tracks, report);
         PlayRequest request;
         request.tracks = options.tracks.played;
-        runShown({options.file, playJob(std::move(request))}, session.options, session.console,
+        runShown({file, playJob(std::move(request))}, session.options, session.console,
                  visitedBy(records));
         records.finish();
     });
     return report.worst();
+}
+
+}  // namespace
+
+ExitCode runExtract(const ExtractOptions& options, Session& session) {
+    OutputStems stems;
+    return forEachFile(options.files, session, [&](const std::string& file, bool isOneOfMany) {
+        if (isOneOfMany && options.folder == kStandardOutput) {
+            throw ProbeError(ExitCode::kUsage, "standard output takes one track of one file");
+        }
+        return extract(file, options, stems, session);
+    });
 }
 
 }  // namespace ogmprobe

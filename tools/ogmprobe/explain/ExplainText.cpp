@@ -9,12 +9,13 @@
 #include "text/LogText.h"
 #include "text/NumberText.h"
 #include "text/TimeText.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
 
 std::string lineText(const LoggedLine& line) {
-    return logText(line.priority, line.tag, line.text) +
+    return visible(logText(line.priority, line.tag, line.text)) +
            (line.count > 1 ? fmt::format("  ({} times)", line.count) : "");
 }
 

@@ -72,12 +72,10 @@ void addTracks(CLI::App& command, TrackChoice& tracks) {
     shown->excludes(played);
 }
 
+constexpr const char* kFilesText = "Media files, or folders of .ogm files";
+
 void addFiles(CLI::App& command, std::vector<std::string>& files, const char* description) {
     command.add_option("files", files, description)->type_name("FILE")->required();
-}
-
-void addFile(CLI::App& command, std::string& file) {
-    command.add_option("file", file, "A media file")->type_name("FILE")->required();
 }
 
 void addJson(CLI::App& command, bool& json, const char* description) {
@@ -96,7 +94,7 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
 void addInfo(CLI::App& app, InfoOptions& options) {
     CLI::App* command = addCommand(
             app, "info", "Show what the files are and which tracks they hold", kInfoExamples);
-    addFiles(*command, options.files, "Media files, or folders of .ogm files");
+    addFiles(*command, options.files, kFilesText);
     command->add_flag("--format", options.format, "List all entries of all formats");
     command->add_flag("--verbose", options.verbose,
                       "Cut no bytes that are too long for the terminal");
@@ -130,7 +128,7 @@ void addPackets(CLI::App& app, PacketsOptions& options) {
     CLI::App* command =
             addCommand(app, "packets", "List the buffers of all tracks in the order of their times",
                        kPacketsExamples);
-    addFiles(*command, options.files, "Media files, or folders of .ogm files");
+    addFiles(*command, options.files, kFilesText);
     addTracks(*command, options.tracks);
     addSeeks(*command, options.seeksUs);
     command->add_option("--count", options.count, "At most so many buffers of each track")
@@ -150,7 +148,7 @@ void addSeekTest(CLI::App& app, SeekTestOptions& options) {
                                    "Seek to evenly spaced times and show where each seek lands "
                                    "and what it costs",
                                    kSeekTestExamples);
-    addFiles(*command, options.files, "Media files, or folders of .ogm files");
+    addFiles(*command, options.files, kFilesText);
     command->add_option("--steps", options.steps, "Spaces between the targets")
             ->type_name("N")
             ->capture_default_str()
@@ -163,7 +161,7 @@ void addSeekTest(CLI::App& app, SeekTestOptions& options) {
 void addExtract(CLI::App& app, ExtractOptions& options) {
     CLI::App* command =
             addCommand(app, "extract", "Write each track's buffers into a file", kExtractExamples);
-    addFile(*command, options.file);
+    addFiles(*command, options.files, kFilesText);
     command->add_option("-o,--output", options.folder,
                         "Folder for the files, made if need be; - for one track on standard output")
             ->type_name("DIR")
@@ -172,23 +170,16 @@ void addExtract(CLI::App& app, ExtractOptions& options) {
     command->add_flag("--force", options.force, "Overwrite files that exist");
 }
 
-CLI::Validator pageOrDrawing() {
-    return {[](const std::string& path) -> std::string {
-                const std::string_view name = path;
-                const bool isKnown = name.ends_with(".html") || name.ends_with(".svg");
-                return isKnown ? "" : path + " ends neither in .html nor in .svg";
-            },
-            ""};
-}
-
 void addTimeline(CLI::App& app, TimelineOptions& options) {
     CLI::App* command = addCommand(app, "timeline", "Draw the packets of all tracks over time",
                                    kTimelineExamples);
-    addFile(*command, options.file);
-    command->add_option("-o,--output", options.output, "The new page (.html) or drawing (.svg)")
+    addFiles(*command, options.files, kFilesText);
+    command->add_option("-o,--output", options.output,
+                        "The new page (.html) or drawing (.svg); of several files the folder for "
+                        "them, made if need be")
             ->type_name("OUT")
-            ->required()
-            ->check(pageOrDrawing());
+            ->required();
+    command->add_flag("--svg", options.svg, "In a folder: drawings instead of pages");
     command->add_option("--seek-steps", options.seekSteps,
                         "Spaces between the targets of seeks; 0: no seeks")
             ->type_name("N")
@@ -202,7 +193,7 @@ void addExplain(CLI::App& app, ExplainOptions& options) {
                                    "Say why tracks are missing, the duration is odd, bytes are "
                                    "skipped or packets do not come out",
                                    kExplainExamples);
-    addFiles(*command, options.files, "Media files, or folders of .ogm files");
+    addFiles(*command, options.files, kFilesText);
     command->add_flag("--pages", options.pages,
                       "List the file's pages too, with the log lines that were written there");
     command->add_flag("--verbose", options.verbose,

@@ -47,6 +47,7 @@ inline constexpr const char* kExtractExamples =
         "\n"
         "Examples:\n"
         "  ogmprobe extract film.ogm -o streams\n"
+        "  ogmprobe extract ~/films -o streams\n"
         "  ogmprobe extract film.ogm -o streams --track 1 --force\n"
         "  ogmprobe extract film.ogm -o - --track 1 | aplay";
 
@@ -54,11 +55,13 @@ inline constexpr const char* kTimelineExamples =
         "Draws each track's packets over presentation time, their sizes, types and sync frames,\n"
         "gaps, equal times and backward steps, the bitrate, and what was read from the file for\n"
         "each packet and by seeks. A page for a browser (.html) tells about the packet under the\n"
-        "mouse; it needs no network. A drawing (.svg) shows the same without motion.\n"
+        "mouse; it needs no network. A drawing (.svg) shows the same without motion. In a folder\n"
+        "each file's page is named after it: film.ogm gives film.html.\n"
         "\n"
         "Examples:\n"
         "  ogmprobe timeline film.ogm -o film.html\n"
-        "  ogmprobe timeline film.ogm -o film.svg --seek-steps 0 --force";
+        "  ogmprobe timeline film.ogm -o film.svg --seek-steps 0 --force\n"
+        "  ogmprobe timeline *.ogm -o timelines";
 
 inline constexpr const char* kExplainExamples =
         "The file is opened and played to its end. What comes of it is compared with the file's\n"

@@ -74,7 +74,7 @@ struct SeekTestOptions {
 };
 
 struct ExtractOptions {
-    std::string file;
+    std::vector<std::string> files;
     /** "-": standard output. */
     std::string folder;
     TrackChoice tracks;
@@ -82,9 +82,11 @@ struct ExtractOptions {
 };
 
 struct TimelineOptions {
-    std::string file;
-    /** Ends in ".html" or ".svg", which says what is written. */
+    std::vector<std::string> files;
+    /** Of one file: ends in ".html" or ".svg", which says what is written. Else a folder. */
     std::string output;
+    /** In a folder: drawings instead of pages. */
+    bool svg = false;
     /** Spaces between the targets of seeks; 0 leaves seeks out. */
     uint32_t seekSteps = 8;
     bool force = false;

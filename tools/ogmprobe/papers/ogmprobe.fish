@@ -45,7 +45,8 @@ complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --
 complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --long-option only-track --exclusive --description "Play this track alone"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --long-option force --description "Overwrite files that exist"
 
-complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --short-option o --long-option output --require-parameter --force-files --description "The new page or drawing"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --short-option o --long-option output --require-parameter --force-files --description "The new page, drawing or folder"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option svg --description "Drawings in a folder"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option seek-steps --exclusive --description "Spaces between targets of seeks"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option force --description "Overwrite a file that exists"
 

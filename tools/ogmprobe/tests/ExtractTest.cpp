@@ -194,6 +194,37 @@ TEST_F(ExtractTest, EndsQuietlyWhenNobodyReadsStandardOutput) {
     EXPECT_EQ(result.err, "");
 }
 
+TEST_F(ExtractTest, WritesTheStreamsOfSeveralFilesIntoOneFolder) {
+    const std::string second = mPlugin.file(fakeFile({fakeAudio()}), "b.fake");
+    const ProcessResult result = extract(fakeFile({fakeVideo()}), {second});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(namesInFolder(), (std::set<std::string>{"a.track0.h264", "b.track0.wav"}));
+}
+
+TEST_F(ExtractTest, WritesOverNothingThatItWroteForAnotherFile) {
+    const std::string second = mPlugin.file(fakeFile({fakeVideo(), fakeAudio()}), "a.other");
+    const ProcessResult result = extract(fakeFile({fakeVideo()}), {second, "--force"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("a.other: "));
+    EXPECT_THAT(result.err, HasSubstr("a.fake has the same name without its suffix"));
+    EXPECT_EQ(namesInFolder(), (std::set<std::string>{"a.track0.h264"}));
+}
+
+TEST_F(ExtractTest, GoesOnWithTheNextFileAfterOneThatFails) {
+    const std::string second = mPlugin.file(fakeFile({fakeAudio()}), "b.fake");
+    const ProcessResult result = extract({{"fake", false}}, {second});
+    EXPECT_NE(result.exitCode, 0);
+    EXPECT_EQ(namesInFolder(), (std::set<std::string>{"b.track0.wav"}));
+}
+
+TEST_F(ExtractTest, RefusesSeveralFilesOnStandardOutput) {
+    const std::string file = mPlugin.file(fakeFile({fakeVideo()}));
+    const ProcessResult result = FakePlugin::run({"extract", file, file, "-o", "-"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("standard output takes one track of one file"));
+    EXPECT_THAT(result.out, IsEmpty());
+}
+
 TEST_F(ExtractTest, SaysWhenTheFolderIsAFile) {
     const std::string taken = mPlugin.folder().write("taken", "");
     const ProcessResult result =

@@ -74,5 +74,15 @@ TEST(Framework, HidesLogLinesUnlessAsked) {
                 testing::HasSubstr("FakeExtractor I"));
 }
 
+TEST(Framework, ShowsALogLineInOneLineWhateverItHolds) {
+    const FakePlugin plugin;
+    auto video = fakeVideo();
+    video["buffers"][0]["log"] = "a\nb\u001b[2J\u202e";
+    const std::string file = plugin.file(fakeFile({video}));
+    EXPECT_THAT(FakePlugin::run({"--log", "info", "packets", file}).err,
+                testing::HasSubstr("a\\nb\\x1b[2J\\u{202e}\n"));
+    EXPECT_THAT(FakePlugin::run({"explain", file}).out, testing::Not(testing::HasSubstr("\u001b")));
+}
+
 }  // namespace
 }  // namespace ogmprobe::test

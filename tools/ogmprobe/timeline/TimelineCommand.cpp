@@ -15,7 +15,9 @@
 #include "commands/CommandRecords.h"
 #include "commands/Commands.h"
 #include "files/NewFile.h"
+#include "files/OutputFolder.h"
 #include "text/NumberText.h"
+#include "text/VisibleText.h"
 
 namespace ogmprobe {
 namespace {
@@ -103,9 +105,9 @@ class SeekRecords : public CommandRecords {
 };
 
 // Not even by force: the file would be gone once it has been drawn.
-void requireOtherFile(const TimelineOptions& options) {
+void requireOtherFile(const std::string& file, const fs::path& output) {
     std::error_code ignored;
-    if (fs::equivalent(options.file, options.output, ignored)) {
+    if (fs::equivalent(file, output, ignored)) {
         throw ProbeError(ExitCode::kUsage, "the timeline cannot take its file's own place");
     }
 }
@@ -133,37 +135,83 @@ void write(const Timeline& shown, NewFile& file, Output& output) {
         packets += lane.packets.size();
     }
     output.write(fmt::format("timeline of {}, {}: {}\n", counted(shown.lanes.size(), "track"),
-                             counted(packets, "packet"), file.path().string()));
+                             counted(packets, "packet"), visible(file.path().string())));
 }
 
 /** Plays the file and seeks in it; whether there is anything to draw. */
-bool gather(const TimelineOptions& options, Session& session, Report& report, Timeline& shown) {
+bool gather(const std::string& file, uint32_t seekSteps, Session& session, Report& report,
+            Timeline& shown) {
     PlayRecords playing(session, report, shown);
-    runReported({options.file, playJob({}), true}, session, report, playing);
+    runReported({file, playJob({}), true}, session, report, playing);
     const bool hasPlayed = playing.isOpen() && report.worst() < ExitCode::kNotTaken;
-    if (hasPlayed && options.seekSteps > 0 && !shown.lanes.empty()) {
+    if (hasPlayed && seekSteps > 0 && !shown.lanes.empty()) {
         SeekRecords seeking(session, report, shown, playing.failedTracks());
-        runReported({options.file, seekTestJob(options.seekSteps), true}, session, report, seeking);
+        runReported({file, seekTestJob(seekSteps), true}, session, report, seeking);
     }
     return playing.isOpen();
 }
 
+void draw(const std::string& file, const fs::path& output, const TimelineOptions& options,
+          Session& session, Report& report) {
+    requireOtherFile(file, output);
+    // Before anything is read: nobody wants to hear of a name that is taken after an hour.
+    NewFile drawn(output, options.force ? Existing::kOverwrite : Existing::kRefuse);
+    Timeline shown;
+    shown.fileName = fs::path(file).filename().string();
+    if (gather(file, options.seekSteps, session, report, shown)) {
+        shown.failures = failuresOf(report);
+        write(shown, drawn, session.output);
+    }
+}
+
+bool isPageOrDrawing(const fs::path& path) {
+    return path.extension() == ".html" || path.extension() == ".svg";
+}
+
+/** Says where each file's timeline goes. */
+class OutputPaths {
+  public:
+    explicit OutputPaths(const TimelineOptions& options) : mOptions(options) {}
+
+    /** Throws `ProbeError` with `kUsage` where the output fits no such files. */
+    void require(bool several) {
+        const fs::path output = mOptions.output;
+        std::error_code ignored;
+        mIsFolder = several || !output.has_filename() || fs::is_directory(output, ignored);
+        if (!mIsFolder && !isPageOrDrawing(output)) {
+            throw ProbeError(ExitCode::kUsage,
+                             mOptions.output + " ends neither in .html nor in .svg");
+        }
+        if (several && isPageOrDrawing(output) && !fs::is_directory(output, ignored)) {
+            throw ProbeError(ExitCode::kUsage,
+                             mOptions.output + " takes the timeline of one file: name a folder");
+        }
+    }
+
+    fs::path of(const std::string& file) {
+        if (!mIsFolder) {
+            return mOptions.output;
+        }
+        makeFolder(mOptions.output);
+        return fs::path(mOptions.output) / (mStems.take(file) + (mOptions.svg ? ".svg" : ".html"));
+    }
+
+  private:
+    const TimelineOptions& mOptions;
+    OutputStems mStems;
+    bool mIsFolder = false;
+};
+
 }  // namespace
 
 ExitCode runTimeline(const TimelineOptions& options, Session& session) {
-    Report report(session.console, options.file);
-    report.guard([&] {
-        requireOtherFile(options);
-        // Before anything is read: nobody wants to hear of a name that is taken after an hour.
-        NewFile file(options.output, options.force ? Existing::kOverwrite : Existing::kRefuse);
-        Timeline shown;
-        shown.fileName = fs::path(options.file).filename().string();
-        if (gather(options, session, report, shown)) {
-            shown.failures = failuresOf(report);
-            write(shown, file, session.output);
-        }
+    OutputPaths paths(options);
+    return forEachFile(options.files, session, [&](const std::string& file, bool isOneOfMany) {
+        paths.require(isOneOfMany);
+        Report report(session.console, file);
+        report.guard([&] { draw(file, paths.of(file), options, session, report); });
+        return report.worst();
     });
-    return report.worst();
 }
 
 }  // namespace ogmprobe

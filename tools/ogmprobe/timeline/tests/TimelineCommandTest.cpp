@@ -117,6 +117,35 @@ TEST_F(TimelineCommand, WantsToKnowWhetherPageOrDrawing) {
     EXPECT_THAT(result.err, HasSubstr("ends neither in .html nor in .svg"));
 }
 
+TEST_F(TimelineCommand, WritesThoseOfSeveralFilesIntoAFolder) {
+    const std::string first = folder().write("a.fake", mScript.dump());
+    const std::string second = folder().write("b.fake", mScript.dump());
+    const ProcessResult result = FakePlugin::run({"timeline", first, second, "-o", path("out")});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(folder().read("out/a.html"), StartsWith("<!doctype html>"));
+    EXPECT_THAT(folder().read("out/b.html"), StartsWith("<!doctype html>"));
+    EXPECT_THAT(result.out, HasSubstr(path("out/b.html") + "\n"));
+}
+
+TEST_F(TimelineCommand, WritesDrawingsIntoAFolderWhereAsked) {
+    EXPECT_EQ(run(mScript, "out/", {"--svg"}).exitCode, 0);
+    EXPECT_THAT(folder().read("out/a.svg"), StartsWith("<svg xmlns"));
+}
+
+TEST_F(TimelineCommand, RefusesOnePageForSeveralFiles) {
+    const std::string file = folder().write("a.fake", mScript.dump());
+    const ProcessResult result = FakePlugin::run({"timeline", file, file, "-o", path("a.html")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("takes the timeline of one file: name a folder"));
+    EXPECT_EQ(result.err.find("error"), result.err.rfind("error")) << "once for all files";
+}
+
+TEST_F(TimelineCommand, ShowsNamesInOneLine) {
+    const ProcessResult result = run(mScript, "a\nb\u202e.html");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.out, HasSubstr("a\\nb\\u{202e}.html\n"));
+}
+
 TEST_F(TimelineCommand, LeavesNothingBehindWhereThereIsNothingToDraw) {
     EXPECT_EQ(runOn(path("missing.ogm"), "a.html").exitCode, 2);
     EXPECT_EQ(fileCount(), 0U);
