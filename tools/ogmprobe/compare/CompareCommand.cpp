@@ -71,8 +71,7 @@ class Comparison {
             side.report.guard([&] {
                 PlayRequest request;
                 request.keepEntries = true;
-                runShown({side.path, playJob(request), mOptions.reads}, side.options,
-                         mSession.console, visitedBy(records));
+                show(side, playJob(request), records);
             });
         } catch (const GoesInCircles& circles) {
             records(Failure{ExitCode::kDied,
@@ -87,11 +86,15 @@ class Comparison {
     /** In a run of its own, of which only the seeks count. */
     void seek(Side& side) {
         PlayedFileRecords records(mSession, side.report);
-        side.report.guard([&] {
-            runShown({side.path, seekTestJob(mOptions.seeks)}, side.options, mSession.console,
-                     visitedBy(records));
-        });
+        side.report.guard([&] { show(side, seekTestJob(mOptions.seeks), records); });
         side.played.seeks = std::move(records.file().seeks);
+    }
+
+    void show(const Side& side, Job job, PlayedFileRecords& records) {
+        JobRequest request{side.path, std::move(job), mOptions.reads};
+        // A plug-in that differs in a later search alone must be found.
+        request.wholeSearches = true;
+        runShown(std::move(request), side.options, mSession.console, visitedBy(records));
     }
 
     bool wasCompared() const { return mA.played.wasTried() && mB.played.wasTried(); }

@@ -44,7 +44,9 @@ class LogLineFinder {
 FoundLine findLogLine(const std::string& path, const GlobalOptions& options, uint64_t number) {
     LogLineFinder finder(number);
     try {
-        runJob({path, playJob({}), true}, options, visitedBy(finder));
+        JobRequest request{path, playJob({}), true};
+        request.wholeSearches = true;
+        runJob(request, options, visitedBy(finder));
     } catch (const LineFound&) {
     }
     return finder.found();

@@ -98,10 +98,11 @@ uint64_t OggScanner::findPage(uint64_t offset) {
     }
     while (offset < size()) {
         const auto window = bytes(offset, kWindowSize);
-        const auto found = std::search(window.begin(), window.end(), kCapturePattern.begin(),
-                                       kCapturePattern.end());
-        if (found != window.end()) {
-            return offset + static_cast<uint64_t>(found - window.begin());
+        const void* found = memmem(window.data(), window.size(), kCapturePattern.data(),
+                                   kCapturePattern.size());
+        if (found != nullptr) {
+            return offset +
+                   static_cast<uint64_t>(static_cast<const uint8_t*>(found) - window.data());
         }
         if (window.size() < kWindowSize) {
             break;

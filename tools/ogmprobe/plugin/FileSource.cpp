@@ -60,15 +60,46 @@ FileSource::~FileSource() {
 }
 
 ssize_t FileSource::readAt(off64_t offset, void* data, size_t size) {
+    offset = endOfRepeatedSearch(offset, size);
     ++mReads;
     const ssize_t got = readUncounted(offset, static_cast<uint8_t*>(data), size);
     if (got > 0) {
         mBytesRead += static_cast<uint64_t>(got);
         mReadUpTo = static_cast<uint64_t>(offset + got);
     }
+    noteEndOfSearch(offset, size, got);
     ReadWatch::add(offset, size, got);
     searchOnFrom(offset, size, got);
     return got;
+}
+
+/** To be called before the read becomes part of a run. */
+void FileSource::noteEndOfSearch(off64_t offset, size_t size, ssize_t got) {
+    const bool isShort = size == kSearchedSize && got >= 0 && got < static_cast<ssize_t>(size);
+    if (isShort && isLongSearch(offset)) {
+        mVainSearchBegin = PluginCall::vitals().runOffset.get();
+        mVainSearchEnd = offset;
+    }
+}
+
+/** Whether the read goes on with a search that has been going on for long. */
+bool FileSource::isLongSearch(off64_t offset) {
+    const SourceRead run = PluginCall::vitals().run();
+    return ReadWatch::goesOn(offset) && run.size == kSearchedSize &&
+           run.result == static_cast<int64_t>(kSearchedSize) && run.count >= kLongSearch;
+}
+
+/** Where to read for a search that is known to find nothing; else the place itself. */
+off64_t FileSource::endOfRepeatedSearch(off64_t offset, size_t size) {
+    const bool isKnown = mShortens && size == kSearchedSize && offset < mVainSearchEnd &&
+                         isLongSearch(offset) &&
+                         PluginCall::vitals().runOffset.get() == mVainSearchBegin;
+    if (!isKnown) {
+        return offset;
+    }
+    mSearchReads += static_cast<uint64_t>(mVainSearchEnd - offset);
+    ReadWatch::goOn(mVainSearchEnd - 1);
+    return mVainSearchEnd;
 }
 
 /** Finds out what the next reads will find, should this one belong to a search. */

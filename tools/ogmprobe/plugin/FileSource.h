@@ -32,6 +32,14 @@ class FileSource {
     /** The table to hand to the plug-in; lives as long as this object. */
     android::CDataSource* table() { return &mTable; }
 
+    /**
+     * Ends a search of the plug-in early once it has begun just as an earlier one that found
+     * nothing up to the end of the file: its next read gets what the last one of the earlier search
+     * got. Counted and recorded are all reads that the search would have made. Right for a plug-in
+     * whose searches depend on the bytes alone and stop at the first short read.
+     */
+    void shortenRepeatedSearches() { mShortens = true; }
+
     /** Calls of `readAt`, and the bytes they gave, since this object was made. */
     uint64_t reads() const { return mReads + mSearchReads; }
     uint64_t bytesRead() const { return mBytesRead + mSearchReads * kSearchedSize; }
@@ -47,6 +55,8 @@ class FileSource {
   private:
     /** What a plug-in reads at each byte to find where a page begins. */
     static constexpr size_t kSearchedSize = 4;
+    /** From so many reads on, searches that begin at the same place are taken for the same. */
+    static constexpr uint64_t kLongSearch = 1 << 20;
     /** In front of all that can be asked for. */
     static constexpr off64_t kNoSearch = std::numeric_limits<off64_t>::min();
 
@@ -70,6 +80,9 @@ class FileSource {
     bool readFromBlocks(uint64_t offset, uint8_t* data, size_t size);
     ssize_t readWhole(off64_t offset, uint8_t* data, size_t size);
     void searchOnFrom(off64_t offset, size_t size, ssize_t got);
+    static bool isLongSearch(off64_t offset);
+    void noteEndOfSearch(off64_t offset, size_t size, ssize_t got);
+    off64_t endOfRepeatedSearch(off64_t offset, size_t size);
 
     static android::CDataSource makeTable(FileSource* source);
 
@@ -84,6 +97,10 @@ class FileSource {
     off64_t mSearchBegin = 0;
     off64_t mSearchEnd = kNoSearch;
     uint64_t mBytesRead = 0;
+    bool mShortens = false;
+    /** Of the last search to the end of the file: its first and its last read, the short one. */
+    off64_t mVainSearchBegin = kNoSearch;
+    off64_t mVainSearchEnd = kNoSearch;
     int mError = 0;
     android::CDataSource mTable;
 };

@@ -127,6 +127,10 @@ void performJob(const JobRequest& request, const GlobalOptions& options, const R
     try {
         FileSource source(request.path);
         PluginCall::vitals().fileSize.set(source.size());
+        // Of another plug-in nobody knows what its searches depend on.
+        if (options.pluginPath.empty() && !request.wholeSearches) {
+            source.shortenRepeatedSearches();
+        }
         beforeReading();
         request.job({*library, source, sink});
     } catch (const ProbeError& error) {

@@ -17,6 +17,8 @@ struct JobRequest {
     Job job;
     /** Whether calls, buffers and data-source reads are recorded too. */
     bool traced = false;
+    /** Whether a search that is known to find nothing is done again in full. */
+    bool wholeSearches = false;
     /** Called now and then while the plug-in works; may be empty. */
     std::function<void(const Advance&)> progress = {};
 };

@@ -119,5 +119,22 @@ TEST_F(DamagedFiles, AreEachNamedInText) {
     }
 }
 
+TEST(HoleAtTheEnd, IsReportedAsWithEachSearchDoneInFull) {
+    const TemporaryFolder folder;
+    std::string bytes = beginningOfSample("mpeg4_b_mp3");
+    bytes.resize(bytes.size() + (3 << 20));
+    const std::string path = folder.write("hole.ogm", bytes);
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"explain", "--json", "--verbose", "--pages", path},
+          {"seektest", "--json", path},
+          {"packets", "--json", path}}) {
+        std::vector<std::string> inFull = {"--plugin", OGMPROBE_OWN_PLUGIN};
+        inFull.insert(inFull.end(), command.begin(), command.end());
+        const ProcessResult result = runProbe(command);
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        EXPECT_EQ(result.out, runProbe(inFull).out) << command.front();
+    }
+}
+
 }  // namespace
 }  // namespace ogmprobe::test

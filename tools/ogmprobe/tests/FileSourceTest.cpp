@@ -111,6 +111,56 @@ TEST(FileSource, ReadsAcrossBlocks) {
     expectRead(content.size() - 2, 4);
 }
 
+/** Searches files of zeros for something that is not there, as a plug-in does. */
+class LongSearchTest : public testing::Test {
+  protected:
+    static constexpr off64_t kSize = 3 << 20;
+
+    void SetUp() override { ASSERT_EQ(truncate(mPath.c_str(), kSize), 0); }
+
+    /** The reads that the search takes. */
+    uint64_t search(FileSource& source, off64_t from) const {
+        android::CDataSource* table = source.table();
+        char bytes[4] = {};
+        // The run of reads before has an end.
+        table->readAt(table->handle, 0, bytes, 1);
+        uint64_t reads = 1;
+        for (; table->readAt(table->handle, from, bytes, 4) == 4; ++from) {
+            ++reads;
+        }
+        return reads;
+    }
+
+    test::TemporaryFolder mFolder;
+    const std::string mPath = mFolder.write("zeros", "");
+};
+
+TEST_F(LongSearchTest, EndsEarlyWhereItIsRepeatedAndCountsAsWhole) {
+    FileSource source(mPath);
+    source.shortenRepeatedSearches();
+    const uint64_t whole = search(source, 100);
+    EXPECT_EQ(whole, kSize - 100U - 2U);
+    const uint64_t reads = source.reads();
+    const uint64_t bytes = source.bytesRead();
+    EXPECT_LT(search(source, 100), whole / 2);
+    EXPECT_EQ(source.reads(), 2 * reads);
+    EXPECT_EQ(source.bytesRead(), 2 * bytes);
+    EXPECT_EQ(source.readUpTo(), static_cast<uint64_t>(kSize));
+}
+
+TEST_F(LongSearchTest, IsDoneInFullFromAnotherPlace) {
+    FileSource source(mPath);
+    source.shortenRepeatedSearches();
+    search(source, 100);
+    EXPECT_EQ(search(source, 101), kSize - 101U - 2U);
+}
+
+TEST_F(LongSearchTest, IsDoneInFullWhereNothingElseIsAskedFor) {
+    FileSource source(mPath);
+    const uint64_t whole = search(source, 100);
+    EXPECT_EQ(search(source, 100), whole);
+}
+
 TEST(FileSource, SurvivesAFileThatShrinks) {
     const test::TemporaryFolder folder;
     const std::string path = folder.write("long", std::string(4 * BlockCache::kBlockSize, 'x'));
