@@ -5,7 +5,8 @@ Usage: ExamplesTest.py PROGRAM [unittest arguments]
 
 An example is a fenced block marked "console". A line that begins with "$ " is a command for bash; what
 follows is its output, where a line of three dots stands for any lines. The commands of a document run
-one after the other in one folder with copies of the sample files. With OGM_UPDATE_EXAMPLES=1 in the
+one after the other in one folder with copies of the sample files. Those of a block marked "console /data"
+have a folder of that name, which is another one than the machine's. With OGM_UPDATE_EXAMPLES=1 in the
 environment the outputs in the documents are replaced by the real ones, but for those with dots.
 """
 
@@ -19,7 +20,25 @@ import tempfile
 import unittest
 
 REST = "..."
-BLOCK = re.compile(r"(?<=^```console\n)(.*?)(?=^```$)", re.MULTILINE | re.DOTALL)
+BLOCK = re.compile(r"^```console( /data)?\n(.*?)(?=^```$)", re.MULTILINE | re.DOTALL)
+
+# Shows the system with another /data to a command that it runs in the current folder. Takes a folder
+# that becomes the root, the one that becomes /data, and the command.
+WITH_DATA = r"""
+set -e
+mount -t tmpfs none "$1"
+mkdir "$1/data"
+mount --bind "$2" "$1/data"
+for entry in /*; do
+    if [[ -L $entry ]]; then
+        cp -P "$entry" "$1$entry"
+    elif [[ -d $entry && $entry != /data ]]; then
+        mkdir -p "$1$entry"
+        mount --rbind "$entry" "$1$entry"
+    fi
+done
+exec chroot "$1" bash -c 'cd "$0" && eval "$1"' "$PWD" "$3"
+"""
 
 program = None
 root = pathlib.Path(__file__).resolve().parents[3]
@@ -42,10 +61,23 @@ def pattern_of(lines):
     return "".join(r"(?:.*\n)*" if line == REST else re.escape(line) + r"\n" for line in lines)
 
 
-def run(command, folder):
+def can_have_data():
+    return subprocess.run(["unshare", "--map-root-user", "--mount", "mount", "-t", "tmpfs", "none", "/mnt"],
+                          stderr=subprocess.DEVNULL, check=False).returncode == 0
+
+
+def run(command, folder, data=None):
+    if data:
+        with tempfile.TemporaryDirectory() as new_root:
+            return run_arguments(["unshare", "--map-root-user", "--mount", "bash", "-c", WITH_DATA, "bash",
+                                  new_root, data, command], folder)
+    return run_arguments(["bash", "-c", command], folder)
+
+
+def run_arguments(arguments, folder):
     environment = dict(os.environ, NO_COLOR="1", LC_ALL="C.UTF-8", COLUMNS="100",
                        PATH=f"{program.parent}:{os.environ['PATH']}")
-    done = subprocess.run(["bash", "-c", command], cwd=folder, env=environment, text=True,
+    done = subprocess.run(arguments, cwd=folder, env=environment, text=True,
                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, check=False)
     return done.stdout
@@ -57,18 +89,24 @@ class Examples(unittest.TestCase):
         text = path.read_text()
         blocks = BLOCK.findall(text)
         self.assertTrue(blocks, f"{document} has no examples")
-        with tempfile.TemporaryDirectory() as folder:
+        with tempfile.TemporaryDirectory() as folder, tempfile.TemporaryDirectory() as data:
             for sample in samples.glob("*.ogm"):
                 shutil.copy(sample, folder)
-            renewed = BLOCK.sub(lambda match: self.check_block(match.group(1), folder), text)
+
+            def check_block(match):
+                mark, block = match.groups(default="")
+                if mark and not can_have_data():
+                    return match[0]
+                return f"```console{mark}\n" + self.check_block(block, folder, mark and data)
+            renewed = BLOCK.sub(check_block, text)
         if renewed != text:
             path.write_text(renewed)
 
-    def check_block(self, block, folder):
+    def check_block(self, block, folder, data):
         """The block with outputs that are to be replaced."""
         renewed = []
         for command, expected in examples_of(block):
-            output = run(command, folder)
+            output = run(command, folder, data)
             if os.environ.get("OGM_UPDATE_EXAMPLES") and REST not in expected:
                 expected = output.splitlines()
             with self.subTest(command):
@@ -83,6 +121,10 @@ class Examples(unittest.TestCase):
 
     def test_OfTheManualPrintWhatItShows(self):
         self.check("docs/ogmprobe.md")
+
+    def test_OfDumpsCanBeRunHere(self):
+        if not can_have_data():
+            self.skipTest("no user namespace in which a command could have a /data of its own")
 
 
 if __name__ == "__main__":
