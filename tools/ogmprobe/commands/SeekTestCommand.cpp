@@ -133,6 +133,15 @@ std::string csvLines(const std::string& path, const SeekTestRecords& test) {
     return text;
 }
 
+/** There is nothing to show at the last target itself. */
+ExitCode strictCode(const SeekTestRecords& test) {
+    const auto& seeks = test.seeks();
+    const bool allLand = std::all_of(seeks.begin(), seeks.end(), [&test](const SeekLanded& seek) {
+        return seek.landings.front().timeUs || seek.targetUs == test.range().lastTargetUs;
+    });
+    return allLand ? ExitCode::kDone : ExitCode::kUsage;
+}
+
 ExitCode testFile(const std::string& path, bool isOneOfMany, const SeekTestOptions& options,
                   Session& session) {
     Report report(session.console, path);
@@ -147,7 +156,7 @@ ExitCode testFile(const std::string& path, bool isOneOfMany, const SeekTestOptio
     } else if (!records.seeks().empty()) {
         session.output.write(toText(records, wantsColor(session.options.color, STDOUT_FILENO)));
     }
-    return report.worst();
+    return options.strict ? std::max(report.worst(), strictCode(records)) : report.worst();
 }
 
 }  // namespace

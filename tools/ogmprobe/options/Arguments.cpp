@@ -153,6 +153,8 @@ void addSeekTest(CLI::App& app, SeekTestOptions& options) {
             ->type_name("N")
             ->capture_default_str()
             ->check(wholeNumber(1, kMostSteps));
+    command->add_flag("--strict", options.strict,
+                      "Exit code 1 if a seek to a time in front of the last goes to the end");
     auto* csv = command->add_flag("--csv", options.csv, "Comma-separated values, with a heading");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
     csv->excludes("--json");

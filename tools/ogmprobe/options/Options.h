@@ -69,6 +69,8 @@ struct PacketsOptions {
 struct SeekTestOptions {
     std::vector<std::string> files;
     uint32_t steps = 20;
+    /** Exit code 1 where a seek misses. */
+    bool strict = false;
     bool json = false;
     bool csv = false;
 };

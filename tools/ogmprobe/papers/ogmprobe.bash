@@ -5,7 +5,7 @@ _ogmprobe() {
     local -A options=(
         [info]="--format --verbose --json"
         [packets]="--track --only-track --seek --count --from --to --sync-only --clock --csv --json"
-        [seektest]="--steps --csv --json"
+        [seektest]="--steps --strict --csv --json"
         [extract]="--output --track --only-track --force"
         [timeline]="--output --svg --seek-steps --force"
         [explain]="--pages --verbose --strict --csv --json"

@@ -37,6 +37,7 @@ complete --command ogmprobe --condition "__fish_seen_subcommand_from packets" --
 complete --command ogmprobe --condition "__fish_seen_subcommand_from packets" --long-option json --description "Print JSON lines"
 
 complete --command ogmprobe --condition "__fish_seen_subcommand_from seektest" --long-option steps --exclusive --description "Spaces between targets"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from seektest" --long-option strict --description "Exit code 1 if a seek misses"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from seektest" --long-option csv --description "Comma-separated values"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from seektest" --long-option json --description "Print JSON"
 

@@ -81,6 +81,17 @@ TEST(SeekTest, OfSeveralFilesIsALineEach) {
     EXPECT_THAT(result.out, HasSubstr(b + ": 3 seeks, "));
 }
 
+TEST(SeekTest, FailsStrictlyWhereASeekInFrontOfTheLastGoesToTheEnd) {
+    const FakePlugin plugin;
+    const std::string whole = plugin.file(fakeFile({fakeVideo()}), "whole.fake");
+    EXPECT_EQ(FakePlugin::run({"seektest", "--strict", "--steps", "2", whole}).exitCode, 0);
+    auto video = fakeVideo();
+    video["buffers"].erase(1);
+    const std::string cut = plugin.file(fakeFile({video}), "cut.fake");
+    EXPECT_EQ(FakePlugin::run({"seektest", "--strict", "--steps", "2", cut}).exitCode, 1);
+    EXPECT_EQ(FakePlugin::run({"seektest", "--steps", "2", cut}).exitCode, 0);
+}
+
 TEST(SeekTest, CanBeCommaSeparatedValues) {
     const FakePlugin plugin;
     const std::string file = plugin.file(fakeFile({fakeVideo()}), "a.fake");
