@@ -70,6 +70,9 @@ void PluginTrace::add(const CallBegun& call) {
 }
 
 void PluginTrace::add(const SourceRead& read) {
+    if (wasOnlySearched(read)) {
+        mPieces[*mPiece].wasRead = false;
+    }
     mOffset = read.lastOffset();
     mLastReadOffset = read.lastOffset();
     mPiece.reset();
@@ -92,6 +95,16 @@ void PluginTrace::add(const SourceRead& read) {
     }
 }
 
+/**
+ * Whether the read before was no piece of a packet, only as large as one: a search went on one byte
+ * further and met the end of the file there.
+ */
+bool PluginTrace::wasOnlySearched(const SourceRead& read) const {
+    return mPiece && mPieceIsNew && mOffset && read.offset == *mOffset + 1 &&
+           read.size == mFile.pieces()[*mPiece].size &&
+           read.result < static_cast<int64_t>(read.size);
+}
+
 void PluginTrace::notePieceRead(const SourceRead& read) {
     mPiece = mFile.pieceAt(read.offset, read.size);
     if (!mPiece) {
@@ -103,6 +116,7 @@ void PluginTrace::notePieceRead(const SourceRead& read) {
            pieces[*mPiece + 1].size == 0 && pieces[*mPiece + 1].offset == pieces[*mPiece].offset) {
         ++*mPiece;
     }
+    mPieceIsNew = !mPieces[*mPiece].wasRead;
     mPieces[*mPiece].wasRead = true;
 }
 

@@ -116,6 +116,7 @@ class PluginTrace {
         uint8_t events = 0;
     };
 
+    bool wasOnlySearched(const SourceRead& read) const;
     void notePieceRead(const SourceRead& read);
     void noteEvent(const LogLine& line);
     void noteHeaderRead(const OggPage& page, size_t index, const SourceRead& read);
@@ -133,6 +134,7 @@ class PluginTrace {
     std::vector<PieceUse> mPieces;
     /** The one that was read last. */
     std::optional<size_t> mPiece;
+    bool mPieceIsNew = false;
     size_t mHeaderPages = 0;
     bool mHeaderSearchOver = false;
     PlayLimit mLimit;

@@ -15,8 +15,6 @@ namespace {
 
 /** The plug-in decides by this much of a file whether it takes it. */
 constexpr uint64_t kSniffedBytes = 1024;
-/** And looks for streams on this many pages. */
-constexpr size_t kHeaderPages = 121;
 
 constexpr std::array<std::string_view, 4> kHeaderSearchEnds = {
         log_text::kNoPageData,

@@ -13,6 +13,9 @@ enum class StreamKind { kVideo, kAudio, kText, kVorbis, kTheora, kOther };
 /** "video", "audio", "text", "Vorbis", "Theora" or "unknown". */
 const char* kindName(StreamKind kind);
 
+/** The plug-in looks for such packets on so many pages of a file. */
+inline constexpr size_t kHeaderPages = 121;
+
 /** The packet that announces a stream of an Ogg file. Fields it is too short for are 0. */
 struct StreamHeader {
     StreamKind kind = StreamKind::kOther;

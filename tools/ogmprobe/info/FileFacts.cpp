@@ -18,9 +18,6 @@
 namespace ogmprobe {
 namespace {
 
-/** Streams are looked for on so many pages. */
-constexpr size_t kHeaderPages = 121;
-
 /** Far more than any headers of a stream take. */
 constexpr size_t kMostHeaderBytes = size_t{1} << 20;
 constexpr size_t kMostHeaderPages = 64;

@@ -2,6 +2,9 @@
 #include <ElementaryStreams.h>
 #include <OgmStreamHeaders.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "ExplainedFile.h"
 
 namespace ogmprobe::test {
@@ -152,6 +155,26 @@ TEST(ExplainLedger, CountsAPacketOverSeveralPagesOnce) {
     EXPECT_EQ(ledger["in_file"], 20);
     EXPECT_EQ(ledger["handed_out"], 18);
     EXPECT_EQ(ledger["changed"], 0);
+}
+
+/** The file within an input for fuzzing, without what is done with it there. */
+Bytes fuzzedFile(const std::string& name) {
+    std::ifstream file(OGMPROBE_SAMPLES "/../../../fuzz/corpus/ogm_extractor_fuzzer/" + name,
+                       std::ios::binary);
+    Bytes bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const size_t faults = bytes.at(0) >> 2 & 3U;
+    const size_t calls = 4 + 4 * faults;
+    bytes.erase(bytes.begin(), bytes.begin() + static_cast<int64_t>(calls + 1 + 4 * bytes[calls]));
+    return bytes;
+}
+
+// After junk a look-up begins some bytes too early, here in a packet that is as large as what is
+// read of a page for its beginning.
+TEST(ExplainLedger, APacketThatASearchMeetsIsNotTakenForOneThatIsRead) {
+    const Bytes bytes = fuzzedFile("330ab538ff7790fb8917a7caa2bf28430a57389e");
+    const auto ledger = ledgerOf(bytes, kVideo);
+    EXPECT_EQ(lost(ledger, "last-page"), 1U);
+    EXPECT_EQ(lost(ledger, "reading-stopped"), 1U);
 }
 
 TEST(ExplainLedger, PacketsDroppedAtAFallingGranulePositionAreTold) {
