@@ -50,6 +50,12 @@ bool hasEndlessAc3Frame(const Explanation& explanation) {
                        });
 }
 
+/** The plug-in takes offset 0 for a place that it does not know yet. */
+bool beginsWithData(const OggFile& file) {
+    return !file.pages().empty() && file.pages().front().offset == 0 &&
+           !file.pages().front().beginsStream();
+}
+
 bool hasDataOfATrack(const Explanation& explanation) {
     const auto& streams = explanation.file().streams();
     return std::any_of(streams.begin(), streams.end(), [&](const auto& entry) {
@@ -82,6 +88,10 @@ std::string causeOfEnd(const Explanation& explanation, const std::string& messag
     if (failed.opened() && !hasDataOfATrack(explanation)) {
         return "No page holds data of a track, so the header pages are read as such again and "
                "again.";
+    }
+    if (failed.opened() && beginsWithData(explanation.file())) {
+        return "The file begins with a data page, and offset 0 stands for a place that is not "
+               "known, so that page is read again and again.";
     }
     return "";
 }

@@ -237,6 +237,39 @@ TEST(ExplainFormats, AGranulePositionThatEndsTheExtractorIsNamed) {
     EXPECT_THAT(endOf(file.bytes()), HasSubstr("An MPEG audio frame has a negative time"));
 }
 
+TEST(ExplainFormats, AGranulePositionThatEndsTheCuttingOfDtsIsNamed) {
+    AudioHeader header = audioHeader("2001");
+    header.samplesPerUnit = 1;
+    OgmFile file;
+    file.addHeader(kAudio, header);
+    for (uint32_t i = 1; i <= 30; ++i) {
+        file.addData(kAudio, 10'000'000'000'000 + i,
+                     audioPacket(dtsFrame(DtsForm::kCore16BitBigEndian, 100, i), kUsualAudio));
+    }
+    EXPECT_THAT(endOf(file.bytes()), HasSubstr(" A DTS frame has a negative time"));
+}
+
+TEST(ExplainFormats, HeadersThatAreCutOffAreNamedAsTheEnd) {
+    const Bytes layer = VideoObjectLayer().bytes();
+    EXPECT_THAT(endOf(mpeg4File(joined({visualObjectSequence(), head(layer, 6)})).bytes()),
+                HasSubstr(" A video object layer header, or the beginning of an AC-3 frame, is cut "
+                          "off."));
+    const std::vector<Bytes> packets(30,
+                                     joined({Ac3Frame().bytes(), pattern(20, 1), {0x0b, 0x77}}));
+    EXPECT_THAT(endOf(audioFile(audioHeader("2000"), packets).bytes()),
+                HasSubstr(" A video object layer header, or the beginning of an AC-3 frame, is cut "
+                          "off."));
+}
+
+TEST(ExplainFormats, AFileThatBeginsWithADataPageIsNamed) {
+    OgmFile file;
+    file.addData(kVideo, 1, dataPacket(kSyncPacket, pattern(50, 1)));
+    file.addHeader(kVideo, VideoHeader());
+    const auto document = ExplainedFile(file.bytes()).document({"--timeout", "0.3"});
+    EXPECT_THAT(document.dump(), HasSubstr("The file begins with a data page, and offset 0 stands "
+                                           "for a place that is not known"));
+}
+
 TEST(ExplainFormats, ASearchForAStartCodeWithoutEndIsNamed) {
     VideoHeader header;
     header.subtype = "FMP4";
