@@ -1,10 +1,11 @@
 # SPDX-License-Identifier: Apache-2.0
 """Compares the sources of Android.bp with those that CMake builds.
 
-Usage: check.py MODULES BUILD_FOLDER SOURCE_FOLDER
+Usage: check.py MODULES BUILD_FOLDER SOURCE_FOLDER MODULE
 
 MODULES is what modules.go prints for Android.bp, BUILD_FOLDER a folder that CMake has configured
-with a query for its code model, SOURCE_FOLDER the one that holds Android.bp.
+with a query for its code model, SOURCE_FOLDER the one that holds Android.bp. MODULE must be among
+the modules.
 """
 
 import json
@@ -22,15 +23,17 @@ TARGETS = {
     "libogmextractor_test_support": ["ogm_test_support"],
     "libogmextractor_unwound": ["ogmextractor_unwound", "platform_mediandk_zor"],
     "ogm_extractor_fuzzer": ["ogm_extractor_fuzzer", "ogm_fuzz_log", "ogm_allocation_hooks"],
+    "ogmdump": ["ogmdump", "ogmdump_parts"],
     "ogm_memory_test": ["ogm_memory_test", "ogm_allocation_hooks"],
 }
 # A tree's fuzzers always have an engine, those of a desktop's tests have not.
 ENGINE_ONLY = {"fuzz/ogm_extractor_mutator.cpp"}
 # The framework's factory and the stand-ins are tested where they stand in for a device's; the
 # fuzzers' own tests are for whoever changes a fuzzer, and that of threads needs the sanitizer that
-# devices lack.
+# devices lack. What stands in for the public extractor is a device's own there.
 DESKTOP_ONLY = ("tests/factory/", "tests/ThreadTest.cpp", "zor/tests/", "fuzz/tests/",
-                "fuzz/support/StandaloneMain.cpp")
+                "fuzz/support/StandaloneMain.cpp", "standin/", "tests/DumpTest.cpp",
+                "tests/JsonLineTest.cpp", "tests/SampleLinesTest.cpp")
 SOURCE_SUFFIXES = {".cpp"}
 
 
@@ -84,11 +87,12 @@ def differences(modules, targets):
 
 
 def main():
-    modules_path, build, folder = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
+    modules_path, build, folder = (pathlib.Path(argument).resolve() for argument in sys.argv[1:4])
+    wanted = sys.argv[4]
     modules = modules_of(modules_path)
     found = list(differences(modules, sources_of_targets(build, folder)))
-    if "libogmextractor" not in modules:
-        found.append("Android.bp lacks the plug-in")
+    if wanted not in modules:
+        found.append(f"Android.bp lacks {wanted}")
     print(*found, sep="\n", end="\n" if found else "", file=sys.stderr)
     return 1 if found else 0
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "commands/Commands.h"
+#include "compare/DeviceDump.h"
 #include "compare/Difference.h"
 #include "compare/LogLineFinder.h"
 #include "text/Json.h"
@@ -29,6 +30,8 @@ struct Side {
     GlobalOptions options;
     Report report;
     PlayedFile played;
+    /** What is compared is a device's dump. */
+    bool isDevice = false;
 };
 
 class Comparison {
@@ -38,12 +41,18 @@ class Comparison {
           mSession(session),
           mWithLog(options.logs.value_or(!options.pluginB.empty())),
           mA(side("A", options.a, session.options.pluginPath)),
-          mB(side("B", options.b.empty() ? options.a : options.b,
-                  options.pluginB.empty() ? session.options.pluginPath : options.pluginB)) {}
+          mB(side("B", pathOfB(options),
+                  options.pluginB.empty() ? session.options.pluginPath : options.pluginB)) {
+        mB.isDevice = !options.device.empty();
+    }
 
     ExitCode run() {
         play(mA);
-        play(mB);
+        if (mB.isDevice) {
+            readDump();
+        } else {
+            play(mB);
+        }
         if (wasCompared()) {
             compare();
         }
@@ -56,13 +65,38 @@ class Comparison {
     }
 
   private:
+    static std::string pathOfB(const CompareOptions& options) {
+        if (!options.device.empty()) {
+            return options.device;
+        }
+        return options.b.empty() ? options.a : options.b;
+    }
+
+    void readDump() {
+        mB.report.guard([&] { mB.played = readDeviceDump(mB.path); });
+        if (const auto& failure = mB.played.failure) {
+            const std::string message = "on the device: " + failure->message;
+            failure->code == ExitCode::kFile ? mB.report.error(ExitCode::kFile, message)
+                                             : mB.report.warning(message);
+        }
+        // Why a file is not taken is told otherwise there.
+        if (mA.played.failure && mB.played.failure && !mA.played.opened && !mB.played.opened) {
+            mB.played.failure->message = mA.played.failure->message;
+        }
+        reduceToPublicInterface(mA.played);
+    }
+
     Side side(const char* name, const std::string& path, const std::string& plugin) const {
         GlobalOptions options = mSession.options;
         options.pluginPath = plugin;
         if (mWithLog) {
             options.logPriority = ANDROID_LOG_VERBOSE;
         }
-        return {path, options, Report(mSession.console, fmt::format("{} ({})", name, path)), {}};
+        return {path,
+                options,
+                Report(mSession.console, fmt::format("{} ({})", name, path)),
+                {},
+                false};
     }
 
     void play(Side& side) {
@@ -153,6 +187,9 @@ class Comparison {
 
     static std::string sideText(const char* name, const Side& side) {
         const std::string& plugin = side.options.pluginPath;
+        if (side.isDevice) {
+            return fmt::format("{}: a device, by {}\n", name, visible(side.path));
+        }
         return fmt::format("{}: {}{}\n", name, visible(side.path),
                            plugin.empty() ? "" : " with " + visible(plugin));
     }
@@ -178,9 +215,15 @@ class Comparison {
             more += counted(mA.played.seeks.size(), "seek") + ", ";
         }
         return fmt::format("{}, {}, {}{}", counted(mTracks.size(), "track"),
-                           counted(packets, "packet"), more,
-                           mWithLog ? counted(mA.played.logDigests.size(), "log line")
-                                    : "log not compared (--logs)");
+                           counted(packets, "packet"), more, logText());
+    }
+
+    std::string logText() const {
+        if (mB.isDevice) {
+            return "as far as a device hands them out";
+        }
+        return mWithLog ? counted(mA.played.logDigests.size(), "log line")
+                        : "log not compared (--logs)";
     }
 
     std::string tracksText(bool color) const {
@@ -230,8 +273,10 @@ class Comparison {
 
     ordered_json sideJson(const Side& side) const {
         const std::string& plugin = side.options.pluginPath;
+        const bool isNamed = !plugin.empty() && !side.isDevice;
         return {{"path", side.path},
-                {"plugin", plugin.empty() ? ordered_json(nullptr) : ordered_json(plugin)},
+                {"device", side.isDevice},
+                {"plugin", isNamed ? ordered_json(plugin) : ordered_json(nullptr)},
                 {"log_lines",
                  mWithLog ? ordered_json(side.played.logDigests.size()) : ordered_json(nullptr)}};
     }

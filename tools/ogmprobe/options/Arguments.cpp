@@ -230,22 +230,26 @@ void addCompare(CLI::App& app, CompareOptions& options) {
     file->type_name("FILE");
     auto* plugin = command->add_option("--plugin-b", options.pluginB, "Play B with this plug-in");
     plugin->type_name("PATH");
-    command->add_flag("--reads", options.reads,
-                      "Compare the reads of the file too: their order, places and sizes");
-    command->add_option("--seeks", options.seeks,
-                        "Compare seeks to the ends of so many equal spaces too")
-            ->type_name("N")
-            ->check(wholeNumber(1, kMostSteps));
-    command->add_flag_callback(
+    auto* device = command->add_option("--device", options.device,
+                                       "Compare with what ogmdump printed on a device for A");
+    device->type_name("DUMP")->excludes(file)->excludes(plugin);
+    auto* reads =
+            command->add_flag("--reads", options.reads,
+                              "Compare the reads of the file too: their order, places and sizes");
+    auto* seeks = command->add_option("--seeks", options.seeks,
+                                      "Compare seeks to the ends of so many equal spaces too");
+    seeks->type_name("N")->check(wholeNumber(1, kMostSteps));
+    auto* logs = command->add_flag_callback(
             "--logs", [&options] { options.logs = true; },
             "Compare the log lines too (default with --plugin-b)");
     command->add_flag_callback(
             "--no-logs", [&options] { options.logs = false; },
             "Leave the log lines out (default without --plugin-b)");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
-    command->callback([file, plugin] {
-        if (file->empty() && plugin->empty()) {
-            throw CLI::RequiredError("B or --plugin-b");
+    device->excludes(reads)->excludes(seeks)->excludes(logs);
+    command->callback([file, plugin, device] {
+        if (file->empty() && plugin->empty() && device->empty()) {
+            throw CLI::RequiredError("B, --plugin-b or --device");
         }
     });
 }

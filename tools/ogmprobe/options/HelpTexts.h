@@ -99,6 +99,7 @@ inline constexpr const char* kCompareExamples =
         "Examples:\n"
         "  ogmprobe compare film.ogm copy.ogm\n"
         "  ogmprobe compare film.ogm --plugin-b old/libogmextractor.so\n"
+        "  ogmprobe compare film.ogm --device dump.jsonl\n"
         "  ogmprobe compare film.ogm copy.ogm --json | jq '.differences[0]'";
 
 }  // namespace ogmprobe

@@ -118,6 +118,8 @@ struct CompareOptions {
     std::string a;
     /** Empty: the same file. */
     std::string b;
+    /** Lines that were written on a device, in place of B; empty: none. */
+    std::string device;
     /** Empty: the same plug-in. */
     std::string pluginB;
     /** Whether log lines are compared; nothing: if the plug-ins differ. */

@@ -10,7 +10,7 @@ _ogmprobe() {
         [timeline]="--output --svg --seek-steps --force"
         [explain]="--pages --verbose --strict --csv --json"
         [sync]="--packets --csv --json"
-        [compare]="--plugin-b --reads --seeks --logs --no-logs --json"
+        [compare]="--plugin-b --device --reads --seeks --logs --no-logs --json"
     )
     local every="--plugin --log --color --timeout --quiet --in-process --help"
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command= i

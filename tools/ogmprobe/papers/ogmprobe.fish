@@ -62,6 +62,7 @@ complete --command ogmprobe --condition "__fish_seen_subcommand_from sync" --lon
 complete --command ogmprobe --condition "__fish_seen_subcommand_from sync" --long-option json --description "Print JSON"
 
 complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option plugin-b --require-parameter --force-files --description "The plug-in for B"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option device --require-parameter --force-files --description "What a device printed"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option reads --description "Compare reads too"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option seeks --exclusive --description "Compare seeks too"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option logs --description "Compare log lines too"

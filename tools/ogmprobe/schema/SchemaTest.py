@@ -83,7 +83,7 @@ class Schema(unittest.TestCase):
         return document
 
     def test_EachIsASchema(self):
-        self.assertEqual({"common", "info", "packets", "seektest", "explain", "sync", "compare"},
+        self.assertEqual({"common", "info", "packets", "seektest", "explain", "sync", "compare", "ogmdump"},
                          set(schemas()))
         for name, schema in schemas().items():
             with self.subTest(name):
@@ -104,6 +104,17 @@ class Schema(unittest.TestCase):
             self.assertEqual(["header", "end"], [documents[0]["type"], documents[-1]["type"]])
             types |= {document["type"] for document in documents}
         self.assertEqual({"header", "seek", "buffer", "end"}, types)
+
+    def test_ThatOfOgmdumpHolds(self):
+        types = set()
+        dump = pathlib.Path(program).parent / "ogmdump"
+        for file in self.files():
+            text = subprocess.run([dump, file, "--seek", "1", "--count", "3"], check=False,
+                                  text=True, capture_output=True).stdout
+            documents = [self.check("ogmdump", line) for line in text.splitlines()]
+            self.assertEqual(["header", "end"], [documents[0]["type"], documents[-1]["type"]])
+            types |= {document["type"] for document in documents}
+        self.assertEqual({"header", "track", "seek", "buffer", "end"}, types)
 
     def test_ThatOfSeektestHolds(self):
         for file in self.files():
@@ -130,6 +141,10 @@ class Schema(unittest.TestCase):
         for file in files:
             with self.subTest(file.name):
                 self.check("compare", run("compare", files[0], file, "--logs"))
+        dump = self.path / "dump"
+        dump.write_text('{"type":"header","schema_version":1,"digest":"fnv1a64"}\n')
+        self.check("compare", run("compare", files[0], "--device", dump))
+        self.check("compare", run("compare", files[0], "--device", files[0]))
         dying = self.script("dying", end="abort")
         document = self.check("compare", fake("compare", dying, self.script("whole"), "--logs"))
         self.assertEqual(["packet", "end", "log"],

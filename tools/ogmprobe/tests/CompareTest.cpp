@@ -272,7 +272,7 @@ TEST(Compare, OfAPluginThatCannotBeLoadedIsNone) {
 TEST(Compare, NeedsASecondFileOrPlugin) {
     const ProcessResult result = runProbe({"compare", "a.ogm"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.err, HasSubstr("B or --plugin-b is required"));
+    EXPECT_THAT(result.err, HasSubstr("B, --plugin-b or --device is required"));
     EXPECT_THAT(result.err, Not(HasSubstr("a.ogm")));
 }
 

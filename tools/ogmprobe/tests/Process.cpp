@@ -17,11 +17,13 @@
 namespace ogmprobe::test {
 namespace {
 
+std::vector<const char*> commandOf(const std::string& program) {
 #ifdef OGMPROBE_EMULATOR
-constexpr const char* kCommand[] = {OGMPROBE_EMULATOR, OGMPROBE_PROGRAM};
+    return {OGMPROBE_EMULATOR, program.c_str()};
 #else
-constexpr const char* kCommand[] = {OGMPROBE_PROGRAM};
+    return {program.c_str()};
 #endif
+}
 
 /** The two ends of a standard stream: the program's, and the one that is read here (or -1). */
 struct Ends {
@@ -102,8 +104,8 @@ class StandardInput {
     std::thread mWriter;
 };
 
-[[noreturn]] void execProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup,
-                            int in, int out, int err) {
+[[noreturn]] void execProgram(const std::string& program, const std::vector<std::string>& arguments,
+                              const ProcessSetup& setup, int in, int out, int err) {
     dup2(in, STDIN_FILENO);
     dup2(out, STDOUT_FILENO);
     dup2(setup.joined ? out : err, STDERR_FILENO);
@@ -114,7 +116,7 @@ class StandardInput {
     for (const auto& [name, value] : setup.environment) {
         setenv(name.c_str(), value.c_str(), 1);
     }
-    std::vector<const char*> argv(std::begin(kCommand), std::end(kCommand));
+    std::vector<const char*> argv = commandOf(program);
     for (const std::string& argument : arguments) {
         argv.push_back(argument.c_str());
     }
@@ -136,6 +138,11 @@ bool canOpenTerminal() {
 }
 
 ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup) {
+    return runProgram(OGMPROBE_PROGRAM, arguments, setup);
+}
+
+ProcessResult runProgram(const std::string& program, const std::vector<std::string>& arguments,
+                         const ProcessSetup& setup) {
     // A program that does not read to the end must not end the test.
     std::signal(SIGPIPE, SIG_IGN);
     StandardInput in(setup.in);
@@ -144,7 +151,7 @@ ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessS
     const pid_t child = fork();
     if (child == 0) {
         std::signal(SIGPIPE, SIG_DFL);
-        execProbe(arguments, setup, in.programEnd(), out.program, err.program);
+        execProgram(program, arguments, setup, in.programEnd(), out.program, err.program);
     }
     in.startWriting();
     close(out.program);

@@ -51,7 +51,11 @@ struct ProcessSetup {
 /** Whether there are terminals here; a container may have none. */
 bool canOpenTerminal();
 
-/** Runs the `ogmprobe` of this build and waits for its end. */
+/** Runs the program, of this build, and waits for its end. */
+ProcessResult runProgram(const std::string& program, const std::vector<std::string>& arguments,
+                         const ProcessSetup& setup = {});
+
+/** The same with `ogmprobe`. */
 ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup = {});
 
 }  // namespace ogmprobe::test

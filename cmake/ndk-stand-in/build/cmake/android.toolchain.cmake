@@ -9,5 +9,6 @@ foreach(library IN ITEMS liblog libcutils libmediandk)
     list(APPEND CMAKE_CXX_STANDARD_INCLUDE_DIRECTORIES ${root}/platform/${library}/ndk_include)
 endforeach()
 add_link_options(-L${root}/build/arm64/lib -Wl,-rpath-link,${root}/build/arm64/lib)
-# The C library of a device has the system properties.
-set(CMAKE_CXX_STANDARD_LIBRARIES -l:libcutils.so)
+# The C library of a device has the system properties, its libmediandk the extractor too.
+set(CMAKE_CXX_STANDARD_LIBRARIES
+    "-Wl,--as-needed -l:libcutils.so -l:libmediandk_extractor.so")

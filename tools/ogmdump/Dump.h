@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace ogmdump {
+
+/** Those of ogmprobe. */
+enum ExitCode { kDone = 0, kUsage = 1, kFile = 2, kNotTaken = 3 };
+
+struct DumpOptions {
+    std::string path;
+    /** Empty: from the beginning. */
+    std::vector<int64_t> seeksUs;
+    /** Samples of each track, after each seek. */
+    uint64_t count = UINT64_MAX;
+};
+
+/** Writes what the device's extractor makes of the file, a JSON object a line. */
+ExitCode dump(const DumpOptions& options, FILE* out);
+
+}  // namespace ogmdump

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <deque>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ogmdump {
+
+/** What is written of a sample. */
+struct Sample {
+    size_t track = 0;
+    int64_t timeUs = 0;
+    bool isSync = false;
+    size_t size = 0;
+    /** FNV-1a, 64 bits, of its bytes. */
+    uint64_t digest = 0;
+};
+
+uint64_t digestOf(const uint8_t* bytes, size_t size);
+
+/**
+ * Writes a line for each sample, in their order. A line has the time until the next sample of the
+ * track, so it is kept back until that comes or `end` is called.
+ */
+class SampleLines {
+  public:
+    /** At most so many lines for each track. */
+    SampleLines(FILE* out, size_t tracks, uint64_t count)
+        : mOut(out), mCount(count), mTracks(tracks) {}
+
+    void add(const Sample& sample);
+    /** Writes all that is kept back; samples that follow are counted anew. */
+    void end();
+    /** All tracks have their lines, and all that is in them is known. */
+    bool isFull() const;
+
+  private:
+    struct Line {
+        Sample sample;
+        std::optional<int64_t> untilNextUs;
+        bool isComplete = false;
+    };
+    struct Track {
+        uint64_t samples = 0;
+        /** Of its line that waits, counted from the first one ever. */
+        std::optional<size_t> waiting;
+    };
+
+    void writeComplete();
+    void write(const Line& line);
+
+    FILE* const mOut;
+    const uint64_t mCount;
+    std::vector<Track> mTracks;
+    std::deque<Line> mLines;
+    size_t mWritten = 0;
+};
+
+}  // namespace ogmdump
