@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <numeric>
 #include <string_view>
 #include <vector>
 
@@ -244,6 +246,29 @@ bool hasChromaFormat(uint32_t profile) {
     return std::find(kProfiles.begin(), kProfiles.end(), profile) != kProfiles.end();
 }
 
+/** Up to the first byte that is no printable ASCII character. */
+std::string printableBeginning(Bytes bytes) {
+    const auto end = std::find_if(bytes.begin(), bytes.end(),
+                                  [](uint8_t byte) { return byte < ' ' || byte > '~'; });
+    return {bytes.begin(), end};
+}
+
+/** "11:9" of a picture with samples of that aspect ratio; empty where it is not known. */
+std::string pictureAspect(const VideoFacts& facts) {
+    uint64_t wide = 0;
+    uint64_t high = 0;
+    const char* const end = facts.aspect.data() + facts.aspect.size();
+    const auto colon = std::from_chars(facts.aspect.data(), end, wide);
+    const auto rest = colon.ptr == end ? colon : std::from_chars(colon.ptr + 1, end, high);
+    if (rest.ptr != end || wide == 0 || high == 0 || facts.width == 0 || facts.height == 0) {
+        return "";
+    }
+    wide *= facts.width;
+    high *= facts.height;
+    const uint64_t common = std::gcd(wide, high);
+    return fmt::format("{}:{}", wide / common, high / common);
+}
+
 }  // namespace
 
 std::optional<VideoFacts> mpeg4Facts(Bytes stream) {
@@ -267,6 +292,9 @@ std::optional<VideoFacts> mpeg4Facts(Bytes stream) {
     if (const auto sequence = afterStartCode(stream, 0xb0, 0xb0);
         sequence && sequence->size() > 1) {
         setMpeg4Profile((*sequence)[1], facts);
+    }
+    if (const auto userData = afterStartCode(stream, 0xb2, 0xb2)) {
+        facts.encoder = printableBeginning(userData->subspan(1));
     }
     return facts;
 }
@@ -345,8 +373,14 @@ std::string videoFactsText(const VideoFacts& facts) {
     if (!facts.aspect.empty()) {
         add((facts.aspect.ends_with("picture") ? "" : "sample aspect ") + facts.aspect);
     }
+    if (const std::string aspect = pictureAspect(facts); !aspect.empty()) {
+        add(aspect + " picture");
+    }
     if (facts.interlaced) {
         add(*facts.interlaced ? "interlaced" : "progressive");
+    }
+    if (!facts.encoder.empty()) {
+        add("encoder " + facts.encoder);
     }
     return text;
 }

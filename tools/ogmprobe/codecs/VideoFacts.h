@@ -18,6 +18,8 @@ struct VideoFacts {
     /** "12:11" of a sample, or "16:9 picture". */
     std::string aspect;
     std::optional<bool> interlaced;
+    /** What the encoder says of itself. */
+    std::string encoder;
 };
 
 /** Of MPEG-4 part 2, by its video object layer and what stands in front. */

@@ -32,6 +32,7 @@ std::string streamTable(const FileFacts& facts, bool color) {
                      {"Tag"},
                      {"Bits", kRight},
                      {"Packets", kRight},
+                     {"Bytes", kRight},
                      {"Bitrate", kRight},
                      {"At most", kRight},
                      {"Until", kRight}});
@@ -40,17 +41,27 @@ std::string streamTable(const FileFacts& facts, bool color) {
                    stream.track ? fmt::format("{}", *stream.track) : "-", stream.kind,
                    orDash(stream.codec),
                    stream.bitsPerSample ? fmt::format("{}", *stream.bitsPerSample) : "-",
-                   fmt::format("{}", stream.packets), rateOrDash(stream.averageBitrate),
-                   rateOrDash(stream.largestBitrate), durationText(stream.durationUs)});
+                   fmt::format("{}", stream.packets), fmt::format("{}", stream.bytes),
+                   rateOrDash(stream.averageBitrate), rateOrDash(stream.largestBitrate),
+                   durationText(stream.durationUs)});
     }
     return table.text("    ", color);
+}
+
+std::string videoText(const StreamFacts& stream) {
+    const std::string rate = stream.frameRate ? fmt::format("{:.5g} fps", *stream.frameRate) : "";
+    const std::string facts = stream.video ? videoFactsText(*stream.video) : "";
+    return rate + (rate.empty() || facts.empty() ? "" : ", ") + facts;
 }
 
 std::string streamLines(const StreamFacts& stream) {
     const std::string indent = fmt::format("    Stream {} ", stream.serial);
     std::string text;
-    if (stream.video) {
-        text += fmt::format("{}video: {}\n", indent, videoFactsText(*stream.video));
+    if (stream.video || stream.frameRate) {
+        text += fmt::format("{}video: {}\n", indent, videoText(stream));
+    }
+    if (stream.audio) {
+        text += fmt::format("{}audio: {}\n", indent, audioFactsText(*stream.audio));
     }
     if (!stream.comments.vendor.empty()) {
         text += fmt::format("{}written by: {}\n", indent, visible(stream.comments.vendor));
@@ -64,6 +75,10 @@ std::string streamLines(const StreamFacts& stream) {
     return text;
 }
 
+ordered_json rounded(const std::optional<double>& rate) {
+    return rate ? ordered_json(std::llround(*rate)) : ordered_json(nullptr);
+}
+
 ordered_json toJson(const VideoFacts& video) {
     const auto textOrNull = [](const std::string& text) {
         return text.empty() ? ordered_json(nullptr) : ordered_json(text);
@@ -73,7 +88,16 @@ ordered_json toJson(const VideoFacts& video) {
             {"width", video.width},
             {"height", video.height},
             {"aspect", textOrNull(video.aspect)},
-            {"interlaced", orNull(video.interlaced)}};
+            {"interlaced", orNull(video.interlaced)},
+            {"encoder", textOrNull(video.encoder)}};
+}
+
+ordered_json toJson(const AudioFacts& audio) {
+    return {{"coding", audio.coding},
+            {"sample_rate", audio.sampleRate},
+            {"channels", audio.channels},
+            {"bitrate", rounded(audio.bitrate)},
+            {"constant_bitrate", orNull(audio.constantBitrate)}};
 }
 
 ordered_json toJson(const Comments& comments) {
@@ -82,10 +106,6 @@ ordered_json toJson(const Comments& comments) {
         entries.push_back({{"name", comment.name}, {"value", comment.value}});
     }
     return {{"vendor", comments.vendor}, {"entries", std::move(entries)}};
-}
-
-ordered_json rounded(const std::optional<double>& rate) {
-    return rate ? ordered_json(std::llround(*rate)) : ordered_json(nullptr);
 }
 
 ordered_json toJson(const StreamFacts& stream) {
@@ -101,6 +121,8 @@ ordered_json toJson(const StreamFacts& stream) {
             {"average_bitrate", rounded(stream.averageBitrate)},
             {"largest_bitrate", rounded(stream.largestBitrate)},
             {"duration_us", orNull(stream.durationUs)},
+            {"frame_rate", orNull(stream.frameRate)},
+            {"audio", stream.audio ? toJson(*stream.audio) : ordered_json(nullptr)},
             {"video", stream.video ? toJson(*stream.video) : ordered_json(nullptr)},
             {"comments", toJson(stream.comments)}};
 }
@@ -120,7 +142,10 @@ std::string factsText(const FileFacts& facts, bool color) {
     if (facts.streams.empty()) {
         return "";
     }
-    std::string text = "  From the file itself:\n" + streamTable(facts, color);
+    std::string text =
+            fmt::format("  From the file itself{}:\n",
+                        facts.bitrate ? ", " + rateText(*facts.bitrate) + " in all" : "") +
+            streamTable(facts, color);
     for (const StreamFacts& stream : facts.streams) {
         text += streamLines(stream);
     }
@@ -145,6 +170,7 @@ ordered_json toJson(const FileFacts& facts) {
         chapters.push_back({{"time_us", chapter.timeUs}, {"name", chapter.name}});
     }
     return {{"duration_us", orNull(facts.durationUs)},
+            {"bitrate", rounded(facts.bitrate)},
             {"streams", std::move(streams)},
             {"chapters", std::move(chapters)}};
 }

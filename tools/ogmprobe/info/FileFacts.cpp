@@ -104,7 +104,11 @@ class StreamFactsBuilder {
         const size_t firstData = addComments();
         addPackets(firstData);
         if (header != nullptr && header->kind == StreamKind::kVideo) {
+            addFrameRate(*header);
             addVideo(firstData);
+        }
+        if (header != nullptr && header->kind == StreamKind::kVorbis) {
+            addVorbis();
         }
         return std::move(mFacts);
     }
@@ -153,6 +157,30 @@ class StreamFactsBuilder {
             most = std::max(most, bytes);
         }
         mFacts.largestBitrate = std::max(*mFacts.averageBitrate, kBits * static_cast<double>(most));
+    }
+
+    void addFrameRate(const StreamHeader& header) {
+        constexpr double kUnitsPerSecond = 1e7;
+        if (header.timeUnit != 0 && header.samplesPerUnit != 0) {
+            mFacts.frameRate = kUnitsPerSecond * static_cast<double>(header.samplesPerUnit) /
+                               static_cast<double>(header.timeUnit);
+        }
+    }
+
+    /** Its granule positions count samples. */
+    void addVorbis() {
+        mFacts.audio = vorbisFacts(mReader.body(mFile.pages()[*mStream.announcement]));
+        uint64_t samples = 0;
+        for (const size_t page : mStream.dataPages) {
+            const uint64_t granule = mFile.pages()[page].granule;
+            samples = granule == kNoGranule ? samples : std::max(samples, granule);
+        }
+        constexpr uint64_t kMostSamples = uint64_t{1} << 40;
+        if (mFacts.audio && mFacts.audio->sampleRate != 0 && samples < kMostSamples) {
+            mFacts.durationUs =
+                    static_cast<int64_t>(samples * kUsPerSecond / mFacts.audio->sampleRate);
+            addBitrates({});
+        }
     }
 
     void addVideo(size_t firstData) {
@@ -251,16 +279,27 @@ void TrackSources::add(const LogLine& line) {
 FileFacts fileFacts(const std::string& path, const TrackSources& sources) {
     const OggFile file(path);
     StreamReader reader(path, file);
+    OggScanner scanner(path);
+    const auto packets = packetsOf(file);
     FileFacts facts;
     for (const OggStream* stream : inOrder(file)) {
         facts.streams.push_back(StreamFactsBuilder(file, *stream, reader).build());
-        const StreamFacts& added = facts.streams.back();
+        StreamFacts& added = facts.streams.back();
+        if (const auto found = packets.find(stream->serial);
+            found != packets.end() && added.kind == kindName(StreamKind::kAudio)) {
+            added.audio = framedAudioFacts(file, found->second, added.codec, scanner);
+        }
         if (added.durationUs) {
             facts.durationUs = std::max(facts.durationUs.value_or(0), *added.durationUs);
         }
         if (facts.chapters.empty()) {
             facts.chapters = chaptersOf(added.comments);
         }
+    }
+    if (facts.durationUs.value_or(0) > 0) {
+        constexpr double kBits = 8;
+        facts.bitrate = kBits * static_cast<double>(file.size()) * kUsPerSecond /
+                        static_cast<double>(*facts.durationUs);
     }
     assignTracks(file, sources, facts);
     return facts;

@@ -9,6 +9,7 @@
 #include "codecs/Comments.h"
 #include "codecs/VideoFacts.h"
 #include "explain/OggFile.h"
+#include "info/AudioFacts.h"
 #include "records/Records.h"
 
 namespace ogmprobe {
@@ -32,7 +33,10 @@ struct StreamFacts {
     /** Bits a second over all of the duration, and in the second with the most. */
     std::optional<double> averageBitrate;
     std::optional<double> largestBitrate;
+    /** Of video: pictures a second, as the stream header has it. */
+    std::optional<double> frameRate;
     std::optional<VideoFacts> video;
+    std::optional<AudioFacts> audio;
     Comments comments;
 };
 
@@ -40,6 +44,8 @@ struct StreamFacts {
 struct FileFacts {
     /** The longest of its streams'. */
     std::optional<int64_t> durationUs;
+    /** Bits a second of the whole file. */
+    std::optional<double> bitrate;
     /** In the order of the file. */
     std::vector<StreamFacts> streams;
     std::vector<Chapter> chapters;

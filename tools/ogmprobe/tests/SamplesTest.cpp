@@ -209,11 +209,26 @@ TEST(Samples, HaveWhatTheHeadersInsideTheirVideoSay) {
     EXPECT_EQ(streamsOf("mjpeg.ogm")[0]["video"], nullptr);
 }
 
+TEST(Samples, HaveTheFactsOfTheirStreamsToldFromTheHeadersInside) {
+    const std::string variable = runProbe({"info", sample("h264_mp3vbr.ogm")}).out;
+    EXPECT_THAT(variable,
+                HasSubstr(" video: 25 fps, High profile, level 1.2, 176x144, sample aspect "
+                          "1:1, 11:9 picture, progressive\n"));
+    EXPECT_THAT(variable, HasSubstr(" audio: MPEG-1 layer III, 44100 Hz, 2 channels, 35 kbit/s on "
+                                    "average\n"));
+    const std::string uneven = runProbe({"info", sample("mpeg4_2997_ac3.ogm")}).out;
+    EXPECT_THAT(uneven, HasSubstr(" video: 29.97 fps, "));
+    EXPECT_THAT(uneven, HasSubstr(", encoder Lavc59.37.100\n"));
+    EXPECT_THAT(uneven, HasSubstr(" audio: AC-3, 48000 Hz, 2 channels, 128 kbit/s constant\n"));
+    EXPECT_THAT(runProbe({"info", sample("mpeg4_vorbis.ogm")}).out,
+                HasSubstr(" audio: Vorbis, 44100 Hz, 2 channels, 80 kbit/s nominal\n"));
+}
+
 TEST(Samples, HaveTheirCommentsMarkedAsTheFilesOwn) {
     const json comments = streamsOf("mpeg4_b_mp3.ogm")[0]["comments"];
     EXPECT_FALSE(comments["vendor"].get<std::string>().empty());
     EXPECT_THAT(runProbe({"info", sample("mpeg4_b_mp3.ogm")}).out,
-                HasSubstr("  From the file itself:\n"));
+                HasSubstr("  From the file itself, 274 kbit/s in all:\n"));
 }
 
 TEST(Samples, NameThePluginByItsDefinition) {

@@ -28,7 +28,7 @@ TEST(Mpeg4Facts, AreThoseOfTheVideoObjectLayer) {
     ASSERT_TRUE(facts);
     EXPECT_EQ(videoFactsText(*facts),
               "Advanced Simple profile, 176x144, sample aspect 1:1, "
-              "progressive");
+              "11:9 picture, progressive");
 }
 
 TEST(Mpeg4Facts, HaveTheProfileAndLevelOfTheSequence) {
