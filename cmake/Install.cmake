@@ -42,6 +42,8 @@ install(FILES ${PROJECT_SOURCE_DIR}/docs/ogmprobe.md ${PROJECT_SOURCE_DIR}/docs/
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/tools/ogmprobe/schema
     DESTINATION share/doc/ogmprobe COMPONENT ogmprobe FILES_MATCHING PATTERN "*.json")
 install(FILES ${papers}/debian/copyright DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
+install(FILES ${papers}/debian/lintian-overrides
+    DESTINATION share/lintian/overrides RENAME ogmprobe COMPONENT ogmprobe)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ogmprobe)
@@ -49,9 +51,10 @@ set(CPACK_PACKAGE_CONTACT "The OGM extractor's maintainers")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
     "shows what Android's media framework gets from an OGM file")
 set(CPACK_PACKAGE_DESCRIPTION
-    "ogmprobe plays the framework's part for a media-extractor plug-in of Android 13: it lists\n\
-tracks and buffers, draws them over time, tells why tracks are missing and durations are odd,\n\
-compares files and plug-ins, and writes the elementary streams into files.")
+    "ogmprobe plays the framework's part for a media-extractor plug-in of\n\
+Android 13: it lists tracks and buffers, draws them over time, tells why\n\
+tracks are missing and durations are odd, compares files and plug-ins,\n\
+and writes the elementary streams into files.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)

@@ -6,8 +6,10 @@ Usage: PapersTest.py PROGRAM [unittest arguments]
 
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
+import tempfile
 import unittest
 
 program = None
@@ -102,6 +104,27 @@ class Papers(unittest.TestCase):
         self.assertEqual(global_options() - {"--version"},
                          set(re.findall(r"'(--[a-z-]+)\[", every)))
 
+    def test_ZshOffersTheCommandsAndTheirOptions(self):
+        if not shutil.which("zsh"):
+            self.skipTest("zsh is not installed")
+        lines = ["", "--", *(f"{command} --" for command in commands())]
+        offered = offered_by_zsh([f"ogmprobe {line}" for line in lines])
+        self.assertEqual(set(commands()), offered[0] & set(commands()))
+        self.assertEqual(global_options(), offered[1])
+        for command, found in zip(commands(), offered[2:]):
+            with self.subTest(command):
+                self.assertEqual(options_of(command) | global_options() - {"--version"}, found)
+
+    def test_FishOffersTheCommandsAndTheirOptions(self):
+        if not shutil.which("fish"):
+            self.skipTest("fish is not installed")
+        self.assertEqual(set(commands()), offered_by_fish("") & set(commands()))
+        self.assertEqual(global_options(), offered_by_fish("--"))
+        for command in commands():
+            with self.subTest(command):
+                self.assertEqual(options_of(command) | global_options() - {"--version"},
+                                 offered_by_fish(f"{command} --"))
+
     def test_FishKnowsEachCommandWithItsOptions(self):
         described = {command: set() for command in commands()}
         everywhere = set()
@@ -121,6 +144,56 @@ class Papers(unittest.TestCase):
 def options_in_man(text):
     heads = re.findall(r"^\.TP\n(.*)$", text, flags=re.MULTILINE)
     return {option for head in heads for option in re.findall(r"--[a-z][a-z-]*", head)}
+
+
+# Types each line into a shell on a terminal, and writes what a tabulator offers, a line each.
+ZSH_SCRIPT = r"""
+zmodload zsh/zpty zsh/zselect
+papers=$1 found=$2
+shift 2
+zpty shell zsh -f -i
+zpty -w shell "PROMPT=; stty -echo; fpath=($papers \$fpath); autoload -Uz compinit; compinit -u -D"
+zpty -w shell 'offer() {
+    local -a offered
+    compadd() {
+        local -a hits
+        if (( ! ${@[(I)-[OAD]]} )); then
+            builtin compadd -O hits "$@"
+            offered+=($hits)
+        fi
+        builtin compadd "$@"
+    }
+    _main_complete
+    unfunction compadd
+    print -r -- "$offered" >>'$found'
+}; zle -C offer complete-word offer; bindkey "^I" offer; echo REA""DY'
+zpty -r shell output '*READY*'
+lines=0
+for line; do
+    zpty -n -w shell "$line"$'\t'
+    (( ++lines ))
+    for (( tries = 0; tries < 500; tries++ )); do
+        [[ $(wc -l <$found) -ge $lines ]] && break
+        zselect -t 2
+    done
+    zpty -n -w shell $'\C-u'
+done
+zpty -d shell
+"""
+
+
+def offered_by_zsh(lines):
+    with tempfile.NamedTemporaryFile("r") as found:
+        subprocess.run(["zsh", "-f", "-c", ZSH_SCRIPT, "zsh", papers.resolve(), found.name, *lines],
+                       check=True, timeout=60)
+        return [set(line.split()) for line in found.read().splitlines()]
+
+
+def offered_by_fish(line):
+    script = f'source "{papers}/ogmprobe.fish"; complete --do-complete "ogmprobe {line}"'
+    result = subprocess.run(["fish", "--no-config", "-c", script], check=True, text=True,
+                            capture_output=True)
+    return {offer.split("\t")[0] for offer in result.stdout.splitlines()}
 
 
 def offered_by_bash(*words):
