@@ -170,7 +170,7 @@ media_status_t OgmExtractor::seekToPage(int64_t offset) {
     return status;
 }
 
-int32_t OgmExtractor::seekToTime(int64_t timeUs) {
+void OgmExtractor::seekToTime(int64_t timeUs) {
     mStartedTracks.signalDiscontinuity();
     switch (ogm::chooseSeekGoal(timeUs, mDuration)) {
         case ogm::SeekGoal::kStart:
@@ -185,7 +185,6 @@ int32_t OgmExtractor::seekToTime(int64_t timeUs) {
             mSeekDone = true;
             break;
     }
-    return 0;
 }
 
 void OgmExtractor::scanToTime(int64_t seekUs) {

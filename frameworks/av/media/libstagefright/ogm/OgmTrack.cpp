@@ -273,7 +273,7 @@ media_status_t OgmTrack::seek(int64_t timeUs) {
     if (mExtractor->isSelected(mSerialNo)) {
         mExtractor->setSeeking(true);
         ALOGD("Start seekToTime");
-        (void)mExtractor->seekToTime(timeUs);
+        mExtractor->seekToTime(timeUs);
         ALOGD("End seekToTime");
         if (ogm::isVideoTrackType(mType)) {
             const media_status_t status = findSyncFrame(timeUs);
@@ -302,7 +302,7 @@ media_status_t OgmTrack::findSyncFrame(int64_t seekUs) {
         if (search.lookThrough(&mPackets) == ogm::SyncFrameSearch::Result::kTooLate) {
             search.stepBack();
             dropQueued();
-            (void)mExtractor->seekToTime(search.timeUs());
+            mExtractor->seekToTime(search.timeUs());
             ALOGI("read, 1228, Can't find I frame after time %" PRId64 ", leavings search times:%d",
                   search.timeUs(), search.retries());
         }

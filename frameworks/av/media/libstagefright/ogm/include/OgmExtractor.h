@@ -65,8 +65,8 @@ class OgmExtractor final : public MediaExtractorPluginHelper {
      */
     media_status_t readNextPacket();
 
-    /** Moves the cursor to about three seconds before `timeUs`. Always 0. */
-    int32_t seekToTime(int64_t timeUs);
+    /** Moves the cursor to about three seconds before `timeUs`. */
+    void seekToTime(int64_t timeUs);
 
     /** Whether seeks of the stream's track move the cursor. */
     bool isSelected(uint32_t serialNo) const { return mStartedTracks.isSelected(serialNo); }

@@ -26,13 +26,9 @@ media_status_t PageCursor::goToPage(const PageReader& pages, int64_t offset, int
               static_cast<int>(maxSkip));
         return status;
     }
-    mCurrentPageSize = pages.readPage(position, &currPage);
     // A negative status passes for a size: the next page is then searched for in front of this one,
     // by as many bytes as the status says.
-    if (mCurrentPageSize == 0) {
-        ALOGI("Cannot read a page header, at 0x%08X\n", static_cast<uint32_t>(position));
-        return AMEDIA_ERROR_END_OF_STREAM;
-    }
+    mCurrentPageSize = pages.readPage(position, &currPage);
     enterPageAt(position);
     return AMEDIA_OK;
 }
@@ -47,13 +43,9 @@ media_status_t PageCursor::enterNextPage(const PageReader& pages) {
               static_cast<uint32_t>(mCurrentPageOffset));
         return AMEDIA_ERROR_END_OF_STREAM;
     }
+    // After a failed header the page before is cut once more, by its own lacing, out of what lies
+    // here.
     mCurrentPageSize = step.size;
-    // Only a size of 0 is a failure. After a failed header the page before is cut once more, by its
-    // own lacing, out of what lies here.
-    if (mCurrentPageSize == 0) {
-        ALOGI("Cannot read a page header, at 0x%08X\n", static_cast<uint32_t>(step.offset));
-        return AMEDIA_ERROR_END_OF_STREAM;
-    }
     enterPageAt(step.offset);
     return AMEDIA_OK;
 }

@@ -43,8 +43,8 @@ class PageCursor {
 
     /**
      * Goes to the next page at or after `offset`, and to the end of the data when there is none.
-     * Returns AMEDIA_OK, UNSUPPORTED (nothing changed) when no page begins within `maxSkip` bytes
-     * (no limit below 1), or END_OF_STREAM for a page of no size.
+     * Returns AMEDIA_OK, or UNSUPPORTED (nothing changed) when no page begins within `maxSkip`
+     * bytes (no limit below 1).
      */
     media_status_t goToPage(const PageReader& pages, int64_t offset, int64_t maxSkip);
 
