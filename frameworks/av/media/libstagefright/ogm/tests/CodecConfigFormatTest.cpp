@@ -12,14 +12,6 @@ namespace {
 constexpr uint32_t kVideo = 1;
 constexpr uint32_t kAudio = 2;
 
-Bytes vol() {
-    return VideoObjectLayer{}.bytes();
-}
-
-Bytes vop() {
-    return videoObjectPlane(0);
-}
-
 /** What a stream's format gains while the file is opened. */
 class CodecConfigFormatTest : public PluginTest {
   protected:

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cinttypes>
 
+#include "Microseconds.h"
 #include "PluginTest.h"
 #include "SeekFiles.h"
 
 namespace android::ogm::test {
 namespace {
-
-constexpr int64_t kSecond = 1000000;
 
 /**
  * How far the tracks have come during the scan of a seek, seen in the line that ends each of its

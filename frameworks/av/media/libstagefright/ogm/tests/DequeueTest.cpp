@@ -14,7 +14,7 @@ using ::testing::IsEmpty;
 
 constexpr uint32_t kSerialNo = 1;
 
-Bytes vop(uint32_t codingType) {
+Bytes vopPacket(uint32_t codingType) {
     return dataPacket(kPlainPacket, videoObjectPlane(codingType));
 }
 
@@ -48,8 +48,9 @@ class DequeueTest : public PluginTest {
 
 TEST_F(DequeueTest, AReferenceFrameIsMovedAfterTheFramesThatFollowItInTheFile) {
     // File order I P B B P B B P..., one frame of 40 ms a page.
-    const OgmFile file = videoFile("FMP4", {vop(0), vop(1), vop(2), vop(2), vop(1), vop(2), vop(2),
-                                            vop(1), vop(1), vop(1)});
+    const OgmFile file = videoFile(
+            "FMP4", {vopPacket(0), vopPacket(1), vopPacket(2), vopPacket(2), vopPacket(1),
+                     vopPacket(2), vopPacket(2), vopPacket(1), vopPacket(1), vopPacket(1)});
     EXPECT_THAT(timesOf(drain(file)),
                 ElementsAre(0, 120000, 40000, 80000, 240000, 160000, 200000, 280000));
 }
@@ -62,11 +63,11 @@ TEST_F(DequeueTest, EachOfManyBFramesIsShownOneFrameEarlier) {
     video.subtype = "FMP4";
     file.addHeader(kSerialNo, video);
     file.addHeader(kSerialNo + 1, AudioHeader());
-    std::vector<Bytes> frames(kBFrames, vop(2));
-    frames.insert(frames.begin(), vop(1));
+    std::vector<Bytes> frames(kBFrames, vopPacket(2));
+    frames.insert(frames.begin(), vopPacket(1));
     file.addPages(kSerialNo, frames);
     file.addPages(kSerialNo + 1, std::vector<Bytes>(12, audioPacket({1, 2})));
-    file.addPages(kSerialNo, {vop(1), vop(1)}, kBFrames + 100);
+    file.addPages(kSerialNo, {vopPacket(1), vopPacket(1)}, kBFrames + 100);
     OpenedFile opened = open(file);
     const auto videoTrack = opened->startedTrack(0);
     const auto audioTrack = opened->startedTrack(1);
@@ -86,7 +87,8 @@ TEST_F(DequeueTest, MpegVideoIsMovedByItsPictureTypesToo) {
 }
 
 TEST_F(DequeueTest, OtherVideoKeepsItsTimes) {
-    const OgmFile file = videoFile("H264", {vop(0), vop(2), vop(2), vop(1), vop(1)});
+    const OgmFile file = videoFile(
+            "H264", {vopPacket(0), vopPacket(2), vopPacket(2), vopPacket(1), vopPacket(1)});
     EXPECT_THAT(timesOf(drain(file)), ElementsAre(0, 40000, 80000));
 }
 

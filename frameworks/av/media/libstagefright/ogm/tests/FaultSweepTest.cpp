@@ -5,6 +5,7 @@
 
 #include "ElementaryStreams.h"
 #include "MemorySource.h"
+#include "Microseconds.h"
 #include "OgmFile.h"
 #include "Plugin.h"
 #include "Samples.h"
@@ -12,8 +13,6 @@
 
 namespace android::ogm::test {
 namespace {
-
-constexpr int64_t kSecond = 1000000;
 
 /** How many reads of a sample are made to fail; they are spread over the whole session. */
 constexpr size_t kReadsOfASample = 25;

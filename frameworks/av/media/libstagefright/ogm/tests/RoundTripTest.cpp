@@ -199,7 +199,7 @@ Frames ac3Frames(uint32_t fscod) {
 }
 
 TEST_F(RoundTripTest, Ac3At48And32KilohertzComesOutFrameByFrameSaveTheLast) {
-    for (const uint32_t fscod : {0u, 2u}) {
+    for (const uint32_t fscod : {0U, 2U}) {
         const Frames in = ac3Frames(fscod);
         for (const PageLayout layout : kLayouts) {
             for (const auto& packets :
@@ -363,7 +363,7 @@ TEST_F(RoundTripTest, APageAfterOneOfGranuleMinusOneIsCutOutOfTheStream) {
     // then lower, and its pieces are dropped.
     const Frames in = dtsFrames();
     const Bytes longPacket = audioPacket(in[9]);
-    ASSERT_EQ(longPacket.size(), 536u);
+    ASSERT_EQ(longPacket.size(), 536U);
     OgmFile file = fileOf("2001", 48000);
     file.addData(kSerialNo, 1000, audioPacket(in[8]));
     file.add(OggPage(kSerialNo).granule(kNoGranule).openPacket(head(longPacket, 255)));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cinttypes>
 
+#include "Microseconds.h"
 #include "PluginTest.h"
 #include "SeekFiles.h"
 
@@ -10,7 +11,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr int64_t kSecond = 1000000;
 constexpr int64_t kLeadUs = 3 * kSecond;
 
 /** Where the scan of a seek begins, how it steps back and when it ends. */

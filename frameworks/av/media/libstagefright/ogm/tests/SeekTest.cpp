@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ElementaryStreams.h"
+#include "Microseconds.h"
 #include "PluginTest.h"
 #include "SeekFiles.h"
 
@@ -9,7 +10,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr int64_t kSecond = 1000000;
 constexpr char kMime[] = "audio/raw";
 
 /** What a read with a seek request does before it reads on, seen on one PCM or video track. */

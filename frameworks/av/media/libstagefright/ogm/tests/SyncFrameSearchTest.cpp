@@ -2,6 +2,7 @@
 #include <set>
 
 #include "ElementaryStreams.h"
+#include "Microseconds.h"
 #include "PluginTest.h"
 #include "SeekFiles.h"
 
@@ -11,7 +12,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr int64_t kSecond = 1000000;
 constexpr int64_t kFrameUs = 100000;
 constexpr uint32_t kVideoSerialNo = 1;
 constexpr uint32_t kAudioSerialNo = 2;
@@ -179,6 +179,14 @@ TEST_F(SyncFrameSearchTest, AfterTheEndOfTheFileWasMetOnlyOneStepBackIsMade) {
 TEST_F(SyncFrameSearchTest, ASeekToTheEndOfTheFileSearchesNothing) {
     EXPECT_EQ(seek(pacedVideoFile(1000, 10), 40 * kSecond).status, AMEDIA_ERROR_END_OF_STREAM);
     EXPECT_THAT(searchLines(), IsEmpty());
+}
+
+TEST_F(SyncFrameSearchTest, ATrackThatAnotherOneOfItsStreamHasReplacedForgetsWhatLiesTooLate) {
+    start(regularFile(400, {28}));
+    EXPECT_EQ(mTrack->readAt(30 * kSecond).timeUs, 28 * kSecond);
+    // All packets go to the new track, so none comes in place of those that are queued.
+    const auto replacement = (*mOpened)->startedTrack(0);
+    EXPECT_EQ(mTrack->readAt(10 * kSecond).status, AMEDIA_ERROR_END_OF_STREAM);
 }
 
 TEST_F(SyncFrameSearchTest, TheStreamItselfSaysWhatASyncFrameIs) {

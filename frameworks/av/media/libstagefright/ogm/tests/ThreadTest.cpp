@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "MemorySource.h"
+#include "Microseconds.h"
 #include "OgmFile.h"
 #include "Plugin.h"
 #include "Random.h"
@@ -17,7 +18,6 @@
 namespace android::ogm::test {
 namespace {
 
-constexpr int64_t kSecond = 1000000;
 constexpr size_t kPackets = 1500;
 constexpr size_t kStreams = 3;
 constexpr uint32_t kVideoSerialNo = 1;

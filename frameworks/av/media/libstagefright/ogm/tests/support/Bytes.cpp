@@ -11,6 +11,12 @@ Bytes bytesOf(std::string_view text) {
     return Bytes(text.begin(), text.end());
 }
 
+Bytes bigEndian(uint32_t word) {
+    Bytes bytes;
+    appendBigEndian(bytes, word, 4);
+    return bytes;
+}
+
 Bytes filled(size_t count, uint8_t value) {
     return Bytes(count, value);
 }

@@ -15,6 +15,9 @@ using Bytes = std::vector<uint8_t>;
 /** The characters of `text`, without a final zero. */
 Bytes bytesOf(std::string_view text);
 
+/** The four bytes of `word`. */
+Bytes bigEndian(uint32_t word);
+
 /** `count` times `value`. */
 Bytes filled(size_t count, uint8_t value);
 

@@ -21,14 +21,6 @@ inline constexpr uint32_t kAudio = 2;
 inline constexpr size_t kEsdsHeaderSize = 25;
 inline constexpr size_t kMaxPages = 121;
 
-inline Bytes vol() {
-    return VideoObjectLayer{}.bytes();
-}
-
-inline Bytes vop(size_t size = 40) {
-    return videoObjectPlane(0, size);
-}
-
 inline LogLine pageLine(size_t offset, size_t size) {
     return infoLine(formatted("pageOffset=%ld, currPageSize=%d", static_cast<long>(offset),
                               static_cast<int>(size)));

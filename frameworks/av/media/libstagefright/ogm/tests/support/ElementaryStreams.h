@@ -77,12 +77,21 @@ struct VideoObjectLayer {
     Bytes bytes() const;
 };
 
+/** An ordinary one. */
+inline Bytes vol() {
+    return VideoObjectLayer{}.bytes();
+}
+
 /** 00 00 01 B0: a visual object sequence header. */
 Bytes visualObjectSequence();
 /** 00 00 01 B5: a visual object header. */
 Bytes visualObject();
 /** 00 00 01 B6: a picture; the coding type is 0 (I), 1 (P), 2 (B) or 3 (S). */
 Bytes videoObjectPlane(uint32_t codingType, size_t size = 40, uint32_t seed = 0);
+/** An I picture. */
+inline Bytes vop(size_t size = 40) {
+    return videoObjectPlane(0, size);
+}
 /** 00 00 01 B3: a group of pictures. */
 Bytes groupOfVop();
 

@@ -64,7 +64,7 @@ class Ac3CutterTest : public CutterTest {
 TEST_F(Ac3CutterTest, FewerThanTenBytesAreNotEnough) {
     EXPECT_THAT(feed(startOf(0, 0x40, pattern(3, 1)), 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), ElementsAre(debugLine(kTooShort)));
-    EXPECT_EQ(mCutter->buffered().size(), 9u);
+    EXPECT_EQ(mCutter->buffered().size(), 9U);
     mEvents.clear();
     EXPECT_THAT(feed({0x55}, 2000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), ElementsAre(incomplete(128, 10)));
@@ -97,7 +97,7 @@ TEST_F(Ac3CutterTest, FromFrameSizeCodeThreeOnTheRowIsTheStandardsNextOne) {
     EXPECT_THAT(feed(frame, 2000), IsEmpty());
     append(frame, {0x55});
     EXPECT_THAT(feed({0x55}, 3000), ElementsAre(AccessUnit{frame, 2000}));
-    EXPECT_EQ(frame.size(), 192u);
+    EXPECT_EQ(frame.size(), 192U);
 
     for (uint32_t frmsizecod = 3; frmsizecod < 37; ++frmsizecod) {
         for (uint32_t fscod = 0; fscod < 3; ++fscod) {
@@ -122,7 +122,7 @@ TEST_F(Ac3CutterTest, BelowFrameSizeCodeThreeTheRowsAreTheStandards) {
 
 TEST_F(Ac3CutterTest, EvenCodesAt48And32KilohertzHaveTheStandardsSizeAllTheSame) {
     for (uint32_t frmsizecod = 4; frmsizecod < 37; frmsizecod += 2) {
-        for (const uint32_t fscod : {0u, 2u}) {
+        for (const uint32_t fscod : {0U, 2U}) {
             Ac3Frame standard;
             standard.sampleRateCode = fscod;
             standard.frameSizeCode = frmsizecod;
@@ -147,19 +147,27 @@ TEST_F(Ac3CutterTest, At44100HertzEverySecondFrameIsLostAndTheOthersCarryTwoByte
                                           joined({frames[2], head(frames[3], 2)})}));
 }
 
+TEST_F(Ac3CutterTest, FrameSizeCode37HasNoBytesAtAnyRate) {
+    for (const uint8_t fscod : {0x00, 0x40, 0x80}) {
+        const Bytes header{0x0B, 0x77, 0, 0, static_cast<uint8_t>(fscod | 37), 0x40};
+        EXPECT_EQ(parseAc3Frame(viewOf(header)).kind, ogm::Ac3Frame::Kind::kFrame) << int{fscod};
+        EXPECT_EQ(parseAc3Frame(viewOf(header)).size, 0U) << int{fscod};
+    }
+}
+
 TEST_F(Ac3CutterTest, FrameSizeCode37GivesEmptyUnitsWithoutATimeForEver) {
     EXPECT_TRUE(mCutter->append(startOf(37, 0x40, pattern(20, 1)), 1000));
     EXPECT_THAT(mCutter->cut(1000), Each(AccessUnit{{}, std::nullopt}));
-    EXPECT_EQ(mCutter->cut(1000).size(), 1000u);
-    EXPECT_EQ(mCutter->buffered().size(), 26u);
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 26u)));
+    EXPECT_EQ(mCutter->cut(1000).size(), 1000U);
+    EXPECT_EQ(mCutter->buffered().size(), 26U);
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 26U)));
 }
 
 TEST_F(Ac3CutterTest, FrameSizeCode37LosesOnlyTheBytesInFrontOfTheSyncWord) {
     mCutter->place(joined({pattern(7, 2), startOf(37, 0x40, pattern(20, 1))}), 1000);
     EXPECT_EQ(mCutter->next(), (AccessUnit{{}, std::nullopt}));
     EXPECT_EQ(mCutter->buffered(), startOf(37, 0x40, pattern(20, 1)));
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 33u)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 33U)));
 }
 
 TEST_F(Ac3CutterTest, AReservedSampleRateDropsEverythingUpToTheSyncWord) {
@@ -178,7 +186,7 @@ TEST_F(Ac3CutterTest, AFrameSizeCodeOf38OrMoreIsDroppedUnderTheSameMessage) {
         auto cutter = cutterOf(OGA_AUDIO_AC3);
         EXPECT_THAT(cutter->feed(startOf(codes, 0x40, pattern(14, 1)), 1000), IsEmpty());
         EXPECT_THAT(mEvents.lines(), ElementsAre(debugLine(kBadRate))) << int{codes};
-        EXPECT_EQ(cutter->buffered().size(), 18u);
+        EXPECT_EQ(cutter->buffered().size(), 18U);
     }
 }
 
@@ -186,7 +194,7 @@ TEST_F(Ac3CutterTest, BytesInFrontOfARefusedFrameAreDroppedWithItsSyncWord) {
     mCutter->place(joined({pattern(30, 1), startOf(0xC0, 0x40, pattern(14, 2))}), 1000);
     EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_EQ(mCutter->buffered(), tail(startOf(0xC0, 0x40, pattern(14, 2)), 2));
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 50u)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 50U)));
 }
 
 TEST_F(Ac3CutterTest, TheWholeByteOfTheBitStreamIdDecidesWhichFrameItIs) {
@@ -215,7 +223,7 @@ TEST_F(Ac3CutterTest, ABitStreamIdAbove16IsRefusedAndDropsEverythingUpToTheSyncW
         EXPECT_THAT(cutter->feed(startOf(0, byte, pattern(14, 1)), 1000), IsEmpty());
         EXPECT_THAT(mEvents.lines(), ElementsAre(debugLine(line)));
         EXPECT_EQ(cutter->buffered(), tail(startOf(0, byte, pattern(14, 1)), 2));
-        EXPECT_THAT(cutter->ranges(), ElementsAre(Pair(1000, 20u)));
+        EXPECT_THAT(cutter->ranges(), ElementsAre(Pair(1000, 20U)));
     }
 }
 
@@ -261,17 +269,17 @@ TEST_F(Ac3CutterTest, LeadingBytesAreNotChargedSoThatLaterTimesLag) {
     mCutter->place(joined({pattern(30, 1), frame(1)}), 1000);
     EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 1000}));
     EXPECT_THAT(mCutter->buffered(), IsEmpty());
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 30u)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 30U)));
     EXPECT_THAT(feed(frame(2), 2000), ElementsAre(AccessUnit{frame(2), 1000}));
     EXPECT_THAT(feed(frame(3), 3000), ElementsAre(AccessUnit{frame(3), 2000}));
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(3000, 30u)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(3000, 30U)));
 }
 
 TEST_F(Ac3CutterTest, BytesBetweenTwoFramesAreDropped) {
     EXPECT_THAT(feed(joined({frame(1), pattern(30, 1), frame(2)}), 1000),
                 ElementsAre(AccessUnit{frame(1), 1000}, AccessUnit{frame(2), 1000}));
     EXPECT_THAT(mCutter->buffered(), IsEmpty());
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 30u)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 30U)));
 }
 
 TEST_F(Ac3CutterTest, BytesWithoutASyncWordAreKept) {
@@ -387,8 +395,8 @@ TEST(Ac3SyncSearchTest, FindsTheFirstSyncWord) {
     const auto find = [](const Bytes& bytes) { return findAc3Sync(viewOf(bytes), 0); };
     EXPECT_EQ(find({}), std::nullopt);
     EXPECT_EQ(find({0x0B}), std::nullopt);
-    EXPECT_EQ(find({0x0B, 0x77}), 0u);
-    EXPECT_EQ(find({0x0B, 0x0B, 0x77}), 1u);
+    EXPECT_EQ(find({0x0B, 0x77}), 0U);
+    EXPECT_EQ(find({0x0B, 0x0B, 0x77}), 1U);
     EXPECT_EQ(find({0x77, 0x0B}), std::nullopt);
 }
 

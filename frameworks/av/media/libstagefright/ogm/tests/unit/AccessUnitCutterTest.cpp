@@ -103,7 +103,7 @@ TEST_P(AlignmentTest, BytesBehindOthersAreAppendedWholeWhateverTheyAre) {
     EXPECT_TRUE(cutter->append({}, 4000));
     EXPECT_EQ(cutter->buffered(), joined({first, second, pattern(3, 5)}));
     EXPECT_THAT(cutter->ranges(), ElementsAre(Pair(1000, first.size()), Pair(2000, second.size()),
-                                              Pair(3000, 3u), Pair(4000, 0u)));
+                                              Pair(3000, 3U), Pair(4000, 0U)));
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
@@ -172,7 +172,7 @@ TEST_F(AccessUnitCutterTest, MoreThanTheCapacityIsKeptWhole) {
 
 TEST_F(AccessUnitCutterTest, OnceTheBufferIsEmptyAgainTheNextBytesAreAligned) {
     auto cutter = appended(OGA_AUDIO_AC3, Ac3Frame{}.bytes());
-    EXPECT_EQ(cutter->cut().size(), 1u);
+    EXPECT_EQ(cutter->cut().size(), 1U);
     EXPECT_THAT(cutter->buffered(), IsEmpty());
     EXPECT_FALSE(cutter->append(pattern(400, 1), 2000));
     EXPECT_TRUE(cutter->append(joined({pattern(2, 1), kAc3Sync}), 3000));

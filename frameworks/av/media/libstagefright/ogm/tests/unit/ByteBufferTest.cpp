@@ -51,6 +51,44 @@ TEST(ByteBufferTest, FilledAndEmptiedForLongItStaysInOneStorage) {
     }
 }
 
+/** 400 bytes that fill their storage, `dropped` of them taken off the front. */
+ByteBuffer fullOf400(size_t dropped) {
+    ByteBuffer buffer(viewOf(pattern(100, 0)));
+    buffer.append(viewOf(pattern(100, 1)));
+    buffer.append(viewOf(pattern(200, 2)));
+    buffer.dropFront(dropped);
+    return buffer;
+}
+
+TEST(ByteBufferTest, NewStorageHasRoomForAsManyBytesAgain) {
+    ByteBuffer buffer(viewOf(pattern(100, 0)));
+    EXPECT_TRUE(buffer.isFull());
+    buffer.append(viewOf(pattern(100, 1)));
+    const uint8_t* const storage = buffer.data();
+    buffer.append(viewOf(pattern(199, 2)));
+    EXPECT_FALSE(buffer.isFull());
+    buffer.append(viewOf({1}));
+    EXPECT_TRUE(buffer.isFull());
+    EXPECT_EQ(buffer.data(), storage);
+}
+
+TEST(ByteBufferTest, BytesAreMovedToTheStartOfTheirStorageOnceAsManyHaveBeenDropped) {
+    ByteBuffer buffer = fullOf400(200);
+    const uint8_t* const storage = buffer.data() - 200;
+    buffer.append(viewOf(pattern(200, 3)));
+    EXPECT_EQ(buffer.data(), storage);
+    EXPECT_EQ(bytesOf(buffer), joined({pattern(200, 2), pattern(200, 3)}));
+    EXPECT_TRUE(buffer.isFull());
+}
+
+TEST(ByteBufferTest, BytesGetNewStorageAsLongAsFewerHaveBeenDropped) {
+    ByteBuffer buffer = fullOf400(199);
+    const uint8_t* const storage = buffer.data() - 199;
+    buffer.append(viewOf({3}));
+    EXPECT_NE(buffer.data(), storage);
+    EXPECT_EQ(bytesOf(buffer), joined({tail(pattern(100, 1), 99), pattern(200, 2), {3}}));
+}
+
 TEST(ByteBufferTest, MovingLeavesAnEmptyOneBehind) {
     ByteBuffer from(viewOf({1, 2, 3}));
     from.dropFront(1);
@@ -122,9 +160,9 @@ TEST(ByteBufferTest, APartKeepsItsBytesWhenTheOtherIsClearedAndFilledAgain) {
 TEST(ByteBufferTest, TellsWhereItBeginsInItsStorageAndInNoOther) {
     const SharedBytes storage(100);
     ByteBuffer buffer(storage, 10, 20);
-    EXPECT_EQ(buffer.offsetIn(storage), 10u);
+    EXPECT_EQ(buffer.offsetIn(storage), 10U);
     buffer.dropFront(5);
-    EXPECT_EQ(buffer.offsetIn(storage), 15u);
+    EXPECT_EQ(buffer.offsetIn(storage), 15U);
     EXPECT_EQ(buffer.offsetIn(SharedBytes(100)), std::nullopt);
     EXPECT_EQ(ByteBuffer().offsetIn(SharedBytes()), std::nullopt);
 }
@@ -134,17 +172,17 @@ TEST(ByteBufferTest, ResettingKeepsStorageThatIsLargeEnough) {
     const uint8_t* const storage = buffer.data();
     buffer.dropFront(10);
     buffer.reset(1);
-    EXPECT_EQ(buffer.size(), 1u);
+    EXPECT_EQ(buffer.size(), 1U);
     EXPECT_EQ(buffer.data(), storage);
     buffer.reset(100);
-    EXPECT_EQ(buffer.size(), 100u);
+    EXPECT_EQ(buffer.size(), 100U);
     EXPECT_EQ(buffer.data(), storage);
 }
 
 TEST(ByteBufferTest, ResettingToMoreThanThereIsRoomForMakesStorageOfThatSize) {
     ByteBuffer buffer(viewOf({1, 2, 3}));
     buffer.reset(5000);
-    EXPECT_EQ(buffer.size(), 5000u);
+    EXPECT_EQ(buffer.size(), 5000U);
     const Bytes bytes = pattern(5000, 1);
     std::copy(bytes.begin(), bytes.end(), buffer.data());
     EXPECT_EQ(bytesOf(buffer), bytes);
@@ -166,14 +204,14 @@ TEST(ByteBufferTest, AnEmptiedOneFillsItsWholeStorageAgain) {
 }
 
 TEST(SteppedCapacityTest, TheFirstNeedIsRoundedUpTo64KiB) {
-    EXPECT_EQ(SteppedCapacity().growTo(3), 65536u);
-    EXPECT_EQ(SteppedCapacity().growTo(65536), 65536u);
-    EXPECT_EQ(SteppedCapacity().growTo(65537), 131072u);
+    EXPECT_EQ(SteppedCapacity().growTo(3), 65536U);
+    EXPECT_EQ(SteppedCapacity().growTo(65536), 65536U);
+    EXPECT_EQ(SteppedCapacity().growTo(65537), 131072U);
 }
 
 TEST(SteppedCapacityTest, AFirstNeedOfNothingIsAGrowthToNothing) {
     SteppedCapacity capacity;
-    EXPECT_EQ(capacity.growTo(0), 0u);
+    EXPECT_EQ(capacity.growTo(0), 0U);
     EXPECT_EQ(capacity.growTo(0), std::nullopt);
 }
 
@@ -181,7 +219,7 @@ TEST(SteppedCapacityTest, ItGrowsOnlyWhenItIsExceededAndNeverShrinks) {
     SteppedCapacity capacity;
     capacity.growTo(1);
     EXPECT_EQ(capacity.growTo(65536), std::nullopt);
-    EXPECT_EQ(capacity.growTo(200000), 262144u);
+    EXPECT_EQ(capacity.growTo(200000), 262144U);
     EXPECT_EQ(capacity.growTo(1), std::nullopt);
     EXPECT_EQ(capacity.growTo(262144), std::nullopt);
 }

@@ -18,18 +18,18 @@ TEST(ByteViewTest, ABytePastTheEndIsZero) {
 
 TEST(ByteViewTest, NumbersAreReadInTheirByteOrder) {
     EXPECT_EQ(kView.u16le(4), 0x9281);
-    EXPECT_EQ(kView.u32le(4), 0xB4A39281u);
-    EXPECT_EQ(kView.u64le(0), 0xB4A392815367674Full);
-    EXPECT_EQ(kView.u32be(4), 0x8192A3B4u);
+    EXPECT_EQ(kView.u32le(4), 0xB4A39281U);
+    EXPECT_EQ(kView.u64le(0), 0xB4A392815367674FULL);
+    EXPECT_EQ(kView.u32be(4), 0x8192A3B4U);
 }
 
 TEST(ByteViewTest, TheMissingBytesOfANumberAreZero) {
     EXPECT_EQ(kView.u16le(8), 0x00C5);
-    EXPECT_EQ(kView.u32le(7), 0x0000C5B4u);
-    EXPECT_EQ(kView.u64le(8), 0xC5u);
-    EXPECT_EQ(kView.u32be(7), 0xB4C50000u);
-    EXPECT_EQ(kView.u32be(SIZE_MAX), 0u);
-    EXPECT_EQ(kView.u64le(SIZE_MAX - 3), 0u);
+    EXPECT_EQ(kView.u32le(7), 0x0000C5B4U);
+    EXPECT_EQ(kView.u64le(8), 0xC5U);
+    EXPECT_EQ(kView.u32be(7), 0xB4C50000U);
+    EXPECT_EQ(kView.u32be(SIZE_MAX), 0U);
+    EXPECT_EQ(kView.u64le(SIZE_MAX - 3), 0U);
 }
 
 TEST(ByteViewTest, AByteIsFoundAtOrBehindThePlaceWhereTheSearchBegins) {
@@ -62,12 +62,12 @@ TEST(ByteViewTest, ATextMustFitWholly) {
 }
 
 TEST(ByteViewTest, PartsStayWithinTheWhole) {
-    EXPECT_EQ(kView.from(4).size(), 5u);
+    EXPECT_EQ(kView.from(4).size(), 5U);
     EXPECT_EQ(kView.from(4)[0], 0x81);
     EXPECT_TRUE(kView.from(100).empty());
-    EXPECT_EQ(kView.first(4).size(), 4u);
+    EXPECT_EQ(kView.first(4).size(), 4U);
     EXPECT_EQ(kView.first(4)[4], 0);
-    EXPECT_EQ(kView.first(100).size(), 9u);
+    EXPECT_EQ(kView.first(100).size(), 9U);
 }
 
 }  // namespace

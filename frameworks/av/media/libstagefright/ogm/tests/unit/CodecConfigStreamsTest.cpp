@@ -43,7 +43,7 @@ TEST_F(CodecConfigStreamsTest, OnlyMpeg4VideoAndMpegAudioAreSearched) {
     }
     file.addData(10, 1, {0x01});
     collect(file);
-    EXPECT_EQ(mStreams->size(), 13u);
+    EXPECT_EQ(mStreams->size(), 13U);
     EXPECT_THAT(mEvents.linesBeginning("pageOffset="), IsEmpty());
     EXPECT_THAT(mEvents.linesBeginning("collect type"), IsEmpty());
 }
@@ -79,7 +79,7 @@ TEST_F(CodecConfigStreamsTest, AFirstPageWithLessThanTwoFramesIsCompletedByTheSe
     file.addData(kAudio, 1152, audioPacket(frame));
     file.addData(kAudio, 2304, audioPacket(frame));
     collect(file);
-    EXPECT_EQ(mEvents.count(warningLine("Not get mMP3Header, size:420")), 1u);
+    EXPECT_EQ(mEvents.count(warningLine("Not get mMP3Header, size:420")), 1U);
     EXPECT_TRUE(mEvents.holds(infoLine("parse CSD data done!")));
     EXPECT_EQ(int32Of(formatAt(0), AMEDIAFORMAT_KEY_MPEG_AUD_LAYER), 3);
 }
@@ -113,8 +113,8 @@ TEST_F(CodecConfigStreamsTest, MoreThan131072BytesWithoutAHeaderAreAnErrorAndKep
     file.addData(kAudio, 4, audioPacket(joined({frame, frame})));
     collect(file);
     EXPECT_TRUE(mEvents.holds(warningLine("Not get mMP3Header, size:100006")));
-    EXPECT_EQ(mEvents.count(errorLine("findMP3Header fail size>131072, skip this buffer")), 1u);
-    EXPECT_EQ(mEvents.linesBeginning("mp3 frame size=417, frame header offset=150012").size(), 1u);
+    EXPECT_EQ(mEvents.count(errorLine("findMP3Header fail size>131072, skip this buffer")), 1U);
+    EXPECT_EQ(mEvents.linesBeginning("mp3 frame size=417, frame header offset=150012").size(), 1U);
     EXPECT_EQ(int32Of(formatAt(0), AMEDIAFORMAT_KEY_MPEG_AUD_LAYER), 3);
 }
 

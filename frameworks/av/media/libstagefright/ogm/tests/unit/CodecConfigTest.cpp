@@ -22,14 +22,6 @@ constexpr char kNoStartCode[] = "can't find start code for mpeg4 video";
 // A search that ends takes a few microseconds.
 constexpr std::chrono::milliseconds kEndlessSearch(200);
 
-Bytes vol() {
-    return VideoObjectLayer{}.bytes();
-}
-
-Bytes vop() {
-    return videoObjectPlane(0);
-}
-
 /** A format that is completed from bytes given by hand. */
 class CodecConfigRoutineTest : public LogTest {
   protected:
@@ -87,14 +79,14 @@ TEST_F(Mpeg4VideoConfigTest, WhatPrecedesTheVolIsRemovedFromTheBuffer) {
     EXPECT_EQ(configureMpeg4Video(&buffer, mFormat.get()), AMEDIA_OK);
     EXPECT_EQ(configuration(), vol());
     EXPECT_EQ(bytesOf(buffer), joined({vol(), vop(), vop()}));
-    EXPECT_EQ(mEvents.count(infoLine("WAIT_FOR_VOL_START")), 3u);
+    EXPECT_EQ(mEvents.count(infoLine("WAIT_FOR_VOL_START")), 3U);
 }
 
 TEST_F(Mpeg4VideoConfigTest, WhatFollowsTheVolUpToThePictureStaysInTheEsds) {
     const Bytes userData = joined({{0x00, 0x00, 0x01, 0xB2}, pattern(20, 1)});
     EXPECT_EQ(configureVideo(joined({vol(), userData, vop(), vop()})), AMEDIA_OK);
     EXPECT_EQ(configuration(), joined({vol(), userData}));
-    EXPECT_EQ(mEvents.count(infoLine("enter WAIT_FOR_VOP_START")), 2u);
+    EXPECT_EQ(mEvents.count(infoLine("enter WAIT_FOR_VOP_START")), 2U);
 }
 
 TEST_F(Mpeg4VideoConfigTest, BytesInFrontOfAVolThatIsTheFirstChunkStayInTheEsds) {
@@ -189,7 +181,7 @@ TEST_F(Mpeg4VideoConfigTest, AConfigurationOfMoreThan16361BytesEndsTheProcess) {
     };
     const size_t most = 16361 - vol().size();
     EXPECT_EQ(configureVideo(withUserData(most)), AMEDIA_OK);
-    EXPECT_EQ(configuration()->size(), 16361u);
+    EXPECT_EQ(configuration()->size(), 16361U);
     const Bytes tooLong = withUserData(most + 1);
     EXPECT_EQ(runInChild([&] { configureVideo(tooLong); }),
               abortedWith("avc_utils",
@@ -204,6 +196,11 @@ TEST_F(MpegAudioConfigTest, FewerThanFourBytesAreAnInvalidSize) {
         EXPECT_THAT(mEvents.lines(),
                     ElementsAre(errorLine(formatted("invalid size:%d", static_cast<int>(size)))));
     }
+}
+
+TEST_F(MpegAudioConfigTest, FourBytesAreSearchedForAHeader) {
+    EXPECT_EQ(configureAudio(pattern(4, 1)), AMEDIA_ERROR_MALFORMED);
+    EXPECT_EQ(mEvents.lines().back(), warningLine("Not get mMP3Header, size:4"));
 }
 
 TEST_F(MpegAudioConfigTest, TwoFramesGiveLayerAndMimeType) {

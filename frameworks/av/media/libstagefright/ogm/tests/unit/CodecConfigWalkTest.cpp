@@ -111,7 +111,7 @@ TEST_F(CodecConfigWalkTest, TheEndOfTheFileEndsTheWalkWithoutConfiguration) {
     const size_t end = file.size();
     collect(file);
     auto events = mEvents.events();
-    ASSERT_GE(events.size(), 4u);
+    ASSERT_GE(events.size(), 4U);
     events.erase(events.begin(), events.end() - 4);
     EXPECT_THAT(events, ElementsAreArray(std::vector<Event>{
                                 ReadCall{static_cast<int64_t>(end), 4, 0},
@@ -128,7 +128,7 @@ TEST_F(CodecConfigWalkTest, JunkAtTheEndOfTheFileIsNamedByWhereTheSearchBegan) {
     const size_t end = file.addJunk(10);
     collect(file);
     auto events = mEvents.events();
-    ASSERT_GE(events.size(), 4u);
+    ASSERT_GE(events.size(), 4U);
     events.erase(events.begin(), events.end() - 4);
     EXPECT_THAT(events, ElementsAreArray(std::vector<Event>{
                                 ReadCall{static_cast<int64_t>(end) + 7, 4, 3},
@@ -145,7 +145,7 @@ TEST_F(CodecConfigWalkTest, ARefusedPageHeaderIsNamedByItsOwnOffset) {
     const size_t offset = file.add(OggPage(kVideo).version(1).packet({0x01}));
     collect(file);
     auto events = mEvents.events();
-    ASSERT_GE(events.size(), 2u);
+    ASSERT_GE(events.size(), 2U);
     events.erase(events.begin(), events.end() - 2);
     EXPECT_THAT(events, ElementsAreArray(std::vector<Event>{
                                 infoLine(formatted("Cannot read a page header, at %ld\n",
@@ -160,7 +160,7 @@ TEST_F(CodecConfigWalkTest, APayloadThatIsCutOffEndsTheWalk) {
     file.add(head(page, page.size() - 1));
     collect(file);
     auto events = mEvents.events();
-    ASSERT_GE(events.size(), 2u);
+    ASSERT_GE(events.size(), 2U);
     events.erase(events.begin(), events.end() - 2);
     EXPECT_THAT(events, ElementsAreArray(std::vector<Event>{
                                 errorLine(formatted("Cannot read page payload, size %d\n",
@@ -177,7 +177,7 @@ TEST_F(CodecConfigWalkTest, APayloadThatIsRefusedEndsTheWalkToo) {
     source->setFault(faultAtOffset(static_cast<int64_t>(offset + page.bodyOffset()), kReadRefused));
     collect(std::move(source));
     EXPECT_TRUE(mEvents.holds(failure(18, -10007)));
-    EXPECT_EQ(mEvents.linesBeginning("Cannot read page payload, size").size(), 1u);
+    EXPECT_EQ(mEvents.linesBeginning("Cannot read page payload, size").size(), 1U);
     EXPECT_EQ(esdsAt(), std::nullopt);
 }
 
@@ -273,7 +273,7 @@ TEST_F(CodecConfigWalkTest, EachStreamHas121PagesAndABufferOfItsOwn) {
     EXPECT_EQ(mEvents.linesBeginning("pageDataSize = 50").size(), kMaxPages - 1);
     EXPECT_TRUE(mEvents.holds(failure(18, -10002)));
     EXPECT_EQ(int32Of(formatAt(1), AMEDIAFORMAT_KEY_MPEG_AUD_LAYER), 3);
-    EXPECT_EQ(mEvents.count(growthLine(65536)), 2u);
+    EXPECT_EQ(mEvents.count(growthLine(65536)), 2U);
 }
 
 }  // namespace

@@ -90,6 +90,12 @@ TEST_F(DtsCutterTest, JunkInFrontOfTheFirstSyncWordIsDroppedAndItsRangesConsumed
     EXPECT_THAT(feed(frame(2), 4000), ElementsAre(AccessUnit{frame(1), 3000}));
 }
 
+TEST_F(DtsCutterTest, OneByteOfJunkIsDroppedToo) {
+    mCutter->place({0x55}, 1000);
+    EXPECT_TRUE(mCutter->append(joined({frame(1), frame(2)}), 2000));
+    EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 2000}));
+}
+
 TEST_F(DtsCutterTest, AFrameBehindJunkHasTheTimeOfTheRangeOfItsSyncWord) {
     mCutter->place(joined({pattern(30, 1), head(frame(1), 100)}), 1000);
     EXPECT_TRUE(mCutter->append(joined({tail(frame(1), 100), frame(2)}), 2000));
@@ -106,14 +112,14 @@ TEST_F(DtsCutterTest, JunkIsDroppedAlsoWhenFewerThanSixBytesRemain) {
     mCutter->place(joined({pattern(30, 1), head(frame(1), 5)}), 1000);
     EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_EQ(mCutter->buffered(), head(frame(1), 5));
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 5u)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 5U)));
 }
 
 TEST_F(DtsCutterTest, BytesWithoutASyncWordAreKept) {
     mCutter->place(joined({pattern(30, 1), head(frame(1), 4)}), 1000);
     EXPECT_EQ(mCutter->next(), std::nullopt);
-    EXPECT_EQ(mCutter->buffered().size(), 34u);
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 34u)));
+    EXPECT_EQ(mCutter->buffered().size(), 34U);
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 34U)));
 }
 
 TEST_F(DtsCutterTest, BytesBehindAFrameBelongToIt) {
@@ -218,17 +224,17 @@ TEST(DtsSyncSearchTest, AStreamBeginsAtACoreOf16BitWordsOrASubstream) {
     const auto find = [](const Bytes& bytes) { return findDtsStart(viewOf(bytes)); };
     EXPECT_EQ(find({}), std::nullopt);
     EXPECT_EQ(find({0x7F, 0xFE, 0x80}), std::nullopt);
-    EXPECT_EQ(find({0x7F, 0xFE, 0x80, 0x01}), 0u);
-    EXPECT_EQ(find({0x64, 0x58, 0x20, 0x25}), 0u);
-    EXPECT_EQ(find({0x7F, 0x64, 0x58, 0x20, 0x25}), 1u);
+    EXPECT_EQ(find({0x7F, 0xFE, 0x80, 0x01}), 0U);
+    EXPECT_EQ(find({0x64, 0x58, 0x20, 0x25}), 0U);
+    EXPECT_EQ(find({0x7F, 0x64, 0x58, 0x20, 0x25}), 1U);
     EXPECT_EQ(find({0x1F, 0xFF, 0xE8, 0x00, 0x00}), std::nullopt);
 }
 
 TEST(DtsSyncSearchTest, AnyFormWithAByteBehindItIsASyncWordFromAGivenPositionOn) {
     const Bytes bytes = joined({{0x7F, 0xFE, 0x80, 0x01}, {0x1F, 0xFF, 0xE8, 0x00}, {0x55}});
-    EXPECT_EQ(findDtsSync(viewOf(bytes), 0), 0u);
-    EXPECT_EQ(findDtsSync(viewOf(bytes), 1), 4u);
-    EXPECT_EQ(findDtsSync(viewOf(bytes), 4), 4u);
+    EXPECT_EQ(findDtsSync(viewOf(bytes), 0), 0U);
+    EXPECT_EQ(findDtsSync(viewOf(bytes), 1), 4U);
+    EXPECT_EQ(findDtsSync(viewOf(bytes), 4), 4U);
     EXPECT_EQ(findDtsSync(viewOf(bytes), 5), std::nullopt);
     EXPECT_EQ(findDtsSync(viewOf(bytes), 500), std::nullopt);
     EXPECT_EQ(findDtsSync(viewOf(head(bytes, 8)), 1), std::nullopt);

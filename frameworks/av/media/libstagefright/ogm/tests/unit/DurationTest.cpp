@@ -220,7 +220,7 @@ TEST_P(UnknownLogicTypeTest, IsLoggedAsAnError) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Types, UnknownLogicTypeTest,
-                         ::testing::Values(0u, 10u, 15u, 27u, 30u, 0xFFFFFFFFu));
+                         ::testing::Values(0U, 10U, 15U, 27U, 30U, 0xFFFFFFFFU));
 
 }  // namespace
 }  // namespace android::ogm::test

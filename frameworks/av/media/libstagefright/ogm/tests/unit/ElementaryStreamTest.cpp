@@ -55,8 +55,8 @@ TEST_F(ElementaryStreamTest, PiecesAreJoinedAndTheirRangesKept) {
     append({}, 2000);
     append({3}, 3000);
     EXPECT_EQ(bytes(), (Bytes{1, 2, 3}));
-    EXPECT_EQ(mStream.size(), 3u);
-    EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 2u), Pair(2000, 0u), Pair(3000, 1u)));
+    EXPECT_EQ(mStream.size(), 3U);
+    EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 2U), Pair(2000, 0U), Pair(3000, 1U)));
 }
 
 TEST_F(ElementaryStreamTest, AFrameIsTakenWithTheBytesInFrontOfItAndItsRangesStay) {
@@ -64,7 +64,7 @@ TEST_F(ElementaryStreamTest, AFrameIsTakenWithTheBytesInFrontOfItAndItsRangesSta
     append({4}, 2000);
     EXPECT_EQ(take(1, 2), (Bytes{1, 2}));
     EXPECT_EQ(bytes(), (Bytes{3, 4}));
-    EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 4u), Pair(2000, 1u)));
+    EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 4U), Pair(2000, 1U)));
 }
 
 TEST_F(ElementaryStreamTest, AFrameKeepsItsBytesWhateverFollows) {
@@ -88,7 +88,7 @@ TEST_F(ElementaryStreamTest, DroppedBytesLeaveTheirRanges) {
     EXPECT_EQ(bytes(), Bytes{3});
     mStream.discardBytes();
     EXPECT_TRUE(mStream.empty());
-    EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 3u)));
+    EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 3U)));
 }
 
 TEST_F(ElementaryStreamTest, AStreamThatIsClearedHasNeitherBytesNorRanges) {
@@ -106,12 +106,12 @@ TEST_F(ElementaryStreamTest, WhatWasSearchedIsForgottenWhenBytesGoAndNotWhenThey
         step();
         return mStream.searched();
     };
-    EXPECT_EQ(searchedAfter([this] { append({5}, 2000); }), 3u);
-    EXPECT_EQ(searchedAfter([this] { mStream.fetchTimestamp(1); }), 3u);
-    EXPECT_EQ(searchedAfter([this] { mStream.dropBytes(1); }), 0u);
-    EXPECT_EQ(searchedAfter([this] { take(0, 1); }), 0u);
-    EXPECT_EQ(searchedAfter([this] { mStream.discardBytes(); }), 0u);
-    EXPECT_EQ(searchedAfter([this] { mStream.clear(); }), 0u);
+    EXPECT_EQ(searchedAfter([this] { append({5}, 2000); }), 3U);
+    EXPECT_EQ(searchedAfter([this] { mStream.fetchTimestamp(1); }), 3U);
+    EXPECT_EQ(searchedAfter([this] { mStream.dropBytes(1); }), 0U);
+    EXPECT_EQ(searchedAfter([this] { take(0, 1); }), 0U);
+    EXPECT_EQ(searchedAfter([this] { mStream.discardBytes(); }), 0U);
+    EXPECT_EQ(searchedAfter([this] { mStream.clear(); }), 0U);
 }
 
 /** Which time is given for bytes that came with times. */
@@ -135,7 +135,7 @@ TEST_F(FetchTimestampTest, NoBytesHaveTheTimeMinusOneAndTouchNothing) {
     EXPECT_EQ(fetch(0), -1);
     add({{1000, 10}});
     EXPECT_EQ(fetch(0), -1);
-    EXPECT_THAT(ranges(), ElementsAre(Pair(1000, 10u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(1000, 10U)));
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
@@ -143,26 +143,26 @@ TEST_F(FetchTimestampTest, AFrameWithinARangeShortensIt) {
     add({{1000, 10}, {2000, 10}});
     EXPECT_EQ(fetch(4), 1000);
     EXPECT_EQ(fetch(5), 1000);
-    EXPECT_THAT(ranges(), ElementsAre(Pair(1000, 1u), Pair(2000, 10u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(1000, 1U), Pair(2000, 10U)));
 }
 
 TEST_F(FetchTimestampTest, AFrameExactlyAsLongAsTheFirstRangeErasesIt) {
     add({{1000, 10}, {2000, 10}});
     EXPECT_EQ(fetch(10), 1000);
-    EXPECT_THAT(ranges(), ElementsAre(Pair(2000, 10u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(2000, 10U)));
     EXPECT_EQ(fetch(1), 2000);
 }
 
 TEST_F(FetchTimestampTest, AFrameOverThreeRangesHasTheTimeOfTheFirstAndShortensTheThird) {
     add({{1000, 10}, {2000, 20}, {3000, 30}});
     EXPECT_EQ(fetch(35), 1000);
-    EXPECT_THAT(ranges(), ElementsAre(Pair(3000, 25u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(3000, 25U)));
 }
 
 TEST_F(FetchTimestampTest, AFrameThatEndsWithItsLastRangeErasesThatToo) {
     add({{1000, 10}, {2000, 20}, {3000, 30}});
     EXPECT_EQ(fetch(30), 1000);
-    EXPECT_THAT(ranges(), ElementsAre(Pair(3000, 30u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(3000, 30U)));
     EXPECT_EQ(fetch(30), 3000);
     EXPECT_THAT(ranges(), IsEmpty());
 }
@@ -178,7 +178,7 @@ TEST_F(FetchTimestampTest, AnUnknownTimeIsReplacedByThatOfTheNextRange) {
     add({{kUnknownTime, 10}, {5000, 10}});
     EXPECT_EQ(fetch(15), 5000);
     EXPECT_THAT(mEvents.lines(), ElementsAre(change(kUnknownTime, 5000)));
-    EXPECT_THAT(ranges(), ElementsAre(Pair(5000, 5u)));
+    EXPECT_THAT(ranges(), ElementsAre(Pair(5000, 5U)));
 }
 
 TEST_F(FetchTimestampTest, AnUnknownTimeIsNotReplacedByZeroButByTheTimeAfterIt) {

@@ -55,7 +55,7 @@ TEST(EsdsTest, SizesOfMoreThanSevenBitsUseBothBytes) {
 TEST(EsdsTest, TheLongestConfigurationUsesAllFourteenBits) {
     const Bytes configuration = pattern(16361, 1);
     const Bytes esds = esdsOf(configuration);
-    EXPECT_EQ(esds.size(), 16386u);
+    EXPECT_EQ(esds.size(), 16386U);
     EXPECT_EQ(head(esds, 10), (Bytes{0x03, 0xFF, 0x7F, 0x00, 0x00, 0x00, 0x04, 0xFF, 0x79, 0x40}));
     EXPECT_EQ(tail(esds, 22), joined({{0x05, 0xFF, 0x69}, configuration}));
 }

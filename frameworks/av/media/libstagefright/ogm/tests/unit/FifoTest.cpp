@@ -16,7 +16,7 @@ namespace {
 TEST(FifoTest, ANewOneIsEmpty) {
     const Fifo<int> fifo;
     EXPECT_TRUE(fifo.empty());
-    EXPECT_EQ(fifo.size(), 0u);
+    EXPECT_EQ(fifo.size(), 0U);
 }
 
 TEST(FifoTest, HoldsWhatADequeHoldsWhateverIsPushedAndPopped) {

@@ -8,12 +8,6 @@ namespace {
 
 constexpr uint32_t kLayer3At128 = 0xFFFB9064;  // MPEG-1, 128 kbit/s, 44100 Hz: 417 bytes
 
-Bytes bigEndian(uint32_t word) {
-    Bytes bytes;
-    appendBigEndian(bytes, word, 4);
-    return bytes;
-}
-
 /** How a search for a confirmed header ends, and what it says meanwhile. */
 class FindMP3HeaderTest : public LogTest {
   protected:
@@ -171,7 +165,7 @@ TEST_F(FindMP3HeaderTest, AHeaderOneTwoOrFourBytesAfterTheExpectedPositionIsNoCo
         const Bytes bytes = joined({frame(0), filled(gap, 1), frame(1)});
         // The second frame becomes the candidate, and there is nothing behind it.
         EXPECT_EQ(search(bytes), notFound(417 + gap)) << gap;
-        EXPECT_EQ(mEvents.count(overflow()), 1u) << gap;
+        EXPECT_EQ(mEvents.count(overflow()), 1U) << gap;
     }
 }
 
@@ -215,12 +209,12 @@ TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateIsGivenUpForTheNextPosition) {
 TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateStaysInHandAndItsFrameMovesOn) {
     // No other header: its size is tried from each later position, to the end of the bytes.
     EXPECT_EQ(search(joined({frame(), filled(13, 0x11)})), notFound(13));
-    EXPECT_EQ(mEvents.count(header1("FF FB 90 64")), 1u);
-    EXPECT_EQ(mEvents.count(header2("11 11 11 11")), 10u);
-    EXPECT_EQ(mEvents.linesBeginning("mp3 header2").size(), 13u);
-    EXPECT_EQ(mEvents.linesBeginning("mp3 frame size=417").size(), 14u);
+    EXPECT_EQ(mEvents.count(header1("FF FB 90 64")), 1U);
+    EXPECT_EQ(mEvents.count(header2("11 11 11 11")), 10U);
+    EXPECT_EQ(mEvents.linesBeginning("mp3 header2").size(), 13U);
+    EXPECT_EQ(mEvents.linesBeginning("mp3 frame size=417").size(), 14U);
     EXPECT_TRUE(mEvents.holds(sizes(417, 13, 430)));
-    EXPECT_EQ(mEvents.count(overflow()), 1u);
+    EXPECT_EQ(mEvents.count(overflow()), 1U);
 }
 
 TEST_F(FindMP3HeaderTest, ACandidateInHandIsConfirmedAFrameBehindAPositionWithoutHeader) {

@@ -34,13 +34,13 @@ TEST_F(FrameTypeTest, AnMpeg4PacketOfFourBytesIsNotSearched) {
 
 TEST_F(FrameTypeTest, AnEmptyMpeg4PacketIsUnknown) {
     EXPECT_EQ(mpeg4({}), kUnknownFrame);
-    EXPECT_EQ(mEvents.lines().size(), 1u);
+    EXPECT_EQ(mEvents.lines().size(), 1U);
 }
 
 TEST_F(FrameTypeTest, AnMpeg4PacketWithoutPictureIsLoggedWithItsFirstEightBytes) {
-    EXPECT_EQ(mpeg4({0x00, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0xAB, 0xCD}), kUnknownFrame);
+    EXPECT_EQ(mpeg4({0x09, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0xAB, 0xCD}), kUnknownFrame);
     EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("can't find MPEG4 frame type from packet data:"
-                                                     " 0 11 22 33 44 55 66 AB ")}));
+                                                     " 9 11 22 33 44 55 66 AB ")}));
 }
 
 TEST_F(FrameTypeTest, AnMpeg4StartCodeIsFoundWithAByteAfterIt) {
@@ -72,7 +72,7 @@ TEST_F(FrameTypeTest, MpegTypesAreThoseOfThePictureCodingType) {
     EXPECT_EQ(mpeg(mpeg2Picture(1)), kIntraFrame);
     EXPECT_EQ(mpeg(mpeg2Picture(2)), kPredictedFrame);
     EXPECT_EQ(mpeg(mpeg2Picture(3)), kBidirectionalFrame);
-    for (const uint32_t type : {0u, 4u, 5u, 6u, 7u}) {
+    for (const uint32_t type : {0U, 4U, 5U, 6U, 7U}) {
         EXPECT_EQ(mpeg(mpeg2Picture(type)), kUnknownFrame) << type;
     }
 }

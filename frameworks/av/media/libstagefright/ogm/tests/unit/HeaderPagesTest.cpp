@@ -53,23 +53,23 @@ TEST_F(HeaderPagesTest, AllStreamsThatAreAnnouncedAreListed) {
     file.addHeader(3, textHeader());
     file.addHeader(4, AudioHeader());
     parse(file);
-    ASSERT_EQ(mStreams.size(), 2u);
-    EXPECT_EQ(mStreams[0].mSerialNo, 1u);
-    EXPECT_EQ(mStreams[1].mSerialNo, 4u);
+    ASSERT_EQ(mStreams.size(), 2U);
+    EXPECT_EQ(mStreams[0].mSerialNo, 1U);
+    EXPECT_EQ(mStreams[1].mSerialNo, 4U);
 }
 
 TEST_F(HeaderPagesTest, ThoseAmongTheFirst121PagesAreFoundAfterDataPagesToo) {
     OgmFile file = fileOfPages(120);
     file.addHeader(2, AudioHeader());
     parse(file);
-    EXPECT_EQ(mStreams.size(), 2u);
+    EXPECT_EQ(mStreams.size(), 2U);
 }
 
 TEST_F(HeaderPagesTest, ThoseAfterTheFirst121PagesAreNotFound) {
     OgmFile file = fileOfPages(121);
     file.addHeader(2, AudioHeader());
     parse(file);
-    EXPECT_EQ(mStreams.size(), 1u);
+    EXPECT_EQ(mStreams.size(), 1U);
     EXPECT_THAT(mEvents.linesBeginning("Cannot find a page start"), IsEmpty());
 }
 
@@ -89,7 +89,7 @@ TEST_F(HeaderPagesTest, WithJunkInFrontOfItItIsWhereTheJunkBegins) {
     EXPECT_THAT(firstDataPageLines(), ElementsAre(infoLine("mFirstDataPageOffset = 81")));
     // Each of the two searches says so.
     EXPECT_EQ(mEvents.count(infoLine("*** Skip 9 bytes of junk from 81 to reach page start ***\n")),
-              2u);
+              2U);
 }
 
 TEST_F(HeaderPagesTest, ItMayLieAtOffsetZeroAndIsThatToo) {
@@ -111,7 +111,7 @@ TEST_F(HeaderPagesTest, ThePacketOfAPageAfterJunkIsReadWithoutTheSkip) {
     file.addHeader(1, VideoHeader());
     parse(file);
     EXPECT_THAT(mEvents.reads(), ::testing::Contains(ReadCall{28, 53, 53}));
-    EXPECT_EQ(mStreams.size(), 0u);
+    EXPECT_EQ(mStreams.size(), 0U);
 }
 
 TEST_F(HeaderPagesTest, APacketThatIsCutOffEndsThem) {
@@ -121,7 +121,7 @@ TEST_F(HeaderPagesTest, APacketThatIsCutOffEndsThem) {
     auto source = std::make_unique<MemorySource>(file.bytes(), &mEvents);
     source->setFault(faultAtOffset(second + 28, 52));
     parseHeaderPages(openPages(std::move(source)), &mStreams);
-    EXPECT_EQ(mStreams.size(), 1u);
+    EXPECT_EQ(mStreams.size(), 1U);
     EXPECT_EQ(mEvents.lines().back(), errorLine("Cannot read page data, size 53\n"));
 }
 
@@ -131,7 +131,7 @@ TEST_F(HeaderPagesTest, APageHeaderThatCannotBeReadEndsThemAndIsNamedByItsOwnOff
     file.add(OggPage(2).version(1));
     file.addHeader(3, AudioHeader());
     parse(file);
-    EXPECT_EQ(mStreams.size(), 1u);
+    EXPECT_EQ(mStreams.size(), 1U);
     EXPECT_EQ(mEvents.lines().back(), infoLine("Cannot read a page header, at 83\n"));
 }
 

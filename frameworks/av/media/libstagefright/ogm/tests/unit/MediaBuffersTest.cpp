@@ -20,8 +20,8 @@ TEST_F(MediaBuffersTest, ABufferHasAtLeastTheSizeAskedFor) {
     MediaBufferHelper* const large = acquireBuffer(&mHelper, 1000);
     ASSERT_NE(small, nullptr);
     ASSERT_NE(large, nullptr);
-    EXPECT_EQ(small->size(), 256u);
-    EXPECT_GE(large->size(), 1000u);
+    EXPECT_EQ(small->size(), 256U);
+    EXPECT_GE(large->size(), 1000U);
     small->release();
     large->release();
 }

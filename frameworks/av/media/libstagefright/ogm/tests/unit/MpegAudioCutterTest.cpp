@@ -60,7 +60,7 @@ class MpegAudioCutterTest : public CutterTest {
 TEST_F(MpegAudioCutterTest, ThreeBytesOrFewerAreNotLookedAt) {
     EXPECT_THAT(feed(head(frame(0), 3), 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), IsEmpty());
-    EXPECT_EQ(mCutter->buffered().size(), 3u);
+    EXPECT_EQ(mCutter->buffered().size(), 3U);
 }
 
 TEST_F(MpegAudioCutterTest, FourBytesAreTooFewForTheSearchAndAreKept) {
@@ -147,7 +147,7 @@ TEST_F(MpegAudioCutterTest, RangesLeftBehindMakeLaterTimesLag) {
     EXPECT_THAT(feed(frame(3), 7000), ElementsAre(AccessUnit{frame(3), 6000}));
     EXPECT_THAT(feed(frame(4), 8000), ElementsAre(AccessUnit{frame(4), 7000}));
     // Three hundred bytes behind for good.
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(8000, 300u)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(8000, 300U)));
     mCutter->clear();
     EXPECT_THAT(feed(frame(5), 9000), ElementsAre(AccessUnit{frame(5), 9000}));
 }
@@ -161,7 +161,7 @@ TEST_F(MpegAudioCutterTest, AHeaderThatAgreesButDoesNotDecodeThrowsTheBufferAway
         EXPECT_THAT(mCutter->cut(), IsEmpty());
         EXPECT_THAT(mEvents.lines(), ElementsAre(errorLine(kSkipBuffer)));
         EXPECT_THAT(mCutter->buffered(), IsEmpty());
-        EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(5000, 54u + kFrameSize)));
+        EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(5000, 54U + kFrameSize)));
     }
 }
 
@@ -169,7 +169,7 @@ TEST_F(MpegAudioCutterTest, ThreeBytesLeftWithALockAreKeptAndFourWithoutAHeaderA
     lock();
     mCutter->place({0x55, 0xFF, 0xFB}, 5000);
     EXPECT_THAT(mCutter->cut(), IsEmpty());
-    EXPECT_EQ(mCutter->buffered().size(), 3u);
+    EXPECT_EQ(mCutter->buffered().size(), 3U);
     EXPECT_THAT(mEvents.lines(), IsEmpty());
     EXPECT_TRUE(mCutter->append({0x90}, 6000));
     EXPECT_THAT(mCutter->cut(), IsEmpty());
@@ -244,7 +244,7 @@ TEST_F(MpegAudioCutterTest, UpTo131072BytesWithoutAConfirmedHeaderAreKept) {
                 Contains(errorLine("findMP3Header fail size>131072, skip this buffer")));
     EXPECT_THAT(mEvents.lines(), Not(Contains(notLocked(kSearchLimit + 1))));
     EXPECT_THAT(mCutter->buffered(), IsEmpty());
-    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, kSearchLimit), Pair(2000, 1u)));
+    EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, kSearchLimit), Pair(2000, 1U)));
 }
 
 TEST_F(MpegAudioCutterTest, ANegativeTimeEndsTheProcess) {
@@ -346,7 +346,7 @@ TEST_F(MpegAudioPiecesTest, TheFirstFrameIsGivenUpOnlyWhenTheSecondIsWholeAtTheL
         auto cutter = cutterOf(OGA_AUDIO_MP3);
         const bool secondIsWhole = atTheLock == 2 * kFrameSize;
         auto units = cutter->feed(head(stream, atTheLock), 1000);
-        EXPECT_EQ(units.size(), secondIsWhole ? 1u : 0u) << atTheLock;
+        EXPECT_EQ(units.size(), secondIsWhole ? 1U : 0U) << atTheLock;
         EXPECT_THAT(mEvents.lines(), Contains(infoLine("mMP3Header:fffb9040")));
         const auto rest = cutter->feed(tail(stream, atTheLock), 2000);
         units.insert(units.end(), rest.begin(), rest.end());
@@ -395,8 +395,8 @@ TEST(MpegAudioSyncSearchTest, FindsTheFirstPlausibleHeader) {
     const auto find = [](const Bytes& bytes) { return findMpegAudioSync(viewOf(bytes)); };
     EXPECT_EQ(find({}), std::nullopt);
     EXPECT_EQ(find({0xFF, 0xFB}), std::nullopt);
-    EXPECT_EQ(find({0xFF, 0xFB, 0x90}), 0u);
-    EXPECT_EQ(find({0x01, 0xFF, 0xFF, 0xFB, 0x90}), 2u);
+    EXPECT_EQ(find({0xFF, 0xFB, 0x90}), 0U);
+    EXPECT_EQ(find({0x01, 0xFF, 0xFF, 0xFB, 0x90}), 2U);
     EXPECT_EQ(find(pattern(100, 1)), std::nullopt);
 }
 

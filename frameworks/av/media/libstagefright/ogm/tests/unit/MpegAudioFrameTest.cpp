@@ -51,7 +51,7 @@ TEST_F(MpegAudioFrameTest, AFailedLockOfUpTo131072BytesIsAWarningAndOfMoreAnErro
 TEST_F(MpegAudioFrameTest, AWholeFrameIsMeasured) {
     const auto found = findFrame(joined({{1, 2, 3}, frame(), {0xFF}}));
     EXPECT_EQ(found.result, Result::kWhole);
-    EXPECT_EQ(found.offset, 3u);
+    EXPECT_EQ(found.offset, 3U);
     EXPECT_EQ(found.header, kReference);
     EXPECT_EQ(found.size, kFrameSize);
 }
@@ -79,7 +79,7 @@ TEST_F(MpegAudioFrameTest, AHeaderThatAgreesButDoesNotDecodeIsBad) {
     for (const uint8_t bitrate : {0x00, 0xF0}) {
         const auto found = findFrame(joined({{0xFF, 0xFB, bitrate, 0x40}, pattern(500, 1)}));
         EXPECT_EQ(found.result, Result::kBadHeader);
-        EXPECT_EQ(found.size, 0u);
+        EXPECT_EQ(found.size, 0U);
     }
 }
 

@@ -31,12 +31,6 @@ struct Fields {
     }
 };
 
-Bytes bigEndian(uint32_t word) {
-    Bytes bytes;
-    appendBigEndian(bytes, word, 4);
-    return bytes;
-}
-
 bool plausible(const Bytes& bytes) {
     return IsPlausibleMPEGAudioSync(viewOf(bytes));
 }
@@ -147,7 +141,7 @@ Decoded expectedOf(const Fields& fields) {
 
 TEST(MpegAudioFrameSizeTest, EveryVersionLayerBitrateAndRateHasTheSizeOfItsTables) {
     size_t accepted = 0;
-    for (uint32_t i = 0; i < 1u << 15; ++i) {
+    for (uint32_t i = 0; i < 1U << 15; ++i) {
         Fields fields;
         fields.version = i & 3;
         fields.layer = i >> 2 & 3;
@@ -161,7 +155,7 @@ TEST(MpegAudioFrameSizeTest, EveryVersionLayerBitrateAndRateHasTheSizeOfItsTable
         accepted += expectedOf(fields).accepted ? 1 : 0;
     }
     // 3 versions, 3 layers, 14 bit rates, 3 rates, and 5 bits that refuse nothing.
-    EXPECT_EQ(accepted, 3u * 3u * 14u * 3u * 32u);
+    EXPECT_EQ(accepted, 3U * 3U * 14U * 3U * 32U);
 }
 
 TEST(MpegAudioFrameSizeTest, KnownHeadersHaveTheirKnownSizes) {
@@ -180,7 +174,7 @@ TEST(MpegAudioFrameSizeTest, KnownHeadersHaveTheirKnownSizes) {
 
 TEST(MpegAudioFrameSizeTest, EverySyncBitMustBeSet) {
     for (uint32_t bit = 0; bit < 11; ++bit) {
-        EXPECT_EQ(decode(kLayer3At128 & ~(1u << (21 + bit))), kRefused) << bit;
+        EXPECT_EQ(decode(kLayer3At128 & ~(1U << (21 + bit))), kRefused) << bit;
     }
 }
 
@@ -195,9 +189,9 @@ TEST(MpegAudioFrameSizeTest, TheLastSixBitsChangeNothing) {
 TEST(MpegAudioFrameSizeTest, AllOutputsButTheSizeMayBeAbsent) {
     uint64_t size = 0;
     EXPECT_TRUE(GetMPEGAudioFrameSize(kLayer3At128, &size, nullptr, nullptr, nullptr, nullptr));
-    EXPECT_EQ(size, 417u);
+    EXPECT_EQ(size, 417U);
     EXPECT_FALSE(GetMPEGAudioFrameSize(0, &size, nullptr, nullptr, nullptr, nullptr));
-    EXPECT_EQ(size, 0u);
+    EXPECT_EQ(size, 0U);
 }
 
 int32_t scan(const Bytes& bytes, uint32_t reference = kLayer3At128) {
@@ -238,7 +232,7 @@ TEST(MpegAudioHeaderScanTest, ExactlyTheBitsOfSyncVersionLayerAndRateMustAgree) 
     constexpr uint32_t kMask = 0xFFFE0C00;
     for (uint32_t bit = 0; bit < 32; ++bit) {
         const bool counts = (kMask >> bit & 1) != 0;
-        EXPECT_EQ(scan(bigEndian(kLayer3At128 ^ 1u << bit)), counts ? -1 : 0) << bit;
+        EXPECT_EQ(scan(bigEndian(kLayer3At128 ^ 1U << bit)), counts ? -1 : 0) << bit;
     }
 }
 

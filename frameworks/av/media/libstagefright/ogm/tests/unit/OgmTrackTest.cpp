@@ -106,7 +106,26 @@ TEST_F(OgmTrackTest, AudioIsSkippedWhileTheExtractorSeeksAndVideoIsNot) {
 TEST_F(OgmTrackTest, VideoIsQueuedWhileTheExtractorSeeks) {
     startTrack(OGV_VIDEO_H264);
     EXPECT_EQ(append({0, 1}, kNewPacket, kSeeking), AMEDIA_OK);
-    EXPECT_EQ(mEvents.linesBeginning("packet info:").size(), 1u);
+    EXPECT_EQ(mEvents.linesBeginning("packet info:").size(), 1U);
+}
+
+TEST_F(OgmTrackTest, ReframedAudioWithASyncWordIsTaken) {
+    startTrack(OGA_AUDIO_AC3);
+    EXPECT_EQ(append({0, 0, 0, 0x0B, 0x77}, kNewPacket), AMEDIA_OK);
+    EXPECT_EQ(append({1, 2, 3}, !kNewPacket), AMEDIA_OK);
+}
+
+TEST_F(OgmTrackTest, APacketWithoutATimeIsDroppedWhichIsNoFailure) {
+    for (const uint32_t type : {OGV_VIDEO_H264, OGA_AUDIO_PCM, OGA_AUDIO_AC3}) {
+        OgmTrack& track = startTrack(type, 400000, 8000);
+        track.updateGranulePosition(25, 1, true);
+        track.updateGranulePosition(3, 1, true);
+        EXPECT_EQ(append({0, 0, 0, 0x0B, 0x77}, kNewPacket), AMEDIA_OK) << type;
+        EXPECT_EQ(mEvents.linesBeginning("packet info:").size(), 0U) << type;
+        mTable->free(mTable->data);
+        ::free(mTable);
+        mTable = nullptr;
+    }
 }
 
 TEST_F(OgmTrackTest, ReframedAudioReportsAPacketTooShortAndOneWithoutSync) {
@@ -199,7 +218,7 @@ TEST_P(UnnamedVideoTypeTest, LosesItsHeaderByteAndCarriesASyncFlag) {
     buffer->release();
 }
 
-INSTANTIATE_TEST_SUITE_P(Types, UnnamedVideoTypeTest, ::testing::Values(16u, 21u));
+INSTANTIATE_TEST_SUITE_P(Types, UnnamedVideoTypeTest, ::testing::Values(16U, 21U));
 
 class UnknownTypeTest : public OgmTrackTest, public ::testing::WithParamInterface<uint32_t> {};
 
@@ -213,7 +232,7 @@ TEST_P(UnknownTypeTest, HandsNothingOutAndKeepsThePacket) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Types, UnknownTypeTest,
-                         ::testing::Values(0u, 10u, 15u, 17u, 20u, 27u, 30u));
+                         ::testing::Values(0U, 10U, 15U, 17U, 20U, 27U, 30U));
 
 }  // namespace
 }  // namespace android::ogm::test

@@ -140,7 +140,7 @@ class PacketClockTest : public LogTest {
 TEST_F(PacketClockTest, AVideoTimeIsLoggedWithItsPage) {
     enter(mVideo, {25, 26, 27});
     EXPECT_EQ(mVideo.packetTimeUs(4), 1040000);
-    EXPECT_EQ(mVideo.granulePosition(), 26u);
+    EXPECT_EQ(mVideo.granulePosition(), 26U);
     EXPECT_THAT(mEvents.lines(),
                 ElementsAre(infoLine("mTimeUnit, timeUs = 1040000, size = 4,mPreGranulePosition:26,"
                                      "mCurrentPageSamplesOut:0\n")));
@@ -204,10 +204,19 @@ TEST_F(PacketClockTest, CountedPacketsOfAPageAreSpacedByItsAverage) {
     EXPECT_EQ(mAudio.accessUnitTimeUs(5), 0);
     mAudio.countPacket();
     EXPECT_EQ(mAudio.accessUnitTimeUs(5), 192000);
-    EXPECT_EQ(mAudio.granulePosition(), 1u);
+    EXPECT_EQ(mAudio.granulePosition(), 1U);
     mAudio.countPacket();
     EXPECT_EQ(mAudio.accessUnitTimeUs(5), 384000);
-    EXPECT_EQ(mAudio.granulePosition(), 2u);
+    EXPECT_EQ(mAudio.granulePosition(), 2U);
+}
+
+TEST_F(PacketClockTest, TheTimeAtTheCursorFollowsTheCountedPackets) {
+    enter(mVideo, {10, 20});
+    enter(mAudio, {8000, 8010});
+    count(mVideo, 3);
+    count(mAudio, 4);
+    EXPECT_EQ(mVideo.currentTimeUs(), 520000);
+    EXPECT_EQ(mAudio.currentTimeUs(), 1000500);
 }
 
 TEST_F(PacketClockTest, WithoutARateAnAccessUnitHasTheTimeZero) {
@@ -235,9 +244,12 @@ TEST_F(PacketClockTest, AResetForgetsTheGranulesAndTheCountedPackets) {
     count(mAudio, 3);
     mAudio.reset(false);
     EXPECT_FALSE(mAudio.isValid());
-    EXPECT_EQ(mAudio.granulePosition(), 0u);
+    EXPECT_EQ(mAudio.granulePosition(), 0U);
+    // Before the next page there is nothing to count.
+    count(mAudio, 3);
+    EXPECT_EQ(mAudio.granulePosition(), 0U);
     mAudio.reset(true);
-    EXPECT_EQ(mAudio.granulePosition(), 1u);
+    EXPECT_EQ(mAudio.granulePosition(), 1U);
 }
 
 /** Only re-framed audio is counted, whose times are computed otherwise: no file leads here. */

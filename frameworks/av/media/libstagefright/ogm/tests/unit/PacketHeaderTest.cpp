@@ -9,16 +9,16 @@ namespace android::ogm::test {
 namespace {
 
 TEST(PacketHeaderTest, TheUsualAudioHeadersHaveThreeBytes) {
-    EXPECT_EQ(audioPacketHeaderSize(0x00), 3u);
-    EXPECT_EQ(audioPacketHeaderSize(0x80), 3u);
-    EXPECT_EQ(audioPacketHeaderSize(0x88), 3u);
+    EXPECT_EQ(audioPacketHeaderSize(0x00), 3U);
+    EXPECT_EQ(audioPacketHeaderSize(0x80), 3U);
+    EXPECT_EQ(audioPacketHeaderSize(0x88), 3U);
 }
 
 TEST(PacketHeaderTest, BitsOneZeroAndSixAddUpToSevenBytes) {
-    EXPECT_EQ(audioPacketHeaderSize(0x40), 4u);
-    EXPECT_EQ(audioPacketHeaderSize(0x01), 5u);
-    EXPECT_EQ(audioPacketHeaderSize(0x02), 7u);
-    EXPECT_EQ(audioPacketHeaderSize(0x43), 10u);
+    EXPECT_EQ(audioPacketHeaderSize(0x40), 4U);
+    EXPECT_EQ(audioPacketHeaderSize(0x01), 5U);
+    EXPECT_EQ(audioPacketHeaderSize(0x02), 7U);
+    EXPECT_EQ(audioPacketHeaderSize(0x43), 10U);
 }
 
 TEST(PacketHeaderTest, NoOtherBitCounts) {
@@ -31,18 +31,18 @@ TEST(PacketHeaderTest, NoOtherBitCounts) {
 using FrameHeaderTest = LogTest;
 
 TEST_F(FrameHeaderTest, VideoHasOneByteWhateverItHolds) {
-    for (const uint32_t type : {16u, 18u, 19u, 21u, 22u, 23u, 24u, 25u, 26u}) {
-        EXPECT_EQ(frameHeaderSize(type, viewOf({0xFF, 1, 2})), 1u) << type;
-        EXPECT_EQ(frameHeaderSize(type, {}), 1u) << type;
+    for (const uint32_t type : {16U, 18U, 19U, 21U, 22U, 23U, 24U, 25U, 26U}) {
+        EXPECT_EQ(frameHeaderSize(type, viewOf({0xFF, 1, 2})), 1U) << type;
+        EXPECT_EQ(frameHeaderSize(type, {}), 1U) << type;
     }
     EXPECT_TRUE(mEvents.lines().empty());
 }
 
 TEST_F(FrameHeaderTest, AudioHasTheSizeThatItsFirstByteSays) {
-    for (const uint32_t type : {2u, 3u, 4u, 5u, 6u, 9u}) {
-        EXPECT_EQ(frameHeaderSize(type, viewOf({0x88, 1, 2, 3})), 3u) << type;
+    for (const uint32_t type : {2U, 3U, 4U, 5U, 6U, 9U}) {
+        EXPECT_EQ(frameHeaderSize(type, viewOf({0x88, 1, 2, 3})), 3U) << type;
         // Also where the packet is shorter.
-        EXPECT_EQ(frameHeaderSize(type, viewOf({0xC3, 1, 2, 3})), 10u) << type;
+        EXPECT_EQ(frameHeaderSize(type, viewOf({0xC3, 1, 2, 3})), 10U) << type;
     }
     EXPECT_TRUE(mEvents.lines().empty());
 }
@@ -57,16 +57,16 @@ TEST_F(FrameHeaderTest, AnAudioPacketOfThreeBytesOrFewerHoldsNoFrame) {
 }
 
 TEST_F(FrameHeaderTest, AnAccessUnitHasNoneAndIsLogged) {
-    for (const uint32_t type : {1u, 7u, 8u}) {
+    for (const uint32_t type : {1U, 7U, 8U}) {
         mEvents.clear();
-        EXPECT_EQ(frameHeaderSize(type, {}), 0u);
+        EXPECT_EQ(frameHeaderSize(type, {}), 0U);
         EXPECT_EQ(mEvents.lines(),
                   (std::vector{infoLine(formatted("DequeueFrame type:%u", type))}));
     }
 }
 
 TEST_F(FrameHeaderTest, APacketOfAnUnknownTypeHoldsNoFrame) {
-    for (const uint32_t type : {0u, 10u, 15u, 17u, 20u, 27u, 30u}) {
+    for (const uint32_t type : {0U, 10U, 15U, 17U, 20U, 27U, 30U}) {
         mEvents.clear();
         EXPECT_EQ(frameHeaderSize(type, viewOf({0x08, 1, 2, 3})), std::nullopt);
         EXPECT_EQ(mEvents.lines(),

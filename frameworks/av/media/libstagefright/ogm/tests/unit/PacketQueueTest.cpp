@@ -54,10 +54,10 @@ TEST_F(PacketQueueTest, APacketGetsItsBytesWhenTheNextOneBegins) {
     append({1, 2});
     append({});
     append({3});
-    EXPECT_EQ(mPackets.size(), 1u);
+    EXPECT_EQ(mPackets.size(), 1U);
     EXPECT_TRUE(mPackets.front().bytes.empty());
     mPackets.beginPacket(2000, 26);
-    EXPECT_EQ(mPackets.size(), 2u);
+    EXPECT_EQ(mPackets.size(), 2U);
     EXPECT_EQ(bytesOf(mPackets.front().bytes), (Bytes{1, 2, 3}));
     EXPECT_EQ(mPackets.front().serialNo, kSerialNo);
     EXPECT_EQ(mPackets.front().timeUs, 1000);
@@ -120,7 +120,7 @@ TEST_F(PacketQueueTest, ClearingDropsTheOpenPacketTooAndBeginsAnew) {
     add({1});
     add({2});
     mPackets.clear();
-    EXPECT_EQ(mPackets.size(), 0u);
+    EXPECT_EQ(mPackets.size(), 0U);
     mEvents.clear();
     append({9});
     add({3});
@@ -135,7 +135,7 @@ TEST_F(PacketQueueTest, ItsCapacityIsLoggedInStepsOf64KiBAndKept) {
     EXPECT_THAT(growthLines(), ElementsAre(grownTo(k64KiB), grownTo(2 * k64KiB)));
     mPackets.clear();
     add(pattern(2 * k64KiB, 1));
-    EXPECT_EQ(growthLines().size(), 2u);
+    EXPECT_EQ(growthLines().size(), 2U);
 }
 
 TEST_F(PacketQueueTest, AnEmptyFirstPieceMakesABufferWithoutCapacity) {
@@ -163,7 +163,7 @@ TEST_F(PacketQueueTest, APieceThatIsGivenBackTwiceLeavesTheNextOneItsRoom) {
 TEST_F(PacketQueueTest, AccessUnitsAreQueuedWholeAndWithoutALine) {
     PacketQueue audio(kSerialNo, OGA_AUDIO_AC3);
     audio.addAccessUnit(1000, 25, ByteBuffer(viewOf({1, 2})));
-    EXPECT_EQ(audio.size(), 1u);
+    EXPECT_EQ(audio.size(), 1U);
     EXPECT_EQ(bytesOf(audio.front().bytes), (Bytes{1, 2}));
     EXPECT_EQ(audio.front().serialNo, kSerialNo);
     EXPECT_EQ(audio.front().timeUs, 1000);

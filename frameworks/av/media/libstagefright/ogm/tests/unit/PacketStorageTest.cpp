@@ -7,6 +7,7 @@
 #include <deque>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "Random.h"
 #include "Views.h"
@@ -106,6 +107,27 @@ TEST(PacketStorageTest, TheNextPacketTakesThePlaceOfOneThatIsGivenBack) {
     EXPECT_EQ(bytesOf(queued), pattern(100, 1));
 }
 
+TEST(PacketStorageTest, APacketThatIsGivenBackUntouchedLeavesItsPlaceToo) {
+    PacketStorage storage;
+    const ByteBuffer queued = storage.take(100, 0);
+    ByteBuffer packet = storage.take(200, 1);
+    const uint8_t* const place = packet.data();
+    storage.giveBack(std::move(packet));
+    EXPECT_EQ(storage.take(300, 1).data(), place);
+}
+
+TEST(PacketStorageTest, PacketsBeginAtMultiplesOf16BytesWithNothingElseBetweenThem) {
+    PacketStorage storage;
+    std::deque<ByteBuffer> queue;
+    const uint8_t* place = storage.take(0, 0).data();
+    for (size_t size = 0; size < 50; ++size) {
+        queue.push_back(storage.take(size, queue.size()));
+        EXPECT_EQ(queue.back().data(), place) << size;
+        EXPECT_EQ(reinterpret_cast<uintptr_t>(place) % 16, 0U) << size;
+        place += (size + 15) / 16 * 16;
+    }
+}
+
 TEST(PacketStorageTest, GivingBackWhatLiesElsewhereChangesNothing) {
     PacketStorage storage;
     const ByteBuffer first = filledPacket(storage, 100, 1, 0);
@@ -127,6 +149,52 @@ TEST(PacketStorageTest, APacketOfMoreThanALargePageKeepsItsBytes) {
     }
     const ByteBuffer large = filledPacket(storage, kLargerThanALargePage, 1, queue.size());
     EXPECT_EQ(bytesOf(large), pattern(kLargerThanALargePage, 1));
+}
+
+/** Packets of half a small block, all of which stay queued. */
+class StorageBlocksTest : public ::testing::Test {
+  protected:
+    /** Takes packets; returns how many lie one after the other, and how many after the next gap. */
+    std::vector<size_t> packetsInARow(size_t count, size_t queued) {
+        constexpr size_t kHalfABlock = 16384;
+        std::vector<size_t> rows;
+        for (size_t i = 0; i < count; ++i) {
+            ByteBuffer packet = mStorage.take(kHalfABlock, queued);
+            if (i == 0 || packet.data() != mQueue.back().data() + kHalfABlock) {
+                rows.push_back(0);
+            }
+            ++rows.back();
+            mQueue.push_back(std::move(packet));
+        }
+        return rows;
+    }
+
+    /** 64 blocks of two packets, and two large pages. */
+    static std::vector<size_t> largePagesAfter64Blocks() {
+        std::vector<size_t> rows(64, 2);
+        rows.insert(rows.end(), 2, 127);
+        return rows;
+    }
+
+    PacketStorage mStorage;
+    std::deque<ByteBuffer> mQueue;
+};
+
+constexpr size_t kPacketsTwoLargePagesOn = 64 * 2 + 2 * 127;
+
+TEST_F(StorageBlocksTest, AQueueOf256PacketsGoesOnInLargePagesAfter64Blocks) {
+    EXPECT_EQ(packetsInARow(kPacketsTwoLargePagesOn, 256), largePagesAfter64Blocks());
+}
+
+TEST_F(StorageBlocksTest, AQueueOf255PacketsStaysInSmallBlocks) {
+    EXPECT_EQ(packetsInARow(kPacketsTwoLargePagesOn, 255),
+              std::vector<size_t>(kPacketsTwoLargePagesOn / 2, 2));
+}
+
+TEST_F(StorageBlocksTest, BlocksOfALongQueueAreCountedAnewOnceItWasShort) {
+    EXPECT_EQ(packetsInARow(126, 256), std::vector<size_t>(63, 2));
+    EXPECT_EQ(packetsInARow(2, 255), std::vector<size_t>(1, 2));
+    EXPECT_EQ(packetsInARow(kPacketsTwoLargePagesOn, 256), largePagesAfter64Blocks());
 }
 
 TEST(PacketStorageTest, APacketOfNoBytesHasAnAddressToReadTo) {

@@ -48,7 +48,7 @@ TEST_F(PageCursorTest, GoingToAPlaceReadsThePageThatItFinds) {
     file.addData(1, 1, {0});
     EXPECT_EQ(mCursor.goToPage(openPages(file), kHeaderPages, 0), AMEDIA_OK);
     EXPECT_EQ(mCursor.pageOffset(), int64_t{kHeaderPages + 3});
-    EXPECT_EQ(mCursor.page().mSerialNo, 1u);
+    EXPECT_EQ(mCursor.page().mSerialNo, 1U);
     EXPECT_TRUE(mCursor.isAtPageStart());
     EXPECT_EQ(
             mEvents.events(),
@@ -115,8 +115,8 @@ TEST_F(PieceTest, EachPacketOfAPageIsAPiece) {
 
 TEST_F(PieceTest, APieceThatIsNotUsedComesAgain) {
     goTo(OggPage(1).packet(filled(10, 1)).packet(filled(20, 2)));
-    EXPECT_EQ(mCursor.nextPiece()->size, 10u);
-    EXPECT_EQ(mCursor.nextPiece()->size, 10u);
+    EXPECT_EQ(mCursor.nextPiece()->size, 10U);
+    EXPECT_EQ(mCursor.nextPiece()->size, 10U);
 }
 
 TEST_F(PieceTest, TheFirstOfAContinuedPageIsNoNewPacketAndAllOthersAre) {
@@ -173,7 +173,7 @@ TEST_F(NextPageTest, IsEnteredAtItsStart) {
     goToFirst(twoPages());
     mCursor.skipPage();
     EXPECT_EQ(mCursor.enterNextPage(*mPages), AMEDIA_OK);
-    EXPECT_EQ(mCursor.page().mSerialNo, 2u);
+    EXPECT_EQ(mCursor.page().mSerialNo, 2U);
     EXPECT_EQ(mCursor.pageOffset(), int64_t{kHeaderPages + 29});
     EXPECT_TRUE(mCursor.isAtPageStart());
     EXPECT_EQ(mCursor.nextPiece()->offset, int64_t{kHeaderPages + 29 + 28});
@@ -201,9 +201,9 @@ TEST_F(NextPageTest, AfterAHeaderThatCannotBeReadThePageBeforeIsCutOnceMore) {
     goToFirst(file);
     mCursor.skipPage();
     EXPECT_EQ(mCursor.enterNextPage(*mPages), AMEDIA_OK);
-    EXPECT_EQ(mCursor.page().mSerialNo, 1u);
+    EXPECT_EQ(mCursor.page().mSerialNo, 1U);
     EXPECT_EQ(mCursor.nextPiece()->offset, int64_t{kHeaderPages + 33 + 28});
-    EXPECT_EQ(mCursor.nextPiece()->size, 5u);
+    EXPECT_EQ(mCursor.nextPiece()->size, 5U);
     // The status is added like a size: 114 - 10002.
     EXPECT_EQ(mCursor.enterNextPage(*mPages), AMEDIA_ERROR_END_OF_STREAM);
     EXPECT_EQ(mCursor.pageOffset(), -9888);
@@ -218,9 +218,9 @@ TEST_F(NextPageTest, AfterAShortLacingReadTheRestOfTheTableBeforeIsUsed) {
     mSource->setFault(faultAtOffset(second + 27, 1));
     EXPECT_EQ(mCursor.enterNextPage(*mPages), AMEDIA_OK);
     const std::optional<PacketPiece> piece = mCursor.nextPiece();
-    EXPECT_EQ(piece->size, 7u);
+    EXPECT_EQ(piece->size, 7U);
     mCursor.use(*piece);
-    EXPECT_EQ(mCursor.nextPiece()->size, 5u);
+    EXPECT_EQ(mCursor.nextPiece()->size, 5U);
 }
 
 /** The granule position of the next page of a stream. */
@@ -243,8 +243,8 @@ TEST_F(NextGranuleTest, IsThatOfItsNextPageWithoutAMove) {
     file.add(OggPage(1).granule(30).packet({3}));
     file.add(OggPage(1).granule(40).packet({3}));
     goToFirst(file);
-    EXPECT_EQ(nextGranule(1), 30u);
-    EXPECT_EQ(nextGranule(2), 20u);
+    EXPECT_EQ(nextGranule(1), 30U);
+    EXPECT_EQ(nextGranule(2), 20U);
 }
 
 TEST_F(NextGranuleTest, FailsWithoutALaterPage) {
@@ -272,7 +272,7 @@ TEST_F(NextGranuleTest, IsSearchedTooEarlyAfterJunkByAsManyBytes) {
     file.add(OggPage(2).packet({2}));  // 115 to 144
     file.add(OggPage(1).granule(30).packet({3}));
     goToFirst(file);
-    EXPECT_EQ(nextGranule(1), 30u);
+    EXPECT_EQ(nextGranule(1), 30U);
     EXPECT_EQ(mEvents.linesBeginning("*** Skip"),
               (std::vector{infoLine("*** Skip 5 bytes of junk from 110 to reach page start ***\n"),
                            infoLine("*** Skip 5 bytes of junk from 139 to reach page start "

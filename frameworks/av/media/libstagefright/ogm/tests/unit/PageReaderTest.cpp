@@ -26,14 +26,14 @@ TEST_F(PageReaderTest, APageIsReadFieldByField) {
                                  .packet({1, 2})
                                  .openPacket(filled(255, 2));
     EXPECT_EQ(readPage(page.bytes()), static_cast<int64_t>(page.size()));
-    EXPECT_EQ(mPage.mGranulePosition, 0x1122334455667788u);
-    EXPECT_EQ(mPage.mSerialNo, 0x89ABCDEFu);
-    EXPECT_EQ(mPage.mPageNo, 0xFEDCBA98u);
+    EXPECT_EQ(mPage.mGranulePosition, 0x1122334455667788U);
+    EXPECT_EQ(mPage.mSerialNo, 0x89ABCDEFU);
+    EXPECT_EQ(mPage.mPageNo, 0xFEDCBA98U);
     EXPECT_EQ(mPage.mFlags, 0x05);
     EXPECT_EQ(mPage.mNumSegments, 4);
-    EXPECT_EQ(mPage.mNumPackets, 2u);
+    EXPECT_EQ(mPage.mNumPackets, 2U);
     EXPECT_EQ(Bytes(mPage.mLacing.begin(), mPage.mLacing.begin() + 4), (Bytes{255, 45, 2, 255}));
-    EXPECT_EQ(mEvents.lines().size(), 0u);
+    EXPECT_EQ(mEvents.lines().size(), 0U);
 }
 
 TEST_F(PageReaderTest, APageHas255PacketsAtMost) {
@@ -42,24 +42,24 @@ TEST_F(PageReaderTest, APageHas255PacketsAtMost) {
         page.packet(filled(254, 1));
     }
     EXPECT_EQ(readPage(page.bytes()), 27 + 255 + 255 * 254);
-    EXPECT_EQ(mPage.mNumPackets, 255u);
+    EXPECT_EQ(mPage.mNumPackets, 255U);
 }
 
 TEST_F(PageReaderTest, APageOf255FullLacingValuesHas65307BytesAndNoPackets) {
     EXPECT_EQ(readPage(OggPage(1).openPacket(filled(255 * 255, 1)).bytes()), 65307);
     EXPECT_EQ(mPage.mNumSegments, 255);
-    EXPECT_EQ(mPage.mNumPackets, 0u);
+    EXPECT_EQ(mPage.mNumPackets, 0U);
 }
 
 TEST_F(PageReaderTest, APageWithoutSegmentsHas27BytesAndItsLacingReadAsksForNothing) {
     EXPECT_EQ(readPage(OggPage(1).bytes()), 27);
-    EXPECT_EQ(mPage.mNumPackets, 0u);
+    EXPECT_EQ(mPage.mNumPackets, 0U);
     EXPECT_EQ(mEvents.reads(), (std::vector{ReadCall{0, 27, 27}, ReadCall{27, 0, 0}}));
 }
 
 TEST_F(PageReaderTest, FullSegmentsEndNoPacket) {
     EXPECT_EQ(readPage(OggPage(1).openPacket(filled(765, 1)).bytes()), 27 + 3 + 765);
-    EXPECT_EQ(mPage.mNumPackets, 0u);
+    EXPECT_EQ(mPage.mNumPackets, 0U);
 }
 
 TEST_F(PageReaderTest, TheLargestPageHas65307Bytes) {
@@ -123,7 +123,7 @@ TEST_F(PageReaderTest, ARefusedHeaderLeavesThePageUntouched) {
     mPage.mNumSegments = 3;
     mPage.mLacing[0] = 9;
     readPage(OggPage(1).version(1).packet({1}).bytes());
-    EXPECT_EQ(mPage.mSerialNo, 77u);
+    EXPECT_EQ(mPage.mSerialNo, 77U);
     EXPECT_EQ(mPage.mNumSegments, 3);
     EXPECT_EQ(mPage.mLacing[0], 9);
 }
@@ -136,9 +136,9 @@ TEST_F(PageReaderTest, AShortLacingTableIsAnIoErrorThatFillsTheHeaderFields) {
     EXPECT_EQ(mPages->readPage(0, &mPage), AMEDIA_ERROR_IO);
     EXPECT_EQ(mEvents.lines(),
               (std::vector{infoLine("failed to read segments lace length data\n")}));
-    EXPECT_EQ(mPage.mGranulePosition, 3u);
+    EXPECT_EQ(mPage.mGranulePosition, 3U);
     EXPECT_EQ(mPage.mNumSegments, 3);
-    EXPECT_EQ(mPage.mNumPackets, 5u);
+    EXPECT_EQ(mPage.mNumPackets, 5U);
     EXPECT_EQ(Bytes(mPage.mLacing.begin(), mPage.mLacing.begin() + 4), (Bytes{1, 2, 9, 9}));
 }
 
@@ -173,7 +173,7 @@ TEST_F(PageReaderTest, ALimitedSearchStopsAtItsLimit) {
     int64_t found = -1;
     EXPECT_EQ(openPages(bytes).FindPage(0, &found, 10), AMEDIA_ERROR_UNSUPPORTED);
     EXPECT_EQ(found, 0);
-    EXPECT_EQ(mEvents.reads().size(), 10u);
+    EXPECT_EQ(mEvents.reads().size(), 10U);
     EXPECT_EQ(mEvents.lines(),
               (std::vector{
                       infoLine("Skip 10 bytes of junk from 0 still cannot reach page start\n")}));
@@ -181,11 +181,17 @@ TEST_F(PageReaderTest, ALimitedSearchStopsAtItsLimit) {
     EXPECT_EQ(found, 10);
 }
 
+TEST_F(PageReaderTest, ALimitOfOneByteLooksAtOnePlace) {
+    int64_t found = -1;
+    EXPECT_EQ(openPages(bytesOf("xOggS")).FindPage(0, &found, 1), AMEDIA_ERROR_UNSUPPORTED);
+    EXPECT_EQ(mEvents.reads(), (std::vector{ReadCall{0, 4, 4}}));
+}
+
 TEST_F(PageReaderTest, AnUnlimitedSearchEndsWithTheData) {
     int64_t found = -1;
     EXPECT_EQ(openPages(filled(6, 'x')).FindPage(0, &found, 0), AMEDIA_ERROR_END_OF_STREAM);
     EXPECT_EQ(found, 0);
-    EXPECT_EQ(mEvents.reads().size(), 4u);
+    EXPECT_EQ(mEvents.reads().size(), 4U);
     EXPECT_EQ(mEvents.lines(), (std::vector{errorLine("FindPage: readSize = 3")}));
     EXPECT_EQ(mPages->FindPage(0, &found, -5), AMEDIA_ERROR_END_OF_STREAM);
 }
@@ -200,7 +206,7 @@ TEST_F(PageReaderTest, TheNextPageIsSearchedForAndRead) {
     EXPECT_EQ(step.offset, 3);
     EXPECT_EQ(step.size, 30);
     EXPECT_EQ(step.end(), 33);
-    EXPECT_EQ(mPage.mSerialNo, 7u);
+    EXPECT_EQ(mPage.mSerialNo, 7U);
 }
 
 TEST_F(PageReaderTest, ANextPageThatCannotBeReadIsFoundAllTheSame) {
@@ -219,7 +225,7 @@ TEST_F(PageReaderTest, WithoutANextPageNothingIsRead) {
     const PageStep step = openPages(filled(10, 'x')).nextPage(0, &mPage);
     EXPECT_FALSE(step.isFound);
     EXPECT_FALSE(step.hasHeader());
-    EXPECT_EQ(mPage.mSerialNo, 77u);
+    EXPECT_EQ(mPage.mSerialNo, 77U);
 }
 
 TEST_F(PageReaderTest, ABodyIsReadWholeOrNotAtAll) {

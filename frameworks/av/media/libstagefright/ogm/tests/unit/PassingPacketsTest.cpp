@@ -10,11 +10,11 @@ TEST(PassingPacketsTest, AreTakenAndDroppedInTheSameMemory) {
     PassingPackets passing;
     ByteBuffer piece = passing.makePiece(1000);
     const uint8_t* const place = piece.data();
-    EXPECT_EQ(piece.size(), 1000u);
+    EXPECT_EQ(piece.size(), 1000U);
     passing.appendData(&piece, true, true);
     passing.giveBack(&piece);
     ByteBuffer next = passing.makePiece(10);
-    EXPECT_EQ(next.size(), 10u);
+    EXPECT_EQ(next.size(), 10U);
     EXPECT_EQ(next.data(), place);
 }
 

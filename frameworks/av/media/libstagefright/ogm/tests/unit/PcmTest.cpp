@@ -62,7 +62,7 @@ class ReworkPcmTest : public LogTest {
         std::copy(samples.begin(), samples.end(), static_cast<uint8_t*>(mBuffer->data()));
         mBuffer->set_range(0, samples.size());
         EXPECT_EQ(reworkPcm(bitsPerSample, &mHelper, &mBuffer), AMEDIA_OK);
-        EXPECT_EQ(mBuffer->range_offset(), 0u);
+        EXPECT_EQ(mBuffer->range_offset(), 0U);
         return bytesOf(
                 ByteView(static_cast<const uint8_t*>(mBuffer->data()), mBuffer->range_length()));
     }

@@ -16,7 +16,7 @@ namespace {
 TEST(SharedBytesTest, OneWithoutBytesHasNeitherAddressNorSize) {
     const SharedBytes none;
     EXPECT_EQ(none.data(), nullptr);
-    EXPECT_EQ(none.size(), 0u);
+    EXPECT_EQ(none.size(), 0U);
     EXPECT_FALSE(none.isShared());
     const SharedBytes copy(none);
     EXPECT_FALSE(copy.isShared());
@@ -27,7 +27,7 @@ TEST(SharedBytesTest, BytesAreAlignedForEveryTypeAndHaveAnAddressAlsoIfThereAreN
         const SharedBytes bytes(size);
         EXPECT_EQ(bytes.size(), size);
         ASSERT_NE(bytes.data(), nullptr);
-        EXPECT_EQ(reinterpret_cast<uintptr_t>(bytes.data()) % alignof(std::max_align_t), 0u);
+        EXPECT_EQ(reinterpret_cast<uintptr_t>(bytes.data()) % alignof(std::max_align_t), 0U);
         std::memset(bytes.data(), 1, size);
     }
 }
@@ -63,7 +63,7 @@ TEST(SharedBytesTest, AssigningGivesTheFormerBytesUp) {
     const SharedBytes former(bytes);
     bytes = SharedBytes(50);
     EXPECT_FALSE(former.isShared());
-    EXPECT_EQ(bytes.size(), 50u);
+    EXPECT_EQ(bytes.size(), 50U);
     bytes = former;
     EXPECT_EQ(bytes.data(), former.data());
     EXPECT_TRUE(former.isShared());
@@ -74,7 +74,7 @@ TEST(SharedBytesTest, ALargePageHoldsAlmostTwoMebibytes) {
     const SharedBytes bytes = SharedBytes::inLargePage();
     EXPECT_GT(bytes.size(), kLargePageSize - 100);
     std::memset(bytes.data(), 1, bytes.size());
-    EXPECT_EQ(reinterpret_cast<uintptr_t>(bytes.data() + bytes.size()) % kLargePageSize, 0u);
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(bytes.data() + bytes.size()) % kLargePageSize, 0U);
 }
 
 }  // namespace

@@ -40,10 +40,10 @@ TEST(StreamHeaderTest, TheFieldsOfAVideoHeaderAreReadAtTheirPlaces) {
     header.width = 0x80000000;
     header.height = 0x00010002;
     const StreamHeader fields = parsed(header.bytes());
-    EXPECT_EQ(fields.subtype, 0x61766331u);
+    EXPECT_EQ(fields.subtype, 0x61766331U);
     EXPECT_EQ(fields.headerSize, 0x01020304);
-    EXPECT_EQ(fields.timeUnit, 0x1122334455667788u);
-    EXPECT_EQ(fields.samplesPerUnit, 0x99AABBCCDDEEFF00u);
+    EXPECT_EQ(fields.timeUnit, 0x1122334455667788U);
+    EXPECT_EQ(fields.samplesPerUnit, 0x99AABBCCDDEEFF00U);
     EXPECT_EQ(fields.defaultLength, -0x7FFFFFFF);
     EXPECT_EQ(fields.bufferSize, 0x7FFFFFFF);
     EXPECT_EQ(fields.bitsPerSample, 0xFEDC);
@@ -65,8 +65,8 @@ TEST(StreamHeaderTest, TheFieldsOfAnAudioHeaderAreReadAtTheirPlaces) {
 
 TEST(StreamHeaderTest, EveryFieldOfAnEmptyPacketIsZero) {
     const StreamHeader fields = parsed({});
-    EXPECT_EQ(fields.subtype, 0u);
-    EXPECT_EQ(fields.timeUnit, 0u);
+    EXPECT_EQ(fields.subtype, 0U);
+    EXPECT_EQ(fields.timeUnit, 0U);
     EXPECT_EQ(fields.bitsPerSample, 0);
     EXPECT_EQ(fields.height, 0);
     EXPECT_EQ(fields.frameRate(), 0);

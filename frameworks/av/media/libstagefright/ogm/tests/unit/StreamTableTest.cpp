@@ -80,7 +80,7 @@ TEST_F(StreamTableTest, AnAudioHeaderIsLoggedFieldByField) {
 
 TEST_F(StreamTableTest, AVideoStreamHasTypeTimingAndFormat) {
     add(VideoHeader().bytes());
-    ASSERT_EQ(mStreams.size(), 1u);
+    ASSERT_EQ(mStreams.size(), 1U);
     EXPECT_EQ(mStreams[0].mSerialNo, kSerialNo);
     EXPECT_EQ(mStreams[0].mType, uint32_t{OGV_VIDEO_H264});
     EXPECT_EQ(mStreams[0].mTimeUnit, 400000);
@@ -97,7 +97,7 @@ TEST_F(StreamTableTest, AnAudioStreamHasTypeTimingAndFormat) {
     AudioHeader header;
     header.channels = 0xFFFF;
     add(header.bytes());
-    ASSERT_EQ(mStreams.size(), 1u);
+    ASSERT_EQ(mStreams.size(), 1U);
     EXPECT_EQ(mStreams[0].mType, uint32_t{OGA_AUDIO_PCM});
     EXPECT_EQ(mStreams[0].mTimeUnit, 10000000);
     EXPECT_EQ(mStreams[0].mSampleRate, 8000);
@@ -120,7 +120,7 @@ TEST_F(StreamTableTest, AVorbisHeaderIsRecognisedAndMakesNoTrack) {
     EXPECT_EQ(add(packet), AMEDIA_OK);
     packet[0] = 0x81;  // the type of the packet is not looked at
     EXPECT_EQ(add(packet), AMEDIA_OK);
-    EXPECT_EQ(mStreams.size(), 0u);
+    EXPECT_EQ(mStreams.size(), 0U);
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("Verify Header 01 76 6F 72 62 69\n"),
                                              infoLine("Verify Vorbis Header\n"),
                                              infoLine("Verify Header 81 76 6F 72 62 69\n"),
@@ -148,7 +148,7 @@ class UnknownHeaderTest : public StreamTableTest, public ::testing::WithParamInt
 
 TEST_P(UnknownHeaderTest, MakesNoTrackAndIsLoggedWithItsFirstBytes) {
     EXPECT_EQ(add(GetParam().packet), AMEDIA_ERROR_UNSUPPORTED);
-    EXPECT_EQ(mStreams.size(), 0u);
+    EXPECT_EQ(mStreams.size(), 0U);
     EXPECT_THAT(mEvents.lines(),
                 ElementsAre(infoLine(formatted("Verify Header %s\n", GetParam().verified)),
                             infoLine(formatted("************* unknow header %s **************\n",
@@ -170,14 +170,14 @@ TEST_F(StreamTableTest, OnlyFiveCharactersOfTheStreamTypeAreLookedAt) {
     VideoHeader header;
     header.streamType = "videoXYZ";
     EXPECT_EQ(add(header.bytes()), AMEDIA_OK);
-    EXPECT_EQ(mStreams.size(), 1u);
+    EXPECT_EQ(mStreams.size(), 1U);
 }
 
 TEST_F(StreamTableTest, AnUnknownVideoCodecMakesNoTrack) {
     VideoHeader header;
     header.subtype = "XVID";
     EXPECT_EQ(add(header.bytes()), AMEDIA_ERROR_UNSUPPORTED);
-    EXPECT_EQ(mStreams.size(), 0u);
+    EXPECT_EQ(mStreams.size(), 0U);
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("Verify Header 01 76 69 64 65 6F\n"),
                                              infoLine("Begin parse Video stream info"),
                                              errorLine("unknow video codec: 58564944"),
@@ -188,7 +188,7 @@ TEST_F(StreamTableTest, AnUnknownAudioCodecMakesNoTrack) {
     AudioHeader header;
     header.subtype = "674F";
     EXPECT_EQ(add(header.bytes()), AMEDIA_ERROR_UNSUPPORTED);
-    EXPECT_EQ(mStreams.size(), 0u);
+    EXPECT_EQ(mStreams.size(), 0U);
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("Verify Header 01 61 75 64 69 6F\n"),
                                              infoLine("Begin parse Audio stream info"),
                                              errorLine("unknown audio codec:36373446"),
@@ -208,7 +208,7 @@ TEST_F(StreamTableTest, AHeaderThatIsCutOffHasZerosInPlaceOfWhatIsMissing) {
     EXPECT_EQ(formatAt(1).int32(AMEDIAFORMAT_KEY_CHANNEL_COUNT), 0);
     // Within the subtype.
     EXPECT_EQ(add(head(VideoHeader().bytes(), 11)), AMEDIA_ERROR_UNSUPPORTED);
-    EXPECT_EQ(mEvents.count(errorLine("unknow video codec: 48320000")), 1u);
+    EXPECT_EQ(mEvents.count(errorLine("unknow video codec: 48320000")), 1U);
 }
 
 TEST_F(StreamTableTest, TheBitsPerSampleAreThoseOfTheHeaderAcceptedLast) {
@@ -231,7 +231,7 @@ TEST_F(StreamTableTest, TheBitsPerSampleAreThoseOfTheHeaderAcceptedLast) {
 TEST_F(StreamTableTest, OfTwoStreamsWithOneSerialNumberTheFirstIsFoundAndBothAreListed) {
     add(VideoHeader().bytes());
     add(AudioHeader().bytes());
-    EXPECT_EQ(mStreams.size(), 2u);
+    EXPECT_EQ(mStreams.size(), 2U);
     EXPECT_EQ(mStreams.find(kSerialNo), &mStreams[0]);
     EXPECT_EQ(mStreams.find(3), nullptr);
     EXPECT_EQ(mStreams.mimeOf(kSerialNo), "video/avc");

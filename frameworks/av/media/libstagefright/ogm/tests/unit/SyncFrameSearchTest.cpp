@@ -2,6 +2,7 @@
 #include "seek/SyncFrameSearch.h"
 
 #include "LogTest.h"
+#include "Microseconds.h"
 #include "Views.h"
 #include "stream/StreamTypes.h"
 
@@ -10,7 +11,6 @@ namespace {
 
 using Result = SyncFrameSearch::Result;
 
-constexpr int64_t kSecond = 1'000'000;
 constexpr Bytes::value_type kSync = 0x08;
 constexpr Bytes::value_type kPlain = 0x00;
 
@@ -42,7 +42,7 @@ class SyncFrameSearchTest : public LogTest {
 TEST_F(SyncFrameSearchTest, FramesBeforeTheFirstSyncFrameAreDropped) {
     SyncFrameSearch search(10 * kSecond);
     EXPECT_EQ(lookThrough(search, {{7 * kSecond, kPlain}, {8 * kSecond, kSync}}), Result::kFound);
-    EXPECT_EQ(mPackets.size(), 2u);
+    EXPECT_EQ(mPackets.size(), 2U);
     EXPECT_EQ(mPackets.front().timeUs, 8 * kSecond);
     EXPECT_FALSE(search.goesOn());
     EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("found I Frame after seek,timeus=8000000")}));
@@ -52,7 +52,7 @@ TEST_F(SyncFrameSearchTest, WithoutASyncFrameAllButTheOpenFrameAreDropped) {
     SyncFrameSearch search(10 * kSecond);
     EXPECT_EQ(lookThrough(search, {{7 * kSecond, kPlain}, {8 * kSecond, kPlain}}),
               Result::kDrained);
-    EXPECT_EQ(mPackets.size(), 1u);
+    EXPECT_EQ(mPackets.size(), 1U);
     EXPECT_TRUE(search.goesOn());
     EXPECT_EQ(search.lookThrough(&mPackets), Result::kDrained);
 }
@@ -62,7 +62,7 @@ TEST_F(SyncFrameSearchTest, ASyncFrameMayLieTwoSecondsAfterTheTime) {
     EXPECT_EQ(lookThrough(search, {{12 * kSecond, kSync}}), Result::kFound);
     SyncFrameSearch earlier(10 * kSecond - 1);
     EXPECT_EQ(lookThrough(earlier, {{12 * kSecond, kSync}}), Result::kTooLate);
-    EXPECT_EQ(mPackets.size(), 2u);
+    EXPECT_EQ(mPackets.size(), 2U);
     EXPECT_TRUE(earlier.goesOn());
 }
 

@@ -19,7 +19,7 @@ TEST(WrapTest, SumsWrap) {
     EXPECT_EQ(wrapAdd(1, 2), 3);
     EXPECT_EQ(wrapAdd(kMax32, 1), kMin32);
     EXPECT_EQ(wrapAdd(kMax64, int64_t{1}), kMin64);
-    EXPECT_EQ(wrapAdd(kMaxUnsigned, uint64_t{2}), 1u);
+    EXPECT_EQ(wrapAdd(kMaxUnsigned, uint64_t{2}), 1U);
 }
 
 TEST(WrapTest, DifferencesWrap) {
@@ -39,12 +39,12 @@ TEST(WrapTest, ProductsWrap) {
 TEST(WrapTest, QuotientsAreTruncatedTowardsZero) {
     EXPECT_EQ(wrapDiv(7, 2), 3);
     EXPECT_EQ(wrapDiv(-7, 2), -3);
-    EXPECT_EQ(wrapDiv(kMaxUnsigned, uint64_t{10}), 1844674407370955161u);
+    EXPECT_EQ(wrapDiv(kMaxUnsigned, uint64_t{10}), 1844674407370955161U);
 }
 
 TEST(WrapTest, ADivisionByZeroGivesZero) {
     EXPECT_EQ(wrapDiv(7, 0), 0);
-    EXPECT_EQ(wrapDiv(uint64_t{7}, uint64_t{0}), 0u);
+    EXPECT_EQ(wrapDiv(uint64_t{7}, uint64_t{0}), 0U);
     EXPECT_EQ(wrapDiv(kMin64, int64_t{0}), 0);
 }
 
