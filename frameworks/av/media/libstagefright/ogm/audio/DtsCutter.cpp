@@ -22,7 +22,6 @@ constexpr size_t kSyncWordSize = 4;
 
 /** As many bytes as a sync word needs to be seen. */
 constexpr size_t kSyncAndNext = kSyncWordSize + 1;
-constexpr size_t kMinFrameAndSync = 6;
 
 constexpr bool isSync(uint32_t word) {
     return word == kCore16 || word == kSubstream || word == kCore14;
@@ -87,9 +86,6 @@ std::optional<AccessUnit> DtsCutter::dequeueAccessUnit(ElementaryStream* stream,
         // The bytes in front of a frame are charged to nobody, and their time goes with them.
         stream->dropBytes(*offset);
         (void)stream->fetchTimestamp(*offset);
-    }
-    if (stream->size() < kMinFrameAndSync) {
-        return std::nullopt;
     }
     // No field holds the size of a frame: it ends where the next one begins.
     const std::optional<size_t> size = findNextSync(stream, 1);

@@ -239,6 +239,12 @@ TEST_F(PacketClockTest, OfTheGranuleAdvanceOfAPageOnlyTheLowEightBitsLimitItsPac
     }
 }
 
+TEST_F(PacketClockTest, BeforeTheFirstPageNothingIsCounted) {
+    count(mAudio, 3);
+    EXPECT_EQ(mAudio.granulePosition(), 0U);
+    EXPECT_EQ(mAudio.currentTimeUs(), 0);
+}
+
 TEST_F(PacketClockTest, AResetForgetsTheGranulesAndTheCountedPackets) {
     enter(mAudio, {4808, 9416});
     count(mAudio, 3);
