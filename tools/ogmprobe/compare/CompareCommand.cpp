@@ -16,7 +16,6 @@
 #include "text/Json.h"
 #include "text/LogText.h"
 #include "text/NumberText.h"
-#include "text/TextTable.h"
 #include "text/VisibleText.h"
 
 namespace ogmprobe {
@@ -182,7 +181,7 @@ class Comparison {
         for (size_t i = 1; i < mDifferences.size(); ++i) {
             text += fmt::format("Then: {}\n", toText(mDifferences[i]));
         }
-        return text + tracksText(color);
+        return text + tracksText(mTracks, color);
     }
 
     static std::string sideText(const char* name, const Side& side) {
@@ -226,39 +225,10 @@ class Comparison {
                         : "log not compared (--logs)";
     }
 
-    std::string tracksText(bool color) const {
-        if (mTracks.empty()) {
-            return "";
-        }
-        constexpr auto kRight = TextTable::Align::kRight;
-        TextTable table({{"Track", kRight},
-                         {"MIME type"},
-                         {"Packets in A", kRight},
-                         {"in B", kRight},
-                         {"Only in A", kRight},
-                         {"Only in B", kRight},
-                         {"First that differs", kRight}});
-        for (const TrackComparison& track : mTracks) {
-            table.add({fmt::format("{}", track.track), track.mime,
-                       fmt::format("{}", track.packetsA), fmt::format("{}", track.packetsB),
-                       fmt::format("{}", track.onlyInA), fmt::format("{}", track.onlyInB),
-                       track.firstDifference ? fmt::format("{}", *track.firstDifference) : "-"});
-        }
-        return table.text("", color);
-    }
-
     ordered_json document() const {
         auto differences = ordered_json::array();
         for (const Difference& difference : mDifferences) {
             differences.push_back(toJson(difference));
-        }
-        auto tracks = ordered_json::array();
-        for (const TrackComparison& track : mTracks) {
-            tracks.push_back({{"track", track.track},
-                              {"mime", track.mime},
-                              {"packets", {{"a", track.packetsA}, {"b", track.packetsB}}},
-                              {"only_in", {{"a", track.onlyInA}, {"b", track.onlyInB}}},
-                              {"first_difference", orNull(track.firstDifference)}});
         }
         return {{"schema_version", kSchemaVersion},
                 {"a", sideJson(mA)},
@@ -266,7 +236,7 @@ class Comparison {
                 {"exit_code", static_cast<int>(code())},
                 {"same", wasCompared() ? ordered_json(mDifferences.empty()) : ordered_json()},
                 {"differences", std::move(differences)},
-                {"tracks", std::move(tracks)},
+                {"tracks", tracksJson(mTracks)},
                 {"errors", entries(&Report::errorsJson)},
                 {"warnings", entries(&Report::warningsJson)}};
     }

@@ -87,4 +87,8 @@ struct TrackComparison {
 
 std::vector<TrackComparison> compareTracks(const PlayedFile& a, const PlayedFile& b);
 
+/** A table; empty without a track. */
+std::string tracksText(const std::vector<TrackComparison>& tracks, bool color);
+nlohmann::ordered_json tracksJson(const std::vector<TrackComparison>& tracks);
+
 }  // namespace ogmprobe

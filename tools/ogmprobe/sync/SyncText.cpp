@@ -95,11 +95,17 @@ std::string pairSentence(const FileSync& sync, const PairSync& pair) {
     return audio + " runs " + amountText(worst);
 }
 
+bool comesOut(const TrackSync& track) {
+    return std::any_of(track.points.begin(), track.points.end(),
+                       [](const SyncPoint& point) { return point.buffer.has_value(); });
+}
+
 std::string trackSentence(const TrackSync& track) {
     const Worst worst = worstOf(track);
     const std::string name = fmt::format("track {} ({})", track.track, kindName(track.kind));
     if (track.deviation.compared == 0) {
-        return name + ": the pages tell no time of what comes out";
+        return name + (comesOut(track) ? ": the pages tell no time of what comes out"
+                                       : ": nothing of what the pages hold comes out");
     }
     if (!isWorthTelling(worst)) {
         return name + " has the times of the pages" +

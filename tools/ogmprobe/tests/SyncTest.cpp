@@ -207,6 +207,13 @@ TEST(Sync, ADamagedFileIsComparedAsFarAsItGoes) {
     EXPECT_THAT(cut.out, StartsWith("  Track"));
 }
 
+TEST(Sync, ATrackOfWhichNothingComesOutIsNotCompared) {
+    Bytes bytes = sampleBytes("mpeg4_mp3_ac3.ogm");
+    bytes.resize(60000);
+    EXPECT_THAT(SyncedFile(bytes).run().out,
+                HasSubstr("Track 0 (video): nothing of what the pages hold comes out; "));
+}
+
 TEST(Sync, AFileThatIsNotTakenIsAnError) {
     const auto result = SyncedFile(Bytes(1000, 'x')).run();
     EXPECT_EQ(result.exitCode, 3);
