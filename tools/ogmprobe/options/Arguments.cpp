@@ -136,6 +136,11 @@ void addPackets(CLI::App& app, PacketsOptions& options) {
             ->check(wholeNumber(1, UINT64_MAX));
     addTime(*command, "--from", options.fromUs, "List only buffers from this time on");
     addTime(*command, "--to", options.untilUs, "List only buffers in front of this time");
+    command->callback([&options] {
+        if (options.fromUs && options.untilUs && *options.untilUs <= *options.fromUs) {
+            throw CLI::ValidationError("--to", "the time is not after that of --from");
+        }
+    });
     command->add_flag("--sync-only", options.syncOnly, "List only sync frames");
     command->add_flag("--clock", options.clock, "Times as h:mm:ss instead of seconds");
     auto* csv = command->add_flag("--csv", options.csv, "Comma-separated values, with a heading");
@@ -167,7 +172,8 @@ void addExtract(CLI::App& app, ExtractOptions& options) {
     command->add_option("-o,--output", options.folder,
                         "Folder for the files, made if need be; - for one track on standard output")
             ->type_name("DIR")
-            ->required();
+            ->required()
+            ->check(anyName());
     addTracks(*command, options.tracks);
     command->add_flag("--force", options.force, "Overwrite files that exist");
 }
@@ -180,7 +186,8 @@ void addTimeline(CLI::App& app, TimelineOptions& options) {
                         "The new page (.html) or drawing (.svg); of several files the folder for "
                         "them, made if need be")
             ->type_name("OUT")
-            ->required();
+            ->required()
+            ->check(anyName());
     command->add_flag("--svg", options.svg, "In a folder: drawings instead of pages");
     command->add_option("--seek-steps", options.seekSteps,
                         "Spaces between the targets of seeks; 0: no seeks")
@@ -312,6 +319,15 @@ std::optional<std::string> complaintOfCommand(const std::vector<std::string>& ar
            (nearest ? "; did you mean " + *nearest + "?" : "");
 }
 
+/** The parser's own words for what is missing name no remedy. */
+std::string complaintOf(const CLI::ParseError& error) {
+    const std::string complaint = error.what();
+    if (complaint == "A subcommand is required") {
+        return "name a file, or a command and its files; ogmprobe --help lists the commands";
+    }
+    return complaint == "files is required" ? "FILE is required" : complaint;
+}
+
 ExitCode refuse(const std::string& complaint, std::ostream& err) {
     err << "ogmprobe: error: " << visible(complaint) << '\n';
     return ExitCode::kUsage;
@@ -349,7 +365,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
             app.exit(error, out, err);
             return ExitCode::kDone;
         }
-        return refuse(error.what(), err);
+        return refuse(complaintOf(error), err);
     }
     return chosen(app, std::move(collected));
 }

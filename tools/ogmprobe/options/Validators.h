@@ -38,6 +38,13 @@ inline CLI::Validator secondsFromZero() {
             ""};
 }
 
+inline CLI::Validator anyName() {
+    return {[](const std::string& text) -> std::string {
+                return text.empty() ? "an empty name" : "";
+            },
+            ""};
+}
+
 inline CLI::Validator time() {
     return {[](const std::string& text) -> std::string {
                 return parseTime(text) ? ""

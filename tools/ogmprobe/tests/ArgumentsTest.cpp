@@ -152,6 +152,12 @@ TEST_F(ArgumentsTest, TakesTimesAsSecondsAndAsHoursMinutesAndSeconds) {
 TEST_F(ArgumentsTest, SaysInOneLineWhichValuesMakeSense) {
     for (const auto& [arguments, line] :
          std::vector<std::pair<std::vector<const char*>, const char*>>{
+                 {{},
+                  "name a file, or a command and its files; ogmprobe --help lists the commands"},
+                 {{"packets"}, "FILE is required"},
+                 {{"packets", "a", "--from", "5", "--to", "1"},
+                  "--to: the time is not after that of --from"},
+                 {{"extract", "a", "-o", ""}, "--output: an empty name"},
                  {{"packets", "a", "--count", "-1"}, "--count: -1 is no whole number from 1 on"},
                  {{"packets", "a", "--track", "abc"},
                   "--track: abc is no whole number from 0 to 100000"},

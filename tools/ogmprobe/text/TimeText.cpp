@@ -64,6 +64,10 @@ std::optional<int64_t> parseTime(std::string_view text) {
     if (colon == std::string_view::npos) {
         return parseSeconds(text);
     }
+    constexpr int64_t kMostColons = 2;
+    if (std::count(text.begin(), text.end(), ':') > kMostColons) {
+        return std::nullopt;
+    }
     int64_t minutes = 0;
     for (std::string_view rest = text.substr(0, colon);;) {
         const size_t end = std::min(rest.find(':'), rest.size());
