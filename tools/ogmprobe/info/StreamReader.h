@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "explain/OggFile.h"
+#include "files/InputFiles.h"
+#include "plugin/FileSource.h"
+
+namespace ogmprobe {
+
+/** Reads the beginnings of streams, of which the list of pages keeps none. */
+class StreamReader {
+  public:
+    StreamReader(const std::string& path, const OggFile& file)
+        : mSource(pathToOpen(path)), mFile(file) {}
+
+    std::vector<uint8_t> body(const OggPage& page) {
+        std::vector<uint8_t> bytes(std::min<uint64_t>(page.bodySize, kMostHeaderBytes));
+        const auto* table = mSource.table();
+        const ssize_t got = table->readAt(table->handle, static_cast<off64_t>(page.bodyOffset()),
+                                          bytes.data(), bytes.size());
+        bytes.resize(static_cast<size_t>(std::max<ssize_t>(got, 0)));
+        return bytes;
+    }
+
+    /** The bodies of the stream's data pages from one on, until the function has had enough. */
+    template <typename Enough>
+    std::vector<uint8_t> bodiesFrom(const OggStream& stream, size_t first, const Enough& enough) {
+        std::vector<uint8_t> bytes;
+        const size_t end = std::min(stream.dataPages.size(), first + kMostHeaderPages);
+        for (size_t i = first; i < end && bytes.size() < kMostHeaderBytes; ++i) {
+            const OggPage& page = mFile.pages()[stream.dataPages[i]];
+            const std::vector<uint8_t> more = body(page);
+            bytes.insert(bytes.end(), more.begin(), more.end());
+            if (enough(page, bytes)) {
+                break;
+            }
+        }
+        return bytes;
+    }
+
+  private:
+    /** Far more than any headers of a stream take. */
+    static constexpr size_t kMostHeaderBytes = size_t{1} << 20;
+    static constexpr size_t kMostHeaderPages = 64;
+
+    FileSource mSource;
+    const OggFile& mFile;
+};
+
+}  // namespace ogmprobe
