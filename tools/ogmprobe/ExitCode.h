@@ -19,10 +19,14 @@ enum class ExitCode : int {
     kDied = 4,
     /** What was compared differs. */
     kDiffer = 5,
+    /** What was checked plays with faults. */
+    kFaults = 6,
+    /** What was checked does not play. */
+    kDoesNotPlay = 7,
 };
 
 constexpr ExitCode lastOf(ExitCode) {
-    return ExitCode::kDiffer;
+    return ExitCode::kDoesNotPlay;
 }
 
 /** Ends the work on one file; `what()` is a sentence for people, without the file's name. */

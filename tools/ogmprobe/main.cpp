@@ -41,6 +41,7 @@ struct RunCommand {
     ExitCode operator()(const CompareOptions& options) const {
         return runCompare(options, session);
     }
+    ExitCode operator()(const CheckOptions& options) const { return runCheck(options, session); }
 };
 
 ExitCode runCommand(const Options& options, Console& console, Output& output) {

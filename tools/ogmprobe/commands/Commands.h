@@ -18,5 +18,6 @@ ExitCode runTimeline(const TimelineOptions& options, Session& session);
 ExitCode runExplain(const ExplainOptions& options, Session& session);
 ExitCode runSync(const SyncOptions& options, Session& session);
 ExitCode runCompare(const CompareOptions& options, Session& session);
+ExitCode runCheck(const CheckOptions& options, Session& session);
 
 }  // namespace ogmprobe

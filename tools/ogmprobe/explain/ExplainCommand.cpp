@@ -22,26 +22,6 @@ namespace {
 
 using nlohmann::ordered_json;
 
-void explainAll(Explanation& explanation) {
-    explainRefusal(explanation);
-    if (!explanation.trace().opened()) {
-        explainEnd(explanation);
-        return;
-    }
-    // A file that another plug-in takes need not be Ogg.
-    if (!explanation.file().pages().empty()) {
-        explainStreams(explanation);
-        explainDuration(explanation);
-        explainDamage(explanation);
-        explainAudio(explanation);
-    }
-    explainEnd(explanation);
-    explainLedgers(explanation);
-    explainFormats(explanation);
-    explainTimes(explanation);
-    explainLines(explanation);
-}
-
 ordered_json explainDocument(const std::string& path, const ExplainOptions& options,
                              const Explanation& explanation, const Report& report) {
     auto findings = ordered_json::array();

@@ -84,7 +84,10 @@ Finding findingOf(const char* id, uint64_t track, std::optional<uint32_t> serial
 /** A finding without words about the page. */
 Finding findingAt(const Explanation& explanation, const char* id, const OggPage& page);
 
-// Each adds what it finds. The file was read to its end before.
+/** Adds all findings. The file was read to its end before. */
+void explainAll(Explanation& explanation);
+
+// Each of these adds what it finds.
 
 /** Why the plug-in does not take the file. */
 void explainRefusal(Explanation& explanation);

@@ -38,6 +38,7 @@ CLI::CheckedTransformer oneOf(const std::map<std::string, T>& values, const std:
 constexpr uint64_t kMostTracks = 100'000;
 constexpr uint64_t kMostSteps = 1'000'000;
 constexpr uint64_t kMostDrawnSteps = 50;
+constexpr uint64_t kMostJobs = 256;
 
 void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
     app.add_option("--plugin", options.pluginPath,
@@ -261,6 +262,39 @@ void addCompare(CLI::App& app, CompareOptions& options) {
     });
 }
 
+CLI::Validator html() {
+    return {[](const std::string& path) -> std::string {
+                return path.ends_with(".html") ? "" : path + " does not end in .html";
+            },
+            ""};
+}
+
+void addCheck(CLI::App& app, CheckOptions& options) {
+    CLI::App* command = addCommand(
+            app, "check", "Tell whether a device will play the files, and why not", kCheckExamples);
+    addFiles(*command, options.files, "Media files, or folders of .ogm files");
+    command->add_option("--codecs", options.codecs,
+                        "A device's list of codecs (media_codecs*.xml); may be given again")
+            ->type_name("XML")
+            ->allow_extra_args(false);
+    command->add_option("--jobs", options.jobs, "So many files at a time (default: the processors)")
+            ->type_name("N")
+            ->check(wholeNumber(1, kMostJobs));
+    command->add_option("--state", options.state,
+                        "Keep what is found there, and go on where an earlier run ended")
+            ->type_name("FILE");
+    auto* page = command->add_option("--html", options.html, "Write a page about all files");
+    page->type_name("PAGE")->check(html());
+    command->add_option("--timelines", options.timelines,
+                        "Draw timelines of the files with faults into that folder; the page links "
+                        "to them")
+            ->type_name("DIR");
+    command->add_flag("--force", options.force, "Overwrite a page and timelines that exist");
+    auto* csv = command->add_flag("--csv", options.csv, "Comma-separated values, with a heading");
+    addJson(*command, options.json, "A JSON document; times are whole microseconds");
+    csv->excludes("--json");
+}
+
 /** Room for the options of all commands, of which one is then taken. */
 struct Collected {
     GlobalOptions global;
@@ -272,6 +306,7 @@ struct Collected {
     ExplainOptions explain;
     SyncOptions sync;
     CompareOptions compare;
+    CheckOptions check;
 };
 
 Options chosen(const CLI::App& app, Collected collected) {
@@ -291,6 +326,8 @@ Options chosen(const CLI::App& app, Collected collected) {
         command = std::move(collected.sync);
     } else if (name == "compare") {
         command = std::move(collected.compare);
+    } else if (name == "check") {
+        command = std::move(collected.check);
     }
     return {std::move(collected.global), std::move(command)};
 }
@@ -351,6 +388,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
     addExplain(app, collected.explain);
     addSync(app, collected.sync);
     addCompare(app, collected.compare);
+    addCheck(app, collected.check);
     const std::vector<std::string> names = namesOf(app);
     std::vector<std::string> arguments = withCommand({argv + 1, argv + argc}, names);
     if (const auto complaint = complaintOfCommand(arguments, names)) {

@@ -8,9 +8,11 @@ inline constexpr const char* kExitCodes =
         "Exit codes: 0 done, 1 wrong usage (and with --strict: found something), 2 a file cannot "
         "be opened, read or written,\n"
         "3 the plug-in does not take the file, 4 the extractor died or got stuck, 5 what was\n"
-        "compared differs. With several files all are tried and the largest code counts. Data\n"
-        "goes to standard output, everything else to standard error. \"-\" as FILE is standard\n"
-        "input, which is kept in a temporary file.";
+        "compared differs, 6 what was checked plays with faults, 7 it does not play. With several\n"
+        "files all are tried and the largest code counts. Data goes to standard output, "
+        "everything\n"
+        "else to standard error. \"-\" as FILE is standard input, which is kept in a temporary "
+        "file.";
 
 inline constexpr const char* kInfoExamples =
         "Examples:\n"
@@ -101,5 +103,21 @@ inline constexpr const char* kCompareExamples =
         "  ogmprobe compare film.ogm --plugin-b old/libogmextractor.so\n"
         "  ogmprobe compare film.ogm --device dump.jsonl\n"
         "  ogmprobe compare film.ogm copy.ogm --json | jq '.differences[0]'";
+
+inline constexpr const char* kCheckExamples =
+        "Each file is opened and played to its end as by explain; what comes out is held against\n"
+        "what decoders need and declare. The verdict of a file is the worst of its tracks: "
+        "\"plays\",\n"
+        "\"plays with faults\" (exit code 6), \"does not play\" (7). Of several files each has a "
+        "line,\n"
+        "and reasons are counted at the end. Without --codecs the decoders are the software "
+        "decoders\n"
+        "of a stock Android 13.\n"
+        "\n"
+        "Examples:\n"
+        "  ogmprobe check film.ogm\n"
+        "  adb pull /vendor/etc device; ogmprobe check film.ogm --codecs device/media_codecs.xml\n"
+        "  ogmprobe check ~/films --state films.state --html films.html --timelines drawings\n"
+        "  ogmprobe check ~/films --json | jq '.summary'";
 
 }  // namespace ogmprobe

@@ -131,8 +131,26 @@ struct CompareOptions {
     bool json = false;
 };
 
+struct CheckOptions {
+    std::vector<std::string> files;
+    /** Lists of a device's codecs; empty: what a stock Android 13 has. */
+    std::vector<std::string> codecs;
+    /** Empty: what was found is kept nowhere. */
+    std::string state;
+    /** Files at a time; 0: as many as there are processors. */
+    size_t jobs = 0;
+    /** A page about all files; empty: none. */
+    std::string html;
+    /** A folder for timelines of files that have faults; empty: none. */
+    std::string timelines;
+    bool force = false;
+    bool json = false;
+    bool csv = false;
+};
+
 using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions,
-                                    TimelineOptions, ExplainOptions, SyncOptions, CompareOptions>;
+                                    TimelineOptions, ExplainOptions, SyncOptions, CompareOptions,
+                                    CheckOptions>;
 
 struct Options {
     GlobalOptions global;

@@ -11,6 +11,7 @@ _ogmprobe() {
         [explain]="--pages --verbose --strict --csv --json"
         [sync]="--packets --csv --json"
         [compare]="--plugin-b --device --reads --seeks --logs --no-logs --json"
+        [check]="--codecs --jobs --state --html --timelines --force --csv --json"
     )
     local every="--plugin --log --color --timeout --quiet --in-process --help"
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command= i
@@ -25,7 +26,7 @@ _ogmprobe() {
             mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$word")
             return
             ;;
-        --track | --only-track | --seek | --count | --from | --to | --seeks | --steps | --seek-steps | --timeout)
+        --track | --only-track | --seek | --count | --from | --to | --seeks | --steps | --seek-steps | --jobs | --timeout)
             return
             ;;
     esac

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # fish completion for ogmprobe
 
-set --local commands info packets seektest extract timeline explain sync compare
+set --local commands info packets seektest extract timeline explain sync compare check
 
 complete --command ogmprobe --long-option plugin --require-parameter --force-files --description "The plug-in"
 complete --command ogmprobe --long-option log --exclusive --arguments "verbose debug info warn error silent" --description "Least level of log lines to show"
@@ -20,6 +20,7 @@ complete --command ogmprobe --condition "not __fish_seen_subcommand_from $comman
 complete --command ogmprobe --condition "not __fish_seen_subcommand_from $commands" --arguments explain --description "Say why something is missing or odd"
 complete --command ogmprobe --condition "not __fish_seen_subcommand_from $commands" --arguments sync --description "Set times against those of the pages"
 complete --command ogmprobe --condition "not __fish_seen_subcommand_from $commands" --arguments compare --description "Tell what differs first"
+complete --command ogmprobe --condition "not __fish_seen_subcommand_from $commands" --arguments check --description "Tell whether a device plays files"
 
 complete --command ogmprobe --condition "__fish_seen_subcommand_from info" --long-option format --description "List all entries of all formats"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from info" --long-option verbose --description "Cut no bytes"
@@ -68,3 +69,12 @@ complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --
 complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option logs --description "Compare log lines too"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option no-logs --description "Leave log lines out"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from compare" --long-option json --description "Print JSON"
+
+complete --command ogmprobe --condition "__fish_seen_subcommand_from check" --long-option codecs --require-parameter --force-files --description "A device's list of codecs"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from check" --long-option jobs --exclusive --description "Files at a time"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from check" --long-option state --require-parameter --force-files --description "What was found, to go on with"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from check" --long-option html --require-parameter --force-files --description "Write a page"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from check" --long-option timelines --require-parameter --description "Draw timelines"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from check" --long-option force --description "Overwrite files that exist"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from check" --long-option csv --description "Comma-separated values"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from check" --long-option json --description "Print JSON"

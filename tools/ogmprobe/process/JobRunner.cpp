@@ -81,7 +81,16 @@ class Recording {
     Recording& operator=(const Recording&) = delete;
 };
 
-std::filesystem::path findPlugin(const GlobalOptions& options) {
+void runInProcess(const JobRequest& request, const GlobalOptions& options,
+                  const RecordSink& handler) {
+    DirectSink direct(handler);
+    performJob(request, options, std::ref(direct), [] {});
+    direct.rethrowFailure();
+}
+
+}  // namespace
+
+std::filesystem::path pluginPath(const GlobalOptions& options) {
     if (!options.pluginPath.empty()) {
         return options.pluginPath;
     }
@@ -93,15 +102,6 @@ std::filesystem::path findPlugin(const GlobalOptions& options) {
     }
     return *found;
 }
-
-void runInProcess(const JobRequest& request, const GlobalOptions& options,
-                  const RecordSink& handler) {
-    DirectSink direct(handler);
-    performJob(request, options, std::ref(direct), [] {});
-    direct.rethrowFailure();
-}
-
-}  // namespace
 
 void runJob(const JobRequest& request, const GlobalOptions& options, const RecordSink& handler) {
     JobRequest toOpen = request;
@@ -119,7 +119,7 @@ void performJob(const JobRequest& request, const GlobalOptions& options, const R
     const Recording recording(request, options, sink);
     std::optional<PluginLibrary> library;
     try {
-        library.emplace(findPlugin(options));
+        library.emplace(pluginPath(options));
     } catch (const ProbeError& error) {
         sink(Failure{error.code(), error.what(), true});
         return;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -22,6 +23,9 @@ struct JobRequest {
     /** Called now and then while the plug-in works; may be empty. */
     std::function<void(const Advance&)> progress = {};
 };
+
+/** The plug-in that the options name, or the one beside the program. Throws `ProbeError`. */
+std::filesystem::path pluginPath(const GlobalOptions& options);
 
 /**
  * Runs the job with the plug-in that the options name, in a process of its own unless they say

@@ -83,7 +83,8 @@ class Schema(unittest.TestCase):
         return document
 
     def test_EachIsASchema(self):
-        self.assertEqual({"common", "info", "packets", "seektest", "explain", "sync", "compare", "ogmdump"},
+        self.assertEqual({"common", "info", "packets", "seektest", "explain", "sync", "compare",
+                          "check", "ogmdump"},
                          set(schemas()))
         for name, schema in schemas().items():
             with self.subTest(name):
@@ -153,11 +154,21 @@ class Schema(unittest.TestCase):
         document = self.check("compare", fake("compare", failing, self.script("whole")))
         self.assertEqual(["track-end"], [found["kind"] for found in document["differences"]])
 
+    def test_ThatOfCheckHolds(self):
+        files = self.files()
+        document = self.check("check", run("check", *files))
+        self.assertEqual([str(file) for file in files], [file["path"] for file in document["files"]])
+        self.assertEqual({"plays with faults", "does not play", "unknown"},
+                         {file["verdict"] for file in document["files"]})
+        self.check("check", run("check", files[0]))
+        self.check("check", fake("check", self.script("dying", end="abort"), self.script("whole")))
+
     def test_NoneHoldsWithoutWhatIsAlwaysThere(self):
         file = self.files()[0]
         for name, text in {"info": run("info", file), "seektest": run("seektest", file),
                            "explain": run("explain", file), "sync": run("sync", file),
-                           "compare": run("compare", file, file)}.items():
+                           "compare": run("compare", file, file),
+                           "check": run("check", file)}.items():
             document = json.loads(text)
             for member in ("schema_version", "errors", "warnings"):
                 with self.subTest(f"{name} without {member}"):

@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "check/CheckText.h"
+#include "check/CodecFiles.h"
+#include "check/DecoderJson.h"
+#include "check/FileCheck.h"
+#include "check/HtmlReport.h"
+#include "check/Pool.h"
+#include "check/StockDecoders.h"
+#include "check/Summary.h"
+#include "check/Timelines.h"
+#include "check/Triage.h"
+#include "commands/CommandRecords.h"
+#include "commands/Commands.h"
+#include "files/InputFiles.h"
+#include "files/NewFile.h"
+#include "records/Digest.h"
+#include "text/Json.h"
+
+namespace ogmprobe {
+namespace check {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::ordered_json;
+
+uint64_t digestOf(const std::string& text) {
+    return fnv1a64({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+}
+
+/** What verdicts depend on beside the files. */
+std::string circumstancesOf(const DecoderList& decoders, const GlobalOptions& options) {
+    std::string list;
+    for (const Decoder& decoder : decoders.decoders) {
+        list += toLine(toJson(decoder));
+    }
+    std::ifstream plugin(pluginPath(options), std::ios::binary);
+    const std::string library{std::istreambuf_iterator<char>(plugin), {}};
+    return fmt::format("ogmprobe {}, plug-in {:016x}, decoders {:016x}", OGMPROBE_VERSION,
+                       digestOf(library), digestOf(list));
+}
+
+/** Checks all files and shows what comes of it. */
+class CheckRun {
+  public:
+    CheckRun(const CheckOptions& options, Session& session)
+        : mOptions(options),
+          mSession(session),
+          mReport(session.console, ""),
+          mColor(wantsColor(session.options.color, STDOUT_FILENO)),
+          mDecoders(options.codecs.empty() ? stockDecoders() : decodersOfFiles(options.codecs)) {}
+
+    ExitCode run();
+
+  private:
+    std::vector<std::string> paths();
+    std::unique_ptr<NewFile> newPage() const;
+    void checkAll(const std::vector<std::string>& paths);
+    void show(const CheckedFile& file);
+    void tellFailures(const CheckedFile& file);
+    void writePage(NewFile& page, const std::map<std::string, std::string>& timelines);
+    std::map<std::string, std::string> timelines();
+    void writeEnd();
+    size_t jobs() const { return mOptions.jobs == 0 ? availableProcessors() : mOptions.jobs; }
+
+    const CheckOptions& mOptions;
+    Session& mSession;
+    /** About what is no file to check. */
+    Report mReport;
+    const bool mColor;
+    const DecoderList mDecoders;
+    bool mIsOne = false;
+    ExitCode mWorst = ExitCode::kDone;
+    Summary mSummary;
+    /** Only where they are needed at the end. */
+    std::vector<CheckedFile> mKept;
+    ordered_json mJson = ordered_json::array();
+};
+
+/** Also tells of names that stand for no file. */
+std::vector<std::string> CheckRun::paths() {
+    std::vector<std::string> all;
+    std::vector<CheckedFile> none;
+    for (const std::string& name : mOptions.files) {
+        try {
+            const std::vector<std::string> found = filesOf(name);
+            all.insert(all.end(), found.begin(), found.end());
+        } catch (const ProbeError& error) {
+            none.push_back(uncheckedFile(name, "cannot-read", error.code(), error.what()));
+        }
+    }
+    mIsOne = all.size() + none.size() == 1;
+    for (const CheckedFile& file : none) {
+        show(file);
+    }
+    return all;
+}
+
+std::unique_ptr<NewFile> CheckRun::newPage() const {
+    return mOptions.html.empty()
+                   ? nullptr
+                   : std::make_unique<NewFile>(mOptions.html, mOptions.force ? Existing::kOverwrite
+                                                                             : Existing::kRefuse);
+}
+
+/** Several files side by side. One alone has messages, log lines and progress of its own. */
+void CheckRun::checkAll(const std::vector<std::string>& paths) {
+    if (mIsOne && paths.size() == 1 && mOptions.state.empty()) {
+        const CheckedFile file = checkFile(paths.front(), mDecoders, mSession);
+        requirePlugin(file);
+        show(file);
+        return;
+    }
+    std::unique_ptr<TriageState> state;
+    if (!mOptions.state.empty()) {
+        state = std::make_unique<TriageState>(mOptions.state,
+                                              circumstancesOf(mDecoders, mSession.options));
+    }
+    triage({paths, mDecoders, jobs(), state.get(), [this](const CheckedFile& file) { show(file); }},
+           mSession);
+}
+
+/** Only of files that cannot be read: what the plug-in makes of the others is the verdict. */
+void CheckRun::tellFailures(const CheckedFile& file) {
+    if (file.verdict() == Verdict::kUnknown && !file.failures.empty()) {
+        mSession.console.error(file.path, file.failures.front().message);
+    }
+}
+
+void CheckRun::show(const CheckedFile& file) {
+    mSummary.add(file);
+    mWorst = std::max(mWorst, file.exitCode());
+    if (!mOptions.html.empty() || !mOptions.timelines.empty()) {
+        mKept.push_back(file);
+    }
+    if (mOptions.json) {
+        mJson.push_back(toJson(file));
+    } else if (mOptions.csv) {
+        mSession.output.write(csvText(file));
+    } else if (mIsOne && file.verdict() != Verdict::kUnknown) {
+        mSession.output.write(fullText(file, mDecoders.source, mColor));
+    } else if (!mIsOne) {
+        mSession.output.write(lineText(file, mColor));
+    }
+    tellFailures(file);
+}
+
+/** Of what has faults and was opened: there is nothing to see of the rest. */
+std::map<std::string, std::string> CheckRun::timelines() {
+    std::vector<std::string> paths;
+    for (const CheckedFile& file : mKept) {
+        if (file.verdict() != Verdict::kPlays && file.durationUs) {
+            paths.push_back(file.path);
+        }
+    }
+    return mOptions.timelines.empty()
+                   ? std::map<std::string, std::string>()
+                   : drawTimelines({paths, mOptions.timelines, jobs(), mOptions.force}, mSession);
+}
+
+void CheckRun::writePage(NewFile& page, const std::map<std::string, std::string>& timelines) {
+    HtmlReport report;
+    const fs::path folder = fs::absolute(mOptions.html).parent_path();
+    for (const CheckedFile& file : mKept) {
+        const auto drawn = timelines.find(file.path);
+        std::error_code ignored;
+        report.add(file, drawn == timelines.end()
+                                 ? ""
+                                 : fs::relative(drawn->second, folder, ignored).string());
+    }
+    const std::string text = report.document(mSummary, mDecoders.source);
+    page.append({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+    page.commit();
+}
+
+void CheckRun::writeEnd() {
+    if (mOptions.json) {
+        mSession.output.write(toDocument({{"schema_version", kSchemaVersion},
+                                          {"decoders", mDecoders.source},
+                                          {"files", std::move(mJson)},
+                                          {"summary", toJson(mSummary)},
+                                          {"errors", mReport.errorsJson()},
+                                          {"warnings", mReport.warningsJson()}}));
+    } else if (!mOptions.csv && !mIsOne) {
+        mSession.output.write("\n" + summaryText(mSummary, mColor));
+    }
+}
+
+ExitCode CheckRun::run() {
+    // Before anything is played: nobody wants to hear of a name that is taken after an hour.
+    const std::unique_ptr<NewFile> page = newPage();
+    if (mOptions.csv) {
+        mSession.output.write(kCsvHeading);
+    }
+    const std::vector<std::string> all = paths();
+    checkAll(all);
+    const auto drawn = timelines();
+    if (page != nullptr) {
+        writePage(*page, drawn);
+    }
+    writeEnd();
+    return std::max(mWorst, mReport.worst());
+}
+
+}  // namespace
+}  // namespace check
+
+ExitCode runCheck(const CheckOptions& options, Session& session) {
+    return check::CheckRun(options, session).run();
+}
+
+}  // namespace ogmprobe

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ExitCode.h"
+#include "check/Reason.h"
+
+namespace ogmprobe::check {
+
+/** A track, or a stream that has none. */
+struct CheckedTrack {
+    std::optional<uint64_t> index;
+    std::optional<uint32_t> serial;
+    /** "video", "audio", "other"; of a stream also what it announces itself as. */
+    std::string kind;
+    /** For people. */
+    std::string codec;
+    std::string mime;
+    std::string format;
+    /** That suits it best; empty: there is none. */
+    std::string decoder;
+    /** Packets, or for audio that is framed anew frames; nothing where the file does not tell. */
+    std::optional<uint64_t> inFile;
+    uint64_t handedOut = 0;
+    std::vector<Reason> reasons = {};
+
+    Verdict verdict() const;
+};
+
+/** What a device will make of a file. */
+struct CheckedFile {
+    std::string path;
+    uint64_t sizeBytes = 0;
+    /** As the plug-in says; 0: unknown; nothing: not opened. */
+    std::optional<int64_t> durationUs = {};
+    std::vector<CheckedTrack> tracks = {};
+    /** Of the whole file. */
+    std::vector<Reason> reasons = {};
+    /** What went wrong in the work itself, with its exit code. */
+    struct Failure {
+        ExitCode code = ExitCode::kFile;
+        std::string message;
+    };
+    std::vector<Failure> failures = {};
+
+    Verdict verdict() const;
+    /** That of the verdict, or of what kept a verdict from being found. */
+    ExitCode exitCode() const;
+};
+
+nlohmann::ordered_json toJson(const CheckedFile& file);
+/** Throws what `nlohmann::json` throws for JSON that is none of a checked file. */
+CheckedFile checkedFileOf(const nlohmann::ordered_json& json);
+
+}  // namespace ogmprobe::check

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ogmprobe::check {
+
+/** Both ends belong to it. */
+struct Range {
+    double least = 0;
+    double most = 0;
+
+    bool holds(double value) const { return value >= least && value <= most; }
+};
+
+/** None: nothing is said, so everything is allowed. */
+using Ranges = std::vector<Range>;
+
+inline bool allows(const Ranges& ranges, double value) {
+    return ranges.empty() || std::any_of(ranges.begin(), ranges.end(), [value](const Range& range) {
+               return range.holds(value);
+           });
+}
+
+/** In pixels. */
+struct Extent {
+    int64_t width = 0;
+    int64_t height = 0;
+};
+
+/** What a decoder declares for one MIME type; nothing where it is silent. */
+struct DecoderLimits {
+    std::optional<Extent> leastSize;
+    std::optional<Extent> mostSize;
+    std::optional<Extent> alignment;
+    std::optional<Extent> blockSize;
+    Ranges blockCount;
+    Ranges blocksPerSecond;
+    Ranges frameRate;
+    Ranges bitrate;
+    Ranges sampleRate;
+    Ranges channelCount;
+};
+
+/** A decoder for one MIME type. */
+struct Decoder {
+    std::string name;
+    std::string mime;
+    DecoderLimits limits;
+    /** Why it is not to be had for ordinary playing; empty if it is. */
+    std::string unusable = {};
+};
+
+/** The decoders of a device. */
+struct DecoderList {
+    /** For people: where it comes from. */
+    std::string source;
+    std::vector<Decoder> decoders;
+};
+
+}  // namespace ogmprobe::check

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "check/CheckedFile.h"
+#include "check/Decoder.h"
+#include "commands/Session.h"
+
+namespace ogmprobe::check {
+
+/**
+ * Plays the file once, in a process of its own, and judges it. Whatever goes wrong is part of what
+ * comes back.
+ */
+CheckedFile checkFile(const std::string& path, const DecoderList& decoders, Session& session);
+
+/** Throws `ProbeError` if the plug-in cannot be used with any file. */
+void requirePlugin(const CheckedFile& file);
+
+/** What is to be said of a file that no verdict was found for. */
+CheckedFile uncheckedFile(const std::string& path, const char* reason, ExitCode code,
+                          const std::string& message);
+
+}  // namespace ogmprobe::check

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "check/Triage.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <chrono>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <utility>
+
+#include "check/FileCheck.h"
+#include "check/Pool.h"
+#include "files/InputFiles.h"
+#include "process/StandstillWatch.h"
+#include "text/Json.h"
+
+namespace ogmprobe::check {
+namespace {
+
+using TriageClock = std::chrono::steady_clock;
+
+/** What plays a file slower than that has come to a stop. */
+constexpr double kLeastBytesPerSecond = 1e6;
+constexpr double kPatience = 3;
+/** What a file costs beside its bytes, in bytes. */
+constexpr uint64_t kCostOfFile = 200'000;
+
+constexpr int kBarWidth = 20;
+constexpr double kHundred = 100;
+
+std::string timeText(double seconds) {
+    const auto whole = static_cast<uint64_t>(seconds + 0.5);
+    return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
+}
+
+/** How far the run is, measured in bytes, because files differ in size. */
+class Advancement {
+  public:
+    explicit Advancement(Console& console) : mConsole(console) {}
+
+    void expect(uint64_t sizeBytes) {
+        mWhole += sizeBytes + kCostOfFile;
+        ++mFiles;
+    }
+    void count(uint64_t sizeBytes, bool wasKnown) {
+        (wasKnown ? mKnown : mDone) += sizeBytes + kCostOfFile;
+        ++mFilesDone;
+    }
+    void show(size_t plays) {
+        const auto now = TriageClock::now();
+        if (!mConsole.showsProgress() || now < mNext) {
+            return;
+        }
+        mNext = now + kInterval;
+        const double seconds = std::chrono::duration<double>(now - mBegan).count();
+        const auto part = static_cast<double>(mDone + mKnown) / static_cast<double>(mWhole);
+        const auto bar = static_cast<size_t>(part * kBarWidth);
+        mConsole.showProgress(fmt::format("[{:<{}}] {:>3.0f} %  {} of {} files, {} play, {} left",
+                                          std::string(bar, '='), kBarWidth, part * kHundred,
+                                          mFilesDone, mFiles, plays, leftText(seconds)));
+    }
+
+  private:
+    static constexpr auto kInterval = std::chrono::milliseconds(200);
+
+    std::string leftText(double seconds) const {
+        if (mDone == 0) {
+            return "an unknown time";
+        }
+        const auto left = static_cast<double>(mWhole - mKnown - mDone);
+        return timeText(seconds * left / static_cast<double>(mDone));
+    }
+
+    Console& mConsole;
+    const TriageClock::time_point mBegan = TriageClock::now();
+    TriageClock::time_point mNext = mBegan + kInterval;
+    uint64_t mWhole = 0;
+    uint64_t mDone = 0;
+    uint64_t mKnown = 0;
+    size_t mFiles = 0;
+    size_t mFilesDone = 0;
+};
+
+/** Checks a file in a process that has neither messages nor progress to show. */
+std::string answerFor(const std::string& path, const DecoderList& decoders,
+                      const GlobalOptions& options) {
+    Console console(ColorMode::kNever, true);
+    Output nowhere(-1);
+    GlobalOptions silent = options;
+    silent.logPriority.reset();
+    Session session{silent, console, nowhere};
+    return toLine(toJson(checkFile(path, decoders, session)));
+}
+
+class Run {
+  public:
+    Run(const TriageRequest& request, Session& session)
+        : mRequest(request), mSession(session), mAdvancement(session.console) {}
+
+    void run() {
+        for (const std::string& path : mRequest.paths) {
+            Entry entry;
+            entry.identity = identityOf(path);
+            mAdvancement.expect(entry.sizeBytes());
+            mEntries.push_back(std::move(entry));
+        }
+        takeKnown();
+        runPool({mRequest.jobs, [this] { return next(); },
+                 [this](PoolAnswer answer) { take(std::move(answer)); },
+                 [this] { mAdvancement.show(mPlays); }});
+        mSession.console.clearProgress();
+    }
+
+  private:
+    struct Entry {
+        std::optional<FileIdentity> identity;
+        std::optional<CheckedFile> result;
+
+        uint64_t sizeBytes() const { return identity ? identity->sizeBytes : 0; }
+    };
+
+    void takeKnown() {
+        for (size_t i = 0; mRequest.state != nullptr && i < mEntries.size(); ++i) {
+            const auto& identity = mEntries[i].identity;
+            if (const CheckedFile* known = identity ? mRequest.state->find(*identity) : nullptr) {
+                finish(i, *known, true);
+            }
+        }
+    }
+
+    std::optional<PoolTask> next() {
+        while (mNext < mEntries.size() && (mEntries[mNext].result || mIsShown > mNext)) {
+            ++mNext;
+        }
+        if (mNext >= mEntries.size()) {
+            return std::nullopt;
+        }
+        mTasks.push_back(mNext);
+        const std::string& path = mRequest.paths[mNext];
+        // A pipe can be read once only, and here.
+        pathToOpen(path);
+        const uint64_t size = mEntries[mNext++].sizeBytes();
+        return PoolTask{
+                [this, &path] { return answerFor(path, mRequest.decoders, mSession.options); },
+                mostSeconds(size)};
+    }
+
+    /** The extractor has time limits of its own, which end it long before. */
+    double mostSeconds(uint64_t size) const {
+        const double limit = mSession.options.timeoutSeconds;
+        return limit <= 0 ? 0
+                          : kPatience * limit * StandstillWatch::kBusyFactor +
+                                    static_cast<double>(size) / kLeastBytesPerSecond;
+    }
+
+    void take(PoolAnswer answer) {
+        const size_t index = mTasks[answer.task];
+        CheckedFile file = resultOf(mRequest.paths[index], answer);
+        requirePlugin(file);
+        const auto& identity = mEntries[index].identity;
+        if (mRequest.state != nullptr && identity) {
+            mRequest.state->add(*identity, file);
+        }
+        finish(index, std::move(file), false);
+    }
+
+    static CheckedFile resultOf(const std::string& path, const PoolAnswer& answer) {
+        std::string ending = answer.ending;
+        if (answer.text) {
+            try {
+                CheckedFile file = checkedFileOf(nlohmann::ordered_json::parse(*answer.text));
+                file.path = path;
+                return file;
+            } catch (const std::exception& error) {
+                ending = error.what();
+            }
+        }
+        return uncheckedFile(path, "check-ended", ExitCode::kDied,
+                             fmt::format("the process that checks the file ended: {}", ending));
+    }
+
+    void finish(size_t index, CheckedFile file, bool wasKnown) {
+        mPlays += file.verdict() == Verdict::kPlays ? 1 : 0;
+        mAdvancement.count(mEntries[index].sizeBytes(), wasKnown);
+        mEntries[index].result = std::move(file);
+        while (mIsShown < mEntries.size() && mEntries[mIsShown].result) {
+            mSession.console.clearProgress();
+            mRequest.show(*mEntries[mIsShown].result);
+            mEntries[mIsShown++].result.reset();
+        }
+    }
+
+    const TriageRequest& mRequest;
+    Session& mSession;
+    Advancement mAdvancement;
+    std::vector<Entry> mEntries;
+    /** Indices of entries, by the numbers of tasks. */
+    std::vector<size_t> mTasks;
+    size_t mNext = 0;
+    size_t mIsShown = 0;
+    size_t mPlays = 0;
+};
+
+}  // namespace
+
+void triage(const TriageRequest& request, Session& session) {
+    Run(request, session).run();
+}
+
+}  // namespace ogmprobe::check

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "check/CheckedFile.h"
+#include "check/Decoder.h"
+#include "check/TriageState.h"
+#include "commands/Session.h"
+
+namespace ogmprobe::check {
+
+/** Many files to be checked side by side. */
+struct TriageRequest {
+    const std::vector<std::string>& paths;
+    const DecoderList& decoders;
+    size_t jobs = 1;
+    /** Knows what an earlier run found, and keeps what this one finds; may be null. */
+    TriageState* state = nullptr;
+    /** Called with each file in the order of the paths. */
+    std::function<void(const CheckedFile&)> show;
+};
+
+/**
+ * Checks them, each in a process of its own, and shows how far it is. A process that dies, or never
+ * ends, costs its file alone. Throws `ProbeError` when the plug-in cannot be used.
+ */
+void triage(const TriageRequest& request, Session& session);
+
+}  // namespace ogmprobe::check

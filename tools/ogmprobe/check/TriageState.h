@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "check/CheckedFile.h"
+#include "files/Descriptor.h"
+
+namespace ogmprobe::check {
+
+/** A file as it was when it was checked. */
+struct FileIdentity {
+    std::string path;
+    uint64_t sizeBytes = 0;
+    int64_t modifiedNs = 0;
+
+    auto operator<=>(const FileIdentity&) const = default;
+};
+
+/** Nothing for a path that leads to no file. */
+std::optional<FileIdentity> identityOf(const std::string& path);
+
+/**
+ * What was found out about many files, in a file that is only ever added to: a line for each file,
+ * written at once, so that a run that is killed loses only the files it was working on. A last line
+ * that is cut off is left out.
+ */
+class TriageState {
+  public:
+    /**
+     * Opens or makes it. `circumstances` is what verdicts depend on beside the files; a state with
+     * others is refused. Throws `ProbeError` with `kFile`, also while another run has it.
+     */
+    TriageState(const std::string& path, const std::string& circumstances);
+
+    /** What is known of the file as it is now. */
+    const CheckedFile* find(const FileIdentity& file) const;
+    /** Throws `ProbeError`. */
+    void add(const FileIdentity& identity, const CheckedFile& file);
+    size_t size() const { return mKnown.size(); }
+
+  private:
+    void open();
+    void read(const std::string& circumstances);
+    void take(const std::string& line);
+    void append(const std::string& line) const;
+
+    const std::string mPath;
+    Descriptor mFile;
+    std::map<FileIdentity, CheckedFile> mKnown;
+};
+
+}  // namespace ogmprobe::check
