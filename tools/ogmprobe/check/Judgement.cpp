@@ -101,6 +101,7 @@ CheckedTrack judgeTrack(const Evidence& evidence, uint64_t index, const PlayedTr
         track.inFile = account->ledger.inFile;
         judgeLosses(account->ledger, description, track.reasons);
     }
+    judgeTimes(description, packets, track.reasons);
     judgeSeeking(description, packets, track.reasons);
     return track;
 }
@@ -174,6 +175,7 @@ void judge(const Evidence& evidence, CheckedFile& file) {
             addFinding(finding, concerned(finding, file));
         }
     }
+    judgeSync(explanation, file);
     nameNumbers(file.reasons);
     for (CheckedTrack& track : file.tracks) {
         nameNumbers(track.reasons);

@@ -25,12 +25,18 @@ struct Evidence {
 /** Fills in tracks and reasons. */
 void judge(const Evidence& evidence, CheckedFile& file);
 
-// Each adds reasons to a track.
+/** Adds what is to be said of sound that is not with the picture. */
+void judgeSync(const Explanation& explanation, CheckedFile& file);
+
+// Each of these adds reasons to a track.
 
 /** What its format lacks that a decoder is set up with. */
 void judgeFormat(const TrackDescription& track, std::vector<Reason>& reasons);
 /** What the ledger of its stream says. */
 void judgeLosses(const Ledger& ledger, const TrackDescription& track, std::vector<Reason>& reasons);
+/** Pictures of which several have one time. */
+void judgeTimes(const TrackDescription& track, const PlayedPackets& packets,
+                std::vector<Reason>& reasons);
 /** Sync frames. */
 void judgeSeeking(const TrackDescription& track, const PlayedPackets& packets,
                   std::vector<Reason>& reasons);

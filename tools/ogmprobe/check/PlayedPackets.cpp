@@ -15,7 +15,22 @@ constexpr double kBits = 8;
 
 }  // namespace
 
+void PlayedPackets::noteTime(int64_t timeUs) {
+    if (mCount > 0 && timeUs == mBeforeUs) {
+        ++mShared;
+        ++mRun;
+    } else {
+        if (mRun > 1) {
+            mLongestStepUs = std::max(mLongestStepUs, timeDifferenceUs(timeUs, mBeforeUs));
+        }
+        mRun = 1;
+    }
+    mLongestRun = std::max(mLongestRun, mRun);
+    mBeforeUs = timeUs;
+}
+
 void PlayedPackets::add(const Packet& packet) {
+    noteTime(packet.timeUs);
     mLeastUs = mCount == 0 ? packet.timeUs : std::min(mLeastUs, packet.timeUs);
     mMostUs = mCount == 0 ? packet.timeUs : std::max(mMostUs, packet.timeUs);
     if (packet.isSync) {

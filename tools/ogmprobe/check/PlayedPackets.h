@@ -23,7 +23,15 @@ class PlayedPackets {
     /** The longest time without a sync frame, between them and to both ends; 0 without one. */
     int64_t longestWithoutSyncUs() const;
 
+    /** Packets that have the time of the one before. */
+    uint64_t sharedTimes() const { return mShared; }
+    /** The most packets of one time, one behind the other, and the longest time to the next one. */
+    uint64_t mostOfOneTime() const { return mLongestRun; }
+    int64_t longestStepUs() const { return mLongestStepUs; }
+
   private:
+    void noteTime(int64_t timeUs);
+
     uint64_t mCount = 0;
     uint64_t mSyncCount = 0;
     uint64_t mBytes = 0;
@@ -31,6 +39,11 @@ class PlayedPackets {
     int64_t mMostUs = 0;
     int64_t mLastSyncUs = 0;
     int64_t mLongestUs = 0;
+    int64_t mBeforeUs = 0;
+    uint64_t mShared = 0;
+    uint64_t mRun = 0;
+    uint64_t mLongestRun = 0;
+    int64_t mLongestStepUs = 0;
     std::vector<uint8_t> mHead;
 };
 

@@ -79,6 +79,7 @@ constexpr std::array kKinds = {
         ReasonKind{"negative-times", kFault, "times below 0"},
         ReasonKind{"times-step-back", kFault, "times that step back"},
         ReasonKind{"times-stand-still", kFault, "times that stand still"},
+        ReasonKind{"pictures-share-times", kFault, "pictures that share a time"},
         ReasonKind{"audio-against-video", kFault, "audio against video"},
         // Of seeking.
         ReasonKind{"no-sync-frames", kFault, "no sync frames"},

@@ -9,6 +9,10 @@ namespace ogmprobe::check::threshold {
 /** Audio and video that are further apart are seen to be (ITU-R BT.1359 puts it near). */
 inline constexpr int64_t kAudioAgainstVideoUs = 80'000;
 
+/** Pictures of one time are shown at once, and none for some time after: up to here it is not seen.
+ */
+inline constexpr int64_t kStandstillUs = 100'000;
+
 /** So few lost packets or frames of a track are noticed by nobody. */
 inline constexpr uint64_t kUnnoticedLosses = 2;
 /** A track that loses a larger part of them cannot be watched or listened to. */

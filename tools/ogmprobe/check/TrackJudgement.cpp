@@ -137,6 +137,21 @@ void judgeLosses(const Ledger& ledger, const TrackDescription& track,
     }
 }
 
+void judgeTimes(const TrackDescription& track, const PlayedPackets& packets,
+                std::vector<Reason>& reasons) {
+    if (track.kind != TrackKind::kVideo || packets.longestStepUs() <= threshold::kStandstillUs) {
+        return;
+    }
+    reasons.push_back(reasonOf(
+            "pictures-share-times",
+            fmt::format("{} of {} have the time of the one before, so that up to {} are shown at "
+                        "once and none for up to {} s after",
+                        packets.sharedTimes(), counted(packets.count(), "picture"),
+                        packets.mostOfOneTime(), secondsText(packets.longestStepUs())),
+            static_cast<double>(packets.longestStepUs()),
+            static_cast<double>(threshold::kStandstillUs)));
+}
+
 void judgeSeeking(const TrackDescription& track, const PlayedPackets& packets,
                   std::vector<Reason>& reasons) {
     if (track.kind != TrackKind::kVideo || packets.count() == 0) {

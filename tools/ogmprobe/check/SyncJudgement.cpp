@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+#include <vector>
+
+#include "check/Judgement.h"
+#include "check/Thresholds.h"
+#include "sync/FileSync.h"
+#include "text/TimeText.h"
+
+namespace ogmprobe::check {
+namespace {
+
+/**
+ * The sound without what has the time of the one before. What lies on one page has one time;
+ * players go on from there by their own count of samples, so sound is where its times say only
+ * where these change.
+ */
+TrackSync whereTimesChange(TrackSync audio) {
+    std::optional<int64_t> before;
+    for (SyncPoint& point : audio.points) {
+        if (point.pluginUs && point.pluginUs == before) {
+            point.lateUs.reset();
+        }
+        before = point.pluginUs ? point.pluginUs : before;
+    }
+    return audio;
+}
+
+/** The pictures that are the first on their pages, for the same reason. */
+TrackSync firstOnPages(TrackSync video, const OggFile& file) {
+    std::optional<size_t> before;
+    for (SyncPoint& point : video.points) {
+        const auto page = file.pageAt(static_cast<int64_t>(point.offset));
+        if (page == before) {
+            point.lateUs.reset();
+        }
+        before = page;
+    }
+    return video;
+}
+
+double distanceAt(const PairPoint& point) {
+    return std::abs(static_cast<double>(point.lateUs.certainUs()));
+}
+
+Reason apart(const TrackSync& audio, const TrackSync& video, const PairPoint& at) {
+    const SyncPoint& heard = audio.points[at.audioPoint];
+    const int64_t lateUs = at.lateUs.certainUs();
+    return reasonOf(
+            "audio-against-video",
+            fmt::format(
+                    "the sound is up to {} s too {} against the picture of track {}, at {} s by "
+                    "the pages; more than {} s are noticed",
+                    secondsText(lateUs < 0 ? -lateUs : lateUs), lateUs < 0 ? "early" : "late",
+                    video.track,
+                    secondsText(heard.pageUs ? std::optional(heard.pageUs->middleUs())
+                                             : std::nullopt),
+                    secondsText(threshold::kAudioAgainstVideoUs)),
+            static_cast<double>(lateUs), static_cast<double>(threshold::kAudioAgainstVideoUs));
+}
+
+void judgePair(const TrackSync& audio, const TrackSync& video, CheckedFile& file) {
+    const std::vector<PairPoint> points = pairPointsOf(audio, video);
+    const auto worst = std::max_element(
+            points.begin(), points.end(),
+            [](const PairPoint& a, const PairPoint& b) { return distanceAt(a) < distanceAt(b); });
+    if (worst == points.end() ||
+        distanceAt(*worst) <= static_cast<double>(threshold::kAudioAgainstVideoUs)) {
+        return;
+    }
+    for (CheckedTrack& track : file.tracks) {
+        if (track.index == audio.track) {
+            track.reasons.push_back(apart(audio, video, *worst));
+        }
+    }
+}
+
+}  // namespace
+
+void judgeSync(const Explanation& explanation, CheckedFile& file) {
+    const FileSync sync =
+            fileSyncOf(explanation.file(), explanation.trace(), explanation.accounts());
+    for (const PairSync& pair : sync.pairs) {
+        judgePair(whereTimesChange(sync.tracks[pair.audio]),
+                  firstOnPages(sync.tracks[pair.video], explanation.file()), file);
+    }
+}
+
+}  // namespace ogmprobe::check
