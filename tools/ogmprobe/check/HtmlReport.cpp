@@ -51,10 +51,16 @@ std::string reasonItems(const std::vector<Reason>& reasons, const std::string& a
     return items;
 }
 
+/** "track 0 (video)" */
+std::string shortTitleOf(const CheckedTrack& track) {
+    return fmt::format("{} ({})", track.index ? fmt::format("track {}", *track.index) : "no track",
+                       visible(track.kind));
+}
+
 std::string reasonList(const CheckedFile& file) {
     std::string items = reasonItems(file.reasons, "");
     for (const CheckedTrack& track : file.tracks) {
-        items += reasonItems(track.reasons, escaped(titleOf(track)) + ": ");
+        items += reasonItems(track.reasons, escaped(shortTitleOf(track)) + ": ");
     }
     return items.empty() ? "" : "<ul>" + items + "</ul>";
 }

@@ -141,15 +141,26 @@ std::vector<Reason>& concerned(const Finding& finding, CheckedFile& file) {
     return track == file.tracks.end() ? file.reasons : track->reasons;
 }
 
+/** What reasons are counted under beside their names, where they do not say so themselves. */
 void addSubjects(CheckedFile& file) {
     for (CheckedTrack& track : file.tracks) {
         for (Reason& reason : track.reasons) {
-            if (reason.subject.empty() && reason.id.find("frames") != std::string::npos) {
-                reason.subject = track.codec;
-            } else if (reason.subject.empty() && !track.index) {
-                reason.subject = track.kind + (track.codec.empty() ? "" : " " + track.codec);
+            if (reason.id == "codec-not-supported") {
+                reason.subject = track.kind + " " + track.codec;
             }
         }
+    }
+}
+
+/** Findings say why, where the file is one of pages. */
+void judgeDuration(CheckedFile& file) {
+    const auto isFound =
+            std::any_of(file.reasons.begin(), file.reasons.end(),
+                        [](const Reason& reason) { return reason.id.starts_with("duration-"); });
+    if (file.durationUs.value_or(0) <= 0 && !isFound) {
+        file.reasons.push_back(reasonOf(
+                "duration-unknown", "The duration is unknown: the format of the file says none.",
+                static_cast<double>(file.durationUs.value_or(0)), 1));
     }
 }
 
@@ -174,6 +185,9 @@ void judge(const Evidence& evidence, CheckedFile& file) {
         if (!finding.usual) {
             addFinding(finding, concerned(finding, file));
         }
+    }
+    if (trace.opened()) {
+        judgeDuration(file);
     }
     judgeSync(explanation, file);
     nameNumbers(file.reasons);

@@ -80,6 +80,7 @@ constexpr std::array kKinds = {
         ReasonKind{"times-step-back", kFault, "times that step back"},
         ReasonKind{"times-stand-still", kFault, "times that stand still"},
         ReasonKind{"pictures-share-times", kFault, "pictures that share a time"},
+        ReasonKind{"audio-drifts", kFault, "sound that drifts from its pages"},
         ReasonKind{"audio-against-video", kFault, "audio against video"},
         // Of seeking.
         ReasonKind{"no-sync-frames", kFault, "no sync frames"},
@@ -87,9 +88,9 @@ constexpr std::array kKinds = {
         ReasonKind{"duration-unknown", kFault, "duration unknown"},
         ReasonKind{"duration-unknown-short-file", kFault,
                    "duration unknown, as in all short files"},
-        ReasonKind{"duration-from-granule-minus-1", kFault, "wrong duration"},
-        ReasonKind{"duration-from-stray-granule", kFault, "wrong duration"},
-        ReasonKind{"duration-too-short", kFault, "wrong duration"},
+        ReasonKind{"duration-from-granule-minus-1", kFault, "duration from a page that tells none"},
+        ReasonKind{"duration-from-stray-granule", kFault, "duration from a stray page"},
+        ReasonKind{"duration-too-short", kFault, "duration too short"},
 };
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "check/Thresholds.h"
 #include "sync/FileSync.h"
 #include "text/TimeText.h"
+#include "text/TimeUnits.h"
 
 namespace ogmprobe::check {
 namespace {
@@ -79,11 +80,47 @@ void judgePair(const TrackSync& audio, const TrackSync& video, CheckedFile& file
     }
 }
 
+/** How far the pages' times of a sound come to be from its samples. */
+double contentDriftUs(const TrackSync& audio) {
+    std::optional<TimeRange> first;
+    std::optional<TimeRange> last;
+    for (const SyncPoint& point : audio.points) {
+        first = first ? first : point.pageUs;
+        last = point.pageUs ? point.pageUs : last;
+    }
+    const double spanUs =
+            last ? static_cast<double>(nearestDifferenceUs(last->middleUs(), first->middleUs()))
+                 : 0;
+    return audio.contentDriftPpm.value_or(0) * spanUs / static_cast<double>(kUsPerSecond);
+}
+
+void judgeDrift(const TrackSync& audio, CheckedFile& file) {
+    const double driftUs = contentDriftUs(audio);
+    if (std::abs(driftUs) <= static_cast<double>(threshold::kAudioAgainstVideoUs)) {
+        return;
+    }
+    for (CheckedTrack& track : file.tracks) {
+        if (track.index == audio.track) {
+            track.reasons.push_back(reasonOf(
+                    "audio-drifts",
+                    fmt::format(
+                            "the times of the sound's pages run away from its samples, by {:.0f} "
+                            "ppm and {:.3f} s over the file; more than {} s are noticed",
+                            *audio.contentDriftPpm, driftUs / static_cast<double>(kUsPerSecond),
+                            secondsText(threshold::kAudioAgainstVideoUs)),
+                    driftUs, static_cast<double>(threshold::kAudioAgainstVideoUs)));
+        }
+    }
+}
+
 }  // namespace
 
 void judgeSync(const Explanation& explanation, CheckedFile& file) {
     const FileSync sync =
             fileSyncOf(explanation.file(), explanation.trace(), explanation.accounts());
+    for (const TrackSync& track : sync.tracks) {
+        judgeDrift(track, file);
+    }
     for (const PairSync& pair : sync.pairs) {
         judgePair(whereTimesChange(sync.tracks[pair.audio]),
                   firstOnPages(sync.tracks[pair.video], explanation.file()), file);

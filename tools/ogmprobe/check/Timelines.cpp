@@ -48,7 +48,8 @@ std::map<std::string, std::string> drawTimelines(const TimelineRequest& request,
     std::vector<TimelineOptions> tasks;
     for (const std::string& path : request.paths) {
         const std::string name = fmt::format("{:05}-{}.html", tasks.size() + 1, plainName(path));
-        tasks.push_back({path, (fs::path(request.folder) / name).string(), 0, request.force});
+        tasks.push_back(
+                {{path}, (fs::path(request.folder) / name).string(), false, 0, request.force});
     }
     size_t next = 0;
     size_t done = 0;
@@ -69,7 +70,7 @@ std::map<std::string, std::string> drawTimelines(const TimelineRequest& request,
     std::map<std::string, std::string> drawn;
     for (const TimelineOptions& options : tasks) {
         if (fs::exists(options.output, error)) {
-            drawn[options.file] = options.output;
+            drawn[options.files.front()] = options.output;
         }
     }
     return drawn;

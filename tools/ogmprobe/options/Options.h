@@ -148,9 +148,9 @@ struct CheckOptions {
     bool csv = false;
 };
 
-using CommandOptions = std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions,
-                                    TimelineOptions, ExplainOptions, SyncOptions, CompareOptions,
-                                    CheckOptions>;
+using CommandOptions =
+        std::variant<InfoOptions, PacketsOptions, SeekTestOptions, ExtractOptions, TimelineOptions,
+                     ExplainOptions, SyncOptions, CompareOptions, CheckOptions>;
 
 struct Options {
     GlobalOptions global;
