@@ -24,7 +24,7 @@ void addFinding(const Finding& finding, std::vector<Reason>& reasons) {
             std::find_if(reasons.begin(), reasons.end(),
                          [&finding](const Reason& reason) { return reason.id == finding.id; });
     if (known == reasons.end()) {
-        reasons.push_back(reasonOf(finding.id, finding.text, 1));
+        reasons.push_back(reasonOf(finding.id, finding.text));
     } else {
         known->value = known->value.value_or(1) + 1;
     }
