@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
+#include <optional>
 #include <string_view>
 #include <utility>
 

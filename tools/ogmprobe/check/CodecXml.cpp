@@ -7,7 +7,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
-#include <optional>
+#include <type_traits>
+#include <utility>
 
 #include "check/CodecListBuilder.h"
 
@@ -85,7 +86,7 @@ void Reader::read(const std::string& path) {
     XML_SetUserData(parser.get(), this);
     XML_SetElementHandler(parser.get(), onStart, onEnd);
     XML_SetStartDoctypeDeclHandler(parser.get(), onDocumentType);
-    const XML_Parser outerParser = std::exchange(mParser, parser.get());
+    XML_Parser outerParser = std::exchange(mParser, parser.get());
     const size_t outerDepth = std::exchange(mDepth, 0);
     mPaths.push_back(path);
     const std::string& text = file->second;

@@ -4,6 +4,10 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
+#include <optional>
+#include <span>
 #include <string>
 #include <utility>
 

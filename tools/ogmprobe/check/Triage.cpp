@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
@@ -30,7 +31,7 @@ constexpr int kBarWidth = 20;
 constexpr double kHundred = 100;
 
 std::string timeText(double seconds) {
-    const auto whole = static_cast<uint64_t>(seconds + 0.5);
+    const auto whole = std::llround(seconds);
     return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
 }
 
@@ -107,7 +108,7 @@ class Run {
         }
         takeKnown();
         runPool({mRequest.jobs, [this] { return next(); },
-                 [this](PoolAnswer answer) { take(std::move(answer)); },
+                 [this](const PoolAnswer& answer) { take(answer); },
                  [this] { mAdvancement.show(mPlays); }});
         mSession.console.clearProgress();
     }
@@ -154,7 +155,7 @@ class Run {
                                     static_cast<double>(size) / kLeastBytesPerSecond;
     }
 
-    void take(PoolAnswer answer) {
+    void take(const PoolAnswer& answer) {
         const size_t index = mTasks[answer.task];
         CheckedFile file = resultOf(mRequest.paths[index], answer);
         requirePlugin(file);

@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <tuple>
 
 #include "check/CheckedFile.h"
 #include "files/Descriptor.h"
@@ -17,7 +18,10 @@ struct FileIdentity {
     uint64_t sizeBytes = 0;
     int64_t modifiedNs = 0;
 
-    auto operator<=>(const FileIdentity&) const = default;
+    bool operator<(const FileIdentity& other) const {
+        return std::tie(path, sizeBytes, modifiedNs) <
+               std::tie(other.path, other.sizeBytes, other.modifiedNs);
+    }
 };
 
 /** Nothing for a path that leads to no file. */
