@@ -9,7 +9,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 readonly build_packages=(
     cmake ninja-build g++ git ca-certificates
     libgtest-dev libgmock-dev libcli11-dev libexpat1-dev libfmt-dev libseccomp-dev
-    nlohmann-json3-dev
+    nlohmann-json3-dev zlib1g-dev
 )
 # What checks the host build; the browser shows the pages that ogmprobe writes.
 readonly quick_packages=(
@@ -25,7 +25,7 @@ readonly test_packages=(
 # For 64-bit Arm: compiler, emulator, and the libraries of tests and tool for that machine.
 readonly arm64_packages=(
     g++-aarch64-linux-gnu qemu-user
-    libgtest-dev:arm64 libgmock-dev:arm64 libexpat1-dev:arm64 libfmt-dev:arm64 libseccomp-dev:arm64 libc6-dev:arm64 libstdc++-12-dev:arm64
+    libgtest-dev:arm64 libgmock-dev:arm64 libexpat1-dev:arm64 libfmt-dev:arm64 libseccomp-dev:arm64 zlib1g-dev:arm64 libc6-dev:arm64 libstdc++-12-dev:arm64
 )
 
 # Whether a Debian package, with or without its architecture, is installed.

@@ -14,11 +14,6 @@
 namespace ogmprobe {
 namespace {
 
-std::string lineText(const LoggedLine& line) {
-    return visible(logText(line.priority, line.tag, line.text)) +
-           (line.count > 1 ? fmt::format("  ({} times)", line.count) : "");
-}
-
 std::string placeText(const Finding& finding) {
     std::string text = finding.offset  ? fmt::format("offset {}", *finding.offset)
                        : finding.track ? fmt::format("track {}", *finding.track)
@@ -142,6 +137,11 @@ class PageList {
 };
 
 }  // namespace
+
+std::string lineText(const LoggedLine& line) {
+    return visible(logText(line.priority, line.tag, line.text)) +
+           (line.count > 1 ? fmt::format("  ({} times)", line.count) : "");
+}
 
 std::string whyNoTrack(const Explanation& explanation, const OggPage& page) {
     if (explanation.trace().trackOf(page.serial)) {

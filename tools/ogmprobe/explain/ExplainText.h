@@ -10,6 +10,9 @@
 
 namespace ogmprobe {
 
+/** The line as people know it, and how often it was written. */
+std::string lineText(const LoggedLine& line);
+
 /** The findings for people. */
 std::string findingsText(const Explanation& explanation, const ExplainOptions& options, bool color);
 

@@ -4,6 +4,8 @@
 #include <android/log.h>
 #include <fmt/core.h>
 
+#include <variant>
+
 #include "commands/CommandRecords.h"
 
 namespace ogmprobe {
@@ -28,12 +30,18 @@ class TracedRecords : public CommandRecords {
 
 }  // namespace
 
-void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace) {
+void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace,
+                const RecordSink& also) {
     GlobalOptions withLines = session.options;
     withLines.logPriority = ANDROID_LOG_VERBOSE;
     TracedRecords records(session, report, trace);
     try {
-        runShown({path, playJob({}), true}, withLines, session.console, visitedBy(records));
+        runShown({path, playJob({}), true}, withLines, session.console, [&](const Record& record) {
+            std::visit(records, record);
+            if (also) {
+                also(record);
+            }
+        });
     } catch (const GoesInCircles& circles) {
         const Failure failure{ExitCode::kDied,
                               fmt::format("the extractor never ends: {}", circles.what())};

@@ -11,8 +11,9 @@ namespace ogmprobe {
 
 /**
  * Plays the file to its end and gathers in `trace` what the plug-in does with it; what goes wrong
- * is reported too. Throws `ProbeError`.
+ * is reported too. The sink, if there is one, gets all records as well. Throws `ProbeError`.
  */
-void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace);
+void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace,
+                const RecordSink& also = {});
 
 }  // namespace ogmprobe

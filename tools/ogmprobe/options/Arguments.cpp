@@ -195,6 +195,9 @@ void addTimeline(CLI::App& app, TimelineOptions& options) {
             ->type_name("N")
             ->capture_default_str()
             ->check(wholeNumber(0, kMostDrawnSteps));
+    addTime(*command, "--from", options.fromUs, "Draw only packets from this time on");
+    addTime(*command, "--to", options.untilUs, "Draw only packets in front of this time");
+    command->add_flag("--date", options.date, "Write into the page when it was made");
     command->add_flag("--force", options.force, "Overwrite a file that exists");
 }
 

@@ -55,13 +55,15 @@ inline constexpr const char* kExtractExamples =
 
 inline constexpr const char* kTimelineExamples =
         "Draws each track's packets over presentation time, their sizes, types and sync frames,\n"
-        "gaps, equal times and backward steps, the bitrate, and what was read from the file for\n"
-        "each packet and by seeks. A page for a browser (.html) tells about the packet under the\n"
-        "mouse; it needs no network. A drawing (.svg) shows the same without motion. In a folder\n"
-        "each file's page is named after it: film.ogm gives film.html.\n"
+        "gaps, equal times and backward steps, what is lost, streams without a track and what\n"
+        "explain finds, the bitrate, and what was read from the file for each packet and by\n"
+        "seeks. A page for a browser (.html) shows an hour as well as a single packet and needs\n"
+        "no network; how to move stands in it. A drawing (.svg) shows the same without motion. In\n"
+        "a folder each file's page is named after it: film.ogm gives film.html.\n"
         "\n"
         "Examples:\n"
         "  ogmprobe timeline film.ogm -o film.html\n"
+        "  ogmprobe timeline film.ogm -o film.html --from 1:00 --to 1:30\n"
         "  ogmprobe timeline film.ogm -o film.svg --seek-steps 0 --force\n"
         "  ogmprobe timeline *.ogm -o timelines";
 

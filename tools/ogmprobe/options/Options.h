@@ -91,6 +91,11 @@ struct TimelineOptions {
     bool svg = false;
     /** Spaces between the targets of seeks; 0 leaves seeks out. */
     uint32_t seekSteps = 8;
+    /** Only packets of these times, the second not included. */
+    std::optional<int64_t> fromUs;
+    std::optional<int64_t> untilUs;
+    /** Say when it was made. */
+    bool date = false;
     bool force = false;
 };
 

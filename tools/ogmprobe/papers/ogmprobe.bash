@@ -7,7 +7,7 @@ _ogmprobe() {
         [packets]="--track --only-track --seek --count --from --to --sync-only --clock --csv --json"
         [seektest]="--steps --strict --csv --json"
         [extract]="--output --track --only-track --force"
-        [timeline]="--output --svg --seek-steps --force"
+        [timeline]="--output --svg --seek-steps --from --to --date --force"
         [explain]="--pages --verbose --strict --csv --json"
         [sync]="--packets --csv --json"
         [compare]="--plugin-b --device --reads --seeks --logs --no-logs --json"

@@ -50,6 +50,9 @@ complete --command ogmprobe --condition "__fish_seen_subcommand_from extract" --
 complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --short-option o --long-option output --require-parameter --force-files --description "The new page, drawing or folder"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option svg --description "Drawings in a folder"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option seek-steps --exclusive --description "Spaces between targets of seeks"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option from --exclusive --description "From this time on"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option to --exclusive --description "In front of this time"
+complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option date --description "Write when it was made"
 complete --command ogmprobe --condition "__fish_seen_subcommand_from timeline" --long-option force --description "Overwrite a file that exists"
 
 complete --command ogmprobe --condition "__fish_seen_subcommand_from explain" --long-option pages --description "List the pages too"

@@ -6,11 +6,15 @@
 
 namespace ogmprobe {
 
-/** FNV-1a with 64 bits: equal buffers have equal digests; no protection against intent. */
-constexpr uint64_t fnv1a64(std::span<const uint8_t> bytes) {
-    constexpr uint64_t kOffsetBasis = 0xcbf29ce484222325;
+/** The digest of no bytes. */
+inline constexpr uint64_t kEmptyDigest = 0xcbf29ce484222325;
+
+/**
+ * FNV-1a with 64 bits: equal buffers have equal digests; no protection against intent. The digest
+ * of bytes goes on with that of the bytes in front of them.
+ */
+constexpr uint64_t fnv1a64(std::span<const uint8_t> bytes, uint64_t digest = kEmptyDigest) {
     constexpr uint64_t kPrime = 0x100000001b3;
-    uint64_t digest = kOffsetBasis;
     for (const uint8_t byte : bytes) {
         digest = (digest ^ byte) * kPrime;
     }

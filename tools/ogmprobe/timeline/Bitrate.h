@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Timeline.h"
+#include "Timing.h"
 
 namespace ogmprobe::timeline {
 
@@ -18,7 +19,12 @@ struct Bitrate {
     double highest = 0;
 };
 
-/** Windows of half a second, longer in files of more than two minutes. */
-Bitrate bitrateOf(const Timeline& timeline, const TimeSpan& span);
+/**
+ * Windows of half a second, longer in files of more than two minutes. The bytes of packets are
+ * spread over the time up to the next ones of their track, so that no window shows where the
+ * times of pages happen to fall.
+ */
+Bitrate bitrateOf(const Timeline& timeline, const std::vector<Timing>& timings,
+                  const TimeSpan& span);
 
 }  // namespace ogmprobe::timeline

@@ -33,12 +33,12 @@ Chart::Chart(const Timeline& shown)
       span(shownSpan(shown)),
       axis(span),
       detail(detailOf(shown)),
-      bitrate(bitrateOf(shown, span)),
       trackClasses(classesOf(shown.lanes)) {
     for (const Lane& lane : shown.lanes) {
         timings.push_back(timingOf(lane.packets));
         bars.push_back(barsOf(lane, timings.back(), axis, detail));
     }
+    bitrate = bitrateOf(shown, timings, span);
 }
 
 bool marksSyncs(const Lane& lane) {

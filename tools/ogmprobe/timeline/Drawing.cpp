@@ -167,10 +167,18 @@ std::string textLine(const std::string& cssClass, double y, const std::string& t
                        coordinate(y), escaped(text));
 }
 
+/** Where bars are not packets. */
+std::string binText(const Chart& chart) {
+    return chart.detail.packets ? ""
+                                : fmt::format("; a bar is the largest packet of {:.3g} s",
+                                              chart.axis.lengthUs() / kUsPerSecond /
+                                                      static_cast<double>(chart.detail.bins));
+}
+
 std::string headingOf(const Chart& chart, double& y) {
     std::string text = textLine("title", y + 24, chart.timeline.fileName);
     y += kTitleHeight;
-    text += textLine("detail", y + 12, summaryOf(chart));
+    text += textLine("detail", y + 12, summaryOf(chart) + binText(chart));
     y += kLineHeight;
     for (const std::string& note : notesOf(chart)) {
         text += textLine("note", y + 12, note);
@@ -180,12 +188,6 @@ std::string headingOf(const Chart& chart, double& y) {
 }
 
 }  // namespace
-
-std::string drawingElement(const Chart& chart) {
-    double y = 0;
-    const std::string body = bodyOf(chart, y);
-    return opening("", y) + body + "</svg>\n";
-}
 
 std::string drawingDocument(const Chart& chart) {
     double y = 0;
@@ -207,15 +209,9 @@ std::string summaryOf(const Chart& chart) {
             hasPackets ? fmt::format("packets from {} to {} s", secondsText(chart.span.firstUs),
                                      secondsText(chart.span.lastUs))
                        : "no packets";
-    std::string text = fmt::format("{}, {}, duration {}, {}, {}", file.mime,
-                                   sizeText(file.sizeBytes), durationText(file.durationUs),
-                                   counted(chart.timeline.lanes.size(), "track"), covered);
-    if (!chart.detail.packets) {
-        text += fmt::format(
-                "; a bar is the largest packet of {:.3g} s",
-                chart.axis.lengthUs() / kUsPerSecond / static_cast<double>(chart.detail.bins));
-    }
-    return text;
+    return fmt::format("{}, {}, duration {}, {}, {}", file.mime, sizeText(file.sizeBytes),
+                       durationText(file.durationUs), counted(chart.timeline.lanes.size(), "track"),
+                       covered);
 }
 
 std::vector<std::string> notesOf(const Chart& chart) {

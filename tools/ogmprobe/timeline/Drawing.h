@@ -8,10 +8,7 @@
 
 namespace ogmprobe::timeline {
 
-/** The panels and their legend as an SVG element, to be styled by the page around it. */
-std::string drawingElement(const Chart& chart);
-
-/** The same as an SVG document of its own, with a heading and what went wrong. */
+/** The panels and their legend as an SVG document, with a heading and what went wrong. */
 std::string drawingDocument(const Chart& chart);
 
 /** What the file is and how it is drawn, in one line: not escaped. */

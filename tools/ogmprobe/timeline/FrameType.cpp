@@ -99,18 +99,28 @@ FrameType h264Type(Bytes packet) {
     return isValid ? kTypes[*type % kTypes.size()] : FrameType::kUnknown;
 }
 
-// RFC 6386, 9.1: the lowest bit of the frame tag is 0 in key frames.
+// RFC 6386, 9.1: the lowest bit of the frame tag is 0 in key frames, which go on with a start code.
 FrameType vp8Type(Bytes packet) {
-    if (packet.empty()) {
+    constexpr size_t kTagSize = 3;
+    constexpr std::array<uint8_t, 3> kStartCode = {0x9d, 0x01, 0x2a};
+    if (packet.size() < kTagSize) {
         return FrameType::kUnknown;
     }
-    return (packet[0] & 1) == 0 ? FrameType::kIntra : FrameType::kPredicted;
+    if ((packet[0] & 1) != 0) {
+        return FrameType::kPredicted;
+    }
+    const Bytes behindTag = packet.subspan(kTagSize);
+    const bool isKey = behindTag.size() >= kStartCode.size() &&
+                       std::equal(kStartCode.begin(), kStartCode.end(), behindTag.begin());
+    return isKey ? FrameType::kIntra : FrameType::kUnknown;
 }
 
 FrameType jpegType(Bytes packet) {
     const bool isImage = packet.size() >= 2 && packet[0] == 0xff && packet[1] == 0xd8;
     return isImage ? FrameType::kIntra : FrameType::kUnknown;
 }
+
+constexpr std::string_view kVp8 = "video/x-vnd.on2.vp8";
 
 struct TypeReader {
     std::string_view mime;
@@ -120,7 +130,7 @@ struct TypeReader {
 constexpr std::array kReaders = {
         TypeReader{"video/mp4v-es", mpeg4Type},      TypeReader{"video/divx4", mpeg4Type},
         TypeReader{"video/divx", mpeg4Type},         TypeReader{"video/mpeg2", mpeg2Type},
-        TypeReader{"video/avc", h264Type},           TypeReader{"video/x-vnd.on2.vp8", vp8Type},
+        TypeReader{"video/avc", h264Type},           TypeReader{kVp8, vp8Type},
         TypeReader{"video/x-motion-jpeg", jpegType},
 };
 
@@ -130,6 +140,14 @@ FrameType frameTypeOf(std::string_view mime, std::span<const uint8_t> packet) {
     const auto* reader = std::find_if(kReaders.begin(), kReaders.end(),
                                       [mime](const TypeReader& row) { return row.mime == mime; });
     return reader == kReaders.end() ? FrameType::kUnknown : reader->typeOf(packet);
+}
+
+std::span<const char* const, kFrameTypes> typeNames(std::string_view mime) {
+    static constexpr std::array<const char*, kFrameTypes> kPictures = {"I picture", "P picture",
+                                                                       "B picture", ""};
+    static constexpr std::array<const char*, kFrameTypes> kFrames = {"key frame", "inter frame", "",
+                                                                     ""};
+    return mime == kVp8 ? kFrames : kPictures;
 }
 
 char letterOf(FrameType type) {

@@ -21,4 +21,8 @@ FrameType frameTypeOf(std::string_view mime, std::span<const uint8_t> packet);
 /** "I", "P", "B", or "U" where it is unknown. */
 char letterOf(FrameType type);
 
+/** What the types are called with a codec, in their order: "I picture", or "key frame" and so on.
+ */
+std::span<const char* const, kFrameTypes> typeNames(std::string_view mime);
+
 }  // namespace ogmprobe::timeline

@@ -26,10 +26,10 @@ constexpr double kBarPart = 0.72;
 constexpr double kLeastLineSpacing = 4;
 constexpr size_t kLongestName = 25;
 
-/** Attributes of lines that leave some room between each other; zooming computes it anew. */
+/** Attribute of lines that leave some room between each other. */
 std::string widthOf(double spacing, double widest) {
-    return fmt::format("data-spacing=\"{:.5g}\" data-widest=\"{}\" stroke-width=\"{}\"", spacing,
-                       widest, coordinate(std::clamp(spacing * kBarPart, 1.0, widest)));
+    return fmt::format("stroke-width=\"{}\"",
+                       coordinate(std::clamp(spacing * kBarPart, 1.0, widest)));
 }
 
 /** The plot of one lane, whose bars stand on a base line. */

@@ -3,6 +3,8 @@
 
 #include <fmt/core.h>
 
+#include <utility>
+
 #include "Drawing.h"
 #include "Markup.h"
 #include "PageTexts.h"
@@ -18,18 +20,31 @@ std::string noteList(const Chart& chart) {
     return text.empty() ? "" : "<ul class=\"notes\">\n" + text + "</ul>";
 }
 
+/** "Made by ogmprobe 1.2 with the plug-in X, of 300 bytes with the digest 0123." */
+std::string originOf(const Timeline& timeline) {
+    const Origin& origin = timeline.origin;
+    const std::string digest =
+            origin.fileDigest ? fmt::format(" with the digest {:016x} (FNV-1a)", *origin.fileDigest)
+                              : "";
+    return fmt::format("Made{} by {} with the plug-in {}, of {} bytes{}.",
+                       origin.date.empty() ? "" : " on " + origin.date, origin.program,
+                       origin.plugin, timeline.file.sizeBytes, digest);
+}
+
 }  // namespace
 
 std::string pageDocument(const Chart& chart) {
+    PageData data = pageData(chart);
     return filledIn(kPage, {{"title", escaped(chart.timeline.fileName)},
                             {"drawing sheet", std::string(kDrawingSheet)},
                             {"page sheet", std::string(kPageSheet)},
                             {"summary", escaped(summaryOf(chart))},
+                            {"origin", escaped(originOf(chart.timeline))},
                             {"notes", noteList(chart)},
                             {"tracks", trackTable(chart)},
-                            {"drawing", drawingElement(chart)},
                             {"reads", readTable(chart)},
-                            {"data", pageData(chart)},
+                            {"outline", std::move(data.outline)},
+                            {"columns", std::move(data.columns)},
                             {"script", std::string(kPageScript)}});
 }
 

@@ -10,8 +10,14 @@ namespace ogmprobe::timeline {
 /** An HTML page that needs nothing from elsewhere: tables, the drawing, and its script. */
 std::string pageDocument(const Chart& chart);
 
-/** What the page's script knows of the packets: JSON that may stand in a script element. */
-std::string pageData(const Chart& chart);
+/** What the page's script knows of the file; both may stand in a script element. */
+struct PageData {
+    /** JSON: what there is, and the sizes of the columns. */
+    std::string outline;
+    /** The packed columns (Packing.h). */
+    std::string columns;
+};
+PageData pageData(const Chart& chart);
 
 /** Tables for people, as HTML. */
 std::string trackTable(const Chart& chart);

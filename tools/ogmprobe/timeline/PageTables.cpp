@@ -68,11 +68,18 @@ std::string numberText(uint64_t number) {
     return fmt::format("{}", number);
 }
 
+/** Without what all types of pictures have in common. */
+std::string_view shortTypeName(std::string_view name) {
+    return name.substr(0, name.find(' '));
+}
+
 /** What is counted of a lane's packets. */
 struct Counts {
     uint64_t bytes = 0;
     uint64_t largest = 0;
     uint64_t syncs = 0;
+    /** I pictures or key frames that are sync frames. */
+    uint64_t syncIntra = 0;
     std::array<uint64_t, kFrameTypes> types = {};
 };
 
@@ -82,26 +89,47 @@ Counts countsOf(const Lane& lane) {
         counts.bytes += packet.size;
         counts.largest = std::max(counts.largest, packet.size);
         counts.syncs += packet.isSync ? 1 : 0;
+        counts.syncIntra += packet.isSync && packet.type == FrameType::kIntra ? 1 : 0;
         ++counts.types[static_cast<size_t>(packet.type)];
     }
     return counts;
 }
 
+/** Whether the plug-in's sync flags leave out what its packets say themselves. */
+std::string intraText(const Counts& counts) {
+    const uint64_t intra = counts.types[static_cast<size_t>(FrameType::kIntra)];
+    return intra > counts.syncIntra && counts.syncs > 0
+                   ? fmt::format(" ({} without a sync flag)", intra - counts.syncIntra)
+                   : "";
+}
+
 /** "12 I, 30 P": the types that occur. */
 std::string typesText(const Lane& lane, const Counts& counts) {
+    const auto names = typeNames(lane.track.mime);
     std::string text;
-    for (const FrameType type :
-         {FrameType::kIntra, FrameType::kPredicted, FrameType::kBidirectional}) {
-        const uint64_t count = counts.types[static_cast<size_t>(type)];
-        if (count > 0) {
-            text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, letterOf(type));
+    for (size_t type = 0; type < kFrameTypes; ++type) {
+        const bool isUnknown = type == static_cast<size_t>(FrameType::kUnknown);
+        const uint64_t count = counts.types[type];
+        if (count > 0 && !(isUnknown && lane.track.kind != TrackKind::kVideo)) {
+            text += fmt::format(
+                    "{}{} {}{}", text.empty() ? "" : ", ", count,
+                    isUnknown ? "unknown" : shortTypeName(names[type]),
+                    type == static_cast<size_t>(FrameType::kIntra) ? intraText(counts) : "");
         }
     }
-    const uint64_t unknown = counts.types[static_cast<size_t>(FrameType::kUnknown)];
-    if (lane.track.kind == TrackKind::kVideo && unknown > 0) {
-        text += fmt::format("{}{} unknown", text.empty() ? "" : ", ", unknown);
-    }
     return text.empty() ? "-" : text;
+}
+
+/** Packets that are not there, and times at which none is shown. */
+std::string missingText(const Lane& lane, const Timing& timing) {
+    const std::string gaps =
+            timing.gaps.empty() ? "" : counted(timing.gaps.size(), "gap") + " in time";
+    const std::string lost =
+            lane.lost.empty() ? ""
+                              : counted(lane.lost.size(), lane.countsFrames ? "frame" : "packet");
+    return gaps.empty() && lost.empty()   ? "none"
+           : gaps.empty() || lost.empty() ? gaps + lost
+                                          : lost + ", " + gaps;
 }
 
 std::string timesText(const Timing& timing) {
@@ -141,21 +169,20 @@ std::string trackTable(const Chart& chart) {
                      {"Largest"},
                      {"Sync"},
                      {"Pictures", Cells::kProse},
-                     {"Gaps"},
+                     {"Missing", Cells::kProse},
                      {"Equal times"},
                      {"Backward steps"}});
     for (size_t i = 0; i < chart.timeline.lanes.size(); ++i) {
         const Lane& lane = chart.timeline.lanes[i];
         const Timing& timing = chart.timings[i];
         const Counts counts = countsOf(lane);
-        table.add(
-                {fmt::format("{} {}", lane.track.index, kindName(lane.track.kind)),
-                 lane.track.codec.name, formatText(lane.track), timesText(timing),
-                 numberText(lane.packets.size()), numberText(counts.bytes),
-                 averageRateText(timing, counts), sizeText(counts.largest),
-                 numberText(counts.syncs), typesText(lane, counts), numberText(timing.gaps.size()),
-                 numberText(timing.repeatedTimes), numberText(timing.backwardSteps.size())},
-                fmt::format("<span class=\"key {}\"></span>", chart.trackClasses[i]));
+        table.add({fmt::format("{} {}", lane.track.index, kindName(lane.track.kind)),
+                   lane.track.codec.name, formatText(lane.track), timesText(timing),
+                   numberText(lane.packets.size()), numberText(counts.bytes),
+                   averageRateText(timing, counts), sizeText(counts.largest),
+                   numberText(counts.syncs), typesText(lane, counts), missingText(lane, timing),
+                   numberText(timing.repeatedTimes), numberText(timing.backwardSteps.size())},
+                  fmt::format("<span class=\"key {}\"></span>", chart.trackClasses[i]));
     }
     return table.text();
 }

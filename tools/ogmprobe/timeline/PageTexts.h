@@ -12,7 +12,7 @@ extern const std::string_view kPage;
 extern const std::string_view kPageSheet;
 /** drawing.css: how the drawing looks, in a page and as a document of its own. */
 extern const std::string_view kDrawingSheet;
-/** page.js: what answers mouse and keys. */
+/** script/: what draws the lanes and answers mouse, fingers and keys. */
 extern const std::string_view kPageScript;
 
 }  // namespace ogmprobe::timeline

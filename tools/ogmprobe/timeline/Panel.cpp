@@ -38,9 +38,8 @@ std::string labelsOf(const Panel& panel) {
 std::string panelElement(const Panel& panel, double y) {
     return fmt::format(
             "<g {} transform=\"translate(0 {})\">\n{}{}{}"
-            "<svg class=\"plot\" x=\"{}\" width=\"{}\" height=\"{}\">\n"
-            "<rect class=\"ground\" width=\"100%\" height=\"100%\"/>\n"
-            "<g class=\"zoom\">\n{}</g>\n</svg>\n</g>\n",
+            "<svg class=\"plot\" x=\"{}\" width=\"{}\" height=\"{}\" overflow=\"visible\">\n"
+            "<rect class=\"ground\" width=\"100%\" height=\"100%\"/>\n{}</svg>\n</g>\n",
             panel.attributes, coordinate(y), namesOf(panel), labelsOf(panel), panel.fixed,
             kPlotLeft, kPlotWidth, coordinate(panel.height), panel.plot);
 }

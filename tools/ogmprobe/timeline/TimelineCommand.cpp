@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fmt/chrono.h>
 #include <fmt/core.h>
 
+#include <ctime>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -10,12 +12,17 @@
 
 #include "Chart.h"
 #include "Drawing.h"
+#include "Evidence.h"
 #include "Markup.h"
 #include "Page.h"
 #include "commands/CommandRecords.h"
 #include "commands/Commands.h"
+#include "explain/Finding.h"
+#include "explain/OggScanner.h"
+#include "explain/TracedPlay.h"
 #include "files/NewFile.h"
 #include "files/OutputFolder.h"
+#include "records/Digest.h"
 #include "text/NumberText.h"
 #include "text/VisibleText.h"
 
@@ -26,12 +33,12 @@ namespace fs = std::filesystem;
 using timeline::Timeline;
 
 /** Gathers a file's packets while it is played from its beginning. */
-class PlayRecords : public CommandRecords {
+class PlayRecords {
   public:
-    using CommandRecords::operator();
+    explicit PlayRecords(Timeline& shown) : mShown(shown) {}
 
-    PlayRecords(Session& session, Report& report, Timeline& shown)
-        : CommandRecords(session, report), mShown(shown) {}
+    template <typename T>
+    void operator()(const T&) {}
 
     void operator()(const FileOpened& file) {
         mShown.file = file;
@@ -41,23 +48,22 @@ class PlayRecords : public CommandRecords {
         mLaneOf[started.track.index] = mShown.lanes.size();
         mShown.lanes.push_back({started.track, {}});
     }
-    void operator()(const PlaybackReady& ready) {
-        mIsReady = true;
-        if (ready.trackCount == 0) {
-            report().warning(kNoTracks);
-        }
-    }
+    void operator()(const PlaybackReady&) { mIsReady = true; }
     void operator()(const SourceRead& read) {
         (mIsReady ? mShown.playing : mShown.opening).add(read);
     }
     void operator()(const PacketPlayed& played) {
         timeline::Lane& lane = mShown.lanes.at(mLaneOf.at(played.track));
         const Packet& packet = played.packet;
-        lane.packets.push_back({packet.timeUs, packet.bytes.size(), packet.readUpTo, packet.isSync,
-                                timeline::frameTypeOf(lane.track.mime, packet.bytes)});
+        lane.packets.push_back({packet.timeUs,
+                                packet.bytes.size(),
+                                packet.readUpTo,
+                                packet.isSync,
+                                timeline::frameTypeOf(lane.track.mime, packet.bytes),
+                                fnv1a64(packet.bytes),
+                                {}});
     }
     void operator()(const TrackEnded& end) {
-        CommandRecords::operator()(end);
         if (end.failure) {
             mFailedTracks.insert(end.track);
         }
@@ -139,16 +145,48 @@ void write(const Timeline& shown, NewFile& file, Output& output) {
 }
 
 /** Plays the file and seeks in it; whether there is anything to draw. */
-bool gather(const std::string& file, uint32_t seekSteps, Session& session, Report& report,
+bool gather(const std::string& path, uint32_t seekSteps, Session& session, Report& report,
             Timeline& shown) {
-    PlayRecords playing(session, report, shown);
-    runReported({file, playJob({}), true}, session, report, playing);
+    const OggFile file(path);
+    PluginTrace trace(file, false);
+    PlayRecords playing(shown);
+    report.guard([&] { playTraced(path, session, report, trace, visitedBy(playing)); });
+    if (playing.isOpen() && shown.lanes.empty()) {
+        report.warning(kNoTracks);
+    }
     const bool hasPlayed = playing.isOpen() && report.worst() < ExitCode::kNotTaken;
     if (hasPlayed && seekSteps > 0 && !shown.lanes.empty()) {
         SeekRecords seeking(session, report, shown, playing.failedTracks());
-        runReported({file, seekTestJob(seekSteps), true}, session, report, seeking);
+        runReported({path, seekTestJob(seekSteps), true}, session, report, seeking);
     }
+    Explanation explanation(file, trace);
+    report.guard([&] { explanation.setAccounts(accountsOf(path, file, trace)); });
+    explainAll(explanation);
+    timeline::addEvidence(explanation, shown);
     return playing.isOpen();
+}
+
+uint64_t digestOf(const std::string& path) {
+    constexpr size_t kBlock = 1 << 20;
+    OggScanner scanner(path);
+    uint64_t digest = kEmptyDigest;
+    for (uint64_t offset = 0; offset < scanner.size(); offset += kBlock) {
+        digest = fnv1a64(scanner.bytes(offset, kBlock), digest);
+    }
+    return digest;
+}
+
+timeline::Origin originOf(const std::string& file, const TimelineOptions& options,
+                          const Session& session, const Timeline& shown) {
+    timeline::Origin origin;
+    origin.program = "ogmprobe " OGMPROBE_VERSION;
+    const std::string library = fs::path(session.options.pluginPath).filename().string();
+    origin.plugin = shown.file.extractor + (library.empty() ? "" : " (" + library + ")");
+    origin.fileDigest = digestOf(file);
+    if (options.date) {
+        origin.date = fmt::format("{:%Y-%m-%d %H:%M} UTC", fmt::gmtime(std::time(nullptr)));
+    }
+    return origin;
 }
 
 void draw(const std::string& file, const fs::path& output, const TimelineOptions& options,
@@ -160,6 +198,8 @@ void draw(const std::string& file, const fs::path& output, const TimelineOptions
     shown.fileName = fs::path(file).filename().string();
     if (gather(file, options.seekSteps, session, report, shown)) {
         shown.failures = failuresOf(report);
+        shown.origin = originOf(file, options, session, shown);
+        timeline::cutTo(options.fromUs, options.untilUs, shown);
         write(shown, drawn, session.output);
     }
 }

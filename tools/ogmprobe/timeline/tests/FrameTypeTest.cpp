@@ -69,8 +69,10 @@ TEST(FrameType, OfMotionJpegIsIntra) {
 }
 
 TEST(FrameType, OfVp8IsInTheFrameTag) {
-    EXPECT_EQ(typeOf("video/x-vnd.on2.vp8", {0x10}), FrameType::kIntra);
-    EXPECT_EQ(typeOf("video/x-vnd.on2.vp8", {0x11}), FrameType::kPredicted);
+    EXPECT_EQ(typeOf("video/x-vnd.on2.vp8", {0x10, 0, 0, 0x9d, 0x01, 0x2a}), FrameType::kIntra);
+    EXPECT_EQ(typeOf("video/x-vnd.on2.vp8", {0x11, 0, 0}), FrameType::kPredicted);
+    EXPECT_EQ(typeOf("video/x-vnd.on2.vp8", {0x10, 0, 0, 0x9d, 0x01, 0x2b}), FrameType::kUnknown);
+    EXPECT_EQ(typeOf("video/x-vnd.on2.vp8", {0x10, 0, 0}), FrameType::kUnknown);
     EXPECT_EQ(typeOf("video/x-vnd.on2.vp8", {}), FrameType::kUnknown);
 }
 

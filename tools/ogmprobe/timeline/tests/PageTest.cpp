@@ -5,14 +5,18 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <random>
 
 #include "Drawing.h"
 #include "Lanes.h"
+#include "Packing.h"
+#include "UnpackedPage.h"
 
 namespace ogmprobe::timeline::test {
 namespace {
 
 using nlohmann::json;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -109,6 +113,34 @@ TEST(TimelinePage, TellsWhatWentWrong) {
     }
 }
 
+TEST(TimelinePage, SaysWhatMadeItOfWhichFile) {
+    Timeline timeline = picturesAt({0, 40000});
+    timeline.origin = {"probe 1.0", "Plug-in", 0x123, ""};
+    EXPECT_THAT(pageOf(timeline),
+                HasSubstr("Made by probe 1.0 with the plug-in Plug-in, of 2 bytes with the digest "
+                          "0000000000000123 (FNV-1a)."));
+    timeline.origin.date = "2031-02-03";
+    EXPECT_THAT(pageOf(timeline), HasSubstr("Made on 2031-02-03 by probe"));
+}
+
+TEST(TimelinePage, DoesNotCallATrackWholeThatLostPackets) {
+    Timeline timeline = picturesAt({0, 40000});
+    EXPECT_THAT(pageOf(timeline), HasSubstr(">none<"));
+    timeline.lanes[0].lost = {{80000, 1, 0, ""}, {120000, 1, 0, ""}};
+    EXPECT_THAT(pageOf(timeline), HasSubstr(">2 packets<"));
+    timeline.lanes[0].countsFrames = true;
+    EXPECT_THAT(pageOf(timeline), HasSubstr(">2 frames<"));
+}
+
+TEST(TimelinePage, CountsPicturesThatHaveNoSyncFlag) {
+    Timeline timeline = timelineOf({laneOf(TrackKind::kVideo, pictures(24))});
+    EXPECT_THAT(pageOf(timeline), HasSubstr(">2 I, 22 P<"));
+    timeline.lanes[0].packets[12].isSync = false;
+    EXPECT_THAT(pageOf(timeline), HasSubstr(">2 I (1 without a sync flag), 22 P<"));
+    timeline.lanes[0].track.mime = "video/x-vnd.on2.vp8";
+    EXPECT_THAT(pageOf(timeline), HasSubstr(">2 key (1 without a sync flag), 22 inter<"));
+}
+
 TEST(TimelinePage, OfAFileWithoutTracksOrPacketsIsWhole) {
     for (const Timeline& timeline : {timelineOf({}), timelineOf({laneOf(TrackKind::kVideo, {})})}) {
         EXPECT_THAT(pageOf(timeline), HasSubstr("no packets"));
@@ -125,7 +157,7 @@ TEST(TimelinePage, HasNamesFromOutsideAsText) {
     timeline.lanes[0].track.codec.name = hostile;
     timeline.failures = {hostile};
     EXPECT_THAT(pageOf(timeline), Not(HasSubstr("<script>alert")));
-    EXPECT_EQ(countOf("</script>", pageOf(timeline)), 2U);
+    EXPECT_EQ(countOf("</script>", pageOf(timeline)), 3U);
     EXPECT_THAT(drawingOf(timeline), Not(HasSubstr("<script")));
 }
 
@@ -139,27 +171,94 @@ TEST(TimelinePage, NamesNothingElsewhere) {
               countOf("http://www.w3.org/2000/svg", page) + countOf("http-equiv", page));
 }
 
-TEST(TimelineData, HasEachPacketOfAShortFile) {
+UnpackedPage dataOf(const Timeline& timeline) {
+    return UnpackedPage(pageOf(timeline));
+}
+
+TEST(TimelineData, HasEachPacketInTheOrderOfTheFile) {
     Timeline timeline = picturesAt({80000, 0, 40000});
     timeline.lanes[0].packets[0].isSync = true;
     timeline.lanes[0].packets[0].type = FrameType::kIntra;
-    const json lane = json::parse(pageData(Chart(timeline)))["lanes"][0];
-    EXPECT_EQ(lane["name"], "Track 0 (pictures)");
-    EXPECT_EQ(lane["times"], json({80000, -80000, 40000}));
-    EXPECT_EQ(lane["sizes"], json({1, 1, 1}));
-    EXPECT_EQ(lane["positions"], json({1, 1, 1}));
-    EXPECT_EQ(lane["kinds"], "Iuu");
+    timeline.lanes[0].packets[1].size = 300;
+    const UnpackedPage page = dataOf(timeline);
+    EXPECT_EQ(page.outline()["lanes"][0]["codec"], "pictures");
+    EXPECT_THAT(page.times(0), ElementsAre(80000, 0, 40000));
+    EXPECT_THAT(page.sizes(0), ElementsAre(1, 300, 1));
+    EXPECT_THAT(page.positions(0), ElementsAre(1, 2, 3));
+    EXPECT_THAT(page.kinds(0), ElementsAre(4, 3, 3));
 }
 
-TEST(TimelineData, HasBinsOfALongFile) {
+TEST(TimelineData, HasEachPacketOfALongFile) {
     const Timeline timeline = timelineOf({laneOf(TrackKind::kVideo, pictures(90000))});
-    const json lane = json::parse(pageData(Chart(timeline)))["lanes"][0];
-    EXPECT_FALSE(lane.contains("times"));
-    uint64_t packets = 0;
-    for (const json& bin : lane["bins"]) {
-        packets += bin[1].get<uint64_t>();
+    const UnpackedPage page = dataOf(timeline);
+    const auto& packets = timeline.lanes[0].packets;
+    ASSERT_EQ(page.times(0).size(), packets.size());
+    const auto positions = page.positions(0);
+    const auto times = page.times(0);
+    for (size_t i = 0; i < packets.size(); ++i) {
+        ASSERT_EQ(times[i], packets[i].timeUs);
+        ASSERT_EQ(positions[i], static_cast<int64_t>(packets[i].readUpTo));
     }
-    EXPECT_EQ(packets, 90000U);
+}
+
+TEST(TimelineData, HoldsTheReadPositionsOfAPluginThatReadsAheadInFewBytes) {
+    auto packets = pictures(2000);
+    for (size_t i = 0; i + 9 < packets.size(); ++i) {
+        packets[i].readUpTo = packets[i + 9].readUpTo;
+    }
+    const UnpackedPage page = dataOf(timelineOf({laneOf(TrackKind::kVideo, packets)}));
+    EXPECT_EQ(page.outline()["lanes"][0]["lead"], 9);
+    EXPECT_EQ(page.positions(0)[1000], static_cast<int64_t>(packets[1000].readUpTo));
+}
+
+TEST(TimelineData, TakesTimesOutOfReachForTheFarthestOnes) {
+    const UnpackedPage page = dataOf(picturesAt({0, INT64_MAX, INT64_MIN, 5}));
+    EXPECT_THAT(page.times(0), ElementsAre(0, kFarthestUs, -kFarthestUs, 5));
+}
+
+TEST(TimelineData, HasWholeDigestsOfAShortFileAndTheirBeginningsOfALongOne) {
+    Timeline timeline = picturesAt({0, 40000});
+    timeline.lanes[0].packets[0].digest = 0x0123456789abcdef;
+    EXPECT_EQ(dataOf(timeline).outline()["digestBytes"], 8);
+    EXPECT_THAT(dataOf(timeline).digests(0), ElementsAre(0x01, 0x23, 0x45, 0x67, 0x89, 0xab, 0xcd,
+                                                         0xef, 0, 0, 0, 0, 0, 0, 0, 0));
+    timeline.lanes.push_back(laneOf(TrackKind::kVideo, pictures(240000)));
+    const UnpackedPage page = dataOf(timeline);
+    EXPECT_EQ(page.outline()["digestBytes"], 2);
+    EXPECT_THAT(page.digests(0), ElementsAre(0x01, 0x23, 0, 0));
+}
+
+TEST(TimelineData, PutsFindingsWhereTheyAre) {
+    Timeline timeline = picturesAt({0, 40000});
+    ShownFinding finding;
+    finding.id = "junk-skipped";
+    finding.text = "5 bytes";
+    finding.lane = 0;
+    finding.span = TimeSpan{10, 20};
+    timeline.findings = {finding, {}};
+    const json found = dataOf(timeline).outline()["findings"];
+    EXPECT_EQ(found[0]["text"], "5 bytes");
+    EXPECT_EQ(found[0]["lane"], 0);
+    EXPECT_EQ(found[0]["fromUs"], 10);
+    EXPECT_EQ(found[0]["toUs"], 20);
+    EXPECT_TRUE(found[1]["lane"].is_null());
+    EXPECT_TRUE(found[1]["fromUs"].is_null());
+}
+
+TEST(TimelineCut, KeepsWhatLiesInTheTime) {
+    Timeline timeline = picturesAt({0, 40000, 80000, 120000});
+    timeline.lanes[0].lost = {{30000, 1, 0, ""}, {50000, 1, 0, ""}};
+    timeline.seeks = {{0, 0, true, {}}, {60000, 0, true, {}}};
+    cutTo(40000, 120000, timeline);
+    EXPECT_THAT(dataOf(timeline).times(0), ElementsAre(40000, 80000));
+    EXPECT_EQ(timeline.lanes[0].lost.size(), 1U);
+    EXPECT_EQ(timeline.seeks.size(), 1U);
+}
+
+TEST(TimelineCut, WithoutTimesKeepsAll) {
+    Timeline timeline = picturesAt({0, 40000});
+    cutTo(std::nullopt, std::nullopt, timeline);
+    EXPECT_EQ(timeline.lanes[0].packets.size(), 2U);
 }
 
 std::vector<PacketPoint> sounds(size_t count) {
@@ -172,10 +271,15 @@ std::vector<PacketPoint> sounds(size_t count) {
 }
 
 TEST(TimelineSize, OfAnHourStaysWithinLimits) {
-    const Timeline hour = timelineOf({laneOf(TrackKind::kVideo, pictures(90000)),
-                                      laneOf(TrackKind::kAudio, sounds(137800)),
-                                      laneOf(TrackKind::kAudio, sounds(137800))});
-    EXPECT_LT(pageOf(hour).size(), kLargestPage);
+    Timeline hour = timelineOf({laneOf(TrackKind::kVideo, pictures(90000)),
+                                laneOf(TrackKind::kAudio, sounds(137805))});
+    std::mt19937_64 chance(1);
+    for (Lane& lane : hour.lanes) {
+        for (PacketPoint& packet : lane.packets) {
+            packet.digest = chance();
+        }
+    }
+    EXPECT_LT(pageOf(hour).size(), 1500000U);
     EXPECT_LT(drawingOf(hour).size(), kLargestPage);
 }
 

@@ -5,12 +5,14 @@
 #include <filesystem>
 
 #include "FakeFile.h"
+#include "UnpackedPage.h"
 
 namespace ogmprobe::test {
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -36,11 +38,8 @@ class TimelineCommand : public testing::Test {
         return static_cast<size_t>(std::distance(fs::directory_iterator(folder().path()), {}));
     }
     /** What the page's script gets to know. */
-    json dataOf(const std::string& name) const {
-        const std::string page = folder().read(name);
-        const std::string begin = "id=\"data\">";
-        const size_t from = page.find(begin) + begin.size();
-        return json::parse(page.substr(from, page.find("</script>", from) - from));
+    timeline::test::UnpackedPage dataOf(const std::string& name) const {
+        return timeline::test::UnpackedPage(folder().read(name));
     }
 
     const json mScript = fakeFile({fakeVideo(), fakeAudio()});
@@ -55,19 +54,34 @@ TEST_F(TimelineCommand, WritesAPageWithThePacketsOfAllTracks) {
     EXPECT_EQ(result.out, "timeline of 2 tracks, 5 packets: " + path("a.html") + "\n");
     EXPECT_THAT(result.err, IsEmpty());
     EXPECT_THAT(folder().read("a.html"), StartsWith("<!doctype html>"));
-    const json lanes = dataOf("a.html")["lanes"];
-    ASSERT_EQ(lanes.size(), 2U);
-    EXPECT_EQ(lanes[0]["times"], json({0, 80000, -40000}));
-    EXPECT_EQ(lanes[0]["sizes"], json({2, 2, 1}));
-    EXPECT_EQ(lanes[0]["kinds"], "Uuu");
-    EXPECT_EQ(lanes[1]["times"], json({0, 60000}));
-    EXPECT_EQ(lanes[1]["kinds"], "UU");
+    const auto page = dataOf("a.html");
+    ASSERT_EQ(page.outline()["lanes"].size(), 2U);
+    EXPECT_THAT(page.times(0), ElementsAre(0, 80000, 40000));
+    EXPECT_THAT(page.sizes(0), ElementsAre(2, 2, 1));
+    EXPECT_THAT(page.kinds(0), ElementsAre(7, 3, 3));
+    EXPECT_THAT(page.times(1), ElementsAre(0, 60000));
+    EXPECT_THAT(page.kinds(1), ElementsAre(7, 7));
 }
 
 TEST_F(TimelineCommand, WritesADrawing) {
     EXPECT_EQ(run(mScript, "a.svg").exitCode, 0);
     EXPECT_THAT(folder().read("a.svg"), StartsWith("<svg xmlns"));
     EXPECT_THAT(folder().read("a.svg"), HasSubstr("<title>Timeline of a.fake</title>"));
+}
+
+TEST_F(TimelineCommand, DrawsOnlyTheTimesAskedFor) {
+    EXPECT_EQ(run(mScript, "a.html", {"--from", "0.03", "--to", "0.08"}).exitCode, 0);
+    EXPECT_THAT(dataOf("a.html").times(0), ElementsAre(40000));
+    EXPECT_THAT(dataOf("a.html").times(1), ElementsAre(60000));
+}
+
+TEST_F(TimelineCommand, IsTheSameEachTimeUnlessADateIsAskedFor) {
+    run(mScript, "a.html");
+    run(mScript, "b.html");
+    EXPECT_EQ(folder().read("a.html"), folder().read("b.html"));
+    EXPECT_THAT(folder().read("a.html"), HasSubstr("Made by ogmprobe "));
+    run(mScript, "c.html", {"--date"});
+    EXPECT_THAT(folder().read("c.html"), HasSubstr(" UTC by ogmprobe "));
 }
 
 TEST_F(TimelineCommand, DrawsTheTypesOfPictures) {
@@ -77,12 +91,12 @@ TEST_F(TimelineCommand, DrawsTheTypesOfPictures) {
                         {{"time_us", 80000}, {"hex", "000001b650"}},
                         {{"time_us", 40000}, {"hex", "000001b690"}}};
     EXPECT_EQ(run(fakeFile({video}), "a.html").exitCode, 0);
-    EXPECT_EQ(dataOf("a.html")["lanes"][0]["kinds"], "Ipb");
+    EXPECT_THAT(dataOf("a.html").kinds(0), ElementsAre(4, 1, 2));
 }
 
 TEST_F(TimelineCommand, SeeksToEvenlySpacedTimes) {
     EXPECT_EQ(run(mScript, "a.html", {"--seek-steps", "2"}).exitCode, 0);
-    const json seeks = dataOf("a.html")["seeks"];
+    const json seeks = dataOf("a.html").outline()["seeks"];
     ASSERT_EQ(seeks.size(), 3U);
     EXPECT_EQ(seeks[1]["targetUs"], 60000);
     EXPECT_EQ(seeks[1]["landedUs"], 80000);
@@ -91,7 +105,7 @@ TEST_F(TimelineCommand, SeeksToEvenlySpacedTimes) {
 
 TEST_F(TimelineCommand, LeavesSeeksOutWhereNoneAreWanted) {
     EXPECT_EQ(run(mScript, "a.html", {"--seek-steps", "0"}).exitCode, 0);
-    EXPECT_THAT(dataOf("a.html")["seeks"], IsEmpty());
+    EXPECT_THAT(dataOf("a.html").outline()["seeks"], IsEmpty());
 }
 
 TEST_F(TimelineCommand, OverwritesAFileOnlyByForce) {
@@ -161,7 +175,7 @@ TEST_F(TimelineCommand, DrawsWhatWasReadBeforeADeath) {
     const std::string page = folder().read("a.html");
     EXPECT_THAT(page, HasSubstr("the extractor died in read: CHECK(fake) failed."));
     EXPECT_THAT(page, HasSubstr("What could be read is drawn."));
-    EXPECT_THAT(dataOf("a.html")["lanes"][0]["times"], Not(IsEmpty()));
+    EXPECT_THAT(dataOf("a.html").times(0), Not(IsEmpty()));
 }
 
 TEST_F(TimelineCommand, DrawsTheOtherTracksWhenOneCannotBeRead) {
@@ -173,7 +187,7 @@ TEST_F(TimelineCommand, DrawsTheOtherTracksWhenOneCannotBeRead) {
     EXPECT_EQ(result.err.find("reading track 0 failed"),
               result.err.rfind("reading track 0 failed"));
     EXPECT_THAT(folder().read("a.html"), HasSubstr("reading track 0 failed: AMEDIA_ERROR_IO"));
-    EXPECT_EQ(dataOf("a.html")["lanes"][1]["times"], json({0, 60000}));
+    EXPECT_THAT(dataOf("a.html").times(1), ElementsAre(0, 60000));
 }
 
 TEST_F(TimelineCommand, DrawsAFileWithoutTracks) {
