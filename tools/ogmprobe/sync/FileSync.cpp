@@ -129,8 +129,13 @@ std::vector<PairPoint> pairPointsOf(const TrackSync& audio, const TrackSync& vid
 
 FileSync fileSyncOf(const OggFile& file, const PluginTrace& trace,
                     const std::map<uint32_t, StreamAccount>& accounts) {
+    return fileSyncOf(file, trace, accounts, pageTimesOf(file, accounts));
+}
+
+FileSync fileSyncOf(const OggFile& file, const PluginTrace& trace,
+                    const std::map<uint32_t, StreamAccount>& accounts,
+                    const std::map<uint32_t, PageTimes>& times) {
     FileSync sync;
-    const auto times = pageTimesOf(file, accounts);
     for (const auto& [serial, account] : accounts) {
         if (account.ledger.track) {
             sync.tracks.push_back(trackSyncOf(file, account, times.at(serial),

@@ -40,6 +40,10 @@ struct FileSync {
 
 FileSync fileSyncOf(const OggFile& file, const PluginTrace& trace,
                     const std::map<uint32_t, StreamAccount>& accounts);
+/** The same, where the pages' times are at hand. */
+FileSync fileSyncOf(const OggFile& file, const PluginTrace& trace,
+                    const std::map<uint32_t, StreamAccount>& accounts,
+                    const std::map<uint32_t, PageTimes>& times);
 
 /** Of the points with a difference; `audio` and `video` are of one file. */
 std::vector<PairPoint> pairPointsOf(const TrackSync& audio, const TrackSync& video);

@@ -8,6 +8,7 @@
 
 #include "explain/ExplainText.h"
 #include "ledger/LossSearch.h"
+#include "sync/SyncText.h"
 
 namespace ogmprobe::timeline {
 namespace {
@@ -15,7 +16,10 @@ namespace {
 class EvidenceBuild {
   public:
     EvidenceBuild(const Explanation& explanation, Timeline& timeline)
-        : mExplanation(explanation), mFile(explanation.file()), mTimeline(timeline) {
+        : mExplanation(explanation),
+          mFile(explanation.file()),
+          mTimes(pageTimesOf(mFile, explanation.accounts())),
+          mTimeline(timeline) {
         for (size_t i = 0; i < timeline.lanes.size(); ++i) {
             mLaneOf[timeline.lanes[i].track.index] = i;
         }
@@ -27,6 +31,7 @@ class EvidenceBuild {
             const auto lane = laneOf(account.ledger.track);
             lane ? addToLane(account, mTimeline.lanes[*lane]) : addRefused(serial, account);
         }
+        addSync();
         addLines();
         for (const Finding& finding : mExplanation.findings()) {
             addFinding(finding);
@@ -50,10 +55,12 @@ class EvidenceBuild {
         return mFile.pieces()[account.packets.pieces[piece]];
     }
 
-    LostPacket lostPacket(const StreamAccount& account, const FileUnit& unit, const char* reason) {
-        const uint32_t page = pieceOf(account, unit.lastPiece).page;
-        // A page on which no packet ends tells no time: that of the one before is near.
-        mTimeUs = mFile.timeUs(mFile.pages()[page]).value_or(mTimeUs);
+    LostPacket lostPacket(const StreamAccount& account, size_t index, const char* reason) {
+        const FileUnit& unit = account.units[index];
+        if (const auto& time = mTimes.at(account.ledger.serial).units[index]) {
+            mTimeUs = time->middleUs();
+        }
+        // Where no page tells, the time of the one before is near.
         return {mTimeUs, unit.likeness.size, pieceOf(account, unit.firstPiece).page, reason};
     }
 
@@ -64,7 +71,7 @@ class EvidenceBuild {
             const FileUnit& unit = account.units[i];
             const auto& buffer = account.delivery.units[i].buffer;
             if (!buffer) {
-                lane.lost.push_back(lostPacket(account, unit, textOf(search.reasonOf(i)).brief));
+                lane.lost.push_back(lostPacket(account, i, textOf(search.reasonOf(i)).brief));
             } else if (*buffer < lane.packets.size()) {
                 lane.packets[*buffer].page = pieceOf(account, unit.firstPiece).page;
             }
@@ -77,11 +84,41 @@ class EvidenceBuild {
         stream.name = fmt::format("{}, serial number {}",
                                   header != nullptr ? header->name() : "unknown", serial);
         stream.reason = mExplanation.whyNoTrack(serial);
-        for (const FileUnit& unit : account.units) {
-            stream.packets.push_back(lostPacket(account, unit, textOf(LossReason::kNoTrack).brief));
+        for (size_t i = 0; i < account.units.size(); ++i) {
+            stream.packets.push_back(lostPacket(account, i, textOf(LossReason::kNoTrack).brief));
         }
         mRefusedOf[serial] = mTimeline.refused.size();
         mTimeline.refused.push_back(std::move(stream));
+    }
+
+    PacketPoint* packetOf(const TrackSync& track, const SyncPoint& point) {
+        const auto lane = laneOf(track.track);
+        return lane && point.buffer && *point.buffer < mTimeline.lanes[*lane].packets.size()
+                       ? &mTimeline.lanes[*lane].packets[*point.buffer]
+                       : nullptr;
+    }
+
+    void addSync() {
+        const ComparedFile compared{
+                mFile, fileSyncOf(mFile, mExplanation.trace(), mExplanation.accounts(), mTimes)};
+        for (const TrackSync& track : compared.sync.tracks) {
+            for (const SyncPoint& point : track.points) {
+                if (PacketPoint* packet = packetOf(track, point)) {
+                    packet->pageUs = point.pageUs;
+                }
+            }
+        }
+        for (const PairSync& pair : compared.sync.pairs) {
+            const TrackSync& audio = compared.sync.tracks[pair.audio];
+            for (const PairPoint& point : pair.points) {
+                if (PacketPoint* packet = packetOf(audio, audio.points[point.audioPoint])) {
+                    packet->behindVideoUs = point.lateUs;
+                }
+            }
+        }
+        if (!compared.sync.tracks.empty()) {
+            mTimeline.worstTimes = worstSentence(compared);
+        }
     }
 
     void addLines() {
@@ -131,10 +168,11 @@ class EvidenceBuild {
 
     const Explanation& mExplanation;
     const OggFile& mFile;
+    const std::map<uint32_t, PageTimes> mTimes;
     Timeline& mTimeline;
     std::map<uint64_t, size_t> mLaneOf;
     std::map<uint32_t, size_t> mRefusedOf;
-    /** Of the page looked at last. */
+    /** Of the lost packet looked at last. */
     int64_t mTimeUs = 0;
 };
 

@@ -20,6 +20,13 @@ std::string noteList(const Chart& chart) {
     return text.empty() ? "" : "<ul class=\"notes\">\n" + text + "</ul>";
 }
 
+std::string worstLine(const Timeline& timeline) {
+    return timeline.worstTimes.empty()
+                   ? ""
+                   : fmt::format("<p class=\"worst\">Against the file's pages: {}.</p>",
+                                 escaped(timeline.worstTimes));
+}
+
 /** "Made by ogmprobe 1.2 with the plug-in X, of 300 bytes with the digest 0123." */
 std::string originOf(const Timeline& timeline) {
     const Origin& origin = timeline.origin;
@@ -40,6 +47,7 @@ std::string pageDocument(const Chart& chart) {
                             {"page sheet", std::string(kPageSheet)},
                             {"summary", escaped(summaryOf(chart))},
                             {"origin", escaped(originOf(chart.timeline))},
+                            {"worst", worstLine(chart.timeline)},
                             {"notes", noteList(chart)},
                             {"tracks", trackTable(chart)},
                             {"reads", readTable(chart)},

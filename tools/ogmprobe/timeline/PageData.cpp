@@ -17,7 +17,7 @@ namespace {
 using nlohmann::ordered_json;
 
 // Nothing makes digests shorter, so those of many packets are cut for the page's sake.
-constexpr uint64_t kDigestBytesOfAPage = 720000;
+constexpr uint64_t kDigestBytesOfAPage = 500000;
 constexpr uint64_t kLeastDigestBytes = 2;
 
 // Bits of a packet's kind beside those of its type.
@@ -108,6 +108,25 @@ class DataColumns {
         const uint64_t lead = leadOf(packets);
         mLeads.push_back(lead);
         add({times.column(), sizes, kinds, positionsOf(packets, lead), pages.column(), digests});
+    }
+
+    /** Ranges of times; what is not known has no range. */
+    template <typename RangeOf>
+    void addRanges(const std::vector<PacketPoint>& packets, const RangeOf& rangeOf) {
+        Column known;
+        SteadyColumn least;
+        Column widths;
+        TimeRange last;
+        for (const PacketPoint& packet : packets) {
+            const std::optional<TimeRange> range = rangeOf(packet);
+            last = range.value_or(last);
+            known.addByte(range ? 1 : 0);
+            least.add(last.leastUs);
+            widths.add(range ? static_cast<uint64_t>(last.mostUs) -
+                                       static_cast<uint64_t>(last.leastUs)
+                             : 0);
+        }
+        add({known, least.column(), widths});
     }
 
     void addLost(const std::vector<LostPacket>& packets) {
@@ -291,7 +310,10 @@ DataColumns columnsOf(const Chart& chart) {
     DataColumns columns(digestBytes(timeline));
     columns.addPages(timeline.pages);
     for (size_t i = 0; i < timeline.lanes.size(); ++i) {
-        columns.addPackets(timeline.lanes[i].packets);
+        const auto& packets = timeline.lanes[i].packets;
+        columns.addPackets(packets);
+        columns.addRanges(packets, [](const PacketPoint& packet) { return packet.pageUs; });
+        columns.addRanges(packets, [](const PacketPoint& packet) { return packet.behindVideoUs; });
         columns.addLost(timeline.lanes[i].lost);
         columns.addGaps(chart.timings[i].gaps);
     }

@@ -9,6 +9,7 @@
 #include "FileExtents.h"
 #include "FrameType.h"
 #include "records/Records.h"
+#include "sync/TimeRange.h"
 
 /** What a timeline shows of a file, gathered while the file is played. */
 namespace ogmprobe::timeline {
@@ -29,6 +30,10 @@ struct PacketPoint {
     uint64_t digest = 0;
     /** The page of the file that it begins on, by its number among them; nothing if unknown. */
     std::optional<uint32_t> page = {};
+    /** When it begins by the file's pages; nothing where they do not tell. */
+    std::optional<TimeRange> pageUs = {};
+    /** Of audio: how much later than the video it is shown, compared with the pages. */
+    std::optional<TimeRange> behindVideoUs = {};
 };
 
 /** A packet or frame of the file that does not come out. */
@@ -127,6 +132,8 @@ struct Timeline {
     std::vector<FilePage> pages;
     std::vector<PageLine> lines;
     std::vector<ShownFinding> findings;
+    /** How far times are off the pages at most, as a sentence; may be empty. */
+    std::string worstTimes;
     /** Up to the first packet, and from there to the end. */
     ReadCost opening;
     ReadCost playing;

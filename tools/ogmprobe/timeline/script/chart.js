@@ -29,6 +29,7 @@ const buildChart = () => {
         ...(findings.length > 0 ? [new FindingPanel()] : []),
         ...lanes.map((lane) => new LanePanel(lane)),
         ...refused.map((stream) => new RefusedPanel(stream)),
+        ...syncPanels(lanes),
         new RatePanel(lanes),
         new PositionPanel(lanes, refused),
     ];

@@ -60,7 +60,8 @@ class FindingPanel {
         this.title = "Findings";
         this.className = "findings";
         this.seriesName = "findings";
-        const rows = Math.min(MOST_FINDING_ROWS, Math.max(1, timedFindings.length));
+        // Zooming in only moves them apart.
+        const rows = rowsOfFindings().reduce((most, {row}) => Math.max(most, row + 1), 1);
         this.plot = new Plot(rows * FINDING_ROW + 4,
             `${counted(findings.length, "finding")}, which the list tells`);
     }

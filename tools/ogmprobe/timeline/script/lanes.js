@@ -150,6 +150,19 @@ const positionsFrom = (reader, sizes, lead) => {
     return positions;
 };
 
+/** Ranges in the order of the file. */
+const rangesFrom = (reader, count) => {
+    const known = reader.raw();
+    const least = reader.steady(count);
+    const most = reader.numbers(count).map((width, i) => least[i] + width);
+    return {known, least, most};
+};
+
+/** How late packets are, in the order of time, by a function of their places in the file. */
+const latenessOf = (row, known, leastOf, mostOf) => new Lateness(
+    Float64Array.from(row.order, leastOf), Float64Array.from(row.order, mostOf),
+    Uint8Array.from(row.order, (file) => known[file]));
+
 const laneFrom = (reader, info, index) => {
     const times = reader.steady(info.packets);
     const sizes = reader.numbers(info.packets);
@@ -157,6 +170,8 @@ const laneFrom = (reader, info, index) => {
     const positions = positionsFrom(reader, sizes, info.lead);
     const pages = reader.steady(info.packets);
     const digests = reader.raw();
+    const pageTimes = rangesFrom(reader, info.packets);
+    const behindVideo = rangesFrom(reader, info.packets);
     const lost = lostRow(reader, info.lost, info.usualUs);
     const gapFrom = reader.steady(info.gaps);
     const gapTo = reader.steady(info.gaps);
@@ -166,6 +181,11 @@ const laneFrom = (reader, info, index) => {
         title: `Track ${info.track}, ${info.kind}`,
         name: `Track ${info.track} (${info.codec})`,
         syncTimes: timesWhere(row, (i) => (row.kinds[i] & SYNC_BIT) !== 0),
+        pageTimes,
+        byPages: latenessOf(row, pageTimes.known, (file) => times[file] - pageTimes.most[file],
+            (file) => times[file] - pageTimes.least[file]),
+        byVideo: latenessOf(row, behindVideo.known, (file) => behindVideo.least[file],
+            (file) => behindVideo.most[file]),
         shared: sharedTimesOf(times, row.order, row.begins),
         backward: backwardTimes(times),
         position: new Extent(row.sorted(positions))};

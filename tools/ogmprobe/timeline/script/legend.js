@@ -19,6 +19,8 @@ const legendEntries = () => {
         ["findings", "finding", "finding", findings.length > 0],
         ["seeks", "seek", "read by a seek", outline.seeks.length > 0],
         ...lanes.map((lane) => [`track${lane.track}`, lane.colour, lane.title, lanes.length > 1]),
+        ["byPages", "total", "times", some((lane) => lane.byPages.isKnown)],
+        ["byVideo", "total", "audio to video", some((lane) => lane.byVideo.isKnown)],
         ["bitrate", "total", "bitrate", true],
         ["position", "total", "file position", true],
     ].filter(([, , , isThere]) => isThere);

@@ -22,8 +22,10 @@ const rateAt = (row, timeUs, windowUs) => {
     return toUs > fromUs ? (row.bytesUpTo(toUs) - row.bytesUpTo(fromUs)) * 8e6 / (toUs - fromUs) : 0;
 };
 
-/** 1, 2 or 5 times a power of ten, not below the value. */
+const SCALE_STEPS = [1, 1.2, 1.5, 2, 2.5, 3, 4, 5, 6, 8, 10];
+
+/** A step times a power of ten, not below the value: scales keep still while values change little. */
 const roundedUp = (value) => {
     const power = 10 ** Math.floor(Math.log10(value || 1));
-    return [1, 2, 5, 10].map((step) => step * power).find((step) => step >= value * 0.9999);
+    return SCALE_STEPS.map((step) => step * power).find((step) => step >= value * 0.9999);
 };

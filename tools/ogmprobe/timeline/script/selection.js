@@ -104,6 +104,22 @@ const pointNowhere = () => {
 
 const linesOfPage = (page) => film.pages.lines.get(page) ?? [];
 
+/** The time that the pages say, and how far off it the plug-in's is. */
+const timeRows = (lane, index, file) => {
+    if (!lane.pageTimes.known[file]) {
+        return [];
+    }
+    const {least, most} = lane.pageTimes;
+    const late = lane.byPages.of(index, index + 1);
+    const audio = lane.byVideo.known[index] ? lane.byVideo.of(index, index + 1) : null;
+    return [
+        ["Time by the pages", least[file] === most[file] ? seconds(least[file])
+            : `${seconds(least[file])} to ${seconds(most[file])}`],
+        ["Against the pages", lateText(late.least, late.most)],
+        ...(audio ? [["Against the video", lateText(audio.least, audio.most)]] : []),
+    ];
+};
+
 const rowOf = ({lane, index}) => {
     const {row} = lane;
     const file = row.order[index];
@@ -113,6 +129,7 @@ const rowOf = ({lane, index}) => {
         ["Packet", `${file} of ${lane.name}`],
         ["Time", seconds(row.times[file])],
         ["Place in time", `${index}`],
+        ...timeRows(lane, index, file),
         ["Until the next", next === null ? "the last" : seconds(next)],
         ["Size", bytesText(row.sizes[index])],
         ["Type", typeText(lane, row.kinds[index]) || "-"],

@@ -4,6 +4,7 @@
 Usage: BrowserTest.py PROGRAM [unittest arguments]
 """
 
+import csv
 import json
 import pathlib
 import re
@@ -274,6 +275,44 @@ class TimelineInBrowser(unittest.TestCase):
         self.move_mouse(box["x"] + box["width"] / 2, box["y"] + box["height"] - 4)
         self.assertIn("codec not supported", self.tooltip()[0])
         self.assertRegex(self.tooltip()[1], r"^page time [\d.]+ s$")
+
+    def test_ShowsTheSameTimesAgainstThePagesAsSync(self):
+        for sample in ("mpeg4_mp3_ac3.ogm", "h264_mp3vbr.ogm"):
+            file = samples / sample
+            self.open(sample)
+            summary = json.loads(run("sync", "--json", file))["summary"]
+            self.assertEqual(f"Against the file's pages: {summary}.",
+                             self.elements(".worst")[0].text)
+            shown = self.script("""
+                return film.lanes.map(({row, pageTimes, byPages}) => Array.from(row.order, (file, i) =>
+                    [file, pageTimes.least[file], pageTimes.most[file], byPages.least[i],
+                     byPages.most[i], pageTimes.known[file]]));""")
+            rows = [row for row in csv.DictReader(run("sync", "--csv", file).splitlines())
+                    if row["number"] and row["late_from"]]
+            self.assertGreater(len(rows), 200)
+            self.assertEqual(len(rows), sum(packet[-1] for lane in shown for packet in lane))
+            by_number = [{packet[0]: packet[1:5] for packet in lane} for lane in shown]
+            for row in rows:
+                expected = [round(float(row[name]) * 1e6)
+                            for name in ("page_from", "page_to", "late_from", "late_to")]
+                self.assertEqual(expected, by_number[int(row["track"])][int(row["number"])], row)
+
+    def test_DrawsTimesAgainstThePagesAndAudioAgainstVideo(self):
+        self.open()
+        document = json.loads(run("sync", "--json", samples / "mpeg4_mp3_ac3.ogm"))
+        for name, member, entries in (("byPages", ".panel.byPages", document["tracks"]),
+                                      ("byVideo", ".panel.byVideo", document["pairs"])):
+            width = self.box(f"{member} canvas")["width"]
+            counts = self.colours_in(f"{member} canvas", 0, 0, width)
+            for colour in ("audio0", "audio1"):
+                self.assertGreater(counts[self.colour(colour)], 100)
+            shown = self.script(
+                "return film.lanes.filter((lane) => lane[arguments[0]].isKnown)"
+                ".map((lane) => lane[arguments[0]].of(0, lane.row.count))", name)
+            self.assertEqual(len(entries), len(shown))
+        box = self.box(".panel.byPages canvas")
+        self.move_mouse(box["x"] + box["width"] / 2, box["y"] + 20)
+        self.assertRegex(self.tooltip()[2], r"^Track 1 .*: [\d.]+ s early$")
 
     # Pointing
 

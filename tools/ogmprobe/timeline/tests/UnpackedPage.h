@@ -88,7 +88,7 @@ class UnpackedPage {
 
   private:
     static constexpr size_t kOfPages = 6;
-    static constexpr size_t kOfALane = 12;
+    static constexpr size_t kOfALane = 18;
 
     const std::vector<uint8_t>& of(size_t lane, size_t column) const {
         return mColumns.at(kOfPages + lane * kOfALane + column);
