@@ -23,6 +23,9 @@ constexpr size_t kSamplesPerUnit = 25;
 constexpr size_t kSampleBits = 41;
 constexpr size_t kChannels = 45;
 
+// Vorbis I specification, 4.2.2: audio_sample_rate.
+constexpr size_t kVorbisRate = 12;
+
 StreamKind kindOf(std::span<const uint8_t> packet) {
     if (holdsAt(packet, kName, "vorbis")) {
         return StreamKind::kVorbis;
@@ -61,6 +64,9 @@ StreamHeader::StreamHeader(std::span<const uint8_t> packet) : kind(kindOf(packet
         timeUnit = numberAt(packet, kTimeUnit, 8);
         samplesPerUnit = numberAt(packet, kSamplesPerUnit, 8);
     }
+    if (kind == StreamKind::kVorbis) {
+        vorbisRate = static_cast<uint32_t>(numberAt(packet, kVorbisRate, 4));
+    }
 }
 
 // Wraps as the plug-in does, so that times can be compared with those that it tells.
@@ -73,6 +79,9 @@ std::optional<int64_t> StreamHeader::timeUs(uint64_t granule) const {
         if (rate != 0) {
             return static_cast<int64_t>(granule * kUsPerSecond / rate);
         }
+    }
+    if (vorbisRate != 0) {
+        return static_cast<int64_t>(granule * kUsPerSecond / vorbisRate);
     }
     return std::nullopt;
 }

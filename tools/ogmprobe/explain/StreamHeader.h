@@ -27,6 +27,8 @@ struct StreamHeader {
     uint16_t bitsPerSample = 0;
     /** Of audio. */
     uint16_t channels = 0;
+    /** Samples in a second, of Vorbis. */
+    uint32_t vorbisRate = 0;
 
     explicit StreamHeader(std::span<const uint8_t> packet);
 

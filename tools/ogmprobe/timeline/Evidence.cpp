@@ -55,13 +55,20 @@ class EvidenceBuild {
         return mFile.pieces()[account.packets.pieces[piece]];
     }
 
-    LostPacket lostPacket(const StreamAccount& account, size_t index, const char* reason) {
-        const FileUnit& unit = account.units[index];
+    /** By its own page, or by what lies around it where that does not tell. */
+    int64_t timeOf(const StreamAccount& account, size_t index) const {
         if (const auto& time = mTimes.at(account.ledger.serial).units[index]) {
-            mTimeUs = time->middleUs();
+            return time->middleUs();
         }
-        // Where no page tells, the time of the one before is near.
-        return {mTimeUs, unit.likeness.size, pieceOf(account, unit.firstPiece).page, reason};
+        const OggPage& page = mFile.pages()[pieceOf(account, account.units[index].lastPiece).page];
+        const auto own = mFile.timeUs(page);
+        return own ? *own : mFile.timeBefore(page.offset).value_or(0);
+    }
+
+    LostPacket lostPacket(const StreamAccount& account, size_t index, const char* reason) const {
+        const FileUnit& unit = account.units[index];
+        return {timeOf(account, index), unit.likeness.size, pieceOf(account, unit.firstPiece).page,
+                reason};
     }
 
     void addToLane(const StreamAccount& account, Lane& lane) {
@@ -172,8 +179,6 @@ class EvidenceBuild {
     Timeline& mTimeline;
     std::map<uint64_t, size_t> mLaneOf;
     std::map<uint32_t, size_t> mRefusedOf;
-    /** Of the lost packet looked at last. */
-    int64_t mTimeUs = 0;
 };
 
 }  // namespace

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ExplainedFile.h"
+#include "UnpackedPage.h"
+
+namespace ogmprobe::test {
+namespace {
+
+using nlohmann::json;
+using testing::Contains;
+using testing::HasSubstr;
+
+/** What a page says of a file that the real plug-in plays. */
+class TimelineEvidence : public testing::Test {
+  protected:
+    timeline::test::UnpackedPage pageOf(const Bytes& bytes,
+                                        const std::vector<std::string>& options = {}) {
+        const std::string file = mFolder.write("a.ogm", std::string(bytes.begin(), bytes.end()));
+        std::vector<std::string> arguments = {"timeline", file, "--force", "-o",
+                                              mFolder.path("a.html")};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        EXPECT_EQ(runProbe(arguments).exitCode, 0);
+        return timeline::test::UnpackedPage(mFolder.read("a.html"));
+    }
+
+    json explained() const {
+        return json::parse(runProbe({"explain", "--json", mFolder.path("a.ogm")}).out);
+    }
+
+  private:
+    TemporaryFolder mFolder;
+};
+
+std::vector<std::string> textsOf(const json& findings) {
+    std::vector<std::string> texts;
+    for (const json& finding : findings) {
+        texts.push_back(finding["text"]);
+    }
+    return texts;
+}
+
+TEST_F(TimelineEvidence, HasAllFindingsOfExplainInTheirOrder) {
+    Bytes bytes = sampleBytes("mpeg4_mp3_ac3.ogm");
+    const auto page = pageOffsets(bytes)[40];
+    bytes.insert(bytes.begin() + static_cast<ptrdiff_t>(page), 5000, 'x');
+    const json findings = pageOf(bytes).outline()["findings"];
+    EXPECT_EQ(textsOf(findings), textsOf(explained()["findings"]));
+    EXPECT_THAT(findings, Contains(testing::Truly([](const json& finding) {
+                    return finding["id"] == "junk-skipped" && finding["fromUs"].is_number();
+                })));
+}
+
+TEST_F(TimelineEvidence, CountsTheLostPacketsOfTheLedger) {
+    const auto page = pageOf(sampleBytes("mpeg4_mp3_ac3.ogm"));
+    for (const json& stream : explained()["streams"]) {
+        const json& lane = page.outline()["lanes"][stream["track"].get<size_t>()];
+        const json& ledger = stream["ledger"];
+        EXPECT_EQ(lane["lost"].get<int>(),
+                  ledger["in_file"].get<int>() - ledger["handed_out"].get<int>());
+    }
+}
+
+TEST_F(TimelineEvidence, HasStreamsWithoutATrackWithTheirPackets) {
+    const json refused = pageOf(sampleBytes("xvid_refused_mp3.ogm")).outline()["refused"];
+    ASSERT_EQ(refused.size(), 1U);
+    EXPECT_THAT(refused[0]["name"].get<std::string>(), HasSubstr("video XVID"));
+    EXPECT_EQ(refused[0]["reason"], "codec not supported");
+    EXPECT_EQ(refused[0]["packets"], 151);
+}
+
+TEST_F(TimelineEvidence, CutsToTheTimeAskedFor) {
+    const auto page = pageOf(sampleBytes("xvid_refused_mp3.ogm"), {"--from", "1", "--to", "2"});
+    EXPECT_EQ(page.outline()["refused"][0]["packets"], 25);
+    for (const int64_t timeUs : page.times(0)) {
+        EXPECT_GE(timeUs, 1000000);
+        EXPECT_LT(timeUs, 2000000);
+    }
+}
+
+}  // namespace
+}  // namespace ogmprobe::test
