@@ -194,7 +194,7 @@ Panel lanePanel(const Chart& chart, size_t index) {
         panel.labels = {{kHeadHeight + 9, sizeText(chart.bars[index].top)}, {plot.base(), "0"}};
     }
     panel.fixed = fmt::format(
-            "<rect class=\"swatch {}\" x=\"0\" y=\"4\" width=\"8\" height=\"10\" rx=\"2\"/>\n",
+            "<rect class=\"swatch {}\" x=\"1\" y=\"4\" width=\"8\" height=\"10\" rx=\"2\"/>\n",
             chart.trackClasses[index]);
     panel.plot = plot.text();
     return panel;

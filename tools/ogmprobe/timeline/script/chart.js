@@ -16,6 +16,9 @@ const panelElement = (panel) => {
     if (panel.lane) {
         panel.names.firstChild.prepend(make("span", {class: `key ${panel.lane.colour}`}));
     }
+    if (panel.side) {
+        panel.names.append(make("div", {class: "side"}, panel.side.canvas));
+    }
     panel.frame = make("div", {class: "plot"}, panel.plot.canvas);
     panel.element = make("div", {class: `panel ${panel.className}`}, panel.names, panel.frame);
     return panel.element;
@@ -74,6 +77,7 @@ const fitChart = () => {
     view.width = Math.max(100, shown.frame.clientWidth);
     for (const panel of chart.panels) {
         panel.plot.fit(view.width);
+        panel.side?.fit(SIDE_WIDTH);
     }
     drawAll();
 };

@@ -8,6 +8,15 @@ const REFUSED_HEIGHT = 44;
 const HEAD = 7;
 const FOOT = 14;
 
+/** The top of a scale for what is in view of the rows. */
+const topOf = (rows) => {
+    const found = [0, 0, 0, 0];
+    for (const row of rows) {
+        row.largest.addRange(...row.range(view.startUs, endOfView()), found);
+    }
+    return roundedUp(Math.max(1, ...found));
+};
+
 class LanePanel {
     constructor(lane) {
         this.lane = lane;
@@ -39,19 +48,10 @@ class LanePanel {
         return this.base - size / this.top * this.barHeight;
     }
 
-    /** Of what is in view. */
-    topOf(rows) {
-        const found = [0, 0, 0, 0];
-        for (const row of rows) {
-            row.largest.addRange(...row.range(view.startUs, endOfView()), found);
-        }
-        return roundedUp(Math.max(1, ...found));
-    }
-
     draw(lit) {
         const {plot, lane} = this;
         plot.clear();
-        this.top = this.topOf(isShown("lost") ? [lane.row, lane.lost] : [lane.row]);
+        this.top = topOf(isShown("lost") ? [lane.row, lane.lost] : [lane.row]);
         drawFindings(plot, (finding) => finding.lane === lane.index);
         if (isShown("gaps")) {
             this.drawGaps();
@@ -202,12 +202,13 @@ class RefusedPanel {
         const {plot, stream} = this;
         plot.clear();
         drawFindings(plot, (finding) => finding.refused === stream.index);
-        const top = Math.max(1, stream.row.top);
+        const top = topOf([stream.row]);
         this.bars.forEach((x, width, size) => {
             const height = Math.max(1, Math.round(size / top * REFUSED_HEIGHT));
             plot.rectangle(colours.unknown, x, this.base - height, width, height);
         });
         plot.rectangle(colours.muted, 0, this.base, view.width, 1);
+        plot.text(shortSize(top), view.width - 4, HEAD + 8, {align: "right"});
     }
 
     at(x) {

@@ -18,7 +18,6 @@ class PacketRow {
         this.largest = new Pyramid(this.sizes, kinds ? TYPES : 1,
             kinds ? (i) => this.kinds[i] & TYPE_BITS : () => 0);
         this.bytesBefore = this.summed();
-        this.top = this.sizes.reduce((most, size) => Math.max(most, size), 0);
     }
 
     get count() {

@@ -6,6 +6,7 @@ const STRIP = 30;
 const ARC_FOOT = 22;
 const LEAST_ARC = 8;
 const MOST_ARC = 40;
+const SIDE_WIDTH = 12;
 
 class PositionPanel {
     constructor(lanes, refused) {
@@ -16,6 +17,22 @@ class PositionPanel {
         this.seriesName = "position";
         this.plot = new Plot(POSITION_HEIGHT,
             "File position that had been read for each packet, over time");
+        this.side = new Plot(POSITION_HEIGHT, "What opening the file read");
+        this.side.canvas.title = "read by opening";
+    }
+
+    /** Beside the plot, because it has no time: what opening the file read. */
+    drawSide() {
+        const {side} = this;
+        side.rectangle(colours.ground, 0, 0, SIDE_WIDTH, POSITION_HEIGHT);
+        this.drawParts(side, outline.opening, 0, SIDE_WIDTH);
+    }
+
+    drawParts(plot, parts, left, width) {
+        for (const [begin, end] of parts) {
+            const top = Math.min(this.y(end), this.y(begin) - 2);
+            plot.rectangle(colours.seek, left, top, width, this.y(begin) - top);
+        }
     }
 
     details() {
@@ -31,6 +48,7 @@ class PositionPanel {
     draw(lit) {
         const {plot} = this;
         plot.clear();
+        this.drawSide();
         drawFindings(plot, (finding) => finding.lane === null && finding.refused === null);
         if (isShown("seeks")) {
             outline.seeks.forEach((seek) => this.drawSeek(seek));
@@ -66,10 +84,7 @@ class PositionPanel {
         const {plot} = this;
         const target = xOf(seek.targetUs);
         plot.context.globalAlpha = 0.7;
-        for (const [begin, end] of seek.parts) {
-            const top = Math.min(this.y(end), this.y(begin) - 2);
-            plot.rectangle(colours.seek, target - 3, top, 6, this.y(begin) - top);
-        }
+        this.drawParts(plot, seek.parts, target - 3, 6);
         plot.context.globalAlpha = 1;
         plot.rectangle(colours.seek, target - 1, ARC_FOOT - 4, 2, 8);
         if (seek.landedUs !== null) {

@@ -90,8 +90,9 @@ class SyncPanel {
             if (found) {
                 const top = this.y(found.most) - 1;
                 const x = xOf(row.begins[from]);
-                const width = Math.max(SYNC_COLUMN, xOf(row.ends[end - 1]) - x);
-                plot.rectangle(trackColour(lane), x, top, Math.min(width, 40),
+                const slot = end - from === 1 ? xOf(row.ends[from]) - x : 0;
+                const width = Math.min(WIDEST_BAR, Math.max(SYNC_COLUMN, slot));
+                plot.rectangle(trackColour(lane), x, top, width,
                     Math.max(2, this.y(found.least) + 1 - top));
             }
             from = end;
