@@ -37,13 +37,32 @@ const buildChart = () => {
         new PositionPanel(lanes, refused),
     ];
     chart.element.replaceChildren(...chart.panels.map(panelElement));
+    chart.panels.forEach((panel) => {
+        panel.isInWindow = true;
+        windowWatch.observe(panel.element);
+    });
+};
+
+/** Panels outside of the window are drawn when they come into it. */
+const windowWatch = new IntersectionObserver((changes) => {
+    for (const {target, isIntersecting} of changes) {
+        chart.panels.find((panel) => panel.element === target).isInWindow = isIntersecting;
+    }
+    requestDraw();
+}, {rootMargin: "50px"});
+
+const drawForPrinting = () => {
+    chart.panels.forEach((panel) => {
+        panel.isInWindow = true;
+    });
+    drawAll();
 };
 
 const isVisible = (panel) => !panel.seriesName || isShown(panel.seriesName);
 
 const drawPanel = (panel) => {
     panel.element.hidden = !isVisible(panel);
-    if (panel.element.hidden) {
+    if (panel.element.hidden || !panel.isInWindow) {
         return;
     }
     const text = panel.details().join("\n");

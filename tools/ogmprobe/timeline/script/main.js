@@ -53,6 +53,7 @@ const begin = async () => {
         readColours();
         requestDraw();
     });
+    window.addEventListener("beforeprint", drawForPrinting);
     new ResizeObserver(fitChart).observe(chart.element);
     fitChart();
     document.body.dataset.ready = "yes";

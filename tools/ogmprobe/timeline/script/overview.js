@@ -9,6 +9,7 @@ class OverviewPanel {
         this.title = "Overview";
         this.className = "overview";
         this.plot = new Plot(OVERVIEW_HEIGHT, "The whole time, with a frame around the part shown");
+        this.picture = new Plot(OVERVIEW_HEIGHT, "");
     }
 
     details() {
@@ -37,20 +38,31 @@ class OverviewPanel {
         return this.known;
     }
 
-    draw() {
-        const {plot} = this;
+    /** All but the frame, which alone changes with the view. */
+    drawPicture() {
+        const {picture} = this;
+        picture.fit(view.width);
         const rates = this.rates();
         const top = Math.max(1, ...rates);
-        plot.rectangle(colours.ground, 0, 0, view.width, OVERVIEW_HEIGHT);
+        picture.rectangle(colours.ground, 0, 0, view.width, OVERVIEW_HEIGHT);
         rates.forEach((rate, i) => {
             const height = rate / top * (OVERVIEW_HEIGHT - 6);
-            plot.rectangle(colours.muted, i * 2, OVERVIEW_HEIGHT - height, 2, height);
+            picture.rectangle(colours.muted, i * 2, OVERVIEW_HEIGHT - height, 2, height);
         });
         for (const finding of timedFindings.filter((each) => !isWide(each) && isShown("findings"))) {
             const left = this.x(finding.fromUs);
-            plot.rectangle(findingColour(finding), left - 1, 0,
+            picture.rectangle(findingColour(finding), left - 1, 0,
                 Math.max(3, this.x(finding.toUs) - left), OVERVIEW_HEIGHT);
         }
+    }
+
+    draw() {
+        const shows = [view.width, window.devicePixelRatio, colours.ground, isShown("findings")].join();
+        if (this.shows !== shows) {
+            this.shows = shows;
+            this.drawPicture();
+        }
+        this.plot.context.drawImage(this.picture.canvas, 0, 0, view.width, OVERVIEW_HEIGHT);
         this.drawFrame();
     }
 

@@ -553,6 +553,25 @@ class TimelineInBrowser(unittest.TestCase):
         self.settle()
         self.assertNoComplaints()
 
+    def test_DrawsPanelsOnceTheyAreScrolledIntoTheWindow(self):
+        self.open(width=800, height=400)
+        self.script("zoom(0.25)")
+        self.settle()
+        drawn = ("return chart.panels.filter((panel) => panel.isInWindow)"
+                 ".map((panel) => panel.className)")
+        self.assertNotIn("position", self.script(drawn))
+        self.script("document.querySelector('.panel.position').scrollIntoView()")
+        WebDriverWait(self.browser, 10).until(lambda browser: "position" in self.script(drawn))
+        self.settle()
+        width = self.box(".panel.position canvas", 1)["width"]
+        shown = self.script("""
+            const panel = chart.panels.find((each) => each.className === "position");
+            const before = panel.plot.canvas.toDataURL();
+            panel.draw(null);
+            return [before === panel.plot.canvas.toDataURL()];""")
+        self.assertEqual([True], shown)
+        self.assertGreater(width, 300)
+
     # Phones
 
     def test_OnAPhoneLanesHaveTheWholeWidth(self):
@@ -560,8 +579,8 @@ class TimelineInBrowser(unittest.TestCase):
         page, window = self.script(
             "return [document.documentElement.scrollWidth, window.innerWidth]")
         self.assertLessEqual(page, window)
-        for canvas in range(len(self.elements(".panel canvas"))):
-            self.assertGreater(self.box(".panel canvas", canvas)["width"], 360)
+        for canvas in range(len(self.elements(".plot canvas"))):
+            self.assertGreater(self.box(".plot canvas", canvas)["width"], 360)
         names = self.box(".panel.lane .names")
         self.assertLess(names["bottom"], self.box(".panel.lane canvas")["top"] + 1)
 
