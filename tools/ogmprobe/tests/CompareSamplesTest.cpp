@@ -2,7 +2,7 @@
 #include "ExplainedFile.h"
 #include "FakeFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::compare_samples_test {
 namespace {
 
 using testing::EndsWith;
@@ -80,4 +80,4 @@ TEST(CompareSamples, APluginThatDoesNotTakeTheFileIsADifference) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::compare_samples_test

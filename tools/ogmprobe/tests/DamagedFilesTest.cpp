@@ -12,7 +12,7 @@
 #include "Process.h"
 #include "TemporaryFolder.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::damaged_files_test {
 namespace {
 
 using nlohmann::json;
@@ -137,4 +137,4 @@ TEST(HoleAtTheEnd, IsReportedAsWithEachSearchDoneInFull) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::damaged_files_test

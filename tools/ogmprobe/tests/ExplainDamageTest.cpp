@@ -4,7 +4,7 @@
 
 #include "ExplainedFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::explain_damage_test {
 namespace {
 
 using namespace android::ogm::test;
@@ -261,4 +261,4 @@ TEST(ExplainDamage, OfAudioFramesIsToldWithItsKind) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::explain_damage_test

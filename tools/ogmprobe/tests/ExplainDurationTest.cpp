@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ExplainedFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::explain_duration_test {
 namespace {
 
 using namespace android::ogm::test;
@@ -90,4 +90,4 @@ TEST(ExplainDuration, OfAnOrdinaryLongFileIsNotTold) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::explain_duration_test

@@ -4,7 +4,7 @@
 #include "ExplainedFile.h"
 #include "FakeFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::explain_end_test {
 namespace {
 
 using namespace android::ogm::test;
@@ -113,4 +113,4 @@ TEST(ExplainEnd, ADeathIsToldWithTheLastRead) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::explain_end_test

@@ -4,7 +4,7 @@
 
 #include "ExplainedFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::explain_formats_test {
 namespace {
 
 using namespace android::ogm::test;
@@ -319,4 +319,4 @@ TEST(ExplainFormats, AnAc3FrameOfNoSizeIsNamed) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::explain_formats_test

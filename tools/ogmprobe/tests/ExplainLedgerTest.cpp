@@ -7,7 +7,7 @@
 
 #include "ExplainedFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::explain_ledger_test {
 namespace {
 
 using namespace android::ogm::test;
@@ -361,4 +361,4 @@ TEST(ExplainLedger, BytesThatArePassedOverAtDamageHaveTheirReason) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::explain_ledger_test

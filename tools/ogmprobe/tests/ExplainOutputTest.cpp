@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ExplainedFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::explain_output_test {
 namespace {
 
 using testing::HasSubstr;
@@ -129,4 +129,4 @@ TEST(ExplainOutput, DoesNotSayNothingToExplainOfAFileThatCouldNotBePlayed) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::explain_output_test

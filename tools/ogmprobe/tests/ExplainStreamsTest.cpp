@@ -3,7 +3,7 @@
 
 #include "ExplainedFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::explain_streams_test {
 namespace {
 
 using namespace android::ogm::test;
@@ -228,4 +228,4 @@ TEST(ExplainRefusal, SaysWhereVideoOrAudioIsAnnounced) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::explain_streams_test

@@ -4,7 +4,7 @@
 
 #include "ExplainedFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::explain_times_test {
 namespace {
 
 using namespace android::ogm::test;
@@ -95,4 +95,4 @@ TEST(ExplainTimes, PicturesStoredOutOfOrderDoNotStepBack) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::explain_times_test

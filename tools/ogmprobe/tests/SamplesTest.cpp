@@ -13,7 +13,7 @@
 #include "Process.h"
 #include "TemporaryFolder.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::samples_test {
 namespace {
 
 using nlohmann::json;
@@ -270,4 +270,4 @@ TEST(Samples, GiveFilesThatOtherProgramsOpen) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::samples_test

@@ -5,7 +5,7 @@
 #include "ExplainedFile.h"
 #include "FakeFile.h"
 
-namespace ogmprobe::test {
+namespace ogmprobe::test::sync_test {
 namespace {
 
 using namespace android::ogm::test;
@@ -239,4 +239,4 @@ TEST(Sync, WhatCameOutBeforeADeathIsCompared) {
 }
 
 }  // namespace
-}  // namespace ogmprobe::test
+}  // namespace ogmprobe::test::sync_test

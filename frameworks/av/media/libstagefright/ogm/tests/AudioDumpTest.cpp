@@ -3,7 +3,7 @@
 #include "PluginTest.h"
 #include "ScopedProperty.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::audio_dump_test {
 namespace {
 
 using ::testing::IsEmpty;
@@ -135,4 +135,4 @@ INSTANTIATE_TEST_SUITE_P(Values, DumpPropertyTest,
                                            PropertyCase{"0x10", true}, PropertyCase{"1on", true}));
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::audio_dump_test

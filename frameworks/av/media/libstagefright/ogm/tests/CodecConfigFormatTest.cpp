@@ -6,7 +6,7 @@
 #include "ElementaryStreams.h"
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::codec_config_format_test {
 namespace {
 
 constexpr uint32_t kVideo = 1;
@@ -86,4 +86,4 @@ TEST_F(CodecConfigFormatTest, EveryLayerUnderEitherTagHasItsMimeType) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::codec_config_format_test

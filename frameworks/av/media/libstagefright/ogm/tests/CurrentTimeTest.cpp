@@ -5,7 +5,7 @@
 #include "PluginTest.h"
 #include "SeekFiles.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::current_time_test {
 namespace {
 
 /**
@@ -153,4 +153,4 @@ TEST_F(CurrentTimeTest, TheTimeIsTakenAfterEachPageNotAfterEachPacket) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::current_time_test

@@ -6,7 +6,7 @@
 #include "ChildProcess.h"
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::demuxer_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -335,4 +335,4 @@ TEST_F(DemuxerTest, APageThatIsEnteredIsLookedAheadOfOnlyOnce) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::demuxer_test

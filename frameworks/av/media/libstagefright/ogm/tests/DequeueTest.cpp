@@ -4,7 +4,7 @@
 #include "ElementaryStreams.h"
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::dequeue_test {
 namespace {
 
 using ::testing::Each;
@@ -220,4 +220,4 @@ TEST_F(DequeueTest, AnEmptyVideoPacketIsNotHandedOutAndStays) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::dequeue_test

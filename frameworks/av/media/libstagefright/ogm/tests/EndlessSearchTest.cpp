@@ -5,7 +5,7 @@
 #include "PluginTest.h"
 #include "SilentLog.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::endless_search_test {
 namespace {
 
 constexpr std::chrono::milliseconds kLimit(500);
@@ -55,4 +55,4 @@ TEST_F(EndlessSearchTest, ASeekInAFileOfUnknownSizeThatGivesNothingAnyMoreDoesNo
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::endless_search_test

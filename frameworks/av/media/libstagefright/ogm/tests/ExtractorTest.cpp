@@ -2,7 +2,7 @@
 #include "PluginTest.h"
 #include "ScopedProperty.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::extractor_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -215,4 +215,4 @@ TEST_F(ExtractorTest, TheSizeIsZeroWhenItCannotBeHad) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::extractor_test

@@ -11,7 +11,7 @@
 #include "Samples.h"
 #include "SilentLog.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::fault_sweep_test {
 namespace {
 
 /** How many reads of a sample are made to fail; they are spread over the whole session. */
@@ -285,4 +285,4 @@ TEST_P(SampleSizeTest, AWrongSizeOnlyCostsPackets) {
 INSTANTIATE_TEST_SUITE_P(Samples, SampleSizeTest, ::testing::ValuesIn(kShortSamples), nameOf);
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::fault_sweep_test

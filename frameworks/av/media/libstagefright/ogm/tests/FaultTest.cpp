@@ -2,7 +2,7 @@
 #include "PluginTest.h"
 #include "SeekFiles.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::fault_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -411,4 +411,4 @@ TEST_F(FileSizeTest, AFileOfTheGreatestSizeIsSearchedForItsDurationInVain) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::fault_test

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "LifecycleFixture.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::freed_track_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -190,4 +190,4 @@ TEST_F(StoppedTrackTest, TouchesNothingEitherWhenItWasStartedInBetween) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::freed_track_test

@@ -9,7 +9,7 @@
 #include "PluginTest.h"
 #include "Samples.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::golden_test {
 namespace {
 
 constexpr const char* kInt32Keys[] = {"width",       "height",        "frame-rate",
@@ -155,4 +155,4 @@ INSTANTIATE_TEST_SUITE_P(Samples, GoldenTest,
                          [](const auto& info) { return std::string(info.param); });
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::golden_test

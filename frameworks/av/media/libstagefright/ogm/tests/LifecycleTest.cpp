@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "LifecycleFixture.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::lifecycle_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -313,4 +313,4 @@ TEST_F(LifecycleTest, StoppingTheFirstTrackOfAnIndexUnregistersTheSecond) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::lifecycle_test

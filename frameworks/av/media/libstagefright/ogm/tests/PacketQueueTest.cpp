@@ -4,7 +4,7 @@
 #include "ElementaryStreams.h"
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::packet_queue_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -236,4 +236,4 @@ TEST_F(AccessUnitQueueTest, PacketsOfAPageWithAnInvalidGranuleAreDropped) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::packet_queue_test

@@ -3,7 +3,7 @@
 
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::pcm_test {
 namespace {
 
 constexpr uint32_t kSerialNo = 1;
@@ -152,4 +152,4 @@ TEST_F(PcmTest, TheBitsPerSampleOfTheHeaderAcceptedLastApplyToAllTracks) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::pcm_test

@@ -4,7 +4,7 @@
 
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::plugin_entry_test {
 namespace {
 
 using ::testing::Each;
@@ -166,4 +166,4 @@ TEST_F(PluginEntryTest, AnIndexOutOfRangeGivesNoTrackTable) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::plugin_entry_test

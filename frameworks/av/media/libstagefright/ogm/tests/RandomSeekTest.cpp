@@ -12,7 +12,7 @@
 #include "SeekModel.h"
 #include "SilentLog.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::random_seek_test {
 namespace {
 
 constexpr size_t kRandomSeeks = 300;
@@ -307,4 +307,4 @@ std::string nameOf(const ::testing::TestParamInfo<Case>& info) {
 INSTANTIATE_TEST_SUITE_P(Samples, RandomSeekTest, ::testing::ValuesIn(allCases()), nameOf);
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::random_seek_test

@@ -3,7 +3,7 @@
 
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::read_test {
 namespace {
 
 using ::testing::IsEmpty;
@@ -232,4 +232,4 @@ TEST_F(ReadTest, TwoThreadsReadTheTwoTracksOfAFile) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::read_test

@@ -4,7 +4,7 @@
 #include "PageLayout.h"
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::round_trip_test {
 namespace {
 
 constexpr uint32_t kSerialNo = 5;
@@ -391,4 +391,4 @@ TEST_F(RoundTripTest, TheLastPageOfAStreamIsNotDelivered) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::round_trip_test

@@ -5,7 +5,7 @@
 #include "PluginTest.h"
 #include "SeekFiles.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::seek_scan_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -284,4 +284,4 @@ TEST_F(SeekScanTest, WithoutASizeTheDurationIsUnknownAndTheScanBeginsAtTheStart)
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::seek_scan_test

@@ -4,7 +4,7 @@
 #include "PluginTest.h"
 #include "SeekFiles.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::seek_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -429,4 +429,4 @@ TEST_F(SelectedTrackSeekTest, ASerialNumberOfAllOnesIsTheOneSelectedWhenNoneIs) 
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::seek_test

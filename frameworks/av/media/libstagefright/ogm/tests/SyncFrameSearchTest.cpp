@@ -6,7 +6,7 @@
 #include "PluginTest.h"
 #include "SeekFiles.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::sync_frame_search_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -352,4 +352,4 @@ TEST_F(SeekingFlagTest, TheSearchPassesOverAnyNumberOfOtherTracksPages) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::sync_frame_search_test

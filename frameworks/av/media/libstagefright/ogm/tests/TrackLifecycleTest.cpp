@@ -4,7 +4,7 @@
 #include "LifecycleFixture.h"
 #include "ScopedProperty.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::track_lifecycle_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -124,4 +124,4 @@ TEST_F(TrackLifecycleTest, UpTo64BuffersAreOutAtOnce) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::track_lifecycle_test

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::unstarted_track_test {
 namespace {
 
 /** A track without a buffer group, which it gets when it is started. */
@@ -39,4 +39,4 @@ TEST_F(UnstartedTrackTest, WithSamplesOf8BitsToo) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::unstarted_track_test

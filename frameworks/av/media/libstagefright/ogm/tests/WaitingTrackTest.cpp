@@ -2,7 +2,7 @@
 #include "ElementaryStreams.h"
 #include "PluginTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::waiting_track_test {
 namespace {
 
 constexpr uint32_t kVideo = 1;
@@ -100,4 +100,4 @@ TEST_F(WaitingTrackTest, HoldsAccessUnitsWhoseFramesLieAcrossPackets) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::waiting_track_test

@@ -7,7 +7,7 @@
 #include "Views.h"
 #include "audio/Ac3Cutter.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::ac3_cutter_test {
 namespace {
 
 using ::testing::Each;
@@ -401,4 +401,4 @@ TEST(Ac3SyncSearchTest, FindsTheFirstSyncWord) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::ac3_cutter_test

@@ -4,7 +4,7 @@
 #include "CutterTest.h"
 #include "ElementaryStreams.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::access_unit_cutter_test {
 namespace {
 
 using ::testing::Contains;
@@ -181,4 +181,4 @@ TEST_F(AccessUnitCutterTest, OnceTheBufferIsEmptyAgainTheNextBytesAreAligned) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::access_unit_cutter_test

@@ -8,7 +8,7 @@
 
 #include "Views.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::byte_buffer_test {
 namespace {
 
 TEST(ByteBufferTest, ANewOneIsEmpty) {
@@ -225,4 +225,4 @@ TEST(SteppedCapacityTest, ItGrowsOnlyWhenItIsExceededAndNeverShrinks) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::byte_buffer_test

@@ -7,7 +7,7 @@
 #include "ChildProcess.h"
 #include "codec/Ogmavc_utils.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::chunk_splitter_test {
 namespace {
 
 int64_t chunkSize(const Bytes& bytes) {
@@ -65,4 +65,4 @@ TEST(ChunkSplitterTest, BytesThatDoNotBeginWithAStartCodeEndTheProcess) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::chunk_splitter_test

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CodecConfigFixture.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::codec_config_streams_test {
 namespace {
 
 using ::testing::ElementsAreArray;
@@ -131,4 +131,4 @@ TEST_F(CodecConfigStreamsTest, AStreamThatFailsDoesNotKeepTheNextFromBeingSearch
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::codec_config_streams_test

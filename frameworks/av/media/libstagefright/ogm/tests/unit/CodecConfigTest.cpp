@@ -10,7 +10,7 @@
 #include "Views.h"
 #include "codec/MimeTypes.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::codec_config_test {
 namespace {
 
 using ::testing::Contains;
@@ -280,4 +280,4 @@ TEST_F(MpegAudioConfigTest, AFailureLeavesTheFormatAsItWas) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::codec_config_test

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CodecConfigFixture.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::codec_config_walk_test {
 namespace {
 
 using ::testing::ElementsAreArray;
@@ -277,4 +277,4 @@ TEST_F(CodecConfigWalkTest, EachStreamHas121PagesAndABufferOfItsOwn) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::codec_config_walk_test

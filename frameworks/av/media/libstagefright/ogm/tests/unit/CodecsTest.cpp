@@ -9,7 +9,7 @@
 #include "Views.h"
 #include "stream/StreamTypes.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::codecs_test {
 namespace {
 
 /** One row of a codec table, with the platform's text for the MIME type. */
@@ -158,4 +158,4 @@ INSTANTIATE_TEST_SUITE_P(Ids, UnknownAudioCodecTest,
                                            "2002", "674F", "FFFE"));
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::codecs_test

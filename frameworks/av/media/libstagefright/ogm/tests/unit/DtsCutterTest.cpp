@@ -7,7 +7,7 @@
 #include "Views.h"
 #include "audio/DtsCutter.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::dts_cutter_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -242,4 +242,4 @@ TEST(DtsSyncSearchTest, AnyFormWithAByteBehindItIsASyncWordFromAGivenPositionOn)
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::dts_cutter_test

@@ -6,7 +6,7 @@
 #include "PagesTest.h"
 #include "stream/HeaderPages.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::duration_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -223,4 +223,4 @@ INSTANTIATE_TEST_SUITE_P(Types, UnknownLogicTypeTest,
                          ::testing::Values(0U, 10U, 15U, 27U, 30U, 0xFFFFFFFFU));
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::duration_test

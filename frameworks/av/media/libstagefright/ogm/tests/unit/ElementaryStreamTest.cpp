@@ -8,7 +8,7 @@
 #include "LogTest.h"
 #include "Views.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::elementary_stream_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -242,4 +242,4 @@ TEST_F(FetchTimestampTest, MoreBytesThanTheRangesHoldEndTheProcess) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::elementary_stream_test

@@ -7,7 +7,7 @@
 #include "Views.h"
 #include "codec/Ogmavc_utils.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::esds_test {
 namespace {
 
 constexpr char kLimit[] =
@@ -83,4 +83,4 @@ TEST(EsdsTest, ASizeOfFifteenBitsEndsTheProcess) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::esds_test

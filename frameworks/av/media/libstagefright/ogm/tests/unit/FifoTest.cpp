@@ -10,7 +10,7 @@
 
 #include "Random.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::fifo_test {
 namespace {
 
 TEST(FifoTest, ANewOneIsEmpty) {
@@ -93,4 +93,4 @@ TEST(FifoTest, ItsEndEndsAllItemsHoweverMany) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::fifo_test

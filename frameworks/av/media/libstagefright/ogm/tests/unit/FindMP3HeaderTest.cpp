@@ -3,7 +3,7 @@
 #include "LogTest.h"
 #include "codec/MpegAudioHeader.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::find_mp3_header_test {
 namespace {
 
 constexpr uint32_t kLayer3At128 = 0xFFFB9064;  // MPEG-1, 128 kbit/s, 44100 Hz: 417 bytes
@@ -259,4 +259,4 @@ TEST_F(FindMP3HeaderTest, TheHeaderReportedIsTheFirstOfTheTwo) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::find_mp3_header_test

@@ -5,7 +5,7 @@
 #include "LogTest.h"
 #include "Views.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::frame_type_test {
 namespace {
 
 class FrameTypeTest : public LogTest {
@@ -86,4 +86,4 @@ TEST_F(FrameTypeTest, NothingIsLoggedAboutMpegPackets) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::frame_type_test

@@ -3,7 +3,7 @@
 
 #include "PagesTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::header_pages_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -136,4 +136,4 @@ TEST_F(HeaderPagesTest, APageHeaderThatCannotBeReadEndsThemAndIsNamedByItsOwnOff
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::header_pages_test

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <media/stagefright/MediaBufferGroup.h>
 
-namespace android::ogm::test {
+namespace android::ogm::test::media_buffers_test {
 namespace {
 
 class MediaBuffersTest : public ::testing::Test {
@@ -47,4 +47,4 @@ TEST_F(MediaBuffersTest, ABufferWithoutTimeAndSyncFlagHasZeros) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::media_buffers_test

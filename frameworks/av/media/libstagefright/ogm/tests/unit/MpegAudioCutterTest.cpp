@@ -10,7 +10,7 @@
 #include "Views.h"
 #include "audio/MpegAudioCutter.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::mpeg_audio_cutter_test {
 namespace {
 
 using ::testing::Contains;
@@ -401,4 +401,4 @@ TEST(MpegAudioSyncSearchTest, FindsTheFirstPlausibleHeader) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::mpeg_audio_cutter_test

@@ -9,7 +9,7 @@
 #include "codec/MimeTypes.h"
 #include "codec/MpegAudioHeader.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::mpeg_audio_format_test {
 namespace {
 
 // Headers of layers I to III, and of the reserved layer.
@@ -53,4 +53,4 @@ TEST(MpegAudioFormatTest, TheReservedLayerEndsTheProcess) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::mpeg_audio_format_test

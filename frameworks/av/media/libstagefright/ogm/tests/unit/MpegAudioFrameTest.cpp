@@ -5,7 +5,7 @@
 #include "LogTest.h"
 #include "Views.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::mpeg_audio_frame_test {
 namespace {
 
 using Result = ogm::MpegAudioFrame::Result;
@@ -84,4 +84,4 @@ TEST_F(MpegAudioFrameTest, AHeaderThatAgreesButDoesNotDecodeIsBad) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::mpeg_audio_frame_test

@@ -7,7 +7,7 @@
 #include "Views.h"
 #include "codec/MpegAudioHeader.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::mpeg_audio_header_test {
 namespace {
 
 constexpr uint32_t kLayer3At128 = 0xFFFB9064;  // MPEG-1, 128 kbit/s, 44100 Hz: 417 bytes
@@ -242,4 +242,4 @@ TEST(MpegAudioHeaderScanTest, FindsAHeaderBehindAByteThatLooksLikeOne) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::mpeg_audio_header_test

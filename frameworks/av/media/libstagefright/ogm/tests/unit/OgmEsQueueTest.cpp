@@ -5,7 +5,7 @@
 
 #include "LogTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::ogm_es_queue_test {
 namespace {
 
 class OgmEsQueueTest : public LogTest {};
@@ -32,4 +32,4 @@ TEST_F(OgmEsQueueTest, ThatOfMpegAudioIsLoggedAsAnErrorUnderItsOwnTag) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::ogm_es_queue_test

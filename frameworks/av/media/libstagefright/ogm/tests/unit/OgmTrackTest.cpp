@@ -14,7 +14,7 @@
 #include "OgmExtractor.h"
 #include "Views.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::ogm_track_test {
 namespace {
 
 constexpr uint32_t kSerialNo = 1;
@@ -235,4 +235,4 @@ INSTANTIATE_TEST_SUITE_P(Types, UnknownTypeTest,
                          ::testing::Values(0U, 10U, 15U, 17U, 20U, 27U, 30U));
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::ogm_track_test

@@ -8,7 +8,7 @@
 #include "codec/FrameType.h"
 #include "stream/StreamTypes.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::packet_clock_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -331,4 +331,4 @@ TEST(DisplayTimeTest, ABFrameIsMovedByTheSignedTimeUnit) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::packet_clock_test

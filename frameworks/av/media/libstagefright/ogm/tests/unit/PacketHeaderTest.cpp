@@ -5,7 +5,7 @@
 #include "Views.h"
 #include "stream/StreamTypes.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::packet_header_test {
 namespace {
 
 TEST(PacketHeaderTest, TheUsualAudioHeadersHaveThreeBytes) {
@@ -75,4 +75,4 @@ TEST_F(FrameHeaderTest, APacketOfAnUnknownTypeHoldsNoFrame) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::packet_header_test

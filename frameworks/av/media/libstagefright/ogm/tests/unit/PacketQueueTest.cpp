@@ -8,7 +8,7 @@
 #include "codec/FrameType.h"
 #include "stream/StreamTypes.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::packet_queue_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -261,4 +261,4 @@ TEST_F(FollowingFramesTest, TheCountEndsWhereItsEightBitIndexWraps) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::packet_queue_test

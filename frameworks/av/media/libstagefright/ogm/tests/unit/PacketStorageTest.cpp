@@ -12,7 +12,7 @@
 #include "Random.h"
 #include "Views.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::packet_storage_test {
 namespace {
 
 constexpr size_t kShortQueue = 10;
@@ -220,4 +220,4 @@ TEST(PacketStorageTest, APacketOutlivesItsStorage) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::packet_storage_test

@@ -3,7 +3,7 @@
 
 #include "PagesTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::page_cursor_test {
 namespace {
 
 constexpr size_t kHeaderPages = 81;
@@ -280,4 +280,4 @@ TEST_F(NextGranuleTest, IsSearchedTooEarlyAfterJunkByAsManyBytes) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::page_cursor_test

@@ -5,7 +5,7 @@
 
 #include "PagesTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::page_reader_test {
 namespace {
 
 class PageReaderTest : public PagesTest {
@@ -255,4 +255,4 @@ TEST_F(PageReaderTest, AFailedSearchReadEndsTheSearch) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::page_reader_test

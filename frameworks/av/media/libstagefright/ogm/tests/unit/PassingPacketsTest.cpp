@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace android::ogm::test {
+namespace android::ogm::test::passing_packets_test {
 namespace {
 
 TEST(PassingPacketsTest, AreTakenAndDroppedInTheSameMemory) {
@@ -24,4 +24,4 @@ TEST(PassingPacketsTest, APieceOfNoBytesHasAnAddressToReadTo) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::passing_packets_test

@@ -10,7 +10,7 @@
 #include "Views.h"
 #include "base/MediaBuffers.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::pcm_test {
 namespace {
 
 Bytes narrowed(Bytes samples) {
@@ -120,4 +120,4 @@ TEST_F(ReworkPcmTest, NothingOfEightBitsStaysNothing) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::pcm_test

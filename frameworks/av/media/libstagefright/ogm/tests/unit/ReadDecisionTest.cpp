@@ -3,7 +3,7 @@
 
 #include "LogTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::read_decision_test {
 namespace {
 
 constexpr int32_t kOk = 0;
@@ -67,4 +67,4 @@ TEST_F(ReadDecisionTest, AShortQueueThatGrewBeforeTheOldEndOfStreamGivesNothing)
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::read_decision_test

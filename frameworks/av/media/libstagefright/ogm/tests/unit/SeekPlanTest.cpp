@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-namespace android::ogm::test {
+namespace android::ogm::test::seek_plan_test {
 namespace {
 
 constexpr int64_t kDurationUs = 40'000'000;
@@ -73,4 +73,4 @@ TEST(SeekPlanTest, AScanMayEndTwoSecondsTooLate) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::seek_plan_test

@@ -10,7 +10,7 @@
 
 #include "AllocationHooks.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::shared_bytes_test {
 namespace {
 
 TEST(SharedBytesTest, OneWithoutBytesHasNeitherAddressNorSize) {
@@ -78,4 +78,4 @@ TEST(SharedBytesTest, ALargePageHoldsAlmostTwoMebibytes) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::shared_bytes_test

@@ -6,7 +6,7 @@
 #include "LogTest.h"
 #include "OgmFile.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::sniff_test {
 namespace {
 
 constexpr size_t kSniffSize = 1024;
@@ -245,4 +245,4 @@ TEST_F(SniffTest, EveryLengthOfAFileIsBounded) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::sniff_test

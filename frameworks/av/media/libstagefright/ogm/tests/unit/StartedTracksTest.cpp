@@ -8,7 +8,7 @@
 
 #include "LogTest.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::started_tracks_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -187,4 +187,4 @@ TEST(FurthestTrackTest, IsNoTrackThatWasForgotten) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::started_tracks_test

@@ -6,7 +6,7 @@
 #include "OgmStreamHeaders.h"
 #include "Views.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::stream_header_test {
 namespace {
 
 StreamHeader parsed(const Bytes& bytes) {
@@ -118,4 +118,4 @@ TEST(StreamHeaderTest, TheSampleRateIsComputedIn64BitsAndCutTo32) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::stream_header_test

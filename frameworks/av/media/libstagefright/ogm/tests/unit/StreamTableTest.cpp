@@ -5,7 +5,7 @@
 #include "LogTest.h"
 #include "OgmStreamHeaders.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::stream_table_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -281,4 +281,4 @@ TEST_F(StreamTableTest, OnlyTheFirstRequestForExtensiveMetaDataSetsTheThumbnailT
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::stream_table_test

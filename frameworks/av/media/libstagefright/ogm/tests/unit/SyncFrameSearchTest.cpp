@@ -6,7 +6,7 @@
 #include "Views.h"
 #include "stream/StreamTypes.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::sync_frame_search_test {
 namespace {
 
 using Result = SyncFrameSearch::Result;
@@ -124,4 +124,4 @@ TEST_F(SyncFrameSearchTest, TheEndOfTheFileEndsTheSearchAfterOneMoreRound) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::sync_frame_search_test

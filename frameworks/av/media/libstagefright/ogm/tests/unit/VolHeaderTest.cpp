@@ -11,7 +11,7 @@
 #include "Views.h"
 #include "codec/Ogmavc_utils.h"
 
-namespace android::ogm::test {
+namespace android::ogm::test::vol_header_test {
 namespace {
 
 constexpr char kSource[] = "frameworks/av/media/libstagefright/ogm/Ogmavc_utils:";
@@ -216,4 +216,4 @@ TEST(VolHeaderTest, TheStartCodeIsPassedOverUnread) {
 }
 
 }  // namespace
-}  // namespace android::ogm::test
+}  // namespace android::ogm::test::vol_header_test
