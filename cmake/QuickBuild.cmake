@@ -3,11 +3,13 @@
 # With this option they are read once for several sources. That hides includes that are missing;
 # static analysis reads each source by itself and finds those.
 option(OGM_QUICK_BUILD "Compile sources of the tool together, and parse the plug-in's headers once" OFF)
+# More build a whole program sooner; fewer compile less again after a change.
+set(OGM_QUICK_BATCH 16 CACHE STRING "How many sources are compiled together")
 
 # Compiles several sources at a time; none may define what another defines under the same name.
 function(ogm_compile_together target)
     set_target_properties(${target} PROPERTIES
-        UNITY_BUILD ${OGM_QUICK_BUILD} UNITY_BUILD_BATCH_SIZE 16
+        UNITY_BUILD ${OGM_QUICK_BUILD} UNITY_BUILD_BATCH_SIZE ${OGM_QUICK_BATCH}
         UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
 endfunction()
 

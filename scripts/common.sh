@@ -13,13 +13,13 @@ readonly build_packages=(
 )
 # What checks the host build; the browser shows the pages that ogmprobe writes.
 readonly quick_packages=(
-    clang-format python3 python3-jsonschema python3-pyelftools
+    clang clang-format python3 python3-jsonschema python3-pyelftools
     chromium chromium-driver python3-selenium
     libbenchmark-dev libogg-dev pkg-config zsh fish
 )
 # Sanitizers, fuzzing, static analysis, packages, and the parser of Android's build files.
 readonly test_packages=(
-    clang clang-tidy libclang-rt-14-dev llvm dpkg-dev file lintian
+    clang-tidy libclang-rt-14-dev llvm dpkg-dev file lintian
     golang-go golang-github-google-blueprint-dev
 )
 # For 64-bit Arm: compiler, emulator, and the libraries of tests and tool for that machine.
