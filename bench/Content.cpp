@@ -129,7 +129,7 @@ class StreamWriter {
 
     double timeUs() const { return static_cast<double>(mCount) * mStream.packetUs; }
 
-    /** A page of its own for a packet in front of the data. */
+    /** A page of its own for a packet before the data. */
     void writeHeader(const Bytes& packet) {
         putPacket(packet, 0);
         flush();

@@ -114,7 +114,7 @@ std::optional<AccessUnit> Ac3Cutter::dequeueAccessUnit(ElementaryStream* stream,
         } else {
             ALOGD("[dequeueAccessUnitAC3]***wrong bsid:%u***", frame.bsid);
         }
-        // Like the bytes in front of a frame, these are charged to no range.
+        // Like the bytes before a frame, these are charged to no range.
         stream->dropBytes(*offset + kSyncWord.size());
         return std::nullopt;
     }

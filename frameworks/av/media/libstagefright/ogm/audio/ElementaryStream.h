@@ -43,7 +43,7 @@ class ElementaryStream {
     /** Adds bytes that have the time `timeUs`. They may be moved away. */
     void append(ByteBuffer* bytes, int64_t timeUs);
 
-    /** Takes a frame out, and drops the bytes in front of it. A copy is made in `room`. */
+    /** Takes a frame out, and drops the bytes before it. A copy is made in `room`. */
     ByteBuffer takeFrame(size_t offset, size_t size, PieceRoom* room);
 
     /** Drops bytes off the front. Their ranges stay; see fetchTimestamp(). */

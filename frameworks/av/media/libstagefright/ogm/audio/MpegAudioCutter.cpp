@@ -60,7 +60,7 @@ std::optional<AccessUnit> MpegAudioCutter::dequeueAccessUnit(ElementaryStream* s
             break;
     }
     AccessUnit unit{stream->takeFrame(frame.offset, frame.size, room)};
-    // Bytes in front of the frame are charged to it.
+    // Bytes before the frame are charged to it.
     unit.timeUs = stream->fetchTimestamp(frame.offset + frame.size);
     OGM_CHECK_VALUES(unit.timeUs >= 0,
                      OGM_SOURCES "OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: ", unit.timeUs, 0);

@@ -29,7 +29,7 @@ void ByteBuffer::append(ByteView bytes) {
 }
 
 void ByteBuffer::makeRoom(size_t needed) {
-    // Bytes are moved down only if at least as many have been dropped in front of them, and new
+    // Bytes are moved down only if at least as many have been dropped before them, and new
     // storage has room for as many again.
     const auto dropped = static_cast<size_t>(mBegin - mStorage.data());
     if (!mStorage.isShared() && needed <= mStorage.size() && mSize <= dropped) {

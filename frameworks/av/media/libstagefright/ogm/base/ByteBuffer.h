@@ -13,9 +13,9 @@ namespace android::ogm {
 
 /**
  * Bytes that are filled at the end, emptied from the front, and handed on by moving. Others may lie
- * in the same storage, but none of them grows into another. Fresh bytes are not initialised.
+ * in the same storage, but none of them grows into another. New bytes are not initialised.
  *
- * Why not std::vector: it clears fresh bytes, and it cannot hand on a packet or a part of one
+ * Why not std::vector: it clears new bytes, and it cannot hand on a packet or a part of one
  * without a copy; each copy of the payload takes some 400 instructions a buffer.
  */
 class ByteBuffer {
@@ -23,7 +23,7 @@ class ByteBuffer {
     ByteBuffer() = default;
     explicit ByteBuffer(size_t size) : ByteBuffer(SharedBytes(size), 0, size) {}
     explicit ByteBuffer(ByteView bytes) { append(bytes); }
-    /** Fresh bytes at `offset` of storage that others may share. */
+    /** New bytes at `offset` of storage that others may share. */
     ByteBuffer(SharedBytes storage, size_t offset, size_t size)
         : mStorage(std::move(storage)),
           mBegin(mStorage.data() + offset),
@@ -47,7 +47,7 @@ class ByteBuffer {
     bool empty() const { return mSize == 0; }
     ByteView view() const { return {mBegin, mSize}; }
 
-    /** Makes it `size` fresh bytes, in the storage it has if that is large enough. */
+    /** Makes it `size` uninitialised bytes, in the storage it has if that is large enough. */
     void reset(size_t size);
 
     /** Costs a time in proportion to the bytes appended, over many calls. */

@@ -51,7 +51,7 @@ class SharedBytes {
     bool isShared() const { return mBlock != nullptr && mBlock->users > 1; }
 
   private:
-    /** What lies in front of the bytes. */
+    /** What lies before the bytes. */
     struct alignas(std::max_align_t) Block {
         uint8_t* bytes() { return reinterpret_cast<uint8_t*>(this + 1); }
 

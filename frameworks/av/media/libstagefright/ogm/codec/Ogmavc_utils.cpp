@@ -53,7 +53,7 @@ void skipVbvParameters(ABitReader* bits) {
     OGM_CHECK_MARKER(bits, 569);
 }
 
-/** Everything in front of video_object_layer_shape. */
+/** Everything before video_object_layer_shape. */
 void skipLayerType(ABitReader* bits) {
     bits->skipBits(1);  // random_accessible_vol
     const uint32_t objectType = bits->getBits(8);

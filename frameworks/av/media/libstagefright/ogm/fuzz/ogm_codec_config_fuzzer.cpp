@@ -48,7 +48,7 @@ void run(InputReader* reader) {
     while (!reader->empty()) {
         const size_t size = reader->u16();
         collected.append(reader->bytes(size));
-        // Without room behind the bytes.
+        // Without room after the bytes.
         ogm::ByteBuffer exact(collected.view());
         if (configure(isAudio, &exact, format.get())) {
             return;

@@ -11,7 +11,7 @@ using namespace android::ogm::fuzz;
 
 namespace {
 
-/** What follows the first start code 00 00 01 `code` that has a byte behind it; empty for none. */
+/** What follows the first start code 00 00 01 `code` that has a byte after it; empty for none. */
 ogm::ByteView behindStartCode(ogm::ByteView packet, uint8_t code) {
     for (size_t i = 0; i + 4 < packet.size(); ++i) {
         if (packet.u32be(i) == (0x100U | code)) {

@@ -103,7 +103,7 @@ class OgmExtractor final : public MediaExtractorPluginHelper {
     ogm::PageReader mPages;
     ogm::StreamTable mStreams;
     int64_t mDuration = 0;
-    /** The first page that begins no stream, or the junk in front of it. */
+    /** The first page that begins no stream, or the junk before it. */
     int64_t mFirstDataPageOffset = 0;
 
     // Reading and seeking.

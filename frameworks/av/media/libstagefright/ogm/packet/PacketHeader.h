@@ -8,7 +8,7 @@
 #include "base/ByteView.h"
 
 /**
- * The header in front of the bytes of every OGM data packet: one byte with flags and, for audio, a
+ * The header before the bytes of every OGM data packet: one byte with flags and, for audio, a
  * duration of a few bytes after it.
  */
 namespace android::ogm {
@@ -33,7 +33,7 @@ constexpr size_t audioPacketHeaderSize(uint8_t firstByte) {
 }
 
 /**
- * Bytes in front of a frame in a queued packet of a stream type: none in an access unit, which was
+ * Bytes before a frame in a queued packet of a stream type: none in an access unit, which was
  * cut out of packets. Nothing, with a line in the log, for a packet that holds no frame.
  */
 std::optional<size_t> frameHeaderSize(uint32_t streamType, ByteView packet);

@@ -25,7 +25,7 @@ struct OgmPage {
     /** Lacing values below 255: packets that end on the page. */
     uint32_t mNumPackets = 0;
 
-    /** Bytes in front of the body. */
+    /** Bytes before the body. */
     int64_t headerSize() const { return int64_t{kFixedHeaderSize} + mNumSegments; }
 };
 

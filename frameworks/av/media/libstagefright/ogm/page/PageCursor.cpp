@@ -26,7 +26,7 @@ media_status_t PageCursor::goToPage(const PageReader& pages, int64_t offset, int
               static_cast<int>(maxSkip));
         return status;
     }
-    // A negative status passes for a size: the next page is then searched for in front of this one,
+    // A negative status passes for a size: the next page is then searched for before this one,
     // by as many bytes as the status says.
     mCurrentPageSize = pages.readPage(position, &currPage);
     enterPageAt(position);
@@ -89,7 +89,7 @@ media_status_t PageCursor::getNextGranulePosition(const PageReader& pages, uint3
     int64_t pageSize = mCurrentPageSize;
     OgmPage page;
     do {
-        // Junk that was skipped in front of a page is not added, so the search for the next one
+        // Junk that was skipped before a page is not added, so the search for the next one
         // begins before that page's end and passes over its last bytes again.
         offset = wrapAdd(offset, pageSize);
         const PageStep step = pages.nextPage(offset, &page);

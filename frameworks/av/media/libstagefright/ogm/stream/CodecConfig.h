@@ -19,7 +19,7 @@ void collectCodecConfigs(const PageReader& pages, const StreamTable& streams,
                          int64_t firstDataPageOffset);
 
 /**
- * Puts the ESDS of an MPEG-4 video stream into `format`: the headers in front of its first picture.
+ * Puts the ESDS of an MPEG-4 video stream into `format`: the headers before its first picture.
  * `rawBuffer` holds the stream's bytes so far; what precedes the headers is removed from it.
  * Returns AMEDIA_OK, UNSUPPORTED when more bytes are needed, or MALFORMED.
  */

@@ -244,7 +244,7 @@ TEST_F(DemuxerTest, APageThatCannotBeReadTakesOverTheLacingOfTheOneBefore) {
 }
 
 TEST_F(DemuxerTest, ADamagedPageHeaderBeforeTheEndOfTheFileIsComeBackToForEver) {
-    // Its status, -10002, leads to a place in front of it from which the file is read on to it.
+    // Its status, -10002, leads to a place before it from which the file is read on to it.
     OgmFile file = videoAndAudioFile();
     for (int page = 1; page <= 40; ++page) {
         file.addPages(kAudio, {filled(255, 1), filled(255, 1)}, page);

@@ -137,7 +137,7 @@ TEST_F(FaultTest, AFailedSearchForTheNextPageSkipsAPage) {
         expected.push_back(page);
     }
     EXPECT_EQ(mPages, expected);
-    // The page behind the gap is taken to begin where the page before the gap ends.
+    // The page after the gap is taken to begin where the page before the gap ends.
     std::vector<int64_t> times = timesOf(expected);
     times[12] = 12 * kPacedPageUs;
     EXPECT_EQ(mTimes, times);
@@ -369,7 +369,7 @@ TEST_F(FileSizeTest, ASizeOfMinusOneIsTakenAsItIs) {
 }
 
 TEST_F(FileSizeTest, ASizeThatIsTooSmallEndsTheTrackBehindIt) {
-    // The start of a packet may lie at the size, but not behind it.
+    // The start of a packet may lie at the size, but not after it.
     auto source = pacedSource();
     source->setReportedSize(pageOffset(20) + kPayload);
     EXPECT_EQ(packetsOf(std::move(source)), 20U);

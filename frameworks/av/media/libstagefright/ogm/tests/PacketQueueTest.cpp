@@ -141,7 +141,7 @@ TEST_F(AccessUnitQueueTest, TheHeaderIsStrippedByTheRuleOfItsFirstByte) {
     ASSERT_EQ(results.size(), 2U);
     EXPECT_EQ(results[0].bytes, ac3(1));
     EXPECT_EQ(results[1].bytes, ac3(2));
-    // Nothing had to be skipped in front of a sync word.
+    // Nothing had to be skipped before a sync word.
     EXPECT_THAT(mEvents.linesBeginning("found something"), IsEmpty());
 }
 

@@ -7,7 +7,7 @@ namespace android::ogm::test::pcm_test {
 namespace {
 
 constexpr uint32_t kSerialNo = 1;
-// Announces a header of four bytes, behind which a packet may be empty.
+// Announces a header of four bytes, after which a packet may be empty.
 constexpr uint8_t kFourByteHeader = 0x40;
 const LogLine kEightBits = infoLine("OGA_AUDIO_PCM,mBitsPerSample == 8");
 

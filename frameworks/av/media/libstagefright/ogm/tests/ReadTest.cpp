@@ -72,7 +72,7 @@ TEST_F(ReadTest, AFullQueueIsReadWithoutTheFile) {
 }
 
 TEST_F(ReadTest, PacketsOfAnotherTrackPileUpWhileAQueueFills) {
-    // 20 audio pages stand in front of the video pages.
+    // 20 audio pages stand before the video pages.
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     file.addHeader(kAudio, AudioHeader());

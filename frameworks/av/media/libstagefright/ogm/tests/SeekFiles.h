@@ -31,7 +31,7 @@ inline size_t packetSizeForPage(size_t pageSize) {
     throw std::invalid_argument("no packet makes a page of this size");
 }
 
-/** What an audio or video packet holds behind its header, when its page has `pageSize` bytes. */
+/** What an audio or video packet holds after its header, when its page has `pageSize` bytes. */
 inline Bytes audioPayload(size_t index, size_t pageSize = kPacedPageSize) {
     return pattern(packetSizeForPage(pageSize) - 3, static_cast<uint32_t>(index));
 }

@@ -191,7 +191,7 @@ OgmFile lateEstimateFile() {
 TEST_F(SeekScanTest, AScanThatBeginsTooLateStepsBackUntilItReachesTheStartOfTheFile) {
     OpenedFile opened = openQuietly(lateEstimateFile());
     const ReadResult result = seek(opened, 8 * kSecond);
-    // A quarter of the data lies 6.8 s behind a quarter of the time.
+    // A quarter of the data lies 6.8 s after a quarter of the time.
     EXPECT_TRUE(mEvents.holds(infoLine("seekToTime, 2449, searchOffset=260081")));
     EXPECT_THAT(landings(), ElementsAre(194545, 129009, 63473, 0));
     EXPECT_THAT(rounds(),
@@ -203,7 +203,7 @@ TEST_F(SeekScanTest, AScanThatBeginsTooLateStepsBackUntilItReachesTheStartOfTheF
 
 /**
  * 200 pages of 4096 bytes. The first one lasts 10 s, the last one to 12 s, all others 1 ms, so that
- * the estimate of every time from 8 s on lands behind the first page.
+ * the estimate of every time from 8 s on lands after the first page.
  */
 OgmFile leapingFile() {
     OgmFile file;

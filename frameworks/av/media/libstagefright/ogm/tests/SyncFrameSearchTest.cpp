@@ -153,7 +153,7 @@ TEST_F(SyncFrameSearchTest, AfterTheLastStepBackNoFrameIsLookedAt) {
 }
 
 TEST_F(SyncFrameSearchTest, TheEndOfTheFileEndsTheSearch) {
-    // No sync frame, and no frame as far as two seconds behind the target.
+    // No sync frame, and no frame as far as two seconds after the target.
     const ReadResult result = seek(regularFile(195, {}), 18 * kSecond);
     EXPECT_THAT(searchLines(), IsEmpty());
     EXPECT_EQ(result.status, AMEDIA_ERROR_END_OF_STREAM);
@@ -168,10 +168,10 @@ TEST_F(SyncFrameSearchTest, ASyncFrameIsStillFoundAfterTheEndOfTheFileWasMet) {
 }
 
 TEST_F(SyncFrameSearchTest, AfterTheEndOfTheFileWasMetOnlyOneStepBackIsMade) {
-    // Frames lie more than two seconds behind the target, but the end came with them.
+    // Frames lie more than two seconds after the target, but the end came with them.
     const ReadResult result = seek(regularFile(195, {0}), 17 * kSecond);
     EXPECT_THAT(searchLines(), ElementsAre(steppedBackTo(14 * kSecond, 9)));
-    // The file stays where that step has left it: behind the page at 11 s.
+    // The file stays where that step has left it: after the page at 11 s.
     EXPECT_EQ(result.timeUs, 11100000);
     EXPECT_EQ(result.isSyncFrame, 0);
 }
@@ -214,7 +214,7 @@ TEST_F(SyncFrameSearchTest, TheSearchLooksAtTimesBeforeTheyAreCorrectedForReorde
         const uint32_t type = i == 60 ? 1 : (i % 3 == 0 ? 2 : 3);
         file.addData(kVideoSerialNo, i + 1, dataPacket(kPlainPacket, mpeg2Picture(type, 40, i)));
     }
-    // The sync frame lies two seconds behind the target in the file, and is shown 0.2 s later.
+    // The sync frame lies two seconds after the target in the file, and is shown 0.2 s later.
     const ReadResult result = seek(file, 4 * kSecond);
     EXPECT_THAT(searchLines(), ElementsAre(foundAt(6 * kSecond)));
     EXPECT_EQ(result.timeUs, 6200000);
@@ -256,7 +256,7 @@ TEST_F(SyncFrameSearchTest, AFailedReadEndsTheSearchAndTheRead) {
     EXPECT_EQ(lines.back(), errorLine("Read Data fail,return ERROR_IO"));
     EXPECT_THAT(mEvents.linesBeginning("after seek"), IsEmpty());
 
-    // What had been queued is given out as it is, and the packet is tried again.
+    // What had been queued is returned as it is, and the packet is tried again.
     source.clearFault();
     for (size_t frame = 71; frame < 80; ++frame) {
         EXPECT_EQ(mTrack->read().bytes, payload(frame));

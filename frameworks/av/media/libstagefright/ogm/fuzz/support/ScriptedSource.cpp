@@ -160,7 +160,7 @@ void ScriptedSource::watchPayload(const uint8_t* data, size_t size, ssize_t coun
     if (searchesForEver(searched)) {
         throw DemandedEnd{};
     }
-    // Once found, the start code, or the one behind what has been removed, is found again.
+    // Once found, the start code, or the one after what has been removed, is found again.
     mSearching = startCodePosition(searched) == kSearchedPositions;
 }
 

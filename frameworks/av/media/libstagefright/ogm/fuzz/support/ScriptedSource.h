@@ -15,7 +15,7 @@ namespace android::ogm::fuzz {
  * - After a number of reads it falls silent: every further read gives nothing. A walk over the
  *   pages that comes back to the same place for ever ends with that. One that goes on reading all
  *   the same is a finding.
- * - The search for a start code in front of MPEG-4 pictures reads nothing, so the bytes that would
+ * - The search for a start code before MPEG-4 pictures reads nothing, so the bytes that would
  *   set it off are recognised when they are asked for: the run ends there.
  */
 class ScriptedSource : public LogObserver {

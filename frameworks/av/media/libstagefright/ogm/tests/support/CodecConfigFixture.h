@@ -82,7 +82,7 @@ class CodecConfigFixture : public PagesTest {
         return header;
     }
 
-    /** A packet that holds all that is needed: VOL, picture, and the start code behind it. */
+    /** A packet that holds all that is needed: VOL, picture, and the start code after it. */
     static Bytes wholeConfiguration() { return dataPacket(kSyncPacket, configuredPictures()); }
     static Bytes configuredPictures() {
         return joined({visualObjectSequence(), vol(), vop(), vop()});

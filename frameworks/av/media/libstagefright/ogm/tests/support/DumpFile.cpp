@@ -75,7 +75,7 @@ std::vector<std::string> DumpFile::modes() const {
 
 }  // namespace android::ogm::test
 
-// Stands in front of the C library's function, and of a sanitizer's, for the whole program.
+// Used instead of the C library's function, or a sanitizer's, in the whole program.
 extern "C" __attribute__((visibility("default"))) FILE* fopen(const char* __restrict path,
                                                               const char* __restrict mode) {
     using android::ogm::test::Fopen;

@@ -90,7 +90,7 @@ TEST_F(Mpeg4VideoConfigTest, WhatFollowsTheVolUpToThePictureStaysInTheEsds) {
 }
 
 TEST_F(Mpeg4VideoConfigTest, BytesInFrontOfAVolThatIsTheFirstChunkStayInTheEsds) {
-    // The packet header byte of an encoder that writes nothing in front of the VOL.
+    // The packet header byte of an encoder that writes nothing before the VOL.
     EXPECT_EQ(configureVideo(joined({{0x08}, vol(), vop(), vop()})), AMEDIA_OK);
     EXPECT_EQ(configuration(), joined({{0x08}, vol()}));
 }

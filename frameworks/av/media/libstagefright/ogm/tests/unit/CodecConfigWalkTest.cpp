@@ -48,7 +48,7 @@ TEST_F(CodecConfigWalkTest, APageThatIsNotEnoughIsCompletedByTheNext) {
                         "found MPEG4 video codec config (176 x 144)", "get csd success!",
                         "parse CSD data done!"});
     EXPECT_THAT(mEvents.events(), ElementsAreArray(expected));
-    // The packet's header byte stands in front of the VOL and is not told from it.
+    // The packet's header byte stands before the VOL and is not told from it.
     EXPECT_EQ(configurationAt(), joined({{kSyncPacket}, vol()}));
 }
 

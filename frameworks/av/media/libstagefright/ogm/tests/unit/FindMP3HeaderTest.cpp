@@ -98,7 +98,7 @@ TEST_F(FindMP3HeaderTest, TwoBytesOfTheSecondHeaderConfirmTheFirstOnlyAtSampling
                                        header2("FF FB  0  0"), header3(" 0  0  0  0")));
     mEvents.clear();
     const Bytes at48kHz = filledFrame(0xFFFB9464, 384);
-    // Every later start has its next frame further back, until that lies behind the bytes.
+    // Every later start has its next frame further back, until that lies after the bytes.
     EXPECT_EQ(search(head(joined({at48kHz, at48kHz}), 386)), notFound(2));
     EXPECT_THAT(mEvents.lines(),
                 ::testing::ElementsAre(header1("FF FB 94 64"), sizes(384, 0, 386),
@@ -163,7 +163,7 @@ TEST_F(FindMP3HeaderTest, AHeaderOneTwoOrFourBytesAfterTheExpectedPositionIsNoCo
     for (const size_t gap : {1, 2, 4}) {
         mEvents.clear();
         const Bytes bytes = joined({frame(0), filled(gap, 1), frame(1)});
-        // The second frame becomes the candidate, and there is nothing behind it.
+        // The second frame becomes the candidate, and there is nothing after it.
         EXPECT_EQ(search(bytes), notFound(417 + gap)) << gap;
         EXPECT_EQ(mEvents.count(overflow()), 1U) << gap;
     }
@@ -196,7 +196,7 @@ TEST_F(FindMP3HeaderTest, ANewCandidateAtTheVeryEndFailsWithoutAnotherTry) {
 }
 
 TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateIsGivenUpForTheNextPosition) {
-    // A header by accident, and behind it two real frames of which none lies 417 bytes on.
+    // A header by accident, and after it two real frames of which none lies 417 bytes on.
     const Bytes bytes = joined({bigEndian(kLayer3At128), filled(5, 1), frame(1), frame(2)});
     EXPECT_EQ(search(bytes), found(426, kLayer3At128));
     EXPECT_THAT(mEvents.lines(),

@@ -146,7 +146,7 @@ TEST_F(MpegAudioCutterTest, RangesLeftBehindMakeLaterTimesLag) {
     EXPECT_THAT(feed(frame(2), 6000), ElementsAre(AccessUnit{frame(2), 5000}));
     EXPECT_THAT(feed(frame(3), 7000), ElementsAre(AccessUnit{frame(3), 6000}));
     EXPECT_THAT(feed(frame(4), 8000), ElementsAre(AccessUnit{frame(4), 7000}));
-    // Three hundred bytes behind for good.
+    // Three hundred bytes late for good.
     EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(8000, 300U)));
     mCutter->clear();
     EXPECT_THAT(feed(frame(5), 9000), ElementsAre(AccessUnit{frame(5), 9000}));
