@@ -1,16 +1,10 @@
 # SPDX-License-Identifier: Apache-2.0
 # The sources of a test program are compiled together, but for those after ALONE, which define macros or
-# names that others define too. With PARSE_ONCE each is compiled by itself, and the headers that nearly
-# all include are parsed once; headers that follow are added to them.
+# names that others define too.
 function(ogm_compile_quickly target)
-    cmake_parse_arguments(option "" "" "ALONE;PARSE_ONCE" ${ARGN})
-    if(OGM_QUICK_BUILD AND NOT "PARSE_ONCE" IN_LIST ARGN)
-        ogm_compile_together(${target})
-        set_source_files_properties(${option_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-    else()
-        target_precompile_headers(${target} PRIVATE
-            <gmock/gmock.h> <gtest/gtest.h> <string> <vector> ${option_PARSE_ONCE})
-    endif()
+    cmake_parse_arguments(option "" "" "ALONE" ${ARGN})
+    ogm_compile_together(${target})
+    set_source_files_properties(${option_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
 # Runs the program's tests in one process, or shared among so many that run side by side: starting a
