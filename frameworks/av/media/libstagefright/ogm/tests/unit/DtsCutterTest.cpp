@@ -108,7 +108,7 @@ TEST_F(DtsCutterTest, JunkOfANegativeTimeIsDroppedWithoutComplaint) {
     EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 2000}));
 }
 
-TEST_F(DtsCutterTest, JunkIsDroppedAlsoWhenNoMoreThanASyncWordIsThere) {
+TEST_F(DtsCutterTest, JunkIsDroppedAlsoWhenOnlyASyncWordFollows) {
     mCutter->place(joined({pattern(30, 1), head(frame(1), 5)}), 1000);
     EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_EQ(mCutter->buffered(), head(frame(1), 5));
