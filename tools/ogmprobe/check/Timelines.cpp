@@ -48,8 +48,11 @@ std::map<std::string, std::string> drawTimelines(const TimelineRequest& request,
     std::vector<TimelineOptions> tasks;
     for (const std::string& path : request.paths) {
         const std::string name = fmt::format("{:05}-{}.html", tasks.size() + 1, plainName(path));
-        tasks.push_back(
-                {{path}, (fs::path(request.folder) / name).string(), false, 0, request.force});
+        TimelineOptions& task = tasks.emplace_back();
+        task.files = {path};
+        task.output = (fs::path(request.folder) / name).string();
+        task.seekSteps = 0;
+        task.force = request.force;
     }
     size_t next = 0;
     size_t done = 0;
