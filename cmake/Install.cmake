@@ -17,7 +17,7 @@ foreach(library IN ITEMS log cutils mediandk mediandk_zor)
     install(TARGETS platform_${library} DESTINATION ${private} COMPONENT ogmprobe)
 endforeach()
 
-set(papers ${PROJECT_SOURCE_DIR}/tools/ogmprobe/papers)
+set(manual_docs ${PROJECT_SOURCE_DIR}/tools/ogmprobe/docs)
 
 # As Debian wants them: the same bytes for the same text.
 function(install_compressed file name destination)
@@ -29,20 +29,20 @@ function(install_compressed file name destination)
     install(FILES ${compressed} DESTINATION ${destination} COMPONENT ogmprobe)
 endfunction()
 
-install_compressed(${papers}/ogmprobe.1 ogmprobe.1 share/man/man1)
-install_compressed(${papers}/debian/changelog changelog share/doc/ogmprobe)
-install(FILES ${papers}/ogmprobe.bash
+install_compressed(${manual_docs}/ogmprobe.1 ogmprobe.1 share/man/man1)
+install_compressed(${manual_docs}/debian/changelog changelog share/doc/ogmprobe)
+install(FILES ${manual_docs}/ogmprobe.bash
     DESTINATION share/bash-completion/completions RENAME ogmprobe COMPONENT ogmprobe)
-install(FILES ${papers}/_ogmprobe DESTINATION share/zsh/vendor-completions COMPONENT ogmprobe)
-install(FILES ${papers}/ogmprobe.fish
+install(FILES ${manual_docs}/_ogmprobe DESTINATION share/zsh/vendor-completions COMPONENT ogmprobe)
+install(FILES ${manual_docs}/ogmprobe.fish
     DESTINATION share/fish/vendor_completions.d COMPONENT ogmprobe)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/ogmprobe.md ${PROJECT_SOURCE_DIR}/docs/behaviour.md
     ${PROJECT_SOURCE_DIR}/docs/timeline.png ${PROJECT_SOURCE_DIR}/tools/ogmprobe/JSON.md
     DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/tools/ogmprobe/schema
     DESTINATION share/doc/ogmprobe COMPONENT ogmprobe FILES_MATCHING PATTERN "*.json")
-install(FILES ${papers}/debian/copyright DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
-install(FILES ${papers}/debian/lintian-overrides
+install(FILES ${manual_docs}/debian/copyright DESTINATION share/doc/ogmprobe COMPONENT ogmprobe)
+install(FILES ${manual_docs}/debian/lintian-overrides
     DESTINATION share/lintian/overrides RENAME ogmprobe COMPONENT ogmprobe)
 
 set(CPACK_GENERATOR DEB)

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Holds help, man page and completions together: each knows the same commands and options.
 
-Usage: PapersTest.py PROGRAM [unittest arguments]
+Usage: DocsTest.py PROGRAM [unittest arguments]
 """
 
 import pathlib
@@ -13,7 +13,7 @@ import tempfile
 import unittest
 
 program = None
-papers = pathlib.Path(__file__).parent
+docs = pathlib.Path(__file__).parent
 
 
 def help_of(*command):
@@ -40,14 +40,14 @@ def global_options():
     return long_options(help_of())
 
 
-class Papers(unittest.TestCase):
+class Docs(unittest.TestCase):
     def test_TheHelpOfEachCommandHasExamples(self):
         for command in commands():
             with self.subTest(command):
                 self.assertIn(f"\n  ogmprobe {command} ", help_of(command).split("Examples:")[1])
 
     def test_TheManPageKnowsEachCommandWithItsOptions(self):
-        page = (papers / "ogmprobe.1").read_text().replace("\\-", "-")
+        page = (docs / "ogmprobe.1").read_text().replace("\\-", "-")
         section = page.split(".SH COMMANDS")[1].split(".SH OPTIONS")[0]
         described = {}
         for part in section.split("\n.SS ")[1:]:
@@ -56,12 +56,12 @@ class Papers(unittest.TestCase):
         self.assertEqual({command: options_of(command) for command in commands()}, described)
 
     def test_TheManPageKnowsTheOptionsOfEveryCommand(self):
-        page = (papers / "ogmprobe.1").read_text().replace("\\-", "-")
+        page = (docs / "ogmprobe.1").read_text().replace("\\-", "-")
         section = page.split(".SH OPTIONS")[1].split(".SH EXIT STATUS")[0]
         self.assertEqual(global_options(), options_in_man(section))
 
     def test_TheManPageHasTheExitCodesOfTheHelp(self):
-        page = (papers / "ogmprobe.1").read_text()
+        page = (docs / "ogmprobe.1").read_text()
         section = page.split(".SH EXIT STATUS")[1].split(".SH ENVIRONMENT")[0]
         in_help = help_of().split("Exit codes:")[1].split("With several")[0]
         self.assertEqual(re.findall(r"\b\d\b", in_help),
@@ -70,18 +70,18 @@ class Papers(unittest.TestCase):
     def test_TheManPageHasTheVersionOfTheProgram(self):
         version = subprocess.run([program, "--version"], check=True, text=True,
                                  capture_output=True).stdout.strip()
-        self.assertIn(f'"{version}"', (papers / "ogmprobe.1").read_text())
+        self.assertIn(f'"{version}"', (docs / "ogmprobe.1").read_text())
 
     def test_BashOffersTheCommands(self):
         self.assertEqual(sorted(commands()), sorted(offered_by_bash("ogmprobe", "")))
 
     def test_BashOffersFilesInPlaceOfACommand(self):
-        folder = str(papers / "ogmprobe.")
+        folder = str(docs / "ogmprobe.")
         self.assertEqual({folder + "1", folder + "bash", folder + "fish"},
                          set(offered_by_bash("ogmprobe", folder)))
 
     def test_BashOffersFilesAfterOptionsOfACommand(self):
-        name = str(papers / "ogmprobe.1")
+        name = str(docs / "ogmprobe.1")
         self.assertEqual([name], offered_by_bash("ogmprobe", "packets", "--csv", name))
 
     def test_BashOffersTheOptionsOfEachCommand(self):
@@ -94,7 +94,7 @@ class Papers(unittest.TestCase):
         self.assertEqual(global_options(), set(offered_by_bash("ogmprobe", "--")))
 
     def test_ZshKnowsEachCommandWithItsOptions(self):
-        text = (papers / "_ogmprobe").read_text()
+        text = (docs / "_ogmprobe").read_text()
         described = {name: set(re.findall(r"--[a-z][a-z-]*", body)) for name, body in re.findall(
             r"^ {16}([a-z]+)\)\n(.*?);;", text, flags=re.MULTILINE | re.DOTALL)}
         self.assertEqual({command: options_of(command) for command in commands()}, described)
@@ -129,7 +129,7 @@ class Papers(unittest.TestCase):
         described = {command: set() for command in commands()}
         everywhere = set()
         offered = []
-        for line in (papers / "ogmprobe.fish").read_text().splitlines():
+        for line in (docs / "ogmprobe.fish").read_text().splitlines():
             option = re.search(r"--long-option ([a-z-]+)", line)
             owner = re.search(r'"__fish_seen_subcommand_from ([a-z]+)"', line)
             if option:
@@ -149,10 +149,10 @@ def options_in_man(text):
 # Types each line into a shell on a terminal, and writes what a tabulator offers, a line each.
 ZSH_SCRIPT = r"""
 zmodload zsh/zpty zsh/zselect
-papers=$1 found=$2
+docs=$1 found=$2
 shift 2
 zpty shell zsh -f -i
-zpty -w shell "PROMPT=; stty -echo; fpath=($papers \$fpath); autoload -Uz compinit; compinit -u -D"
+zpty -w shell "PROMPT=; stty -echo; fpath=($docs \$fpath); autoload -Uz compinit; compinit -u -D"
 zpty -w shell 'offer() {
     local -a offered
     compadd() {
@@ -184,20 +184,20 @@ zpty -d shell
 
 def offered_by_zsh(lines):
     with tempfile.NamedTemporaryFile("r") as found:
-        subprocess.run(["zsh", "-f", "-c", ZSH_SCRIPT, "zsh", papers.resolve(), found.name, *lines],
+        subprocess.run(["zsh", "-f", "-c", ZSH_SCRIPT, "zsh", docs.resolve(), found.name, *lines],
                        check=True, timeout=60)
         return [set(line.split()) for line in found.read().splitlines()]
 
 
 def offered_by_fish(line):
-    script = f'source "{papers}/ogmprobe.fish"; complete --do-complete "ogmprobe {line}"'
+    script = f'source "{docs}/ogmprobe.fish"; complete --do-complete "ogmprobe {line}"'
     result = subprocess.run(["fish", "--no-config", "-c", script], check=True, text=True,
                             capture_output=True)
     return {offer.split("\t")[0] for offer in result.stdout.splitlines()}
 
 
 def offered_by_bash(*words):
-    script = (f'. "{papers}/ogmprobe.bash"\n'
+    script = (f'. "{docs}/ogmprobe.bash"\n'
               'COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _ogmprobe; printf "%s\\n" "${COMPREPLY[@]}"')
     result = subprocess.run(["bash", "-c", script, "bash", *words], check=True, text=True,
                             capture_output=True)
