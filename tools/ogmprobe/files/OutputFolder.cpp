@@ -25,7 +25,7 @@ void makeFolder(const fs::path& folder) {
 }
 
 std::string OutputStems::take(const std::string& file) {
-    const std::string stem = file == kStandardInput ? "stdin" : fs::path(file).stem().string();
+    std::string stem = file == kStandardInput ? "stdin" : fs::path(file).stem().string();
     const auto [owner, isNew] = mFileOf.try_emplace(stem, file);
     if (!isNew) {
         throw ProbeError(ExitCode::kUsage,
