@@ -53,9 +53,10 @@ TEST_F(TimelineEvidence, HasAllFindingsOfExplainInTheirOrder) {
 }
 
 TEST_F(TimelineEvidence, CountsTheLostPacketsOfTheLedger) {
-    const auto page = pageOf(sampleBytes("mpeg4_mp3_ac3.ogm"));
-    for (const json& stream : explained()["streams"]) {
-        const json& lane = page.outline()["lanes"][stream["track"].get<size_t>()];
+    const json outline = pageOf(sampleBytes("mpeg4_mp3_ac3.ogm")).outline();
+    const json explanation = explained();
+    for (const json& stream : explanation["streams"]) {
+        const json& lane = outline["lanes"][stream["track"].get<size_t>()];
         const json& ledger = stream["ledger"];
         EXPECT_EQ(lane["lost"].get<int>(),
                   ledger["in_file"].get<int>() - ledger["handed_out"].get<int>());
