@@ -10,9 +10,10 @@ endfunction()
 # Runs the program's tests in one process, or shared among so many that run side by side: starting a
 # process for each test takes longer than most of the tests. scripts/count_tests.py counts them one by
 # one all the same. An emulator takes so long to start that there it is one process.
-# A test program is run about once after each compilation, which takes far longer: so nothing is optimised.
+# A test program is run about once after each compilation, which takes far longer: so nothing is optimised
+# but what an emulator runs.
 function(ogm_discover_tests target)
-    target_compile_options(${target} PRIVATE -O0 -U_FORTIFY_SOURCE)
+    target_compile_options(${target} PRIVATE $<IF:$<BOOL:${CMAKE_CROSSCOMPILING}>,-O1,-O0> -U_FORTIFY_SOURCE)
     set(shards ${ARGN} 1)
     list(GET shards 0 count)
     if(CMAKE_CROSSCOMPILING OR count EQUAL 1)

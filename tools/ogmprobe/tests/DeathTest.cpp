@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <linux/seccomp.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <sstream>
 
 #include "FakeFile.h"
@@ -232,11 +229,6 @@ TEST(Confinement, IsToldToBeMissing) {
     EXPECT_THAT(debugLog(), HasSubstr("system calls are not filtered: "));
 }
 #else
-// Where filters may be set, what is wrong with this one is that it lies nowhere.
-bool canFilterSystemCalls() {
-    return syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, 0, nullptr) != 0 && errno == EFAULT;
-}
-
 class Confinement : public testing::Test {
   protected:
     void SetUp() override {

@@ -51,6 +51,9 @@ struct ProcessSetup {
 /** Whether there are terminals here; a container may have none. */
 bool canOpenTerminal();
 
+/** Whether the system calls of a process can be filtered here; an emulator cannot. */
+bool canFilterSystemCalls();
+
 /** Runs the program, of this build, and waits for its end. */
 ProcessResult runProgram(const std::string& program, const std::vector<std::string>& arguments,
                          const ProcessSetup& setup = {});

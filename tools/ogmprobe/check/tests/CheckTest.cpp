@@ -148,8 +148,12 @@ TEST(CheckTest, AFileWithoutTracksDoesNotPlay) {
 
 TEST(CheckTest, WhatEndsOrBlocksTheExtractorDoesNotPlay) {
     const FakePlugin plugin;
-    for (const char* mischief :
-         {"crash", "assert", "exit", "hang", "spin", "scribble noise", "allocate", "socket"}) {
+    std::vector<std::string> mischiefs = {"crash", "assert",         "exit",    "hang",
+                                          "spin",  "scribble noise", "allocate"};
+    if (canFilterSystemCalls()) {
+        mischiefs.emplace_back("socket");
+    }
+    for (const std::string& mischief : mischiefs) {
         json video = fakeVideo();
         video["end"] = mischief;
         const auto result = FakePlugin::run(

@@ -74,14 +74,19 @@ TEST_F(TriageTest, FilesThatStallCostTheirTimeLimitSideBySide) {
 }
 
 TEST_F(TriageTest, NoMischiefOfOneFileTouchesAnother) {
-    for (const char* mischief : {"crash", "overflow", "overrun", "kill", "exit", "throw", "close",
-                                 "scribble", "scribble noise", "execute", "write", "compute"}) {
-        add(std::string(mischief) + ".ogm", mischief);
+    std::vector<std::string> mischiefs = {"crash",          "overflow", "overrun", "kill",
+                                          "exit",           "throw",    "close",   "scribble",
+                                          "scribble noise", "compute"};
+    if (canFilterSystemCalls()) {
+        mischiefs.insert(mischiefs.end(), {"execute", "write"});
+    }
+    for (const std::string& mischief : mischiefs) {
+        add(mischief + ".ogm", mischief);
     }
     add("good.ogm");
     const auto result = check({"--json"});
     const json document = json::parse(result.out);
-    EXPECT_EQ(document["files"].size(), 13U);
+    EXPECT_EQ(document["files"].size(), mischiefs.size() + 1);
     for (const auto& file : document["files"]) {
         const std::string name = file["path"];
         if (name.ends_with("good.ogm")) {
