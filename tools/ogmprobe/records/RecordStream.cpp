@@ -182,7 +182,7 @@ Record readType(uint16_t type, FieldReader& reader, std::index_sequence<Indices.
     return kReaders[type](reader);
 }
 
-constexpr size_t kTypes = std::variant_size_v<Record>;
+constexpr size_t kRecordTypes = std::variant_size_v<Record>;
 
 }  // namespace
 
@@ -211,11 +211,11 @@ std::optional<Record> RecordReader::next() {
     if (head.type == kEnd) {
         return std::nullopt;
     }
-    if (head.type >= kTypes) {
+    if (head.type >= kRecordTypes) {
         throw RingDamaged("a record of no known type");
     }
     FieldReader fields(mRing);
-    return readType(head.type, fields, std::make_index_sequence<kTypes>());
+    return readType(head.type, fields, std::make_index_sequence<kRecordTypes>());
 }
 
 }  // namespace ogmprobe
