@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "check/FileCheck.h"
 
-#include <android/log.h>
-#include <fmt/core.h>
-
-#include <optional>
-
 #include "check/Judgement.h"
 #include "commands/CommandRecords.h"
 #include "explain/Finding.h"
-#include "jobs/PlayLimit.h"
+#include "explain/TracedPlay.h"
 
 namespace ogmprobe::check {
 namespace {
@@ -53,17 +48,6 @@ class CheckRecords : public CommandRecords {
     PlayedTracksPackets mPackets;
 };
 
-void play(const std::string& path, Session& session, CheckRecords& records) {
-    GlobalOptions withLines = session.options;
-    withLines.logPriority = ANDROID_LOG_VERBOSE;
-    try {
-        runShown({path, playJob({}), true}, withLines, session.console, visitedBy(records));
-    } catch (const GoesInCircles& circles) {
-        records(Failure{ExitCode::kDied,
-                        fmt::format("the extractor never ends: {}", circles.what()), false});
-    }
-}
-
 /** Failures of the plug-in that no finding tells of. */
 void addFailures(const PluginTrace& trace, CheckedFile& file) {
     const auto& failure = trace.failure();
@@ -88,7 +72,7 @@ void checkOpened(const std::string& path, const DecoderList& decoders, Session& 
     PluginTrace trace(pages, false);
     Report report(session.console, path);
     CheckRecords records(session, report, trace, file);
-    play(path, session, records);
+    playWithLines(path, session, visitedBy(records));
     Explanation explanation(pages, trace);
     explanation.setAccounts(accountsOf(path, pages, trace));
     explainAll(explanation);

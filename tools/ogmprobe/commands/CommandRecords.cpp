@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "files/InputFiles.h"
+#include "jobs/PlayLimit.h"
 #include "text/LogText.h"
 #include "text/VisibleText.h"
 
@@ -86,6 +87,16 @@ void runShown(JobRequest request, const GlobalOptions& options, Console& console
     ProgressLine line(console, visible(std::filesystem::path(request.path).filename().string()));
     request.progress = [&line](const Advance& advance) { line.update(advance); };
     runJob(request, options, handler);
+}
+
+void runLimited(JobRequest request, const GlobalOptions& options, Console& console,
+                const RecordSink& handler) {
+    try {
+        runShown(std::move(request), options, console, handler);
+    } catch (const GoesInCircles& circles) {
+        handler(Failure{ExitCode::kDied,
+                        fmt::format("the extractor never ends: {}", circles.what())});
+    }
 }
 
 }  // namespace ogmprobe

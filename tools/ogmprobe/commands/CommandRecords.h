@@ -64,6 +64,13 @@ ExitCode forEachFile(const std::vector<std::string>& names, Session& session,
 void runShown(JobRequest request, const GlobalOptions& options, Console& console,
               const RecordSink& handler);
 
+/**
+ * The same for a handler that throws `GoesInCircles`, which then gets a failure that ends the
+ * records.
+ */
+void runLimited(JobRequest request, const GlobalOptions& options, Console& console,
+                const RecordSink& handler);
+
 /** Runs the job and lets the object have its records. What it throws as `ProbeError` is reported.
  */
 template <typename Records>

@@ -100,16 +100,11 @@ class Comparison {
 
     void play(Side& side) {
         PlayedFileRecords records(mSession, side.report);
-        try {
-            side.report.guard([&] {
-                PlayRequest request;
-                request.keepEntries = true;
-                show(side, playJob(request), records);
-            });
-        } catch (const GoesInCircles& circles) {
-            records(Failure{ExitCode::kDied,
-                            fmt::format("the extractor never ends: {}", circles.what())});
-        }
+        side.report.guard([&] {
+            PlayRequest request;
+            request.keepEntries = true;
+            show(side, playJob(request), records);
+        });
         side.played = std::move(records.file());
         if (mOptions.seeks > 0 && side.played.opened) {
             seek(side);
@@ -127,7 +122,7 @@ class Comparison {
         JobRequest request{side.path, std::move(job), mOptions.reads};
         // A plug-in that differs in a later search alone must be found.
         request.wholeSearches = true;
-        runShown(std::move(request), side.options, mSession.console, visitedBy(records));
+        runLimited(std::move(request), side.options, mSession.console, visitedBy(records));
     }
 
     bool wasCompared() const { return mA.played.wasTried() && mB.played.wasTried(); }

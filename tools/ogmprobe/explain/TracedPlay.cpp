@@ -2,7 +2,6 @@
 #include "explain/TracedPlay.h"
 
 #include <android/log.h>
-#include <fmt/core.h>
 
 #include <variant>
 
@@ -30,24 +29,21 @@ class TracedRecords : public CommandRecords {
 
 }  // namespace
 
-void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace,
-                const RecordSink& also) {
+void playWithLines(const std::string& path, Session& session, const RecordSink& handler) {
     GlobalOptions withLines = session.options;
     withLines.logPriority = ANDROID_LOG_VERBOSE;
+    runLimited({path, playJob({}), true}, withLines, session.console, handler);
+}
+
+void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace,
+                const RecordSink& also) {
     TracedRecords records(session, report, trace);
-    try {
-        runShown({path, playJob({}), true}, withLines, session.console, [&](const Record& record) {
-            std::visit(records, record);
-            if (also) {
-                also(record);
-            }
-        });
-    } catch (const GoesInCircles& circles) {
-        const Failure failure{ExitCode::kDied,
-                              fmt::format("the extractor never ends: {}", circles.what())};
-        trace.add(failure);
-        report.error(failure.code, failure.message);
-    }
+    playWithLines(path, session, [&](const Record& record) {
+        std::visit(records, record);
+        if (also) {
+            also(record);
+        }
+    });
 }
 
 }  // namespace ogmprobe

@@ -9,6 +9,9 @@
 
 namespace ogmprobe {
 
+/** Plays the file to its end, with all its log lines. Throws `ProbeError`. */
+void playWithLines(const std::string& path, Session& session, const RecordSink& handler);
+
 /**
  * Plays the file to its end and gathers in `trace` what the plug-in does with it; what goes wrong
  * is reported too. The sink, if there is one, gets all records as well. Throws `ProbeError`.

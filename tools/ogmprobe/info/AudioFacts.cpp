@@ -46,21 +46,6 @@ std::string codingOf(const AudioFrame& frame) {
     return "";
 }
 
-/** 0 where the header does not tell. */
-uint32_t samplesOf(const AudioFrame& frame) {
-    constexpr uint32_t kVersion1 = 3;
-    if (frame.kind == AudioFrame::Kind::kAc3) {
-        return 1536;
-    }
-    if (frame.kind != AudioFrame::Kind::kMpegAudio) {
-        return 0;
-    }
-    if (frame.layer == 1) {
-        return 384;
-    }
-    return frame.layer == 3 && frame.family >> 4 != kVersion1 ? 576 : 1152;
-}
-
 /** Frames of one bitrate differ by a slot where a second has no whole number of slots. */
 uint64_t slotSize(const AudioFrame& frame) {
     return frame.kind == AudioFrame::Kind::kAc3 ? 2 : frame.layer == 1 ? 4 : 1;
@@ -68,20 +53,20 @@ uint64_t slotSize(const AudioFrame& frame) {
 
 void addBitrate(const std::vector<FileUnit>& units, AudioFacts& facts) {
     const AudioFrame& first = units.front().frame;
-    const uint32_t samples = samplesOf(first);
-    if (samples == 0) {
+    if (first.samples == 0) {
         return;
     }
     const auto [least, most] = std::minmax_element(
             units.begin(), units.end(),
             [](const auto& a, const auto& b) { return a.likeness.size < b.likeness.size; });
     uint64_t bytes = 0;
+    uint64_t samples = 0;
     for (const FileUnit& unit : units) {
         bytes += unit.likeness.size;
+        samples += unit.frame.addsToFrameBefore ? 0 : unit.frame.samples;
     }
     constexpr double kBits = 8;
-    const double seconds =
-            static_cast<double>(units.size()) * samples / static_cast<double>(first.sampleRate);
+    const double seconds = static_cast<double>(samples) / static_cast<double>(first.sampleRate);
     facts.bitrate = kBits * static_cast<double>(bytes) / seconds;
     facts.constantBitrate = most->likeness.size - least->likeness.size <= slotSize(first);
 }

@@ -67,7 +67,7 @@ class StreamFactsBuilder {
             addVideo(firstData);
         }
         if (header != nullptr && header->kind == StreamKind::kVorbis) {
-            addVorbis();
+            mFacts.audio = vorbisFacts(mReader.body(mFile.pages()[*mStream.announcement]));
         }
         return std::move(mFacts);
     }
@@ -119,26 +119,10 @@ class StreamFactsBuilder {
     }
 
     void addFrameRate(const StreamHeader& header) {
-        constexpr double kUnitsPerSecond = 1e7;
         if (header.timeUnit != 0 && header.samplesPerUnit != 0) {
-            mFacts.frameRate = kUnitsPerSecond * static_cast<double>(header.samplesPerUnit) /
+            mFacts.frameRate = static_cast<double>(kUnitsPerSecond) *
+                               static_cast<double>(header.samplesPerUnit) /
                                static_cast<double>(header.timeUnit);
-        }
-    }
-
-    /** Its granule positions count samples. */
-    void addVorbis() {
-        mFacts.audio = vorbisFacts(mReader.body(mFile.pages()[*mStream.announcement]));
-        uint64_t samples = 0;
-        for (const size_t page : mStream.dataPages) {
-            const uint64_t granule = mFile.pages()[page].granule;
-            samples = granule == kNoGranule ? samples : std::max(samples, granule);
-        }
-        constexpr uint64_t kMostSamples = uint64_t{1} << 40;
-        if (mFacts.audio && mFacts.audio->sampleRate != 0 && samples < kMostSamples) {
-            mFacts.durationUs =
-                    static_cast<int64_t>(samples * kUsPerSecond / mFacts.audio->sampleRate);
-            addBitrates({});
         }
     }
 
