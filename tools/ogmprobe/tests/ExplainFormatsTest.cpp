@@ -100,6 +100,20 @@ TEST(ExplainFormats, EnhancedAc3IsTold) {
     ExplainedFile(sampleBytes("mpeg2_ac3.ogm")).expectNone("eac3-as-ac3");
 }
 
+TEST(ExplainFormats, ASubstreamAddsToTheBitrateOfEnhancedAc3AndNotToItsTime) {
+    std::vector<Bytes> frames;
+    for (uint32_t i = 1; i <= 30; ++i) {
+        EnhancedAc3Frame independent;
+        independent.seed = i;
+        EnhancedAc3Frame dependent = independent;
+        dependent.streamType = 1;
+        frames.push_back(joined({independent.bytes(), dependent.bytes()}));
+    }
+    const ExplainedFile file(audioFile(audioHeader("2000"), frames).bytes());
+    EXPECT_THAT(runProbe({"info", file.path()}).out,
+                HasSubstr(" audio: E-AC-3, 48000 Hz, 6 channels, 128 kbit/s constant\n"));
+}
+
 TEST(ExplainFormats, AacWithoutAConfigurationIsTold) {
     std::vector<Bytes> packets;
     for (uint32_t i = 1; i <= 30; ++i) {
