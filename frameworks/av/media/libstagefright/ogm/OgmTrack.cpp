@@ -41,8 +41,7 @@ constexpr int64_t kTargetTimeUs = 0;
 /** Video is timed by the frame, audio by the sample. */
 ogm::PacketClock clockOf(const OgmStreamInfo& stream) {
     const bool isVideo = ogm::isVideoTrackType(stream.mType);
-    const bool isTimed = isVideo || ogm::isAudioType(stream.mType);
-    return {stream.mType, isTimed ? static_cast<int32_t>(stream.mSampleRate) : 0,
+    return {stream.mType, static_cast<int32_t>(stream.mSampleRate),
             isVideo ? static_cast<int32_t>(stream.mTimeUnit) : 0};
 }
 

@@ -17,7 +17,6 @@ namespace {
 
 constexpr size_t kStartCodePrefixSize = kStartCodePrefix.size();
 constexpr size_t kStartCodeSize = kStartCodePrefixSize + 1;
-constexpr size_t kMinChunkAndPrefix = 6;
 
 constexpr uint32_t kFineGranularityScalable = 0x21;
 constexpr uint32_t kExtendedPar = 0x0F;
@@ -129,9 +128,6 @@ int64_t GetStartCodeChunkSize(ByteView data) {
         return kChunkNotEnded;
     }
     OGM_CHECK(data.holds(kStartCodePrefix, 0), OGM_SOURCES "Ogmavc_utils:816 Should not be here. ");
-    if (data.size() < kMinChunkAndPrefix) {
-        return kChunkNotEnded;
-    }
     const std::optional<size_t> next = data.find(kStartCodePrefix, kStartCodePrefixSize);
     return next ? static_cast<int64_t>(*next) : kChunkNotEnded;
 }

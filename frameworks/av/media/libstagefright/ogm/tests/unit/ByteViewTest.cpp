@@ -27,7 +27,9 @@ TEST(ByteViewTest, TheMissingBytesOfANumberAreZero) {
     EXPECT_EQ(kView.u16le(8), 0x00C5);
     EXPECT_EQ(kView.u32le(7), 0x0000C5B4U);
     EXPECT_EQ(kView.u64le(8), 0xC5U);
+    EXPECT_EQ(kView.u32be(6), 0xA3B4C500U);
     EXPECT_EQ(kView.u32be(7), 0xB4C50000U);
+    EXPECT_EQ(kView.u32be(8), 0xC5000000U);
     EXPECT_EQ(kView.u32be(SIZE_MAX), 0U);
     EXPECT_EQ(kView.u64le(SIZE_MAX - 3), 0U);
 }
