@@ -43,7 +43,7 @@ class CodecsTest : public LogTest {
     }
 
     void expectRefused(uint32_t type, const LogLine& line) {
-        EXPECT_EQ(type, uint32_t{OGM_TYPE_UNKNOWN});
+        EXPECT_EQ(type, 30U);
         EXPECT_EQ(mFormat.text(), Format().text());
         EXPECT_EQ(mEvents.lines(), std::vector{line});
     }
