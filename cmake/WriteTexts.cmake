@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
-# Writes the C++ source OUTPUT, which defines constants that HEADER declares in NAMESPACE. TEXTS is a
-# list with commas of constants and the files in FOLDER whose texts they are, as kPage:page.html; several
-# files, as kScript:one.js+two.js, are put together.
+# Run by ogm_embed_texts: writes the C++ source OUTPUT, which defines the constants of HEADER. TEXTS is as
+# there, but with commas between the constants; their files lie in FOLDER.
 set(source "// SPDX-License-Identifier: Apache-2.0\n#include \"${HEADER}\"\n")
 string(APPEND source "\nnamespace ${NAMESPACE} {\n\n")
 string(REPLACE "," ";" texts "${TEXTS}")
