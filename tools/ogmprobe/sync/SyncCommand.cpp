@@ -36,53 +36,51 @@ class SyncedFile {
         } else if (trace.tracks().empty()) {
             mReport.warning(kNoTracks);
         }
-        mReport.guard([&] {
-            mCompared.emplace(ComparedFile{
-                    *mFile, fileSyncOf(*mFile, trace, accountsOf(path, *mFile, trace))});
-        });
+        mReport.guard(
+                [&] { mSync.emplace(fileSyncOf(*mFile, trace, accountsOf(path, *mFile, trace))); });
     }
 
     const Report& report() const { return mReport; }
-    const std::optional<ComparedFile>& compared() const { return mCompared; }
+    const std::optional<FileSync>& sync() const { return mSync; }
 
   private:
     Report mReport;
     std::optional<OggFile> mFile;
-    std::optional<ComparedFile> mCompared;
+    std::optional<FileSync> mSync;
 };
 
 ordered_json syncDocument(const std::string& path, const SyncedFile& synced) {
-    const auto& compared = synced.compared();
+    const auto& sync = synced.sync();
     return {{"schema_version", kSchemaVersion},
             {"path", path},
             {"exit_code", static_cast<int>(synced.report().worst())},
-            {"summary", compared ? ordered_json(worstSentence(*compared)) : ordered_json(nullptr)},
-            {"tracks", compared ? tracksJson(compared->sync) : ordered_json::array()},
-            {"pairs", compared ? pairsJson(compared->sync) : ordered_json::array()},
+            {"summary", sync ? ordered_json(worstSentence(*sync)) : ordered_json(nullptr)},
+            {"tracks", sync ? tracksJson(*sync) : ordered_json::array()},
+            {"pairs", sync ? pairsJson(*sync) : ordered_json::array()},
             {"errors", synced.report().errorsJson()},
             {"warnings", synced.report().warningsJson()}};
 }
 
 std::string textOf(const std::string& path, bool isOneOfMany, const SyncOptions& options,
-                   const ComparedFile& compared, const Session& session) {
+                   const FileSync& sync, const Session& session) {
     const bool color = wantsColor(session.options.color, STDOUT_FILENO);
     if (isOneOfMany && !options.packets) {
-        return visible(path) + ": " + worstSentence(compared) + "\n";
+        return visible(path) + ": " + worstSentence(sync) + "\n";
     }
     return (isOneOfMany ? "# " + visible(path) + "\n" : "") +
-           (options.packets ? packetsText(compared, color) + "\n" : "") + syncText(compared, color);
+           (options.packets ? packetsText(sync, color) + "\n" : "") + syncText(sync, color);
 }
 
 ExitCode syncFile(const std::string& path, bool isOneOfMany, const SyncOptions& options,
                   Session& session) {
     const SyncedFile synced(path, session);
-    const auto& compared = synced.compared();
+    const auto& sync = synced.sync();
     if (options.json) {
         session.output.write(toDocument(syncDocument(path, synced)));
-    } else if (compared && options.csv) {
-        session.output.write(syncCsvLines(path, compared->sync));
-    } else if (compared) {
-        session.output.write(textOf(path, isOneOfMany, options, *compared, session));
+    } else if (sync && options.csv) {
+        session.output.write(syncCsvLines(path, *sync));
+    } else if (sync) {
+        session.output.write(textOf(path, isOneOfMany, options, *sync, session));
     }
     return synced.report().worst();
 }

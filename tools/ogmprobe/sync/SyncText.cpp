@@ -190,8 +190,7 @@ std::string contentSentence(const TrackSync& track) {
 
 }  // namespace
 
-std::string worstSentence(const ComparedFile& compared) {
-    const FileSync& sync = compared.sync;
+std::string worstSentence(const FileSync& sync) {
     std::string sentence = "no track that the pages tell of";
     std::optional<double> most;
     const auto consider = [&](const Worst& worst, const std::string& text) {
@@ -210,8 +209,7 @@ std::string worstSentence(const ComparedFile& compared) {
     return sentence;
 }
 
-std::string syncText(const ComparedFile& compared, bool color) {
-    const FileSync& sync = compared.sync;
+std::string syncText(const FileSync& sync, bool color) {
     if (sync.tracks.empty()) {
         return "No track that the pages tell of.\n";
     }
@@ -226,7 +224,7 @@ std::string syncText(const ComparedFile& compared, bool color) {
     return text;
 }
 
-std::string packetsText(const ComparedFile& compared, bool color) {
+std::string packetsText(const FileSync& sync, bool color) {
     constexpr auto kRight = TextTable::Align::kRight;
     TextTable table({{"Track", kRight},
                      {"Number", kRight},
@@ -234,7 +232,7 @@ std::string packetsText(const ComparedFile& compared, bool color) {
                      {"Page's time", kRight},
                      {"Plug-in's time", kRight},
                      {"Late", kRight}});
-    for (const TrackSync& track : compared.sync.tracks) {
+    for (const TrackSync& track : sync.tracks) {
         for (const SyncPoint& point : track.points) {
             table.add({fmt::format("{}", track.track),
                        point.buffer ? fmt::format("{}", *point.buffer) : "-",

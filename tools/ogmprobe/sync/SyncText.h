@@ -8,20 +8,14 @@
 
 namespace ogmprobe {
 
-/** A file that has been compared with its pages. */
-struct ComparedFile {
-    const OggFile& file;
-    FileSync sync;
-};
-
 /** "audio runs up to 0.522 s early at 0:00:12.300", of the worst pair or track of a file. */
-std::string worstSentence(const ComparedFile& compared);
+std::string worstSentence(const FileSync& sync);
 
 /** Tables of the tracks and pairs, and a sentence about each. */
-std::string syncText(const ComparedFile& compared, bool color);
+std::string syncText(const FileSync& sync, bool color);
 
 /** A table of each track's packets. */
-std::string packetsText(const ComparedFile& compared, bool color);
+std::string packetsText(const FileSync& sync, bool color);
 
 inline constexpr const char* kSyncCsvHeading =
         "file,track,serial,number,offset,page_from,page_to,time,late_from,late_to\n";

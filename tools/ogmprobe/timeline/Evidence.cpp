@@ -106,25 +106,25 @@ class EvidenceBuild {
     }
 
     void addSync() {
-        const ComparedFile compared{
-                mFile, fileSyncOf(mFile, mExplanation.trace(), mExplanation.accounts(), mTimes)};
-        for (const TrackSync& track : compared.sync.tracks) {
+        const FileSync sync =
+                fileSyncOf(mFile, mExplanation.trace(), mExplanation.accounts(), mTimes);
+        for (const TrackSync& track : sync.tracks) {
             for (const SyncPoint& point : track.points) {
                 if (PacketPoint* packet = packetOf(track, point)) {
                     packet->pageUs = point.pageUs;
                 }
             }
         }
-        for (const PairSync& pair : compared.sync.pairs) {
-            const TrackSync& audio = compared.sync.tracks[pair.audio];
+        for (const PairSync& pair : sync.pairs) {
+            const TrackSync& audio = sync.tracks[pair.audio];
             for (const PairPoint& point : pair.points) {
                 if (PacketPoint* packet = packetOf(audio, audio.points[point.audioPoint])) {
                     packet->behindVideoUs = point.lateUs;
                 }
             }
         }
-        if (!compared.sync.tracks.empty()) {
-            mTimeline.worstTimes = worstSentence(compared);
+        if (!sync.tracks.empty()) {
+            mTimeline.worstTimes = worstSentence(sync);
         }
     }
 
