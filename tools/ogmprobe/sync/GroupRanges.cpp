@@ -2,7 +2,6 @@
 #include "sync/GroupRanges.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace ogmprobe {
 namespace {
@@ -66,17 +65,6 @@ class GroupCount {
 };
 
 }  // namespace
-
-std::optional<int64_t> PageGroup::lengthOf(size_t from, size_t end) const {
-    int64_t sum = 0;
-    for (size_t i = from; i < end; ++i) {
-        if (!units[i].length) {
-            return std::nullopt;
-        }
-        sum += *units[i].length;
-    }
-    return sum;
-}
 
 std::vector<GranuleRange> rangesOf(const PageGroup& group, const PageGroup* before,
                                    GranuleReading reading) {
