@@ -4,8 +4,6 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
@@ -15,11 +13,10 @@
 #include "files/InputFiles.h"
 #include "process/StandstillWatch.h"
 #include "text/Json.h"
+#include "text/TimeText.h"
 
 namespace ogmprobe::check {
 namespace {
-
-using TriageClock = std::chrono::steady_clock;
 
 /** What plays a file slower than that has come to a stop. */
 constexpr double kLeastBytesPerSecond = 1e6;
@@ -27,18 +24,10 @@ constexpr double kPatience = 3;
 /** What a file costs beside its bytes, in bytes. */
 constexpr uint64_t kCostOfFile = 200'000;
 
-constexpr int kBarWidth = 20;
-constexpr double kHundred = 100;
-
-std::string timeText(double seconds) {
-    const auto whole = std::llround(seconds);
-    return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
-}
-
 /** How far the run is, measured in bytes, because files differ in size. */
 class Advancement {
   public:
-    explicit Advancement(Console& console) : mConsole(console) {}
+    explicit Advancement(Console& console) : mLine(console) {}
 
     void expect(uint64_t sizeBytes) {
         mWhole += sizeBytes + kCostOfFile;
@@ -49,33 +38,23 @@ class Advancement {
         ++mFilesDone;
     }
     void show(size_t plays) {
-        const auto now = TriageClock::now();
-        if (!mConsole.showsProgress() || now < mNext) {
-            return;
-        }
-        mNext = now + kInterval;
-        const double seconds = std::chrono::duration<double>(now - mBegan).count();
-        const auto part = static_cast<double>(mDone + mKnown) / static_cast<double>(mWhole);
-        const auto bar = static_cast<size_t>(part * kBarWidth);
-        mConsole.showProgress(fmt::format("[{:<{}}] {:>3.0f} %  {} of {} files, {} play, {} left",
-                                          std::string(bar, '='), kBarWidth, part * kHundred,
-                                          mFilesDone, mFiles, plays, leftText(seconds)));
+        mLine.update([&](ProgressLine::Seconds time) {
+            const auto part = static_cast<double>(mDone + mKnown) / static_cast<double>(mWhole);
+            return fmt::format("{}  {} of {} files, {} play, {} left", progressBar(part),
+                               mFilesDone, mFiles, plays, leftText(time.count()));
+        });
     }
 
   private:
-    static constexpr auto kInterval = std::chrono::milliseconds(200);
-
     std::string leftText(double seconds) const {
         if (mDone == 0) {
             return "an unknown time";
         }
         const auto left = static_cast<double>(mWhole - mKnown - mDone);
-        return timeText(seconds * left / static_cast<double>(mDone));
+        return hoursText(static_cast<uint64_t>(seconds * left / static_cast<double>(mDone)));
     }
 
-    Console& mConsole;
-    const TriageClock::time_point mBegan = TriageClock::now();
-    TriageClock::time_point mNext = mBegan + kInterval;
+    ProgressLine mLine;
     uint64_t mWhole = 0;
     uint64_t mDone = 0;
     uint64_t mKnown = 0;

@@ -5,6 +5,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <utility>
 
@@ -84,8 +85,13 @@ ExitCode forEachFile(const std::vector<std::string>& names, Session& session,
 
 void runShown(JobRequest request, const GlobalOptions& options, Console& console,
               const RecordSink& handler) {
-    ProgressLine line(console, visible(std::filesystem::path(request.path).filename().string()));
-    request.progress = [&line](const Advance& advance) { line.update(advance); };
+    const std::string name = visible(std::filesystem::path(request.path).filename().string());
+    ProgressLine line(console);
+    request.progress = [&](const Advance& advance) {
+        line.update([&](ProgressLine::Seconds time) {
+            return progressText(advance, name, std::chrono::floor<std::chrono::seconds>(time));
+        });
+    };
     runJob(request, options, handler);
 }
 

@@ -4,7 +4,6 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <utility>
 
 #include "text/NumberText.h"
 
@@ -19,39 +18,34 @@ constexpr auto kInterval = 200ms;
 constexpr int kWidth = 20;
 constexpr int kWhole = 100;
 
-int percentOf(const Advance& advance) {
-    if (advance.size == 0) {
-        return 0;
-    }
-    const double part = static_cast<double>(advance.position) / static_cast<double>(advance.size);
-    return static_cast<int>(std::clamp(part, 0.0, 1.0) * kWhole);
+double partOf(const Advance& advance) {
+    return advance.size == 0
+                   ? 0
+                   : static_cast<double>(advance.position) / static_cast<double>(advance.size);
 }
 
 }  // namespace
 
-std::string progressText(const Advance& advance, std::string_view name, std::chrono::seconds time) {
-    const int percent = percentOf(advance);
+std::string progressBar(double part) {
+    const int percent = static_cast<int>(std::clamp(part, 0.0, 1.0) * kWhole);
     const auto filled = static_cast<size_t>(percent * kWidth / kWhole);
-    return fmt::format("[{:<{}}] {:>3} %  {} {}: {} of {}, {} s", std::string(filled, '='), kWidth,
-                       percent, advance.doing, name,
-                       sizeText(std::min(advance.position, advance.size)), sizeText(advance.size),
-                       time.count());
+    return fmt::format("[{:<{}}] {:>3} %", std::string(filled, '='), kWidth, percent);
 }
 
-ProgressLine::ProgressLine(Console& console, std::string name)
-    : mConsole(console), mName(std::move(name)), mNext(mBegan + kPatience) {}
+std::string progressText(const Advance& advance, std::string_view name, std::chrono::seconds time) {
+    return fmt::format("{}  {} {}: {} of {}, {} s", progressBar(partOf(advance)), advance.doing,
+                       name, sizeText(std::min(advance.position, advance.size)),
+                       sizeText(advance.size), time.count());
+}
 
-void ProgressLine::update(const Advance& advance) {
-    if (!mConsole.showsProgress()) {
-        return;
-    }
-    const auto now = Clock::now();
-    if (now < mNext) {
-        return;
+ProgressLine::ProgressLine(Console& console) : mConsole(console), mNext(mBegan + kPatience) {}
+
+bool ProgressLine::isDue(Clock::time_point now) {
+    if (!mConsole.showsProgress() || now < mNext) {
+        return false;
     }
     mNext = now + kInterval;
-    const auto time = std::chrono::duration_cast<std::chrono::seconds>(now - mBegan);
-    mConsole.showProgress(progressText(advance, mName, time));
+    return true;
 }
 
 }  // namespace ogmprobe

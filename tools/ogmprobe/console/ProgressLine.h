@@ -19,30 +19,44 @@ struct Advance {
     uint64_t size = 0;
 };
 
-/** "[==      ]  25 %  reading film.ogm: 1.0 MB of 4.0 MB, 12 s" */
+/** "[=====               ]  25 %"; the part is from 0 to 1. */
+std::string progressBar(double part);
+
+/** "[=====               ]  25 %  reading film.ogm: 1.0 MB of 4.0 MB, 12 s" */
 std::string progressText(const Advance& advance, std::string_view name, std::chrono::seconds time);
 
 /**
- * Where a command is in its file, on the console's progress line: from half a second on, a few
- * times a second, until this object goes.
+ * How far a command is, on the console's progress line: from half a second on, a few times a
+ * second, until this object goes.
  */
 class ProgressLine {
   public:
-    /** The name says what is worked on. */
-    ProgressLine(Console& console, std::string name);
+    using Seconds = std::chrono::duration<double>;
+
+    explicit ProgressLine(Console& console);
     ~ProgressLine() { mConsole.clearProgress(); }
 
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
-    /** Cheap enough for each packet. */
-    void update(const Advance& advance);
+    /**
+     * Shows what the function makes of the time since the beginning. It is only called when it is
+     * time for another text, so that this is cheap enough for each packet.
+     */
+    template <typename Text>
+    void update(const Text& text) {
+        const auto now = Clock::now();
+        if (isDue(now)) {
+            mConsole.showProgress(text(Seconds(now - mBegan)));
+        }
+    }
 
   private:
     using Clock = std::chrono::steady_clock;
 
+    bool isDue(Clock::time_point now);
+
     Console& mConsole;
-    const std::string mName;
     const Clock::time_point mBegan = Clock::now();
     Clock::time_point mNext;
 };

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "console/ProgressLine.h"
-
 namespace ogmprobe {
 namespace {
 
@@ -30,15 +28,6 @@ TEST(TextTable, PutsOnlyTheHeadingsInBold) {
     TextTable table({{"A"}});
     table.add({"x"});
     EXPECT_EQ(table.text("", true), "\033[1mA\033[0m\nx\n");
-}
-
-TEST(ProgressText, SaysWhatIsDoneWhereAndForHowLong) {
-    EXPECT_EQ(progressText({"opening", 0, 0}, "a.ogm", std::chrono::seconds(1)),
-              "[                    ]   0 %  opening a.ogm: 0 B of 0 B, 1 s");
-    EXPECT_EQ(progressText({"reading", 500, 1000}, "a.ogm", std::chrono::seconds(12)),
-              "[==========          ]  50 %  reading a.ogm: 500 B of 1.0 kB, 12 s");
-    EXPECT_EQ(progressText({"reading", 1004, 1000}, "a.ogm", std::chrono::seconds(61)),
-              "[====================] 100 %  reading a.ogm: 1.0 kB of 1.0 kB, 61 s");
 }
 
 }  // namespace

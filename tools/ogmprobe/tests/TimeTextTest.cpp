@@ -29,6 +29,11 @@ TEST(SecondsText, IsADashWithoutATime) {
     EXPECT_EQ(secondsText(std::nullopt), "-");
 }
 
+TEST(HoursText, HasHoursMinutesAndSeconds) {
+    EXPECT_EQ(hoursText(0), "0:00:00");
+    EXPECT_EQ(hoursText(359999), "99:59:59");
+}
+
 TEST(DurationText, ShowsHoursToMilliseconds) {
     EXPECT_EQ(durationText(90000000), "0:01:30.000");
     EXPECT_EQ(durationText(36061001999), "10:01:01.001");

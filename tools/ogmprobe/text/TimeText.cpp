@@ -29,22 +29,23 @@ std::string secondsText(std::optional<int64_t> timeUs) {
     return timeUs ? secondsText(*timeUs) : "-";
 }
 
+std::string hoursText(uint64_t seconds) {
+    return fmt::format("{}:{:02}:{:02}", seconds / 3600, seconds / 60 % 60, seconds % 60);
+}
+
 std::string durationText(std::optional<int64_t> durationUs) {
     if (!durationUs || *durationUs <= 0) {
         return "unknown";
     }
-    const int64_t milliseconds = *durationUs / kUsPerMillisecond;
-    const int64_t seconds = milliseconds / 1000;
-    return fmt::format("{}:{:02}:{:02}.{:03}", seconds / 3600, seconds / 60 % 60, seconds % 60,
-                       milliseconds % 1000);
+    const auto milliseconds = static_cast<uint64_t>(*durationUs / kUsPerMillisecond);
+    return fmt::format("{}.{:03}", hoursText(milliseconds / 1000), milliseconds % 1000);
 }
 
 std::string clockText(int64_t timeUs) {
     const auto bits = static_cast<uint64_t>(timeUs);
     const uint64_t magnitude = timeUs < 0 ? ~bits + 1 : bits;
-    const uint64_t seconds = magnitude / kUsPerSecond;
-    return fmt::format("{}{}:{:02}:{:02}.{:06}", timeUs < 0 ? "-" : "", seconds / 3600,
-                       seconds / 60 % 60, seconds % 60, magnitude % kUsPerSecond);
+    return fmt::format("{}{}.{:06}", timeUs < 0 ? "-" : "", hoursText(magnitude / kUsPerSecond),
+                       magnitude % kUsPerSecond);
 }
 
 std::optional<int64_t> parseSeconds(std::string_view text) {

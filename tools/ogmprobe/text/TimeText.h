@@ -13,6 +13,9 @@ std::string secondsText(int64_t timeUs);
 /** The same, or "-" without a time. */
 std::string secondsText(std::optional<int64_t> timeUs);
 
+/** Hours, minutes and seconds: "0:01:30". */
+std::string hoursText(uint64_t seconds);
+
 /** Hours, minutes, seconds and milliseconds: "0:01:30.000"; "unknown" for 0, less or nothing. */
 std::string durationText(std::optional<int64_t> durationUs);
 
