@@ -12,6 +12,7 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 
+#include "text/Hex.h"
 #include "text/Json.h"
 
 namespace ogmprobe::check {
@@ -25,12 +26,8 @@ constexpr int64_t kNsPerSecond = 1'000'000'000;
 constexpr int kNewFileRights = 0644;
 
 /** JSON holds UTF-8 only, a path anything. */
-std::string hexOf(const std::string& path) {
-    std::string text;
-    for (const char byte : path) {
-        text += fmt::format("{:02x}", static_cast<uint8_t>(byte));
-    }
-    return text;
+std::string hexOfPath(const std::string& path) {
+    return hexText({reinterpret_cast<const uint8_t*>(path.data()), path.size()});
 }
 
 std::string pathOfHex(const std::string& hex) {
@@ -41,14 +38,26 @@ std::string pathOfHex(const std::string& hex) {
     return path;
 }
 
-std::string everythingIn(int descriptor) {
+/** Nothing if it cannot be read. */
+std::optional<std::string> everythingIn(int descriptor) {
     std::string text;
     std::array<char, 65536> bytes;
-    ssize_t got = 0;
-    while ((got = ::read(descriptor, bytes.data(), bytes.size())) > 0) {
-        text.append(bytes.data(), static_cast<size_t>(got));
+    while (true) {
+        const ssize_t got = ::read(descriptor, bytes.data(), bytes.size());
+        if (got == 0) {
+            return text;
+        }
+        if (got > 0) {
+            text.append(bytes.data(), static_cast<size_t>(got));
+        } else if (errno != EINTR) {
+            return std::nullopt;
+        }
     }
-    return text;
+}
+
+bool isRegularFile(int descriptor) {
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 }  // namespace
@@ -74,6 +83,10 @@ void TriageState::open() {
         throw ProbeError(ExitCode::kFile,
                          fmt::format("cannot open {}: {}", mPath, std::strerror(errno)));
     }
+    // A pipe would wait for ever, and a device keeps nothing.
+    if (!isRegularFile(mFile.get())) {
+        throw ProbeError(ExitCode::kFile, fmt::format("{} is no file to keep a state in", mPath));
+    }
     if (flock(mFile.get(), LOCK_EX | LOCK_NB) != 0) {
         throw ProbeError(ExitCode::kFile,
                          fmt::format("{} belongs to another run that is still at work", mPath));
@@ -81,27 +94,18 @@ void TriageState::open() {
 }
 
 void TriageState::read(const std::string& circumstances) {
-    const std::string text = everythingIn(mFile.get());
+    const std::optional<std::string> content = everythingIn(mFile.get());
+    if (!content) {
+        throw ProbeError(ExitCode::kFile,
+                         fmt::format("cannot read {}: {}", mPath, std::strerror(errno)));
+    }
+    const std::string& text = *content;
     const size_t headingEnd = text.find('\n');
     if (headingEnd == std::string::npos) {
-        if (!text.empty() && !text.starts_with(fmt::format("{{\"{}\"", kVersionMember))) {
-            throw ProbeError(ExitCode::kFile, fmt::format("{} is no state of a check", mPath));
-        }
-        if (ftruncate(mFile.get(), 0) == 0) {
-            append(toLine({{kVersionMember, kStateVersion}, {"of", circumstances}}));
-        }
+        writeHeading(text, circumstances);
         return;
     }
-    const auto heading = ordered_json::parse(text.substr(0, headingEnd), nullptr, false);
-    if (!heading.is_object() || heading.value(kVersionMember, 0) != kStateVersion) {
-        throw ProbeError(ExitCode::kFile, fmt::format("{} is no state of a check", mPath));
-    }
-    if (heading.value("of", "") != circumstances) {
-        throw ProbeError(ExitCode::kFile,
-                         fmt::format("{} is of another list of codecs, another plug-in or another "
-                                     "version of this program; name another file for a new run",
-                                     mPath));
-    }
+    requireHeading(text.substr(0, headingEnd), circumstances);
     size_t begin = headingEnd + 1;
     for (size_t end = 0; (end = text.find('\n', begin)) != std::string::npos; begin = end + 1) {
         take(text.substr(begin, end - begin));
@@ -109,6 +113,31 @@ void TriageState::read(const std::string& circumstances) {
     if (begin < text.size()) {
         // What follows begins a line of its own.
         append("\n");
+    }
+}
+
+/** In a new file, or in place of a heading that was cut off. */
+void TriageState::writeHeading(const std::string& text, const std::string& circumstances) const {
+    if (!text.empty() && !text.starts_with(fmt::format("{{\"{}\"", kVersionMember))) {
+        throw ProbeError(ExitCode::kFile, fmt::format("{} is no state of a check", mPath));
+    }
+    if (ftruncate(mFile.get(), 0) != 0) {
+        throw ProbeError(ExitCode::kFile,
+                         fmt::format("cannot write {}: {}", mPath, std::strerror(errno)));
+    }
+    append(toLine({{kVersionMember, kStateVersion}, {"of", circumstances}}));
+}
+
+void TriageState::requireHeading(const std::string& line, const std::string& circumstances) const {
+    const auto heading = ordered_json::parse(line, nullptr, false);
+    if (!heading.is_object() || heading.value(kVersionMember, ordered_json()) != kStateVersion) {
+        throw ProbeError(ExitCode::kFile, fmt::format("{} is no state of a check", mPath));
+    }
+    if (heading.value("of", ordered_json()) != circumstances) {
+        throw ProbeError(ExitCode::kFile,
+                         fmt::format("{} is of another list of codecs, another plug-in or another "
+                                     "version of this program; name another file for a new run",
+                                     mPath));
     }
 }
 
@@ -131,7 +160,7 @@ const CheckedFile* TriageState::find(const FileIdentity& file) const {
 }
 
 void TriageState::add(const FileIdentity& identity, const CheckedFile& file) {
-    append(toLine({{"path", hexOf(identity.path)},
+    append(toLine({{"path", hexOfPath(identity.path)},
                    {"size", identity.sizeBytes},
                    {"mtime_ns", identity.modifiedNs},
                    {"result", toJson(file)}}));

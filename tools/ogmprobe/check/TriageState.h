@@ -49,6 +49,8 @@ class TriageState {
   private:
     void open();
     void read(const std::string& circumstances);
+    void writeHeading(const std::string& text, const std::string& circumstances) const;
+    void requireHeading(const std::string& line, const std::string& circumstances) const;
     void take(const std::string& line);
     void append(const std::string& line) const;
 

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "check/TriageState.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -14,6 +18,7 @@
 namespace ogmprobe::check {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 
 class TriageStateTest : public testing::Test {
@@ -25,8 +30,11 @@ class TriageStateTest : public testing::Test {
     }
     /** What opening it throws. */
     std::string refusal(const std::string& circumstances) const {
+        return refusalOf(path(), circumstances);
+    }
+    static std::string refusalOf(const std::string& path, const std::string& circumstances) {
         try {
-            const TriageState state(path(), circumstances);
+            const TriageState state(path, circumstances);
         } catch (const ProbeError& error) {
             return error.what();
         }
@@ -107,11 +115,29 @@ TEST_F(TriageStateTest, AStateOfOtherCircumstancesIsRefused) {
 }
 
 TEST_F(TriageStateTest, AnotherFileIsLeftAlone) {
-    for (const char* content : {"my letters\n", "my letters", "{}\n", "[1]\n"}) {
+    for (const char* content :
+         {"my letters\n", "my letters", "{}\n", "[1]\n", "{\"ogmprobe_check_state\":\"1\"}\n"}) {
         std::ofstream(path(), std::ios::trunc) << content;
         EXPECT_THAT(refusal("x"), HasSubstr("is no state of a check")) << content;
         EXPECT_EQ(text(), content);
     }
+}
+
+TEST_F(TriageStateTest, WhatIsNoFileCannotKeepIt) {
+    EXPECT_EQ(mkfifo(path().c_str(), 0600), 0);
+    for (const std::string& path : {path(), std::string("/dev/null")}) {
+        EXPECT_THAT(refusalOf(path, "x"), HasSubstr("is no file to keep a state in"));
+    }
+}
+
+TEST_F(TriageStateTest, AHeadingThatCannotBeWrittenAgainIsAnError) {
+    const Descriptor file(memfd_create("state", MFD_ALLOW_SEALING));
+    ASSERT_GE(file.get(), 0);
+    const std::string begun = "{\"ogmprobe_check_state\"";
+    ASSERT_EQ(write(file.get(), begun.data(), begun.size()), static_cast<ssize_t>(begun.size()));
+    ASSERT_EQ(fcntl(file.get(), F_ADD_SEALS, F_SEAL_SHRINK), 0);
+    EXPECT_THAT(refusalOf("/proc/self/fd/" + std::to_string(file.get()), "x"),
+                EndsWith("Operation not permitted"));
 }
 
 TEST_F(TriageStateTest, TwoRunsCannotHaveItAtOnce) {
