@@ -5,7 +5,9 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <array>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 #include "check/StockDecoders.h"
@@ -48,6 +50,22 @@ double nearestLimit(const Ranges& ranges, double value) {
     return value < least ? least : most;
 }
 
+/** What each side of a picture must keep to. */
+struct SizeRule {
+    std::string_view name;
+    std::optional<Extent> DecoderLimits::*limit;
+    bool (*breaks)(int64_t side, int64_t limit);
+};
+
+constexpr std::array kSizeRules = {
+        SizeRule{"at most", &DecoderLimits::mostSize,
+                 [](int64_t side, int64_t limit) { return side > limit; }},
+        SizeRule{"at least", &DecoderLimits::leastSize,
+                 [](int64_t side, int64_t limit) { return side < limit; }},
+        SizeRule{"multiples of", &DecoderLimits::alignment,
+                 [](int64_t side, int64_t limit) { return limit > 0 && side % limit != 0; }},
+};
+
 /** What a decoder does not declare to do. */
 class Complaints {
   public:
@@ -87,36 +105,20 @@ void Complaints::judgeSize() {
     if (width <= 0 || height <= 0) {
         return;
     }
-    const std::string size = fmt::format("the pictures have {}x{}", width, height);
-    const auto& most = mLimits.mostSize;
-    const auto& least = mLimits.leastSize;
-    const auto& alignment = mLimits.alignment;
-    if (most && (width > most->width || height > most->height)) {
-        mReasons.push_back(
-                reasonOf("size-outside",
-                         fmt::format("{}; {} declares at most {}x{}", size, mDecoder, most->width,
-                                     most->height),
-                         static_cast<double>(width > most->width ? width : height),
-                         static_cast<double>(width > most->width ? most->width : most->height)));
-    } else if (least && (width < least->width || height < least->height)) {
-        mReasons.push_back(
-                reasonOf("size-outside",
-                         fmt::format("{}; {} declares at least {}x{}", size, mDecoder, least->width,
-                                     least->height),
-                         static_cast<double>(width < least->width ? width : height),
-                         static_cast<double>(width < least->width ? least->width : least->height)));
-    } else if (alignment && alignment->width > 0 && alignment->height > 0 &&
-               (width % alignment->width != 0 || height % alignment->height != 0)) {
-        const bool byWidth = width % alignment->width != 0;
-        mReasons.push_back(
-                reasonOf("size-outside",
-                         fmt::format("{}; {} declares multiples of {}x{}", size, mDecoder,
-                                     alignment->width, alignment->height),
-                         static_cast<double>(byWidth ? width : height),
-                         static_cast<double>(byWidth ? alignment->width : alignment->height)));
-    } else {
-        judgeBlocks();
+    for (const SizeRule& rule : kSizeRules) {
+        const auto& limit = mLimits.*rule.limit;
+        const bool breaksWidth = limit && rule.breaks(width, limit->width);
+        if (breaksWidth || (limit && rule.breaks(height, limit->height))) {
+            mReasons.push_back(
+                    reasonOf("size-outside",
+                             fmt::format("the pictures have {}x{}; {} declares {} {}x{}", width,
+                                         height, mDecoder, rule.name, limit->width, limit->height),
+                             static_cast<double>(breaksWidth ? width : height),
+                             static_cast<double>(breaksWidth ? limit->width : limit->height)));
+            return;
+        }
     }
+    judgeBlocks();
 }
 
 double Complaints::blocks() const {

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "check/Judgement.h"
@@ -44,6 +46,15 @@ TrackSync firstOnPages(TrackSync video, const OggFile& file) {
     return video;
 }
 
+void addReason(const TrackSync& about, Reason reason, CheckedFile& file) {
+    const auto track = std::find_if(
+            file.tracks.begin(), file.tracks.end(),
+            [&about](const CheckedTrack& checked) { return checked.index == about.track; });
+    if (track != file.tracks.end()) {
+        track->reasons.push_back(std::move(reason));
+    }
+}
+
 double distanceAt(const PairPoint& point) {
     return std::abs(static_cast<double>(point.lateUs.certainUs()));
 }
@@ -69,14 +80,9 @@ void judgePair(const TrackSync& audio, const TrackSync& video, CheckedFile& file
     const auto worst = std::max_element(
             points.begin(), points.end(),
             [](const PairPoint& a, const PairPoint& b) { return distanceAt(a) < distanceAt(b); });
-    if (worst == points.end() ||
-        distanceAt(*worst) <= static_cast<double>(threshold::kAudioAgainstVideoUs)) {
-        return;
-    }
-    for (CheckedTrack& track : file.tracks) {
-        if (track.index == audio.track) {
-            track.reasons.push_back(apart(audio, video, *worst));
-        }
+    if (worst != points.end() &&
+        distanceAt(*worst) > static_cast<double>(threshold::kAudioAgainstVideoUs)) {
+        addReason(audio, apart(audio, video, *worst), file);
     }
 }
 
@@ -99,18 +105,15 @@ void judgeDrift(const TrackSync& audio, CheckedFile& file) {
     if (std::abs(driftUs) <= static_cast<double>(threshold::kAudioAgainstVideoUs)) {
         return;
     }
-    for (CheckedTrack& track : file.tracks) {
-        if (track.index == audio.track) {
-            track.reasons.push_back(reasonOf(
-                    "audio-drifts",
-                    fmt::format(
-                            "the times of the sound's pages run away from its samples, by {:.0f} "
-                            "ppm and {:.3f} s over the file; more than {} s are noticed",
-                            *audio.contentDriftPpm, driftUs / static_cast<double>(kUsPerSecond),
-                            secondsText(threshold::kAudioAgainstVideoUs)),
-                    driftUs, static_cast<double>(threshold::kAudioAgainstVideoUs)));
-        }
-    }
+    const std::string text = fmt::format(
+            "the times of the sound's pages run away from its samples, by {:.0f} ppm and {:.3f} s "
+            "over the file; more than {} s are noticed",
+            *audio.contentDriftPpm, driftUs / static_cast<double>(kUsPerSecond),
+            secondsText(threshold::kAudioAgainstVideoUs));
+    addReason(audio,
+              reasonOf("audio-drifts", text, driftUs,
+                       static_cast<double>(threshold::kAudioAgainstVideoUs)),
+              file);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "check/DecoderChoice.h"
 
+#include <fmt/core.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,7 +10,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 Decoder videoDecoder(const std::string& name) {
     Decoder decoder{name, "video/avc", {}, ""};
@@ -55,13 +55,27 @@ TEST(DecoderChoiceTest, ASizeOutsideIsRefusedWithTheNumberThatIsBeyond) {
         EXPECT_THAT(complaintsAbout(video(width, height, 1)), ElementsAre("size-outside"))
                 << width << "x" << height;
     }
-    const DecoderChoice choice =
-            chooseDecoder(video(320, 576, 25), {"a list", {videoDecoder("c2.v")}});
-    ASSERT_THAT(choice.reasons, SizeIs(1));
-    EXPECT_EQ(choice.reasons[0].text, "the pictures have 320x576; c2.v declares at most 640x480");
-    EXPECT_EQ(choice.reasons[0].value, 576);
-    EXPECT_EQ(choice.reasons[0].limit, 480);
-    EXPECT_EQ(choice.reasons[0].verdict, Verdict::kDoesNotPlay);
+}
+
+TEST(DecoderChoiceTest, TheFirstLimitOfSizesThatIsBrokenIsNamed) {
+    struct Case {
+        int32_t width, height;
+        double value, limit;
+        const char* declared;
+    };
+    for (const Case& broken :
+         {Case{320, 576, 576, 480, "at most 640x480"}, Case{641, 8, 641, 640, "at most 640x480"},
+          Case{320, 9, 9, 16, "at least 16x16"}, Case{321, 241, 321, 2, "multiples of 2x2"}}) {
+        const DecoderChoice choice =
+                chooseDecoder(video(broken.width, broken.height, 25), {"", {videoDecoder("c2.v")}});
+        ASSERT_THAT(idsOf(choice), ElementsAre("size-outside"));
+        const Reason& reason = choice.reasons[0];
+        EXPECT_EQ(reason.text, fmt::format("the pictures have {}x{}; c2.v declares {}",
+                                           broken.width, broken.height, broken.declared));
+        EXPECT_EQ(reason.value, broken.value);
+        EXPECT_EQ(reason.limit, broken.limit);
+        EXPECT_EQ(reason.verdict, Verdict::kDoesNotPlay);
+    }
 }
 
 TEST(DecoderChoiceTest, BlocksThatAreBegunCount) {
