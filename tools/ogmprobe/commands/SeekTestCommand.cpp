@@ -33,6 +33,8 @@ class SeekTestRecords : public CommandRecords {
         }
     }
     void operator()(const SeekRange& range) { mRange = range; }
+    // Each seek lands somewhere, but a file that has taken over the plug-in's process may send
+    // anything.
     void operator()(const SeekLanded& seek) {
         if (!seek.landings.empty()) {
             mSeeks.push_back(seek);
@@ -40,6 +42,7 @@ class SeekTestRecords : public CommandRecords {
     }
 
     const SeekRange& range() const { return mRange; }
+    /** Each has a landing. */
     const std::vector<SeekLanded>& seeks() const { return mSeeks; }
 
   private:

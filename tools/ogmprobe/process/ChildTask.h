@@ -43,7 +43,7 @@ class ChildTask {
 
     /** The answer; nothing if the process ended in another way than by giving it. Once only. */
     std::optional<std::string> takeAnswer();
-    /** How the process ended, after an answer that was not given: "killed by signal 9". */
+    /** How the process ended, after an answer that was not given: "signal 9". */
     const std::string& ending() const { return mEnding; }
 
     /** The whole answer, or nothing after that time. */
