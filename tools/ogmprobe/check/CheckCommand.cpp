@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -24,6 +23,7 @@
 #include "commands/Commands.h"
 #include "files/InputFiles.h"
 #include "files/NewFile.h"
+#include "files/OutputFolder.h"
 #include "records/Digest.h"
 #include "text/Json.h"
 
@@ -68,8 +68,8 @@ class CheckRun {
     void checkAll(const std::vector<std::string>& paths);
     void show(const CheckedFile& file);
     void tellFailures(const CheckedFile& file);
-    void writePage(NewFile& page, const std::map<std::string, std::string>& timelines);
-    std::map<std::string, std::string> timelines();
+    void writePage(NewFile& page, const TimelineResults& timelines);
+    TimelineResults timelines();
     void writeEnd();
     size_t jobs() const { return mOptions.jobs == 0 ? availableProcessors() : mOptions.jobs; }
 
@@ -156,27 +156,41 @@ void CheckRun::show(const CheckedFile& file) {
 }
 
 /** Of what has faults and was opened: there is nothing to see of the rest. */
-std::map<std::string, std::string> CheckRun::timelines() {
+TimelineResults CheckRun::timelines() {
+    if (mOptions.timelines.empty()) {
+        return {};
+    }
     std::vector<std::string> paths;
     for (const CheckedFile& file : mKept) {
         if (file.verdict() != Verdict::kPlays && file.durationUs) {
             paths.push_back(file.path);
         }
     }
-    return mOptions.timelines.empty()
-                   ? std::map<std::string, std::string>()
-                   : drawTimelines({paths, mOptions.timelines, jobs(), mOptions.force}, mSession);
+    TimelineResults results =
+            drawTimelines({paths, mOptions.timelines, jobs(), mOptions.force}, mSession);
+    for (const auto& [path, result] : results) {
+        if (!result.failure.empty()) {
+            mReport.error(ExitCode::kFile,
+                          fmt::format("no timeline of {}: {}", path, result.failure));
+        }
+    }
+    return results;
 }
 
-void CheckRun::writePage(NewFile& page, const std::map<std::string, std::string>& timelines) {
+/** As a page in that folder needs it. */
+HtmlReport::Timeline seenFrom(const fs::path& folder, const TimelineResult& timeline) {
+    std::error_code ignored;
+    return {timeline.output.empty() ? "" : fs::relative(timeline.output, folder, ignored).string(),
+            timeline.failure};
+}
+
+void CheckRun::writePage(NewFile& page, const TimelineResults& timelines) {
     HtmlReport report;
     const fs::path folder = fs::absolute(mOptions.html).parent_path();
     for (const CheckedFile& file : mKept) {
-        const auto drawn = timelines.find(file.path);
-        std::error_code ignored;
-        report.add(file, drawn == timelines.end()
-                                 ? ""
-                                 : fs::relative(drawn->second, folder, ignored).string());
+        const auto timeline = timelines.find(file.path);
+        report.add(file, timeline == timelines.end() ? HtmlReport::Timeline{}
+                                                     : seenFrom(folder, timeline->second));
     }
     const std::string text = report.document(mSummary, mDecoders.source);
     page.append({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
@@ -199,6 +213,9 @@ void CheckRun::writeEnd() {
 ExitCode CheckRun::run() {
     // Before anything is played: nobody wants to hear of a name that is taken after an hour.
     const std::unique_ptr<NewFile> page = newPage();
+    if (!mOptions.timelines.empty()) {
+        makeFolder(mOptions.timelines);
+    }
     if (mOptions.csv) {
         mSession.output.write(kCsvHeading);
     }

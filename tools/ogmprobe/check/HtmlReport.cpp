@@ -9,6 +9,7 @@
 #include "Markup.h"
 #include "check/CheckText.h"
 #include "check/ReportTexts.h"
+#include "text/Address.h"
 #include "text/NumberText.h"
 #include "text/TimeText.h"
 #include "text/VisibleText.h"
@@ -73,13 +74,16 @@ std::string quotedForShell(const std::string& text) {
     return quoted + "'";
 }
 
-std::string timelineCell(const CheckedFile& file, const std::string& timeline) {
-    if (!timeline.empty()) {
-        return cell("", fmt::format("<a href=\"{}\">timeline</a>", escaped(timeline)));
+std::string timelineCell(const CheckedFile& file, const HtmlReport::Timeline& timeline) {
+    if (!timeline.path.empty()) {
+        return cell("", fmt::format("<a href=\"{}\">timeline</a>", addressOfPath(timeline.path)));
     }
-    return cell("", file.durationUs
-                            ? fmt::format("<code>{}</code>", shown(timelineCommand(file.path)))
-                            : "");
+    if (!file.durationUs) {
+        return cell("", "");
+    }
+    const std::string failure =
+            timeline.failure.empty() ? "" : fmt::format("not drawn: {} ", shown(timeline.failure));
+    return cell("", fmt::format("{}<code>{}</code>", failure, shown(timelineCommand(file.path))));
 }
 
 std::string summaryRows(const Summary& summary) {
@@ -102,7 +106,7 @@ std::string timelineCommand(const std::string& path) {
                        quotedForShell("./" + stem + ".html"));
 }
 
-void HtmlReport::add(const CheckedFile& file, const std::string& timeline) {
+void HtmlReport::add(const CheckedFile& file, const Timeline& timeline) {
     const Verdict verdict = file.verdict();
     const auto durationUs = file.durationUs.value_or(0);
     mRows += fmt::format("<tr class=\"{}\">", classOf(verdict));

@@ -11,8 +11,15 @@ namespace ogmprobe::check {
 /** A page about many files that needs nothing from elsewhere; its table can be sorted. */
 class HtmlReport {
   public:
-    /** Where there is a timeline of the file, its address, else empty. */
-    void add(const CheckedFile& file, const std::string& timeline);
+    /** Of a file that is added. Both are empty where none was asked for. */
+    struct Timeline {
+        /** Its path from the page's folder. */
+        std::string path = {};
+        /** Why it was not drawn. */
+        std::string failure = {};
+    };
+
+    void add(const CheckedFile& file, const Timeline& timeline);
 
     std::string document(const Summary& summary, const std::string& decoders) const;
 

@@ -5,9 +5,13 @@
 
 #include <cctype>
 #include <filesystem>
+#include <optional>
+#include <utility>
 
+#include "FileTimeline.h"
 #include "check/Pool.h"
-#include "commands/Commands.h"
+#include "files/LeftoverFiles.h"
+#include "files/NewFile.h"
 
 namespace ogmprobe::check {
 namespace {
@@ -24,59 +28,110 @@ std::string plainName(const std::string& path) {
     return name;
 }
 
-std::string draw(const TimelineOptions& options, const GlobalOptions& global) {
+/** Why there is no timeline; empty if it was drawn. For a process of its own. */
+std::string failureOf(const std::string& path, const fs::path& output, bool force,
+                      const GlobalOptions& global) {
     Console console(ColorMode::kNever, true);
     Output nowhere(-1);
     Session session{global, console, nowhere};
-    try {
-        runTimeline(options, session);
-    } catch (const OutputError&) {
-        // It is only what has been drawn that would have been said there.
+    Report report(console, path);
+    TimelineOptions options;
+    options.seekSteps = 0;
+    options.force = force;
+    bool isDrawn = false;
+    report.guard([&] {
+        isDrawn = timeline::drawTimeline({path, output, options}, session, report).has_value();
+    });
+    if (isDrawn) {
+        return "";
     }
-    return "";
+    return report.errors().empty() ? "the plug-in does not open the file"
+                                   : report.errors().front().message;
 }
+
+/**
+ * The file that a process is about to write, which it leaves behind if a signal to this process
+ * kills it too. One that was there before is not ours to remove.
+ */
+class WatchedPart {
+  public:
+    WatchedPart(const fs::path& output, bool force) : mPath(partOf(output)) {
+        std::error_code ignored;
+        mIsOurs = force || !fs::exists(fs::symlink_status(mPath, ignored));
+        if (mIsOurs) {
+            mLeftover.watch(mPath.c_str());
+        }
+    }
+
+  private:
+    const fs::path mPath;
+    bool mIsOurs = false;
+    LeftoverFile mLeftover;
+};
+
+/** Draws them side by side, and shows how far it is. */
+class DrawingRun {
+  public:
+    DrawingRun(const TimelineRequest& request, Session& session)
+        : mRequest(request), mSession(session), mLine(session.console) {
+        for (const std::string& path : request.paths) {
+            const std::string name =
+                    fmt::format("{:05}-{}.html", mOutputs.size() + 1, plainName(path));
+            mOutputs.push_back(fs::path(request.folder) / name);
+        }
+    }
+
+    TimelineResults draw() {
+        runPool({mRequest.jobs, [this] { return next(); },
+                 [this](const PoolAnswer& answer) { take(answer); }, [this] { show(); }});
+        return std::move(mResults);
+    }
+
+  private:
+    std::optional<PoolTask> next() {
+        if (mNext == mOutputs.size()) {
+            return std::nullopt;
+        }
+        const std::string& path = mRequest.paths[mNext];
+        const fs::path& output = mOutputs[mNext];
+        mParts.try_emplace(mNext++, output, mRequest.force);
+        return PoolTask{[this, &path, &output] {
+            return failureOf(path, output, mRequest.force, mSession.options);
+        }};
+    }
+
+    void take(const PoolAnswer& answer) {
+        ++mDone;
+        mParts.erase(answer.task);
+        const std::string failure =
+                answer.text ? *answer.text
+                            : fmt::format("the process that draws it ended: {}", answer.ending);
+        mResults[mRequest.paths[answer.task]] = {
+                failure.empty() ? mOutputs[answer.task].string() : "", failure};
+    }
+
+    void show() {
+        mLine.update([this](ProgressLine::Seconds) {
+            const auto part = static_cast<double>(mDone) / static_cast<double>(mOutputs.size());
+            return fmt::format("{}  drawing timelines: {} of {}", progressBar(part), mDone,
+                               mOutputs.size());
+        });
+    }
+
+    const TimelineRequest& mRequest;
+    Session& mSession;
+    ProgressLine mLine;
+    std::vector<fs::path> mOutputs;
+    std::map<size_t, WatchedPart> mParts;
+    TimelineResults mResults;
+    size_t mNext = 0;
+    size_t mDone = 0;
+};
 
 }  // namespace
 
-std::map<std::string, std::string> drawTimelines(const TimelineRequest& request, Session& session) {
-    std::error_code error;
-    fs::create_directories(request.folder, error);
-    if (error) {
-        throw ProbeError(ExitCode::kFile, fmt::format("cannot make the folder {}: {}",
-                                                      request.folder, error.message()));
-    }
-    std::vector<TimelineOptions> tasks;
-    for (const std::string& path : request.paths) {
-        const std::string name = fmt::format("{:05}-{}.html", tasks.size() + 1, plainName(path));
-        TimelineOptions& task = tasks.emplace_back();
-        task.files = {path};
-        task.output = (fs::path(request.folder) / name).string();
-        task.seekSteps = 0;
-        task.force = request.force;
-    }
-    size_t next = 0;
-    size_t done = 0;
-    runPool({request.jobs,
-             [&]() -> std::optional<PoolTask> {
-                 if (next == tasks.size()) {
-                     return std::nullopt;
-                 }
-                 const TimelineOptions& options = tasks[next++];
-                 return PoolTask{[&] { return draw(options, session.options); }, 0};
-             },
-             [&](const PoolAnswer&) { ++done; },
-             [&] {
-                 session.console.showProgress(
-                         fmt::format("drawing timelines: {} of {}", done, tasks.size()));
-             }});
-    session.console.clearProgress();
-    std::map<std::string, std::string> drawn;
-    for (const TimelineOptions& options : tasks) {
-        if (fs::exists(options.output, error)) {
-            drawn[options.files.front()] = options.output;
-        }
-    }
-    return drawn;
+TimelineResults drawTimelines(const TimelineRequest& request, Session& session) {
+    return DrawingRun(request, session).draw();
 }
 
 }  // namespace ogmprobe::check

@@ -12,13 +12,22 @@ namespace ogmprobe::check {
 /** What draws timelines of the files into a folder. */
 struct TimelineRequest {
     const std::vector<std::string>& paths;
-    /** Made if need be. */
+    /** It must exist. */
     std::string folder;
     size_t jobs = 1;
     bool force = false;
 };
 
-/** The files of the timelines by the paths of the films; what cannot be drawn has none. */
-std::map<std::string, std::string> drawTimelines(const TimelineRequest& request, Session& session);
+/** A timeline, or why there is none. */
+struct TimelineResult {
+    /** Empty: it was not drawn. */
+    std::string output;
+    std::string failure;
+};
+
+/** By the paths of the films. */
+using TimelineResults = std::map<std::string, TimelineResult>;
+
+TimelineResults drawTimelines(const TimelineRequest& request, Session& session);
 
 }  // namespace ogmprobe::check

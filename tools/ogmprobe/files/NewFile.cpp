@@ -43,7 +43,7 @@ bool renameOverNothing(const char* from, const char* to) {
 }  // namespace
 
 NewFile::NewFile(std::filesystem::path path, Existing existing)
-    : mPath(std::move(path)), mPartPath(mPath.string() + ".part"), mExisting(existing) {
+    : mPath(std::move(path)), mPartPath(partOf(mPath)), mExisting(existing) {
     if (mExisting == Existing::kOverwrite) {
         requireNoFolder(mPath);
         std::remove(mPartPath.c_str());
@@ -130,6 +130,10 @@ void NewFile::fail() const {
     }
     throw ProbeError(ExitCode::kFile,
                      fmt::format("cannot write {}: {}", mPartPath.string(), std::strerror(errno)));
+}
+
+std::filesystem::path partOf(const std::filesystem::path& path) {
+    return path.string() + ".part";
 }
 
 void requireFree(const std::filesystem::path& path) {

@@ -66,6 +66,9 @@ class NewFile {
     uint64_t mSize = 0;
 };
 
+/** Where a file lies until it is whole. */
+std::filesystem::path partOf(const std::filesystem::path& path);
+
 /** Throws `ProbeError` if something has the path's name, a dangling link included. */
 void requireFree(const std::filesystem::path& path);
 

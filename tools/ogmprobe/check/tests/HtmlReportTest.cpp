@@ -12,7 +12,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-std::string page(const CheckedFile& file, const std::string& timeline = "") {
+std::string page(const CheckedFile& file, const HtmlReport::Timeline& timeline = {}) {
     HtmlReport report;
     report.add(file, timeline);
     Summary summary;
@@ -30,8 +30,19 @@ TEST(HtmlReportTest, EachFileHasARowWithVerdictReasonsAndTheCommandOfItsTimeline
 }
 
 TEST(HtmlReportTest, ATimelineThatWasDrawnIsLinked) {
-    EXPECT_THAT(page(checkedFile("a.ogm"), "drawings/00001-a.html"),
-                HasSubstr("<a href=\"drawings/00001-a.html\">"));
+    EXPECT_THAT(page(checkedFile("a.ogm"), {"../drawings/00001-a.html", ""}),
+                HasSubstr("<a href=\"../drawings/00001-a.html\">"));
+}
+
+TEST(HtmlReportTest, NothingInAFoldersNameChangesTheLink) {
+    EXPECT_THAT(page(checkedFile("a.ogm"), {"a:#1?/50% <\"'&\xff/\xc3\xa4.html", ""}),
+                HasSubstr("<a href=\"a%3A%231%3F/50%25%20%3C%22%27%26%FF/%C3%A4.html\">"));
+}
+
+TEST(HtmlReportTest, ATimelineThatCouldNotBeDrawnHasItsReasonBesideTheCommand) {
+    const std::string text = page(checkedFile("a.ogm"), {"", "<b> exists"});
+    EXPECT_THAT(text, HasSubstr("<td>not drawn: &lt;b&gt; exists <code>ogmprobe timeline"));
+    EXPECT_THAT(text, Not(HasSubstr("<a href")));
 }
 
 TEST(HtmlReportTest, NothingFromAFileBecomesMarkup) {
@@ -39,7 +50,7 @@ TEST(HtmlReportTest, NothingFromAFileBecomesMarkup) {
                                    {reasonOf("no-decoder", "<img src=x onerror=y>")});
     file.tracks[0].kind = "<b>";
     file.tracks[0].reasons[0].subject = "</table>";
-    const std::string text = page(file, "\"><script>");
+    const std::string text = page(file, {"\"><script>", "\"><script>"});
     EXPECT_THAT(text, Not(HasSubstr("<script>alert")));
     EXPECT_THAT(text, Not(HasSubstr("<img")));
     EXPECT_THAT(text, Not(HasSubstr("\"><script>")));

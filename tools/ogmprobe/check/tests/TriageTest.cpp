@@ -165,6 +165,69 @@ TEST_F(TriageTest, ThePageLinksToTimelinesThatWereDrawn) {
     EXPECT_FALSE(fs::exists(path("drawings/00002-good.html")));
 }
 
+TEST_F(TriageTest, AnOldTimelineIsNotLinkedWhereTheNewOneCannotBeDrawn) {
+    json video = fakeVideo();
+    video["buffers"][0]["time_us"] = -1;
+    mPlugin.file(fakeFile({video}), "odd.ogm");
+    fs::create_directories(path("drawings/00001-odd.html.part/in the way"));
+    mPlugin.folder().write("drawings/00001-odd.html", "old");
+    for (const char* force : {"", "--force"}) {
+        std::vector<std::string> options = {"--html", path("page.html"), "--timelines",
+                                            path("drawings"), "--json"};
+        if (*force != '\0') {
+            options.emplace_back(force);
+        }
+        const auto result = check(options);
+        const std::string failure =
+                "00001-odd.html" + std::string(*force == '\0' ? " exists; --force overwrites it"
+                                                              : ".part: File exists");
+        EXPECT_EQ(result.exitCode, 6);
+        EXPECT_THAT(result.err, HasSubstr("no timeline of " + path("odd.ogm") + ": "));
+        EXPECT_THAT(result.err, EndsWith(failure + "\n"));
+        const json document = json::parse(result.out);
+        ASSERT_EQ(document["errors"].size(), 1U);
+        EXPECT_THAT(document["errors"][0]["message"].get<std::string>(), EndsWith(failure));
+        const std::string page = mPlugin.folder().read("page.html");
+        EXPECT_THAT(page, Not(HasSubstr("<a href")));
+        EXPECT_THAT(page, HasSubstr("not drawn: "));
+        EXPECT_EQ(mPlugin.folder().read("drawings/00001-odd.html"), "old");
+    }
+}
+
+TEST_F(TriageTest, AFolderForTimelinesThatCannotBeMadeIsReportedBeforeAnythingIsPlayed) {
+    add("a.ogm");
+    mPlugin.folder().write("taken", "");
+    const auto result = check({"--timelines", path("taken")});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, HasSubstr("a file has that name"));
+}
+
+TEST_F(TriageTest, ARunThatIsEndedWhileItDrawsLeavesNoPartsOfTimelines) {
+    json video = fakeVideo();
+    video["buffers"][0]["time_us"] = -1;
+    video["end"] = "nap";
+    for (const char* name : {"1.ogm", "2.ogm", "3.ogm", "4.ogm"}) {
+        mPlugin.file(fakeFile({video}), name);
+    }
+    bool wasDrawing = false;
+    ProcessSetup setup;
+    setup.meanwhile = [&](pid_t process) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (!wasDrawing && std::chrono::steady_clock::now() < end) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            wasDrawing = fs::exists(path("drawings/00001-1.html.part"));
+        }
+        kill(process, SIGINT);
+    };
+    const auto result = FakePlugin::run(
+            {"check", folder(), "--timeout", "5", "--jobs", "2", "--timelines", path("drawings")},
+            setup);
+    EXPECT_TRUE(wasDrawing);
+    EXPECT_EQ(result.exitCode, -SIGINT);
+    EXPECT_TRUE(fs::is_empty(path("drawings")));
+}
+
 TEST_F(TriageTest, APageThatExistsIsOverwrittenByForceAlone) {
     add("a.ogm");
     mPlugin.folder().write("page.html", "mine");
