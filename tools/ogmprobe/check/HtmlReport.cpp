@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "Markup.h"
+#include "PageHead.h"
 #include "check/CheckText.h"
 #include "check/ReportTexts.h"
 #include "text/Address.h"
@@ -19,6 +20,7 @@ namespace {
 
 using timeline::escaped;
 using timeline::filledIn;
+using timeline::pageHead;
 
 constexpr std::array<std::string_view, 4> kClasses = {"plays", "faults", "stops", "stops"};
 
@@ -120,7 +122,7 @@ void HtmlReport::add(const CheckedFile& file, const Timeline& timeline) {
 }
 
 std::string HtmlReport::document(const Summary& summary, const std::string& decoders) const {
-    return filledIn(kReportPage, {{"sheet", std::string(kReportSheet)},
+    return filledIn(kReportPage, {{"head", pageHead("Will it play?", std::string(kReportSheet))},
                                   {"counts", escaped(countsText(summary))},
                                   {"decoders", shown(decoders)},
                                   {"summary", summaryRows(summary)},

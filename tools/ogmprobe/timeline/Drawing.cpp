@@ -196,10 +196,10 @@ std::string drawingDocument(const Chart& chart) {
     const std::string size =
             fmt::format("role=\"img\" width=\"{}\" height=\"{}\"", kDrawingWidth, coordinate(y));
     return fmt::format(
-            "{}<title>{}</title>\n<style>\n{}</style>\n"
+            "{}<title>{}</title>\n<style>\n{}{}</style>\n"
             "<rect class=\"paper\" width=\"100%\" height=\"100%\"/>\n{}{}</svg>\n",
-            opening(size, y), escaped("Timeline of " + chart.timeline.fileName), kDrawingSheet,
-            heading, body);
+            opening(size, y), escaped("Timeline of " + chart.timeline.fileName), kColours,
+            kDrawingSheet, heading, body);
 }
 
 std::string summaryOf(const Chart& chart) {

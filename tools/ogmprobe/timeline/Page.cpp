@@ -7,6 +7,7 @@
 
 #include "Drawing.h"
 #include "Markup.h"
+#include "PageHead.h"
 #include "PageTexts.h"
 
 namespace ogmprobe::timeline {
@@ -42,9 +43,10 @@ std::string originOf(const Timeline& timeline) {
 
 std::string pageDocument(const Chart& chart) {
     PageData data = pageData(chart);
-    return filledIn(kPage, {{"title", escaped(chart.timeline.fileName)},
-                            {"drawing sheet", std::string(kDrawingSheet)},
-                            {"page sheet", std::string(kPageSheet)},
+    const std::string& name = chart.timeline.fileName;
+    const std::string sheet = fmt::format("{}{}", kDrawingSheet, kPageSheet);
+    return filledIn(kPage, {{"head", pageHead(name + " - timeline", sheet)},
+                            {"title", escaped(name)},
                             {"summary", escaped(summaryOf(chart))},
                             {"origin", escaped(originOf(chart.timeline))},
                             {"worst", worstLine(chart.timeline)},

@@ -6,8 +6,14 @@
 /** The source files of the page, which the build turns into constants. */
 namespace ogmprobe::timeline {
 
-/** page.html: the page, with names for what is filled in. */
+/** head.html: what each page begins with, with names for what is filled in. */
+extern const std::string_view kHead;
+/** page.html: the rest of the page of a timeline. */
 extern const std::string_view kPage;
+/** colours.css: the colours of pages and drawings, in light and dark. */
+extern const std::string_view kColours;
+/** common.css: what all pages have in common. */
+extern const std::string_view kCommonSheet;
 /** page.css: how the page around the drawing looks. */
 extern const std::string_view kPageSheet;
 /** drawing.css: how the drawing looks, in a page and as a document of its own. */
