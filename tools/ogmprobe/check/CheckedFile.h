@@ -30,6 +30,7 @@ struct CheckedTrack {
     std::vector<Reason> reasons = {};
 
     Verdict verdict() const;
+    bool operator==(const CheckedTrack&) const = default;
 };
 
 /** What a device will make of a file. */
@@ -45,12 +46,15 @@ struct CheckedFile {
     struct Failure {
         ExitCode code = ExitCode::kFile;
         std::string message;
+
+        bool operator==(const Failure&) const = default;
     };
     std::vector<Failure> failures = {};
 
     Verdict verdict() const;
     /** That of the verdict, or of what kept a verdict from being found. */
     ExitCode exitCode() const;
+    bool operator==(const CheckedFile&) const = default;
 };
 
 nlohmann::ordered_json toJson(const CheckedFile& file);

@@ -15,6 +15,7 @@ struct Range {
     double most = 0;
 
     bool holds(double value) const { return value >= least && value <= most; }
+    bool operator==(const Range&) const = default;
 };
 
 /** None: nothing is said, so everything is allowed. */
@@ -30,6 +31,8 @@ inline bool allows(const Ranges& ranges, double value) {
 struct Extent {
     int64_t width = 0;
     int64_t height = 0;
+
+    bool operator==(const Extent&) const = default;
 };
 
 /** What a decoder declares for one MIME type; nothing where it is silent. */
@@ -44,6 +47,8 @@ struct DecoderLimits {
     Ranges bitrate;
     Ranges sampleRate;
     Ranges channelCount;
+
+    bool operator==(const DecoderLimits&) const = default;
 };
 
 /** A decoder for one MIME type. */
@@ -53,6 +58,8 @@ struct Decoder {
     DecoderLimits limits;
     /** Why it is not to be had for ordinary playing; empty if it is. */
     std::string unusable = {};
+
+    bool operator==(const Decoder&) const = default;
 };
 
 /** The decoders of a device. */

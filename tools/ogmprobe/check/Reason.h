@@ -47,6 +47,8 @@ struct Reason {
     std::optional<double> limit = {};
     /** What sets it apart from others of its name where files are counted: "audio/ac3". */
     std::string subject = {};
+
+    bool operator==(const Reason&) const = default;
 };
 
 /** A reason that the table knows. */

@@ -13,7 +13,6 @@ namespace {
 
 using namespace android::ogm::test;
 using MadePage = android::ogm::test::OggPage;
-using testing::Each;
 using testing::ElementsAre;
 using testing::Optional;
 
@@ -179,13 +178,13 @@ TEST(PageTimes, WildGranulePositionsTellNothing) {
     file.addHeader(kVideo, VideoHeader());
     file.add(page(kVideo, uint64_t{1} << 63, {frame(0)}));
     file.add(page(kVideo, uint64_t{1} << 62, {frame(1)}));
-    EXPECT_THAT(timesOf(file).at(kVideo).units, Each(std::nullopt));
+    EXPECT_THAT(timesOf(file).at(kVideo).units, ElementsAre(std::nullopt, std::nullopt));
 }
 
 TEST(PageTimes, AStreamWithoutAnnouncementHasNoTimes) {
     OgmFile file;
     file.add(page(kVideo, 1, {frame(0)}));
-    EXPECT_THAT(timesOf(file).at(kVideo).units, Each(std::nullopt));
+    EXPECT_THAT(timesOf(file).at(kVideo).units, ElementsAre(std::nullopt));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@ namespace ogmprobe::test {
 namespace {
 
 using nlohmann::json;
+using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -185,7 +186,7 @@ TEST(CheckTest, AProfileThatAndroidsDecoderDoesNotTakeIsFoundInTheStream) {
     const json file = checked({sample("mpeg4_b_mp3.ogm")});
     EXPECT_EQ(reasonOf(file["tracks"][0]["reasons"], "profile-outside")["subject"],
               "Advanced Simple");
-    EXPECT_THAT(idsOf(checked({sample("mpeg4_2997_ac3.ogm")})["tracks"][0]["reasons"]),
+    EXPECT_THAT(idsOf(checked({sample("mpeg4_2997_ac3.ogm")}).at("tracks").at(0).at("reasons")),
                 Not(Contains("profile-outside")));
 }
 
@@ -203,8 +204,8 @@ TEST(CheckTest, ADevicesListDecides) {
 }
 
 TEST(CheckTest, SoundThatIsMoreThan80MillisecondsFromThePictureIsAFault) {
-    EXPECT_THAT(idsOf(checked({sample("mpeg4_2997_ac3.ogm")})["tracks"][1]["reasons"]),
-                Not(Contains("audio-against-video")));
+    EXPECT_THAT(idsOf(checked({sample("mpeg4_2997_ac3.ogm")}).at("tracks").at(1).at("reasons")),
+                AllOf(Contains("no-decoder"), Not(Contains("audio-against-video"))));
     // Its frames have different sizes, and the plug-in takes their times from their bytes.
     EXPECT_THAT(idsOf(checked({sample("h264_mp3vbr.ogm")})["tracks"][1]["reasons"]),
                 Contains("audio-against-video"));

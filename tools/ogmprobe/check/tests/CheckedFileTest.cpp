@@ -44,8 +44,10 @@ TEST(CheckedFileTest, TheExitCodeIsThatOfTheVerdictOrOfWhatPreventedOne) {
 }
 
 TEST(CheckedFileTest, WhatIsWrittenAsJsonIsReadAgain) {
-    const nlohmann::ordered_json json = toJson(withEverything());
-    EXPECT_EQ(toJson(checkedFileOf(json)), json);
+    EXPECT_EQ(checkedFileOf(toJson(withEverything())), withEverything());
+    CheckedFile unopened = checkedFile("a", {}, {reasonOf("cannot-read", "gone")});
+    unopened.durationUs.reset();
+    EXPECT_EQ(checkedFileOf(toJson(unopened)), unopened);
 }
 
 TEST(CheckedFileTest, JsonOfAnythingElseIsRefused) {

@@ -33,7 +33,9 @@ TEST(StockDecodersTest, APhonePlaysWhatIsFreeAndNotWhatIsLicensed) {
 }
 
 TEST(StockDecodersTest, EachDecoderDeclaresWhatCanBeRead) {
-    for (const Decoder& decoder : stockDecoders().decoders) {
+    const DecoderList list = stockDecoders();
+    EXPECT_GT(list.decoders.size(), 10U);
+    for (const Decoder& decoder : list.decoders) {
         const DecoderLimits& limits = decoder.limits;
         EXPECT_TRUE(limits.mostSize || !limits.channelCount.empty() || !limits.sampleRate.empty())
                 << decoder.name;

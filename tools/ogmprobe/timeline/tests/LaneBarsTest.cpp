@@ -57,6 +57,7 @@ TEST(LaneBars, OfALongFileAreBinsThatCountEveryPacket) {
 TEST(LaneBars, OfBinsAreTheLargestPacketsOfEachType) {
     const LaneBars bars = barsOf(timelineOf({laneOf(TrackKind::kVideo, pictures(90000))}));
     EXPECT_EQ(bars.top, 40000U);
+    ASSERT_FALSE(bars.bars.empty());
     for (const Bar& bar : bars.bars) {
         EXPECT_EQ(bar.from, 0U);
         if (bar.type == FrameType::kIntra) {

@@ -195,6 +195,7 @@ TEST(TimelineData, HasEachPacketOfALongFile) {
     ASSERT_EQ(page.times(0).size(), packets.size());
     const auto positions = page.positions(0);
     const auto times = page.times(0);
+    ASSERT_EQ(positions.size(), packets.size());
     for (size_t i = 0; i < packets.size(); ++i) {
         ASSERT_EQ(times[i], packets[i].timeUs);
         ASSERT_EQ(positions[i], static_cast<int64_t>(packets[i].readUpTo));
