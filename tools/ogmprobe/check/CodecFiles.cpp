@@ -83,11 +83,10 @@ void addMissing(const ordered_json& missing, XmlFiles& files) {
     for (const auto& file : missing) {
         const std::string path = file.at("path");
         const std::string includedBy = file.at("included_by");
-        const std::string name = path.substr(path.rfind('/') + 1);
         if (files.size() >= kMostXmlFiles) {
             refuse(fmt::format("the lists of codecs include more than {} files", kMostXmlFiles));
         }
-        if (files.contains(includedBy) && !includedPath(includedBy, name).empty()) {
+        if (files.contains(includedBy) && canInclude(includedBy, path)) {
             files.emplace(path, contentsOf(path, includedBy));
         }
     }

@@ -79,7 +79,7 @@ void Reader::read(const std::string& path) {
         return;
     }
     if (++mRead > kMostXmlFiles) {
-        fail(fmt::format("more than {} files are included", kMostXmlFiles));
+        fail(fmt::format("there are more than {} files", kMostXmlFiles));
         return;
     }
     const Parser parser(XML_ParserCreate(nullptr));
@@ -140,6 +140,7 @@ void Reader::include(const Attributes& attributes) {
 /** The first failure stands: the others follow from it. */
 void Reader::fail(const std::string& reason) {
     if (mParser == nullptr) {
+        mResult.error = reason;
         return;
     }
     if (mResult.error.empty()) {
@@ -161,6 +162,12 @@ CodecXml readCodecXml(const std::vector<std::string>& paths, const XmlFiles& fil
     }
     reader.finish();
     return result;
+}
+
+bool canInclude(const std::string& path, const std::string& included) {
+    const std::string folder = (std::filesystem::path(path).parent_path() / "").string();
+    return included.starts_with(folder) &&
+           includedPath(path, std::string_view(included).substr(folder.size())) == included;
 }
 
 std::string includedPath(const std::string& path, std::string_view href) {

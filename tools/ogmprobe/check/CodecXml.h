@@ -50,6 +50,9 @@ CodecXml readCodecXml(const std::vector<std::string>& paths, const XmlFiles& fil
  */
 std::string includedPath(const std::string& path, std::string_view href);
 
+/** Whether the other one can be such a file. */
+bool canInclude(const std::string& path, const std::string& included);
+
 /** "8000,11025-48000" or "1-384000"; nothing that can be read gives nothing. */
 Ranges parseRanges(std::string_view text);
 

@@ -156,6 +156,29 @@ TEST(CodecXmlTest, AnIncludeLeadsBesideTheFileOrBelow) {
                 HasSubstr("names no .xml file beside it"));
 }
 
+TEST(CodecXmlTest, AFileCanIncludeWhatLiesBesideItOrBelow) {
+    EXPECT_TRUE(canInclude("a/b.xml", "a/c.xml"));
+    EXPECT_TRUE(canInclude("a/b.xml", "a/c/d.xml"));
+    EXPECT_TRUE(canInclude("b.xml", "c.xml"));
+    EXPECT_TRUE(canInclude("/b.xml", "/c.xml"));
+    EXPECT_TRUE(canInclude("a//b.xml", includedPath("a//b.xml", "c.xml")));
+    for (const char* elsewhere : {"c.xml", "/etc/c.xml", "a/../c.xml", "ab/c.xml", "a/c.txt"}) {
+        EXPECT_FALSE(canInclude("a/b.xml", elsewhere)) << elsewhere;
+    }
+}
+
+TEST(CodecXmlTest, MoreFilesThanAnyDeviceHasAreRefused) {
+    XmlFiles files;
+    std::vector<std::string> paths;
+    for (size_t i = 0; i <= kMostXmlFiles; ++i) {
+        paths.push_back(std::to_string(i) + ".xml");
+        files[paths.back()] = "<MediaCodecs/>";
+    }
+    EXPECT_EQ(readCodecXml(paths, files).error, "there are more than 64 files");
+    paths.pop_back();
+    EXPECT_EQ(readCodecXml(paths, files).error, "");
+}
+
 TEST(CodecXmlTest, AFileThatIncludesItselfIsRefused) {
     EXPECT_EQ(read("<MediaCodecs>\n<Include href=\"media_codecs.xml\"/></MediaCodecs>").error,
               "device/media_codecs.xml:2: it includes device/media_codecs.xml, which is being read "
