@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -61,7 +62,8 @@ double distanceAt(const PairPoint& point) {
 
 Reason apart(const TrackSync& audio, const TrackSync& video, const PairPoint& at) {
     const SyncPoint& heard = audio.points[at.audioPoint];
-    const int64_t lateUs = at.lateUs.certainUs();
+    // The least number has no magnitude of its own type.
+    const int64_t lateUs = std::max(at.lateUs.certainUs(), -std::numeric_limits<int64_t>::max());
     return reasonOf(
             "audio-against-video",
             fmt::format(
