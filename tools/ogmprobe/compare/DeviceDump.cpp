@@ -3,11 +3,14 @@
 
 #include <fmt/core.h>
 
+#include <cerrno>
 #include <charconv>
+#include <cstring>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "codecs/Esds.h"
+#include "files/InputFiles.h"
 #include "text/Hex.h"
 #include "text/Json.h"
 
@@ -147,9 +150,9 @@ std::optional<std::string> configurationOf(const TrackDescription& track) {
 }  // namespace
 
 PlayedFile readDeviceDump(const std::string& path) {
-    std::ifstream stream(path);
+    std::ifstream stream(pathToOpen(path));
     if (!stream) {
-        throw ProbeError(ExitCode::kFile, "cannot open");
+        throw ProbeError(ExitCode::kFile, fmt::format("cannot open: {}", std::strerror(errno)));
     }
     DumpReader reader;
     std::string text;

@@ -50,11 +50,13 @@ class DeviceFile {
     json& buffer(size_t number) { return mLines[3 + number]; }
 
     ProcessResult run(const std::vector<std::string>& options = {}) const {
-        std::string text;
-        for (const json& line : mLines) {
-            text += line.dump() + "\n";
-        }
-        return runWith(text, options);
+        return runWith(text(), options);
+    }
+
+    ProcessResult runPiped() const {
+        ProcessSetup setup;
+        setup.in = text();
+        return FakePlugin::run({"compare", path(), "--device", "-"}, setup);
     }
 
     ProcessResult runWith(const std::string& dump,
@@ -75,6 +77,13 @@ class DeviceFile {
     }
 
   private:
+    std::string text() const {
+        std::string text;
+        for (const json& line : mLines) {
+            text += line.dump() + "\n";
+        }
+        return text;
+    }
     std::string path() const { return mPlugin.file(fakeFile({fakeVideo(), fakeAudio()})); }
 
     FakePlugin mPlugin;
@@ -91,6 +100,13 @@ TEST(CompareDevice, ThatHandsOutTheSameHasNoDifference) {
     EXPECT_EQ(document["same"], true);
     EXPECT_EQ(document["a"]["device"], false);
     EXPECT_EQ(document["b"]["device"], true);
+}
+
+TEST(CompareDevice, ADumpMayComeThroughAPipe) {
+    const DeviceFile file;
+    const auto result = file.runPiped();
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr("\nB: a device, by -\nNo difference: 2 tracks"));
 }
 
 TEST(CompareDevice, AnotherTimeIsADifference) {
@@ -170,7 +186,9 @@ TEST(CompareDevice, GoesWithoutWhatADeviceDoesNotTell) {
         EXPECT_EQ(runProbe({"compare", "a.ogm", "--device", "d", option}).exitCode, 1) << option;
     }
     EXPECT_EQ(runProbe({"compare", "a.ogm", "b.ogm", "--device", "d"}).exitCode, 1);
-    EXPECT_EQ(runProbe({"compare", "a.ogm", "--device", "/nowhere"}).exitCode, 2);
+    const auto missing = runProbe({"compare", "a.ogm", "--device", "/nowhere"});
+    EXPECT_EQ(missing.exitCode, 2);
+    EXPECT_THAT(missing.err, HasSubstr("/nowhere): cannot open: No such file or directory"));
 }
 
 }  // namespace
