@@ -223,7 +223,8 @@ ExitCode CheckRun::run() {
     checkAll(all);
     const auto drawn = timelines();
     if (page != nullptr) {
-        writePage(*page, drawn);
+        // A full disk must not cost the summary too.
+        mReport.guard([&] { writePage(*page, drawn); });
     }
     writeEnd();
     return std::max(mWorst, mReport.worst());

@@ -56,7 +56,7 @@ void addFailures(const PluginTrace& trace, CheckedFile& file) {
     }
     const char* id = failure->code == ExitCode::kNotTaken ? "not-taken"
                      : failure->code == ExitCode::kDied   ? "extractor-ended"
-                                                          : "cannot-read";
+                                                          : kCannotRead;
     for (const Reason& reason : file.reasons) {
         if (reason.id == id) {
             return;
@@ -89,7 +89,7 @@ CheckedFile checkFile(const std::string& path, const DecoderList& decoders, Sess
         checkOpened(path, decoders, session, file);
     } catch (const ProbeError& error) {
         file.failures.push_back({error.code(), error.what()});
-        file.reasons.push_back(reasonOf("cannot-read", error.what()));
+        file.reasons.push_back(reasonOf(kCannotRead, error.what()));
     }
     return file;
 }

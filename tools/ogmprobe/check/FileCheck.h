@@ -15,6 +15,9 @@ namespace ogmprobe::check {
  */
 CheckedFile checkFile(const std::string& path, const DecoderList& decoders, Session& session);
 
+/** The reason of what cannot be read at all. */
+inline constexpr const char* kCannotRead = "cannot-read";
+
 /** Throws `ProbeError` if the plug-in cannot be used with any file. */
 void requirePlugin(const CheckedFile& file);
 

@@ -110,20 +110,32 @@ class Run {
     }
 
     std::optional<PoolTask> next() {
-        while (mNext < mEntries.size() && (mEntries[mNext].result || mIsShown > mNext)) {
-            ++mNext;
+        for (; mNext < mEntries.size(); ++mNext) {
+            const bool isKnown = mEntries[mNext].result || mIsShown > mNext;
+            if (!isKnown && canBeOpened(mNext)) {
+                mTasks.push_back(mNext);
+                return taskOf(mNext++);
+            }
         }
-        if (mNext >= mEntries.size()) {
-            return std::nullopt;
+        return std::nullopt;
+    }
+
+    /** A pipe can be read once only, and here. */
+    bool canBeOpened(size_t index) {
+        const std::string& path = mRequest.paths[index];
+        try {
+            pathToOpen(path);
+            return true;
+        } catch (const ProbeError& error) {
+            finish(index, uncheckedFile(path, kCannotRead, error.code(), error.what()), false);
+            return false;
         }
-        mTasks.push_back(mNext);
-        const std::string& path = mRequest.paths[mNext];
-        // A pipe can be read once only, and here.
-        pathToOpen(path);
-        const uint64_t size = mEntries[mNext++].sizeBytes();
-        return PoolTask{
-                [this, &path] { return answerFor(path, mRequest.decoders, mSession.options); },
-                mostSeconds(size)};
+    }
+
+    PoolTask taskOf(size_t index) const {
+        const std::string& path = mRequest.paths[index];
+        return {[this, &path] { return answerFor(path, mRequest.decoders, mSession.options); },
+                mostSeconds(mEntries[index].sizeBytes())};
     }
 
     /** The extractor has time limits of its own, which end it long before. */

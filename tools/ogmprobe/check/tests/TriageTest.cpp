@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -259,6 +262,35 @@ TEST_F(TriageTest, ProgressShowsWhatIsDoneAndWhatIsLeft) {
     EXPECT_THAT(result.err, HasSubstr(" left"));
     EXPECT_THAT(FakePlugin::run({"check", folder(), "--jobs", "1", "--quiet"}, setup).err,
                 Not(HasSubstr(" of 4 files, ")));
+}
+
+TEST_F(TriageTest, ASocketAmongFilesIsAnErrorAndTheOthersAreChecked) {
+    const std::string good = add("a.ogm");
+    const std::string socketPath = path("socket");
+    const int number = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address = {AF_UNIX, {}};
+    ASSERT_LT(socketPath.size(), sizeof(address.sun_path));
+    std::copy(socketPath.begin(), socketPath.end(), address.sun_path);
+    ASSERT_EQ(bind(number, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    close(number);
+    const auto result = FakePlugin::run({"check", socketPath, good});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.out, HasSubstr(socketPath + ": unknown: cannot-read\n"));
+    EXPECT_THAT(result.out, HasSubstr("a.ogm: plays\n"));
+    EXPECT_THAT(result.err, HasSubstr(socketPath + ": cannot open: "));
+}
+
+TEST_F(TriageTest, APageThatCannotBeWrittenCostsNoSummary) {
+    add("a.ogm");
+    add("b.ogm");
+    ProcessSetup setup;
+    setup.fileSizeLimit = 100;
+    const auto result = check({"--html", path("page.html")}, setup);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.out, HasSubstr("2 files: 2 play"));
+    EXPECT_THAT(result.err, HasSubstr("page.html.part: "));
+    EXPECT_FALSE(fs::exists(path("page.html")));
+    EXPECT_FALSE(fs::exists(path("page.html.part")));
 }
 
 TEST_F(TriageTest, NamesThatCannotBeReadAreErrorsAndTheOthersAreChecked) {
