@@ -138,6 +138,15 @@ class ReportInBrowser(BrowserCase):
                 lambda browser: self.script("return document.body.dataset.ready"))
             self.assertEqual(f"{name} - timeline", self.browser.title)
 
+    def test_OnAPhoneThePageIsAsWideAsTheScreen(self):
+        self.load(self.page, width=400, height=800, phone=True)
+        self.assertEqual([400, 400], self.script(
+            "return [innerWidth, document.documentElement.scrollWidth]"))
+        names, _ = self.sorted_by("Size")
+        self.assertEqual(sorted(FILMS, key=lambda name: self.files[name]["size"]), names)
+        self.write_filter("bees")
+        self.assertEqual(["Bees.ogm"], self.names())
+
     def test_VerdictsCanBeReadInLightAndDark(self):
         for dark in (False, True):
             self.load(self.page, dark=dark)
