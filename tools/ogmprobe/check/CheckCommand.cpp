@@ -93,10 +93,13 @@ std::vector<std::string> CheckRun::paths() {
     std::vector<CheckedFile> none;
     for (const std::string& name : mOptions.files) {
         try {
-            const std::vector<std::string> found = filesOf(name);
-            all.insert(all.end(), found.begin(), found.end());
+            const NamedFiles found = filesOf(name);
+            all.insert(all.end(), found.paths.begin(), found.paths.end());
+            for (const std::string& failure : found.failures) {
+                none.push_back(uncheckedFile(name, kCannotRead, ExitCode::kFile, failure));
+            }
         } catch (const ProbeError& error) {
-            none.push_back(uncheckedFile(name, "cannot-read", error.code(), error.what()));
+            none.push_back(uncheckedFile(name, kCannotRead, error.code(), error.what()));
         }
     }
     mIsOne = all.size() + none.size() == 1;

@@ -71,8 +71,11 @@ ExitCode forEachFile(const std::vector<std::string>& names, Session& session,
     for (const std::string& name : names) {
         Report report(session.console, name);
         report.guard([&] {
-            const std::vector<std::string> found = filesOf(name);
-            paths.insert(paths.end(), found.begin(), found.end());
+            const NamedFiles found = filesOf(name);
+            paths.insert(paths.end(), found.paths.begin(), found.paths.end());
+            for (const std::string& failure : found.failures) {
+                report.error(ExitCode::kFile, failure);
+            }
         });
         worst = std::max(worst, report.worst());
     }

@@ -38,18 +38,32 @@ Descriptor openPipe(const std::string& path) {
 }
 
 bool isOgm(const fs::directory_entry& entry) {
-    return entry.is_regular_file() && strcasecmp(entry.path().extension().c_str(), ".ogm") == 0;
+    std::error_code ignored;
+    return entry.is_regular_file(ignored) &&
+           strcasecmp(entry.path().extension().c_str(), ".ogm") == 0;
 }
 
-std::vector<std::string> ogmFilesIn(const std::string& folder) {
-    std::vector<std::string> files;
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        if (isOgm(entry)) {
-            files.push_back(entry.path().string());
+/** Not through links, which may lead in circles. */
+bool isFolder(const fs::directory_entry& entry) {
+    std::error_code ignored;
+    return !entry.is_symlink(ignored) && entry.is_directory(ignored);
+}
+
+/** One folder that cannot be listed costs its own files alone. */
+void addOgmFilesIn(const fs::path& folder, NamedFiles& files) {
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        if (isFolder(*entry)) {
+            addOgmFilesIn(entry->path(), files);
+        } else if (isOgm(*entry)) {
+            files.paths.push_back(entry->path().string());
         }
     }
-    std::sort(files.begin(), files.end());
-    return files;
+    if (error) {
+        files.failures.push_back(
+                fmt::format("cannot list {}: {}", folder.string(), error.message()));
+    }
 }
 
 }  // namespace
@@ -69,21 +83,17 @@ std::string pathToOpen(const std::string& name) {
     return found->second.path();
 }
 
-std::vector<std::string> filesOf(const std::string& name) {
+NamedFiles filesOf(const std::string& name) {
     std::error_code ignored;
     if (!fs::is_directory(name, ignored)) {
-        return {name};
+        return {{name}};
     }
-    std::vector<std::string> files;
-    try {
-        files = ogmFilesIn(name);
-    } catch (const fs::filesystem_error& error) {
-        throw ProbeError(ExitCode::kFile, fmt::format("cannot list {}: {}", error.path1().string(),
-                                                      error.code().message()));
-    }
-    if (files.empty()) {
+    NamedFiles files;
+    addOgmFilesIn(name, files);
+    if (files.paths.empty() && files.failures.empty()) {
         throw ProbeError(ExitCode::kFile, "the folder has no file whose name ends in .ogm");
     }
+    std::sort(files.paths.begin(), files.paths.end());
     return files;
 }
 

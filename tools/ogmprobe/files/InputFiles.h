@@ -17,10 +17,17 @@ inline constexpr const char* kStandardInput = "-";
  */
 std::string pathToOpen(const std::string& name);
 
+/** What a name stands for. */
+struct NamedFiles {
+    std::vector<std::string> paths;
+    /** Why folders in it could not be listed, a sentence each. */
+    std::vector<std::string> failures = {};
+};
+
 /**
  * The name itself, or, for a folder, the OGM files in it and in the folders below it, sorted by
- * their paths. Throws `ProbeError` with `kFile` for a folder that has none or cannot be read.
+ * their paths. Throws `ProbeError` with `kFile` for a folder that has none.
  */
-std::vector<std::string> filesOf(const std::string& name);
+NamedFiles filesOf(const std::string& name);
 
 }  // namespace ogmprobe

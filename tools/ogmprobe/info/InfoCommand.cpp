@@ -224,7 +224,13 @@ class InfoRun {
     void inspectAll(const std::string& name) {
         Report report(mSession.console, name);
         std::vector<std::string> paths;
-        report.guard([&] { paths = filesOf(name); });
+        report.guard([&] {
+            NamedFiles found = filesOf(name);
+            paths = std::move(found.paths);
+            for (const std::string& failure : found.failures) {
+                report.error(ExitCode::kFile, failure);
+            }
+        });
         if (report.worst() != ExitCode::kDone) {
             mWorst = std::max(mWorst, report.worst());
             show(name, std::nullopt, report);

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <climits>
 #include <filesystem>
 #include <fstream>
 
@@ -98,6 +101,36 @@ TEST(Folder, WithoutOgmFilesIsAnErrorAndTheOthersGoOn) {
     ASSERT_EQ(files.size(), 2U);
     EXPECT_EQ(files[0]["errors"][0]["message"], "the folder has no file whose name ends in .ogm");
     EXPECT_THAT(files[1]["errors"], IsEmpty());
+}
+
+/** A folder so deep that no path reaches it, as unreadable for root as for anyone. */
+void makeUnreachable(const fs::path& folder) {
+    const std::string name(250, 'd');
+    int parent = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (int i = 0; i < PATH_MAX / 250 + 1; ++i) {
+        ASSERT_EQ(mkdirat(parent, name.c_str(), 0700), 0);
+        const int child = openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        close(parent);
+        parent = child;
+    }
+    close(parent);
+}
+
+TEST(Folder, ThatCannotBeListedIsAnErrorAndTheFilesBesideItGoOn) {
+    const TemporaryFolder folder;
+    folder.write("a.ogm", fakeFile({fakeVideo()}).dump());
+    makeUnreachable(folder.path());
+    for (const char* command : {"info", "check"}) {
+        const ProcessResult result = FakePlugin::run({command, "--json", folder.path().string()});
+        EXPECT_EQ(result.exitCode, 2) << command;
+        EXPECT_THAT(result.err, HasSubstr("cannot list " + folder.path("ddd"))) << command;
+        EXPECT_THAT(result.err, HasSubstr(": File name too long\n")) << command;
+        EXPECT_EQ(json::parse(result.out)["files"].size(), 2U) << command;
+    }
+    const ProcessResult result = FakePlugin::run({"packets", folder.path().string()});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.err, HasSubstr(": File name too long\n"));
+    EXPECT_THAT(result.out, HasSubstr("track "));
 }
 
 TEST(Folder, CannotBePlayed) {
