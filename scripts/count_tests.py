@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Counts the tests of a CTest report, each GoogleTest of a program by itself; names what failed
-and what was skipped.
+"""Counts the tests of a CTest report, each of a GoogleTest program or a Python script by itself;
+names what failed and what was skipped.
 """
 
 import re
@@ -11,6 +11,9 @@ import xml.etree.ElementTree as ElementTree
 ENDED = re.compile(r"^\[=+\] \d+ tests? from \d+ test suites? ran\.", re.MULTILINE)
 NAMED = r"^\[ *{} *\] (\d+) tests?[.,]"
 SKIPPED_TEST = re.compile(r"^\[ *SKIPPED *\] (\S+)$", re.MULTILINE)
+PYTHON_ENDED = re.compile(r"^Ran (\d+) tests? in [\d.]+s$", re.MULTILINE)
+PYTHON_FAILED = re.compile(r"^(?:FAIL|ERROR): (\S+ \(\S+\))", re.MULTILINE)
+PYTHON_SKIPPED = re.compile(r"^\S+ \(__main__\.(\S+)\) \.\.\. skipped ", re.MULTILINE)
 
 
 def count_of(output, word):
@@ -25,6 +28,11 @@ def counts_of(case):
     if ENDED.search(output):
         failed = count_of(output, "FAILED")
         return count_of(output, "PASSED"), max(failed, int(bad)), count_of(output, "SKIPPED")
+    if ran := PYTHON_ENDED.search(output):
+        # A test may fail in several of its parts, and what all tests need before any has run.
+        failed = len(set(PYTHON_FAILED.findall(output)))
+        skipped = len(PYTHON_SKIPPED.findall(output))
+        return max(0, int(ran.group(1)) - failed - skipped), max(failed, int(bad)), skipped
     if case.get("status") in ("notrun", "disabled"):
         return 0, 0, 1
     return int(not bad), int(bad), 0
@@ -34,7 +42,8 @@ def skipped_tests(case):
     """What the list at the end of a program's output names, or the run itself."""
     if case.get("status") in ("notrun", "disabled"):
         return [case.get("name")]
-    return SKIPPED_TEST.findall(case.findtext("system-out") or "")
+    output = case.findtext("system-out") or ""
+    return SKIPPED_TEST.findall(output) + PYTHON_SKIPPED.findall(output)
 
 
 def main():
