@@ -101,8 +101,8 @@ void readOnce(android::CDataSource* source) {
     source->readAt(source->handle, 1, &byte, 1);
 }
 
-void sleepForASecond(android::CDataSource*) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+void sleepLongerThanProgressWaits(android::CDataSource*) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(700));
 }
 
 void openSocket(android::CDataSource*) {
@@ -180,7 +180,7 @@ const std::map<std::string, void (*)(android::CDataSource*)> kMischief = {
         {"wander", wanderForEver},
         {"search", searchOnce},
         {"read once", readOnce},
-        {"nap", sleepForASecond},
+        {"nap", sleepLongerThanProgressWaits},
         {"socket", openSocket},
         {"write", openForWriting},
         {"execute", runProgram},

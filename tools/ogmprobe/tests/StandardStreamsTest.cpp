@@ -122,7 +122,7 @@ TEST_F(StandardStreamsTest, HaveColouredMessagesOnATerminal) {
 
 class ProgressTest : public testing::Test {
   protected:
-    /** With a plug-in that takes more than a second. */
+    /** With a plug-in that takes longer than the progress line waits. */
     ProcessResult run(const std::vector<std::string>& command, StandardStream err) {
         auto video = fakeVideo();
         video["end"] = "nap";
