@@ -2,8 +2,6 @@
 #include "ledger/Delivery.h"
 
 #include <algorithm>
-#include <map>
-#include <set>
 #include <utility>
 
 #include "ledger/CommonSequence.h"
@@ -61,26 +59,36 @@ class BufferComparison {
     void numberUnits() {
         for (const FileUnit& unit : mUnits) {
             if (!unit.isLost) {
-                mNumbers.emplace(keyOf(unit), static_cast<uint32_t>(mNumbers.size()));
+                mKeys.push_back(keyOf(unit));
             }
         }
+        std::sort(mKeys.begin(), mKeys.end());
+        mKeys.erase(std::unique(mKeys.begin(), mKeys.end()), mKeys.end());
+    }
+
+    std::optional<uint32_t> numberOf(const Key& key) const {
+        const auto found = std::lower_bound(mKeys.begin(), mKeys.end(), key);
+        if (found == mKeys.end() || *found != key) {
+            return std::nullopt;
+        }
+        return static_cast<uint32_t>(found - mKeys.begin());
     }
 
     /** What only one side has would slow the comparison down, and is left out of it. */
     std::vector<Pairing> samePairs() const {
         NumberedSide buffers;
-        std::set<uint32_t> inBuffers;
+        std::vector<bool> isInBuffers(mKeys.size());
         for (size_t i = 0; i < mBuffers.size(); ++i) {
-            if (const auto number = mNumbers.find(keyOf(mBuffers[i])); number != mNumbers.end()) {
-                buffers.add(i, number->second);
-                inBuffers.insert(number->second);
+            if (const auto number = numberOf(keyOf(mBuffers[i]))) {
+                buffers.add(i, *number);
+                isInBuffers[*number] = true;
             }
         }
         NumberedSide units;
         for (size_t i = 0; i < mUnits.size(); ++i) {
-            const auto number = mUnits[i].isLost ? mNumbers.end() : mNumbers.find(keyOf(mUnits[i]));
-            if (number != mNumbers.end() && inBuffers.contains(number->second)) {
-                units.add(i, number->second);
+            const auto number = mUnits[i].isLost ? std::nullopt : numberOf(keyOf(mUnits[i]));
+            if (number && isInBuffers[*number]) {
+                units.add(i, *number);
             }
         }
         std::vector<Pairing> pairs = commonSequence(units.numbers, buffers.numbers);
@@ -97,7 +105,7 @@ class BufferComparison {
             if (alike) {
                 mDelivery.units[*alike] = {buffer, true};
                 unit = *alike + 1;
-            } else if (mNumbers.contains(keyOf(mBuffers[buffer]))) {
+            } else if (numberOf(keyOf(mBuffers[buffer]))) {
                 mDelivery.repeated.push_back(buffer);
             } else {
                 mDelivery.foreign.push_back(buffer);
@@ -116,7 +124,8 @@ class BufferComparison {
 
     const std::vector<FileUnit>& mUnits;
     const std::vector<Likeness>& mBuffers;
-    std::map<Key, uint32_t> mNumbers;
+    /** Of the units, in order; the place of each is its number. */
+    std::vector<Key> mKeys;
     Delivery mDelivery;
 };
 
