@@ -75,6 +75,7 @@ constexpr std::array kKinds = {
         ReasonKind{"page-header-damaged", kFault, "damaged page header"},
         ReasonKind{"pages-missing", kFault, "pages missing"},
         ReasonKind{"junk-skipped", kFault, "junk between pages"},
+        ReasonKind{"junk-searched-again", kFault, "junk searched again and again"},
         // Of times.
         ReasonKind{"negative-times", kFault, "times below 0"},
         ReasonKind{"times-step-back", kFault, "times that step back"},

@@ -14,6 +14,7 @@ void explainAll(Explanation& explanation) {
         explainStreams(explanation);
         explainDuration(explanation);
         explainDamage(explanation);
+        explainJunkSearches(explanation);
         explainAudio(explanation);
     }
     explainEnd(explanation);

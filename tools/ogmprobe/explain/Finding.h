@@ -97,6 +97,8 @@ void explainStreams(Explanation& explanation);
 void explainDuration(Explanation& explanation);
 /** Junk, damaged pages, lost and dropped packets. */
 void explainDamage(Explanation& explanation);
+/** What junk costs beyond being skipped. */
+void explainJunkSearches(Explanation& explanation);
 /** Packets of which no audio frame can be made. */
 void explainAudio(Explanation& explanation);
 /** Packets that do not come out, and why reading ended. */

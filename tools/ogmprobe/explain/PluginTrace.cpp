@@ -46,6 +46,7 @@ PluginTrace::PluginTrace(const OggFile& file, bool allLines)
       mAllLines(allLines),
       mPages(file.pages().size()),
       mPieces(file.pieces().size()),
+      mJunkSearches(file),
       mLimit(file.size()) {}
 
 void PluginTrace::add(const PacketPlayed& played) {
@@ -76,6 +77,9 @@ void PluginTrace::add(const SourceRead& read) {
     mOffset = read.lastOffset();
     mLastReadOffset = read.lastOffset();
     mPiece.reset();
+    if (mCall.function == PluginFunction::kRead) {
+        mJunkSearches.add(read);
+    }
     // Who goes from byte to byte looks for a page; pages that were found are read otherwise.
     if (read.count > 1) {
         return;

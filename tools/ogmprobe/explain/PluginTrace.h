@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "explain/JunkSearches.h"
 #include "explain/OggFile.h"
 #include "jobs/PlayLimit.h"
 #include "records/Likeness.h"
@@ -96,6 +97,8 @@ class PluginTrace {
     /** How often packets were cut out of the page. */
     uint32_t timesCut(size_t page) const { return mPages[page].timesCut; }
 
+    const JunkSearches& junkSearches() const { return mJunkSearches; }
+
     /** The first line that begins so. */
     const LoggedLine* line(std::string_view beginning) const;
     /** The first that was also written at a place from `offset` up to `end`. */
@@ -135,6 +138,7 @@ class PluginTrace {
     /** The one that was read last. */
     std::optional<size_t> mPiece;
     bool mPieceIsNew = false;
+    JunkSearches mJunkSearches;
     size_t mHeaderPages = 0;
     bool mHeaderSearchOver = false;
     PlayLimit mLimit;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "plugin/FileSource.h"
 
+#include <android/log.h>
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <sys/stat.h>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cinttypes>
 #include <cstring>
 
 #include "ExitCode.h"
@@ -60,9 +62,16 @@ FileSource::~FileSource() {
 }
 
 ssize_t FileSource::readAt(off64_t offset, void* data, size_t size) {
-    offset = endOfRepeatedSearch(offset, size);
+    const bool searches = size == kSearchedSize && !mRepeated.isLacingTable(offset);
+    if (mShortens) {
+        offset = offsetToRead(offset, searches);
+    }
     ++mReads;
-    const ssize_t got = readUncounted(offset, static_cast<uint8_t*>(data), size);
+    auto* const bytes = static_cast<uint8_t*>(data);
+    const ssize_t got = readUncounted(offset, bytes, size);
+    if (mShortens && !searches) {
+        noteRead(offset, {bytes, static_cast<size_t>(std::max<ssize_t>(got, 0))});
+    }
     if (got > 0) {
         mBytesRead += static_cast<uint64_t>(got);
         mReadUpTo = static_cast<uint64_t>(offset + got);
@@ -71,6 +80,41 @@ ssize_t FileSource::readAt(off64_t offset, void* data, size_t size) {
     ReadWatch::add(offset, size, got);
     searchOnFrom(offset, size, got);
     return got;
+}
+
+off64_t FileSource::offsetToRead(off64_t offset, bool searches) {
+    if (!searches) {
+        return offset + mRepeated.ahead();
+    }
+    return ReadWatch::goesOn(offset) ? endOfVainSearch(offset) : beginSearch(offset);
+}
+
+/** Where the first read of a search has to be done. */
+off64_t FileSource::beginSearch(off64_t offset) {
+    const off64_t ahead = mRepeated.begin(offset);
+    if (ahead == 0) {
+        logRepeatedSearch();
+        return offset;
+    }
+    ReadWatch::add(offset, kSearchedSize, static_cast<int64_t>(kSearchedSize));
+    ReadWatch::goOn(offset + ahead - 1);
+    mSearchReads += static_cast<uint64_t>(ahead);
+    return offset + ahead;
+}
+
+/** The plug-in's own lines about each of the searches are missing. */
+void FileSource::logRepeatedSearch() {
+    if (const uint64_t rounds = mRepeated.takeRounds(); rounds != 0) {
+        __android_log_print(ANDROID_LOG_INFO, "ogmprobe",
+                            "%" PRIu64 " more searches of the same junk for the page at %" PRId64
+                            " were not done in full",
+                            rounds, static_cast<int64_t>(mRepeated.found()));
+    }
+}
+
+void FileSource::noteRead(off64_t offset, std::span<const uint8_t> bytes) {
+    const auto searchedUpTo = static_cast<off64_t>(mReadUpTo - kSearchedSize);
+    mRepeated.read(offset, bytes, searchedUpTo);
 }
 
 /** To be called before the read becomes part of a run. */
@@ -90,9 +134,8 @@ bool FileSource::isLongSearch(off64_t offset) {
 }
 
 /** Where to read for a search that is known to find nothing; else the place itself. */
-off64_t FileSource::endOfRepeatedSearch(off64_t offset, size_t size) {
-    const bool isKnown = mShortens && size == kSearchedSize && offset < mVainSearchEnd &&
-                         isLongSearch(offset) &&
+off64_t FileSource::endOfVainSearch(off64_t offset) {
+    const bool isKnown = offset < mVainSearchEnd && isLongSearch(offset) &&
                          PluginCall::vitals().runOffset.get() == mVainSearchBegin;
     if (!isKnown) {
         return offset;

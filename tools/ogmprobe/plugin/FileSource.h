@@ -7,10 +7,12 @@
 #include <cstring>
 #include <limits>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "plugin/BlockCache.h"
 #include "plugin/ReadWatch.h"
+#include "plugin/RepeatedSearch.h"
 
 namespace ogmprobe {
 
@@ -35,8 +37,10 @@ class FileSource {
     /**
      * Ends a search of the plug-in early once it has begun just as an earlier one that found
      * nothing up to the end of the file: its next read gets what the last one of the earlier search
-     * got. Counted and recorded are all reads that the search would have made. Right for a plug-in
-     * whose searches depend on the bytes alone and stop at the first short read.
+     * got. So ends a search that goes through the same junk as the one before (see
+     * `RepeatedSearch`); one log line says how often. Counted and recorded are all reads that the
+     * searches would have made. Right for a plug-in whose searches depend on the bytes alone, stop
+     * at the first short read, and go on after junk as described there.
      */
     void shortenRepeatedSearches() { mShortens = true; }
 
@@ -76,13 +80,17 @@ class FileSource {
     }
 
     ssize_t readAt(off64_t offset, void* data, size_t size);
+    off64_t offsetToRead(off64_t offset, bool searches);
+    off64_t beginSearch(off64_t offset);
+    void logRepeatedSearch();
+    void noteRead(off64_t offset, std::span<const uint8_t> bytes);
     ssize_t readUncounted(off64_t offset, uint8_t* data, size_t size);
     bool readFromBlocks(uint64_t offset, uint8_t* data, size_t size);
     ssize_t readWhole(off64_t offset, uint8_t* data, size_t size);
     void searchOnFrom(off64_t offset, size_t size, ssize_t got);
     static bool isLongSearch(off64_t offset);
     void noteEndOfSearch(off64_t offset, size_t size, ssize_t got);
-    off64_t endOfRepeatedSearch(off64_t offset, size_t size);
+    off64_t endOfVainSearch(off64_t offset);
 
     static android::CDataSource makeTable(FileSource* source);
 
@@ -98,6 +106,7 @@ class FileSource {
     off64_t mSearchEnd = kNoSearch;
     uint64_t mBytesRead = 0;
     bool mShortens = false;
+    RepeatedSearch mRepeated;
     /** Of the last search to the end of the file: its first and its last read, the short one. */
     off64_t mVainSearchBegin = kNoSearch;
     off64_t mVainSearchEnd = kNoSearch;

@@ -29,6 +29,9 @@ void ReadWatch::endRun() {
     if (run.count != 0) {
         vitals.runNext.set(Vitals::kNoRun);
         Trace::add<SourceRead>(run);
+        if (sHandler != nullptr) {
+            sFinder.add(fingerprint(run));
+        }
     }
 }
 
@@ -56,15 +59,13 @@ void ReadWatch::add(int64_t offset, uint64_t size, int64_t result) noexcept {
 
 void ReadWatch::beginRun(const SourceRead& read) noexcept {
     Vitals& vitals = PluginCall::vitals();
-    const SourceRead before = vitals.run();
     endRun();
     vitals.signsOfLife.set(vitals.signsOfLife.get() + 1);
     vitals.runOffset.set(read.offset);
     vitals.runSize.set(read.size);
     vitals.runResult.set(read.result);
     vitals.runNext.set(static_cast<int64_t>(static_cast<uint64_t>(read.offset) + 1));
-    if (sHandler != nullptr && before.count != 0) {
-        sFinder.add(fingerprint(before));
+    if (sHandler != nullptr) {
         judge();
     }
 }

@@ -120,21 +120,50 @@ TEST_F(DamagedFiles, AreEachNamedInText) {
     }
 }
 
-TEST(HoleAtTheEnd, IsReportedAsWithEachSearchDoneInFull) {
-    const TemporaryFolder folder;
-    std::string bytes = beginningOfSample("mpeg4_b_mp3");
-    bytes.resize(bytes.size() + (3 << 20));
-    const std::string path = folder.write("hole.ogm", bytes);
+/** What the program says must not depend on whether searches are done in full. */
+void expectAsInFull(const std::string& path, const std::vector<std::string>& explainOptions) {
+    std::vector<std::string> explain = {"explain", "--json", path};
+    explain.insert(explain.end(), explainOptions.begin(), explainOptions.end());
     for (const std::vector<std::string>& command :
-         {std::vector<std::string>{"explain", "--json", "--verbose", "--pages", path},
-          {"seektest", "--json", path},
-          {"packets", "--json", path}}) {
+         {explain, {"seektest", "--json", path}, {"packets", "--json", path}}) {
         std::vector<std::string> inFull = {"--plugin", OGMPROBE_OWN_PLUGIN};
         inFull.insert(inFull.end(), command.begin(), command.end());
         const ProcessResult result = runProbe(command);
         EXPECT_EQ(result.exitCode, 0) << result.err;
         EXPECT_EQ(result.out, runProbe(inFull).out) << command.front();
     }
+}
+
+TEST(HoleAtTheEnd, IsReportedAsWithEachSearchDoneInFull) {
+    const TemporaryFolder folder;
+    std::string bytes = beginningOfSample("mpeg4_b_mp3");
+    bytes.resize(bytes.size() + (3 << 20));
+    expectAsInFull(folder.write("hole.ogm", bytes), {"--verbose", "--pages"});
+}
+
+/** The beginning of a sample, with zeros in front of a page. */
+std::string withHole(size_t size) {
+    std::string bytes = beginningOfSample("mpeg4_b_mp3");
+    return bytes.insert(bytes.find("OggS", bytes.size() / 2), size, '\0');
+}
+
+TEST(HoleInTheMiddle, IsReportedAsWithEachSearchDoneInFull) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("hole.ogm", withHole(300'000));
+    expectAsInFull(path, {"--verbose"});
+    const json document = json::parse(runProbe({"explain", "--json", path}).out);
+    EXPECT_TRUE(std::any_of(
+            document["findings"].begin(), document["findings"].end(),
+            [](const json& finding) { return finding["id"] == "junk-searched-again"; }));
+}
+
+TEST(HoleInTheMiddle, IsSearchedInFullOnceForEachLookUp) {
+    const TemporaryFolder folder;
+    const ProcessResult result =
+            runProbe({"packets", "--log", "info", folder.write("hole.ogm", withHole(100'000'000))});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.err, testing::ContainsRegex("[0-9]+ more searches of the same junk for the "
+                                                   "page at [0-9]+ were not done in full"));
 }
 
 }  // namespace

@@ -161,6 +161,69 @@ TEST_F(LongSearchTest, IsDoneInFullWhereNothingElseIsAskedFor) {
     EXPECT_EQ(search(source, 100), whole);
 }
 
+/** Looks for a page of another stream in a file with junk, as a plug-in does. */
+class RepeatedSearchTest : public testing::Test {
+  protected:
+    static constexpr off64_t kJunk = 200'000;
+    static constexpr uint64_t kPageSize = 1028;
+
+    RepeatedSearchTest() {
+        std::string page(kPageSize, 'x');
+        page.replace(0, 4, "OggS");
+        page.replace(26, 2, std::string("\4\xff", 2));
+        page.replace(28, 3, std::string("\xff\xff\xe8"));
+        mPath = mFolder.write("junk", std::string(kJunk, '\0') + page);
+    }
+
+    struct Result {
+        /** What the searches found, in all. */
+        uint64_t pages = 0;
+        uint64_t calls = 0;
+        bool operator==(const Result&) const = default;
+    };
+
+    static Result lookUp(FileSource& source) {
+        Result result;
+        android::CDataSource* table = source.table();
+        std::string bytes(255, '\0');
+        const auto read = [&](off64_t offset, size_t size) {
+            ++result.calls;
+            return table->readAt(table->handle, offset, bytes.data(), size) ==
+                   static_cast<ssize_t>(size);
+        };
+        for (off64_t begin = 1; begin < kJunk; begin += kPageSize) {
+            off64_t found = begin;
+            while (read(found, 4) && !bytes.starts_with("OggS")) {
+                ++found;
+            }
+            read(found, 27);
+            EXPECT_TRUE(bytes.starts_with("OggS"));
+            EXPECT_EQ(bytes[26], 4);
+            read(found + 27, 4);
+            EXPECT_EQ(bytes.substr(0, 4), "\xff\xff\xff\xe8");
+            ++result.pages;
+        }
+        return result;
+    }
+
+    test::TemporaryFolder mFolder;
+    std::string mPath;
+};
+
+TEST_F(RepeatedSearchTest, EndsEarlyAndCountsAsWhole) {
+    FileSource whole(mPath);
+    const Result expected = lookUp(whole);
+    EXPECT_EQ(whole.reads(), expected.calls);
+    FileSource source(mPath);
+    source.shortenRepeatedSearches();
+    const Result result = lookUp(source);
+    EXPECT_EQ(result.pages, expected.pages);
+    EXPECT_LT(result.calls, expected.calls / 4);
+    EXPECT_EQ(source.reads(), whole.reads());
+    EXPECT_EQ(source.bytesRead(), whole.bytesRead());
+    EXPECT_EQ(source.readUpTo(), whole.readUpTo());
+}
+
 TEST(FileSource, SurvivesAFileThatShrinks) {
     const test::TemporaryFolder folder;
     const std::string path = folder.write("long", std::string(4 * BlockCache::kBlockSize, 'x'));

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fmt/core.h>
+
+#include "explain/Finding.h"
+#include "text/NumberText.h"
+
+namespace ogmprobe {
+namespace {
+
+/** From so many reads on playing seems to stand still. */
+constexpr uint64_t kManyReads = 10'000'000;
+/** With fewer nobody notices. */
+constexpr uint64_t kFewReads = 100'000;
+
+}  // namespace
+
+void explainJunkSearches(Explanation& explanation) {
+    const OggFile& file = explanation.file();
+    for (const auto& [index, cost] : explanation.trace().junkSearches().costs()) {
+        const JunkRange& junk = file.junk()[index];
+        Finding finding;
+        finding.id = "junk-searched-again";
+        finding.text = fmt::format(
+                "When a stream's next page is looked for, {} of junk from offset {} on are "
+                "searched {} more, with {}: from a page of another stream after the junk the "
+                "search goes on too early, by the length of the junk{}.",
+                counted(junk.size, "byte"), junk.offset, counted(cost.searches, "time"),
+                counted(cost.reads, "read"),
+                cost.reads < kManyReads ? "" : "; on a device playing seems to stand still there");
+        finding.usual = cost.reads < kFewReads;
+        finding.offset = junk.offset;
+        finding.bytes = junk.size;
+        finding.timeUs = file.timeBefore(junk.offset);
+        finding.untilUs = file.timeBehind(junk.offset);
+        explanation.add(std::move(finding));
+    }
+}
+
+}  // namespace ogmprobe
