@@ -14,8 +14,8 @@ void countOne() {
 
 }  // namespace
 
-// In front of the C library's functions of these names, for the libraries of this process too. What
-// is measured runs in one thread, so that no count is lost.
+// Replace the C library's functions of these names, in the libraries of this process too. The
+// measured code runs in one thread, so no count is lost.
 extern "C" {
 
 void* __libc_malloc(size_t size);

@@ -5,7 +5,9 @@
 
 namespace android::ogm::bench {
 
-/** Blocks of memory that this process has asked for so far, by malloc, new and their kin. */
+/**
+ * Returns how many blocks of memory this process has requested so far, by malloc, new and the like.
+ */
 uint64_t allocationCount();
 
 }  // namespace android::ogm::bench

@@ -16,7 +16,7 @@ namespace android::ogm::bench {
 /** Writes the content's pages to a file. */
 void writeFile(const Content& content, size_t size, const std::filesystem::path& path);
 
-/** A generated file with what the benchmarks need to know about it; it goes with the object. */
+/** A generated file with what the benchmarks need to know about it; deleted with the object. */
 class BenchFile {
   public:
     BenchFile(const Content& content, size_t size);
@@ -34,10 +34,10 @@ class BenchFile {
     WalkResult mContents;
 };
 
-/** What the benchmarks are run on. */
+/** The sizes of the files that the benchmarks read. */
 struct BenchSizes {
     size_t file;
-    /** Of the short and of the long file whose cost a buffer is compared. */
+    /** Of the short and the long file whose costs per buffer are compared. */
     int64_t shortFile;
     int64_t longFile;
 };

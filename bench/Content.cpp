@@ -22,11 +22,12 @@ constexpr uint64_t kFrameUnit100ns = 400'000;
 constexpr size_t kFramesPerKeyFrame = 50;
 constexpr uint32_t kVideoSerialNo = 1;
 constexpr uint32_t kAudioSerialNo = 2;
-/** Bit 7: a length byte follows; so do ordinary writers. */
+/** Bit 7: a length byte follows, as from ordinary writers. */
 constexpr uint8_t kAudioPacketFlags = 0x80;
 
-/** Sizes that vary like those of encoded pictures: once large, then between half and one and a
- * half. */
+/**
+ * Sizes that vary like those of encoded pictures: once large, then between half and one and a half.
+ */
 size_t frameSize(size_t index, size_t keyFrameSize, size_t typicalSize) {
     if (index % kFramesPerKeyFrame == 0) {
         return keyFrameSize;
@@ -129,7 +130,7 @@ class StreamWriter {
 
     double timeUs() const { return static_cast<double>(mCount) * mStream.packetUs; }
 
-    /** A page of its own for a packet before the data. */
+    /** Writes a separate page for a packet before the data. */
     void writeHeader(const Bytes& packet) {
         putPacket(packet, 0);
         flush();

@@ -16,7 +16,7 @@ namespace android::ogm::bench {
 struct ContentStream {
     uint32_t serialNo;
     test::Bytes header;
-    /** Packets as they stand in the file, one after the other. */
+    /** Packets as they are in the file, one after the other. */
     std::vector<test::Bytes> packets;
     double packetUs;
     uint64_t unitsPerPacket;
@@ -32,7 +32,7 @@ Content mpeg4AndMp3();
 Content mpeg4AndAc3();
 Content h264AndPcm();
 
-/** Takes a piece of the file. */
+/** Receives a piece of the file. */
 using Sink = std::function<void(const uint8_t* data, size_t size)>;
 
 /**

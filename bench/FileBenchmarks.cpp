@@ -24,10 +24,10 @@ using benchmark::State;
 constexpr double kNsPerUs = 1e3;
 constexpr size_t kReadsPerSeek = 5;
 constexpr size_t kSeeks = 200;
-/** Of the repeated part of a file that is made while it is read. */
+/** Size of the repeated part of a file that is generated while it is read. */
 constexpr size_t kPeriodSize = size_t{8} << 20;
 
-/** The file of one content; made when it is first asked for, and gone when another one is. */
+/** The file of one content. Made at its first use, deleted when another one is used. */
 class CurrentFile {
   public:
     explicit CurrentFile(size_t size) : mSize(size) {}
@@ -79,7 +79,7 @@ void liboggWalk(State& state, const BenchFile& file) {
     meter.report(state, file.mapped().size());
 }
 
-/** Opens the file anew in each round and measures what `read` does with it. */
+/** Opens the file again in each round and measures what `read` does with it. */
 void readAll(State& state, const BenchFile& file, const std::function<void(Player&)>& read) {
     Meter meter;
     uint64_t reads = 0;
@@ -112,7 +112,7 @@ void timeOrderWithLog(State& state, const BenchFile& file) {
     __android_log_set_minimum_priority(quiet);
 }
 
-/** One track whole, then the other. */
+/** Reads one whole track, then the other. */
 template <size_t first, size_t second>
 void trackByTrack(State& state, const BenchFile& file) {
     readAll(state, file, [](Player& player) {
@@ -132,7 +132,7 @@ void reportTimes(State& state, std::vector<double>& us) {
     state.counters[kNinetyFifthUs] = percentile(us, 95);
 }
 
-/** Sniffing and opening, and the freeing of what was opened. */
+/** Sniffs, opens and frees. */
 void opening(State& state, const BenchFile& file) {
     std::vector<double> us;
     for ([[maybe_unused]] auto _ : state) {
@@ -146,7 +146,7 @@ void opening(State& state, const BenchFile& file) {
     reportTimes(state, us);
 }
 
-/** Seeks of the video track, spread over the file by a fixed rule, with the reads that follow. */
+/** Seeks in the video track, spread over the file by a fixed rule, with the reads that follow. */
 void seeking(State& state, const BenchFile& file) {
     MemorySource source(file.mapped());
     Player player(source);
@@ -176,9 +176,9 @@ void peakMemory(State& state, const BenchFile& file) {
 }
 
 /**
- * The cost of a buffer in files of different lengths, which are generated while they are read. They
- * take turns, and a short file is read as often in its turn as gives the bytes of the longest, so
- * that whatever else the machine does disturbs all of them alike.
+ * Measures the cost of a buffer in files of different lengths, which are generated while they are
+ * read. They take turns, and a short file is read several times in its turn, up to the bytes of the
+ * longest, so that other work of the machine disturbs all of them alike.
  */
 class Lengths {
   public:

@@ -7,8 +7,8 @@
 namespace android::ogm::bench {
 
 /**
- * Instructions that this thread has executed in user space so far; nothing where the machine has no
- * counter for them or keeps it to itself.
+ * Returns the instructions that this thread has executed in user space so far; nothing if the
+ * machine has no counter for them or does not allow its use.
  */
 std::optional<uint64_t> instructionCount();
 

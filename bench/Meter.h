@@ -13,7 +13,7 @@
 
 namespace android::ogm::bench {
 
-// The counters of results, by the names that they have in JSON.
+// The names of the results' counters in JSON.
 inline constexpr char kItems[] = "items";
 inline constexpr char kBestNs[] = "best_ns_per_item";
 inline constexpr char kMeanNs[] = "mean_ns_per_item";
@@ -26,8 +26,8 @@ inline constexpr char kNinetyFifthUs[] = "95th_percentile_us";
 inline constexpr char kPeakKiB[] = "peak_kib";
 
 /**
- * Nanoseconds of processor time that this thread has used so far: what other programs do at the
- * same time counts less than on a clock.
+ * Returns the nanoseconds of processor time that this thread has used so far: other programs
+ * disturb it less than a clock.
  */
 inline int64_t threadTimeNs() {
     constexpr int64_t kNsPerSecond = 1'000'000'000;
@@ -37,9 +37,9 @@ inline int64_t threadTimeNs() {
 }
 
 /**
- * Time, instructions and allocations while something is measured, summed up over its rounds and
- * reported for each of its items, a buffer or a packet; of the time also that of the best round,
- * which other programs have disturbed least:
+ * Measures time, instructions and allocations, sums them over the rounds and reports them per
+ * item, a buffer or a packet. Also reports the time of the best round, which other programs have
+ * disturbed least:
  *
  *     Meter meter;
  *     for (auto _ : state) { meter.start(); ...; meter.stop(items); }
@@ -58,7 +58,7 @@ class Meter {
         endRound();
     }
 
-    /** As stop(), but the round goes on with the next start(). */
+    /** Like stop(), but the round continues with the next start(). */
     void pause(uint64_t items) {
         const int64_t timeNs = std::max<int64_t>(1, threadTimeNs() - mTimeAtStart);
         if (const auto count = instructionCount(); count && mInstructionsAtStart) {
@@ -81,7 +81,7 @@ class Meter {
         mRoundNs = 0;
     }
 
-    /** `bytesPerRound` where it makes sense to tell a throughput. */
+    /** Reports a throughput too if `bytesPerRound` is not 0. */
     void report(benchmark::State& state, uint64_t bytesPerRound = 0) const {
         const auto items = static_cast<double>(mItems);
         const auto bestNs = static_cast<double>(mBestNs);

@@ -25,10 +25,10 @@ using benchmark::State;
 using test::Bytes;
 
 constexpr size_t kFileSize = size_t{4} << 20;
-/** As many units as are made before the track is emptied again. */
+/** How many units are made before the track is emptied again. */
 constexpr size_t kRound = 256;
 
-/** A track of MPEG-4 video without a file, which is fed by hand. */
+/** A track of MPEG-4 video that gets its packets without a file. */
 class FedTrack {
   public:
     FedTrack() {
@@ -68,7 +68,7 @@ class FedCutter {
   public:
     explicit FedCutter(uint32_t type) : mPackets(1, type), mCutter(makeAccessUnitCutter(type)) {}
 
-    /** Hands over bytes where a track's packets lie. */
+    /** Passes bytes that lie where a track's packets do. */
     void append(const Bytes& bytes) {
         ByteBuffer piece = mPackets.makePiece(bytes.size());
         std::copy(bytes.begin(), bytes.end(), piece.data());
@@ -106,7 +106,7 @@ void readPages(State& state) {
     meter.report(state);
 }
 
-/** Appends frames one by one and takes out what comes. */
+/** Appends frames one by one and takes out the access units. */
 void cutFrames(State& state, uint32_t type, const std::vector<Bytes>& frames) {
     FedCutter cutter(type);
     Meter meter;
@@ -127,7 +127,7 @@ void cutFrames(State& state, uint32_t type, const std::vector<Bytes>& frames) {
                                         }));
 }
 
-/** Bytes in pieces among which no second sync word comes, so that they are kept and searched. */
+/** Appends pieces without a second sync word, so that they are kept and searched. */
 void searchFrames(State& state, uint32_t type, const Bytes& start) {
     constexpr size_t kPieceSize = 64;
     const Bytes piece = test::pattern(kPieceSize, 1);

@@ -6,18 +6,18 @@
 
 namespace android::ogm::bench {
 
-/** The option by which this program is asked to be such a child: see readOnce. */
+/** The option that makes this program call readOnce. */
 inline constexpr char kReadOption[] = "--read";
 
 /**
- * Bytes that reading a file with `pread`, all tracks in time order, takes at most, above those of
- * a program that has loaded the plug-in and nothing else. Measured in processes of their own.
+ * Returns the peak memory, in bytes, of reading a file with `pread`, all tracks in time order,
+ * above that of a program that only loads the plug-in. Measured in separate processes.
  */
 int64_t peakMemoryOfReading(const std::string& path);
 
 /**
- * Reads a file with `pread`, or nothing for an empty path, and prints the number of buffers and the
- * process's peak in KiB.
+ * Reads a file with `pread`, or nothing for an empty path. Prints the number of buffers and the
+ * process's peak memory in KiB.
  */
 void readOnce(const std::string& path);
 

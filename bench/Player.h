@@ -14,11 +14,10 @@
 
 namespace android::ogm::bench {
 
-/** Loads the plug-in; the same one each time. Throws when there is none. */
+/** Loads the plug-in once and returns its description. Throws when there is none. */
 const ExtractorDef& plugin();
 
-/** The framework's part for one opened file: buffers are released as soon as they were looked at.
- */
+/** The framework's part for one opened file. Buffers are released at once. */
 class Player {
   public:
     /** Sniffs the source and opens it; throws when the plug-in refuses it. */
@@ -32,11 +31,11 @@ class Player {
     size_t trackCount() const { return mTracks.size(); }
     int64_t durationUs() const;
 
-    /** One read. False when no buffer came. */
+    /** Reads once. Returns false when no buffer came. */
     bool read(size_t track, uint32_t options = 0, int64_t seekUs = 0);
     bool seekAndRead(size_t track, int64_t seekUs);
 
-    /** Reads always from the track that has come least far, until all have ended. */
+    /** Reads all tracks to their ends, always from the one that has come least far. */
     void readInTimeOrder();
     void readTrackToEnd(size_t track);
 

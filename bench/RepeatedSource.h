@@ -12,7 +12,7 @@ namespace android::ogm::bench {
 
 /**
  * A file of any length that takes no more memory than a short one: its data pages repeat, with
- * granule positions that go on rising. Checksums do not fit; the plug-in does not look at them.
+ * rising granule positions. Checksums are wrong; the plug-in does not check them.
  */
 class RepeatedSource : public Source {
   public:
@@ -29,7 +29,7 @@ class RepeatedSource : public Source {
     /** Header pages, then the data pages that repeat. */
     std::vector<uint8_t> mBytes;
     size_t mHeaderSize = 0;
-    /** By serial number: what a stream's granule position rises by in each repetition. */
+    /** By serial number: how much a stream's granule position rises in each repetition. */
     std::map<uint32_t, uint64_t> mGranulesPerPeriod;
     int64_t mSize;
 };

@@ -30,7 +30,7 @@ class Source {
     uint64_t mReads = 0;
 };
 
-/** A file that is mapped into memory; all its pages are touched once when it is opened. */
+/** A file that is mapped into memory. Opening it reads all its pages once. */
 class MappedFile {
   public:
     explicit MappedFile(const std::string& path);
@@ -46,7 +46,7 @@ class MappedFile {
     size_t mSize = 0;
 };
 
-/** Bytes in memory that somebody else owns. */
+/** Bytes in memory that the caller owns. */
 class MemorySource : public Source {
   public:
     MemorySource(const uint8_t* data, size_t size) : mData(data), mSize(size) {}

@@ -10,8 +10,8 @@
 namespace android::ogm::bench {
 
 /**
- * Prints all results as one table, a line for each as soon as it is there, and at the end how the
- * reading of each file compares with what it is measured against.
+ * Prints all results as one table, each line as soon as it is known. At the end compares the
+ * reading of each file with its yardsticks.
  */
 class TableReporter : public benchmark::BenchmarkReporter {
   public:
@@ -22,7 +22,7 @@ class TableReporter : public benchmark::BenchmarkReporter {
   private:
     void printRun(const Run& run);
 
-    /** Bytes a second of the best round, by name. */
+    /** Bytes per second of the best round, by name. */
     std::map<std::string, double> mThroughput;
 };
 

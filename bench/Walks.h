@@ -7,7 +7,7 @@
 
 #include "Source.h"
 
-/** What the plug-in is compared with. */
+/** The yardsticks that the plug-in is compared with. */
 namespace android::ogm::bench {
 
 struct WalkResult {
@@ -16,16 +16,16 @@ struct WalkResult {
     uint64_t payloadBytes = 0;
 };
 
-/** libogg's way from bytes to packets, checksums included. */
+/** Reads the file's packets with libogg, checksums included. */
 WalkResult walkWithLibogg(const MappedFile& file);
 
-/** Where a packet's bytes lie in a file, if they lie on one page. */
+/** A piece of a packet: bytes on one page. */
 struct PayloadPlace {
     size_t offset;
     size_t size;
 };
 
-/** The pieces of packets of a file, page by page. */
+/** Returns the pieces of a file's packets, page by page. */
 std::vector<PayloadPlace> payloadPlaces(const MappedFile& file);
 
 /** Copies each piece into one buffer. */

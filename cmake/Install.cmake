@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: Apache-2.0
 # Installs ogmprobe with the plug-in and the platform libraries that both need. The libraries have
-# the names of a device's, so they go into a folder of their own. The layout can be moved as a whole:
-# everything finds the rest from where it lies itself.
+# the names of a device's, so they go into a separate folder. The layout can be moved as a whole:
+# everything finds the rest relative to itself.
 include(GNUInstallDirs)
 
-# One folder deeper than what a package has to tell the dynamic linker of.
+# One folder deeper than those that a package must register with the dynamic linker.
 set(private lib/ogmprobe/device)
 
 set_target_properties(ogmprobe PROPERTIES INSTALL_RPATH "$ORIGIN/../${private}")
@@ -19,7 +19,7 @@ endforeach()
 
 set(manual_docs ${PROJECT_SOURCE_DIR}/tools/ogmprobe/docs)
 
-# As Debian wants them: the same bytes for the same text.
+# As Debian requires: the same bytes for the same text.
 function(install_compressed file name destination)
     set(compressed ${PROJECT_BINARY_DIR}/compressed/${name}.gz)
     file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/compressed)
@@ -52,7 +52,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
     "shows what Android's media framework gets from an OGM file")
 set(CPACK_PACKAGE_DESCRIPTION
     "ogmprobe plays the framework's part for a media-extractor plug-in of\n\
-Android 13: it lists tracks and buffers, draws them over time, tells why\n\
+Android 13: it lists tracks and buffers, draws them over time, says why\n\
 tracks are missing and durations are odd, compares files and plug-ins,\n\
 and writes the elementary streams into files.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

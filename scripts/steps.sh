@@ -94,7 +94,7 @@ skip() {
     step "$1" say_and_skip "$2" || true
 }
 
-# For steps whose failure alone counts, such as builds.
+# For steps that only pass or fail, such as builds.
 nothing_to_count() {
     "$@" && echo "0 passed, 0 failed, 0 skipped"
 }

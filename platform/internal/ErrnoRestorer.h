@@ -5,7 +5,7 @@
 
 namespace android {
 
-/** Puts errno back to what it was when this object was made. */
+/** Restores errno, when destroyed, to its value at construction. */
 class ErrnoRestorer {
   public:
     ErrnoRestorer() = default;

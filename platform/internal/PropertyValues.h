@@ -7,7 +7,7 @@
 
 namespace android::properties {
 
-/** The values of all properties whose names begin with `prefix`. */
+/** Returns the values of all properties whose names begin with `prefix`. */
 __attribute__((visibility("default"))) std::vector<std::string> valuesBehind(
         std::string_view prefix);
 

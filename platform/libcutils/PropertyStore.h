@@ -16,7 +16,7 @@ namespace android::properties {
 /** The properties of this process. Every member function may be called from any thread. */
 class PropertyStore {
   public:
-    /** The one store; the first call reads the environment. */
+    /** Returns the only store; the first call reads the environment. */
     static PropertyStore& instance();
 
     /**
@@ -25,15 +25,15 @@ class PropertyStore {
      */
     size_t read(std::string_view name, char* value) const;
 
-    /** The values of all properties whose names begin with `prefix`. */
+    /** Returns the values of all properties whose names begin with `prefix`. */
     std::vector<std::string> valuesBehind(std::string_view prefix) const;
 
-    /** Sets a property; false if the name is empty or the value too long. */
+    /** Sets a property; returns false if the name is empty or the value too long. */
     bool set(std::string_view name, std::string_view value);
 
     /**
-     * How often a property has been set. Whoever reads a property after asking for the serial has
-     * at least the value of that moment.
+     * Returns how often a property has been set. A property that is read afterwards is at least as
+     * new as this number.
      */
     uint32_t serial() const { return mSerial.load(); }
 

@@ -17,7 +17,7 @@ namespace {
 
 std::atomic<__android_aborter_function> gAborter{__android_log_default_aborter};
 
-// Straight to the descriptor: the state of the stdio stream is not to be relied on any more.
+// Straight to the descriptor: the stdio stream's state is no longer reliable.
 void writeToDescriptor(std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = write(STDERR_FILENO, bytes.data(), bytes.size());

@@ -6,7 +6,9 @@
 
 namespace android::log {
 
-/** The tag that stands for a null one. It outlives a change of the default while it is held. */
+/**
+ * Returns the tag that replaces a null one. It stays valid while held, even if the default changes.
+ */
 std::shared_ptr<const std::string> defaultTag();
 
 }  // namespace android::log

@@ -25,15 +25,15 @@ namespace {
 constexpr char kPersistentProperty[] = "persist.log.tag";
 constexpr char kProperty[] = "log.tag";
 
-/** Above every level: what no property speaks of. */
+/** Above every level: no property sets one. */
 constexpr int kNotConfigured = std::numeric_limits<int>::max();
 
-/** Of no properties that any process has come to. */
+/** A serial that no process ever reaches. */
 constexpr uint32_t kNoSerial = std::numeric_limits<uint32_t>::max();
 
 /**
- * The lowest level that a property gives to any tag, good as long as no property changes. Aligned
- * so that it is read and written at once.
+ * The lowest level that a property gives to any tag, valid until a property changes. Aligned so
+ * that reads and writes are atomic.
  */
 struct alignas(uint64_t) LowestLevel {
     uint32_t serial;
@@ -97,7 +97,7 @@ std::optional<int> levelInProperties(std::string_view tag) {
     return level;
 }
 
-/** Asked once for all messages until a property changes: most of them are filtered out. */
+/** Cached until a property changes: most messages are filtered out by this alone. */
 int lowestLevel() {
     // Before the properties are read, so that a change meanwhile is seen the next time.
     const uint32_t serial = __system_property_area_serial();

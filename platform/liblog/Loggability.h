@@ -3,7 +3,7 @@
 
 namespace android::log {
 
-/** True if a message of this priority and tag (null for the default tag) may pass. */
+/** Returns true if a message of this priority and tag (null: the default tag) may pass. */
 bool isLoggable(int priority, const char* tag, int defaultLevel);
 
 }  // namespace android::log

@@ -5,7 +5,7 @@
 
 namespace android::log {
 
-/** Hands the message to the logger of the process, if its buffer is one that takes texts. */
+/** Passes the message to the process's logger if its buffer takes texts. */
 void deliver(const __android_log_message& message);
 
 }  // namespace android::log

@@ -5,7 +5,7 @@
 
 namespace android::log {
 
-/** Room for a formatted text with its final zero; what is longer is cut. */
+/** Size of a formatted text with its final zero; longer texts are cut. */
 constexpr size_t kTextBufferSize = 1024;
 
 /** Logs a text if it may pass. Returns 1, or -EPERM if not. */

@@ -19,7 +19,7 @@ struct Rect {
     int32_t bottom;
 };
 
-/** Bytes of an entry. Even an empty one has an address that is not null. */
+/** Bytes of an entry. The pointer is non-null even for an empty one. */
 class Buffer {
   public:
     Buffer(const void* data, size_t size);
@@ -47,14 +47,17 @@ class FormatEntries {
         Value value;
     };
 
-    /** The value of that name if it has that very type, else null. Every change invalidates it. */
+    /**
+     * Returns the value of that name if it has exactly that type, else null. Every change
+     * invalidates it.
+     */
     template <typename T>
     const T* find(std::string_view name) const {
         const size_t index = indexOf(name);
         return index < mItems.size() ? std::get_if<T>(&mItems[index].value) : nullptr;
     }
 
-    /** Inserts or replaces. Does not return if there are too many entries already. */
+    /** Inserts or replaces an entry. Aborts if there are too many. */
     template <typename T>
     void set(std::string_view name, T value) {
         findOrInsert(name) = std::move(value);
@@ -68,7 +71,7 @@ class FormatEntries {
     const std::vector<Entry>& items() const { return mItems; }
 
   private:
-    /** The number of entries if none has that name. */
+    /** Returns the number of entries if none has that name. */
     size_t indexOf(std::string_view name) const;
     Value& findOrInsert(std::string_view name);
 

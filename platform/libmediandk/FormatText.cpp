@@ -12,7 +12,7 @@ struct ValueText {
     std::string operator()(float value) const { return "float(" + std::to_string(value) + ")"; }
     std::string operator()(double value) const { return "double(" + std::to_string(value) + ")"; }
     std::string operator()(const std::string& value) const { return "string(" + value + ")"; }
-    // Of bytes only the fact is told.
+    // Bytes are shown only as "data".
     std::string operator()(const SharedBuffer&) const { return "data"; }
     std::string operator()(const Rect& rect) const {
         return "Rect(" + std::to_string(rect.left) + ", " + std::to_string(rect.top) + ", " +

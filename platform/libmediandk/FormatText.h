@@ -7,7 +7,9 @@
 
 namespace android::mediandk {
 
-/** All entries as "name: type(value)", with ", " between them and a closing brace at the end. */
+/**
+ * Returns all entries as "name: type(value)", separated by ", ", with a closing brace at the end.
+ */
 std::string toText(const FormatEntries& entries);
 
 }  // namespace android::mediandk

@@ -17,8 +17,9 @@ using android::mediandk::SharedBuffer;
 
 struct AMediaFormat {
     FormatEntries entries;
-    // What getString() handed out last, by name. A map, so that texts of other names stay in place;
-    // kept when entries change, so that a pointer fetched before still shows the text it showed.
+    // The texts that getString() returned last, by name. A map, so that texts of other names stay
+    // in place. Kept when entries change, so that a pointer fetched before still points to the same
+    // text.
     std::map<std::string, std::string> fetchedStrings;
     std::string text;
 };

@@ -9,7 +9,7 @@ namespace {
 
 constexpr size_t kMaxBits = 32;
 
-/** A number whose lowest `n` bits, at most 63, are set. */
+/** Returns a number whose lowest `n` bits, at most 63, are set. */
 uint64_t lowMask(size_t n) {
     return (uint64_t{1} << n) - 1;
 }
@@ -59,7 +59,9 @@ size_t ABitReader::numBitsLeft() const {
     return static_cast<size_t>(mEnd - mNext) * 8 + mNumBits;
 }
 
-/** Makes `n` bits, at most 32, ready to be taken; false, with all consumed, if they are not there.
+/**
+ * Makes `n` bits, at most 32, ready for take(). If there are too few, consumes all and returns
+ * false.
  */
 bool ABitReader::fill(size_t n) {
     while (mNumBits < n) {

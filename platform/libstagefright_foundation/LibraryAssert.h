@@ -2,7 +2,7 @@
 #pragma once
 
 // The library's own assertions. Their texts are observable and name a file and line of the device's
-// library, whatever line of these sources they stand on:
+// library, not the line in these sources:
 //
 //     if (prevCount <= 0) {
 //         checkFailed({"MediaBuffer", "MediaBuffer.cpp:122", "CHECK(prevCount > 0)"});
@@ -11,7 +11,7 @@
 namespace android {
 
 struct AssertionSite {
-    /** The log tag; null stands for the program's name. */
+    /** The log tag; null means the program's name. */
     const char* tag;
     /** File and line as the text shows them. */
     const char* place;
@@ -19,7 +19,7 @@ struct AssertionSite {
     const char* check;
 };
 
-/** Writes the text of the failed condition to stderr and the log and ends the process. */
+/** Writes the text of the failed condition to stderr and the log, then ends the process. */
 [[noreturn]] void checkFailed(const AssertionSite& site);
 
 /** As checkFailed(), followed by the two compared values. */

@@ -33,8 +33,8 @@ MediaBufferGroup::MediaBufferGroup(size_t buffers, size_t buffer_size, size_t gr
 
 MediaBufferGroup::~MediaBufferGroup() {
     for (MediaBufferBase* buffer : mBuffers) {
-        // No buffer of this library lies in memory shared with other processes, which would hold
-        // it by the remote count.
+        // Buffers here are never in memory shared with other processes, so there is no remote
+        // count.
         if (const int uses = buffer->refcount(); uses != 0) {
             __android_log_assert(nullptr, kTag,
                                  "buffer(%p) localRefcount %d != 0, remoteRefcount 0",

@@ -7,8 +7,8 @@
 namespace android {
 
 /**
- * The status as the plug-in interface reports it. A value that has no counterpart there,
- * WOULD_BLOCK among them, becomes AMEDIA_ERROR_UNKNOWN and is named by an error line.
+ * Returns the status as the plug-in interface reports it. A value without a counterpart, such as
+ * WOULD_BLOCK, becomes AMEDIA_ERROR_UNKNOWN and is logged as an error.
  */
 media_status_t toMediaStatus(status_t status);
 

@@ -40,7 +40,7 @@ void RefBase::weakref_type::decWeak(const void* id) {
         delete this;
         return;
     }
-    // With an ordinary life the object either belongs to its maker still or is being deleted by
+    // With an ordinary lifetime the object still belongs to its creator or is being deleted by
     // decStrong(): its destructor frees the block.
     if (livesUntilLastWeak()) {
         mBase->onLastWeakRef(id);

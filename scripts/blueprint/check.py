@@ -30,7 +30,7 @@ TARGETS = {
 ENGINE_ONLY = {"fuzz/ogm_extractor_mutator.cpp"}
 # The framework's factory and the stand-ins are tested where they stand in for a device's; the
 # fuzzers' own tests are for whoever changes a fuzzer, and that of threads needs the sanitizer that
-# devices lack. What stands in for the public extractor is a device's own there.
+# devices lack. The stand-in for the public extractor is not needed: the device has its own.
 DESKTOP_ONLY = ("tests/factory/", "tests/ThreadTest.cpp", "zor/tests/", "fuzz/tests/",
                 "fuzz/support/StandaloneMain.cpp", "standin/", "tests/DumpTest.cpp",
                 "tests/JsonLineTest.cpp", "tests/SampleLinesTest.cpp")

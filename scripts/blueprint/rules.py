@@ -158,7 +158,7 @@ def settings(modules):
 
 
 def found_problems(modules, makers, sources, mapping):
-    """Each problem with the first circumstances that have it."""
+    """Returns each problem with the first circumstances in which it occurs."""
     found = {}
     for setting in settings(modules):
         libraries = makers if MAKER_VARIABLE in setting else {"no library": []}

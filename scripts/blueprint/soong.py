@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""What Android 13's build makes of the modules of Blueprint files: their properties under a
+"""How Android 13's build resolves the modules of Blueprint files: their properties under a
 setting, and their variants for a product.
 """
 

@@ -58,7 +58,7 @@ NO_EXPRESSION = re.compile(
 
 @dataclasses.dataclass(frozen=True)
 class Change:
-    """Puts `text` in place of what stands from `begin` to `end`."""
+    """Replaces the text from `begin` to `end` by `text`."""
 
     kind: str
     begin: int
@@ -138,7 +138,7 @@ def places_of_conditions(text):
 
 
 def beginning_of_operand(text, end):
-    """Where the condition in front of a `?` begins."""
+    """Returns where the condition before a `?` begins."""
     depth = 0
     for place in range(end - 1, -1, -1):
         depth += (text[place] in ")]}") - (text[place] in "([{")

@@ -8,18 +8,18 @@
 
 namespace ogmdump {
 
-/** Those of ogmprobe. */
+/** The same as ogmprobe's. */
 enum ExitCode { kDone = 0, kUsage = 1, kFile = 2, kNotTaken = 3 };
 
 struct DumpOptions {
     std::string path;
-    /** Empty: from the beginning. */
+    /** Empty: reads from the beginning. */
     std::vector<int64_t> seeksUs;
-    /** Samples of each track, after each seek. */
+    /** At most so many samples of each track after each seek. */
     uint64_t count = UINT64_MAX;
 };
 
-/** Writes what the device's extractor makes of the file, a JSON object a line. */
+/** Writes what the device's extractor returns for the file, one JSON object per line. */
 ExitCode dump(const DumpOptions& options, FILE* out);
 
 }  // namespace ogmdump

@@ -13,14 +13,13 @@ namespace {
 constexpr const char* kUsageText =
         "Usage: ogmdump [--seek SECONDS]... [--count N] FILE\n"
         "\n"
-        "Prints what the device's media extractor makes of FILE, a JSON object a line: the "
-        "formats\n"
-        "of the tracks, then the buffers, as `ogmprobe packets --json` does. `ogmprobe compare "
-        "FILE\n"
-        "--device` reads what it prints.\n"
+        "Prints what the device's media extractor returns for FILE, one JSON object per line: "
+        "the\n"
+        "formats of the tracks, then the buffers, as `ogmprobe packets --json` does.\n"
+        "`ogmprobe compare FILE --device` reads this output.\n"
         "\n"
-        "  --seek SECONDS  Seek there, then read on; may be given again\n"
-        "  --count N       At most so many buffers of each track\n"
+        "  --seek SECONDS  Seek there, then read on; may be repeated\n"
+        "  --count N       At most N buffers of each track\n"
         "\n"
         "Exit codes: 0 done, 1 wrong usage, 2 the file cannot be opened or read, 3 no extractor\n"
         "takes it.\n";
@@ -43,7 +42,7 @@ std::optional<uint64_t> countFrom(const char* text) {
     return isNumber ? std::optional<uint64_t>(count) : std::nullopt;
 }
 
-/** False where the value is none. */
+/** Returns false if the value is missing or invalid. */
 bool takeOption(const std::string& name, const char* value, DumpOptions& options) {
     if (value == nullptr) {
         return false;
@@ -58,7 +57,7 @@ bool takeOption(const std::string& name, const char* value, DumpOptions& options
     return count.has_value();
 }
 
-/** Nothing where the command line is wrong. */
+/** Returns nothing if the command line is wrong. */
 std::optional<DumpOptions> parse(int argc, char** argv) {
     DumpOptions options;
     for (int i = 1; i < argc; ++i) {

@@ -10,14 +10,14 @@
 
 namespace android::ogm::trace {
 
-/** When a group has no buffer to give although it could. */
+/** When a group refuses a buffer although it could lend one. */
 struct GroupFault {
-    /** The first acquisition that is refused, from 0 on. */
+    /** The first acquisition that is refused, counted from 0. */
     size_t first = 0;
     size_t count = 0;
 };
 
-/** A buffer as the framework lends it; everything done with it is recorded. */
+/** A buffer as the framework lends it. Everything done with it is recorded. */
 class Buffer {
   public:
     Buffer(std::string name, size_t capacity);
@@ -42,18 +42,18 @@ class Buffer {
     bool mLent = false;
 };
 
-/** The buffer that a table of this program belongs to. */
+/** Returns the buffer that a table of this program belongs to. */
 Buffer* bufferOf(CMediaBuffer* table);
-/** Range, entries and bytes of a lent buffer. Records nothing by itself. */
+/** Returns range, entries and bytes of a lent buffer as text. Records nothing. */
 std::string describe(const Buffer& buffer);
 const AMediaFormat* formatOf(const Buffer& buffer);
-/** Gives a buffer back, as its last user. */
+/** Returns a buffer to its group, as its last user. */
 void giveBack(Buffer* buffer);
 
 /**
  * A group that chooses its buffers as the framework's does: the first free one that is large
  * enough, else a new one of 3/2 of the size in place of the smallest free one, else one more. Its
- * buffers stay where they are in memory until the process ends.
+ * buffers keep their addresses until the process ends.
  */
 class BufferGroup {
   public:

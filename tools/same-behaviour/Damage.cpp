@@ -25,7 +25,7 @@ constexpr Field kFields[] = {
         {18, 4},           // sequence number
         {26, 1},           // number of segments
         {27, 1},           // first lacing value
-        {28, 1}, {35, 8},  // packet, behind a table of few segments
+        {28, 1}, {35, 8},  // packet, after a table of few segments
 };
 
 size_t anyPage(Random* random, const Bytes& file) {

@@ -12,14 +12,17 @@ enum class FileSize {
     kSmall,
     /** Long enough for its duration to be found, and for seeks to land in the middle. */
     kScanned,
-    /** One stream has megabytes where another has little. */
+    /** One stream has megabytes, another little. */
     kLongQueue,
 };
 
-/** A file of random streams, pages and granule positions. */
+/** Returns a file of random streams, pages and granule positions. */
 Bytes randomFile(Random* random, FileSize size);
 
-/** The file with fields of pages changed, bytes overwritten, left out, put in, moved or cut off. */
+/**
+ * Returns the file with page fields changed, and bytes overwritten, removed, inserted, moved or cut
+ * off.
+ */
 Bytes damagedFile(Random* random, Bytes file);
 
 }  // namespace android::ogm::trace

@@ -15,7 +15,7 @@ namespace android::ogm::trace {
 
 using Rect = std::array<int32_t, 4>;
 
-/** A size_t, told from the other types of that width. */
+/** A size_t, distinct from the other types of that width. */
 struct Size {
     size_t value;
 };
@@ -23,13 +23,13 @@ struct Size {
 using FormatValue = std::variant<int32_t, int64_t, float, double, Size, Rect, std::string,
                                  std::vector<uint8_t>>;
 
-/** A format of the framework's own, whose name tells it from others in the record. */
+/** Returns a format of the framework's. The record shows its name. */
 AMediaFormat* newFormat(std::string name);
 
-/** All entries, in the order in which they were first set. */
+/** Returns all entries as text, in the order in which they were first set. */
 std::string formatText(const AMediaFormat* format);
 
-/** Without a trace in the record. */
+/** Finds a value without recording the access. */
 const FormatValue* findValue(const AMediaFormat* format, const std::string& key);
 void clearEntries(AMediaFormat* format);
 

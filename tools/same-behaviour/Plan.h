@@ -14,7 +14,7 @@
 #include "Bytes.h"
 #include "SessionInput.h"
 
-/** What is done in a session. All of it is fixed before a plug-in is loaded. */
+/** What is done in a session. All is fixed before a plug-in is loaded. */
 namespace android::ogm::trace {
 
 using test::Bytes;
@@ -22,13 +22,13 @@ using test::Bytes;
 /** What `getSize` does. */
 struct SizeAnswer {
     status_t status = OK;
-    /** Nothing is stored without a value. */
+    /** Nothing: no size is stored. */
     std::optional<int64_t> stored;
 };
 
 enum class Action : uint8_t {
     kSniff,
-    /** Frees what is open before. */
+    /** Frees what was open. */
     kOpen,
     kCountTracks,
     kFileFormat,
@@ -39,7 +39,7 @@ enum class Action : uint8_t {
     /** `number` is the track's, `options` are the flags. */
     kTrackFormat,
     kNullTrackFormat,
-    /** Makes a track that takes the next slot; whatever is there is freed. */
+    /** Makes a track in the next slot, after freeing what is there. */
     kGetTrack,
 
     // The slot's track.
@@ -48,22 +48,21 @@ enum class Action : uint8_t {
     kGetFormat,
     kNullGetFormat,
     kNonBlocking,
-    /** Reads up to `number` buffers, with `options` and `time` on the first; ends without buffer.
-     */
+    /** Reads up to `number` buffers, the first with `options` and `time`; stops when none comes. */
     kRead,
     kReadAndKeep,
     kReleaseKept,
     kFreeTrack,
 
-    /** Seeks in each started track, each to where the one before landed. */
+    /** Seeks in each started track, to where the previous one landed. */
     kPlayerSeek,
-    /** Reads all started tracks in turn, `number` times at most. */
+    /** Reads all started tracks in turn, at most `number` times. */
     kDrain,
-    /** The slots' tracks stay. */
+    /** The tracks in the slots stay. */
     kFreeExtractor,
 };
 
-/** From here on a step's slot counts those that hold a track, and begins anew behind the last. */
+/** Slots from this one on mean the slots that hold a track, in order and wrapping around. */
 inline constexpr size_t kAnySlot = 8;
 
 struct Step {
@@ -71,12 +70,12 @@ struct Step {
     size_t slot = 0;
     size_t number = 0;
     uint32_t options = 0;
-    /** In the notation of the fuzz targets: absolute, around the end of the file, or an odd one. */
+    /** As the fuzz targets write times: absolute, near the end of the file, or an unusual one. */
     uint16_t time = 0;
 };
 
 struct Plan {
-    /** Tells the session from others, and what is special in it. */
+    /** Identifies the session, and says what is special in it. */
     std::string name;
     Bytes file;
     SizeAnswer size;

@@ -9,7 +9,7 @@
 
 namespace android::ogm::trace {
 
-/** All sessions of a run: files as they are, inputs of the fuzz target, and made-up ones. */
+/** All sessions of a run: samples, inputs of the fuzz target, and generated ones. */
 class PlanList {
   public:
     struct Settings {
@@ -23,7 +23,7 @@ class PlanList {
     explicit PlanList(const Settings& settings);
 
     size_t size() const;
-    /** The same each time. */
+    /** Returns the same plan each time. */
     Plan plan(size_t index) const;
 
   private:

@@ -5,16 +5,17 @@
 #include <string>
 
 /**
- * The program brings its own log, properties, media formats and fopen. A plug-in that it loads
- * binds to these in place of those of the libraries that it names, so each of its calls is
- * recorded.
+ * The program has its own log, properties, media formats and fopen. A plug-in that it loads binds
+ * to these instead of those in the libraries that it names, so each call is recorded.
  */
 namespace android::ogm::trace {
 
-/** The properties that a plug-in sees; all others have no value. */
+/** Sets the properties that a plug-in sees; all others have no value. */
 void setProperties(std::map<std::string, std::string> properties);
 
-/** Whether files below /data can be opened; what is written there is recorded and lost. */
+/**
+ * Sets whether files below /data can be opened. What is written there is recorded, then discarded.
+ */
 void setDataFolderOpen(bool open);
 
 }  // namespace android::ogm::trace

@@ -13,7 +13,7 @@
 
 namespace android::ogm::trace {
 
-/** A track as the framework holds it. Each call and what it gives is recorded. */
+/** A track as the framework holds it. Each call and its result is recorded. */
 class PlayedTrack {
   public:
     PlayedTrack(CMediaTrack* track, std::string name, const GroupFault& groupFault);
@@ -24,7 +24,7 @@ class PlayedTrack {
     void stop();
     void getFormat(bool isNull);
     void askNonBlocking();
-    /** The buffer, or null for none. */
+    /** Returns the buffer, or null if none came. */
     Buffer* read(uint32_t options, int64_t timeUs);
     void keep(Buffer* buffer) { mKept.push_back(buffer); }
     void releaseKept();
@@ -46,7 +46,7 @@ class Player {
   public:
     Player(GetExtractorDef entry, const Plan& plan);
 
-    /** All steps; whatever is open then is freed. */
+    /** Performs all steps, then frees what is open. */
     void play();
 
   private:
@@ -54,7 +54,7 @@ class Player {
 
     void perform(const Step& step);
     void performOnFile(const Step& step);
-    /** The slot that a step means; one without track where there is none. */
+    /** Returns the slot that a step refers to; an empty one if no slot holds a track. */
     size_t slotOf(const Step& step) const;
     void performOnTrack(const Step& step, PlayedTrack* track);
 
@@ -81,7 +81,7 @@ class Player {
     size_t mTracksMade = 0;
     size_t mNextSlot = 0;
     std::array<PlayedTrack*, kSlots> mSlots{};
-    /** Freed tracks too: their groups and buffers stay where they are. */
+    /** Includes freed tracks: their groups and buffers keep their addresses. */
     std::vector<std::unique_ptr<PlayedTrack>> mTracks;
 };
 

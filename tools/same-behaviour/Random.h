@@ -7,13 +7,13 @@
 
 namespace android::ogm::trace {
 
-/** Random choices that follow from the seed, on every machine the same. */
+/** Random choices that depend only on the seed: the same on every machine. */
 class Random {
   public:
     explicit Random(uint64_t seed) : mEngine(seed) {}
 
     uint64_t bits() { return mEngine(); }
-    /** 0 to `count` - 1; 0 for a count of 0. */
+    /** Returns 0 to `count` - 1; 0 for a count of 0. */
     size_t below(size_t count) { return count == 0 ? 0 : mEngine() % count; }
     size_t between(size_t least, size_t most) { return least + below(most - least + 1); }
     bool oneIn(size_t count) { return below(count) == 0; }

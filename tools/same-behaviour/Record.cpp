@@ -19,7 +19,7 @@ namespace {
 constexpr std::string_view kKindNames[] = {"call",  "result", "log",      "source", "format",
                                            "group", "buffer", "property", "dump",   "end"};
 
-// Log lines are cut at 1023 bytes; the rest is for what stands around them.
+// Log lines are cut at 1023 bytes; the rest is for the text around them.
 constexpr size_t kLineSize = 2048;
 
 Tape* gTape = nullptr;

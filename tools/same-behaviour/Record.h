@@ -8,15 +8,15 @@
 #include <string_view>
 
 /**
- * The record of a session: everything that a plug-in does and that somebody outside of it can see,
- * one line of text an event. As a rule only a digest of the lines is kept.
+ * The record of a session: everything that a plug-in does and that can be seen from outside, one
+ * line of text per event. Usually only a digest of the lines is kept.
  *
- * The state lies on a Tape in shared memory, so that it outlasts a process that ends in the middle.
+ * The state is on a Tape in shared memory, so that it survives a process that ends in the middle.
  */
 namespace android::ogm::trace {
 
 enum class Kind : uint8_t {
-    /** What the framework's part calls, and what the call gives. */
+    /** What the framework's side calls, and what the call returns. */
     kCall,
     kResult,
     /** What the plug-in calls. */
@@ -41,12 +41,12 @@ inline constexpr Kinds setOf(Kind kind) {
 }
 
 struct Tape {
-    /** What the next session is to be recorded with. */
+    /** How the next session is recorded. */
     struct Settings {
         Kinds leftOut = 0;
-        /** The session ends with this event. */
+        /** The session ends at this event. */
         uint64_t maxEvents = 0;
-        /** The descriptor that the lines go to; -1 for the digest alone. */
+        /** The descriptor that lines are written to; -1 for a digest only. */
         int textDescriptor = -1;
     };
 
@@ -57,31 +57,31 @@ struct Tape {
     char pending[size_t{1} << 16];
 };
 
-/** A tape in memory that this process shares with those it makes; never freed. */
+/** Returns a tape in memory that is shared with child processes; never freed. */
 Tape* newTape();
 
-/** Begins a session on the tape; what is recorded from now on goes there. */
+/** Begins a session on the tape; events are recorded there from now on. */
 void beginRecord(Tape* tape, const Tape::Settings& settings);
-/** Writes the lines that wait; for the process that outlasts the session. */
+/** Writes the pending lines; called by the process that outlives the session's. */
 void flushRecord();
 
-/** How a process says by its exit status why it ended. */
+/** Why a process ended, as its exit status. */
 enum ExitStatus { kReturned = 0, kRanOn = 3, kStoodStill = 4, kEndedItself = 5 };
 
-/** Records an event. The process ends when there are too many. */
+/** Records an event. Ends the process when there are too many. */
 void record(Kind kind, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 /** Records the event as the last one and ends the process. */
 [[noreturn]] void recordEnd(const char* text);
 
-/** Events of the session so far. */
+/** Returns the number of events of the session so far. */
 uint64_t recordedEvents();
 
 inline constexpr uint64_t kDigestStart = 0xCBF29CE484222325U;
-/** 64-bit FNV-1a, continued from `digest`. */
+/** Returns the 64-bit FNV-1a digest, continued from `digest`. */
 uint64_t digestOf(const void* data, size_t size, uint64_t digest = kDigestStart);
 
-/** Size, digest and first bytes in a form for a line. */
+/** Returns size, digest and first bytes as text for a line. */
 std::string contentText(const void* data, size_t size);
 
 }  // namespace android::ogm::trace

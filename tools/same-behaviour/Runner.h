@@ -27,16 +27,16 @@ struct RunSettings {
 };
 
 /**
- * Plays sessions with a plug-in, each in a process of its own: whatever happens in it is its
- * record. The plug-in is loaded in a process of its own too, so that several may be run one after
- * the other, each with the platform's libraries that lie beside it.
+ * Plays sessions with a plug-in, each in a separate process: whatever happens there is its record.
+ * The plug-in is loaded in a separate process too, so that several can run one after the other,
+ * each with the platform libraries beside it.
  */
 class Runner {
   public:
     Runner(std::string plugin, const PlanList& plans, const RunSettings& settings);
 
     std::vector<Digest> digests() const;
-    /** The whole record of a session, a line an event. */
+    /** Returns the whole record of a session, one line per event. */
     std::vector<std::string> lines(size_t session) const;
 
   private:

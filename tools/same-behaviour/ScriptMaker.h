@@ -9,7 +9,7 @@
 
 namespace android::ogm::trace {
 
-/** What a session dwells on. */
+/** What a session concentrates on. */
 enum class Theme {
     kMixed,
     kSeeks,
@@ -18,10 +18,10 @@ enum class Theme {
     kFreedAfterRestart,
     /** The extractor is freed before its tracks, all of them stopped. */
     kExtractorFirst,
-    /** One track is read while another, which is made or started, waits. */
+    /** One track is read while another, made or started, waits. */
     kWaitingTrack,
     kHeldBuffers,
-    /** The sniff and the file's and tracks' formats alone. */
+    /** Only the sniff, and the formats of file and tracks. */
     kFormats,
 };
 inline constexpr size_t kThemes = 8;
@@ -31,7 +31,7 @@ std::string_view nameOf(Theme theme);
 std::vector<Step> randomScript(Random* random, Theme theme);
 /** Opens the file, reads all tracks to their ends, seeks, and reads on. */
 std::vector<Step> playerScript();
-/** The calls of a fuzz target's input. */
+/** Returns the calls of a fuzz target's input. */
 std::vector<Step> scriptOf(const fuzz::SessionInput& input);
 
 }  // namespace android::ogm::trace

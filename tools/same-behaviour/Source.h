@@ -7,7 +7,7 @@
 
 namespace android::ogm::trace {
 
-/** The file of a session as the framework hands it to a plug-in, with the session's faults. */
+/** The file of a session as the framework passes it to a plug-in, with the session's faults. */
 class Source {
   public:
     explicit Source(const Plan& plan);

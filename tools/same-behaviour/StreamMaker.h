@@ -10,7 +10,7 @@ namespace android::ogm::trace {
 
 using test::Bytes;
 
-/** A logical stream before it lies on pages. */
+/** A logical stream before it is cut into pages. */
 struct Stream {
     uint32_t serialNo = 0;
     Bytes header;
@@ -24,10 +24,10 @@ struct StreamSize {
     size_t maxPacket = 2000;
 };
 
-/** Streams of all codecs, known and unknown, whose headers hold odd values now and then. */
+/** Return streams of all codecs, known and unknown; some headers hold unusual values. */
 Stream videoStream(Random* random, uint32_t serialNo, const StreamSize& size);
 Stream audioStream(Random* random, uint32_t serialNo, const StreamSize& size);
-/** One that makes no track. */
+/** Returns a stream without a track. */
 Stream otherStream(Random* random, uint32_t serialNo, const StreamSize& size);
 
 }  // namespace android::ogm::trace

@@ -5,8 +5,7 @@ namespace android::ogm::trace {
 
 /**
  * Ends this process with kStoodStill when nothing more is recorded: it computes, waits for a lock,
- * or takes memory without end. Processor time is what counts, so that a busy machine changes
- * nothing.
+ * or takes memory without end. Processor time is measured, so that a busy machine changes nothing.
  */
 void watchThisProcess();
 

@@ -20,7 +20,7 @@ template <typename Function>
 size_t slotOf(Function function) {
     uintptr_t word = 0;
     memcpy(&word, &function, sizeof word);
-    // On some processors the lowest bit tells a virtual function, on others another word does.
+    // On some processors the lowest bit marks a virtual function, on others another word does.
     return (word & ~uintptr_t{1}) / sizeof(void*);
 }
 

@@ -64,7 +64,7 @@ std::filesystem::path pluginPath() {
 }  // namespace
 
 struct AMediaExtractor {
-    // Each needs those in front of it for as long as it lives.
+    // Each uses those before it as long as it exists.
     std::optional<ogmprobe::PluginLibrary> library;
     std::optional<ogmprobe::FileSource> source;
     std::unique_ptr<ogmprobe::Extractor> extractor;

@@ -28,7 +28,7 @@ ExtractorDef realDefinition() {
     return reinterpret_cast<GetExtractorDef>(dlsym(library, "GETEXTRACTORDEF"))();
 }
 
-// What the functions below stand in front of. All files and tracks have the same ones.
+// The functions that those below wrap. All files and tracks have the same ones.
 CreatorFunc gCreate;
 decltype(CMediaExtractor::getTrack) gGetTrack;
 decltype(CMediaTrack::read) gRead;

@@ -11,8 +11,8 @@
  *     ANDROID_PROPERTIES='log.tag.Example=D;example.limit=0x10'
  *
  * Blanks are part of the name or value they touch. The first '=' ends the name; of two entries with
- * one name the later counts. Entries that property_set() would refuse, and those without '=', are
- * passed over.
+ * one name the later applies. Entries that property_set() would refuse, and those without '=', are
+ * ignored.
  *
  * Names are compared exactly and have no greatest length. All functions may be called from several
  * threads at once and leave errno as it was.
@@ -32,8 +32,8 @@ extern "C" {
 
 /**
  * Copies a property's value, or `default_value` cut at 91 characters if the property is absent or
- * empty, into `value`, which must have room for PROPERTY_VALUE_MAX bytes. A null default counts as
- * "". Returns the length of what was copied.
+ * empty, into `value`, which must have room for PROPERTY_VALUE_MAX bytes. A null default means "".
+ * Returns the length of what was copied.
  */
 int property_get(const char* key, char* value, const char* default_value)
 #if defined(__clang__) && defined(_FORTIFY_SOURCE) && _FORTIFY_SOURCE > 0
@@ -43,15 +43,16 @@ int property_get(const char* key, char* value, const char* default_value)
         ;
 
 /**
- * The property as a truth value: "1", "y", "yes", "true" and "on" are 1; "0", "n", "no", "false"
- * and "off" are 0; anything else, a null key too, is `default_value`.
+ * Returns the property as a truth value: "1", "y", "yes", "true" and "on" are 1; "0", "n", "no",
+ * "false" and "off" are 0; anything else, a null key too, is `default_value`.
  */
 int8_t property_get_bool(const char* key, int8_t default_value);
 
 /**
- * The property as a number in C notation: white space and a sign may precede it, "0x" makes it
- * hexadecimal, a leading "0" octal, and whatever follows the digits is ignored. `default_value` if
- * the key is null, the property is absent, holds no number, or one out of range.
+ * Returns the property as a number in C notation: white space and a sign may precede it, "0x" makes
+ * it hexadecimal, a leading "0" octal, and whatever follows the digits is ignored. Returns
+ * `default_value` if the key is null or the property is absent, holds no number, or one out of
+ * range.
  */
 int32_t property_get_int32(const char* key, int32_t default_value);
 
@@ -59,7 +60,7 @@ int32_t property_get_int32(const char* key, int32_t default_value);
 int64_t property_get_int64(const char* key, int64_t default_value);
 
 /**
- * Sets a property; a null value counts as "". Returns 0, or -1 if the name is null or empty or the
+ * Sets a property; a null value means "". Returns 0, or -1 if the name is null or empty or the
  * value does not fit into PROPERTY_VALUE_MAX bytes; the property then stays as it was.
  */
 int property_set(const char* key, const char* value);

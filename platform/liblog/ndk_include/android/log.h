@@ -4,15 +4,14 @@
 /*
  * The log as a C interface. A message has a priority, a tag that names its source, and a text.
  *
- * A print function first asks whether the message may pass, by priority and tag; only then is the
- * text formatted and handed to the logger of the process. The first of these that exists is the
- * level of a tag: the property persist.log.tag.TAG, log.tag.TAG, persist.log.tag, log.tag (the
- * first letter counts: V, D, I, W, E, F or A, S). If there is a minimum priority too, the lower of
- * the two counts; if there is neither, the caller's default, which for the print functions is
- * VERBOSE.
+ * A print function first checks priority and tag. Only a message that may pass is formatted and
+ * given to the process's logger. The level of a tag is the first of these that exists: the property
+ * persist.log.tag.TAG, log.tag.TAG, persist.log.tag, log.tag (the first letter is used: V, D, I, W,
+ * E, F or A, S). If there is a minimum priority too, the lower of the two applies. If there is
+ * neither, the caller's default applies, which is VERBOSE for the print functions.
  *
- * All functions may be called from several threads at once. Texts handed in are copied or used
- * before the call returns. A null tag stands for the default tag.
+ * All functions may be called from several threads at once. Texts passed in are copied or used
+ * before the call returns. A null tag means the default tag.
  */
 
 #include <stdarg.h>
@@ -48,7 +47,7 @@ typedef enum log_id {
     LOG_ID_SECURITY = 6,
     LOG_ID_KERNEL = 7,
     LOG_ID_MAX,
-    /** Wherever the logger sends messages without a buffer of their own. */
+    /** Wherever the logger sends messages that name no buffer. */
     LOG_ID_DEFAULT = 0x7FFFFFFF,
 } log_id_t;
 
@@ -61,7 +60,7 @@ struct __android_log_message {
     /** One of android_LogPriority. */
     int32_t priority;
     const char* tag;
-    /** Source of the message, or null; `line` counts only with a file. */
+    /** Source of the message, or null; `line` is used only with a file. */
     const char* file;
     uint32_t line;
     const char* message;
@@ -70,12 +69,12 @@ struct __android_log_message {
 typedef void (*__android_logger_function)(const struct __android_log_message* log_message);
 typedef void (*__android_aborter_function)(const char* abort_message);
 
-/** Logs `text` as it is, whatever its length. Returns 1, or -EPERM if it may not pass. */
+/** Logs `text` uncut. Returns 1, or -EPERM if it may not pass. */
 int __android_log_write(int prio, const char* tag, const char* text);
 
 /**
- * Logs a formatted text, cut at 1023 bytes. Returns 1, or -EPERM if it may not pass; the format is
- * not looked at then. errno stays as it was, and `%m` prints the caller's.
+ * Logs a formatted text, cut at 1023 bytes. Returns 1, or -EPERM, without reading the format, if it
+ * may not pass. errno stays unchanged, and `%m` prints the caller's.
  */
 int __android_log_print(int prio, const char* tag, const char* fmt, ...)
         __attribute__((__format__(printf, 3, 4)));
@@ -93,46 +92,50 @@ int __android_log_buf_print(int bufID, int prio, const char* tag, const char* fm
 
 /**
  * Ends the process on behalf of a failed assertion. The text is the formatted message if `fmt` is
- * not null, else it names `cond`, which may be null too; it is cut at 1023 bytes. It goes to file
- * descriptor 2 as a bare line, is logged as fatal, and is handed to the aborter. Should the aborter
- * return, abort() follows.
+ * not null, else it names `cond`, which may be null too; it is cut at 1023 bytes. It is written to
+ * file descriptor 2 as a bare line, logged as fatal, and passed to the aborter. If the aborter
+ * returns, abort() is called.
  */
 void __android_log_assert(const char* cond, const char* tag, const char* fmt, ...)
         __attribute__((__noreturn__)) __attribute__((__format__(printf, 3, 4)));
 
-/** 1 if a message of this priority and tag may pass, else 0. */
+/** Returns 1 if a message of this priority and tag may pass, else 0. */
 int __android_log_is_loggable(int prio, const char* tag, int default_prio);
 
 /** As __android_log_is_loggable(), for a tag of `len` bytes without a final zero. */
 int __android_log_is_loggable_len(int prio, const char* tag, size_t len, int default_prio);
 
-/** Sets the minimum priority, ANDROID_LOG_DEFAULT for none, and returns the former. */
+/** Sets the minimum priority, ANDROID_LOG_DEFAULT for none, and returns the previous one. */
 int32_t __android_log_set_minimum_priority(int32_t priority);
 
-/** The minimum priority, ANDROID_LOG_DEFAULT if none is set. */
+/** Returns the minimum priority, ANDROID_LOG_DEFAULT if none is set. */
 int32_t __android_log_get_minimum_priority(void);
 
-/** Sets the tag that stands for a null one, at first the program's name. Not null. */
+/** Sets the tag that replaces a null one, initially the program's name. Not null. */
 void __android_log_set_default_tag(const char* tag);
 
-/** Sets the logger of the whole process, at first __android_log_logd_logger(). Not null. */
+/** Sets the logger of the whole process, initially __android_log_logd_logger(). Not null. */
 void __android_log_set_logger(__android_logger_function logger);
 
-/** The logger of the device, where it feeds the log service; here there is none, and the message
- * goes the way of __android_log_stderr_logger(). */
+/**
+ * The default logger. On a device it feeds the log service; here it does what
+ * __android_log_stderr_logger() does.
+ */
 void __android_log_logd_logger(const struct __android_log_message* log_message);
 
 /** Writes the message as one line with time, process and thread to standard error. */
 void __android_log_stderr_logger(const struct __android_log_message* log_message);
 
 /**
- * Hands a message to the logger without asking whether it may pass. Messages for other buffers than
- * main, radio, system, crash and default are dropped. errno stays as it was.
+ * Passes a message to the logger without checking its priority and tag. Messages for buffers other
+ * than main, radio, system, crash and default are dropped. errno stays unchanged.
  */
 void __android_log_write_log_message(struct __android_log_message* log_message);
 
-/** Sets what __android_log_call_aborter() calls, at first __android_log_default_aborter(). Not
- * null. */
+/**
+ * Sets what __android_log_call_aborter() calls, initially __android_log_default_aborter(). Not
+ * null.
+ */
 void __android_log_set_aborter(__android_aborter_function aborter);
 
 /** Calls the aborter. Returns if the aborter does. */

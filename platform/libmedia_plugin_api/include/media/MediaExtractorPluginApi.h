@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// What the media framework and an extractor plug-in know of each other: tables of C functions.
+// The interface between the media framework and an extractor plug-in: tables of C functions.
 //
 // The framework loads the plug-in's library and calls its function GETEXTRACTORDEF, of type
-// GetExtractorDef, once. For every file it calls the sniff function of the record that came back;
-// if the plug-in wins, it calls the creator that the sniff function returned. The extractor's table
-// and the tables of its tracks come from malloc; the framework calls their `free` entry, which
-// disposes of what is behind the table, and then frees the table itself.
+// GetExtractorDef, once. For every file it calls the sniff function of the returned record; if the
+// plug-in wins, it calls the creator that the sniff function returned. The extractor's table and
+// the tables of its tracks come from malloc; the framework calls their `free` entry, which frees
+// what the table refers to, and then frees the table itself.
 //
 // Every entry of a table takes the table's own `data` or `handle` first. The order of the entries
 // is binary interface.
@@ -27,12 +27,15 @@ extern "C" {
 
 /** A source of bytes. Belongs to the framework and outlives the extractor made from it. */
 struct CDataSource {
-    /** Bytes read: fewer than `size` at the end of the data, 0 past it; negative on an error. */
+    /**
+     * Returns the bytes read: fewer than `size` at the end of the data, 0 past it; negative on an
+     * error.
+     */
     ssize_t (*readAt)(void* handle, off64_t offset, void* data, size_t size);
-    /** OK and the size in bytes, or an error if it is not known. */
+    /** Stores the size in bytes and returns OK, or an error if it is not known. */
     status_t (*getSize)(void* handle, off64_t* size);
     uint32_t (*flags)(void* handle);
-    /** Gives the zero-terminated name of the source; false if it had to be cut. */
+    /** Writes the zero-terminated name of the source; returns false if it had to be cut. */
     bool (*getUri)(void* handle, char* uriString, size_t bufferSize);
     void* handle;
 };
@@ -80,7 +83,7 @@ struct CMediaTrack {
     media_status_t (*stop)(void* data);
     media_status_t (*getFormat)(void* data, AMediaFormat* format);
     /**
-     * Gives the next buffer, which the framework releases. `*buffer` is null on entry and is
+     * Returns the next buffer, which the framework releases. `*buffer` is null on entry and is
      * written only together with AMEDIA_OK. `options` are bits of CMediaTrackReadOptions.
      */
     media_status_t (*read)(void* data, CMediaBuffer** buffer, uint32_t options, int64_t seekPosUs);
@@ -102,14 +105,16 @@ struct CMediaExtractor {
     const char* (*name)(void* data);
 };
 
-/** Opens a file that was sniffed; null if that fails. `meta` dies right after the call. */
+/**
+ * Opens a file that was sniffed; returns null if that fails. `meta` is freed right after the call.
+ */
 typedef CMediaExtractor* (*CreatorFunc)(CDataSource* source, void* meta);
 typedef void (*FreeMetaFunc)(void* meta);
 
 /**
- * Looks whether a file is one for this plug-in. Returns null if not; else the creator, having
- * written `*confidence`, which is not initialised on entry, and, if the creator needs something,
- * `*meta` and `*freeMeta`, which are null on entry. The greatest confidence above 0 wins.
+ * Checks whether a file is one for this plug-in. Returns null if not. Otherwise returns the creator
+ * and writes `*confidence`, which is not initialised on entry. `*meta` and `*freeMeta`, null on
+ * entry, are written if the creator needs data. The greatest confidence above 0 wins.
  */
 typedef CreatorFunc (*SnifferFunc)(CDataSource* source, float* confidence, void** meta,
                                    FreeMetaFunc* freeMeta);
@@ -118,9 +123,9 @@ typedef struct {
     const uint8_t b[16];
 } media_uuid_t;
 
-/** What a plug-in says of itself. */
+/** The plug-in's description of itself. */
 struct ExtractorDef {
-    /** One of the EXTRACTORDEF_VERSION constants; says which member of `u` counts. */
+    /** One of the EXTRACTORDEF_VERSION constants; says which member of `u` is used. */
     const uint32_t def_version;
     /** Names the plug-in; not all zero. Of two with one UUID the greater version is used. */
     media_uuid_t extractor_uuid;

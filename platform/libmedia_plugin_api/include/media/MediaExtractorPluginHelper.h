@@ -2,7 +2,7 @@
 #pragma once
 
 // C++ classes on either side of the plug-in interface: a plug-in derives its extractor and tracks
-// from MediaExtractorPluginHelper and MediaTrackHelper, hands them out with wrap(), and reaches the
+// from MediaExtractorPluginHelper and MediaTrackHelper, returns them with wrap(), and reaches the
 // framework's tables through DataSourceHelper, MediaBufferGroupHelper and MediaBufferHelper.
 //
 // This header brings the log macros: define LOG_TAG before including it.
@@ -68,7 +68,7 @@ class MediaBufferGroupHelper {
 
     void add_buffer(size_t size) { mGroup->add_buffer(mGroup->handle, size); }
 
-    /** The group's status; `*buffer` is null if that is not AMEDIA_OK or no buffer came. */
+    /** Returns the group's status; `*buffer` is null if that is not AMEDIA_OK or no buffer came. */
     media_status_t acquire_buffer(MediaBufferHelper** buffer, bool nonBlocking = false,
                                   size_t requestedSize = 0) {
         CMediaBuffer* acquired = nullptr;
@@ -102,7 +102,7 @@ class MediaTrackHelper {
     MediaTrackHelper(const MediaTrackHelper&) = delete;
     MediaTrackHelper& operator=(const MediaTrackHelper&) = delete;
 
-    /** What a read is to do besides giving the next buffer. */
+    /** What a read is to do besides returning the next buffer. */
     class ReadOptions {
       public:
         enum SeekMode : int32_t {
@@ -117,7 +117,7 @@ class MediaTrackHelper {
             : mOptions(options), mSeekPosUs(seekPosUs) {}
 
         /**
-         * Whether to seek first, and if so where to and how. The mode is handed on as it came: it
+         * Whether to seek first, and if so where to and how. The mode is passed on unchanged: it
          * may have a value that is not one of the names.
          */
         bool getSeekTo(int64_t* time_us, SeekMode* mode) const {
@@ -155,8 +155,8 @@ class MediaTrackHelper {
 };
 
 /**
- * The C table of a track, from malloc; null for null. The table's `free` deletes the track and
- * nothing else: the table itself is freed by whoever received it.
+ * Returns the C table of a track, from malloc; null for null. The table's `free` deletes only the
+ * track; the receiver frees the table itself.
  */
 inline CMediaTrack* wrap(MediaTrackHelper* track) {
     if (track == nullptr) {
@@ -198,7 +198,7 @@ class MediaExtractorPluginHelper {
     virtual ~MediaExtractorPluginHelper() = default;
 
     virtual size_t countTracks() = 0;
-    /** A new track, or null. */
+    /** Returns a new track, or null. */
     virtual MediaTrackHelper* getTrack(size_t index) = 0;
 
     enum GetTrackMetaDataFlags {
@@ -207,7 +207,7 @@ class MediaExtractorPluginHelper {
     virtual media_status_t getTrackMetaData(AMediaFormat* meta, size_t index,
                                             uint32_t flags = 0) = 0;
 
-    /** What is known of the file as a whole. */
+    /** Reports what is known of the file as a whole. */
     virtual media_status_t getMetaData(AMediaFormat* meta) = 0;
 
     enum Flags {
@@ -216,7 +216,7 @@ class MediaExtractorPluginHelper {
         CAN_PAUSE = 4,
         CAN_SEEK = 8,
     };
-    /** Unless overridden, the file can do everything. */
+    /** All flags are set unless overridden. */
     virtual uint32_t flags() const {
         return CAN_SEEK_BACKWARD | CAN_SEEK_FORWARD | CAN_SEEK | CAN_PAUSE;
     }
@@ -236,7 +236,7 @@ class MediaExtractorPluginHelper {
     MediaExtractorPluginHelper& operator=(const MediaExtractorPluginHelper&) = delete;
 };
 
-/** The C table of an extractor, which must not be null, from malloc; as for tracks. */
+/** Returns the C table, from malloc, of an extractor that must not be null; as for tracks. */
 inline CMediaExtractor* wrap(MediaExtractorPluginHelper* extractor) {
     auto* table = static_cast<CMediaExtractor*>(malloc(sizeof(CMediaExtractor)));
     table->data = extractor;
@@ -271,29 +271,32 @@ class DataSourceHelper {
     explicit DataSourceHelper(DataSourceHelper* source) : mSource(source->mSource) {}
     virtual ~DataSourceHelper() = default;
 
-    /** Bytes read: fewer than `size` at the end of the data, 0 past it; negative on an error. */
+    /**
+     * Returns the bytes read: fewer than `size` at the end of the data, 0 past it; negative on an
+     * error.
+     */
     virtual ssize_t readAt(off64_t offset, void* data, size_t size) {
         return mSource->readAt(mSource->handle, offset, data, size);
     }
 
-    /** OK and the size in bytes, or an error if it is not known. */
+    /** Stores the size in bytes and returns OK, or an error if it is not known. */
     virtual status_t getSize(off64_t* size) { return mSource->getSize(mSource->handle, size); }
 
     virtual uint32_t flags() { return mSource->flags(mSource->handle); }
 
-    /** Gives the zero-terminated name of the source; false if it had to be cut. */
+    /** Writes the zero-terminated name of the source; returns false if it had to be cut. */
     bool getUri(char* uriString, size_t bufferSize) {
         return mSource->getUri(mSource->handle, uriString, bufferSize);
     }
 
-    // Big-endian numbers. False, with `*x` set to 0, unless all their bytes could be read.
+    // Read big-endian numbers. Return false and set `*x` to 0 unless all bytes could be read.
     bool getUInt16(off64_t offset, uint16_t* x) { return getBigEndian<2>(offset, x); }
     bool getUInt24(off64_t offset, uint32_t* x) { return getBigEndian<3>(offset, x); }
     bool getUInt32(off64_t offset, uint32_t* x) { return getBigEndian<4>(offset, x); }
     bool getUInt64(off64_t offset, uint64_t* x) { return getBigEndian<8>(offset, x); }
 
-    // The same with a width of `size` bytes, the full or half width of `*x`. False for other sizes;
-    // these, and half a width that could not be read, leave `*x` alone.
+    // The same with a width of `size` bytes, the full or half width of `*x`. Return false for other
+    // sizes. These, and half a width that could not be read, leave `*x` unchanged.
     bool getUInt16Var(off64_t offset, uint16_t* x, size_t size) {
         return getFullOrHalf<uint8_t>(offset, x, size);
     }
@@ -393,7 +396,9 @@ constexpr media_uuid_t toUuid(const Bytes& bytes, std::index_sequence<indices...
 
 }  // namespace uuid_text
 
-/** The UUID of a text like "12345678-9abc-def0-1234-56789abcdef0", its bytes in text order. */
+/**
+ * Returns the UUID of a text like "12345678-9abc-def0-1234-56789abcdef0", its bytes in text order.
+ */
 template <size_t size>
 constexpr media_uuid_t UUID(const char (&text)[size]) {
     static_assert(size == uuid_text::kTextLength + 1, "a UUID has 36 characters");

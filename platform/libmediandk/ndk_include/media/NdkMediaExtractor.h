@@ -14,8 +14,8 @@
  *     }
  *     AMediaExtractor_delete(extractor);
  *
- * Only the functions that are used here are declared; the device's library has more. What stands in
- * for them on a desktop needs a plug-in and lies with the program that uses it, in tools/ogmdump.
+ * Only the functions that are used here are declared; the device's library has more. The desktop's
+ * versions need a plug-in, so they are in tools/ogmdump, beside the program that uses them.
  */
 
 #include <stdbool.h>
@@ -50,18 +50,17 @@ typedef enum {
 AMediaExtractor* AMediaExtractor_new();
 media_status_t AMediaExtractor_delete(AMediaExtractor*);
 
-/** Opens so many bytes of an open file; the descriptor stays the caller's. */
+/** Opens `length` bytes of an open file. The caller keeps the descriptor. */
 media_status_t AMediaExtractor_setDataSourceFd(AMediaExtractor*, int fd, off64_t offset,
                                                off64_t length);
 
 size_t AMediaExtractor_getTrackCount(AMediaExtractor*);
-/** A new format, which the caller deletes. */
+/** Returns a new format, which the caller deletes. */
 AMediaFormat* AMediaExtractor_getTrackFormat(AMediaExtractor*, size_t index);
-/** Samples of the track come from now on. */
+/** Includes the track's samples from now on. */
 media_status_t AMediaExtractor_selectTrack(AMediaExtractor*, size_t index);
 
-/*
- * About the current sample. Without one, as at the end, they return -1, and 0 for the flags.
+/* About the current sample. Without one, as at the end, these return -1, and 0 for the flags.
  */
 int AMediaExtractor_getSampleTrackIndex(AMediaExtractor*);
 int64_t AMediaExtractor_getSampleTime(AMediaExtractor*);
@@ -70,7 +69,7 @@ ssize_t AMediaExtractor_getSampleSize(AMediaExtractor*);
 /** Copies the sample and returns its size; -1 also if it is larger than the capacity. */
 ssize_t AMediaExtractor_readSampleData(AMediaExtractor*, uint8_t* buffer, size_t capacity);
 
-/** Goes on to the next sample; false if there is none. */
+/** Moves to the next sample; returns false if there is none. */
 bool AMediaExtractor_advance(AMediaExtractor*);
 /** Moves all selected tracks. */
 media_status_t AMediaExtractor_seekTo(AMediaExtractor*, int64_t seekPosUs, SeekMode mode);

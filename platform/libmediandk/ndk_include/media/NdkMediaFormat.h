@@ -33,15 +33,15 @@ extern "C" {
 struct AMediaFormat;
 typedef struct AMediaFormat AMediaFormat;
 
-/** A new format without entries, owned by the caller. */
+/** Returns a new format without entries. The caller owns it. */
 AMediaFormat* AMediaFormat_new();
 
 /** Deletes a format; null is allowed. Returns AMEDIA_OK. */
 media_status_t AMediaFormat_delete(AMediaFormat*);
 
 /**
- * The entries as text, "name: type(value)" each. The text belongs to the format and is valid until
- * the next call of this function or AMediaFormat_delete().
+ * Returns the entries as text, "name: type(value)" each. The text belongs to the format and is
+ * valid until the next call of this function or AMediaFormat_delete().
  */
 const char* AMediaFormat_toString(AMediaFormat*);
 
@@ -63,9 +63,9 @@ bool AMediaFormat_getRect(AMediaFormat*, const char* name, int32_t* left, int32_
 bool AMediaFormat_getBuffer(AMediaFormat*, const char* name, void** data, size_t* size);
 
 /**
- * The text belongs to the format and stays as it is, whatever happens to the entry, until the next
- * AMediaFormat_getString() of the same name or AMediaFormat_delete(). Do not rely on more than
- * until the next AMediaFormat_getString() of any name.
+ * The text belongs to the format. It stays unchanged, even if the entry changes, until the next
+ * AMediaFormat_getString() of the same name or AMediaFormat_delete(). Callers should rely on it
+ * only until the next AMediaFormat_getString() of any name.
  */
 bool AMediaFormat_getString(AMediaFormat*, const char* name, const char** out);
 

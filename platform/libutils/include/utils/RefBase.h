@@ -2,7 +2,7 @@
 #pragma once
 
 // RefBase: base class of objects that live as long as somebody holds them through an sp<>.
-// wp<T>: a pointer that does not keep its object alive but can tell whether it still lives.
+// wp<T>: a pointer that does not keep its object alive but knows whether it still exists.
 //
 // Each object owns a separately allocated count block. The strong count begins at 2^28, which means
 // "never held": such an object belongs to whoever made it and may be deleted with plain `delete`.
@@ -43,7 +43,7 @@ class RefBase {
         weakref_type(const weakref_type&) = delete;
         weakref_type& operator=(const weakref_type&) = delete;
 
-        /** The object; valid only while the caller knows that it lives. */
+        /** Returns the object; valid only while the caller knows that it exists. */
         RefBase* refBase() const { return mBase; }
 
         void incWeak(const void* id);
@@ -135,7 +135,7 @@ class wp {
 
     wp& operator=(wp<T> other) noexcept;
 
-    /** A strong reference, or null when the object has no strong reference left. */
+    /** Returns a strong reference, or null when the object has none left. */
     sp<T> promote() const;
 
     void clear();

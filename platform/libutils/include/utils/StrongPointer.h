@@ -10,7 +10,7 @@
 // An object that somebody deletes with plain `delete` must never be put into an sp<>, not even for
 // a moment: the count falls from 1 to 0 when the sp<> goes, and that deletes the object.
 //
-// The counts are atomic; one sp<> variable used by two threads needs a lock of its own.
+// The counts are atomic; one sp<> variable used by two threads needs a lock.
 
 #include <stdint.h>
 
@@ -49,7 +49,8 @@ class sp {
     template <typename... Args>
     static sp<T> make(Args&&... args);
 
-    /** Takes a reference on an object that is held already; aborts if it is not. Null gives null.
+    /**
+     * Takes a reference on an object that is held already; aborts if it is not. Null gives null.
      */
     static sp<T> fromExisting(T* other);
 

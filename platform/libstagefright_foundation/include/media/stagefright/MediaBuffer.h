@@ -11,15 +11,15 @@
 namespace android {
 
 /**
- * A block of bytes with a range that marks those in use. Fresh storage is not cleared.
+ * A block of bytes with a range that marks those in use. New storage is not cleared.
  *
- * A free-standing buffer is made with `new` and ended with one release(). It cannot be deleted, nor
- * held in an sp<>. A buffer of a group is used and released any number of times and belongs to the
- * group.
+ * A free-standing buffer is made with `new` and destroyed by one release(). It cannot be deleted,
+ * nor held in an sp<>. A buffer of a group belongs to the group; it is used and released any number
+ * of times.
  */
 class MediaBuffer : public MediaBufferBase {
   public:
-    /** Without memory data() is null. */
+    /** Out of memory: data() is null. */
     explicit MediaBuffer(size_t size);
 
     void release() override;

@@ -13,31 +13,34 @@ namespace android {
 
 class MediaBufferBase;
 
-/** Told when the last user of a buffer has released it. */
+/** Notified when the last user of a buffer has released it. */
 class MediaBufferObserver {
   public:
     MediaBufferObserver() = default;
     virtual ~MediaBufferObserver() = default;
 
-    /** Called on the thread that released, with the buffer free already. */
+    /** Called on the releasing thread, when the buffer is already free. */
     virtual void signalBufferReturned(MediaBufferBase* buffer) = 0;
 
   private:
     DISALLOW_EVIL_CONSTRUCTORS(MediaBufferObserver);
 };
 
-/** What a buffer group and the plug-in interface know of a media buffer. */
+/** The interface of a media buffer to its group and to the plug-in interface. */
 class MediaBufferBase {
   public:
-    /** A free-standing buffer with storage of its own, or null and an error line without memory. */
+    /**
+     * Returns a free-standing buffer with its own storage. Out of memory: logs an error and returns
+     * null.
+     */
     static MediaBufferBase* Create(size_t size);
 
-    /** Drops one use. A buffer without an observer has no uses to count and deletes itself. */
+    /** Drops one use. A buffer without an observer has no use count and deletes itself. */
     virtual void release() = 0;
     /** Adds one use; only for buffers with an observer. */
     virtual void add_ref() = 0;
 
-    /** The start of the storage, whatever the range is. */
+    /** Returns the start of the storage, whatever the range is. */
     virtual void* data() const = 0;
     virtual size_t size() const = 0;
 
@@ -46,19 +49,19 @@ class MediaBufferBase {
     /** Aborts when the range ends beyond the storage. */
     virtual void set_range(size_t offset, size_t length) = 0;
 
-    /** Sets the range to the whole storage; the format behind the C table stays as it is. */
+    /** Sets the range to the whole storage; the format of the C table stays unchanged. */
     virtual void reset() = 0;
 
-    /** Ties the buffer to an observer, or with null unties it. */
+    /** Sets the buffer's observer; null removes it. */
     virtual void setObserver(MediaBufferObserver* group) = 0;
 
-    /** The number of uses. */
+    /** Returns the number of uses. */
     virtual int refcount() const = 0;
 
     /**
-     * The buffer as the plug-in interface sees it: made on the first call, the same table each
-     * time, owned by the buffer. Its meta_data() makes the buffer's format on the first request.
-     * Called only by whoever uses the buffer at the moment.
+     * Returns the buffer's C table, which belongs to the buffer: made on the first call, the same
+     * each time. Its meta_data() makes the buffer's format on the first request. Only the current
+     * user of the buffer may call this.
      */
     CMediaBuffer* wrap();
 

@@ -18,9 +18,9 @@ namespace android {
 /**
  * An ordered list of buffers that are lent out and come back by release().
  *
- * The growth limit, 0 at first, says up to how many buffers an acquisition may make new ones. All
- * functions may be called from several threads. Buffers must be back when the group is destroyed:
- * one in use aborts.
+ * The growth limit, initially 0, is the number of buffers up to which an acquisition may add new
+ * ones. All functions may be called from several threads. Destroying the group while a buffer is in
+ * use aborts.
  */
 class MediaBufferGroup : public MediaBufferObserver {
   public:
@@ -30,45 +30,46 @@ class MediaBufferGroup : public MediaBufferObserver {
     ~MediaBufferGroup() override;
 
     /**
-     * Sets the growth limit, raised to `buffers` with a warning line if it lies between 0 and that,
-     * and adds `buffers` buffers of `buffer_size` bytes. Stops adding when memory ends. Buffers
-     * that the group has already stay: calling it again adds more.
+     * Sets the growth limit and adds `buffers` buffers of `buffer_size` bytes. A limit between 0
+     * and `buffers` is raised to `buffers` with a warning. Stops adding when memory runs out.
+     * Existing buffers stay: calling it again adds more.
      */
     void init(size_t buffers, size_t buffer_size, size_t growthLimit = 0);
 
     /**
-     * Takes over a buffer and puts it at the end of the list, even above the growth limit. Free
-     * buffers give way to it from the front on while a limit is set and reached.
+     * Takes ownership of a buffer and appends it to the list, even above the growth limit. While a
+     * limit is set and reached, free buffers are removed from the front to make room.
      */
     void add_buffer(MediaBufferBase* buffer);
 
-    /** True when a buffer is free or the growth limit allows a new one. */
+    /** Returns true when a buffer is free or the growth limit allows a new one. */
     bool has_buffers();
 
     /**
-     * Lends out the first free buffer of at least `requestedSize` bytes, its range reset to the
-     * whole storage. Without one, a new buffer of 3/2 of the size (or of the largest size there is,
-     * for a request of 0) takes the place of the smallest free buffer, or is added below the growth
-     * limit. Otherwise WOULD_BLOCK with a null buffer, or waits for a release, without end.
+     * Lends the first free buffer of at least `requestedSize` bytes, its range reset to the whole
+     * storage. If there is none, a new buffer of 3/2 of the size (for a request of 0: of the
+     * largest existing size) replaces the smallest free buffer, or is added below the growth limit.
+     * Otherwise returns WOULD_BLOCK with a null buffer, or waits for a release without a time
+     * limit.
      */
     status_t acquire_buffer(MediaBufferBase** buffer, bool nonBlocking = false,
                             size_t requestedSize = 0);
 
-    /** The number of buffers in the list. */
+    /** Returns the number of buffers in the list. */
     size_t buffers();
 
     void signalBufferReturned(MediaBufferBase* buffer) override;
 
     /**
-     * The group as the plug-in interface sees it: the same table each time, owned by the group. Its
-     * acquire_buffer gives AMEDIA_ERROR_UNKNOWN and writes an error line where the group's gives
-     * WOULD_BLOCK.
+     * Returns the group's C table, which belongs to the group: the same each time. Where the group
+     * would return WOULD_BLOCK, the table's acquire_buffer logs an error and returns
+     * AMEDIA_ERROR_UNKNOWN.
      */
     CMediaBufferGroup* wrap();
 
   private:
     MediaBufferBase* findOrMake(size_t requestedSize);
-    /** The end if none is free and smaller. */
+    /** Returns the end if none is free and smaller. */
     std::vector<MediaBufferBase*>::iterator smallestFreeBelow(size_t size);
     size_t largestSize() const;
     void add_l(MediaBufferBase* buffer);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// The header's older place.
+// Older path of the header.
 #include <media/stagefright/foundation/MediaDefs.h>

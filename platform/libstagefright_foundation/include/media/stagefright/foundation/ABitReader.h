@@ -13,7 +13,7 @@ namespace android {
  * Reads numbers of 0 to 32 bits from a byte block, most significant bit first.
  *
  * A read that finds too few bits consumes those that are left. Reading 0 bits always succeeds and
- * gives 0.
+ * returns 0.
  */
 class ABitReader {
   public:
@@ -24,12 +24,12 @@ class ABitReader {
     uint32_t getBits(size_t n);
 
     /**
-     * False at the end of the data, and for more than 32 bits, which consumes nothing; `*out` is
-     * not written then.
+     * Returns false, without writing `*out`, at the end of the data and for more than 32 bits. The
+     * latter consumes nothing.
      */
     bool getBitsGraceful(size_t n, uint32_t* out);
 
-    /** Skips any number of bits; false at the end of the data. */
+    /** Skips any number of bits; returns false at the end of the data. */
     bool skipBits(size_t n);
 
     size_t numBitsLeft() const;

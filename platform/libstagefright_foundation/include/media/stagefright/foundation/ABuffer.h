@@ -10,13 +10,13 @@
 namespace android {
 
 /**
- * A shared block of bytes of fixed size. Fresh storage is not cleared.
+ * A shared block of bytes of fixed size. New storage is not cleared.
  *
  *     sp<ABuffer> buffer = new ABuffer(4096);
  *     if (buffer->data() == nullptr) ...              // out of memory
  */
 struct ABuffer : public RefBase {
-    /** Without memory the size is 0 and data() is null. */
+    /** Out of memory: the size is 0 and data() is null. */
     explicit ABuffer(size_t capacity);
 
     uint8_t* data() { return static_cast<uint8_t*>(mData); }

@@ -13,7 +13,7 @@ extern const char* MEDIA_MIMETYPE_VIDEO_MPEG2;
 extern const char* MEDIA_MIMETYPE_VIDEO_DIVX3;
 extern const char* MEDIA_MIMETYPE_VIDEO_MJPEG;
 
-/** Layer III; the other two layers have types of their own. */
+/** Layer III; the other two layers have separate types. */
 extern const char* MEDIA_MIMETYPE_AUDIO_MPEG;
 extern const char* MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_I;
 extern const char* MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_II;
