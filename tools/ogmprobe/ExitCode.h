@@ -6,7 +6,7 @@
 
 namespace ogmprobe {
 
-/** What the program tells its caller. With several files the largest one counts. */
+/** The program's exit codes. With several files the largest one applies. */
 enum class ExitCode : int {
     kDone = 0,
     /** The command line is wrong. */

@@ -80,7 +80,7 @@ ExitCode run(int argc, const char* const* argv) {
 }  // namespace ogmprobe
 
 int main(int argc, char** argv) {
-    // A reader that goes away, and a limit on the size of files, are noticed when writing.
+    // A closed pipe and a limit on file sizes are reported by the write itself.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     ogmprobe::removeLeftoverFilesOnSignals();

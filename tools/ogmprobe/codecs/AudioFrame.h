@@ -8,24 +8,24 @@
 
 namespace ogmprobe {
 
-/** Elementary streams of audio whose frames say themselves where they begin and end. */
+/** Elementary streams of audio whose frames mark where they begin and end. */
 enum class AudioFraming { kMpegAudio, kAc3, kDts };
 
-/** What a frame's header says. */
+/** The contents of a frame's header. */
 struct AudioFrame {
     enum class Kind { kMpegAudio, kAc3, kEnhancedAc3, kDtsCore, kDtsSubstream };
 
     Kind kind = Kind::kMpegAudio;
-    /** With the header; 0 where the header does not tell. */
+    /** Including the header; 0 if the header does not say. */
     uint64_t size = 0;
-    /** 0 where the header does not tell. */
+    /** 0 if the header does not say. */
     uint32_t sampleRate = 0;
     uint32_t channels = 0;
-    /** For each channel; 0 where the header does not tell. */
+    /** Per channel; 0 if the header does not say. */
     uint32_t samples = 0;
-    /** Equal for frames that one decoder can take one after the other. */
+    /** Equal for frames that one decoder can decode in sequence. */
     uint32_t family = 0;
-    /** It is heard together with the frame before, and takes up no time of its own. */
+    /** It is played together with the frame before and adds no time. */
     bool addsToFrameBefore = false;
     /** MPEG audio: 1 to 3. */
     uint32_t layer = 0;
@@ -36,17 +36,17 @@ struct AudioFrame {
     bool littleEndian = false;
 };
 
-/** As many bytes as the header of a frame can take up. */
+/** The largest size of a frame's header. */
 inline constexpr size_t kAudioHeaderBytes = 16;
 
-/** The frame whose header the bytes begin with; nothing if they begin with none. */
+/** Returns the frame whose header the bytes begin with; nothing if they begin with none. */
 std::optional<AudioFrame> audioFrameAt(AudioFraming framing, std::span<const uint8_t> bytes);
 
 /** ISO/IEC 11172-3 and 13818-3. */
 std::optional<AudioFrame> mpegAudioFrameAt(std::span<const uint8_t> bytes);
-/** ATSC A/52, E-AC-3 (annex E) included. */
+/** ATSC A/52, with E-AC-3 (annex E). */
 std::optional<AudioFrame> ac3FrameAt(std::span<const uint8_t> bytes);
-/** Bytes of an AC-3 frame by its `frmsizecod`; 0 for one that there is not. */
+/** Returns the bytes of an AC-3 frame by its `frmsizecod`; 0 for an invalid one. */
 uint64_t ac3FrameSize(uint32_t sampleRate, uint32_t frmsizecod);
 /** ETSI TS 102 114: a core in one of its four forms, or an extension substream. */
 std::optional<AudioFrame> dtsFrameAt(std::span<const uint8_t> bytes);

@@ -7,12 +7,14 @@
 
 namespace ogmprobe {
 
-/** Bits from the most significant one on. Past the end there are zeros, and `isPastEnd` says so. */
+/**
+ * Reads bits, the most significant first. Past the end it returns zeros, and `isPastEnd` is true.
+ */
 class BitReader {
   public:
     explicit BitReader(std::span<const uint8_t> bytes) : mBytes(bytes) {}
 
-    /** Up to 32. */
+    /** Returns up to 32 bits. */
     uint32_t take(unsigned count) {
         uint32_t value = 0;
         for (; count > 0; --count) {
@@ -23,7 +25,7 @@ class BitReader {
     bool flag() { return take(1) != 0; }
     void skip(size_t count) { mPosition += count; }
 
-    /** Exp-Golomb codes (ISO/IEC 14496-10, 9.1), the second with a sign. */
+    /** Return Exp-Golomb codes (ISO/IEC 14496-10, 9.1), the second with a sign. */
     uint32_t unsignedGolomb() {
         unsigned zeros = 0;
         while (zeros < 32 && !isPastEnd() && !flag()) {

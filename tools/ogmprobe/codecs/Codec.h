@@ -8,21 +8,21 @@
 
 namespace ogmprobe {
 
-/** How the buffers of a codec become a file that ordinary players open. */
+/** How the buffers of a codec are written into a file that common players open. */
 enum class Packaging {
     /** One buffer after the other. */
     kRaw,
-    /** The same, led by the configuration of the ESDS where the stream lacks it. */
+    /** The same, preceded by the configuration of the ESDS if the stream lacks it. */
     kMpeg4,
-    /** 16-bit samples behind a RIFF header. */
+    /** 16-bit samples after a RIFF header. */
     kWav,
     /** A header before the stream and one before each frame. */
     kIvf,
-    /** Video that is known by its FOURCC alone. */
+    /** Video that only its FOURCC identifies. */
     kAvi,
-    /** MS ADPCM behind a RIFF header. */
+    /** MS ADPCM after a RIFF header. */
     kAdpcmWav,
-    /** One buffer after the other, which no ordinary player opens: there is nothing better. */
+    /** One buffer after the other. No common player opens it, but there is no file format. */
     kBare,
 };
 
@@ -30,7 +30,7 @@ enum class Packaging {
 struct Codec {
     /** For people. */
     std::string name;
-    /** Of an extracted file, with its dot. */
+    /** Of an extracted file, with the dot. */
     std::string suffix;
     Packaging packaging = Packaging::kRaw;
     /** For `kAvi`. */
@@ -38,8 +38,8 @@ struct Codec {
 };
 
 /**
- * The codec of a MIME type. MPEG audio is told apart by its layer (1 to 3) where that is known,
- * else by the MIME type. An unknown type has itself as name and ".bin" as suffix.
+ * Returns the codec of a MIME type. MPEG audio is distinguished by its layer (1 to 3) if that is
+ * known, else by the MIME type. The name of an unknown type is the type itself, its suffix ".bin".
  */
 Codec codecOf(std::string_view mime, std::optional<int32_t> mpegAudioLayer);
 

@@ -14,7 +14,7 @@ using Bytes = std::span<const uint8_t>;
 constexpr std::string_view kSignature = "vorbis";
 constexpr size_t kLengthSize = 4;
 
-/** Takes a little-endian 32-bit number from the front. */
+/** Removes a little-endian 32-bit number from the beginning. */
 std::optional<uint32_t> takeNumber(Bytes& rest) {
     if (rest.size() < kLengthSize) {
         return std::nullopt;
@@ -24,7 +24,7 @@ std::optional<uint32_t> takeNumber(Bytes& rest) {
     return number;
 }
 
-/** Takes a text with its length in front. */
+/** Removes a text and its length, which comes first. */
 bool takeText(Bytes& rest) {
     const auto length = takeNumber(rest);
     if (!length || *length > rest.size()) {

@@ -7,11 +7,11 @@
 namespace ogmprobe {
 
 /**
- * Whether the bytes are a Vorbis comment header as muxers put it in front of every stream of an Ogg
- * file, without its packet type byte: "vorbis", the vendor's name, the comments, the framing bit,
- * and nothing else.
+ * Returns whether the bytes are exactly a Vorbis comment header, which muxers put before every
+ * stream of an Ogg file, without its packet type byte: "vorbis", the vendor's name, the comments,
+ * the framing bit.
  *
- * Extractors that do not know it hand it out as a video track's first buffer.
+ * Extractors that do not know it return it as a video track's first buffer.
  */
 bool isCommentHeader(std::span<const uint8_t> buffer);
 

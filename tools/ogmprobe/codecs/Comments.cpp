@@ -18,7 +18,7 @@ constexpr std::string_view kChapter = "CHAPTER";
 constexpr std::string_view kName = "NAME";
 constexpr size_t kCommentLengthSize = 4;
 
-/** Takes a text with its length in front; as much of it as there is. */
+/** Removes a text and its length, which comes first; the text may be cut off. */
 std::optional<std::string> takeCommentText(std::span<const uint8_t>& rest) {
     if (rest.size() < kCommentLengthSize) {
         return std::nullopt;

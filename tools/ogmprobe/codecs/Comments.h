@@ -10,29 +10,35 @@
 namespace ogmprobe {
 
 struct Comment {
-    /** As the file spells it; names are the same whatever their case. */
+    /** As the file spells it; names are compared without case. */
     std::string name;
     std::string value;
 };
 
-/** A Vorbis comment header: what a muxer and its user say about a stream. */
+/** A Vorbis comment header: a muxer's and its user's notes on a stream. */
 struct Comments {
     std::string vendor;
     std::vector<Comment> entries;
 };
 
-/** What can be read of a packet that begins with its type byte and "vorbis"; nothing of others. */
+/**
+ * Returns what can be read of a packet that begins with its type byte and "vorbis"; nothing for
+ * others.
+ */
 std::optional<Comments> parseComments(std::span<const uint8_t> packet);
 
-/** In the order of its time. */
+/** A chapter of a film. */
 struct Chapter {
     int64_t timeUs = 0;
     std::string name;
 };
 
-/** Of the entries CHAPTER01, CHAPTER01NAME and so on. */
+/**
+ * Returns the chapters of the entries CHAPTER01, CHAPTER01NAME and so on, in the order of their
+ * times.
+ */
 std::vector<Chapter> chaptersOf(const Comments& comments);
-/** Whether the entry is one of those. */
+/** Returns whether the entry is one of those. */
 bool isChapter(const Comment& comment);
 
 }  // namespace ogmprobe

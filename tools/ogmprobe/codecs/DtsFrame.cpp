@@ -30,7 +30,7 @@ bool beginsWith(std::span<const uint8_t> bytes, const std::array<uint8_t, 4>& sy
     return bytes.size() >= sync.size() && std::equal(sync.begin(), sync.end(), bytes.begin());
 }
 
-/** The header as bits without gaps, whatever form it is stored in. */
+/** Returns the header as bits without gaps, whatever form it is stored in. */
 std::array<uint8_t, kAudioHeaderBytes> plainHeader(std::span<const uint8_t> bytes,
                                                    const DtsForm& form) {
     const unsigned width = form.fourteenBits ? 14 : 16;
@@ -57,7 +57,7 @@ AudioFrame coreFrame(std::span<const uint8_t> bytes, const DtsForm& form) {
     AudioFrame frame;
     frame.kind = AudioFrame::Kind::kDtsCore;
     frame.samples = (nblks + 1) * kDtsBlockSamples;
-    // FSIZE does not count the two bits that each word of 14 bits leaves unused.
+    // FSIZE does not include the two bits that each word of 14 bits leaves unused.
     frame.size = form.fourteenBits ? size * 16 / 14 : size;
     frame.channels = amode < kChannels.size() ? kChannels[amode] : 0;
     frame.sampleRate = kDtsRates[bits.take(4)];

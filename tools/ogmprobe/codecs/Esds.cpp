@@ -21,7 +21,7 @@ constexpr size_t kMaxSizeBytes = 4;
 
 using Bytes = std::span<const uint8_t>;
 
-/** Takes values from the front; a value that is not there whole makes the reader bad for good. */
+/** Removes values from the beginning. An incomplete value makes the reader bad permanently. */
 class Reader {
   public:
     explicit Reader(Bytes bytes) : mRest(bytes) {}
@@ -49,7 +49,7 @@ class Reader {
         return value;
     }
 
-    /** Seven bits a byte; the top bit says that another byte follows. */
+    /** Seven bits per byte; the top bit says that another byte follows. */
     uint32_t expandableSize() {
         uint32_t size = 0;
         for (size_t i = 0; i < kMaxSizeBytes; ++i) {

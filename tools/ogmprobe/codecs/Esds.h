@@ -21,19 +21,19 @@ struct DecoderConfig {
     std::optional<std::vector<uint8_t>> decoderSpecificInfo;
 };
 
-/** An elementary stream descriptor (tag 3) of ISO/IEC 14496-1, as far as players look at it. */
+/** The parts of an elementary stream descriptor (tag 3) of ISO/IEC 14496-1 that players use. */
 struct EsDescriptor {
-    /** All tags in the order in which they stand, nested ones included. */
+    /** All tags in their order, including nested ones. */
     std::vector<uint8_t> tags;
     uint16_t esId = 0;
     uint8_t flags = 0;
     std::optional<DecoderConfig> decoderConfig;
 };
 
-/** Nothing when a descriptor reaches past the one that holds it, or the first has another tag. */
+/** Returns nothing if a descriptor exceeds the one that holds it, or the first has another tag. */
 std::optional<EsDescriptor> parseEsDescriptor(std::span<const uint8_t> bytes);
 
-/** What an object type indication stands for: "MPEG-4 audio" for 0x40. */
+/** Returns the meaning of an object type indication: "MPEG-4 audio" for 0x40. */
 std::string objectTypeName(uint8_t objectTypeIndication);
 
 }  // namespace ogmprobe

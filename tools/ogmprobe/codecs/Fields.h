@@ -10,8 +10,8 @@
 namespace ogmprobe {
 
 /**
- * The number of `width` bytes, the least significant first, that begins at the offset. Bytes past
- * the end count as 0.
+ * Returns the number of `width` bytes at the offset, the least significant first. Bytes past the
+ * end are 0.
  */
 inline uint64_t numberAt(std::span<const uint8_t> bytes, size_t offset, size_t width) {
     uint64_t value = 0;
@@ -21,7 +21,7 @@ inline uint64_t numberAt(std::span<const uint8_t> bytes, size_t offset, size_t w
     return value;
 }
 
-/** Whether the text stands at the offset, all of it. */
+/** Returns whether the whole text is at the offset. */
 inline bool holdsAt(std::span<const uint8_t> bytes, size_t offset, std::string_view text) {
     return bytes.size() >= offset + text.size() &&
            std::memcmp(bytes.data() + offset, text.data(), text.size()) == 0;

@@ -8,8 +8,8 @@
 namespace ogmprobe {
 
 /**
- * The bytes from the first video object layer (ISO/IEC 14496-2, start codes 00 00 01 20 to 2F) on
- * that stands before any picture; empty if there is none.
+ * Returns the bytes from the first video object layer (ISO/IEC 14496-2, start codes 00 00 01 20 to
+ * 2F) on, if it comes before any picture; else empty.
  */
 std::span<const uint8_t> videoObjectLayer(std::span<const uint8_t> stream);
 
@@ -18,7 +18,9 @@ struct PictureSize {
     int32_t height = 0;
 };
 
-/** That of the first video object layer; nothing without one of rectangular pictures. */
+/**
+ * Returns the size in the first video object layer; nothing without one of rectangular pictures.
+ */
 std::optional<PictureSize> pictureSize(std::span<const uint8_t> stream);
 
 }  // namespace ogmprobe

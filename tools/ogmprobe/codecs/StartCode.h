@@ -6,7 +6,7 @@
 
 namespace ogmprobe {
 
-/** What every start code of MPEG video and H.264 begins with; the code itself follows. */
+/** The beginning of every start code of MPEG video and H.264; the code itself follows. */
 inline constexpr std::array<uint8_t, 3> kStartCodePrefix = {0x00, 0x00, 0x01};
 
 }  // namespace ogmprobe

@@ -17,7 +17,10 @@ namespace {
 
 using Bytes = std::span<const uint8_t>;
 
-/** What follows the first start code whose last byte lies within the bounds; that byte first. */
+/**
+ * Returns the bytes from the last byte of the first start code whose last byte is within the
+ * bounds.
+ */
 std::optional<Bytes> afterStartCode(Bytes stream, uint8_t first, uint8_t last) {
     for (size_t i = 0; i + 3 < stream.size(); ++i) {
         const bool isCode = stream[i] == 0 && stream[i + 1] == 0 && stream[i + 2] == 1;
@@ -44,7 +47,7 @@ std::string nameOf(const std::array<NamedCode, Size>& table, uint32_t code) {
 constexpr std::array<NamedCode, 4> kObjectTypes = {
         {{1, "Simple"}, {3, "Core"}, {4, "Main"}, {17, "Advanced Simple"}}};
 
-// ISO/IEC 14496-2, table 6-12, and 13818-2, table 6-3, which agree but for the rows of their own.
+// ISO/IEC 14496-2, table 6-12, and 13818-2, table 6-3, which agree in the rows that both have.
 constexpr std::array<NamedCode, 5> kSampleAspects = {
         {{1, "1:1"}, {2, "12:11"}, {3, "10:11"}, {4, "16:11"}, {5, "40:33"}}};
 constexpr std::array<NamedCode, 4> kPictureAspects = {
@@ -85,7 +88,7 @@ constexpr std::array<NamedCode, 16> kH264Aspects = {{{1, "1:1"},
 constexpr uint32_t kExtendedAspect = 15;
 constexpr uint32_t kExtendedH264Aspect = 255;
 
-// ISO/IEC 14496-2, annex G, of the profiles that are in use.
+// ISO/IEC 14496-2, annex G, for the profiles that are in use.
 void setMpeg4Profile(uint8_t code, VideoFacts& facts) {
     if (code >= 0xf0 && code <= 0xf5) {
         facts.profile = "Advanced Simple";
@@ -129,7 +132,7 @@ void skipVolControl(BitReader& bits) {
     }
 }
 
-/** The rest of a video object layer from its shape on; only rectangles have a size. */
+/** Reads the rest of a video object layer from its shape on; only rectangles have a size. */
 void readMpeg4Picture(BitReader& bits, VideoFacts& facts) {
     if (bits.take(2) != 0) {
         return;
@@ -148,7 +151,7 @@ void readMpeg4Picture(BitReader& bits, VideoFacts& facts) {
     facts.interlaced = bits.flag();
 }
 
-/** Without the bytes that keep a payload from looking like a start code. */
+/** Returns the unit without the bytes that keep a payload from looking like a start code. */
 std::vector<uint8_t> unescaped(Bytes unit) {
     std::vector<uint8_t> bytes;
     size_t zeros = 0;
@@ -246,14 +249,14 @@ bool hasChromaFormat(uint32_t profile) {
     return std::find(kProfiles.begin(), kProfiles.end(), profile) != kProfiles.end();
 }
 
-/** Up to the first byte that is no printable ASCII character. */
+/** Returns the text up to the first byte that is not printable ASCII. */
 std::string printableBeginning(Bytes bytes) {
     const auto end = std::find_if(bytes.begin(), bytes.end(),
                                   [](uint8_t byte) { return byte < ' ' || byte > '~'; });
     return {bytes.begin(), end};
 }
 
-/** "11:9" of a picture with samples of that aspect ratio; empty where it is not known. */
+/** Returns "11:9" for a picture with samples of that aspect ratio; empty if it is not known. */
 std::string pictureAspect(const VideoFacts& facts) {
     uint64_t wide = 0;
     uint64_t high = 0;

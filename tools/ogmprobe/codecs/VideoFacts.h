@@ -8,7 +8,7 @@
 
 namespace ogmprobe {
 
-/** What the headers inside a video stream say about it; empty or nothing where they do not. */
+/** The contents of the headers inside a video stream; empty or nothing if they do not say. */
 struct VideoFacts {
     /** "Advanced Simple", "Main", "High". */
     std::string profile;
@@ -18,15 +18,15 @@ struct VideoFacts {
     /** "12:11" of a sample, or "16:9 picture". */
     std::string aspect;
     std::optional<bool> interlaced;
-    /** What the encoder says of itself. */
+    /** The encoder's name for itself. */
     std::string encoder;
 };
 
-/** Of MPEG-4 part 2, by its video object layer and what stands in front. */
+/** Reads MPEG-4 part 2: its video object layer and what comes before. */
 std::optional<VideoFacts> mpeg4Facts(std::span<const uint8_t> stream);
-/** Of MPEG-1 and MPEG-2, by the sequence header and its extension. */
+/** Reads MPEG-1 and MPEG-2: the sequence header and its extension. */
 std::optional<VideoFacts> mpeg2Facts(std::span<const uint8_t> stream);
-/** Of H.264 with start codes, by its sequence parameter set. */
+/** Reads H.264 with start codes: its sequence parameter set. */
 std::optional<VideoFacts> h264Facts(std::span<const uint8_t> stream);
 
 /** "Advanced Simple profile, level 5, 176x144, sample aspect 1:1, progressive" */

@@ -10,14 +10,14 @@
 namespace ogmprobe {
 namespace {
 
-// Sizes of chunks do not count the chunk's own name and size.
+// A chunk's size does not include its own name and size.
 constexpr uint64_t kChunkHead = 8;
 constexpr uint64_t kMainHeader = 56;
 constexpr uint64_t kStreamHeader = 56;
 constexpr uint64_t kBitmapHeader = 40;
 constexpr uint64_t kStreamList = 4 + 2 * kChunkHead + kStreamHeader + kBitmapHeader;
 constexpr uint64_t kHeaderList = 4 + kChunkHead + kMainHeader + kChunkHead + kStreamList;
-/** Up to the name of the list of frames, that included. */
+/** Up to and including the name of the list of frames. */
 constexpr uint64_t kFileHeader = 12 + kChunkHead + kHeaderList + kChunkHead + 4;
 constexpr uint64_t kIndexEntry = 16;
 
@@ -76,7 +76,7 @@ void AviWriter::write(const Packet& packet) {
     if (size % 2 != 0) {
         file().append(std::vector<uint8_t>{0});
     }
-    // Places in the index begin with the list's name.
+    // Places in the index are relative to the list's name.
     mFrames.push_back({4 + mDataSize, size, packet.isSync});
     mDataSize += kChunkHead + size + size % 2;
     mLargest = std::max(mLargest, size);

@@ -9,8 +9,8 @@
 namespace ogmprobe {
 
 /**
- * Writes video into an AVI file, for codecs whose streams no player knows by themselves. Frames
- * follow at the track's frame rate; their own times do not fit into the format.
+ * Writes video into an AVI file, for codecs whose bare streams no player recognises. Frames follow
+ * at the track's frame rate; the format cannot hold their own times.
  */
 class AviWriter : public StreamWriter {
   public:

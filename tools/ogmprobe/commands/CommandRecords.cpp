@@ -24,11 +24,11 @@ void CommandRecords::operator()(const TrackEnded& end) {
 }
 
 void CommandRecords::operator()(const LogLine& line) {
-    // A command that wants all lines as data has them recorded beyond what is to be shown.
+    // A command that needs all lines as data records more than is to be shown.
     if (line.priority < mSession.options.logPriority.value_or(ANDROID_LOG_SILENT)) {
         return;
     }
-    // Where both streams go to one place, the line stands behind what came before it.
+    // If both streams have the same target, the line must come after earlier output.
     mSession.output.flush();
     mSession.console.clearProgress();
     __android_log_message message = {};

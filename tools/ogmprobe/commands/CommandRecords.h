@@ -16,9 +16,9 @@ namespace ogmprobe {
 inline constexpr const char* kNoTracks = "the file has no tracks that can be played";
 
 /**
- * What all commands do alike with records: failures go to the report, log lines to standard error.
- * A command's own class adds the records that it wants, beside
- * `using CommandRecords::operator();`.
+ * Handles the records that all commands treat alike: failures go to the report, log lines to
+ * standard error. A command's class adds the records that it wants, besides `using
+ * CommandRecords::operator();`.
  */
 class CommandRecords {
   public:
@@ -44,35 +44,37 @@ class CommandRecords {
     Report& mReport;
 };
 
-/** A sink that calls the object, which must live as long, with each record as what it is. */
+/**
+ * Returns a sink that calls the object with each record by its type. The object must outlive the
+ * sink.
+ */
 template <typename Records>
 RecordSink visitedBy(Records& records) {
     return [&records](const Record& record) { std::visit(records, record); };
 }
 
-/** Says what differs where tracks are played without the others. */
+/** Warns that tracks which are played without the others may differ. */
 void warnOfOnlyTracks(const TrackChoice& choice, Report& report);
 
 /**
- * Calls the function with each file that the names stand for, and whether there are several; the
- * largest of its codes is the result.
+ * Calls the function with each file that the names refer to, and whether there are several. Returns
+ * the largest of its codes.
  */
 ExitCode forEachFile(const std::vector<std::string>& names, Session& session,
                      const std::function<ExitCode(const std::string& path, bool several)>& work);
 
-/** `runJob`, with progress on the console. */
+/** Calls `runJob` and shows progress on the console. */
 void runShown(JobRequest request, const GlobalOptions& options, Console& console,
               const RecordSink& handler);
 
 /**
- * The same for a handler that throws `GoesInCircles`, which then gets a failure that ends the
+ * The same for a handler that throws `GoesInCircles`: it then gets a failure, which ends the
  * records.
  */
 void runLimited(JobRequest request, const GlobalOptions& options, Console& console,
                 const RecordSink& handler);
 
-/** Runs the job and lets the object have its records. What it throws as `ProbeError` is reported.
- */
+/** Runs the job and passes its records to the object. Reports a `ProbeError` that it throws. */
 template <typename Records>
 void runReported(const JobRequest& request, Session& session, Report& report, Records& records) {
     report.guard([&] { runShown(request, session.options, session.console, visitedBy(records)); });

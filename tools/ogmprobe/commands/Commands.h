@@ -7,8 +7,7 @@
 
 namespace ogmprobe {
 
-// Each command reports what goes wrong and returns the code for it. They throw
-// `OutputError`.
+// Each command reports failures and returns their exit code. They throw // `OutputError`.
 
 ExitCode runInfo(const InfoOptions& options, Session& session);
 ExitCode runPackets(const PacketsOptions& options, Session& session);

@@ -21,10 +21,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/** What names standard output where a folder is asked for. */
+/** Means standard output where a folder is expected. */
 constexpr const char* kStandardOutput = "-";
 
-/** One track on its way into its file. */
+/** The writing of one track into its file. */
 class Extraction {
   public:
     Extraction(const TrackDescription& track, std::unique_ptr<NewFile> file)
@@ -44,7 +44,7 @@ class Extraction {
     /** The track has been read to its end. */
     void isWhole() { mWhole = true; }
 
-    /** Gives the file its name, unless the track could not be read to its end. */
+    /** Gives the file its final name, unless the track could not be read to its end. */
     void finish(Report& report, Output& output) {
         mWriter->finish();
         if (!mWhole) {
@@ -74,12 +74,12 @@ class Extraction {
     bool mWhole = false;
 };
 
-/** Writes the packets of all tracks while they come. */
+/** Writes the packets of all tracks as they arrive. */
 class ExtractRecords : public CommandRecords {
   public:
     using CommandRecords::operator();
 
-    /** The files' names begin with the stem. */
+    /** File names begin with the stem. */
     ExtractRecords(const ExtractOptions& options, std::string stem, Session& session,
                    Report& report)
         : CommandRecords(session, report), mOptions(options), mStem(std::move(stem)) {}
@@ -106,7 +106,7 @@ class ExtractRecords : public CommandRecords {
         }
     }
 
-    /** Gives the files their names. */
+    /** Gives the files their final names. */
     void finish() {
         for (const auto& [index, extraction] : mExtractions) {
             report().guard([&, &file = *extraction] { file.finish(report(), session().output); });

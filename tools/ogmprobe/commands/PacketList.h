@@ -11,25 +11,25 @@
 
 namespace ogmprobe {
 
-/** Writes a packet list, a line at a time. */
+/** Writes a packet list, line by line. */
 class PacketList {
   public:
     virtual ~PacketList() = default;
 
     virtual void begin() = 0;
-    /** What follows is of this file; told where there are several. */
+    /** The following lines are about this file; called only if there are several. */
     virtual void file(const std::string& path) = 0;
-    /** What follows was read after this seek. */
+    /** The following packets were read after this seek. */
     virtual void seek(int64_t targetUs) = 0;
     virtual void packet(const PacketPlayed& packet) = 0;
     virtual void end(const Report& report) = 0;
 };
 
-/** Columns for people; seeks are lines that begin with "#". */
+/** Returns a list with columns for people; seeks are lines that begin with "#". */
 std::unique_ptr<PacketList> makePacketTable(Output& output, bool clock);
-/** A heading, then a line of comma-separated values each. */
+/** Returns a list of comma-separated values with a heading. */
 std::unique_ptr<PacketList> makePacketCsv(Output& output, bool clock);
-/** JSON lines, told apart by "type": header, seek, buffer, end. */
+/** Returns a list of JSON lines whose "type" is header, seek, buffer or end. */
 std::unique_ptr<PacketList> makePacketJsonLines(Output& output);
 
 }  // namespace ogmprobe

@@ -51,7 +51,7 @@ class PacketsRecords : public CommandRecords {
     std::map<uint64_t, uint64_t> mListed;
 };
 
-/** Packets that are not listed must not end a track before its time. */
+/** Only listed packets may use up a track's count. */
 bool listsAll(const PacketsOptions& options) {
     return !options.fromUs && !options.untilUs && !options.syncOnly;
 }

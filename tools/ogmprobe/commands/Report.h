@@ -12,7 +12,7 @@
 namespace ogmprobe {
 
 /**
- * What went wrong with one file, or with the whole run. Each entry is printed at once and kept for
+ * The errors and warnings of one file, or of the whole run. Each is printed at once and kept for
  * the machine-readable output.
  */
 class Report {
@@ -30,16 +30,16 @@ class Report {
     void error(const ProbeError& failure) { error(failure.code(), failure.what()); }
     void warning(const std::string& message);
 
-    /** The largest code of all errors; `kDone` without any. */
+    /** Returns the largest code of all errors; `kDone` without any. */
     ExitCode worst() const { return mWorst; }
 
     const std::vector<Failure>& errors() const { return mErrors; }
 
-    /** Lists of {"exit_code", "message"} and {"message"}, empty ones included. */
+    /** Return lists of {"exit_code", "message"} and {"message"}, which may be empty. */
     nlohmann::ordered_json errorsJson() const;
     nlohmann::ordered_json warningsJson() const;
 
-    /** Calls the function; a `ProbeError` that it throws becomes an entry. */
+    /** Calls the function and reports a `ProbeError` that it throws. */
     template <typename Function>
     void guard(Function&& function) {
         try {

@@ -21,7 +21,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-/** Gathers what the records tell. */
+/** Collects the seeks from the records. */
 class SeekTestRecords : public CommandRecords {
   public:
     using CommandRecords::operator();
@@ -105,7 +105,7 @@ std::string toText(const SeekTestRecords& test, bool color) {
     return table.text("", color);
 }
 
-/** One line: where the worst seek landed, and what the dearest cost. */
+/** Returns one line: where the worst seek landed, and the cost of the most expensive one. */
 std::string summary(const std::string& path, const SeekTestRecords& test) {
     int64_t worstUs = 0;
     uint64_t reads = 0;
@@ -136,7 +136,7 @@ std::string csvLines(const std::string& path, const SeekTestRecords& test) {
     return text;
 }
 
-/** There is nothing to show at the last target itself. */
+/** The last target is excluded: nothing can be shown there. */
 ExitCode strictCode(const SeekTestRecords& test) {
     const auto& seeks = test.seeks();
     const bool allLand = std::all_of(seeks.begin(), seeks.end(), [&test](const SeekLanded& seek) {

@@ -8,7 +8,7 @@
 
 namespace ogmprobe {
 
-/** What every command works with. */
+/** The parts that every command uses. */
 struct Session {
     const GlobalOptions& options;
     Console& console;

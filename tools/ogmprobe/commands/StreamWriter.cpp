@@ -15,7 +15,7 @@ namespace ogmprobe {
 namespace {
 
 constexpr uint64_t kWavHeaderSize = 44;
-// What the RIFF size does not count: its own chunk's name and size.
+// The RIFF size does not include its own chunk's name and size.
 constexpr uint64_t kRiffPreamble = 8;
 constexpr uint32_t kFormatChunkSize = 16;
 constexpr uint16_t kPcmFormat = 1;
@@ -23,7 +23,7 @@ constexpr uint64_t kWavSampleBits = 16;
 
 constexpr uint16_t kIvfHeaderSize = 32;
 
-/** The bytes of one sample of all channels. */
+/** Returns the bytes of one sample of all channels. */
 uint64_t blockAlign(uint16_t channels) {
     return channels * (kWavSampleBits / 8);
 }
@@ -40,8 +40,8 @@ class RawWriter : public StreamWriter {
 };
 
 /**
- * A decoder needs the video object layer before the first picture. Most streams repeat it there;
- * where the muxer has moved it out, the track's ESDS is where the extractor kept it.
+ * A decoder needs the video object layer before the first picture. Most streams repeat it there. If
+ * the muxer removed it, the track's ESDS has it.
  */
 class Mpeg4Writer : public StreamWriter {
   public:
@@ -100,7 +100,10 @@ class WavWriter : public StreamWriter {
     const uint16_t mChannels;
 };
 
-/** The header is known once the first packet, which is of whole blocks, tells their size. */
+/**
+ * The header is known after the first packet, which consists of whole blocks and so shows their
+ * size.
+ */
 class AdpcmWriter : public StreamWriter {
   public:
     AdpcmWriter(NewFile& file, const TrackDescription& track)
@@ -140,7 +143,7 @@ class AdpcmWriter : public StreamWriter {
     uint64_t mHeaderSize = 0;
 };
 
-/** IVF keeps the frame boundaries, which the VP8 bit stream itself does not tell. */
+/** IVF keeps the frame boundaries, which the VP8 bit stream itself does not mark. */
 class IvfWriter : public StreamWriter {
   public:
     IvfWriter(NewFile& file, const TrackDescription& track) : StreamWriter(file), mTrack(track) {

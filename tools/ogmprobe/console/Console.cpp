@@ -19,7 +19,7 @@ constexpr const char* kDim = "\033[2m";
 constexpr const char* kPlain = "\033[0m";
 constexpr std::string_view kWipeLine = "\r\033[K";
 
-// Nobody can be told when standard error itself is gone.
+// A failure of standard error itself cannot be reported.
 void writeToStandardError(std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(STDERR_FILENO, text.data(), text.size());
@@ -32,7 +32,7 @@ void writeToStandardError(std::string_view text) {
 
 std::string fittingTerminal(std::string_view text) {
     const size_t columns = terminalColumns(STDERR_FILENO);
-    // The last column stays free: some terminals begin a new line there.
+    // The last column stays empty: some terminals begin a new line there.
     return columns == 0 ? std::string(text) : shortened(text, columns - 1);
 }
 

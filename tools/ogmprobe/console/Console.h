@@ -10,24 +10,24 @@ namespace ogmprobe {
 enum class ColorMode { kAuto, kAlways, kNever };
 
 /**
- * Whether to colour what goes to the descriptor. The option beats `NO_COLOR`, which beats the
- * terminal; `NO_COLOR` counts when it is set and not empty.
+ * Returns whether to colour output to the descriptor. The option beats `NO_COLOR`, which beats the
+ * terminal; `NO_COLOR` applies when it is set and not empty.
  */
 bool wantsColor(ColorMode mode, int descriptor);
 
-/** Of the terminal there; 0: it is none, or does not say. */
+/** Returns the terminal's columns; 0 if it is no terminal or does not report them. */
 size_t terminalColumns(int descriptor);
 
-/** The text in grey, if colour is wanted. */
+/** Returns the text in grey, if colour is wanted. */
 std::string dimmed(std::string_view text, bool color);
 
-/** The text in bold, if colour is wanted. */
+/** Returns the text in bold, if colour is wanted. */
 std::string emphasised(std::string_view text, bool color);
 
 /** Everything that is not data: messages and the progress line, on standard error. */
 class Console {
   public:
-    /** `quiet` leaves warnings and progress out. */
+    /** `quiet` hides warnings and progress. */
     explicit Console(ColorMode mode, bool quiet = false);
     ~Console();
 
@@ -39,12 +39,12 @@ class Console {
     void warning(std::string_view subject, std::string_view message);
 
     /**
-     * Shows the text in place of the progress line before. Nothing happens unless standard error is
-     * a terminal. A message, or the end, wipes the line.
+     * Replaces the progress line by the text. Does nothing unless standard error is a terminal. A
+     * message, or the end, clears the line.
      */
     void showProgress(std::string_view text);
     void clearProgress();
-    /** Whether anybody would see it. */
+    /** Returns whether progress is visible. */
     bool showsProgress() const { return mShowsProgress; }
 
   private:

@@ -9,15 +9,15 @@
 namespace ogmprobe {
 
 /**
- * Standard output cannot be written, be its reader gone or its disk full. No failure of the work on
- * one file: the program ends.
+ * Standard output cannot be written: its reader is gone or its disk is full. This is not a failure
+ * of one file: the program ends.
  */
 class OutputError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/** Nobody reads standard output any more, and nobody needs to be told. */
+/** The reader of standard output is gone, which needs no message. */
 class OutputClosed : public OutputError {
   public:
     using OutputError::OutputError;
@@ -26,8 +26,8 @@ class OutputClosed : public OutputError {
 /**
  * Standard output, the only place for data.
  *
- * Lines collect in a buffer, so that a packet list costs few system calls; on a terminal each write
- * is shown at once. Call `flush` at the end: the destructor writes nothing, because it could not
+ * Lines are buffered, so that a packet list needs few system calls; on a terminal each write is
+ * shown at once. Call `flush` at the end: the destructor writes nothing, because it could not
  * report a failure.
  */
 class Output {

@@ -10,7 +10,7 @@
 
 namespace ogmprobe {
 
-/** How far the work on a file has come. */
+/** The progress of the work on a file. */
 struct Advance {
     /** "opening", "reading". */
     std::string_view doing;
@@ -26,8 +26,8 @@ std::string progressBar(double part);
 std::string progressText(const Advance& advance, std::string_view name, std::chrono::seconds time);
 
 /**
- * How far a command is, on the console's progress line: from half a second on, a few times a
- * second, until this object goes.
+ * Shows a command's progress on the console: after half a second, a few times a second, until this
+ * object is destroyed.
  */
 class ProgressLine {
   public:
@@ -40,8 +40,8 @@ class ProgressLine {
     ProgressLine& operator=(const ProgressLine&) = delete;
 
     /**
-     * Shows what the function makes of the time since the beginning. It is only called when it is
-     * time for another text, so that this is cheap enough for each packet.
+     * Shows the text that the function returns for the time since the beginning. It is only called
+     * when a new text is due, so this is fast enough to be called for each packet.
      */
     template <typename Text>
     void update(const Text& text) {

@@ -7,7 +7,7 @@
 
 namespace ogmprobe {
 
-/** A file descriptor that is closed with this object; -1 is none. */
+/** A file descriptor that is closed with this object; -1 means none. */
 class Descriptor {
   public:
     explicit Descriptor(int number = -1) : mNumber(number) {}

@@ -22,7 +22,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/** What can be read from its beginning to its end, and no other way. */
+/** Returns whether the file can only be read from beginning to end. */
 bool isPipe(const std::string& path) {
     struct stat status = {};
     return stat(path.c_str(), &status) == 0 &&
@@ -69,7 +69,7 @@ void addOgmFilesIn(const fs::path& folder, NamedFiles& files) {
 }  // namespace
 
 std::string pathToOpen(const std::string& name) {
-    // By their names: what a pipe had can be read once only.
+    // By their names: a pipe can be read only once.
     static std::map<std::string, SpooledFile> spooled;
     const bool isStandardInput = name == kStandardInput;
     if (!isStandardInput && !isPipe(name)) {

@@ -6,14 +6,13 @@
 
 namespace ogmprobe {
 
-/** What names standard input where a file is asked for. */
+/** Means standard input where a file is expected. */
 inline constexpr const char* kStandardInput = "-";
 
 /**
- * The path to open for a file that the user names. A plug-in jumps about in its file, so what
- * standard input or a pipe has is written into a temporary file when it is first asked for, to be
- * read from there; the file goes with the program. Not for the extractor's process. Throws
- * `ProbeError` with `kFile`.
+ * Returns the path to open for a file that the user names. A plug-in reads at any offset, so
+ * standard input or a pipe is first copied into a temporary file, which is deleted at the end of
+ * the program. Not for the extractor's process. Throws `ProbeError` with `kFile`.
  */
 std::string pathToOpen(const std::string& name);
 
@@ -25,8 +24,8 @@ struct NamedFiles {
 };
 
 /**
- * The name itself, or, for a folder, the OGM files in it and in the folders below it, sorted by
- * their paths. Throws `ProbeError` with `kFile` for a folder that has none.
+ * Returns the name itself or, for a folder, the OGM files in it and in the folders below it, sorted
+ * by their paths. Throws `ProbeError` with `kFile` for a folder that has none.
  */
 NamedFiles filesOf(const std::string& name);
 

@@ -7,8 +7,8 @@
 namespace ogmprobe {
 
 /**
- * A file that must not outlive its purpose: it is removed with this object, or when a signal tells
- * the program to end, unless it is forgotten before. For one thread.
+ * A file that is only needed for a time: it is removed with this object, or when a signal ends the
+ * program, unless forget() was called. For one thread.
  */
 class LeftoverFile {
   public:
@@ -18,7 +18,7 @@ class LeftoverFile {
     LeftoverFile(const LeftoverFile&) = delete;
     LeftoverFile& operator=(const LeftoverFile&) = delete;
 
-    /** The text must live as long as this object. Once only. */
+    /** The text must outlive this object. Call once. */
     void watch(const char* path);
     void forget();
 
@@ -34,8 +34,8 @@ class LeftoverFile {
 };
 
 /**
- * Holds back the signals that remove the files while it lives: for the moment between making a file
- * and watching it.
+ * Blocks the signals that remove the files during its lifetime: for the moment between making a
+ * file and watching it.
  */
 class HeldSignals {
   public:
@@ -49,8 +49,7 @@ class HeldSignals {
     sigset_t mBefore = {};
 };
 
-/** To be called once: from now on SIGINT, SIGTERM and SIGHUP remove the files, then end as usual.
- */
+/** Makes SIGINT, SIGTERM and SIGHUP remove the files before they end the program. Call once. */
 void removeLeftoverFilesOnSignals();
 
 }  // namespace ogmprobe

@@ -18,7 +18,7 @@ namespace {
 
 constexpr mode_t kModeBeforeMask = 0666;
 
-// Whatever link lies there is not followed.
+// Links are not followed.
 void requireNoFolder(const std::filesystem::path& path) {
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) {
@@ -36,7 +36,7 @@ bool renameOverNothing(const char* from, const char* to) {
     if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
         return true;
     }
-    // Not every file system can do it in one step.
+    // Not every file system can do this in one step.
     return errno == EINVAL && access(to, F_OK) != 0 && std::rename(from, to) == 0;
 }
 

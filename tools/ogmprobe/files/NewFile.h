@@ -11,7 +11,7 @@
 
 namespace ogmprobe {
 
-/** What to do with a file that stands where a new one is to be. */
+/** What to do if a file exists at the place of a new one. */
 enum class Existing { kRefuse, kOverwrite };
 
 /**
@@ -23,12 +23,14 @@ enum class Existing { kRefuse, kOverwrite };
  */
 class NewFile {
   public:
-    /** Neither the part nor, later, the whole file replaces another one unless it is to. */
+    /**
+     * Neither the part nor, later, the whole file replaces another one unless `existing` allows it.
+     */
     NewFile(std::filesystem::path path, Existing existing);
-    /** Standard output in place of a file: it has no name, and its start cannot be replaced. */
+    /** Returns standard output as a file without a name, whose start cannot be replaced. */
     static std::unique_ptr<NewFile> onStandardOutput();
 
-    /** Whether the start can be replaced later. */
+    /** Returns whether the start can be replaced later. */
     bool canOverwriteStart() const { return !mPath.empty(); }
 
     const std::filesystem::path& path() const { return mPath; }
@@ -37,12 +39,12 @@ class NewFile {
 
     /** Adds at the end. */
     void append(std::span<const uint8_t> bytes);
-    /** Replaces what stands at the beginning; does nothing where that cannot be done. */
+    /** Replaces bytes at the beginning; does nothing if that is impossible. */
     void overwriteStart(std::span<const uint8_t> bytes);
 
     // Nothing may be written after either.
 
-    /** The file is whole. */
+    /** Gives the complete file its name. */
     void commit();
     /** The file will never be whole, but stays under its ".part" name. */
     void keepPart();
@@ -66,10 +68,10 @@ class NewFile {
     uint64_t mSize = 0;
 };
 
-/** Where a file lies until it is whole. */
+/** Where a file is written until it is complete. */
 std::filesystem::path partOf(const std::filesystem::path& path);
 
-/** Throws `ProbeError` if something has the path's name, a dangling link included. */
+/** Throws `ProbeError` if the path exists, even as a dangling link. */
 void requireFree(const std::filesystem::path& path);
 
 }  // namespace ogmprobe

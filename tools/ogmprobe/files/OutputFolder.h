@@ -7,15 +7,15 @@
 
 namespace ogmprobe {
 
-/** Makes the folder if need be. Throws `ProbeError` with `kFile`. */
+/** Makes the folder if it does not exist. Throws `ProbeError` with `kFile`. */
 void makeFolder(const std::filesystem::path& folder);
 
-/** Names what is written into one folder for several input files. */
+/** Names the output files of several input files in one folder. */
 class OutputStems {
   public:
     /**
-     * The input file's name without folder and suffix. Throws `ProbeError` with `kUsage` where an
-     * earlier file has the same one, so that none overwrites what was written for another.
+     * Returns the input file's name without folder and suffix. Throws `ProbeError` with `kUsage` if
+     * an earlier file has the same one, so that no output overwrites another's.
      */
     std::string take(const std::string& file);
 

@@ -9,15 +9,15 @@
 
 namespace ogmprobe {
 
-/** A temporary file with all that a pipe had; goes with this object. */
+/** A temporary copy of a pipe's contents, deleted with this object. */
 class SpooledFile {
   public:
     /** Larger than any film of this kind, smaller than most disks. */
     static constexpr uint64_t kLimit = uint64_t{16} << 30;
 
     /**
-     * Reads to the end. Throws `ProbeError` with `kFile`, in which the pipe has the name, also when
-     * there are more bytes than the limit.
+     * Reads the pipe to its end. Throws `ProbeError` with `kFile`, also when there are more bytes
+     * than the limit. `name` is the pipe's name in messages.
      */
     SpooledFile(int pipe, const std::string& name, uint64_t limit = kLimit);
 

@@ -13,21 +13,21 @@
 
 namespace ogmprobe {
 
-/** What a job works with. */
+/** The parts that a job uses. */
 struct JobContext {
     const PluginLibrary& library;
     FileSource& source;
-    /** Where everything goes that the job finds out. */
+    /** Receives all results of the job. */
     const RecordSink& sink;
 };
 
 /**
- * All work on one file that talks to the plug-in. It runs in a process of its own, so it can tell
- * what it finds only by records. A `ProbeError` that it throws becomes a `Failure`.
+ * All work on one file that calls the plug-in. It runs in a separate process, so it reports results
+ * only by records. A `ProbeError` that it throws becomes a `Failure`.
  */
 using Job = std::function<void(const JobContext&)>;
 
-/** `FileOpened`, then a `TrackListed` for each track. */
+/** Records `FileOpened`, then a `TrackListed` for each track. */
 Job describeJob();
 
 struct PlayRequest {
@@ -35,21 +35,21 @@ struct PlayRequest {
     std::vector<size_t> tracks;
     /** Empty: read from the beginning. */
     std::vector<int64_t> seeksUs;
-    /** Packets a track, after each seek. */
+    /** At most so many packets of each track after each seek. */
     std::optional<uint64_t> count;
-    /** Whether packets have the entries that their buffers carry. */
+    /** Whether packets include the format entries of their buffers. */
     bool keepEntries = false;
 };
 
 /**
- * `FileOpened`, a `TrackStarted` for each track, `PlaybackReady`, then a `PacketPlayed` for each
- * packet, with a `SeekBegun` before those of each seek.
+ * Records `FileOpened`, a `TrackStarted` for each track, `PlaybackReady`, then a `PacketPlayed` for
+ * each packet, with a `SeekBegun` before those of each seek.
  */
 Job playJob(PlayRequest request);
 
 /**
- * `FileOpened`, a `TrackStarted` for each track, `PlaybackReady`, and unless there is no track,
- * `SeekRange` and a `SeekLanded` for each end of the given number of equal spaces.
+ * Records `FileOpened`, a `TrackStarted` for each track, `PlaybackReady`, and if there are tracks,
+ * `SeekRange` and a `SeekLanded` for each end of `steps` equal spaces.
  */
 Job seekTestJob(uint32_t steps);
 

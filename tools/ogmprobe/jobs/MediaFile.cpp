@@ -52,7 +52,7 @@ void startInPlayersOrder(const std::vector<std::unique_ptr<Track>>& tracks,
     }
 }
 
-// Of a read that gave no packet to go on with; nothing at the end of the stream.
+// Why a read returned no usable packet; nothing at the end of the stream.
 std::optional<std::string> failureOf(const Track::ReadResult& result) {
     if (result.withoutTime) {
         return "a buffer bears no time";

@@ -29,7 +29,7 @@ class MediaFile {
 
     FileOpened facts() const;
 
-    /** Throws `ProbeError` when the file itself could not be read at some time. */
+    /** Throws `ProbeError` if a read of the file has failed. */
     void requireReadable() const;
 
   private:
@@ -48,7 +48,7 @@ class TrackStream : public PacketStream {
     std::optional<Packet> read(const std::optional<SeekRequest>& seek) override;
     void keepEntries() { mTrack->keepEntries(); }
 
-    /** Why the last read gave nothing, once; nothing if it gave a packet. */
+    /** Returns, once, why the last read returned no packet; nothing if it returned one. */
     std::optional<TrackEnded> takeEnd() { return std::exchange(mEnd, std::nullopt); }
 
   private:
@@ -61,7 +61,7 @@ class TrackStream : public PacketStream {
 class PlayedTracks {
   public:
     /**
-     * Makes and starts tracks in the players' order, and tells of each; an empty selection means
+     * Makes and starts tracks in the players' order, and records each; an empty selection means
      * all. Throws `ProbeError`: `kUsage` for a track that the file does not have, `kFile` when one
      * does not start. The file must outlive this object.
      */
@@ -69,13 +69,13 @@ class PlayedTracks {
                  const RecordSink& sink);
 
     const std::vector<std::unique_ptr<TrackStream>>& streams() const { return mStreams; }
-    /** The first video track, else the first track: the one that a seek moves first. */
+    /** Returns the first video track, else the first track: the one that a seek moves first. */
     size_t lead() const { return mLead; }
     TimeOrderedReader reader() const;
-    /** From now on packets have the entries that their buffers carry. */
+    /** Packets include the format entries of their buffers from now on. */
     void keepEntries() const;
 
-    /** Tells of the tracks that have ended since the last time. */
+    /** Records the tracks that have ended since the last call. */
     void tellEnds(const RecordSink& sink) const;
 
   private:

@@ -8,18 +8,18 @@
 
 namespace ogmprobe {
 
-/** The plug-in reads, or hands out, the same over and over. */
+/** The plug-in reads, or returns, the same again and again. */
 class GoesInCircles : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/** For commands that keep what a file gives: ends a playing that would fill the memory. */
+/** For commands that keep the packets of a file: ends playback that would fill the memory. */
 class PlayLimit {
   public:
     explicit PlayLimit(uint64_t fileSize) : mLimit(kExpansion * fileSize + kSmallFile) {}
 
-    /** Throws `GoesInCircles` when no file can hold so much. */
+    /** Throws `GoesInCircles` when the packets exceed what any file can hold. */
     void add(const Packet& packet) {
         mPlayed += kPacketCost + packet.bytes.size();
         if (mPlayed > mLimit) {
@@ -28,10 +28,10 @@ class PlayLimit {
     }
 
   private:
-    // No file is handed out so often, not even where one track waits for another.
+    // No file returns its bytes so many times, even where one track waits for another.
     static constexpr uint64_t kExpansion = 8;
     static constexpr uint64_t kSmallFile = 1 << 20;
-    // Empty packets count too.
+    // Empty packets must reach the limit too.
     static constexpr uint64_t kPacketCost = 1;
 
     uint64_t mLimit;

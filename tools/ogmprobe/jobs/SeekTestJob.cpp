@@ -8,7 +8,7 @@
 namespace ogmprobe {
 namespace {
 
-// Plays the file through in an extractor of its own, so that the tested one stays fresh.
+// Plays the whole file in a separate extractor, so that the tested one stays unused.
 int64_t measuredDurationUs(const JobContext& context) {
     const RecordSink nowhere = [](const Record&) {};
     const MediaFile file(context.library, context.source);

@@ -13,33 +13,33 @@
 
 namespace ogmprobe {
 
-/** Where packets come from, one after the other: a track, or a test's script. */
+/** A source of packets: a track, or a test's script. */
 class PacketStream {
   public:
     virtual ~PacketStream() = default;
 
     /**
-     * The next packet, or nothing at the end, after which it must not be called again before a
-     * seek. With a seek, the packet that the stream lands on.
+     * Returns the next packet, or with a seek the packet that the stream lands on. Returns nothing
+     * at the end; then it must not be called again before a seek.
      */
     virtual std::optional<Packet> read(const std::optional<SeekRequest>& seek) = 0;
 };
 
-/** A packet with what only the whole stream tells. */
+/** A packet with its place among the packets of its stream. */
 struct OrderedPacket {
     /** Index of the stream in the reader's list. */
     size_t stream = 0;
     Packet packet;
     /**
-     * Time of the stream's next packet less this one's; negative where pictures are stored in
+     * Time of the stream's next packet minus this one's; negative where pictures are stored in
      * another order than they are shown. Nothing for a stream's last packet.
      */
     std::optional<int64_t> untilNextUs;
 };
 
 /**
- * Reads several streams side by side, always the one that is furthest behind. A plug-in that finds
- * packets of all tracks on its way through the file thus never has to keep many of them.
+ * Reads several streams side by side, always the one whose time is lowest. So a plug-in that finds
+ * packets of all tracks while it reads the file never has to keep many of them.
  *
  * A stream's place is the largest time it has reached, because times within a stream may go back.
  */
@@ -50,14 +50,14 @@ class TimeOrderedReader {
 
     /**
      * Seeks as the players do: the lead to the sync frame closest to the target, then the others to
-     * the time of what came back (the target if nothing did; never below 0).
+     * the time of the packet that it returned (the target if it returned none; never below 0).
      */
     void seek(int64_t targetUs);
 
-    /** The packet that the stream gives next, null at its end. Valid until the next call. */
+    /** Returns the stream's next packet, null at its end. Valid until the next call. */
     const Packet* pending(size_t stream) const;
 
-    /** Nothing when all streams have ended. */
+    /** Returns the next packet of all streams; nothing when all have ended. */
     std::optional<OrderedPacket> next();
 
     /** Reads no more of the stream until the next seek. */

@@ -10,8 +10,8 @@
 namespace ogmprobe {
 
 /**
- * What the command line asks for, or the code to exit with at once: after help or the version on
- * `out`, or after an explanation of what is wrong on `err`.
+ * Returns the options of the command line, or the exit code to end with: after help or the version
+ * on `out`, or after an error message on `err`.
  */
 std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv, std::ostream& out,
                                                std::ostream& err);

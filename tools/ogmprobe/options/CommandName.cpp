@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kDefaultCommand = "info";
 
-/** Options in front of a command's name that take a value behind them. */
+/** Options before a command's name that are followed by a value. */
 constexpr std::array<std::string_view, 4> kWithValue = {"--plugin", "--log", "--color",
                                                         "--timeout"};
 

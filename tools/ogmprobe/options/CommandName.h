@@ -7,7 +7,7 @@
 
 namespace ogmprobe {
 
-/** The command whose name differs least from what was written; nothing if none is near. */
+/** Returns the command whose name is closest to the written one; nothing if none is close. */
 std::optional<std::string> nearestName(const std::string& written,
                                        const std::vector<std::string>& names);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/** What the help says below the options. */
+/** The help texts below the options. */
 namespace ogmprobe {
 
 inline constexpr const char* kExitCodes =

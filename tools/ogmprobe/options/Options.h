@@ -17,14 +17,14 @@ namespace ogmprobe {
 struct GlobalOptions {
     /** Empty: the one beside the program. */
     std::string pluginPath;
-    /** Least log priority to show (`ANDROID_LOG_VERBOSE` and so on); nothing hides all lines. */
+    /** Lowest log priority to show (`ANDROID_LOG_VERBOSE` and so on); nothing: no line is shown. */
     std::optional<int> logPriority;
     ColorMode color = ColorMode::kAuto;
-    /** How long the plug-in may stand still; 0 for ever. */
+    /** How long the plug-in may stand still; 0: without limit. */
     double timeoutSeconds = 10;
     /** Shows neither warnings nor progress. */
     bool quiet = false;
-    /** Runs the plug-in unprotected, within reach of a debugger. */
+    /** Runs the plug-in unprotected in this process, for a debugger. */
     bool inProcess = false;
 };
 
@@ -39,9 +39,9 @@ struct InfoOptions {
 
 /** Tracks are named by their indices; empty: all. */
 struct TrackChoice {
-    /** To be shown of a playing of all tracks. */
+    /** To be shown while all tracks are played. */
     std::vector<size_t> shown;
-    /** To be played, without the others. */
+    /** To be played without the others. */
     std::vector<size_t> played;
 
     bool shows(uint64_t track) const {
@@ -54,13 +54,13 @@ struct PacketsOptions {
     TrackChoice tracks;
     /** Empty: read from the beginning. */
     std::vector<int64_t> seeksUs;
-    /** Buffers a track, after each seek. */
+    /** At most so many buffers of each track after each seek. */
     std::optional<uint64_t> count;
     /** Only packets of these times, the second not included. */
     std::optional<int64_t> fromUs;
     std::optional<int64_t> untilUs;
     bool syncOnly = false;
-    /** Times as h:mm:ss and not as seconds. */
+    /** Times as h:mm:ss instead of seconds. */
     bool clock = false;
     bool json = false;
     bool csv = false;
@@ -89,12 +89,12 @@ struct TimelineOptions {
     std::string output;
     /** In a folder: drawings instead of pages. */
     bool svg = false;
-    /** Spaces between the targets of seeks; 0 leaves seeks out. */
+    /** Spaces between the targets of seeks; 0: no seeks. */
     uint32_t seekSteps = 8;
     /** Only packets of these times, the second not included. */
     std::optional<int64_t> fromUs;
     std::optional<int64_t> untilUs;
-    /** Say when it was made. */
+    /** Add the time at which it was made. */
     bool date = false;
     bool force = false;
 };
@@ -106,7 +106,7 @@ struct ExplainOptions {
     bool strict = false;
     /** List the pages too. */
     bool pages = false;
-    /** Tell also what is so with every file; with pages, all log lines. */
+    /** Show usual findings too; with pages, all log lines. */
     bool verbose = false;
     bool json = false;
 };
@@ -123,11 +123,11 @@ struct CompareOptions {
     std::string a;
     /** Empty: the same file. */
     std::string b;
-    /** Lines that were written on a device, in place of B; empty: none. */
+    /** Lines that were written on a device, instead of B; empty: none. */
     std::string device;
     /** Empty: the same plug-in. */
     std::string pluginB;
-    /** Whether log lines are compared; nothing: if the plug-ins differ. */
+    /** Whether log lines are compared; nothing: only if the plug-ins differ. */
     std::optional<bool> logs;
     /** Whether reads of the files are compared. */
     bool reads = false;
@@ -138,9 +138,9 @@ struct CompareOptions {
 
 struct CheckOptions {
     std::vector<std::string> files;
-    /** Lists of a device's codecs; empty: what a stock Android 13 has. */
+    /** Lists of a device's codecs; empty: those of a stock Android 13. */
     std::vector<std::string> codecs;
-    /** Empty: what was found is kept nowhere. */
+    /** Empty: results are not kept. */
     std::string state;
     /** Files at a time; 0: as many as there are processors. */
     size_t jobs = 0;

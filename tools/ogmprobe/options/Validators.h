@@ -10,10 +10,10 @@
 
 #include "text/TimeText.h"
 
-/** What the values of options have to be; each says so in one line. */
+/** Checks of option values; each describes itself in one line. */
 namespace ogmprobe {
 
-/** Nothing of it in the help, where the option says enough. */
+/** Not shown in the help: the option's text says enough. */
 inline CLI::Validator wholeNumber(uint64_t least, uint64_t most) {
     return {[least, most](const std::string& text) -> std::string {
                 uint64_t value = 0;

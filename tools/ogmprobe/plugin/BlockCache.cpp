@@ -9,7 +9,7 @@
 namespace ogmprobe {
 namespace {
 
-/** As much as comes without an error and before the end of the file. */
+/** Reads up to an error or the end of the file. */
 size_t readBlock(int descriptor, uint64_t offset, uint8_t* bytes, size_t size) {
     size_t done = 0;
     while (done < size) {
@@ -33,7 +33,7 @@ bool BlockCache::load(uint64_t offset) {
     const uint64_t start = number * kBlockSize;
     Block& block = mBlocks[number % kBlocks];
     if (block.bytes == nullptr) {
-        // Not value-initialised: what was not read is never looked at.
+        // Not value-initialised: bytes that were not read are never used.
         block.bytes.reset(new uint8_t[kBlockSize]);
     }
     const size_t expected = std::min<uint64_t>(kBlockSize, mSize - std::min(start, mSize));

@@ -10,17 +10,17 @@
 namespace ogmprobe {
 
 /**
- * The blocks of a file that were read last, so that a plug-in that searches byte by byte costs no
- * system call a byte. A mapping would do the same, but ends the process when the file shrinks.
+ * Caches the last blocks of a file, so that a search byte by byte needs no system call for each
+ * byte. A mapping would do the same, but ends the process when the file shrinks.
  */
 class BlockCache {
   public:
     static constexpr size_t kBlockSize = size_t{1} << 16;
 
-    /** Of the file's first `size` bytes. The descriptor must outlive this object. */
+    /** Caches the file's first `size` bytes. The descriptor must outlive this object. */
     BlockCache(int descriptor, uint64_t size);
 
-    /** What is at hand from the byte on, in its block; maybe nothing. */
+    /** Returns the cached bytes from the offset to the end of its block; may be empty. */
     std::span<const uint8_t> from(uint64_t offset) const {
         const uint64_t number = offset / kBlockSize;
         const Block& block = mBlocks[number % kBlocks];
@@ -31,7 +31,7 @@ class BlockCache {
         return {block.bytes.get() + start, block.size - start};
     }
 
-    /** Reads the block in which the byte lies. False if it cannot be read as a whole. */
+    /** Reads the block that holds the byte. Returns false if it cannot be read as a whole. */
     bool load(uint64_t offset);
 
   private:

@@ -7,7 +7,7 @@
 
 namespace ogmprobe {
 
-/** Finds out whether a sequence has come to repeat itself, in rounds of up to 1024 elements. */
+/** Detects that a sequence repeats itself, in rounds of up to 1024 elements. */
 class CycleFinder {
   public:
     void clear() { mCount = mAnchor = mPeriod = mMatched = 0; }
@@ -23,17 +23,17 @@ class CycleFinder {
                 mMatched = 1;
             }
         }
-        // What comes back is compared with a later element now and then: the first ones need not
-        // be part of the cycle.
+        // The element to compare with moves on from time to time: the first ones need not be part
+        // of the cycle.
         if ((mCount & (mCount - 1)) == 0 && mPeriod == 0) {
             mAnchor = mCount;
         }
         mPast[mCount++ % kLongest] = element;
     }
 
-    /** Elements of one round; 0: no repetition. */
+    /** Returns the elements of one round; 0 without repetition. */
     uint64_t period() const { return mPeriod; }
-    /** How often the round has been repeated without a difference. */
+    /** Returns how often the round has been repeated without a difference. */
     uint64_t rounds() const { return mPeriod == 0 ? 0 : mMatched / mPeriod; }
 
   private:

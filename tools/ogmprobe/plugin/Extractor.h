@@ -18,7 +18,7 @@ namespace ogmprobe {
  */
 class Extractor {
   public:
-    /** Takes the table over and asks what the framework asks right after creation. */
+    /** Takes ownership of the table and makes the calls that the framework makes after creation. */
     explicit Extractor(android::CMediaExtractor* table);
 
     size_t trackCount() const { return mTrackCount; }
@@ -26,9 +26,9 @@ class Extractor {
     /** The container's format. */
     const Format& format() const { return mFormat; }
 
-    /** The format in the track list; empty if the extractor gives none. */
+    /** Returns the format in the track list; empty if the extractor returns none. */
     Format trackFormat(size_t index) const;
-    /** Null if the extractor refuses. */
+    /** Returns null if the extractor refuses. */
     std::unique_ptr<Track> track(size_t index) const;
 
   private:

@@ -25,7 +25,7 @@ constexpr uint32_t kIsLocalFile = 16;
     throw ProbeError(ExitCode::kFile, fmt::format("cannot open: {}", reason));
 }
 
-// A plug-in jumps about in its file: a pipe or a socket cannot serve it.
+// A plug-in reads at any offset: a pipe or a socket cannot do that.
 off64_t sizeOfSeekable(int descriptor) {
     struct stat status = {};
     if (fstat(descriptor, &status) != 0) {
@@ -126,14 +126,14 @@ void FileSource::noteEndOfSearch(off64_t offset, size_t size, ssize_t got) {
     }
 }
 
-/** Whether the read goes on with a search that has been going on for long. */
+/** Returns whether the read continues a long search. */
 bool FileSource::isLongSearch(off64_t offset) {
     const SourceRead run = PluginCall::vitals().run();
     return ReadWatch::goesOn(offset) && run.size == kSearchedSize &&
            run.result == static_cast<int64_t>(kSearchedSize) && run.count >= kLongSearch;
 }
 
-/** Where to read for a search that is known to find nothing; else the place itself. */
+/** Returns where to read for a search that is known to find nothing; else the offset itself. */
 off64_t FileSource::endOfVainSearch(off64_t offset) {
     const bool isKnown = offset < mVainSearchEnd && isLongSearch(offset) &&
                          PluginCall::vitals().runOffset.get() == mVainSearchBegin;
@@ -145,7 +145,7 @@ off64_t FileSource::endOfVainSearch(off64_t offset) {
     return mVainSearchEnd;
 }
 
-/** Finds out what the next reads will find, should this one belong to a search. */
+/** Prepares the next reads if this one belongs to a search. */
 void FileSource::searchOnFrom(off64_t offset, size_t size, ssize_t got) {
     mSearchEnd = kNoSearch;
     if (size != kSearchedSize || got != static_cast<ssize_t>(kSearchedSize)) {
@@ -174,7 +174,7 @@ ssize_t FileSource::readUncounted(off64_t offset, uint8_t* data, size_t size) {
     return readWhole(offset, data, available);
 }
 
-/** False where a block cannot be read: less than a block may be readable all the same. */
+/** Returns false if a block cannot be read; less than a block may still be readable. */
 bool FileSource::readFromBlocks(uint64_t offset, uint8_t* data, size_t size) {
     while (size > 0) {
         if (mBlocks->from(offset).empty() && !mBlocks->load(offset)) {
@@ -190,8 +190,8 @@ bool FileSource::readFromBlocks(uint64_t offset, uint8_t* data, size_t size) {
     return true;
 }
 
-// One system call may give less than asked for in the middle of a file, which would look like its
-// end to the plug-in.
+// One system call may return fewer bytes in the middle of a file, which the plug-in would take for
+// the end.
 ssize_t FileSource::readWhole(off64_t offset, uint8_t* data, size_t size) {
     size_t done = 0;
     while (done < size) {

@@ -17,9 +17,9 @@
 namespace ogmprobe {
 
 /**
- * A local file as the framework hands it to a plug-in, with a count of what is read from it.
+ * A local file as the framework passes it to a plug-in. Counts what is read from it.
  *
- * The counts are the plug-in's own, whatever is kept of the file in memory. Not for several
+ * The counts are those of the plug-in's reads, even if bytes come from memory. Not for several
  * threads.
  */
 class FileSource {
@@ -31,42 +31,44 @@ class FileSource {
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
 
-    /** The table to hand to the plug-in; lives as long as this object. */
+    /** Returns the table for the plug-in; valid as long as this object. */
     android::CDataSource* table() { return &mTable; }
 
     /**
-     * Ends a search of the plug-in early once it has begun just as an earlier one that found
-     * nothing up to the end of the file: its next read gets what the last one of the earlier search
-     * got. So ends a search that goes through the same junk as the one before (see
-     * `RepeatedSearch`); one log line says how often. Counted and recorded are all reads that the
-     * searches would have made. Right for a plug-in whose searches depend on the bytes alone, stop
-     * at the first short read, and go on after junk as described there.
+     * Shortens a search of the plug-in that begins like an earlier one which found nothing up to
+     * the end of the file: its next read gets the result of the earlier search's last read. A
+     * search through the same junk as the one before ends in the same way (see `RepeatedSearch`);
+     * one log line says how often. All reads that the searches would have made are counted and
+     * recorded. This is correct for a plug-in whose searches depend only on the bytes, stop at the
+     * first short read, and continue after junk as described there.
      */
     void shortenRepeatedSearches() { mShortens = true; }
 
-    /** Calls of `readAt`, and the bytes they gave, since this object was made. */
+    /** Return the calls of `readAt` so far, and the bytes they returned. */
     uint64_t reads() const { return mReads + mSearchReads; }
     uint64_t bytesRead() const { return mBytesRead + mSearchReads * kSearchedSize; }
 
-    /** Where the last read that gave something ended. */
+    /** Returns where the last read that returned bytes ended. */
     uint64_t readUpTo() const { return mReadUpTo; }
 
     uint64_t size() const { return static_cast<uint64_t>(mSize); }
 
-    /** The first error of the operating system in a read, as an `errno` value; 0 without one. */
+    /** Returns the first system error of a read, as an `errno` value; 0 without one. */
     int error() const { return mError; }
 
   private:
-    /** What a plug-in reads at each byte to find where a page begins. */
+    /** The bytes that a plug-in reads at each place to find where a page begins. */
     static constexpr size_t kSearchedSize = 4;
-    /** From so many reads on, searches that begin at the same place are taken for the same. */
+    /**
+     * After so many equal reads, searches that begin at the same place are regarded as the same.
+     */
     static constexpr uint64_t kLongSearch = 1 << 20;
-    /** In front of all that can be asked for. */
+    /** Before every valid offset. */
     static constexpr off64_t kNoSearch = std::numeric_limits<off64_t>::min();
 
     /**
-     * A read of that many bytes, if it goes on with a search. It has to be quick: a large file with
-     * nothing in it takes a thousand million of them.
+     * Does a read of that many bytes if it continues a search. It has to be fast: an empty large
+     * file takes a thousand million of them.
      */
     bool searchOn(off64_t offset, void* data) {
         if (!ReadWatch::goesOn(offset) || offset >= mSearchEnd) {
@@ -100,7 +102,7 @@ class FileSource {
     uint64_t mReadUpTo = 0;
     uint64_t mReads = 0;
     uint64_t mSearchReads = 0;
-    /** The bytes from `mSearchBegin` on, for reads that begin in front of `mSearchEnd`. */
+    /** The bytes from `mSearchBegin` on, for reads that begin before `mSearchEnd`. */
     const uint8_t* mSearched = nullptr;
     off64_t mSearchBegin = 0;
     off64_t mSearchEnd = kNoSearch;

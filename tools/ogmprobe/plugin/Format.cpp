@@ -38,7 +38,7 @@ std::vector<FormatEntry> Format::entriesOf(AMediaFormat* format) {
     for (FormatEntry& entry : entries) {
         void* data = nullptr;
         size_t size = 0;
-        // The platform's text leaves the bytes out.
+        // The platform's text omits the bytes.
         if (AMediaFormat_getBuffer(format, entry.name.c_str(), &data, &size)) {
             entry.value = fmt::format("data({})", hexText({static_cast<uint8_t*>(data), size}));
         }

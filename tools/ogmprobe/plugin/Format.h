@@ -13,20 +13,22 @@
 
 namespace ogmprobe {
 
-/** An `AMediaFormat` that is deleted with this object. Values of another type count as absent. */
+/**
+ * An `AMediaFormat` that is deleted with this object. Values of another type are treated as absent.
+ */
 class Format {
   public:
     Format() : mFormat(AMediaFormat_new()) {}
 
-    /** For the plug-in to fill; stays owned by this object. */
+    /** Returns the format for the plug-in to fill; this object keeps it. */
     AMediaFormat* get() const { return mFormat.get(); }
 
     std::optional<int32_t> int32(const char* key) const;
     std::optional<int64_t> int64(const char* key) const;
     std::optional<std::string> string(const char* key) const;
-    /** A copy of the bytes. */
+    /** Returns a copy of the bytes. */
     std::optional<std::vector<uint8_t>> buffer(const char* key) const;
-    /** All there are, whatever they are called. */
+    /** Returns all entries, whatever their names. */
     std::vector<FormatEntry> entries() const { return entriesOf(get()); }
     static std::vector<FormatEntry> entriesOf(AMediaFormat* format);
 

@@ -16,7 +16,7 @@ struct FormatEntry {
     bool operator==(const FormatEntry&) const = default;
 };
 
-/** The entries in a text that `AMediaFormat_toString` gave, in their order. */
+/** Returns the entries of a text of `AMediaFormat_toString`, in their order. */
 std::vector<FormatEntry> formatEntries(std::string_view text);
 
 }  // namespace ogmprobe

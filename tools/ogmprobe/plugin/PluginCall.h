@@ -9,8 +9,8 @@
 namespace ogmprobe {
 
 /**
- * Marks the time during which the plug-in is at work, so that a death or a standstill can be put
- * down to the function that was called.
+ * Marks the time during which the plug-in runs, so that a death or a standstill can be attributed
+ * to the called function.
  *
  * The marks are for the whole process: one call at a time, on one thread.
  */
@@ -22,18 +22,21 @@ class PluginCall {
     PluginCall(const PluginCall&) = delete;
     PluginCall& operator=(const PluginCall&) = delete;
 
-    /** Notes what the call has returned; gives it back. */
+    /** Records the status that the call has returned, and returns it. */
     media_status_t returned(media_status_t status);
 
-    /** Whether the plug-in is at work. */
+    /** Returns whether the plug-in is running. */
     static bool active() noexcept;
 
-    /** The function that an exception has left, which none may do; no function at first. */
+    /**
+     * Returns the function that an exception has left, which is forbidden; `kNone` if there is
+     * none.
+     */
     static PluginFunction leftByException() noexcept;
 
-    /** Where the marks are kept. */
+    /** Returns the marks. */
     static Vitals& vitals() noexcept { return *sVitals; }
-    /** Keeps the marks there from now on; null: in this process alone. */
+    /** Keeps the marks there from now on; null: only in this process. */
     static void keepIn(Vitals* vitals) noexcept;
 
   private:

@@ -5,7 +5,7 @@
 
 namespace ogmprobe {
 
-/** What the plug-in can be busy with. */
+/** The functions of a plug-in. */
 enum class PluginFunction : uint32_t {
     kNone,
     kDefinition,
@@ -30,7 +30,7 @@ constexpr PluginFunction lastOf(PluginFunction) {
     return PluginFunction::kFreeExtractor;
 }
 
-/** As people know it: "read", "the track's free". */
+/** Returns a name for people: "read", "the track's free". */
 const char* functionName(PluginFunction function);
 
 }  // namespace ogmprobe

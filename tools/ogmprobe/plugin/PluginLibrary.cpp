@@ -36,7 +36,7 @@ std::optional<std::string> whyRefused(const android::ExtractorDef& definition) {
     return std::nullopt;
 }
 
-/** What a sniff function hands to the creator, freed right after creation. */
+/** The data that a sniff function passes to the creator, freed right after creation. */
 struct SniffMeta {
     ~SniffMeta() {
         if (data != nullptr && freeMeta != nullptr) {
@@ -53,10 +53,10 @@ android::CreatorFunc sniff(const android::ExtractorDef& definition, android::CDa
                            SniffMeta* meta) {
     float confidence = 0;
     const PluginCall call(PluginFunction::kSniff);
-    // Both versions of the definition hold the sniff function at the same place.
+    // Both versions of the definition have the sniff function at the same place.
     const auto creator = definition.u.v2.sniff(source, &confidence, &meta->data, &meta->freeMeta);
     if (creator == nullptr) {
-        // What a plug-in without interest wrote is ignored.
+        // Data of a plug-in that does not recognise the file is ignored.
         meta->data = nullptr;
         return nullptr;
     }

@@ -30,12 +30,13 @@ class PluginLibrary {
     std::string uuid() const;
 
     /**
-     * Sniffs and creates. Throws `ProbeError` with `ExitCode::kNotTaken` when the plug-in does not
-     * claim the source or makes no extractor of it. The source must outlive the extractor.
+     * Sniffs the source and creates an extractor. Throws `ProbeError` with `ExitCode::kNotTaken`
+     * when the plug-in does not recognise the source or creates no extractor. The source must
+     * outlive the extractor.
      */
     std::unique_ptr<Extractor> open(android::CDataSource* source) const;
 
-    /** The plug-in in the `lib` folder beside the program's folder, if there is one. */
+    /** Returns the plug-in in the `lib` folder beside the program's folder, if there is one. */
     static std::optional<std::filesystem::path> findBeside(
             const std::filesystem::path& programFolder);
 

@@ -6,10 +6,10 @@
 namespace ogmprobe {
 namespace {
 
-// No search that ends repeats itself so often without a difference.
+// No search that ends repeats its reads so often without a difference.
 constexpr uint64_t kProof = 256;
 
-// FNV-1a on whole numbers: different runs hardly ever look alike.
+// FNV-1a on whole numbers: different runs rarely have the same fingerprint.
 uint64_t fingerprint(const SourceRead& run) {
     constexpr uint64_t kPrime = 0x100000001b3;
     uint64_t value = 0xcbf29ce484222325;
@@ -47,7 +47,7 @@ void ReadWatch::onCycle(CycleHandler handler, Seconds limit) {
 
 void ReadWatch::add(int64_t offset, uint64_t size, int64_t result) noexcept {
     const Vitals& vitals = PluginCall::vitals();
-    // Reads that do not overlap are no search: so are packets of one byte each read.
+    // Reads that do not overlap are no search: packets of one byte each are read this way too.
     const bool isAlike =
             size > 1 && size == vitals.runSize.get() && result == vitals.runResult.get();
     if (isAlike && goesOn(offset) && offset != Vitals::kNoRun) {
@@ -72,7 +72,7 @@ void ReadWatch::beginRun(const SourceRead& read) noexcept {
 
 void ReadWatch::judge() noexcept {
     const uint64_t rounds = sFinder.rounds();
-    // The clock is not asked for each read.
+    // Reading the clock for each read would be slow.
     if (rounds < kProof || rounds % 64 != 0) {
         return;
     }

@@ -10,14 +10,14 @@
 namespace ogmprobe {
 
 /**
- * Watches the reads of the plug-in, in the whole process: puts those of a byte-by-byte search
- * together in one record, and notices when a call repeats the same reads for ever.
+ * Watches the plug-in's reads in the whole process: combines those of a byte-by-byte search into
+ * one record, and detects a call that repeats the same reads forever.
  */
 class ReadWatch {
   public:
     using Seconds = std::chrono::duration<double>;
 
-    /** The same reads over and over, without a call's end. */
+    /** The same reads again and again within one call. */
     struct Cycle {
         uint64_t reads;
         int64_t offset;
@@ -25,25 +25,27 @@ class ReadWatch {
     };
     using CycleHandler = void (*)(const Cycle&);
 
-    /** A read has finished. */
+    /** To be called after each read. */
     static void add(int64_t offset, uint64_t size, int64_t result) noexcept;
 
-    /** Whether a read of the same size and result as the last one would go on with its run. */
+    /**
+     * Returns whether a read of the same size and result as the last one would continue its run.
+     */
     static bool goesOn(int64_t offset) noexcept {
         return PluginCall::vitals().runNext.get() == offset;
     }
-    /** Such a read has finished: all there is to do for each byte of a search. */
+    /** To be called after such a read: the only work for each byte of a search. */
     static void goOn(int64_t offset) noexcept { PluginCall::vitals().runNext.set(offset + 1); }
 
-    /** To be called before anything else is recorded: hands over the run of reads so far. */
+    /** To be called before any other record: records the current run of reads. */
     static void endRun();
 
     /** To be called when the plug-in is called. */
     static void beginCall();
 
     /**
-     * Calls the handler when a call has repeated the same reads for so long; null, or a limit of
-     * 0: never.
+     * Sets the handler for a call that has repeated the same reads for that long; null, or a limit
+     * of 0: never.
      */
     static void onCycle(CycleHandler handler, Seconds limit);
 

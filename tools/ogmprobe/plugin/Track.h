@@ -18,15 +18,15 @@ namespace ogmprobe {
 /** The name of a `media_status_t` with its number, as "AMEDIA_ERROR_IO (-10007)". */
 std::string statusText(media_status_t status);
 
-/** A seek that goes with a read. */
+/** A seek as part of a read. */
 struct SeekRequest {
     int64_t timeUs;
     android::CMediaTrackReadOptions mode;
 };
 
 /**
- * One track of an extractor, driven as the framework drives it: started with one buffer group for
- * life, stopped (if started) and freed at the end.
+ * One track of an extractor, used as the framework does: started with one buffer group for its
+ * whole lifetime, stopped (if started) and freed at the end.
  *
  * Must be gone before its extractor.
  */
@@ -40,7 +40,7 @@ class Track {
         bool withoutTime = false;
     };
 
-    /** Takes the table over. */
+    /** Takes ownership of the table. */
     Track(size_t index, android::CMediaTrack* table);
     ~Track();
 
@@ -50,11 +50,11 @@ class Track {
     size_t index() const { return mIndex; }
 
     media_status_t start();
-    /** From now on packets have the entries that their buffers carry. */
+    /** Packets include the format entries of their buffers from now on. */
     void keepEntries() { mKeepsEntries = true; }
-    /** What `getFormat` fills in; empty if it fails. */
+    /** Returns the format that `getFormat` fills; empty if it fails. */
     Format format() const;
-    /** Copies the buffer's range and gives the buffer back at once. */
+    /** Copies the buffer's range and releases the buffer at once. */
     ReadResult read(const std::optional<SeekRequest>& seek);
 
   private:
@@ -66,7 +66,7 @@ class Track {
     const size_t mIndex;
     bool mStarted = false;
     bool mKeepsEntries = false;
-    // Goes after the table: the plug-in may hold buffers until its track is freed.
+    // Destroyed after the table: the plug-in may hold buffers until its track is freed.
     std::unique_ptr<android::MediaBufferGroup> mGroup;
     std::unique_ptr<android::CMediaTrack, Free> mTable;
 };

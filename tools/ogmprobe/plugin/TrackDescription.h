@@ -14,7 +14,9 @@ namespace ogmprobe {
 
 enum class TrackKind { kVideo, kAudio, kOther };
 
-/** What a track's format says. Values are as the plug-in delivers them, nothing where it is silent.
+/**
+ * The contents of a track's format. Values are as the plug-in returns them; nothing if they are
+ * missing.
  */
 struct TrackDescription {
     size_t index = 0;
@@ -30,7 +32,7 @@ struct TrackDescription {
     std::optional<int32_t> channelCount;
     std::optional<int32_t> mpegAudioLayer;
     std::optional<std::vector<uint8_t>> esds;
-    /** All entries of the format, these included. */
+    /** All entries of the format, including these. */
     std::vector<FormatEntry> entries;
 };
 
@@ -42,13 +44,13 @@ void classify(TrackDescription& track);
 std::string kindName(TrackKind kind);
 /** "176x144, 25 fps" or "44100 Hz, 2 channels"; "-" for what is neither. */
 std::string formatText(const TrackDescription& track);
-/** The ESDS decoded, in lines of their own; one line when it is damaged. */
+/** Returns the decoded ESDS, line by line; a single line if it is damaged. */
 std::vector<std::string> esdsLines(const std::vector<uint8_t>& esds);
 nlohmann::ordered_json toJson(const TrackDescription& track);
-/** An object for each. */
+/** Returns an object for each entry. */
 nlohmann::ordered_json toJson(const std::vector<FormatEntry>& entries);
 
-/** Why a player would not get on with the format, in sentences; empty when it would. */
+/** Returns sentences that say why a player could not use the format; empty if it could. */
 std::vector<std::string> complaints(const TrackDescription& track);
 
 }  // namespace ogmprobe

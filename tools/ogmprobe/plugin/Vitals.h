@@ -10,7 +10,9 @@
 
 namespace ogmprobe {
 
-/** A number that one thread writes and another process may read: no addition need be atomic. */
+/**
+ * A number that one thread writes and another process may read, so additions need not be atomic.
+ */
 template <typename T>
 class Shared {
   public:
@@ -23,26 +25,26 @@ class Shared {
     std::atomic<T> mValue;
 };
 
-/** What another process can see of the work with the plug-in at any time. */
+/** What another process can see of the plug-in's work at any time. */
 struct Vitals {
     /** Changes with each beginning and end of a call and with each run of reads. */
     Shared<uint64_t> signsOfLife;
-    /** What the plug-in is busy with. */
+    /** The function that the plug-in is running. */
     Shared<PluginFunction> function;
     /** Of the file that is read, once it is open. */
     Shared<uint64_t> fileSize;
 
-    /** Where a read would go on with the run of reads that there is; `kNoRun`: there is none. */
+    /** Where a read would continue the current run of reads; `kNoRun`: there is none. */
     Shared<int64_t> runNext{kNoRun};
     // As in `SourceRead`, of a run.
     Shared<int64_t> runOffset;
     Shared<uint64_t> runSize;
     Shared<int64_t> runResult;
 
-    /** No read can be there. */
+    /** No read can be at this offset. */
     static constexpr int64_t kNoRun = std::numeric_limits<int64_t>::max();
 
-    /** A count of 0: none. */
+    /** Returns the current run; a count of 0 means none. */
     SourceRead run() const {
         const int64_t next = runNext.get();
         const uint64_t count = next == kNoRun ? 0
@@ -51,7 +53,7 @@ struct Vitals {
         return {runOffset.get(), runSize.get(), runResult.get(), count};
     }
 
-    /** Changes with whatever happens. */
+    /** Changes whenever something happens. */
     uint64_t signs() const { return signsOfLife.get() + static_cast<uint64_t>(runNext.get()); }
 };
 

@@ -25,7 +25,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr size_t kPipeRead = 65536;
 
-/** What a process may take to end after its answer. */
+/** How long a process may take to end after its answer. */
 constexpr auto kNap = std::chrono::milliseconds(1);
 constexpr int kMostNaps = 5000;
 
@@ -135,7 +135,7 @@ std::optional<std::string> ChildTask::waitForAnswer(std::chrono::milliseconds li
     }
 }
 
-/** Who has closed its end of the pipe has nothing to stay for. */
+/** A process that has closed its end of the pipe must end soon. */
 int ChildTask::reapSoon() {
     int status = 0;
     for (int i = 0; i < kMostNaps; ++i) {

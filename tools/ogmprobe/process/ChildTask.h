@@ -13,40 +13,40 @@
 
 namespace ogmprobe {
 
-/** A function in a process of its own, which answers with a text. */
+/** A function in a separate process, which returns a text. */
 class ChildTask {
   public:
     using Work = std::function<std::string()>;
 
     enum class Rights {
-        /** Those of this process. */
+        /** The same as this process. */
         kAll,
-        /** None but memory and the answer (see Sandbox.h). */
+        /** Only memory and the answer (see Sandbox.h). */
         kSandboxed,
     };
 
     /**
-     * Begins at once. There must be no other threads. An answer of more bytes is refused. Throws
-     * `ProbeError` with `kFile`.
+     * Starts the process. There must be no other threads. An answer of more than `mostBytes` is
+     * refused. Throws `ProbeError` with `kFile`.
      */
     ChildTask(const Work& work, Rights rights, uint64_t mostBytes);
-    /** Kills the process if it is still there. */
+    /** Kills the process if it still runs. */
     ~ChildTask();
 
     ChildTask(ChildTask&& other) noexcept;
     ChildTask& operator=(ChildTask&&) = delete;
 
-    /** Can be read when there is more of the answer, or its end. */
+    /** Readable when there is more of the answer, or its end. */
     int descriptor() const { return mPipe.get(); }
-    /** Takes what has come; false when nothing more will. */
+    /** Reads what has arrived; returns false when nothing more will. */
     bool readMore();
 
-    /** The answer; nothing if the process ended in another way than by giving it. Once only. */
+    /** Returns the answer; nothing if the process ended without giving it. Call once. */
     std::optional<std::string> takeAnswer();
-    /** How the process ended, after an answer that was not given: "signal 9". */
+    /** Returns how the process ended if it gave no answer: "signal 9". */
     const std::string& ending() const { return mEnding; }
 
-    /** The whole answer, or nothing after that time. */
+    /** Waits for the whole answer; returns nothing after that time. */
     std::optional<std::string> waitForAnswer(std::chrono::milliseconds limit);
 
   private:

@@ -10,20 +10,20 @@
 
 namespace ogmprobe {
 
-/** Why a process ends, left by itself in memory that another one sees. It is zeros at first. */
+/** Why a process ended, written by it into shared memory. Initially zeros. */
 struct DeathNote {
     enum class Cause : uint32_t {
         kNone,
-        /** `text` says which. */
+        /** `text` is the assertion. */
         kAssertion,
         /** `number` is the signal. */
         kSignal,
         /** `number` is the system call. */
         kForbiddenCall,
         kOutOfMemory,
-        /** `text` is what it says. */
+        /** `text` is the exception's. */
         kException,
-        /** `text` says of what. */
+        /** `text` describes the reads. */
         kEndlessReading,
     };
 
@@ -33,12 +33,12 @@ struct DeathNote {
 };
 
 /**
- * A sentence about the death of an extractor. Trusts neither the note nor the function, which the
- * dying process may have overwritten. `waitStatus` is what `waitpid` gives.
+ * Returns a sentence about the death of an extractor. Trusts neither the note nor the function,
+ * which the dying process may have overwritten. `waitStatus` is that of `waitpid`.
  */
 std::string deathSentence(const DeathNote& note, PluginFunction function, int waitStatus);
 
-/** As " in read"; empty for no function or none that there is. */
+/** Returns text like " in read"; empty for no function or an invalid one. */
 std::string inFunction(PluginFunction function);
 
 }  // namespace ogmprobe

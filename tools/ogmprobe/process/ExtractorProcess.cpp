@@ -39,7 +39,7 @@ using Clock = std::chrono::steady_clock;
 constexpr auto kFirstNap = 1ms;
 constexpr auto kLongestNap = 200ms;
 
-/** The process is stuck; `what()` says in what. */
+/** The process is stuck; `what()` says where. */
 class Stuck : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -52,16 +52,16 @@ void require(bool success) {
     }
 }
 
-// Without a descriptor, so that nobody can cut it off under the other's feet.
+// Without a descriptor, so that no process can truncate it while the other uses it.
 SharedState* mapSharedState() {
     void* memory = mmap(nullptr, sizeof(SharedState), PROT_READ | PROT_WRITE,
                         MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     require(memory != MAP_FAILED);
-    // Not value-initialised: that would touch each of its pages, of which most are never needed.
+    // Not value-initialised: that would touch all its pages, most of which are never needed.
     return new (memory) SharedState;
 }
 
-/** The two ends of the way on which the processes wake each other. */
+/** The two ends of the socket by which the processes wake each other. */
 struct Doorbells {
     Doorbells() {
         std::array<int, 2> ends = {-1, -1};
@@ -112,7 +112,7 @@ void dieOfCycle(const ReadWatch::Cycle& cycle) {
     _exit(static_cast<int>(ExitCode::kDone));
 }
 
-/** Whether it would have come to an end nobody knows. */
+/** Says that the time limit was reached; the call might still have ended. */
 std::string overdueSentence(StandstillWatch::State state, StandstillWatch::Duration limit,
                             const Vitals& vitals) {
     const std::string place = inFunction(vitals.function.get());
@@ -207,7 +207,7 @@ void ExtractorProcess::deliverAll(const RecordSink& handler) {
     }
 }
 
-/** What was being read when the process ended. */
+/** Passes on the reads that were in progress when the process ended. */
 void ExtractorProcess::deliverLastRun(const RecordSink& handler) {
     const SourceRead run = mShared->vitals.run();
     if (mTraced && run.count != 0) {
@@ -223,7 +223,7 @@ void ExtractorProcess::tellProgress() const {
     }
 }
 
-// The writer wakes this side only when much has come together: the naps find the rest.
+// The writer wakes this side only after much data: the naps find the rest.
 bool ExtractorProcess::waitForMore() {
     if (mGone) {
         return false;
@@ -238,7 +238,7 @@ bool ExtractorProcess::waitForMore() {
         if (mGone) {
             return false;
         }
-        // No more than was meant: both processes may have been stopped in the meantime.
+        // At most the intended time: both processes may have been stopped in the meantime.
         const auto slept = std::min<Clock::duration>(Clock::now() - asleep, 2 * nap);
         const auto state = watch.observe(slept, vitals.signs());
         if (state != StandstillWatch::State::kAlive) {

@@ -15,24 +15,24 @@
 
 namespace ogmprobe {
 
-/** The memory that both processes see. */
+/** The memory that both processes share. */
 struct SharedState;
 
 /**
- * A job in a process of its own, which has nothing but the file and its memory (see Sandbox.h) and
- * hands its records over in shared memory. Whatever becomes of it, this process goes on.
+ * A job in a separate process, which can only read the file and use its memory (see Sandbox.h), and
+ * passes its records through shared memory. This process continues whatever happens to it.
  */
 class ExtractorProcess {
   public:
-    /** Begins at once. There must be no other threads. Throws `ProbeError` with `kFile`. */
+    /** Starts the process. There must be no other threads. Throws `ProbeError` with `kFile`. */
     ExtractorProcess(const JobRequest& request, const GlobalOptions& options);
-    /** Kills the process if it is still there. */
+    /** Kills the process if it still runs. */
     ~ExtractorProcess();
 
     ExtractorProcess(const ExtractorProcess&) = delete;
     ExtractorProcess& operator=(const ExtractorProcess&) = delete;
 
-    /** Hands over all records; one about a death or standstill comes last. Once only. */
+    /** Passes on all records; one about a death or standstill comes last. Call once. */
     void deliver(const RecordSink& handler);
 
   private:
@@ -46,7 +46,7 @@ class ExtractorProcess {
     bool waitForMore();
     void sleep(std::chrono::milliseconds atMost);
     PluginFunction function() const;
-    /** The process is gone; gives the status of `waitpid`. */
+    /** Waits for the end of the process and returns the status of `waitpid`. */
     int reap();
     int kill();
 

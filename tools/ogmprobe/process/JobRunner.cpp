@@ -17,14 +17,14 @@ namespace ogmprobe {
 namespace {
 
 /**
- * Hands records over within this process. Some are made while the plug-in is at work: an exception
- * must not pass through it and waits until the call is over.
+ * Passes records on within this process. Some are made while the plug-in runs: an exception must
+ * not pass through it, so it waits until the call is over.
  */
 class DirectSink {
   public:
     explicit DirectSink(const RecordSink& handler) : mHandler(handler) {}
 
-    /** After an exception nothing more is handed over. */
+    /** After an exception no more records are passed on. */
     void operator()(const Record& record) {
         if (mFailure == nullptr) {
             try {
@@ -51,7 +51,7 @@ class DirectSink {
     bool mThrown = false;
 };
 
-// The logger of a process cannot carry a pointer of its own.
+// The logger of a process cannot hold a pointer.
 const RecordSink* gLogSink = nullptr;
 
 void logIntoSink(const __android_log_message* message) {
@@ -61,11 +61,11 @@ void logIntoSink(const __android_log_message* message) {
     }
 }
 
-/** Leads log lines, and a trace if it is wanted, into the sink for as long as it lives. */
+/** Passes log lines, and a trace if requested, to the sink during its lifetime. */
 class Recording {
   public:
     Recording(const JobRequest& request, const GlobalOptions& options, const RecordSink& sink) {
-        // What this process read for itself is nobody's business.
+        // Reads by this program itself are not reported.
         ReadWatch::endRun();
         gLogSink = &sink;
         __android_log_set_logger(logIntoSink);
@@ -127,7 +127,7 @@ void performJob(const JobRequest& request, const GlobalOptions& options, const R
     try {
         FileSource source(request.path);
         PluginCall::vitals().fileSize.set(source.size());
-        // Of another plug-in nobody knows what its searches depend on.
+        // What another plug-in's searches depend on is unknown.
         if (options.pluginPath.empty() && !request.wholeSearches) {
             source.shortenRepeatedSearches();
         }

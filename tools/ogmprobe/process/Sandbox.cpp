@@ -24,7 +24,7 @@ namespace {
 
 /** Allowed whatever the arguments are. */
 constexpr std::array kAllowed = {
-        // The file and the parent's answers. There is nothing else to read from.
+        // The file and the parent's answers. Nothing else is open.
         SCMP_SYS(pread64), SCMP_SYS(read), SCMP_SYS(close), SCMP_SYS(fstat),
         // Memory.
         SCMP_SYS(brk), SCMP_SYS(mremap), SCMP_SYS(munmap), SCMP_SYS(madvise),
@@ -32,7 +32,7 @@ constexpr std::array kAllowed = {
         SCMP_SYS(futex), SCMP_SYS(sched_yield), SCMP_SYS(clock_gettime), SCMP_SYS(gettimeofday),
         SCMP_SYS(time), SCMP_SYS(nanosleep), SCMP_SYS(clock_nanosleep), SCMP_SYS(restart_syscall),
         SCMP_SYS(getrandom),
-        // A death of its own, and the way to it.
+        // Ending itself, and what leads to that.
         SCMP_SYS(getpid), SCMP_SYS(gettid), SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask),
         SCMP_SYS(rt_sigreturn), SCMP_SYS(sigaltstack), SCMP_SYS(exit), SCMP_SYS(exit_group)};
 
@@ -49,7 +49,7 @@ constexpr std::array kAllowedToSanitizers = {SCMP_SYS(stat),      SCMP_SYS(newfs
                                              SCMP_SYS(prlimit64), SCMP_SYS(prctl),
                                              SCMP_SYS(mincore),   SCMP_SYS(sched_getaffinity)};
 
-/** They try to run a program that knows names of functions, and get on without. */
+/** They try to run a program that knows names of functions, but do not need it. */
 constexpr std::array kDeniedToSanitizers = {SCMP_SYS(fork), SCMP_SYS(vfork), SCMP_SYS(clone)};
 
 /** Allowed where one argument has a certain value in the bits of a mask. */
@@ -64,7 +64,7 @@ constexpr scmp_datum_t kWholeValue = ~scmp_datum_t{0};
 
 std::vector<AllowedIf> conditionallyAllowed() {
     std::vector<AllowedIf> calls = {
-            // What the C library asks before it writes to a standard stream.
+            // The C library's query before it writes to a standard stream.
             {SCMP_SYS(newfstatat), 3, kWholeValue, AT_EMPTY_PATH},
             {SCMP_SYS(ioctl), 1, kWholeValue, TCGETS},
             // No new code.
@@ -98,7 +98,7 @@ class Filter {
     Filter& operator=(const Filter&) = delete;
 
     void allow(int call) { add(SCMP_ACT_ALLOW, call, 0, nullptr); }
-    /** As something that fails. */
+    /** Makes the call fail. */
     void deny(int call) { add(SCMP_ACT_ERRNO(EPERM), call, 0, nullptr); }
     void allow(const AllowedIf& rule) {
         const scmp_arg_cmp comparison = {rule.argument, SCMP_CMP_MASKED_EQ, rule.mask, rule.value};
@@ -146,7 +146,7 @@ uint64_t mappedBytes() {
 
 void limit(int resource, uint64_t value) {
     const rlimit both = {value, value};
-    // A lower limit that is there already stays.
+    // An existing lower limit stays.
     setrlimit(static_cast<__rlimit_resource>(resource), &both);
 }
 
@@ -163,7 +163,7 @@ void leadStandardStreamsNowhere() {
     const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
     dup2(nowhere, STDIN_FILENO);
     dup2(nowhere, STDOUT_FILENO);
-    // The text of an assertion would be told twice; a sanitizer's report only stands here.
+    // The text of an assertion would appear twice; a sanitizer's report appears only here.
     if (!kSanitized) {
         dup2(nowhere, STDERR_FILENO);
     }

@@ -6,26 +6,26 @@
 #include <string>
 
 /**
- * What the process that runs the plug-in gives up, so that a file that takes it over gains nothing:
- * everything but reading the file that is open, memory within bounds, and writing to its parent.
+ * Restricts the process that runs the plug-in, so that a file that takes control of it gains
+ * nothing. It may only read the open file, use limited memory, and write to its parent.
  */
 namespace ogmprobe {
 
-/** How much memory may be taken beyond what is mapped when the sandbox is entered. */
+/** How much memory may be allocated beyond what is mapped when the sandbox is entered. */
 constexpr uint64_t kMemoryLimitBytes = uint64_t{1} << 30;
 
 /**
- * Ties the process to its parent and closes all descriptors but the given one, which becomes number
- * `kParentDescriptor`. The standard streams lead nowhere.
+ * Makes the process end with its parent, and closes all descriptors but the given one, which
+ * becomes number `kParentDescriptor`. The standard streams are discarded.
  */
 void detach(int parentProcess, int descriptor);
 
 constexpr int kParentDescriptor = 3;
 
 /**
- * For good: no new privileges, limits on memory and written files, and a filter on system calls
- * that ends the process by SIGSYS. Returns why there is no filter, if the kernel has none:
- * user-mode emulators do not. The rest holds all the same.
+ * Cannot be undone: no new privileges, limits on memory and written files, and a filter on system
+ * calls that ends the process by SIGSYS. Returns why there is no filter if the kernel has none, as
+ * under user-mode emulators; the rest applies even then.
  */
 std::optional<std::string> enterSandbox();
 

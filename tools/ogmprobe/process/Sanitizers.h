@@ -3,7 +3,7 @@
 
 namespace ogmprobe {
 
-// gcc has macros for them, clang asks.
+// gcc has macros for them, clang has a query.
 #ifndef __has_feature
 #define __has_feature(x) 0
 #endif
@@ -20,7 +20,7 @@ inline constexpr bool kThreadSanitized = true;
 inline constexpr bool kThreadSanitized = false;
 #endif
 
-/** Whether a sanitizer with shadow memory and reports of its own is built in. */
+/** Whether a sanitizer with its own shadow memory and reports is built in. */
 inline constexpr bool kSanitized = kAddressSanitized || kThreadSanitized;
 
 }  // namespace ogmprobe

@@ -15,13 +15,13 @@ namespace {
 
 constexpr uint64_t kCapacity = RingMemory::kCapacity;
 
-// Waking the other side costs more than most records do: so much is collected for it first.
+// Waking the other side costs more than most records, so bytes are collected first.
 constexpr uint64_t kBatch = kCapacity / 8;
 
 static_assert(std::atomic<uint64_t>::is_always_lock_free, "needed between processes");
 static_assert((kCapacity & (kCapacity - 1)) == 0, "positions are cut to a power of two");
 
-/** The piece of the ring from a position on that lies in one. */
+/** A contiguous piece of the ring. */
 struct Piece {
     Piece(uint64_t position, uint64_t size)
         : offset(position % kCapacity), length(std::min(size, kCapacity - offset)) {}
@@ -82,7 +82,7 @@ void RingWriter::wakeReader() {
     std::atomic_thread_fence(std::memory_order_seq_cst);
     if (mMemory.readerWaits.exchange(0) != 0) {
         const char note = 0;
-        // A reader that is gone is noticed by the one who waits for it.
+        // waitForRoom() notices a reader that is gone.
         [[maybe_unused]] const ssize_t ignored = ::write(mDoorbell, &note, 1);
     }
 }
@@ -106,7 +106,7 @@ void RingReader::release() {
     mMemory.taken.store(mTaken);
     if (mMemory.writerWaits.exchange(0) != 0) {
         const char note = 0;
-        // Where this fails the writer is gone, or has so many notes that it cannot be asleep.
+        // If this fails the writer is gone, or has so many notes that it cannot be asleep.
         [[maybe_unused]] const ssize_t ignored =
                 send(mDoorbell, &note, 1, MSG_DONTWAIT | MSG_NOSIGNAL);
     }
@@ -125,7 +125,7 @@ uint64_t RingReader::waitForBytes() {
     while (bytes == 0) {
         release();
         if (!mWait()) {
-            // What was written last before the end.
+            // Bytes written just before the end.
             bytes = available();
             if (bytes == 0) {
                 throw RingEnded{};
@@ -146,7 +146,7 @@ bool RingReader::prepareToSleep() {
 void RingReader::wakeUp() {
     mMemory.readerWaits.store(0);
     std::array<char, 64> notes;
-    // Those that are left wake it once more.
+    // Remaining notes wake it once more.
     [[maybe_unused]] const ssize_t ignored =
             recv(mDoorbell, notes.data(), notes.size(), MSG_DONTWAIT);
 }

@@ -12,11 +12,10 @@
 namespace ogmprobe {
 
 /**
- * A stream of bytes from one process to another, in memory that both have mapped. It lies there
- * as zeros at first.
+ * A stream of bytes from one process to another, in shared memory. Initially zeros.
  *
- * Positions count all bytes ever written or taken. The reader trusts nothing that it finds here:
- * the writer may have been overwritten by what it works with.
+ * Positions count all bytes ever written or read. The reader trusts nothing here: the writer may be
+ * under the control of a damaged file.
  */
 struct RingMemory {
     static constexpr uint64_t kCapacity = uint64_t{1} << 20;
@@ -33,11 +32,11 @@ class RingWriter {
   public:
     RingWriter(RingMemory& memory, int doorbell) : mMemory(memory), mDoorbell(doorbell) {}
 
-    /** Waits for room when need be; ends the process when the reader is gone. */
+    /** Waits for room if needed; ends the process when the reader is gone. */
     void write(const void* bytes, size_t size);
-    /** Lets the reader see what was written so far. It is woken only once that is worth it. */
+    /** Makes the written bytes visible to the reader, which is woken only after many bytes. */
     void publish();
-    /** Lets the reader see it at once. */
+    /** Makes the written bytes visible and wakes the reader at once. */
     void flush();
 
   private:
@@ -54,7 +53,7 @@ class RingWriter {
 /** The writer will write no more. */
 struct RingEnded {};
 
-/** What lies in the ring cannot have been written by a writer of ours. */
+/** No correct writer can have written the ring's contents. */
 class RingDamaged : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -63,18 +62,18 @@ class RingDamaged : public std::runtime_error {
 /** The reading end. The descriptor is the other end of the pair. */
 class RingReader {
   public:
-    /** Waits until there may be more to read. False: there never will be. */
+    /** Waits until there may be more to read. Returns false if there never will be. */
     using Wait = std::function<bool()>;
 
     RingReader(RingMemory& memory, int doorbell, Wait wait)
         : mMemory(memory), mDoorbell(doorbell), mWait(std::move(wait)) {}
 
-    /** Throws `RingEnded` and `RingDamaged`, and whatever the function does that waits. */
+    /** Throws `RingEnded`, `RingDamaged`, and whatever `Wait` throws. */
     void read(void* bytes, size_t size);
-    /** Lets the writer use the room of what was read. */
+    /** Frees the room of what was read for the writer. */
     void release();
 
-    /** Call this before going to sleep: true when there is nothing to read. */
+    /** Must be called before going to sleep. Returns true when there is nothing to read. */
     bool prepareToSleep();
     void wakeUp();
 

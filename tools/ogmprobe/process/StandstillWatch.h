@@ -7,9 +7,8 @@
 namespace ogmprobe {
 
 /**
- * Tells when a plug-in that is being waited for is stuck: when nothing at all moves for the given
- * time (no data-source read finishes, no call returns), or when for many times as long nothing
- * comes out of it.
+ * Detects that a plug-in is stuck: nothing moves for the given time (no data-source read finishes,
+ * no call returns), or it returns nothing for many times as long.
  */
 class StandstillWatch {
   public:
@@ -19,17 +18,17 @@ class StandstillWatch {
         kAlive,
         /** Nothing moves. */
         kStandsStill,
-        /** It moves, and nothing comes out. */
+        /** It moves but returns nothing. */
         kNeverEnds,
     };
 
-    /** How much longer than the limit it may go on as long as something moves. */
+    /** How many times longer than the limit it may take while something moves. */
     static constexpr int kBusyFactor = 10;
 
-    /** A limit of 0 is none. The watch begins with what is known of the signs of life. */
+    /** A limit of 0 means none. `signsOfLife` is the current count. */
     StandstillWatch(Duration limit, uint64_t signsOfLife) : mLimit(limit), mSigns(signsOfLife) {}
 
-    /** So much more time has gone by. */
+    /** To be called after each stretch of time. */
     State observe(Duration time, uint64_t signsOfLife) {
         mStill = signsOfLife == mSigns ? mStill + time : Duration{};
         mSigns = signsOfLife;

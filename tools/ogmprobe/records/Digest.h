@@ -10,8 +10,8 @@ namespace ogmprobe {
 inline constexpr uint64_t kEmptyDigest = 0xcbf29ce484222325;
 
 /**
- * FNV-1a with 64 bits: equal buffers have equal digests; no protection against intent. The digest
- * of bytes goes on with that of the bytes in front of them.
+ * Returns the 64-bit FNV-1a digest, continued from `digest`, that of the bytes before. Equal
+ * buffers have equal digests. It does not protect against deliberate collisions.
  */
 constexpr uint64_t fnv1a64(std::span<const uint8_t> bytes, uint64_t digest = kEmptyDigest) {
     constexpr uint64_t kPrime = 0x100000001b3;

@@ -9,8 +9,8 @@
 namespace ogmprobe {
 
 /**
- * By what bytes are known again without being kept. Beginnings that agree where the rest does not
- * are a sign of the same bytes with something cut off or added.
+ * Identifies bytes without keeping them. Equal beginnings with different rests suggest the same
+ * bytes with some cut off or added.
  */
 struct Likeness {
     static constexpr size_t kBeginning = 16;

@@ -8,14 +8,14 @@
 
 namespace ogmprobe {
 
-/** What a track gave in one buffer: a packet or an access unit. */
+/** The contents of one buffer of a track: a packet or an access unit. */
 struct Packet {
     int64_t timeUs = 0;
     bool isSync = false;
     std::vector<uint8_t> bytes;
-    /** Where in the file the last read had ended when the packet came out. */
+    /** Where in the file the last read had ended when the packet was returned. */
     uint64_t readUpTo = 0;
-    /** What the buffer carries beside its bytes; only where that is wanted. */
+    /** The buffer's format entries; only if requested. */
     std::vector<FormatEntry> entries = {};
 };
 

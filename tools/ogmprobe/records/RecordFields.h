@@ -8,8 +8,8 @@
 #include "records/Records.h"
 
 /**
- * The fields of each record in the order in which they travel between processes, for reading and
- * for writing.
+ * The fields of each record in the order in which they are passed between processes, for reading
+ * and for writing.
  */
 namespace ogmprobe {
 
@@ -21,7 +21,7 @@ auto fieldsOf(T& entry) {
     return std::tie(entry.name, entry.value);
 }
 
-// Kind and codec follow from the rest and do not travel: they name files.
+// Kind and codec are not passed: they follow from the rest, and they name files.
 template <Is<TrackDescription> T>
 auto fieldsOf(T& track) {
     return std::tie(track.index, track.mime, track.durationUs, track.width, track.height,

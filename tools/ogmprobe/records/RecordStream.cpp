@@ -11,21 +11,21 @@
 namespace ogmprobe {
 namespace {
 
-/** Stands for the end where the type of a record stands. */
+/** Marks the end, in place of a record's type. */
 constexpr uint16_t kEnd = 0xffff;
 
-// Far above what a healthy extractor gives. Longer fields are cut by the writer.
+// Far above what a working extractor returns. The writer cuts longer fields.
 constexpr uint64_t kLongestText = uint64_t{1} << 16;
 constexpr uint64_t kLongestList = uint64_t{1} << 16;
 constexpr uint64_t kMostBytes = uint64_t{1} << 30;
 
-/** Memory for bytes is taken as they arrive: a length alone does not make it grow further. */
+/** Memory for bytes is allocated as they arrive: a length alone does not allocate more. */
 constexpr uint64_t kBytesAtOnce = uint64_t{1} << 20;
 
 struct RecordHead {
     /** Index of the alternative of `Record`. */
     uint16_t type;
-    /** Counts records, wrapping: bytes that are taken for a record by mistake rarely fit. */
+    /** Counts records, wrapping: bytes that are mistaken for a record rarely match. */
     uint16_t number;
 };
 

@@ -9,13 +9,13 @@
 
 namespace ogmprobe {
 
-/** Puts records into a ring. */
+/** Writes records into a ring. */
 class RecordWriter {
   public:
     explicit RecordWriter(RingWriter& ring) : mRing(ring) {}
 
     void write(const Record& record);
-    /** Nothing follows. */
+    /** Marks the end. */
     void end();
 
   private:
@@ -26,14 +26,17 @@ class RecordWriter {
 };
 
 /**
- * Takes records out of a ring. Each is copied and checked before anyone looks at it; only values
- * that a `RecordWriter` can have written come out.
+ * Reads records from a ring. Each is copied and checked before use: only values that a
+ * `RecordWriter` can have written are returned.
  */
 class RecordReader {
   public:
     explicit RecordReader(RingReader& ring) : mRing(ring) {}
 
-    /** Nothing at the end that the writer has announced. Throws as `RingReader::read` does. */
+    /**
+     * Returns the next record; nothing at the end that the writer has marked. Throws as
+     * `RingReader::read` does.
+     */
     std::optional<Record> next();
 
   private:

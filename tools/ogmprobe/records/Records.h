@@ -14,8 +14,8 @@
 #include "records/Packet.h"
 
 /**
- * What a job (see Job.h) tells about its work with the plug-in, in the order in which it happens.
- * Commands are functions of these records; where the plug-in runs makes no difference to them.
+ * The results of a job (see Job.h), in the order in which they happen. Commands depend only on
+ * these records, not on where the plug-in runs.
  *
  * Tracks are named by their index in the file.
  */
@@ -34,17 +34,17 @@ struct FileOpened {
     std::vector<FormatEntry> entries = {};
 };
 
-/** A track as the file's list of tracks has it. */
+/** A track in the file's list of tracks. */
 struct TrackListed {
     TrackDescription track;
 };
 
-/** A track is ready to be read; the description is what a decoder is set up with. */
+/** A track is ready to be read. The description is what configures a decoder. */
 struct TrackStarted {
     TrackDescription track;
 };
 
-/** All tracks that were asked for are started: packets follow. */
+/** All requested tracks are started: packets follow. */
 struct PlaybackReady {
     uint64_t trackCount = 0;
 };
@@ -59,13 +59,13 @@ struct PacketPlayed {
     uint64_t track = 0;
     Packet packet;
     /**
-     * Time of the track's next packet less this one's; negative where pictures are stored in
+     * Time of the track's next packet minus this one's; negative where pictures are stored in
      * another order than they are shown. Nothing for a track's last packet.
      */
     std::optional<int64_t> untilNextUs;
 };
 
-/** The track gives no more packets (before the next seek). */
+/** The track returns no more packets before the next seek. */
 struct TrackEnded {
     uint64_t track = 0;
     /** Nothing at the end of the stream. */
@@ -78,7 +78,7 @@ struct SeekRange {
     int64_t lastTargetUs = 0;
 };
 
-/** Where one track came to after a seek; without a time it gave no buffer. */
+/** Where one track landed after a seek; without a time it returned no buffer. */
 struct Landing {
     uint64_t track = 0;
     std::optional<int64_t> timeUs;
@@ -88,23 +88,23 @@ struct Landing {
 /** One seek of a seek test. */
 struct SeekLanded {
     int64_t targetUs = 0;
-    /** Of all tracks, the one that is sought first in front. */
+    /** Of all tracks, in the order of seeking. */
     std::vector<Landing> landings;
-    /** What the seek of all tracks cost. */
+    /** The cost of seeking in all tracks. */
     uint64_t reads = 0;
     uint64_t bytes = 0;
 };
 
-/** Work goes on that brings forth no other records. */
+/** The work continues without other records. */
 struct Progress {
     uint64_t readUpTo = 0;
 };
 
-/** The work on the file has ended for this reason. */
+/** Why the work on the file has ended. */
 struct Failure {
     ExitCode code = ExitCode::kFile;
     std::string message;
-    /** It would happen with every other file too: the plug-in cannot be used. */
+    /** The plug-in cannot be used: every other file would fail too. */
     bool ofPlugin = false;
 };
 
@@ -122,7 +122,7 @@ struct Unconfined {
 
 // The records below come only in a traced job.
 
-/** The plug-in is called. Log lines and reads up to the end of the call are its doing. */
+/** The plug-in is called. Log lines and reads up to the end of the call belong to it. */
 struct CallBegun {
     PluginFunction function = PluginFunction::kNone;
     std::optional<uint64_t> track;
@@ -135,7 +135,7 @@ struct CallEnded {
     std::optional<int32_t> status;
 };
 
-/** What the read that has just ended brought; the same comes again as `PacketPlayed`. */
+/** The buffer of the read that has just ended; it follows again as `PacketPlayed`. */
 struct BufferRead {
     uint64_t track = 0;
     std::optional<int64_t> timeUs;
@@ -144,14 +144,14 @@ struct BufferRead {
 };
 
 /**
- * The plug-in has read its data source, or gone through it byte by byte: reads of the same size and
- * result, each of which begins one byte after the one before, make one record.
+ * The plug-in has read its data source. A search byte by byte is one record: reads of the same size
+ * and result, each beginning one byte after the previous one.
  */
 struct SourceRead {
     /** Of the first read. */
     int64_t offset = 0;
     uint64_t size = 0;
-    /** The number of bytes that each got, or an error below 0. */
+    /** The number of bytes of each read, or a negative error. */
     int64_t result = 0;
     uint64_t count = 1;
 
@@ -164,7 +164,7 @@ using Record = std::variant<FileOpened, TrackListed, TrackStarted, PlaybackReady
                             PacketPlayed, TrackEnded, SeekRange, SeekLanded, Progress, Failure,
                             LogLine, Unconfined, CallBegun, CallEnded, BufferRead, SourceRead>;
 
-/** Takes the records one after the other. */
+/** Receives the records one by one. */
 using RecordSink = std::function<void(const Record&)>;
 
 }  // namespace ogmprobe

@@ -8,14 +8,14 @@
 namespace ogmprobe {
 
 /**
- * The records that only some commands want: each call of the plug-in, each read of its data source,
- * each buffer as it comes out. Nothing is made of them unless a sink is set.
+ * The records that only some commands need: each call of the plug-in, each read of its data source,
+ * each returned buffer. They are made only if a sink is set.
  *
- * There is one sink for the process, because a data-source read does not know whom it is for.
+ * There is one sink for the process, because a data-source read does not know who needs it.
  */
 class Trace {
   public:
-    /** Null: no trace. The sink must outlive its use. */
+    /** Sets the sink, which must outlive its use; null means no trace. */
     static void into(const RecordSink* sink) { sSink = sink; }
 
     template <typename T, typename... Fields>

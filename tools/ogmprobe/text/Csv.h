@@ -6,7 +6,7 @@
 
 namespace ogmprobe {
 
-/** A value of a line of comma-separated values (RFC 4180), with quotes where it needs them. */
+/** Returns a value for a line of comma-separated values (RFC 4180), quoted if needed. */
 inline std::string csvText(const std::string& value) {
     if (value.find_first_of(",\"\r\n") == std::string::npos) {
         return value;

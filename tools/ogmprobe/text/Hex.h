@@ -10,7 +10,7 @@
 
 namespace ogmprobe {
 
-/** Two lower-case digits a byte, with the separator between bytes. */
+/** Returns two lower-case digits per byte, with the separator between bytes. */
 inline std::string hexText(std::span<const uint8_t> bytes, std::string_view separator = "") {
     return fmt::format("{:02x}", fmt::join(bytes, separator));
 }

@@ -20,10 +20,10 @@ class TextTable {
 
     /** One cell for each column. */
     void add(std::vector<std::string> row);
-    /** The same, in grey with `color`. */
+    /** Adds a row that is grey with `color`. */
     void addDimmed(std::vector<std::string> row);
 
-    /** All lines, the headings first (in bold with `color`); no line ends in a blank. */
+    /** Returns all lines, the headings first (in bold with `color`); no line ends in a blank. */
     std::string text(const std::string& indent, bool color) const;
 
   private:

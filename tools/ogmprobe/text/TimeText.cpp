@@ -18,7 +18,7 @@ constexpr double kMaxSeconds = 9.0e9;
 }  // namespace
 
 std::string secondsText(int64_t timeUs) {
-    // The magnitude of the most negative time has no signed representation.
+    // The magnitude of the most negative time does not fit the signed type.
     const auto bits = static_cast<uint64_t>(timeUs);
     const uint64_t magnitude = timeUs < 0 ? ~bits + 1 : bits;
     return fmt::format("{}{}.{:06}", timeUs < 0 ? "-" : "", magnitude / kUsPerSecond,

@@ -22,10 +22,13 @@ std::string durationText(std::optional<int64_t> durationUs);
 /** Hours, minutes, seconds and microseconds: "-0:00:01.500000". */
 std::string clockText(int64_t timeUs);
 
-/** Seconds as a decimal number, to the nearest microsecond; nothing for any other text. */
+/**
+ * Reads seconds as a decimal number, to the nearest microsecond; returns nothing for any other
+ * text.
+ */
 std::optional<int64_t> parseSeconds(std::string_view text);
 
-/** The same, or minutes and hours in front of colons: "1:02.5", "0:01:30". */
+/** The same, or minutes and hours before colons: "1:02.5", "0:01:30". */
 std::optional<int64_t> parseTime(std::string_view text);
 
 }  // namespace ogmprobe

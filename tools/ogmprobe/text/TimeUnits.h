@@ -8,7 +8,7 @@ namespace ogmprobe {
 inline constexpr int64_t kUsPerSecond = 1'000'000;
 inline constexpr int64_t kUsPerMillisecond = 1'000;
 
-/** Stream headers tell times in units of 100 ns. */
+/** Stream headers have times in units of 100 ns. */
 inline constexpr uint64_t kUnitsPerUs = 10;
 inline constexpr uint64_t kUnitsPerSecond = 10'000'000;
 

@@ -10,7 +10,7 @@
 namespace ogmprobe {
 namespace {
 
-/** A character, or one byte that belongs to none. */
+/** A character, or a byte that belongs to none. */
 struct Character {
     uint32_t code = 0;
     size_t size = 1;
@@ -22,7 +22,7 @@ struct Range {
     uint32_t last;
 };
 
-/** What a terminal acts on instead of showing it. */
+/** Characters that a terminal acts on instead of showing them. */
 constexpr std::array<Range, 9> kUnseen = {{
         {0x00, 0x1f},
         {0x7f, 0x9f},
@@ -39,7 +39,7 @@ constexpr bool isContinuation(char byte) {
     return (static_cast<uint8_t>(byte) & 0xc0U) == 0x80;
 }
 
-/** Bytes of a character by its first one; 0: none begins so. */
+/** Returns the bytes of a character by its first one; 0 if none begins so. */
 constexpr size_t sizeByFirst(uint8_t first) {
     if (first < 0x80) {
         return 1;

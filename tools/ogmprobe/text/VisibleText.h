@@ -8,15 +8,16 @@
 namespace ogmprobe {
 
 /**
- * The text as it can be shown in one line of a terminal: what would break the line, move the cursor
- * or turn the direction of writing is written as an escape, and so are bytes that are no UTF-8.
+ * Returns the text as it can be shown on one line of a terminal: characters that break the line,
+ * move the cursor or change the direction of writing become escapes, and so do bytes that are not
+ * UTF-8.
  */
 std::string visible(std::string_view text);
 
-/** Of UTF-8; each character is taken for one column wide. */
+/** Returns the columns of UTF-8 text; each character is regarded as one column wide. */
 size_t columnsOf(std::string_view text);
 
-/** UTF-8, cut to so many columns with an ellipsis where it is longer. */
+/** Returns UTF-8 text, cut to so many columns with an ellipsis if it is longer. */
 std::string shortened(std::string_view text, size_t columns);
 
 }  // namespace ogmprobe
