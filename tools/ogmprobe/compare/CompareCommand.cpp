@@ -29,7 +29,7 @@ struct Side {
     GlobalOptions options;
     Report report;
     PlayedFile played;
-    /** What is compared is a device's dump. */
+    /** This side is a device's dump. */
     bool isDevice = false;
 };
 
@@ -78,7 +78,7 @@ class Comparison {
             failure->code == ExitCode::kFile ? mB.report.error(ExitCode::kFile, message)
                                              : mB.report.warning(message);
         }
-        // Why a file is not taken is told otherwise there.
+        // A dump gives other reasons for refusing a file.
         if (mA.played.failure && mB.played.failure && !mA.played.opened && !mB.played.opened) {
             mB.played.failure->message = mA.played.failure->message;
         }
@@ -111,7 +111,7 @@ class Comparison {
         }
     }
 
-    /** In a run of its own, of which only the seeks count. */
+    /** Seeks in a separate run, of which only the seeks are used. */
     void seek(Side& side) {
         PlayedFileRecords records(mSession, side.report);
         side.report.guard([&] { show(side, seekTestJob(mOptions.seeks), records); });
@@ -143,7 +143,7 @@ class Comparison {
         }
     }
 
-    /** Only digests of the lines are kept, so the line that differs is looked for once more. */
+    /** Only digests of the lines are kept, so the file is played again to find the line. */
     Difference logDifference(uint64_t number) const {
         Difference difference;
         difference.kind = DifferenceKind::kLog;
@@ -188,7 +188,7 @@ class Comparison {
                            plugin.empty() ? "" : " with " + visible(plugin));
     }
 
-    /** What was found to be the same. */
+    /** Returns what was found to be equal. */
     std::string extentText() const {
         if (!mA.played.opened) {
             return "neither is taken";
@@ -246,7 +246,7 @@ class Comparison {
                  mWithLog ? ordered_json(side.played.logDigests.size()) : ordered_json(nullptr)}};
     }
 
-    /** Those of both sides, each with its side. */
+    /** Returns the entries of both sides, each with its side. */
     ordered_json entries(ordered_json (Report::*list)() const) const {
         auto all = ordered_json::array();
         for (const auto& [name, side] : {std::pair{"a", &mA}, std::pair{"b", &mB}}) {

@@ -20,11 +20,11 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* kConfiguration = "csd-0";
-/** A line of a format may hold the configuration of a codec, no more. */
+/** Enough for a format with a codec's configuration. */
 constexpr size_t kLongestLine = 1 << 20;
 constexpr uint64_t kMostTracks = 100'000;
 
-/** Throws `json::exception` if the member is there and no number that fits. */
+/** Throws `json::exception` if the member exists and is not a number that fits. */
 template <typename T>
 std::optional<T> optionalIn(const json& line, const char* name) {
     const json& value = line.at(name);
@@ -49,7 +49,7 @@ uint64_t trackFrom(const json& number) {
     return track;
 }
 
-/** Takes the lines one after the other. */
+/** Receives the lines one by one. */
 class DumpReader {
   public:
     void take(const json& line) {

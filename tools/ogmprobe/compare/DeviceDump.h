@@ -8,16 +8,16 @@
 namespace ogmprobe {
 
 /**
- * What a device handed out of a file, from the lines that `ogmdump` wrote there. What went wrong on
- * the device is the played file's failure, a missing end included. Throws `ProbeError` with `kFile`
- * for what is no such dump, or one with seeks.
+ * Returns what a device returned for a file, from the lines that `ogmdump` wrote there. A failure
+ * on the device, or a missing end, is the played file's failure. Throws `ProbeError` with `kFile`
+ * if the file is no such dump, or one with seeks.
  */
 PlayedFile readDeviceDump(const std::string& path);
 
 /**
- * Leaves of what this program got of a file only what the public interface of a device hands out
- * too: neither the container's format nor entries of formats and buffers that are not known by
- * name, of an ESDS the decoder's configuration, and not why a track ends.
+ * Removes everything that a device's public interface does not return: the container's format,
+ * unknown entries of formats and buffers, and why a track ends. Of an ESDS only the decoder's
+ * configuration stays.
  */
 void reduceToPublicInterface(PlayedFile& file);
 

@@ -21,7 +21,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-/** Adds a difference like the given one for each member that has not the same value in both. */
+/** Adds a difference like the given one for each member whose values differ. */
 void addMembers(const Difference& like, const ordered_json& a, const ordered_json& b,
                 std::vector<Difference>& differences) {
     for (const auto& [field, value] : a.items()) {
@@ -35,7 +35,7 @@ void addMembers(const Difference& like, const ordered_json& a, const ordered_jso
     }
 }
 
-/** Entries of these names are compared by their meaning. */
+/** Returns whether entries of this name are compared as members of their own. */
 bool isCompared(const std::string& name) {
     const std::array<const char*, 9> known = {
             AMEDIAFORMAT_KEY_MIME,          AMEDIAFORMAT_KEY_DURATION,
@@ -57,7 +57,7 @@ std::map<std::string, std::string> otherEntries(const std::vector<FormatEntry>& 
     return others;
 }
 
-/** The same for all other entries of formats, whatever they are called. */
+/** The same for all other format entries, whatever their names. */
 void addEntries(const Difference& like, const std::vector<FormatEntry>& entriesOfA,
                 const std::vector<FormatEntry>& entriesOfB, std::vector<Difference>& differences) {
     const auto a = otherEntries(entriesOfA);
@@ -132,7 +132,7 @@ const std::vector<ComparedPacket>& packetsOf(const ComparedTrack* track) {
     return track != nullptr ? track->packets : kNone;
 }
 
-/** The first place at which the lists differ. */
+/** Returns the first place at which the lists differ. */
 template <typename T>
 std::optional<uint64_t> firstDifference(const std::vector<T>& a, const std::vector<T>& b) {
     const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
@@ -142,7 +142,7 @@ std::optional<uint64_t> firstDifference(const std::vector<T>& a, const std::vect
     return inA - a.begin();
 }
 
-/** The difference of times, if it is the same for all packets and there is no other. */
+/** Returns the difference of times, if it is the same for all packets and nothing else differs. */
 std::optional<int64_t> shiftFrom(uint64_t first, const std::vector<ComparedPacket>& a,
                                  const std::vector<ComparedPacket>& b) {
     const int64_t shiftUs = timeDifferenceUs(b[first].timeUs, a[first].timeUs);
@@ -154,7 +154,7 @@ std::optional<int64_t> shiftFrom(uint64_t first, const std::vector<ComparedPacke
     return isShift ? std::optional(shiftUs) : std::nullopt;
 }
 
-/** Compares the tracks of an index, each of which may be missing. */
+/** Compares the two tracks with one index; each may be missing. */
 class TrackPair {
   public:
     TrackPair(const PlayedFile& a, const PlayedFile& b, uint64_t index)
@@ -266,7 +266,7 @@ void addEnd(const PlayedFile& a, const PlayedFile& b, std::vector<Difference>& d
 
 using ReadPlace = std::vector<SourceRead>::const_iterator;
 
-/** The read that stands so many behind the first of its run, or that of the next run. */
+/** Returns the read that is so many after the first of its run, or that of the next run. */
 ordered_json readText(ReadPlace place, ReadPlace end, uint64_t behind) {
     if (place != end && behind >= place->count) {
         ++place;
@@ -329,7 +329,7 @@ std::optional<Difference> firstReadDifference(const PlayedFile& a, const PlayedF
     }
     Difference difference;
     difference.kind = DifferenceKind::kRead;
-    // Searches that begin alike part where the shorter one ends.
+    // Searches that begin at the same place differ where the shorter one ends.
     uint64_t alike = 0;
     if (inA != a.reads.end() && inB != b.reads.end() && inA->offset == inB->offset &&
         inA->size == inB->size && inA->result == inB->result) {

@@ -13,34 +13,34 @@
 namespace ogmprobe {
 
 enum class DifferenceKind {
-    /** Whether the file is taken. */
+    /** Whether the file is accepted. */
     kOpening,
     kContainer,
     kTrack,
-    /** The first of a track. */
+    /** The first one of a track. */
     kPacket,
     /** Whether a track ends with an error. */
     kTrackEnd,
     /** Whether playing comes to an end. */
     kEnd,
-    /** The first of the reads of the file. */
+    /** The first one in the reads of the file. */
     kRead,
-    /** The first of the seeks. */
+    /** The first one in the seeks. */
     kSeek,
-    /** The first of the log. */
+    /** The first one in the log. */
     kLog,
 };
 
-/** In front of the names of formats' entries that this program does not know by themselves. */
+/** Prefix of the names of format entries that this program does not know. */
 inline constexpr std::string_view kFormatField = "format ";
 
-/** For programs. */
+/** Returns a name for programs. */
 std::string kindName(DifferenceKind kind);
 
-/** Something that two played files, A and B, do not have in common. */
+/** A difference between two played files, A and B. */
 struct Difference {  // NOLINT(bugprone-exception-escape): JSON values do not throw when moved.
     DifferenceKind kind = DifferenceKind::kOpening;
-    /** What differs there; empty where there is but one thing. */
+    /** What differs; empty where only one thing can. */
     std::string field;
     std::optional<uint64_t> track;
     /** The packet's number in its track, or the line's in the log, from 0. */
@@ -49,31 +49,31 @@ struct Difference {  // NOLINT(bugprone-exception-escape): JSON values do not th
     /** The values; null for what is not there. */
     nlohmann::ordered_json a;
     nlohmann::ordered_json b;
-    /** So much later all of B's packets from this one on are, and nothing else is. */
+    /** By how much all of B's packets from this one on are later, if nothing else differs. */
     std::optional<int64_t> shiftUs;
-    /** In which call the plug-in logged a line. */
+    /** The call during which the plug-in logged the line. */
     std::string call;
 };
 
 /**
- * All but those of the log: opening, container, tracks, then packets in the order of their times,
- * then how tracks and playing end.
+ * Returns all differences but those of the log, reads and seeks: opening, container, tracks, then
+ * packets in the order of their times, then how tracks and playing end.
  */
 std::vector<Difference> differencesBetween(const PlayedFile& a, const PlayedFile& b);
 
-/** The first read, and the first seek, that differs. */
+/** Return the first read, or the first seek, that differs. */
 std::optional<Difference> firstReadDifference(const PlayedFile& a, const PlayedFile& b);
 std::optional<Difference> firstSeekDifference(const PlayedFile& a, const PlayedFile& b);
 
-/** The number of the first log line that differs. */
+/** Returns the number of the first log line that differs. */
 std::optional<uint64_t> firstLogDifference(const PlayedFile& a, const PlayedFile& b);
 
-/** "track 0, packet 12, at 0.480000 s: size 2012 in A, 2000 in B". */
+/** Returns text like "track 0, packet 12, at 0.480000 s: size 2012 in A, 2000 in B". */
 std::string toText(const Difference& difference);
 
 nlohmann::ordered_json toJson(const Difference& difference);
 
-/** How much of a track is alike. A packet is in both if one of the same time and bytes is. */
+/** How much of a track is equal. Packets are the same if their times and bytes are equal. */
 struct TrackComparison {
     uint64_t track = 0;
     std::string mime;
@@ -87,7 +87,7 @@ struct TrackComparison {
 
 std::vector<TrackComparison> compareTracks(const PlayedFile& a, const PlayedFile& b);
 
-/** A table; empty without a track. */
+/** Returns a table; empty without a track. */
 std::string tracksText(const std::vector<TrackComparison>& tracks, bool color);
 nlohmann::ordered_json tracksJson(const std::vector<TrackComparison>& tracks);
 

@@ -34,7 +34,7 @@ bool isTime(const std::string& field) {
     return field == "time_us" || field == "duration_us";
 }
 
-/** What it means that there is no value. */
+/** Returns what a missing value means. */
 std::string nothingText(DifferenceKind kind) {
     switch (kind) {
         case DifferenceKind::kOpening:
@@ -101,7 +101,7 @@ std::string differencePlace(const Difference& difference) {
     return fmt::format("log line {}, in {}", number, difference.call);
 }
 
-/** Of a track or a packet. */
+/** Returns whether a track or a packet is missing on one side. */
 bool isMissingOnOneSide(const Difference& difference) {
     return difference.field.empty() && (difference.kind == DifferenceKind::kTrack ||
                                         difference.kind == DifferenceKind::kPacket);

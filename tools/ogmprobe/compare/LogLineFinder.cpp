@@ -9,7 +9,7 @@
 namespace ogmprobe {
 namespace {
 
-/** Ends the job: the line has come. */
+/** Ends the job: the line was logged. */
 struct LineFound {};
 
 class LogLineFinder {

@@ -10,9 +10,9 @@
 namespace ogmprobe {
 
 struct FoundLine {
-    /** Nothing if there are not so many lines. */
+    /** Nothing if there are fewer lines. */
     std::optional<std::string> text;
-    /** What the plug-in was doing: "read of track 1". */
+    /** The current call: "read of track 1". */
     std::string call;
 };
 

@@ -13,7 +13,7 @@ std::span<const uint8_t> bytesOf(const std::string& text) {
     return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
 }
 
-/** Time and sync flag are compared by themselves. */
+/** Returns the entries other than time and sync flag, which are compared separately. */
 std::string otherEntries(const Packet& packet) {
     std::string text;
     for (const FormatEntry& entry : packet.entries) {
@@ -56,7 +56,7 @@ void PlayedFileRecords::operator()(const Failure& failure) {
     CommandRecords::operator()(failure);
 }
 
-// How a search is cut into records depends on what is logged in between.
+// Log lines cut a search into several records.
 void PlayedFileRecords::operator()(const SourceRead& read) {
     if (!mFile.reads.empty()) {
         SourceRead& last = mFile.reads.back();

@@ -15,13 +15,13 @@
 
 namespace ogmprobe {
 
-/** What is compared of a packet; equal digests stand for equal bytes. */
+/** The compared parts of a packet; equal digests mean equal bytes. */
 struct ComparedPacket {  // NOLINT(bugprone-exception-escape): comparing texts does not throw.
     int64_t timeUs = 0;
     bool isSync = false;
     uint64_t size = 0;
     uint64_t digest = 0;
-    /** What else the buffer carries: one text for all packets that carry the same. */
+    /** The buffer's other entries: one text, shared by all packets with the same entries. */
     const std::string* entries = nullptr;
 
     bool operator==(const ComparedPacket& other) const {
@@ -31,7 +31,7 @@ struct ComparedPacket {  // NOLINT(bugprone-exception-escape): comparing texts d
         return isSync == other.isSync && size == other.size && digest == other.digest &&
                entriesText() == other.entriesText();
     }
-    /** Puts equal packets side by side, nothing more. */
+    /** An order that puts equal packets side by side. */
     bool operator<(const ComparedPacket& other) const {
         return std::tie(timeUs, isSync, size, digest, entriesText()) <
                std::tie(other.timeUs, other.isSync, other.size, other.digest, other.entriesText());
@@ -49,26 +49,26 @@ struct ComparedTrack {
     std::optional<std::string> failure;
 };
 
-/** What one plug-in gave of one file. */
+/** What one plug-in returned for one file. */
 struct PlayedFile {
     std::optional<FileOpened> opened;
     /** By their indices. */
     std::map<uint64_t, ComparedTrack> tracks;
     std::optional<Failure> failure;
-    /** Of the log lines, in their order. */
+    /** Digests of the log lines, in their order. */
     std::vector<uint64_t> logDigests;
-    /** Reads of the source in their order, where they are wanted; searches in one piece each. */
+    /** Reads of the source in their order, if requested; each search is one element. */
     std::vector<SourceRead> reads;
-    /** Where they are wanted. */
+    /** Only if requested. */
     std::vector<SeekLanded> seeks;
-    /** What buffers carry; packets point into it. */
+    /** The entries of buffers; packets point into it. */
     std::set<std::string> entriesTexts;
 
-    /** Whether the plug-in came to see the file at all. */
+    /** Returns whether the plug-in was called with the file. */
     bool wasTried() const { return opened || (failure && failure->code != ExitCode::kFile); }
 };
 
-/** Gathers a played file from the records of a job. */
+/** Collects a played file from the records of a job. */
 class PlayedFileRecords : public CommandRecords {
   public:
     using CommandRecords::CommandRecords;

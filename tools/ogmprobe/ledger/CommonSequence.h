@@ -8,15 +8,15 @@
 
 namespace ogmprobe {
 
-/** Two places that hold the same. */
+/** Two places with the same element. */
 struct Pairing {
     size_t a = 0;
     size_t b = 0;
 };
 
 /**
- * A long sequence that both have in common, in the order of both: the longest one where they do not
- * differ by thousands of numbers on end. Myers, "An O(ND) difference algorithm and its variations".
+ * Returns a long common subsequence: the longest one unless thousands of numbers in a row differ.
+ * Myers, "An O(ND) difference algorithm and its variations".
  */
 std::vector<Pairing> commonSequence(std::span<const uint32_t> a, std::span<const uint32_t> b);
 

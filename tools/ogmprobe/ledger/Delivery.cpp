@@ -9,7 +9,7 @@
 namespace ogmprobe {
 namespace {
 
-/** How far ahead something that only begins alike is looked for. */
+/** How far ahead to look for a buffer that only begins like the unit. */
 constexpr size_t kLookAhead = 16;
 
 using Key = std::pair<uint64_t, uint64_t>;
@@ -18,12 +18,12 @@ Key keyOf(const Likeness& likeness) {
     return {likeness.digest, likeness.size};
 }
 
-/** Of what should come out of the unit. */
+/** Returns the key of the buffer that the unit should become. */
 Key keyOf(const FileUnit& unit) {
     return keyOf(unit.withForeignTail.value_or(unit.likeness));
 }
 
-/** Places on one side with the numbers that stand for what lies there. */
+/** The elements of one side as numbers, with their places. */
 struct NumberedSide {
     std::vector<size_t> places;
     std::vector<uint32_t> numbers;
@@ -74,7 +74,7 @@ class BufferComparison {
         return static_cast<uint32_t>(found - mKeys.begin());
     }
 
-    /** What only one side has would slow the comparison down, and is left out of it. */
+    /** Leaves out what only one side has, which would slow the comparison down. */
     std::vector<Pairing> samePairs() const {
         NumberedSide buffers;
         std::vector<bool> isInBuffers(mKeys.size());
@@ -98,7 +98,7 @@ class BufferComparison {
         return pairs;
     }
 
-    /** Between two pairs: buffers that begin like a unit are taken for it. */
+    /** Between two pairs, matches buffers that begin like a unit. */
     void compareRest(size_t unit, size_t endUnit, size_t buffer, size_t endBuffer) {
         for (; buffer < endBuffer; ++buffer) {
             const auto alike = unitAlike(unit, endUnit, mBuffers[buffer]);

@@ -21,15 +21,15 @@ struct Delivery {
     };
 
     std::vector<Unit> units;
-    /** Indices of buffers with a unit that came out before. */
+    /** Indices of buffers with a unit that was returned before. */
     std::vector<size_t> repeated;
-    /** Indices of buffers that are no unit of the file. */
+    /** Indices of buffers that match no unit of the file. */
     std::vector<size_t> foreign;
 };
 
 /**
- * Compares what should come out with what did, by the bytes, in the order of both. Units that are
- * known to be lost are left out.
+ * Compares expected and returned buffers by their bytes, in order. Units that are known to be lost
+ * are left out.
  */
 Delivery deliveryOf(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers);
 

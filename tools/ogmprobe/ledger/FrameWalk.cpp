@@ -28,7 +28,7 @@ class FrameWalk {
     }
 
   private:
-    /** Where the next header begins, from the position on. */
+    /** Returns where the next header from the position on begins. */
     std::optional<uint64_t> nextHeader(uint64_t position) {
         while (position < mStream.size()) {
             const auto window = mStream.at(position, kSearchWindow + kAudioHeaderBytes);
@@ -47,7 +47,7 @@ class FrameWalk {
         return audioFrameAt(mFraming, mStream.at(position, kAudioHeaderBytes));
     }
 
-    /** The frame, if it is one and all of it is there. */
+    /** Returns the frame if there is a complete one. */
     std::optional<WalkedFrame> measured(uint64_t position, const std::vector<WalkedFrame>& before) {
         const AudioFrame header = *headerAt(position);
         const uint64_t end = position + header.size;

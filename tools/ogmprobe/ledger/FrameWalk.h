@@ -9,18 +9,18 @@
 
 namespace ogmprobe {
 
-/** A frame at its place in an elementary stream. */
+/** A frame and its place in an elementary stream. */
 struct WalkedFrame {
     uint64_t position = 0;
-    /** What its header says, or where that is not confirmed, up to the next frame. */
+    /** By its header, or up to the next frame if the header is not confirmed. */
     uint64_t size = 0;
     AudioFrame header;
 };
 
 /**
- * The whole frames of an elementary stream, found without the plug-in: each is followed by another
- * one, by the end of a packet (`boundaries`, sorted) or by the end of the stream, or it follows one
- * that is. Bytes between frames are passed over.
+ * Returns the whole frames of an elementary stream, found without the plug-in: each is followed by
+ * another frame, by the end of a packet (`boundaries`, sorted) or by the end of the stream, or it
+ * follows such a frame. Bytes between frames are skipped.
  */
 std::vector<WalkedFrame> walkFrames(AudioFraming framing, StreamBytes& stream,
                                     const std::vector<uint64_t>& boundaries);

@@ -10,11 +10,11 @@
 
 namespace ogmprobe {
 
-/** What was lost for one reason. */
+/** The losses for one reason. */
 struct Loss {
     LossReason reason = LossReason::kUnknown;
     uint64_t count = 0;
-    /** Where in the file the first and the last of it begin. */
+    /** Where in the file the first and the last one begin. */
     uint64_t offset = 0;
     uint64_t lastOffset = 0;
     /** The times of their pages. */
@@ -22,7 +22,7 @@ struct Loss {
     std::optional<int64_t> lastTimeUs;
 };
 
-/** What became of the packets, or for audio that is framed anew the frames, of one stream. */
+/** What happened to the packets of one stream, or to the frames of re-framed audio. */
 struct Ledger {
     uint32_t serial = 0;
     std::optional<uint64_t> track;
@@ -30,14 +30,16 @@ struct Ledger {
     bool countsFrames = false;
     uint64_t inFile = 0;
     uint64_t handedOut = 0;
-    /** Of those handed out: not as they are in the file. */
+    /** Of those returned: not as they are in the file. */
     uint64_t changed = 0;
-    /** Buffers with what came out before, and such with what is no packet or frame of the file. */
+    /**
+     * Buffers that repeat an earlier one, and buffers that match no packet or frame of the file.
+     */
     uint64_t repeated = 0;
     uint64_t foreign = 0;
     std::vector<Loss> losses;
 
-    /** Lost for no reason that is known. */
+    /** Returns the losses for no known reason. */
     uint64_t unexplained() const {
         uint64_t count = 0;
         for (const Loss& loss : losses) {

@@ -16,7 +16,7 @@ struct FramedType {
     AudioFraming framing;
 };
 
-/** The plug-in cuts frames out of these anew. */
+/** The plug-in re-frames these. */
 constexpr std::array<FramedType, 4> kFramedTypes = {{
         {stream_type::kMp3, AudioFraming::kMpegAudio},
         {stream_type::kMpegAudio, AudioFraming::kMpegAudio},
@@ -35,7 +35,7 @@ PcmChange pcmChangeOf(uint16_t bits) {
 
 UnitKind kindOfTrack(const OggFile& file, const PluginTrace& trace, const PlayedTrack& track) {
     UnitKind kind;
-    // Where a serial number is announced twice, the format is that of the first announcement.
+    // If a serial number is announced twice, the first announcement gives the format.
     const int64_t type = track.streamType.value_or(0);
     kind.kind = !track.streamType                  ? track.description.kind
                 : type >= stream_type::kFirstVideo ? TrackKind::kVideo
@@ -83,7 +83,7 @@ void settle(const OggFile& file, const PluginTrace& trace, StreamAccount& accoun
     }
 }
 
-/** A header page behind the first data page is read as one of data too. */
+/** A header page after the first data page is also read as a data page. */
 void countHeadersRead(const PluginTrace& trace, StreamPackets& stream) {
     for (FilePacket& packet : stream.packets) {
         if (packet.isHeader && trace.wasRead(stream.pieces[packet.firstPiece])) {
@@ -93,7 +93,7 @@ void countHeadersRead(const PluginTrace& trace, StreamPackets& stream) {
 }
 
 /**
- * A piece that continues a packet goes to the packet that is open, though that be another one: the
+ * A piece that continues a packet is added to the open packet, even if that is another one: the
  * beginning of its own was dropped, or is not in the file.
  */
 void findForeignTails(const PluginTrace& trace, StreamPackets& stream) {

@@ -11,7 +11,7 @@
 
 namespace ogmprobe {
 
-/** A stream's ledger, and what it is made of. */
+/** A stream's ledger and the data that it is made from. */
 struct StreamAccount {
     Ledger ledger;
     UnitKind kind;
@@ -20,10 +20,13 @@ struct StreamAccount {
     Delivery delivery;
 };
 
-/** The bits per sample of the stream header that the plug-in accepted last hold for all tracks. */
+/**
+ * Returns the bits per sample of the stream header that the plug-in accepted last; they apply to
+ * all tracks.
+ */
 uint16_t bitsPerSampleTaken(const OggFile& file, const PluginTrace& trace);
 
-/** The accounts of all streams of the file, by their serial numbers. Throws `ProbeError`. */
+/** Returns the accounts of all streams of the file, by serial number. Throws `ProbeError`. */
 std::map<uint32_t, StreamAccount> accountsOf(const std::string& path, const OggFile& file,
                                              const PluginTrace& trace);
 

@@ -3,7 +3,7 @@
 
 namespace ogmprobe {
 
-/** Why a packet or frame of the file does not come out. */
+/** Why a packet or frame of the file is not returned. */
 enum class LossReason {
     kNoTrack,
     kNotPlayed,
@@ -41,9 +41,9 @@ struct LossText {
     const char* id;
     /** In a few words, after a number: "4 on pages that are not read". */
     const char* brief;
-    /** As a sentence of its own; null where another finding tells of it. */
+    /** As a whole sentence; null if another finding reports it. */
     const char* text;
-    /** So with every such file. */
+    /** The same with every such file. */
     bool usual;
 };
 

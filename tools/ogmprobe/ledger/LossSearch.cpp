@@ -82,7 +82,7 @@ bool LossSearch::isPlayedToItsEnd() const {
 
 std::optional<LossReason> LossSearch::reasonOfPages(const FileUnit& unit) const {
     const auto& stream = mFile.streams().at(mAccount.ledger.serial);
-    // A packet that goes on upon a page that was not read is one that stays open.
+    // A packet that continues on a page that was not read stays open.
     const size_t last = mAccount.kind.framing ? unit.lastPiece : unit.firstPiece;
     for (size_t i = unit.firstPiece; i <= last; ++i) {
         if (mTrace.wasRead(fileIndex(i))) {
@@ -106,7 +106,7 @@ bool LossSearch::hasUnreadablePage() const {
                        [](const OggPage& page) { return !page.isReadable(); });
 }
 
-/** Whole pieces that were dropped. */
+/** Checks for whole pieces that were dropped. */
 std::optional<LossReason> LossSearch::reasonOfPieces(const FileUnit& unit) const {
     if (!mAccount.kind.framing) {
         const bool isDropped = mTrace.said(PieceEvent::kGranuleFell, fileIndex(unit.firstPiece));
@@ -140,7 +140,7 @@ LossReason LossSearch::reasonOfPacket(size_t index) const {
     return mLastOut && index < *mLastOut ? LossReason::kUnknown : reasonOfWaiting(index);
 }
 
-/** Of a unit that has arrived, with none behind it that came out. */
+/** For a unit that has arrived, with no returned unit after it. */
 LossReason LossSearch::reasonOfWaiting(size_t index) const {
     if (!isPlayedToItsEnd()) {
         return LossReason::kNotPlayed;
@@ -172,8 +172,8 @@ LossReason LossSearch::reasonOfFrame(size_t index) const {
 }
 
 /**
- * Of a frame that has arrived, with none behind it that came out: the first is queued and stays
- * there, the others wait for bytes or lie within what the plug-in takes for the one before.
+ * For a frame that has arrived, with no returned frame after it: the first stays queued, the others
+ * wait for bytes or are part of what the plug-in takes for the frame before.
  */
 LossReason LossSearch::reasonOfWaitingFrame(size_t index) const {
     if (!mLastOut) {
@@ -200,7 +200,7 @@ LossReason LossSearch::reasonOfWaitingFrame(size_t index) const {
     return LossReason::kUnknown;
 }
 
-/** The buffered bytes were thrown away when the frame, or a part of it, was among them. */
+/** Checks whether the frame, or a part of it, was dropped with the buffered bytes. */
 std::optional<LossReason> LossSearch::thrownAway(size_t index) const {
     const FileUnit& unit = mAccount.units[index];
     const auto next = mOutBehind[index];
@@ -228,7 +228,10 @@ bool LossSearch::isInFrameBefore(size_t index) const {
     return mAccount.units[*before].position + buffer.likeness.size > mAccount.units[index].position;
 }
 
-/** The first frame that arrived, with the next one that did confirming it and coming out. */
+/**
+ * Returns whether it is the first frame that arrived, and the next one confirmed it and was
+ * returned.
+ */
 bool LossSearch::isGivenUpAsFirst(size_t index) const {
     if (index != mFirstQueued || !mFirstOut ||
         mAccount.units[index].frame.kind != AudioFrame::Kind::kMpegAudio) {
@@ -242,7 +245,10 @@ bool LossSearch::isGivenUpAsFirst(size_t index) const {
     return saidUpTo(PieceEvent::kFrameConfirmed, mAccount.units[*mFirstOut].lastPiece);
 }
 
-/** A buffer between the neighbours that came out is no unit of the file, or a changed one. */
+/**
+ * Returns whether a buffer between its returned neighbours matches no unit of the file, or a
+ * changed one.
+ */
 bool LossSearch::isFalseFrameNear(size_t index) const {
     const auto& delivery = mAccount.delivery;
     const auto before = mOutBefore[index];

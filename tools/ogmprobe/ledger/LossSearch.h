@@ -6,12 +6,12 @@
 namespace ogmprobe {
 
 /**
- * How many bytes the plug-in takes for a frame: its table of AC-3 frame sizes lacks the row of
- * frmsizecod 3.
+ * Returns how many bytes the plug-in uses for a frame: its table of AC-3 frame sizes lacks the row
+ * of frmsizecod 3.
  */
 uint64_t takenSize(const FileUnit& unit);
 
-/** Finds out why units of one stream did not come out, by what the plug-in read and said. */
+/** Finds out why units of one stream were not returned, by the plug-in's reads and log lines. */
 class LossSearch {
   public:
     /** All must outlive this object. */
@@ -42,18 +42,18 @@ class LossSearch {
     const StreamAccount& mAccount;
     /** The last piece of the stream that was read. */
     std::optional<size_t> mLastRead;
-    /** Where in the elementary stream the bytes end that have arrived. */
+    /** Where the arrived bytes of the elementary stream end. */
     uint64_t mArrived = 0;
-    /** The units that came out first and last. */
+    /** The first and the last returned unit. */
     std::optional<size_t> mFirstOut;
     std::optional<size_t> mLastOut;
-    /** For each unit the nearest in front of it that came out, and the nearest behind it. */
+    /** For each unit the nearest returned unit before it, and the nearest after it. */
     std::vector<std::optional<size_t>> mOutBefore;
     std::vector<std::optional<size_t>> mOutBehind;
     /** The first and the last unit whose bytes were read and not dropped. */
     std::optional<size_t> mFirstQueued;
     std::optional<size_t> mLastQueued;
-    /** The first one that cannot be handed out. */
+    /** The first one that cannot be returned. */
     std::optional<size_t> mStuck;
 };
 

@@ -9,19 +9,19 @@
 
 namespace ogmprobe {
 
-/** Bytes of a file that lie in pieces, read as one stream. */
+/** Reads pieces of a file as one stream. */
 class StreamBytes {
   public:
     /** The scanner must outlive this object. */
     explicit StreamBytes(OggScanner& scanner) : mScanner(scanner) {}
 
-    /** Adds bytes at the end. `piece` is what they are known by. */
+    /** Appends bytes. `piece` identifies them. */
     void append(size_t piece, uint64_t fileOffset, uint64_t size);
     uint64_t size() const { return mSize; }
 
-    /** As many of the bytes as there are, until the next call. Throws `ProbeError`. */
+    /** Returns the bytes, as many as there are; valid until the next call. Throws `ProbeError`. */
     std::span<const uint8_t> at(uint64_t position, uint64_t count);
-    /** The piece in which the byte lies; there must be one. */
+    /** Returns the piece that holds the byte; there must be one. */
     size_t pieceAt(uint64_t position) const { return mExtents[extentAt(position)].piece; }
 
   private:

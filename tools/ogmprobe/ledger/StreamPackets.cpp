@@ -6,7 +6,7 @@
 namespace ogmprobe {
 namespace {
 
-/** Puts the packets of one stream together, page by page. */
+/** Assembles the packets of one stream, page by page. */
 class PacketAssembly {
   public:
     void addPage(const OggFile& file, const OggPage& page) {
@@ -26,7 +26,7 @@ class PacketAssembly {
     StreamPackets take() { return std::move(mStream); }
 
   private:
-    /** False: the file ends in front of it. */
+    /** Returns false if the file ends before the piece does. */
     bool addPiece(const OggFile& file, size_t index, bool isContinued, bool follows) {
         const OggPiece& piece = file.pieces()[index];
         const bool isThere = piece.offset + piece.size <= file.size();

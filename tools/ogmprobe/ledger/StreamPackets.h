@@ -12,28 +12,30 @@ namespace ogmprobe {
 
 /** A packet of the file. */
 struct FilePacket {
-    /** Indices into the stream's pieces: its own are those from the first up to the second. */
+    /** Indices into the stream's pieces: from the first up to, but not including, the second. */
     size_t firstPiece = 0;
     size_t endPiece = 0;
     uint64_t size = 0;
-    /** Its last piece is there, and no page is missing in between. */
+    /** Its last piece exists, and no page is missing in between. */
     bool isWhole = false;
     /** It announces the stream. */
     bool isHeader = false;
-    /** A piece that continues a packet of which no beginning is there: no packet of the file. */
+    /** A piece that continues a packet without a beginning: no packet of the file. */
     bool isOrphan = false;
-    /** Pieces of other packets that the plug-in adds to this one's. */
+    /** Pieces of other packets that the plug-in appends to this one. */
     std::vector<size_t> foreignTail;
 };
 
-/** The packets of one serial number, put together from its pages (RFC 3533, section 5). */
+/** The packets of one serial number, assembled from its pages (RFC 3533, section 5). */
 struct StreamPackets {
     /** Indices into the file's pieces, in the order of the file. */
     std::vector<size_t> pieces;
     std::vector<FilePacket> packets;
 };
 
-/** By serial number. Pages that cannot be read, and what the file ends before, are left out. */
+/**
+ * Returns packets by serial number, without unreadable pages and pieces beyond the end of the file.
+ */
 std::map<uint32_t, StreamPackets> packetsOf(const OggFile& file);
 
 }  // namespace ogmprobe

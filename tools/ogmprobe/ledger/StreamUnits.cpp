@@ -11,10 +11,10 @@ namespace {
 
 constexpr std::string_view kComment = "\3vorbis";
 
-/** An audio packet of this size or less is taken for one without content. */
+/** The plug-in sees no content in an audio packet of this size or less. */
 constexpr uint64_t kMostWithoutContent = 3;
 
-/** The format's rule: the flags, then as many bytes of a duration as their bits 1, 7 and 6 say. */
+/** The format's rule: the flags, then a duration whose bytes are counted by bits 1, 7 and 6. */
 uint64_t headerByFormat(uint8_t flags) {
     return 1U + ((flags & 2U) << 1 | flags >> 6);
 }
@@ -26,7 +26,7 @@ std::optional<uint64_t> lengthByFormat(std::span<const uint8_t> packet) {
     return length == 0 ? std::nullopt : std::optional(length);
 }
 
-/** The plug-in's rule takes bits 1, 0 and 6, and two bytes more. */
+/** The plug-in's rule uses bits 1, 0 and 6, and adds two bytes. */
 uint64_t headerByPlugin(uint8_t flags) {
     return 3U + ((flags << 1 & 6U) | (flags >> 6 & 1U));
 }
@@ -61,7 +61,7 @@ Likeness likenessOf(std::span<const uint8_t> content, PcmChange change) {
     return Likeness(content);
 }
 
-/** Goes through the packets of one stream. */
+/** Makes units from the packets of one stream. */
 class UnitCount {
   public:
     UnitCount(const OggFile& file, const StreamPackets& stream, const UnitKind& kind,
@@ -115,7 +115,7 @@ class UnitCount {
     }
 
   private:
-    /** The packet's bytes without the first ones. */
+    /** Appends the packet's bytes without the first ones. */
     void append(StreamBytes& bytes, const FilePacket& packet, uint64_t skipped) const {
         for (size_t i = packet.firstPiece; i < packet.endPiece; ++i) {
             const OggPiece& piece = mFile.pieces()[mStream.pieces[i]];

@@ -54,7 +54,7 @@ class ByteCurve {
         double bytes = 0;
     };
 
-    // Packets of one time alone last as long as the shortest window.
+    // Packets that all have one time last as long as the shortest window.
     static double lastsUs(const TimeGroup& group, const Timing& timing) {
         return timing.packetUs > 0 ? static_cast<double>(group.packets.size()) * timing.packetUs
                                    : kLeastWindowUs;
@@ -74,7 +74,7 @@ Bitrate bitrateOf(const Timeline& timeline, const std::vector<Timing>& timings,
     Bitrate rate;
     rate.startUs = static_cast<double>(span.firstUs);
     const double lengthUs = static_cast<double>(span.lastUs) - rate.startUs;
-    // A last window that is cut short would show a rate that the file does not have.
+    // A shorter last window would show a wrong rate.
     const double windows = std::clamp(std::floor(lengthUs / kLeastWindowUs), 1.0, kMostWindows);
     rate.windowUs = lengthUs > 0 ? lengthUs / windows : kLeastWindowUs;
     rate.total.resize(static_cast<size_t>(windows));

@@ -20,9 +20,9 @@ struct Bitrate {
 };
 
 /**
- * Windows of half a second, longer in files of more than two minutes. The bytes of packets are
- * spread over the time up to the next ones of their track, so that no window shows where the
- * times of pages happen to fall.
+ * Returns rates in windows of half a second, longer in files of more than two minutes. The bytes of
+ * packets are spread over the time up to the next ones of their track, so that the times of pages
+ * do not show in the windows.
  */
 Bitrate bitrateOf(const Timeline& timeline, const std::vector<Timing>& timings,
                   const TimeSpan& span);

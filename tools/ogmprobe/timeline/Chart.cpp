@@ -9,7 +9,7 @@
 namespace ogmprobe::timeline {
 namespace {
 
-// The style sheet has so many colours for each kind.
+// The number of colours that the style sheet has for each kind.
 constexpr int kColoursOfAKind = 4;
 
 TimeSpan shownSpan(const Timeline& timeline) {

@@ -12,7 +12,7 @@
 
 namespace ogmprobe::timeline {
 
-/** A timeline with all that is worked out from it for drawing. The timeline must outlive it. */
+/** A timeline with everything computed from it for drawing. The timeline must outlive it. */
 struct Chart {
     explicit Chart(const Timeline& shown);
 
@@ -24,11 +24,11 @@ struct Chart {
     // An entry for each lane.
     std::vector<Timing> timings;
     std::vector<LaneBars> bars;
-    /** By which the style sheet colours a track: its kind and its number among its kind. */
+    /** The style sheet colours a track by these: its kind and its number among that kind. */
     std::vector<std::string> trackClasses;
 };
 
-/** Whether the lane has sync frames and they are the exception, so that marks tell something. */
+/** Returns whether the lane has sync frames and other frames, so that marking them is useful. */
 bool marksSyncs(const Lane& lane);
 
 }  // namespace ogmprobe::timeline

@@ -19,7 +19,7 @@ namespace ogmprobe::timeline {
 namespace {
 
 constexpr double kLegendHeight = 30;
-// So wide is the drawing at least when a page fits it into a window.
+// The smallest width of the drawing when a page fits it into a window.
 constexpr double kLegendWidth = 940;
 constexpr double kPanelGap = 14;
 constexpr double kAxisHeight = 26;
@@ -37,7 +37,7 @@ constexpr int kMostTicks = 12;
 struct LegendEntry {
     std::string cssClass;
     std::string text;
-    /** Marks are drawn narrower than what covers an area. */
+    /** Marks are narrower than areas. */
     double width = kSwatchSize;
 };
 
@@ -95,7 +95,7 @@ std::vector<LegendEntry> legendOf(const Chart& chart) {
     return entries;
 }
 
-/** In rows; moves y behind the last. */
+/** Returns the legend in rows; moves y below the last. */
 std::string legendElement(const Chart& chart, double& y) {
     std::string text = "<g class=\"legend\">\n";
     double x = kHeadingLeft;
@@ -127,7 +127,7 @@ std::vector<Panel> panelsOf(const Chart& chart) {
     return panels;
 }
 
-/** Lines through all panels, and the times below them. */
+/** Returns lines through all panels, and the times below them. */
 std::string timeAxisElement(const Chart& chart, double top, double bottom) {
     std::string text = fmt::format(
             "<g class=\"times\" transform=\"translate({})\" data-top=\"{}\" data-bottom=\"{}\">\n",
@@ -141,7 +141,7 @@ std::string timeAxisElement(const Chart& chart, double top, double bottom) {
     return text + "</g>\n";
 }
 
-/** Legend, panels and time axis from y on; moves y behind them. */
+/** Returns legend, panels and time axis from y on; moves y below them. */
 std::string bodyOf(const Chart& chart, double& y) {
     std::string text = legendElement(chart, y);
     const double top = y;
@@ -167,7 +167,7 @@ std::string textLine(const std::string& cssClass, double y, const std::string& t
                        coordinate(y), escaped(text));
 }
 
-/** Where bars are not packets. */
+/** Returns what bars mean if they are not packets. */
 std::string binText(const Chart& chart) {
     return chart.detail.packets ? ""
                                 : fmt::format("; a bar is the largest packet of {:.3g} s",

@@ -8,13 +8,13 @@
 
 namespace ogmprobe::timeline {
 
-/** The panels and their legend as an SVG document, with a heading and what went wrong. */
+/** Returns an SVG document with a heading, failures, the panels and their legend. */
 std::string drawingDocument(const Chart& chart);
 
-/** What the file is and how it is drawn, in one line: not escaped. */
+/** Returns one line about the file and how it is drawn. Not escaped. */
 std::string summaryOf(const Chart& chart);
 
-/** What went wrong, in sentences; empty if nothing did. Not escaped. */
+/** Returns sentences about failures; empty if there were none. Not escaped. */
 std::vector<std::string> notesOf(const Chart& chart);
 
 }  // namespace ogmprobe::timeline

@@ -55,7 +55,7 @@ class EvidenceBuild {
         return mFile.pieces()[account.packets.pieces[piece]];
     }
 
-    /** By its own page, or by what lies around it where that does not tell. */
+    /** Returns the time by its own page, or by its neighbours if that page has none. */
     int64_t timeOf(const StreamAccount& account, size_t index) const {
         if (const auto& time = mTimes.at(account.ledger.serial).units[index]) {
             return time->middleUs();
@@ -140,7 +140,7 @@ class EvidenceBuild {
                 [](const PageLine& left, const PageLine& right) { return left.page < right.page; });
     }
 
-    /** The times of the pages around the place, where the finding does not tell any itself. */
+    /** Returns the finding's times, or those of the pages around its place. */
     std::optional<TimeSpan> spanOf(const Finding& finding) const {
         auto first = finding.timeUs;
         auto last = finding.untilUs ? finding.untilUs : finding.timeUs;

@@ -7,8 +7,8 @@
 namespace ogmprobe::timeline {
 
 /**
- * Adds what a comparison of the file with what came out of it says: the pages of packets, packets
- * that are lost, streams without a track, findings and log lines. All findings are made already.
+ * Adds the results of comparing the file with the returned packets: the pages of packets, lost
+ * packets, streams without a track, findings and log lines. All findings must have been made.
  */
 void addEvidence(const Explanation& explanation, Timeline& timeline);
 

@@ -11,7 +11,7 @@ class FileExtents {
   public:
     void add(uint64_t offset, uint64_t size);
 
-    /** From begin to end of each part, in the order of the file; parts do not touch. */
+    /** Returns beginning and end of each part, in the order of the file; parts do not touch. */
     const std::map<uint64_t, uint64_t>& parts() const { return mParts; }
 
   private:

@@ -26,7 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/** Gathers a file's packets while it is played from its beginning. */
+/** Collects a file's packets while it is played from its beginning. */
 class PlayRecords {
   public:
     explicit PlayRecords(Timeline& shown) : mShown(shown) {}
@@ -74,7 +74,7 @@ class PlayRecords {
     bool mIsReady = false;
 };
 
-/** Gathers what seeks to evenly spaced times cost. */
+/** Collects the costs of seeks to evenly spaced times. */
 class SeekRecords : public CommandRecords {
   public:
     using CommandRecords::operator();
@@ -82,7 +82,7 @@ class SeekRecords : public CommandRecords {
     SeekRecords(Session& session, Report& report, Timeline& shown, std::set<uint64_t> failedTracks)
         : CommandRecords(session, report), mShown(shown), mFailedTracks(std::move(failedTracks)) {}
 
-    // What a seek reads lies between the end of the one before and its own.
+    // A seek's reads are those between the end of the previous seek and its own end.
     void operator()(const SeekRange&) { mCost = {}; }
     void operator()(const SourceRead& read) { mCost.add(read); }
     void operator()(const SeekLanded& landed) {
@@ -104,7 +104,7 @@ class SeekRecords : public CommandRecords {
     ReadCost mCost;
 };
 
-// Not even by force: the file would be gone once it has been drawn.
+// Not even with --force: drawing would replace the file.
 void requireOtherFile(const std::string& file, const fs::path& output) {
     std::error_code ignored;
     if (fs::equivalent(file, output, ignored)) {
@@ -125,7 +125,7 @@ std::string outputText(const Timeline& shown, const fs::path& path) {
     return path.extension() == ".svg" ? drawingDocument(chart) : pageDocument(chart);
 }
 
-/** Plays the file and seeks in it; whether there is anything to draw. */
+/** Plays the file and seeks in it; returns whether there is anything to draw. */
 bool gather(const std::string& path, uint32_t seekSteps, Session& session, Report& report,
             Timeline& shown) {
     const OggFile file(path);
@@ -191,7 +191,7 @@ std::optional<DrawnTimeline> drawTimeline(const TimelineTask& task, Session& ses
                                           Report& report) {
     const TimelineOptions& options = task.options;
     requireOtherFile(task.file, task.output);
-    // Before anything is read: nobody wants to hear of a name that is taken after an hour.
+    // Before anything is read: an existing file should be reported at once, not after an hour.
     NewFile drawing(task.output, options.force ? Existing::kOverwrite : Existing::kRefuse);
     Timeline shown;
     shown.fileName = fs::path(task.file).filename().string();

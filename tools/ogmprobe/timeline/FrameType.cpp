@@ -13,7 +13,7 @@ namespace {
 
 using Bytes = std::span<const uint8_t>;
 
-/** What follows the next start code prefix, its code first; empty if there is none. */
+/** Returns the bytes after the next start code prefix, its code first; empty if there is none. */
 Bytes afterStartCode(Bytes bytes) {
     const auto prefix = std::search(bytes.begin(), bytes.end(), kStartCodePrefix.begin(),
                                     kStartCodePrefix.end());
@@ -21,7 +21,9 @@ Bytes afterStartCode(Bytes bytes) {
     return bytes.subspan(std::min(bytes.size(), at + kStartCodePrefix.size()));
 }
 
-/** What follows the first start code for which `isWanted` holds; the code itself comes first. */
+/**
+ * Returns the bytes from the first start code for which `isWanted` is true; the code comes first.
+ */
 template <typename Predicate>
 Bytes unitOf(Bytes bytes, Predicate isWanted) {
     Bytes unit = afterStartCode(bytes);
@@ -80,7 +82,7 @@ class GolombReader {
 };
 
 // ISO/IEC 14496-10: slice_type, the second field of a slice's header. Emulation prevention cannot
-// stand in front of it: the first field of a picture's first slice is a single 1.
+// come before it: the first field of a picture's first slice is a single 1.
 FrameType h264Type(Bytes packet) {
     constexpr std::array kTypes = {FrameType::kPredicted, FrameType::kBidirectional,
                                    FrameType::kIntra, FrameType::kPredicted, FrameType::kIntra};
@@ -94,12 +96,13 @@ FrameType h264Type(Bytes packet) {
     GolombReader reader(slice.subspan(1));
     const auto firstMacroblock = reader.next();
     const auto type = reader.next();
-    // Types from 5 on say in addition that all slices of the picture are alike.
+    // Types from 5 on also say that all slices of the picture have one type.
     const bool isValid = firstMacroblock && type && *type < 2 * kTypes.size();
     return isValid ? kTypes[*type % kTypes.size()] : FrameType::kUnknown;
 }
 
-// RFC 6386, 9.1: the lowest bit of the frame tag is 0 in key frames, which go on with a start code.
+// RFC 6386, 9.1: the lowest bit of the frame tag is 0 in key frames, which continue with a start
+// code.
 FrameType vp8Type(Bytes packet) {
     constexpr size_t kTagSize = 3;
     constexpr std::array<uint8_t, 3> kStartCode = {0x9d, 0x01, 0x2a};

@@ -13,16 +13,15 @@ enum class FrameType { kIntra, kPredicted, kBidirectional, kUnknown };
 inline constexpr int kFrameTypes = 4;
 
 /**
- * The type of the first picture in a packet, from its header alone. Unknown for audio, for codecs
- * without a reader here, and for packets that hold no picture.
+ * Returns the type of the first picture in a packet, by its header. Unknown for audio, for codecs
+ * without a reader here, and for packets without a picture.
  */
 FrameType frameTypeOf(std::string_view mime, std::span<const uint8_t> packet);
 
-/** "I", "P", "B", or "U" where it is unknown. */
+/** Returns "I", "P", "B", or "U" if it is unknown. */
 char letterOf(FrameType type);
 
-/** What the types are called with a codec, in their order: "I picture", or "key frame" and so on.
- */
+/** Returns a codec's names for the types, in their order: "I picture", or "key frame" and so on. */
 std::span<const char* const, kFrameTypes> typeNames(std::string_view mime);
 
 }  // namespace ogmprobe::timeline

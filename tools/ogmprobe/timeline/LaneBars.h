@@ -21,9 +21,9 @@ struct Bar {
     FrameType type = FrameType::kUnknown;
 };
 
-/** What falls into one equal part of the time axis. */
+/** The packets in one of the equal parts of the time axis. */
 struct Bin {
-    /** Its number among all parts, empty ones included. */
+    /** Its number among all parts, including empty ones. */
     size_t number = 0;
     uint64_t packets = 0;
     uint64_t syncs = 0;
@@ -35,11 +35,11 @@ struct Bin {
     uint64_t readUpTo = 0;
 };
 
-/** The bars of a lane, and what is marked in it. */
+/** The bars and marks of a lane. */
 struct LaneBars {
     /**
-     * Nothing: each packet has its bar, those of the same time stand on one another. Else each bin
-     * has a bar for the largest packet of each type, smaller ones in front.
+     * Nothing: each packet has a bar; bars of the same time are stacked. Otherwise each bin has a
+     * bar for the largest packet of each type, smaller ones on top.
      */
     std::optional<std::vector<Bin>> bins;
     std::vector<Bar> bars;
@@ -51,20 +51,20 @@ struct LaneBars {
 
 /** How finely lanes are drawn. */
 struct Detail {
-    /** Each packet by itself, or bins. */
+    /** Single packets, or bins. */
     bool packets = true;
-    /** Parts that the time axis is cut into where things are put together. */
+    /** The number of bins. */
     size_t bins = 1;
 };
 
-/** As fine as the size of a page allows, for all lanes together. */
+/** Returns the finest detail that the size of a page allows, for all lanes together. */
 Detail detailOf(const Timeline& timeline);
 
 LaneBars barsOf(const Lane& lane, const Timing& timing, const TimeAxis& axis, const Detail& detail);
 
-/** Middle of a bin. */
+/** Returns the middle of a bin. */
 double timeOfBinUs(size_t bin, const TimeAxis& axis, size_t bins);
-/** The bin that a time falls into. */
+/** Returns the bin that a time falls into. */
 size_t binOf(double timeUs, const TimeAxis& axis, size_t bins);
 
 }  // namespace ogmprobe::timeline

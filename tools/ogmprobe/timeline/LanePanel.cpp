@@ -26,13 +26,13 @@ constexpr double kBarPart = 0.72;
 constexpr double kLeastLineSpacing = 4;
 constexpr size_t kLongestName = 25;
 
-/** Attribute of lines that leave some room between each other. */
+/** Returns an attribute for lines with some space between them. */
 std::string widthOf(double spacing, double widest) {
     return fmt::format("stroke-width=\"{}\"",
                        coordinate(std::clamp(spacing * kBarPart, 1.0, widest)));
 }
 
-/** The plot of one lane, whose bars stand on a base line. */
+/** The plot of one lane with bars on a base line. */
 class LanePlot {
   public:
     LanePlot(const Chart& chart, size_t lane)
@@ -63,7 +63,7 @@ class LanePlot {
         return base() - static_cast<double>(bytes) / top * barHeight();
     }
 
-    /** Places where something happens, no more than can be told apart. */
+    /** Returns the places of the times, rounded to those that can be distinguished. */
     std::set<double> places(const std::vector<double>& timesUs) const {
         std::set<double> result;
         const size_t bins = mChart.detail.bins;
@@ -114,7 +114,7 @@ class LanePlot {
             }
         }
         const double spacing = kPlotWidth / static_cast<double>(places(timesUs).size());
-        // Lines that stand side by side would be but a shade.
+        // Adjacent lines would merge into one area.
         const std::string lines =
                 spacing < kLeastLineSpacing ? "" : marks("sync", timesUs, 0, base());
         return lines + marks("head", timesUs, 0, kHeadHeight - 1, widthOf(spacing, kWidestHead));
@@ -169,7 +169,7 @@ class LanePlot {
     const std::string& mTrackClass;
 };
 
-/** Cut where it would run into the plot. */
+/** Returns the name, cut before it would overlap the plot. */
 std::string shortName(const std::string& name) {
     return name.size() <= kLongestName ? name : name.substr(0, kLongestName - 3) + "...";
 }

@@ -12,7 +12,7 @@ constexpr std::string_view kReplacement = "\xef\xbf\xbd";
 constexpr std::array<std::string_view, 2> kNonCharacters = {"\xef\xbf\xbe", "\xef\xbf\xbf"};
 
 std::string validUtf8(std::string_view text) {
-    // Writing JSON replaces what is no UTF-8; reading it gives the rest back as it was.
+    // Writing JSON replaces invalid UTF-8; reading it returns the rest unchanged.
     using nlohmann::json;
     return json::parse(json(text).dump(-1, ' ', false, json::error_handler_t::replace))
             .get<std::string>();

@@ -9,14 +9,14 @@
 namespace ogmprobe::timeline {
 
 /**
- * A text from outside for use in XML or HTML, within elements and in quoted attributes. What is no
- * UTF-8 or may not stand in XML becomes U+FFFD.
+ * Returns any text escaped for XML or HTML, within elements and in quoted attributes. Bytes that
+ * are not UTF-8, and characters that XML does not allow, become U+FFFD.
  */
 std::string escaped(std::string_view text);
 
 /**
- * The template with each {{name}} replaced by its value. Values are not searched in turn. Every
- * name must have a value.
+ * Returns the template with each {{name}} replaced by its value. Names within values are not
+ * replaced. Every name must have a value.
  */
 std::string filledIn(std::string_view page, const std::map<std::string_view, std::string>& values);
 

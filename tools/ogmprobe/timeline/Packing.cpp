@@ -13,7 +13,7 @@ namespace {
 std::vector<uint8_t> compressed(const std::vector<uint8_t>& bytes) {
     uLongf size = compressBound(bytes.size());
     std::vector<uint8_t> result(size);
-    // With a buffer of that size only a lack of memory makes it fail.
+    // With a buffer of that size it fails only without memory.
     if (compress2(result.data(), &size, bytes.data(), bytes.size(), Z_BEST_COMPRESSION) != Z_OK) {
         throw std::bad_alloc();
     }

@@ -6,19 +6,19 @@
 #include <vector>
 
 /**
- * Numbers as a page keeps them: columns of bytes, compressed together. The page's script unpacks
+ * Numbers as a page stores them: columns of bytes, compressed together. The page's script unpacks
  * them (unpack.js).
  */
 namespace ogmprobe::timeline {
 
-/** Beyond 17 years; the page's numbers stay exact up to there. */
+/** More than 17 years; the page's numbers are exact up to this. */
 inline constexpr int64_t kFarthestUs = int64_t{1} << 49;
 
-/** A column of numbers, each as LEB128: seven bits a byte, the lowest first. */
+/** A column of numbers, each as LEB128: seven bits per byte, the lowest first. */
 class Column {
   public:
     void add(uint64_t number);
-    /** Small numbers of either sign stay short. */
+    /** Small numbers, positive or negative, stay short. */
     void addSigned(int64_t number);
     void addByte(uint8_t byte) { mBytes.push_back(byte); }
 
@@ -28,10 +28,12 @@ class Column {
     std::vector<uint8_t> mBytes;
 };
 
-/** Numbers that rise or fall steadily: each as the change of its distance from the one before. */
+/**
+ * Numbers that rise or fall steadily: each as the change of its difference from the previous one.
+ */
 class SteadyColumn {
   public:
-    /** Beyond `kFarthestUs` either way it is taken for that. */
+    /** Limits the number to plus or minus `kFarthestUs`. */
     void add(int64_t number);
     const Column& column() const { return mColumn; }
 
@@ -41,12 +43,12 @@ class SteadyColumn {
     int64_t mDistance = 0;
 };
 
-/** All columns of a page, one behind the other. */
+/** All columns of a page, one after the other. */
 class PackedColumns {
   public:
-    /** Its number of bytes. */
+    /** Adds a column and returns its number of bytes. */
     size_t add(const Column& column);
-    /** Compressed (RFC 1950), in letters (RFC 4648). */
+    /** Returns the columns compressed (RFC 1950) as text (RFC 4648). */
     std::string text() const;
 
   private:

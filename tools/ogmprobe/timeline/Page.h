@@ -7,12 +7,12 @@
 
 namespace ogmprobe::timeline {
 
-/** An HTML page that needs nothing from elsewhere: tables, the drawing, and its script. */
+/** Returns a self-contained HTML page: tables, the drawing, and its script. */
 std::string pageDocument(const Chart& chart);
 
-/** What the page's script knows of the file; both may stand in a script element. */
+/** The data of the page's script; both texts are safe in a script element. */
 struct PageData {
-    /** JSON: what there is, and the sizes of the columns. */
+    /** JSON: a description of the file, and the sizes of the columns. */
     std::string outline;
     /** The packed columns (Packing.h). */
     std::string columns;

@@ -11,15 +11,16 @@ namespace {
 // Bits of a packet's kind beside those of its type.
 constexpr uint8_t kSyncBit = 4;
 
-// More than a number of its own type would have nothing to round to.
+// The clamp keeps the rounded value within the integer type.
 int64_t nearestUs(double timeUs) {
     constexpr auto kMost = static_cast<double>(kFarthestUs);
     return std::llround(std::clamp(timeUs, -kMost, kMost));
 }
 
 /**
- * How much further the file was read for each packet than for the one before, less the size of the
- * packet `lead` behind it: a plug-in that keeps so many packets ready reads that one.
+ * Returns how much further the file was read for each packet than for the previous one, minus the
+ * size of the packet `lead` places later: a plug-in that keeps so many packets ready reads that
+ * one.
  */
 Column positionsOf(const std::vector<PacketPoint>& packets, uint64_t lead) {
     Column column;
@@ -33,7 +34,7 @@ Column positionsOf(const std::vector<PacketPoint>& packets, uint64_t lead) {
     return column;
 }
 
-/** The lead that makes the column shortest. */
+/** Returns the lead that makes the column shortest. */
 uint64_t leadOf(const std::vector<PacketPoint>& packets) {
     constexpr uint64_t kMostLead = 16;
     constexpr size_t kSample = 2000;

@@ -12,27 +12,27 @@
 
 namespace ogmprobe::timeline {
 
-/** The columns of a page, to be added in the order in which its script takes them (lanes.js). */
+/** The columns of a page, to be added in the order in which its script reads them (lanes.js). */
 class PageColumns {
   public:
-    /** So many bytes of each digest are kept. */
+    /** `digestBytes` is how many bytes of each digest are kept. */
     explicit PageColumns(uint64_t digestBytes) : mDigestBytes(digestBytes) {}
 
-    /** Numbers and times stream by stream, for in each they are steady. */
+    /** Adds numbers and times stream by stream, because they rise steadily in each. */
     void addPages(const std::vector<FilePage>& pages);
     void addPackets(const std::vector<PacketPoint>& packets);
-    /** Ranges of times; what is not known has no range. */
+    /** Adds ranges of times; unknown ones are left out. */
     void addRanges(const std::vector<PacketPoint>& packets,
                    std::optional<TimeRange> PacketPoint::*range);
     void addLost(const std::vector<LostPacket>& packets);
     void addGaps(const std::vector<Gap>& gaps);
     void addText(const std::string& text);
 
-    /** Bytes of each column. */
+    /** Returns the bytes of each column. */
     const std::vector<size_t>& sizes() const { return mSizes; }
-    /** Reasons of losses, by the numbers that stand for them. */
+    /** Returns the reasons of losses by their numbers. */
     const std::vector<std::string>& reasons() const { return mReasons; }
-    /** For each track, how far ahead of its packets the file was read, in packets. */
+    /** Returns for each track how many packets ahead the file was read. */
     const std::vector<uint64_t>& leads() const { return mLeads; }
     std::string text() const { return mPacked.text(); }
 

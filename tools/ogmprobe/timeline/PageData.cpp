@@ -15,7 +15,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-// Nothing makes digests shorter, so those of many packets are cut for the page's sake.
+// Digests cannot be compressed, so those of many packets are cut to limit the page's size.
 constexpr uint64_t kDigestBytesOfAPage = 500000;
 constexpr uint64_t kLeastDigestBytes = 2;
 
@@ -91,7 +91,7 @@ ordered_json refusedJson(const std::vector<RefusedStream>& streams) {
     return list;
 }
 
-/** Texts, each with the page that it belongs to. */
+/** Returns the texts, each with the page that it belongs to. */
 std::string linesText(const std::vector<PageLine>& lines) {
     std::map<std::string_view, size_t> numbers;
     auto texts = ordered_json::array();
@@ -107,7 +107,7 @@ std::string linesText(const std::vector<PageLine>& lines) {
     return toLine({{"texts", std::move(texts)}, {"places", std::move(places)}});
 }
 
-/** A "<" could end the element that the data stands in; in JSON it occurs in strings alone. */
+/** A "<" could end the element that holds the data; in JSON it occurs only in strings. */
 std::string forScriptElement(const std::string& json) {
     std::string result;
     for (const char character : json) {

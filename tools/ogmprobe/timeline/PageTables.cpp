@@ -18,7 +18,7 @@ namespace {
 
 enum class Cells { kNumbers, kWords, kProse };
 
-/** A table's column. Numbers stand at the right; prose may be cut into lines. */
+/** A table's column. Numbers are aligned right; prose may be wrapped. */
 struct Column {
     const char* name;
     Cells cells = Cells::kNumbers;
@@ -35,7 +35,9 @@ class HtmlTable {
         mText += "</tr></thead>\n<tbody>\n";
     }
 
-    /** A cell for each column; escaped here. `before` is an element in front of the first. */
+    /**
+     * Adds one cell per column, escaped here. `before` is an element before the first cell's text.
+     */
     void add(const std::vector<std::string>& cells, const std::string& before = "") {
         mText += "<tr>";
         for (size_t i = 0; i < cells.size(); ++i) {
@@ -68,12 +70,12 @@ std::string numberText(uint64_t number) {
     return fmt::format("{}", number);
 }
 
-/** Without what all types of pictures have in common. */
+/** Returns the name without the part that all types share. */
 std::string_view shortTypeName(std::string_view name) {
     return name.substr(0, name.find(' '));
 }
 
-/** What is counted of a lane's packets. */
+/** Counts of a lane's packets. */
 struct Counts {
     uint64_t bytes = 0;
     uint64_t largest = 0;
@@ -95,7 +97,7 @@ Counts countsOf(const Lane& lane) {
     return counts;
 }
 
-/** Whether the plug-in's sync flags leave out what its packets say themselves. */
+/** Reports I pictures that have no sync flag. */
 std::string intraText(const Counts& counts) {
     const uint64_t intra = counts.types[static_cast<size_t>(FrameType::kIntra)];
     return intra > counts.syncIntra && counts.syncs > 0
@@ -120,7 +122,7 @@ std::string typesText(const Lane& lane, const Counts& counts) {
     return text.empty() ? "-" : text;
 }
 
-/** Packets that are not there, and times at which none is shown. */
+/** Reports missing packets, and times without a packet. */
 std::string missingText(const Lane& lane, const Timing& timing) {
     const std::string gaps =
             timing.gaps.empty() ? "" : counted(timing.gaps.size(), "gap") + " in time";
@@ -140,7 +142,7 @@ std::string timesText(const Timing& timing) {
            secondsText(timing.groups.back().timeUs);
 }
 
-/** Over the time that the packets cover, the last one's usual length included. */
+/** Returns the rate over the time that the packets cover, including the last one's usual length. */
 std::string averageRateText(const Timing& timing, const Counts& counts) {
     if (timing.groups.size() < 2) {
         return "-";

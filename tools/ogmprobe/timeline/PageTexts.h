@@ -6,9 +6,9 @@
 /** The source files of the page, which the build turns into constants. */
 namespace ogmprobe::timeline {
 
-/** head.html: what each page begins with, with names for what is filled in. */
+/** head.html: the beginning of each page, with names for the parts to fill in. */
 extern const std::string_view kHead;
-/** page.html: the rest of the page of a timeline. */
+/** page.html: the rest of a timeline's page. */
 extern const std::string_view kPage;
 /** colours.css: the colours of pages and drawings, in light and dark. */
 extern const std::string_view kColours;
@@ -16,9 +16,9 @@ extern const std::string_view kColours;
 extern const std::string_view kCommonSheet;
 /** page.css: how the page around the drawing looks. */
 extern const std::string_view kPageSheet;
-/** drawing.css: how the drawing looks, in a page and as a document of its own. */
+/** drawing.css: how the drawing looks, in a page and as a separate document. */
 extern const std::string_view kDrawingSheet;
-/** script/: what draws the lanes and answers mouse, fingers and keys. */
+/** script/: draws the lanes and handles mouse, fingers and keys. */
 extern const std::string_view kPageScript;
 
 }  // namespace ogmprobe::timeline

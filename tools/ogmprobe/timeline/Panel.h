@@ -25,7 +25,7 @@ struct Panel {
     /** Attributes of the panel's element. */
     std::string attributes;
     double height = 0;
-    /** In front of the plot; the first is the title. Escaped. */
+    /** Left of the plot; the first is the title. Escaped. */
     std::vector<std::string> names;
     std::vector<HeightLabel> labels;
     /** Elements beside the plot, which neither move nor grow with the time axis. */
@@ -38,10 +38,10 @@ Panel lanePanel(const Chart& chart, size_t lane);
 Panel bitratePanel(const Chart& chart);
 Panel positionPanel(const Chart& chart);
 
-/** The panel as an SVG element with its top at y. */
+/** Returns the panel as an SVG element with its top at y. */
 std::string panelElement(const Panel& panel, double y);
 
-/** Place of a time in a plot. */
+/** Returns the place of a time in a plot. */
 inline double plotX(const Chart& chart, double timeUs) {
     return chart.axis.place(timeUs) * kPlotWidth;
 }

@@ -9,7 +9,7 @@
 
 namespace ogmprobe::timeline {
 
-/** A number of an SVG document: hundredths are enough for the deepest zoom. */
+/** Returns a number for an SVG document: hundredths are enough for the largest zoom. */
 inline std::string coordinate(double value) {
     return fmt::format("{}", std::round(value * 100) / 100);
 }
@@ -24,7 +24,7 @@ class PathData {
     PathData& curve(double middleX, double middleY, double x, double y) {
         return add('Q', middleX).add(' ', middleY).add(' ', x).add(' ', y);
     }
-    /** A point that shows with round caps alone. */
+    /** A point that is visible only with round caps. */
     PathData& dot(double x, double y) {
         move(x, y);
         mText += "h0";
@@ -39,7 +39,7 @@ class PathData {
     bool isEmpty() const { return mText.empty(); }
     const std::string& text() const { return mText; }
 
-    /** The element; nothing for an empty path. Attributes are written as they are. */
+    /** Returns the element; empty for an empty path. Attributes are not escaped. */
     std::string element(const std::string& cssClass, const std::string& attributes = "") const {
         return isEmpty() ? ""
                          : fmt::format("<path class=\"{}\"{}{} d=\"{}\"/>\n", cssClass,

@@ -22,7 +22,7 @@ constexpr double kArcRise = 0.1;
 constexpr double kPositionBase = kPositionHeight - 1;
 // The column beside the plot that holds what opening read.
 constexpr double kOpeningX = kPlotLeft - 14;
-// Parts of the file that are closer than this cannot be told apart.
+// Parts of the file that are closer than this cannot be distinguished.
 constexpr double kLeastDistance = 0.5;
 
 class PositionPlot {
@@ -96,7 +96,7 @@ class PositionPlot {
         return text;
     }
 
-    // The longer, the higher: arcs that land at one place stay apart.
+    // Longer arcs are higher, so that arcs to one place stay separate.
     static PathData arc(double from, double to) {
         const double rise = std::clamp(std::abs(to - from) * kArcRise, kFlattestArc, kSteepestArc);
         return PathData()

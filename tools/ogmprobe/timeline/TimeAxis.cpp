@@ -15,7 +15,7 @@ namespace {
 constexpr double kUsPerMinute = 60 * kUsPerSecond;
 constexpr double kUsPerHour = 60 * kUsPerMinute;
 
-// So that the bars at both ends stand clear of the frame.
+// Keeps the bars at both ends away from the frame.
 constexpr double kMargin = 0.006;
 
 constexpr auto kStepsUs = std::to_array<double>({1e3,
@@ -69,7 +69,7 @@ int decimalsOf(double stepUs) {
 
 TimeAxis::TimeAxis(const TimeSpan& span) {
     const auto firstUs = static_cast<double>(span.firstUs);
-    // One time alone stands at the beginning of a second.
+    // A single time is at the beginning of a second.
     const double coveredUs = static_cast<double>(span.lastUs) - firstUs;
     const double shownUs = coveredUs > 0 ? coveredUs : kUsPerSecond;
     mStartUs = firstUs - kMargin * shownUs;
@@ -95,7 +95,7 @@ std::vector<Tick> ticksOf(const TimeAxis& axis, int most) {
 std::string tickLabel(double timeUs, double stepUs) {
     const int decimals = decimalsOf(stepUs);
     const double scale = std::pow(10, decimals);
-    // Rounded first, so that no 60 seconds come out.
+    // Rounded first, so that there are never 60 seconds.
     const double seconds = std::round(std::abs(timeUs) / kUsPerSecond * scale) / scale;
     const double minutes = std::floor(seconds / 60);
     const double hours = std::floor(minutes / 60);

@@ -26,7 +26,9 @@ class TimeAxis {
     double mLengthUs;
 };
 
-/** The distances that labels of a time axis may have, rising; beyond the last, ten times it. */
+/**
+ * Returns the possible distances of a time axis's labels, rising; beyond the last, ten times it.
+ */
 std::span<const double> tickStepsUs();
 
 struct Tick {
@@ -34,10 +36,10 @@ struct Tick {
     std::string label;
 };
 
-/** Round times on the axis, at most so many. */
+/** Returns at most `most` round times on the axis. */
 std::vector<Tick> ticksOf(const TimeAxis& axis, int most);
 
-/** "1:05", "-0:00.04", "2:00:00": no more decimals than the step needs. */
+/** Returns "1:05", "-0:00.04", "2:00:00", with the decimals that the step needs. */
 std::string tickLabel(double timeUs, double stepUs);
 
 }  // namespace ogmprobe::timeline

@@ -11,7 +11,7 @@
 #include "records/Records.h"
 #include "sync/TimeRange.h"
 
-/** What a timeline shows of a file, gathered while the file is played. */
+/** What a timeline shows of a file, collected while the file is played. */
 namespace ogmprobe::timeline {
 
 struct TimeSpan {
@@ -23,20 +23,20 @@ struct TimeSpan {
 struct PacketPoint {
     int64_t timeUs = 0;
     uint64_t size = 0;
-    /** Where in the file the last read had ended when the packet came out. */
+    /** Where in the file the last read had ended when the packet was returned. */
     uint64_t readUpTo = 0;
     bool isSync = false;
     FrameType type = FrameType::kUnknown;
     uint64_t digest = 0;
     /** The page of the file that it begins on, by its number among them; nothing if unknown. */
     std::optional<uint32_t> page = {};
-    /** When it begins by the file's pages; nothing where they do not tell. */
+    /** When it begins by the file's pages; nothing if they do not show it. */
     std::optional<TimeRange> pageUs = {};
-    /** Of audio: how much later than the video it is shown, compared with the pages. */
+    /** Of audio: how much later than the video it is played, compared with the pages. */
     std::optional<TimeRange> behindVideoUs = {};
 };
 
-/** A packet or frame of the file that does not come out. */
+/** A packet or frame of the file that is not returned. */
 struct LostPacket {
     /** By the file's pages. */
     int64_t timeUs = 0;
@@ -69,7 +69,7 @@ struct FilePage {
     uint64_t size = 0;
     uint32_t serial = 0;
     uint32_t sequence = 0;
-    /** Nothing where its granule position does not tell. */
+    /** Nothing if its granule position does not show it. */
     std::optional<int64_t> timeUs;
 };
 
@@ -79,15 +79,15 @@ struct PageLine {
     std::string text;
 };
 
-/** Something that the plug-in makes of the file otherwise than its user may expect. */
+/** Something in the plug-in's results that a user may not expect. */
 struct ShownFinding {
     std::string id;
     std::string text;
     /** The log line that shows it; may be empty. */
     std::string line;
-    /** So with every such file. */
+    /** The same with every such file. */
     bool usual = false;
-    /** Indices of what it is about; neither: the whole file. */
+    /** Indices of the lane or stream that it is about; neither: the whole file. */
     std::optional<size_t> lane;
     std::optional<size_t> refused;
     std::optional<uint64_t> offset;
@@ -99,13 +99,13 @@ struct ShownFinding {
 struct Origin {
     std::string program;
     std::string plugin;
-    /** Of all bytes of the file. */
+    /** The digest of all bytes of the file. */
     std::optional<uint64_t> fileDigest;
-    /** Only if asked for: without it the same file gives the same page. */
+    /** Only if requested: without it the same file gives the same page. */
     std::string date;
 };
 
-/** What a piece of work read from the file. */
+/** What a step read from the file. */
 struct ReadCost {
     uint64_t reads = 0;
     uint64_t bytes = 0;
@@ -116,7 +116,7 @@ struct ReadCost {
 
 struct Seek {
     int64_t targetUs = 0;
-    /** Where the track landed that is sought first; nothing at the end. */
+    /** Where the track that seeks first landed; nothing at the end. */
     std::optional<int64_t> landedUs;
     bool isSync = false;
     ReadCost cost;
@@ -132,20 +132,20 @@ struct Timeline {
     std::vector<FilePage> pages;
     std::vector<PageLine> lines;
     std::vector<ShownFinding> findings;
-    /** How far times are off the pages at most, as a sentence; may be empty. */
+    /** The largest difference from the pages' times, as a sentence; may be empty. */
     std::string worstTimes;
     /** Up to the first packet, and from there to the end. */
     ReadCost opening;
     ReadCost playing;
     std::vector<Seek> seeks;
-    /** What went wrong, in sentences. */
+    /** Failures, as sentences. */
     std::vector<std::string> failures;
 };
 
-/** Times from the first to the last packet or seek; nothing if there is neither. */
+/** Returns the times from the first to the last packet or seek; nothing if there is neither. */
 std::optional<TimeSpan> spanOf(const Timeline& timeline);
 
-/** Leaves out what lies before the one time or behind the other. */
+/** Removes everything before `fromUs` and everything from `untilUs` on. */
 void cutTo(const std::optional<int64_t>& fromUs, const std::optional<int64_t>& untilUs,
            Timeline& timeline);
 

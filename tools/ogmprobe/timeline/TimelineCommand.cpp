@@ -20,12 +20,12 @@ bool isPageOrDrawing(const fs::path& path) {
     return path.extension() == ".html" || path.extension() == ".svg";
 }
 
-/** Says where each file's timeline goes. */
+/** Chooses the path of each file's timeline. */
 class OutputPaths {
   public:
     explicit OutputPaths(const TimelineOptions& options) : mOptions(options) {}
 
-    /** Throws `ProbeError` with `kUsage` where the output fits no such files. */
+    /** Throws `ProbeError` with `kUsage` if the output does not suit the files. */
     void require(bool several) {
         const fs::path output = mOptions.output;
         std::error_code ignored;

@@ -29,7 +29,7 @@ std::vector<TimeGroup> groupsOf(const std::vector<PacketPoint>& packets) {
     return groups;
 }
 
-/** From one group to the next. The difference of two times may not fit the type of a time. */
+/** Returns the distance between two groups. The difference may not fit the type of a time. */
 double distanceUs(const TimeGroup& group, const TimeGroup& next) {
     return static_cast<double>(next.timeUs) - static_cast<double>(group.timeUs);
 }
@@ -48,7 +48,7 @@ double usualPacketUs(const std::vector<TimeGroup>& groups) {
     return *middle;
 }
 
-/** The largest of the groups on both sides of the distance to the next one. */
+/** Returns the size of the largest group near the distance to the next one. */
 double largestAround(const std::vector<TimeGroup>& groups, size_t group) {
     const size_t from = group - std::min(group, kGroupsAround - 1);
     const size_t to = std::min(group + kGroupsAround, groups.size() - 1);

@@ -16,29 +16,29 @@ struct TimeGroup {
     std::vector<size_t> packets;
 };
 
-/** A stretch of presentation time that no packet accounts for. */
+/** A stretch of presentation time without a packet. */
 struct Gap {
     double fromUs = 0;
     double toUs = 0;
 };
 
-/** What there is to say about the times of a track. */
+/** The times of a track. */
 struct Timing {
     /** In the order of their times. */
     std::vector<TimeGroup> groups;
     std::vector<Gap> gaps;
-    /** Packets, by index, whose time is less than that of the packet before in the file. */
+    /** Indices of packets whose time is less than that of the packet before in the file. */
     std::vector<size_t> backwardSteps;
-    /** Packets whose time an earlier one has too. */
+    /** Packets with the same time as an earlier one. */
     size_t repeatedTimes = 0;
     /** How long a packet usually lasts; 0 when all have the same time. */
     double packetUs = 0;
 };
 
 /**
- * A container may give one time to all packets of a page. A group of n packets therefore accounts
- * for n times the usual length of a packet, and there is a gap only where the next time is nearly
- * twice as far as the largest group nearby lasts.
+ * A container may give one time to all packets of a page. A group of n packets therefore lasts n
+ * times the usual length of a packet, and a gap is only where the next time is nearly twice as far
+ * away as the largest group nearby lasts.
  */
 Timing timingOf(const std::vector<PacketPoint>& packets);
 

@@ -80,7 +80,7 @@ class RowBars {
         }
     }
 
-    /** The packet that is drawn there, and how many others it stands for. */
+    /** The packet that is drawn there, and how many others it represents. */
     at(x) {
         const {row} = this;
         if (row.count === 0) {

@@ -45,7 +45,7 @@ class Plot {
         this.context.fillRect(left, top, width, height);
     }
 
-    /** A small text on a ground of its own. */
+    /** A small text on its own background. */
     text(text, x, y, {colour = colours.muted, align = "left"} = {}) {
         const {context} = this;
         context.font = "11px system-ui, sans-serif";

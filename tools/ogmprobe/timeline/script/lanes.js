@@ -138,7 +138,7 @@ const lostRow = (reader, count, usualUs) => {
     return Object.assign(row, {pages, reasons});
 };
 
-/** The sizes of packets `lead` behind were taken off. */
+/** The sizes of packets `lead` places later were subtracted. */
 const positionsFrom = (reader, sizes, lead) => {
     const positions = reader.differences(sizes.length);
     let last = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Levels of detail: what holds for blocks of 16 values, of 16 such blocks, and so on, so that the
+// Levels of detail: the maxima of blocks of 16 values, of 16 such blocks, and so on, so that the
 // largest of any range is found in a few steps.
 
 const BLOCK_BITS = 4;
@@ -61,7 +61,7 @@ class Pyramid {
         }
     }
 
-    /** The largest block that begins there and ends in time; the number of the block behind it. */
+    /** The largest block that begins there and ends in time; the number of the block after it. */
     addBlocks(first, end, result) {
         const {kinds, levels} = this;
         let level = 0;

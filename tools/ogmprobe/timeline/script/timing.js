@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Where packets stand on the time axis. A container may give one time to all packets of a page:
-// those share the time up to the next ones, each has a slot of its own.
+// those share the time up to the next ones, each in its own slot.
 
-/** The first index from which `isBehind` holds for all; it holds for none in front of it. */
+/** Returns the first index from which `isBehind` is true for all; it is true for none before. */
 const firstIndex = (count, isBehind) => {
     let low = 0;
     let high = count;
@@ -30,7 +30,7 @@ const orderOf = (times) => {
     return isSorted ? order : order.sort((a, b) => times[a] - times[b] || a - b);
 };
 
-/** Calls with the first index, the index behind the last, and the time of all in between. */
+/** Calls with the first index, the index after the last, and the time of all in between. */
 const forEachGroup = (times, order, visit) => {
     for (let from = 0; from < order.length;) {
         const timeUs = times[order[from]];
