@@ -22,9 +22,9 @@ struct CheckedTrack {
     std::string codec;
     std::string mime;
     std::string format;
-    /** That suits it best; empty: there is none. */
+    /** The decoder that suits it best; empty: there is none. */
     std::string decoder;
-    /** Packets, or for audio that is framed anew frames; nothing where the file does not tell. */
+    /** Packets, or frames of re-framed audio; nothing if the file does not show it. */
     std::optional<uint64_t> inFile;
     uint64_t handedOut = 0;
     std::vector<Reason> reasons = {};
@@ -33,7 +33,7 @@ struct CheckedTrack {
     bool operator==(const CheckedTrack&) const = default;
 };
 
-/** What a device will make of a file. */
+/** Whether a device will play a file, and why not. */
 struct CheckedFile {
     std::string path;
     uint64_t sizeBytes = 0;

@@ -58,7 +58,7 @@ std::string_view attribute(const Attributes& attributes, const std::string& name
     return found == attributes.end() ? std::string_view() : std::string_view(found->second);
 }
 
-/** However it is said: "range", "ranges", "min" and "max", "value". */
+/** In any form: "range", "ranges", "min" and "max", "value". */
 Ranges rangesIn(const Attributes& attributes) {
     for (const char* name : {"range", "ranges", "value"}) {
         if (const auto text = attribute(attributes, name); !text.empty()) {

@@ -60,7 +60,7 @@ void CodecListBuilder::end(const std::string& element) {
     }
 }
 
-/** One with `update` adds to the one of that name that stands in front. */
+/** An element with `update` adds to the earlier one of that name. */
 bool CodecListBuilder::beginCodec(const Attributes& attributes) {
     const std::string name = valueOf(attributes, "name");
     const auto known = std::find_if(mCodecs.begin(), mCodecs.end(),

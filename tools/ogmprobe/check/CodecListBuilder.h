@@ -15,14 +15,14 @@ namespace ogmprobe::check {
 
 using Attributes = std::map<std::string, std::string>;
 
-/** Makes decoders of the elements of a list of codecs, in the order in which they stand. */
+/** Makes decoders from the elements of a list of codecs, in their order. */
 class CodecListBuilder {
   public:
-    /** False: there are more decoders than any device has. */
+    /** Returns false if there are more decoders than any device has. */
     bool begin(const std::string& element, const Attributes& attributes);
     void end(const std::string& element);
 
-    /** Once all has been read: settings apply to what stands in front of them too. */
+    /** To be called after all has been read: settings apply to earlier elements too. */
     std::vector<Decoder> decoders() const;
 
   private:

@@ -137,7 +137,7 @@ void Reader::include(const Attributes& attributes) {
     }
 }
 
-/** The first failure stands: the others follow from it. */
+/** Keeps only the first failure: the others follow from it. */
 void Reader::fail(const std::string& reason) {
     if (mParser == nullptr) {
         mResult.error = reason;

@@ -10,12 +10,12 @@
 #include "check/Decoder.h"
 
 /**
- * Reads the lists of codecs that a device has (media_codecs*.xml). The XML comes from anywhere, so
- * this runs in a sandbox; document types, and with them all entities, are refused.
+ * Reads a device's lists of codecs (media_codecs*.xml). The XML is untrusted, so this runs in a
+ * sandbox. Document types, and with them all entities, are refused.
  */
 namespace ogmprobe::check {
 
-/** Deeper files and elements are none of a list of codecs. */
+/** Limits that no list of codecs exceeds. */
 inline constexpr size_t kMostXmlDepth = 32;
 inline constexpr size_t kMostIncludeDepth = 8;
 inline constexpr size_t kMostXmlFiles = 64;
@@ -39,8 +39,8 @@ struct CodecXml {
 };
 
 /**
- * The decoders of these files, which are read in that order, each with what it includes at the
- * place where it does. As long as files are missing, the decoders are not all there.
+ * Returns the decoders of these files, which are read in that order, each with its included files
+ * at their places. While files are missing, the decoders are incomplete.
  */
 CodecXml readCodecXml(const std::vector<std::string>& paths, const XmlFiles& files);
 

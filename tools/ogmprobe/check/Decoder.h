@@ -18,7 +18,7 @@ struct Range {
     bool operator==(const Range&) const = default;
 };
 
-/** None: nothing is said, so everything is allowed. */
+/** Empty: nothing is declared, so everything is allowed. */
 using Ranges = std::vector<Range>;
 
 inline bool allows(const Ranges& ranges, double value) {
@@ -35,7 +35,7 @@ struct Extent {
     bool operator==(const Extent&) const = default;
 };
 
-/** What a decoder declares for one MIME type; nothing where it is silent. */
+/** What a decoder declares for one MIME type; nothing where it declares nothing. */
 struct DecoderLimits {
     std::optional<Extent> leastSize;
     std::optional<Extent> mostSize;
@@ -56,7 +56,7 @@ struct Decoder {
     std::string name;
     std::string mime;
     DecoderLimits limits;
-    /** Why it is not to be had for ordinary playing; empty if it is. */
+    /** Why ordinary players cannot use it; empty if they can. */
     std::string unusable = {};
 
     bool operator==(const Decoder&) const = default;

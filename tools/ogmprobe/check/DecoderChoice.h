@@ -11,7 +11,7 @@
 
 namespace ogmprobe::check {
 
-/** What a track asks of a decoder; nothing where the track does not say. */
+/** What a track needs from a decoder; nothing where the track does not say. */
 struct Needs {
     std::string mime;
     std::optional<int32_t> width;
@@ -21,18 +21,20 @@ struct Needs {
     std::optional<int32_t> channelCount;
     /** Bits a second. */
     std::optional<double> bitrate;
-    /** As headers inside the stream say; empty: they do not. */
+    /** By the headers inside the stream; empty if they do not say. */
     std::string profile = {};
 };
 
 struct DecoderChoice {
     /** Empty: there is none for the MIME type. */
     std::string name;
-    /** What the track asks beyond what the decoder declares. */
+    /** What the track needs beyond what the decoder declares. */
     std::vector<Reason> reasons;
 };
 
-/** The decoder that fits best, the first of several; what none can do is among the reasons. */
+/**
+ * Returns the decoder that fits best, the first of several; the reasons include what none can do.
+ */
 DecoderChoice chooseDecoder(const Needs& needs, const DecoderList& list);
 
 }  // namespace ogmprobe::check

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* kPluginUnusable = "plugin-unusable";
 
-/** Gathers what a traced playing says. */
+/** Collects the records of a traced playback. */
 class CheckRecords : public CommandRecords {
   public:
     CheckRecords(Session& session, Report& report, PluginTrace& trace, CheckedFile& file)
@@ -48,7 +48,7 @@ class CheckRecords : public CommandRecords {
     PlayedTracksPackets mPackets;
 };
 
-/** Failures of the plug-in that no finding tells of. */
+/** Adds failures of the plug-in that no finding reports. */
 void addFailures(const PluginTrace& trace, CheckedFile& file) {
     const auto& failure = trace.failure();
     if (!failure) {

@@ -9,10 +9,7 @@
 
 namespace ogmprobe::check {
 
-/**
- * Plays the file once, in a process of its own, and judges it. Whatever goes wrong is part of what
- * comes back.
- */
+/** Plays the file once, in a separate process, and judges it. Failures are part of the result. */
 CheckedFile checkFile(const std::string& path, const DecoderList& decoders, Session& session);
 
 /** The reason of what cannot be read at all. */
@@ -21,7 +18,7 @@ inline constexpr const char* kCannotRead = "cannot-read";
 /** Throws `ProbeError` if the plug-in cannot be used with any file. */
 void requirePlugin(const CheckedFile& file);
 
-/** What is to be said of a file that no verdict was found for. */
+/** Returns a result for a file without a verdict. */
 CheckedFile uncheckedFile(const std::string& path, const char* reason, ExitCode code,
                           const std::string& message);
 

@@ -15,7 +15,7 @@ namespace ogmprobe::check {
 /** By the indices of tracks. */
 using PlayedTracksPackets = std::map<uint64_t, PlayedPackets>;
 
-/** What a verdict rests on: a file that was played to its end, and explained. */
+/** What a verdict is based on: a file that was played to its end, and explained. */
 struct Evidence {
     const Explanation& explanation;
     const PlayedTracksPackets& packets;
@@ -25,16 +25,16 @@ struct Evidence {
 /** Fills in tracks and reasons. */
 void judge(const Evidence& evidence, CheckedFile& file);
 
-/** Adds what is to be said of sound that is not with the picture. */
+/** Adds reasons about sound that does not fit the picture. */
 void judgeSync(const Explanation& explanation, CheckedFile& file);
 
 // Each of these adds reasons to a track.
 
-/** What its format lacks that a decoder is set up with. */
+/** What the format lacks to configure a decoder. */
 void judgeFormat(const TrackDescription& track, std::vector<Reason>& reasons);
-/** What the ledger of its stream says. */
+/** Losses in the ledger of its stream. */
 void judgeLosses(const Ledger& ledger, const TrackDescription& track, std::vector<Reason>& reasons);
-/** Pictures of which several have one time. */
+/** Pictures that share one time. */
 void judgeTimes(const TrackDescription& track, const PlayedPackets& packets,
                 std::vector<Reason>& reasons);
 /** Sync frames. */

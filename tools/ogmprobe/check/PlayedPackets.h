@@ -9,23 +9,26 @@
 
 namespace ogmprobe::check {
 
-/** What is to be known of the packets of a track, gathered while they come out. */
+/** Statistics of a track's packets, collected while they are returned. */
 class PlayedPackets {
   public:
     void add(const Packet& packet);
 
     uint64_t count() const { return mCount; }
     uint64_t syncCount() const { return mSyncCount; }
-    /** Enough of the first bytes for the headers inside a stream. */
+    /** Returns enough of the first bytes for the headers inside a stream. */
     const std::vector<uint8_t>& head() const { return mHead; }
-    /** Bits a second; nothing for what is too short to tell. */
+    /** Returns bits per second; nothing if the track is too short. */
     std::optional<double> bitrate() const;
-    /** The longest time without a sync frame, between them and to both ends; 0 without one. */
+    /**
+     * Returns the longest time without a sync frame, also before the first and after the last; 0
+     * without any.
+     */
     int64_t longestWithoutSyncUs() const;
 
-    /** Packets that have the time of the one before. */
+    /** Returns the packets that have the time of the one before. */
     uint64_t sharedTimes() const { return mShared; }
-    /** The most packets of one time, one behind the other, and the longest time to the next one. */
+    /** Return the most packets in a row with one time, and the longest time to the next one. */
     uint64_t mostOfOneTime() const { return mLongestRun; }
     int64_t longestStepUs() const { return mLongestStepUs; }
 

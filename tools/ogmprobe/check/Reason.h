@@ -8,12 +8,12 @@
 
 namespace ogmprobe::check {
 
-/** What becomes of a track on a device; the larger the worse. */
+/** Whether a device plays a track; larger is worse. */
 enum class Verdict {
     kPlays,
     kPlaysWithFaults,
     kDoesNotPlay,
-    /** Nobody knows. */
+    /** The check failed. */
     kUnknown,
 };
 
@@ -24,38 +24,38 @@ constexpr Verdict lastOf(Verdict) {
 /** "plays", "plays with faults", "does not play", "unknown". */
 std::string_view nameOf(Verdict verdict);
 
-/** What a reason of that name does to a verdict, and what it is called where files are counted. */
+/** The verdict and the title of a kind of reason. */
 struct ReasonKind {
     std::string_view id;
-    /** `kPlays`: it is only told of. */
+    /** `kPlays`: only a note. */
     Verdict verdict;
     std::string_view title;
 };
 
-/** Nothing for a name that stands for no reason. */
+/** Returns null for an unknown name. */
 const ReasonKind* reasonKind(std::string_view id);
 
-/** Why a verdict is not better, or what is worth to be known of a track that plays. */
+/** Why a verdict is not better, or a note on a track that plays. */
 struct Reason {
     /** For programs; never changes. */
     std::string id;
     Verdict verdict = Verdict::kPlays;
-    /** One sentence, with the number that it rests on. */
+    /** One sentence, with the number that it is based on. */
     std::string text;
-    /** That number, and the one that it was held against, where there are such. */
+    /** That number, and the limit that it was compared with, if there are any. */
     std::optional<double> value = {};
     std::optional<double> limit = {};
-    /** What sets it apart from others of its name where files are counted: "audio/ac3". */
+    /** Distinguishes reasons of one name where files are counted: "audio/ac3". */
     std::string subject = {};
 
     bool operator==(const Reason&) const = default;
 };
 
-/** A reason that the table knows. */
+/** Returns a reason that the table has. */
 Reason reasonOf(std::string_view id, std::string text, std::optional<double> value = {},
                 std::optional<double> limit = {});
 
-/** The worst of them. */
+/** Returns the worst verdict of the reasons. */
 Verdict worstOf(const std::vector<Reason>& reasons);
 
 }  // namespace ogmprobe::check

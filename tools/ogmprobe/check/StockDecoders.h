@@ -8,12 +8,12 @@
 
 namespace ogmprobe::check {
 
-/** The software decoders that Android 13 brings to every device. */
+/** Returns the software decoders that Android 13 has on every device. */
 DecoderList stockDecoders();
 
 /**
- * The profiles that a decoder of Android's own takes, as they are called in headers of streams,
- * none for other decoders, whose lists do not tell.
+ * Returns the profiles of one of Android's own decoders, by the names in stream headers; none for
+ * other decoders, whose lists do not include profiles.
  */
 std::vector<std::string_view> profilesOf(std::string_view decoder);
 

@@ -30,7 +30,7 @@ class Summary {
 
     size_t files() const { return mFiles; }
     size_t filesWith(Verdict verdict) const { return mVerdicts[static_cast<size_t>(verdict)]; }
-    /** What stops most files in front. */
+    /** Returns the entries, the worst and most frequent first. */
     std::vector<Entry> entries() const;
 
   private:
@@ -41,7 +41,7 @@ class Summary {
 
 /** "612 files: 600 play, 8 play with faults, 4 do not play" */
 std::string countsText(const Summary& summary);
-/** The same, and a line for each reason. */
+/** Returns the counts and a line for each reason. */
 std::string summaryText(const Summary& summary, bool color);
 nlohmann::ordered_json toJson(const Summary& summary);
 

@@ -30,7 +30,7 @@ constexpr std::array kConfigurations = {
         Configuration{"audio/opus", "csd-0", ""},
 };
 
-/** Each frame of AAC in ADTS has a header of its own. */
+/** Each frame of AAC in ADTS has its own header. */
 constexpr std::string_view kIsAdts = "is-adts";
 
 bool hasEntry(const TrackDescription& track, std::string_view name) {

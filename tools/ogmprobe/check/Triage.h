@@ -25,8 +25,8 @@ struct TriageRequest {
 };
 
 /**
- * Checks them, each in a process of its own, and shows how far it is. A process that dies, or never
- * ends, costs its file alone. Throws `ProbeError` when the plug-in cannot be used.
+ * Checks the files, each in a separate process, and shows progress. A process that dies, or never
+ * ends, affects only its file. Throws `ProbeError` when the plug-in cannot be used.
  */
 void triage(const TriageRequest& request, Session& session);
 

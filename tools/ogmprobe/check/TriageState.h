@@ -24,23 +24,24 @@ struct FileIdentity {
     }
 };
 
-/** Nothing for a path that leads to no file. */
+/** Returns nothing if the path is no file. */
 std::optional<FileIdentity> identityOf(const std::string& path);
 
 /**
- * What was found out about many files, in a file that is only ever added to: a line for each file,
- * written at once, so that a run that is killed loses only the files it was working on. A last line
- * that is cut off is left out.
+ * The results of many files, in a file that is only appended to: a line for each file, written at
+ * once, so that a killed run loses only the files it was working on. An incomplete last line is
+ * ignored.
  */
 class TriageState {
   public:
     /**
-     * Opens or makes it. `circumstances` is what verdicts depend on beside the files; a state with
-     * others is refused. Throws `ProbeError` with `kFile`, also while another run has it.
+     * Opens or makes the file. `circumstances` is what verdicts depend on besides the files; a
+     * state with others is refused. Throws `ProbeError` with `kFile`, also while another run uses
+     * it.
      */
     TriageState(const std::string& path, const std::string& circumstances);
 
-    /** What is known of the file as it is now. */
+    /** Returns the result for the file in its present form. */
     const CheckedFile* find(const FileIdentity& file) const;
     /** Throws `ProbeError`. */
     void add(const FileIdentity& identity, const CheckedFile& file);

@@ -10,7 +10,7 @@
 namespace ogmprobe {
 namespace {
 
-/** From so many on damage is told of as a whole. */
+/** From this number on damage is reported as a whole. */
 constexpr size_t kTooManyToList = 10;
 
 /** Numbers of pages that leap further do not count pages. */

@@ -10,16 +10,18 @@
 
 namespace ogmprobe {
 
-/** The line as people know it, and how often it was written. */
+/** Returns the line as a log shows it, and how often it was written. */
 std::string lineText(const LoggedLine& line);
 
-/** The findings for people. */
+/** Returns the findings for people. */
 std::string findingsText(const Explanation& explanation, const ExplainOptions& options, bool color);
 
-/** The pages and what lies between them, with the log lines that were written there. */
+/** Writes the pages and the bytes between them, with the log lines that were written there. */
 void writePages(const Explanation& explanation, bool color, Output& output);
 
-/** A line for each stream: what is in the file, what came out, and where the rest is. */
+/**
+ * Returns a line for each stream: what the file holds, what was returned, and where the rest is.
+ */
 std::string ledgersText(const Explanation& explanation);
 
 nlohmann::ordered_json toJson(const Finding& finding);
@@ -27,7 +29,7 @@ nlohmann::ordered_json toJson(const Explanation& explanation, const Ledger& ledg
 nlohmann::ordered_json streamsJson(const Explanation& explanation);
 nlohmann::ordered_json pagesJson(const Explanation& explanation);
 
-/** Why the page's packets come out of no track; empty if they do. */
+/** Returns why no track returns the page's packets; empty if one does. */
 std::string whyNoTrack(const Explanation& explanation, const OggPage& page);
 
 }  // namespace ogmprobe

@@ -14,26 +14,26 @@
 
 namespace ogmprobe {
 
-/** Something that the plug-in makes of a file otherwise than its user may expect, and why. */
+/** Something in the plug-in's results that a user may not expect, and its reason. */
 struct Finding {
     /** For programs; never changes. */
     std::string id;
     /** In plain words. */
     std::string text;
-    /** True of every such file: no sign of anything wrong. */
+    /** The same with every such file: no sign of a fault. */
     bool usual = false;
     std::optional<uint64_t> track;
     std::optional<uint32_t> serial;
     std::optional<uint64_t> offset;
     std::optional<uint64_t> bytes;
-    /** Where in the playing time it is. */
+    /** Where it is in playing time. */
     std::optional<int64_t> timeUs;
     std::optional<int64_t> untilUs;
     /** The line that shows it. */
     std::optional<LoggedLine> line;
 };
 
-/** A file, what the plug-in did with it, and what is found by comparing the two. */
+/** A file, what the plug-in did with it, and the findings of comparing the two. */
 class Explanation {
   public:
     /** Both must outlive this object. */
@@ -42,7 +42,7 @@ class Explanation {
     const OggFile& file() const { return mFile; }
     const PluginTrace& trace() const { return mTrace; }
 
-    /** By serial numbers; none before they are set. */
+    /** Returns accounts by serial number; none before they are set. */
     const std::map<uint32_t, StreamAccount>& accounts() const { return mAccounts; }
     void setAccounts(std::map<uint32_t, StreamAccount> accounts) {
         mAccounts = std::move(accounts);
@@ -52,7 +52,7 @@ class Explanation {
     const std::vector<Finding>& findings() const { return mFindings; }
     void add(Finding finding) { mFindings.push_back(std::move(finding)); }
 
-    /** Why the stream has no track, in a few words. */
+    /** Returns in a few words why the stream has no track. */
     std::string whyNoTrack(uint32_t serial) const {
         const auto reason = mNoTrack.find(serial);
         return reason == mNoTrack.end() ? "" : reason->second;
@@ -70,49 +70,51 @@ class Explanation {
     std::map<uint32_t, std::string> mNoTrack;
 };
 
-/** A copy of the line, if there is one. */
+/** Returns a copy of the line, if there is one. */
 inline std::optional<LoggedLine> copied(const LoggedLine* line) {
     return line != nullptr ? std::optional(*line) : std::nullopt;
 }
 
-/** "track 0", or the serial number of a stream without a track. */
+/** Returns "track 0", or the serial number of a stream without a track. */
 std::string trackText(const Explanation& explanation, uint32_t serial);
 
-/** A finding without words about the whole track. */
+/** Returns a finding about the whole track, without a text. */
 Finding findingOf(const char* id, uint64_t track, std::optional<uint32_t> serial);
 
-/** A finding without words about the page. */
+/** Returns a finding about the page, without a text. */
 Finding findingAt(const Explanation& explanation, const char* id, const OggPage& page);
 
-/** Adds all findings. The file was read to its end before. */
+/** Adds all findings. The file must have been read to its end. */
 void explainAll(Explanation& explanation);
 
-// Each of these adds what it finds.
+// Each of these adds findings.
 
-/** Why the plug-in does not take the file. */
+/** Why the plug-in does not accept the file. */
 void explainRefusal(Explanation& explanation);
 /** Why streams have no track, or a track no codec configuration. */
 void explainStreams(Explanation& explanation);
-/** Why the duration is unknown, or not that of the file. */
+/** Why the duration is unknown or wrong. */
 void explainDuration(Explanation& explanation);
 /** Junk, damaged pages, lost and dropped packets. */
 void explainDamage(Explanation& explanation);
 /** What junk costs beyond being skipped. */
 void explainJunkSearches(Explanation& explanation);
-/** Packets of which no audio frame can be made. */
+/** Packets from which no audio frame can be cut. */
 void explainAudio(Explanation& explanation);
-/** Packets that do not come out, and why reading ended. */
+/** Packets that are not returned, and why reading ended. */
 void explainEnd(Explanation& explanation);
-/** What the ledgers say beyond that. */
+/** Other findings from the ledgers. */
 void explainLedgers(Explanation& explanation);
-/** Formats that do not say what the streams hold. */
+/** Formats that differ from the streams. */
 void explainFormats(Explanation& explanation);
 /** Times that are negative, stand still or step back. */
 void explainTimes(Explanation& explanation);
-/** Log lines that say something else than what is so. */
+/** Log lines that are wrong. */
 void explainLines(Explanation& explanation);
 
-/** What in the file ended the plug-in, or keeps it busy for ever; empty if it is not known. */
+/**
+ * Returns what in the file ended the plug-in, or keeps it busy forever; empty if that is not known.
+ */
 std::string causeOfEnd(const Explanation& explanation, const std::string& message);
 
 }  // namespace ogmprobe

@@ -5,8 +5,8 @@
 #include <string_view>
 
 /**
- * How the plug-in's log lines begin that explanations rest on. They are part of its behaviour: its
- * own tests hold each of them.
+ * The beginnings of the log lines that explanations are based on. They are part of the plug-in's
+ * behaviour: its own tests check each of them.
  */
 namespace ogmprobe::log_text {
 
@@ -70,7 +70,7 @@ inline constexpr std::string_view kFrameWithoutRate = "fscod=3";
 inline constexpr std::string_view kFrameOfUnknownVersion = "[dequeueAccessUnitAC3]***wrong bsid";
 inline constexpr std::string_view kErrorWithoutError = "set  mDequeueMpegAudioOgm :";
 
-/** Of the lines below the level of warnings those that tell more than routine. */
+/** Lines below the level of warnings that are not routine. */
 inline constexpr auto kTelling = std::to_array<std::string_view>({
         " *****Track Type[",
         kJunkSkipped,

@@ -10,12 +10,12 @@
 #include "explain/StreamHeader.h"
 
 /**
- * What lies in an Ogg file, read without the plug-in: the pages as a reader meets them that goes
- * from page to page and looks for the next capture pattern where there is none.
+ * The contents of an Ogg file, read without the plug-in: from page to page, with a search for the
+ * next capture pattern where there is none.
  */
 namespace ogmprobe {
 
-/** Of a page on which no packet ends. */
+/** The granule position of a page on which no packet ends. */
 constexpr uint64_t kNoGranule = ~uint64_t{0};
 
 struct OggPage {
@@ -30,15 +30,15 @@ struct OggPage {
     uint32_t sequence = 0;
     /** Packets that end on the page. */
     uint32_t packets = 0;
-    /** Bytes of the first packet, or piece of one, that lies on the page. */
+    /** Bytes of the first packet, or piece of one, on the page. */
     uint64_t firstPieceSize = 0;
-    /** Bytes of the page that the file ends before. */
+    /** Bytes of the page beyond the end of the file. */
     uint64_t missingBytes = 0;
     bool checksumRight = true;
     bool beginsWithComment = false;
-    /** What the page says if it announces a stream. */
+    /** The header of the stream that the page announces, if it does. */
     std::optional<StreamHeader> announced;
-    /** Indices into the file's pieces: its own are those from the first up to the second. */
+    /** Indices into the file's pieces: from the first up to, but not including, the second. */
     size_t firstPiece = 0;
     size_t endPiece = 0;
 
@@ -47,11 +47,11 @@ struct OggPage {
     bool continues() const { return (flags & 1U) != 0; }
     bool beginsStream() const { return (flags & 2U) != 0; }
     bool endsStream() const { return (flags & 4U) != 0; }
-    /** Whether version and flags are those of the format's only version. */
+    /** Returns whether version and flags are those of the format's only version. */
     bool isReadable() const { return version == 0 && flags < 8; }
 };
 
-/** A packet, or as much of it as lies on one page. */
+/** A packet, or the part of it on one page. */
 struct OggPiece {
     uint64_t offset = 0;
     uint32_t size = 0;
@@ -85,19 +85,19 @@ class OggFile {
     uint64_t size() const { return mSize; }
     const std::vector<OggPage>& pages() const { return mPages; }
     const std::vector<JunkRange>& junk() const { return mJunk; }
-    /** Of all pages, in the order of their places. */
+    /** Returns the pieces of all pages, in the order of the file. */
     const std::vector<OggPiece>& pieces() const { return mPieces; }
-    /** By their serial numbers. */
+    /** Returns the streams by serial number. */
     const std::map<uint32_t, OggStream>& streams() const { return mStreams; }
 
-    /** Index of the page in which the byte lies. */
+    /** Returns the index of the page that holds the byte. */
     std::optional<size_t> pageAt(int64_t offset) const;
-    /** Index of the first piece that begins there and has that size. */
+    /** Returns the index of the first piece that begins there and has that size. */
     std::optional<size_t> pieceAt(int64_t offset, uint64_t size) const;
     const StreamHeader* headerOf(uint32_t serial) const;
-    /** What the page's granule position says; nothing where it says nothing. */
+    /** Returns the time of the page's granule position; nothing if it has none. */
     std::optional<int64_t> timeUs(const OggPage& page) const;
-    /** The last time that a page in front of the place tells, the first behind it. */
+    /** Return the last time of a page before the place, and the first after it. */
     std::optional<int64_t> timeBefore(uint64_t offset) const;
     std::optional<int64_t> timeBehind(uint64_t offset) const;
 

@@ -46,7 +46,7 @@ constexpr std::array<uint32_t, 256> makeChecksumTable() {
 
 constexpr auto kChecksumTable = makeChecksumTable();
 
-/** The checksum's own field counts as zero. */
+/** The checksum's own field is treated as zero. */
 uint32_t checksumOf(std::span<const uint8_t> page) {
     uint32_t value = 0;
     for (size_t i = 0; i < page.size(); ++i) {

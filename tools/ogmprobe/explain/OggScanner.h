@@ -19,11 +19,17 @@ class OggScanner {
     explicit OggScanner(const std::string& path) : mSource(pathToOpen(path)) {}
 
     uint64_t size() const { return mSource.size(); }
-    /** Where the first capture pattern from the place on begins; the file's size without one. */
+    /**
+     * Returns where the first capture pattern from the offset on begins; the file's size without
+     * one.
+     */
     uint64_t findPage(uint64_t offset);
-    /** The page that begins with the capture pattern there; adds its pieces, without their page. */
+    /**
+     * Returns the page that begins with the capture pattern there; adds its pieces, without their
+     * page.
+     */
     OggPage page(uint64_t offset, std::vector<OggPiece>& pieces);
-    /** As many of the bytes as the file has, until the next call. */
+    /** Returns the bytes, as many as the file has; valid until the next call. */
     std::span<const uint8_t> bytes(uint64_t offset, size_t count);
 
   private:

@@ -23,13 +23,13 @@ struct LoggedLine {
     std::string tag;
     std::string text;
     PluginFunction function = PluginFunction::kNone;
-    /** Where the call's last read before the line began; nothing without a read. */
+    /** Where the call's last read before the line began; nothing if there was no read. */
     std::optional<int64_t> offset;
     /** How often it was written there. */
     uint64_t count = 0;
 };
 
-/** What the plug-in said right after it had read a piece of a packet. */
+/** What the plug-in logged right after it had read a piece of a packet. */
 enum class PieceEvent : uint8_t {
     kGranuleFell,
     kTooShort,
@@ -40,19 +40,19 @@ enum class PieceEvent : uint8_t {
     kFrameWithoutSize,
 };
 
-/** A buffer that a track gave. */
+/** A buffer that a track returned. */
 struct PlayedBuffer {
     Likeness likeness;
     int64_t timeUs = 0;
 };
 
-/** What came out of one track. */
+/** What one track returned. */
 struct PlayedTrack {
     TrackDescription description;
     std::optional<uint32_t> serial;
     /** The plug-in's number for the codec that the track was made with. */
     std::optional<int64_t> streamType;
-    /** In the order in which they came. */
+    /** In the order of reading. */
     std::vector<PlayedBuffer> buffers;
     bool beginsWithComment = false;
     bool ended = false;
@@ -60,8 +60,8 @@ struct PlayedTrack {
 };
 
 /**
- * Gathers from a traced job what the plug-in did with the pages of a file, in opening it and in
- * reading it to its end.
+ * Collects from a traced job what the plug-in did with the pages of a file while it opened it and
+ * read it to its end.
  */
 class PluginTrace {
   public:
@@ -147,7 +147,7 @@ class PluginTrace {
     std::optional<int64_t> mLastReadOffset;
 };
 
-/** The number behind `before` in the text; nothing if the text does not go on so. */
+/** Returns the number after `before` in the text; nothing if the text continues otherwise. */
 std::optional<int64_t> numberBehind(std::string_view text, std::string_view before);
 
 }  // namespace ogmprobe

@@ -13,13 +13,13 @@ enum class StreamKind { kVideo, kAudio, kText, kVorbis, kTheora, kOther };
 /** "video", "audio", "text", "Vorbis", "Theora" or "unknown". */
 const char* kindName(StreamKind kind);
 
-/** The plug-in looks for such packets on so many pages of a file. */
+/** The number of pages on which the plug-in looks for such packets. */
 inline constexpr size_t kHeaderPages = 121;
 
-/** The packet that announces a stream of an Ogg file. Fields it is too short for are 0. */
+/** The packet that announces a stream of an Ogg file. Fields beyond its end are 0. */
 struct StreamHeader {
     StreamKind kind = StreamKind::kOther;
-    /** FOURCC, or the digits of an audio format tag; empty for what is neither video nor audio. */
+    /** FOURCC, or the digits of an audio format tag; empty if it is neither video nor audio. */
     std::string codec;
     /** In 100 ns. */
     uint64_t timeUnit = 0;
@@ -32,7 +32,7 @@ struct StreamHeader {
 
     explicit StreamHeader(std::span<const uint8_t> packet);
 
-    /** The time of a granule position; nothing where the header does not tell. */
+    /** Returns the time of a granule position; nothing if the header does not say. */
     std::optional<int64_t> timeUs(uint64_t granule) const;
     /** "video XVID", "audio 0055", "text", "Vorbis". */
     std::string name() const;

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-/** The plug-in's numbers for codecs, as its log lines have them. */
+/** The plug-in's numbers for codecs in its log lines. */
 namespace ogmprobe::stream_type {
 
 inline constexpr int64_t kMp3 = 1;
@@ -12,7 +12,7 @@ inline constexpr int64_t kPcm = 5;
 inline constexpr int64_t kMpegAudio = 6;
 inline constexpr int64_t kAc3 = 7;
 inline constexpr int64_t kDts = 8;
-/** Those of audio codecs are smaller. */
+/** Audio codecs have smaller numbers. */
 inline constexpr int64_t kFirstVideo = 16;
 inline constexpr int64_t kMpeg4Video = 18;
 inline constexpr int64_t kMpegVideo = 19;

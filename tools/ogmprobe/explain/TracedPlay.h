@@ -13,8 +13,8 @@ namespace ogmprobe {
 void playWithLines(const std::string& path, Session& session, const RecordSink& handler);
 
 /**
- * Plays the file to its end and gathers in `trace` what the plug-in does with it; what goes wrong
- * is reported too. The sink, if there is one, gets all records as well. Throws `ProbeError`.
+ * Plays the file to its end and collects in `trace` what the plug-in does with it. Failures are
+ * also reported. The sink, if there is one, gets all records. Throws `ProbeError`.
  */
 void playTraced(const std::string& path, Session& session, Report& report, PluginTrace& trace,
                 const RecordSink& also = {});

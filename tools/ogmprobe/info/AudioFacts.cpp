@@ -14,7 +14,7 @@
 namespace ogmprobe {
 namespace {
 
-/** A minute of sound or so tells whether the bitrate varies. */
+/** About a minute of sound shows whether the bitrate varies. */
 constexpr size_t kMostPackets = 2000;
 
 constexpr std::array<std::pair<std::string_view, AudioFraming>, 4> kFramings = {{
@@ -46,7 +46,7 @@ std::string codingOf(const AudioFrame& frame) {
     return "";
 }
 
-/** Frames of one bitrate differ by a slot where a second has no whole number of slots. */
+/** Frames of one bitrate differ by a slot if a second is not a whole number of slots. */
 uint64_t slotSize(const AudioFrame& frame) {
     return frame.kind == AudioFrame::Kind::kAc3 ? 2 : frame.layer == 1 ? 4 : 1;
 }

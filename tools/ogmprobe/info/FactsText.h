@@ -12,10 +12,10 @@ namespace ogmprobe {
 /** Adds the streams that have no track, in grey, to the table of tracks. */
 void addStreamsWithoutTrack(const FileFacts& facts, TextTable& table);
 
-/** What the file says beside what the plug-in says, marked as such; empty without streams. */
+/** Returns the facts that come from the file itself, marked as such; empty without streams. */
 std::string factsText(const FileFacts& facts, bool color);
 
-/** The members "duration_us", "streams" and "chapters". */
+/** Returns the members "duration_us", "streams" and "chapters". */
 nlohmann::ordered_json toJson(const FileFacts& facts);
 
 }  // namespace ogmprobe

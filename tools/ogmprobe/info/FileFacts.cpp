@@ -17,14 +17,14 @@
 namespace ogmprobe {
 namespace {
 
-/** How a bitrate varies is told by the second. */
+/** The largest bitrate is that of a second. */
 constexpr int64_t kInterval = kUsPerSecond;
 
 using ReadFacts = std::optional<VideoFacts> (*)(std::span<const uint8_t>);
 
 struct VideoFamily {
     std::string_view codec;
-    /** Null: the stream has no headers that tell anything. */
+    /** Null: the stream has no useful headers. */
     ReadFacts read;
 };
 
@@ -46,7 +46,7 @@ ReadFacts factsReader(std::string codec) {
     return family == kVideoFamilies.end() ? mpeg4Facts : family->read;
 }
 
-/** Gathers what one stream's pages tell. */
+/** Collects facts from one stream's pages. */
 class StreamFactsBuilder {
   public:
     StreamFactsBuilder(const OggFile& file, const OggStream& stream, StreamReader& reader)
@@ -73,7 +73,7 @@ class StreamFactsBuilder {
     }
 
   private:
-    /** Gives the number of pages that the comment header takes. */
+    /** Returns the number of pages of the comment header. */
     size_t addComments() {
         if (mStream.dataPages.empty() ||
             !mFile.pages()[mStream.dataPages.front()].beginsWithComment) {
@@ -144,7 +144,7 @@ class StreamFactsBuilder {
     StreamFacts mFacts;
 };
 
-/** Where the plug-in says nothing, `explain` finds more. */
+/** If the plug-in logs nothing, `explain` finds more. */
 std::string whyNoTrack(const OggFile& file, const OggStream& stream, const TrackSources& sources) {
     if (!stream.announcement) {
         return "no header page";
@@ -170,7 +170,7 @@ std::string whyNoTrack(const OggFile& file, const OggStream& stream, const Track
     return "unknown header";
 }
 
-/** Without a line for each track nobody knows which stream is whose. */
+/** Without a line for each track it is unknown which stream belongs to which track. */
 void assignTracks(const OggFile& file, const TrackSources& sources, FileFacts& facts) {
     if (sources.accepted.size() != sources.tracks) {
         return;

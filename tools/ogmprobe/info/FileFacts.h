@@ -14,7 +14,7 @@
 
 namespace ogmprobe {
 
-/** What the file itself says about one of its streams, whatever the plug-in makes of it. */
+/** What the file itself says about one of its streams, independent of the plug-in. */
 struct StreamFacts {
     uint32_t serial = 0;
     /** "video", "audio", "text", "Vorbis", "Theora", "unknown". */
@@ -22,18 +22,18 @@ struct StreamFacts {
     /** FOURCC or format tag; empty for other kinds. */
     std::string codec;
     std::optional<uint64_t> track;
-    /** In few words; empty for a stream with a track, and where nothing is known of tracks. */
+    /** In a few words; empty for a stream with a track, and if nothing is known about tracks. */
     std::string whyNoTrack;
     std::optional<uint16_t> bitsPerSample;
-    /** Without those of headers. */
+    /** Without headers. */
     uint64_t packets = 0;
     uint64_t bytes = 0;
-    /** The last time that a page tells. */
+    /** The last time on a page. */
     std::optional<int64_t> durationUs;
-    /** Bits a second over all of the duration, and in the second with the most. */
+    /** Bits per second over the whole duration, and in the second with the most. */
     std::optional<double> averageBitrate;
     std::optional<double> largestBitrate;
-    /** Of video: pictures a second, as the stream header has it. */
+    /** Of video: pictures per second by the stream header. */
     std::optional<double> frameRate;
     std::optional<VideoFacts> video;
     std::optional<AudioFacts> audio;
@@ -42,9 +42,9 @@ struct StreamFacts {
 
 /** What the file itself says. */
 struct FileFacts {
-    /** The longest of its streams'. */
+    /** The longest duration of its streams. */
     std::optional<int64_t> durationUs;
-    /** Bits a second of the whole file. */
+    /** Bits per second of the whole file. */
     std::optional<double> bitrate;
     /** In the order of the file. */
     std::vector<StreamFacts> streams;
@@ -53,7 +53,7 @@ struct FileFacts {
     uint64_t streamsWithoutTrack() const;
 };
 
-/** What a plug-in has told about the tracks of the streams. */
+/** What the plug-in's log lines say about the tracks of streams. */
 struct TrackSources {
     uint64_t tracks = 0;
     /** The streams that were accepted, one after the other, and the codecs that were not. */

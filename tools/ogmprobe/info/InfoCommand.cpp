@@ -24,7 +24,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-/** What is shown of a file. */
+/** The shown facts of a file. */
 struct FileInfo {
     FileOpened file;
     /** Fewer than the file has, if its extractor died. */
@@ -33,7 +33,7 @@ struct FileInfo {
     FileFacts facts;
 };
 
-/** Gathers what the records of one file tell. */
+/** Collects the facts of one file from its records. */
 class InfoRecords : public CommandRecords {
   public:
     using CommandRecords::operator();
@@ -123,7 +123,7 @@ std::string trackTable(const FileInfo& info, bool color) {
     return table.text("  ", color);
 }
 
-/** Both answers where the plug-in's and the file's are not the same. */
+/** Returns both durations if the plug-in's and the file's differ. */
 std::string durationAnswer(const FileInfo& info) {
     std::string byPlugin = durationText(info.file.durationUs);
     const std::string byPages = durationText(info.facts.durationUs);
@@ -135,12 +135,12 @@ std::string durationAnswer(const FileInfo& info) {
                    : fmt::format("unknown to the plug-in ({} by the pages)", byPages);
 }
 
-/** How the text is to look. */
+/** The form of the text. */
 struct Style {
     bool color = false;
     /** List all entries of formats. */
     bool formats = false;
-    /** Longer lines of bytes are cut; 0: none is. */
+    /** Longer lines of bytes are cut; 0: none are. */
     size_t columns = 0;
 };
 
@@ -193,7 +193,7 @@ std::string toText(const std::string& path, const FileInfo& info, const Style& s
     return text + factsText(info.facts, style.color);
 }
 
-/** Gathers the results of all files: text as it comes, JSON at the end. */
+/** Collects the results of all files: text at once, JSON at the end. */
 class InfoRun {
   public:
     InfoRun(const InfoOptions& options, Session& session)
@@ -202,7 +202,7 @@ class InfoRun {
           mReport(session.console, ""),
           mStyle{wantsColor(session.options.color, STDOUT_FILENO), options.format,
                  options.verbose ? 0 : terminalColumns(STDOUT_FILENO)} {
-        // They say which streams become tracks; what is to be shown of them is chosen later.
+        // Log lines say which streams become tracks; whether they are shown is decided later.
         mWithLines.logPriority = ANDROID_LOG_VERBOSE;
     }
 
@@ -267,7 +267,7 @@ class InfoRun {
 
     const InfoOptions& mOptions;
     Session& mSession;
-    /** About what concerns all files, so that there is no use in going on. */
+    /** For failures that concern all files: the others need not be tried. */
     Report mReport;
     const Style mStyle;
     GlobalOptions mWithLines = mSession.options;

@@ -12,7 +12,7 @@
 
 namespace ogmprobe {
 
-/** Reads the beginnings of streams, of which the list of pages keeps none. */
+/** Reads the beginnings of streams, which the list of pages does not keep. */
 class StreamReader {
   public:
     StreamReader(const std::string& path, const OggFile& file)
@@ -27,7 +27,9 @@ class StreamReader {
         return bytes;
     }
 
-    /** The bodies of the stream's data pages from one on, until the function has had enough. */
+    /**
+     * Returns the bodies of the stream's data pages from `first` on, until `enough` returns true.
+     */
     template <typename Enough>
     std::vector<uint8_t> bodiesFrom(const OggStream& stream, size_t first, const Enough& enough) {
         std::vector<uint8_t> bytes;
@@ -44,7 +46,7 @@ class StreamReader {
     }
 
   private:
-    /** Far more than any headers of a stream take. */
+    /** Far more than the headers of any stream need. */
     static constexpr size_t kMostHeaderBytes = size_t{1} << 20;
     static constexpr size_t kMostHeaderPages = 64;
 

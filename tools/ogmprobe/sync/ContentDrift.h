@@ -10,9 +10,9 @@
 namespace ogmprobe {
 
 /**
- * How much faster the granule positions of an audio stream rise than its samples go by, in
- * millionths: a player that follows the pages' times drops or repeats as much. Nothing where the
- * file does not tell how long its packets last, or is too short to tell.
+ * Returns how much faster the granule positions of an audio stream rise than its samples are
+ * played, in millionths: a player that follows the pages' times drops or repeats as much. Returns
+ * nothing if the file does not show how long its packets last, or is too short.
  */
 std::optional<double> contentDriftOf(const std::vector<PageGroup>& groups,
                                      const StreamAccount& account, const StreamHeader& header,

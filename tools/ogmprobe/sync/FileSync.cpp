@@ -56,8 +56,8 @@ TimeRange meanOf(const LateAt* first, size_t count) {
 }
 
 /**
- * Pages tell when a picture is stored, the plug-in tells when it is shown. What one is moved to the
- * back by, others are moved to the front, so that over some pictures it comes to nothing.
+ * Pages say when a picture is stored, the plug-in says when it is shown. Some pictures move back
+ * and others forward by the same amount, so that the mean of several pictures does not move.
  */
 std::vector<LateAt> smoothed(const std::vector<LateAt>& all) {
     std::vector<LateAt> smooth;
@@ -78,7 +78,7 @@ std::vector<LatePoint> latePoints(const TrackSync& audio, const std::vector<Pair
     return late;
 }
 
-/** The pages of both have different lengths, and the difference goes up and down with them. */
+/** The pages of both have different lengths, so the difference rises and falls with them. */
 std::optional<double> driftBetween(const TrackSync& audio, const TrackSync& video) {
     const auto& ofAudio = audio.deviation.driftPpm;
     const auto& ofVideo = video.deviation.driftPpm;

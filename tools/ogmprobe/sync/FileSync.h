@@ -8,16 +8,16 @@
 
 namespace ogmprobe {
 
-/** The audio's lateness less the video's at the same time of the file. */
+/** The audio's lateness minus the video's at the same time of the file. */
 struct PairPoint {
     /** Index of the audio track's point. */
     size_t audioPoint = 0;
     TimeRange lateUs;
 };
 
-/** An audio track against a video track: what is heard too late or, below 0, too early. */
+/** An audio track against a video track: positive if the sound is late, negative if it is early. */
 struct PairSync {
-    /** Indices into the file's tracks here, not the plug-in's numbers. */
+    /** Indices into `FileSync::tracks`, not the plug-in's numbers. */
     size_t audio = 0;
     size_t video = 0;
     std::vector<PairPoint> points;
@@ -26,8 +26,8 @@ struct PairSync {
 };
 
 /**
- * The plug-in's times against those of the file's pages. In use, after the file has been played
- * traced to its end:
+ * The plug-in's times against those of the file's pages. Used after the file has been played,
+ * traced, to its end:
  *
  *     const FileSync sync = fileSyncOf(file, trace, accountsOf(path, file, trace));
  */
@@ -40,7 +40,7 @@ struct FileSync {
 
 FileSync fileSyncOf(const OggFile& file, const PluginTrace& trace,
                     const std::map<uint32_t, StreamAccount>& accounts);
-/** The same, where the pages' times are at hand. */
+/** The same, with known times of the pages. */
 FileSync fileSyncOf(const OggFile& file, const PluginTrace& trace,
                     const std::map<uint32_t, StreamAccount>& accounts,
                     const std::map<uint32_t, PageTimes>& times);

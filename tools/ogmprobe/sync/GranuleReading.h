@@ -8,8 +8,8 @@
 namespace ogmprobe {
 
 /**
- * What a page's granule position is of the last packet that ends on the page. RFC 3533 means the
- * end, what there is up to and with that packet; common writers of OGM files write where it begins.
+ * Which time of the last packet that ends on a page the page's granule position is. By RFC 3533 it
+ * is the end; common writers of OGM files write the beginning.
  */
 enum class GranuleReading { kUnknown, kEnd, kBeginning };
 
@@ -17,9 +17,8 @@ enum class GranuleReading { kUnknown, kEnd, kBeginning };
 const char* readingName(GranuleReading reading);
 
 /**
- * How the stream was written: the distances of granule positions fit the lengths of what lies in
- * between by one reading and not by the other. Where all lengths are equal only the first page
- * tells.
+ * Finds out how the stream was written: the distances of granule positions fit the lengths of the
+ * packets between by only one reading. If all lengths are equal only the first page shows it.
  */
 GranuleReading readingOf(const std::vector<PageGroup>& groups);
 

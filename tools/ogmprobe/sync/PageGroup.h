@@ -8,18 +8,18 @@
 
 namespace ogmprobe {
 
-/** A packet or frame, as far as granule positions have to do with it. */
+/** A packet or frame with its length in granule positions. */
 struct TimedUnit {
     /** Index of the unit in its stream. */
     size_t unit = 0;
-    /** In granule positions; nothing where the file does not tell. */
+    /** In granule positions; nothing if the file does not show it. */
     std::optional<int64_t> length;
 };
 
 /** The units that end on one page with a granule position, and on those without one before it. */
 struct PageGroup {
     int64_t granule = 0;
-    /** The page with the units before is the stream's page in front of this one. */
+    /** The page of the previous units is the stream's page just before this one. */
     bool follows = false;
     /** Nothing of the stream comes before. */
     bool isFirst = false;

@@ -7,7 +7,8 @@
 
 namespace ogmprobe {
 
-/** `later` less `earlier`, or the nearest that fits: times come from the file and may be anything.
+/**
+ * `later` less `earlier`, or the nearest that fits: times come from the file and may be anything.
  */
 constexpr int64_t nearestDifferenceUs(int64_t later, int64_t earlier) {
     int64_t difference = 0;
@@ -18,7 +19,7 @@ constexpr int64_t nearestDifferenceUs(int64_t later, int64_t earlier) {
     return difference;
 }
 
-/** Where a time, or a difference of times, lies; both ends are included. */
+/** The range of a time, or of a difference of times; both ends are included. */
 struct TimeRange {
     int64_t leastUs = 0;
     int64_t mostUs = 0;
@@ -31,7 +32,7 @@ struct TimeRange {
                static_cast<int64_t>(
                        (static_cast<uint64_t>(mostUs) - static_cast<uint64_t>(leastUs)) / 2);
     }
-    /** How far from 0 it is at least, with its sign; 0 if that lies within. */
+    /** Returns the least distance from 0, with its sign; 0 if the range includes it. */
     constexpr int64_t certainUs() const {
         return leastUs > 0 ? leastUs : std::min<int64_t>(mostUs, 0);
     }
@@ -39,7 +40,7 @@ struct TimeRange {
     bool operator==(const TimeRange&) const = default;
 };
 
-/** All that `a` less `b` can be. */
+/** Returns the range of `a` minus `b`. */
 constexpr TimeRange operator-(const TimeRange& a, const TimeRange& b) {
     return {nearestDifferenceUs(a.leastUs, b.mostUs), nearestDifferenceUs(a.mostUs, b.leastUs)};
 }

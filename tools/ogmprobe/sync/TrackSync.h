@@ -10,7 +10,7 @@
 
 namespace ogmprobe {
 
-/** A packet or frame with the two times that it has. */
+/** A packet or frame with its two times. */
 struct SyncPoint {
     /** Index of the unit in the stream's account, and where in the file it begins. */
     size_t unit = 0;
@@ -19,23 +19,23 @@ struct SyncPoint {
     /** Of the buffer with it: its number in the track, and the plug-in's time. */
     std::optional<size_t> buffer;
     std::optional<int64_t> pluginUs;
-    /** The plug-in's time less the page's; below 0 it is early. */
+    /** The plug-in's time minus the page's; negative if it is early. */
     std::optional<TimeRange> lateUs;
 };
 
-/** Differences of times over a file. Indices name what they were found at. */
+/** Differences of times over a file. Indices say where they were found. */
 struct Deviation {
     size_t compared = 0;
-    /** Of those compared: the difference is known exactly. */
+    /** Of those compared: how many differences are known exactly. */
     size_t exact = 0;
-    /** The medians of the least and the most that the differences can be. */
+    /** The medians of the least and the greatest possible differences. */
     std::optional<TimeRange> offsetUs;
-    /** Microseconds in a second by which the difference grows; nothing from few or short data. */
+    /** By how many microseconds per second the difference grows; nothing from few or short data. */
     std::optional<double> driftPpm;
     /** Where it is earliest and latest for certain; nothing if it is never early, or late. */
     std::optional<size_t> earliest;
     std::optional<size_t> latest;
-    /** All that the differences can be. */
+    /** The range of all possible differences. */
     std::optional<TimeRange> spreadUs;
 };
 
@@ -48,7 +48,7 @@ struct TrackSync {
     bool isReadLikeOthers = false;
     /** Of the pages' time against the audio's own; see `PageTimes`. */
     std::optional<double> contentDriftPpm;
-    /** All packets or frames of the stream but comments, in the order of the file. */
+    /** All packets or frames of the stream except comments, in the order of the file. */
     std::vector<SyncPoint> points;
     /** Its indices are those of points. */
     Deviation deviation;
@@ -59,11 +59,11 @@ TrackSync trackSyncOf(const OggFile& file, const StreamAccount& account, const P
 
 /** One difference at one time, for `deviationOf`. */
 struct LatePoint {
-    /** What it is known by. */
+    /** Identifies the point. */
     size_t index = 0;
     int64_t timeUs = 0;
     TimeRange lateUs;
-    /** The drift is taken from this one among others. */
+    /** Whether this point is used for the drift. */
     bool showsDrift = true;
 };
 

@@ -10,10 +10,10 @@
 namespace ogmprobe {
 
 /**
- * How many granule positions a packet or frame takes up; nothing where the file does not tell:
+ * Returns how many granule positions a packet or frame lasts; nothing if the file does not show it:
  *
  *  - a frame of MPEG audio, AC-3 or DTS: its samples;
- *  - a packet whose header states a length: that;
+ *  - a packet whose header states a length: that length;
  *  - a packet of video without one: a frame;
  *  - a packet of PCM without one: its bytes by channels and bits per sample.
  */
