@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Opens the report of many files in a headless Chromium: sorting, filter, links, colours.
 
-Usage: ReportTest.py PROGRAM [unittest arguments]
+Usage: ReportBrowserTest.py PROGRAM [unittest arguments]
 """
 
 import json
