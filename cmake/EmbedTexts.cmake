@@ -19,7 +19,10 @@ function(ogm_embed_texts target)
             -P ${OGM_WRITE_TEXTS}
         DEPENDS ${files} ${OGM_WRITE_TEXTS}
         VERBATIM)
-    target_sources(${target} PRIVATE ${source})
-    # Static analysis reads the others without it.
-    set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    # A separate library: with a command in the target itself, its sources would be compiled only after all
+    # libraries that it is linked with.
+    add_library(${target}_texts OBJECT ${source})
+    target_include_directories(${target}_texts PRIVATE
+        ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/..)
+    target_link_libraries(${target} PRIVATE ${target}_texts)
 endfunction()

@@ -13,6 +13,27 @@ function(ogm_compile_together target)
         UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
 endfunction()
 
+# Headers, and what their templates become, that are compiled once for several targets; GCC would want the
+# same macros for all of them.
+set(OGM_SHARES_HEADERS OFF)
+if(OGM_QUICK_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    set(OGM_SHARES_HEADERS ON)
+endif()
+
+function(ogm_add_shared_headers name)
+    file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/Empty.cpp CONTENT "")
+    add_library(${name} OBJECT ${PROJECT_BINARY_DIR}/Empty.cpp)
+    target_precompile_headers(${name} PRIVATE ${ARGN})
+endfunction()
+
+function(ogm_share_headers name)
+    if(OGM_SHARES_HEADERS)
+        foreach(target IN LISTS ARGN)
+            target_precompile_headers(${target} REUSE_FROM ${name})
+        endforeach()
+    endif()
+endfunction()
+
 # Parses the C++ library's headers once. Others depend on what a source defines before it includes them.
 function(ogm_parse_once target)
     if(OGM_QUICK_BUILD)

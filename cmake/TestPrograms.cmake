@@ -7,6 +7,37 @@ function(ogm_compile_quickly target)
     set_source_files_properties(${option_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
+# The kinds of test programs that share GoogleTest's headers: as C++ 17, without run-time type information
+# as in the plug-in, and for the tool.
+function(ogm_add_test_headers kind)
+    set(headers ogm_test_headers_${kind})
+    ogm_add_shared_headers(${headers} <gmock/gmock.h> <gtest/gtest.h> ${ARGN})
+    target_link_libraries(${headers} PRIVATE GTest::gmock)
+    # As programs are.
+    set_target_properties(${headers} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+    target_compile_options(${headers} PRIVATE -fPIE -O0 -U_FORTIFY_SOURCE)
+endfunction()
+
+if(OGM_SHARES_HEADERS)
+    ogm_add_test_headers(plain)
+    ogm_add_test_headers(plugin)
+    target_compile_options(ogm_test_headers_plugin PRIVATE -fno-rtti)
+    ogm_add_test_headers(tool <nlohmann/json.hpp>)
+    target_compile_features(ogm_test_headers_tool PRIVATE cxx_std_20)
+endif()
+
+# OGM_TEST_HEADERS names the kind where it does not follow from the program's own options.
+function(ogm_share_test_headers target)
+    set(kind plain)
+    get_target_property(options ${target} COMPILE_OPTIONS)
+    if(DEFINED OGM_TEST_HEADERS)
+        set(kind ${OGM_TEST_HEADERS})
+    elseif("-fno-rtti" IN_LIST options)
+        set(kind plugin)
+    endif()
+    ogm_share_headers(ogm_test_headers_${kind} ${target})
+endfunction()
+
 # CTest learns what takes long by running it, and then begins with that: at the end nothing long is left
 # to one core. This is for its first run.
 function(ogm_start_early test)
@@ -20,6 +51,7 @@ endfunction()
 # but what an emulator runs.
 function(ogm_discover_tests target)
     target_compile_options(${target} PRIVATE $<IF:$<BOOL:${CMAKE_CROSSCOMPILING}>,-O1,-O0> -U_FORTIFY_SOURCE)
+    ogm_share_test_headers(${target})
     set(shards ${ARGN} 1)
     list(GET shards 0 count)
     if(CMAKE_CROSSCOMPILING OR count EQUAL 1)

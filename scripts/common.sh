@@ -13,7 +13,7 @@ readonly build_packages=(
 )
 # What checks the host build; the browser shows the pages that ogmprobe writes.
 readonly quick_packages=(
-    clang clang-format python3 python3-jsonschema python3-pyelftools
+    clang clang-format lld python3 python3-jsonschema python3-pyelftools
     chromium chromium-driver python3-selenium
     libbenchmark-dev libogg-dev pkg-config zsh fish
 )
