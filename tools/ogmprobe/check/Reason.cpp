@@ -69,6 +69,7 @@ constexpr std::array kKinds = {
         ReasonKind{"dts-frame-cut", kFault, "DTS frames cut in two"},
         ReasonKind{"packets-changed", kFault, "packets changed"},
         ReasonKind{"packets-repeated", kFault, "packets repeated"},
+        ReasonKind{"false-frames", kFault, "bytes cut as frames that are none"},
         ReasonKind{"buffers-not-in-file", kFault, "bytes handed out that are no packet"},
         ReasonKind{"checksum-wrong", kFault, "pages with a wrong checksum"},
         ReasonKind{"file-cut-off", kFault, "file cut off"},

@@ -8,6 +8,7 @@
 #include "codecs/Mpeg4Video.h"
 #include "codecs/StartCode.h"
 #include "explain/Finding.h"
+#include "explain/LogTexts.h"
 #include "text/NumberText.h"
 #include "text/TimeUnits.h"
 
@@ -189,6 +190,22 @@ void explainDts(Explanation& explanation, const Subject& subject) {
     explanation.add(std::move(finding));
 }
 
+void explainPcm(Explanation& explanation, const Subject& subject) {
+    if (subject.account == nullptr || subject.track.buffers.empty() ||
+        subject.account->kind.pcmChange != PcmChange::kWidenedFrom8) {
+        return;
+    }
+    Finding finding = subject.finding(
+            "pcm8-time-alone",
+            fmt::format("The samples of track {} have 8 bits and come out with 16, in buffers that "
+                        "bear their time alone: other buffers have a target time and a sync flag "
+                        "too.",
+                        subject.index));
+    finding.usual = true;
+    finding.line = copied(explanation.trace().line(log_text::kPcmWidened));
+    explanation.add(std::move(finding));
+}
+
 void explainContainer(Explanation& explanation) {
     const auto& opened = explanation.trace().opened();
     const auto& tracks = explanation.trace().tracks();
@@ -220,7 +237,7 @@ void explainFormats(Explanation& explanation) {
                               hasAccount ? &account->second : nullptr};
         for (const auto explain :
              {explainFrameRate, explainBits, explainEnhancedAc3, explainAac, explainEsds,
-              explainPictureSize, explainAudioFormat, explainDts}) {
+              explainPictureSize, explainAudioFormat, explainDts, explainPcm}) {
             explain(explanation, subject);
         }
     }

@@ -17,6 +17,9 @@ constexpr uint64_t kFewReads = 100'000;
 void explainJunkSearches(Explanation& explanation) {
     const OggFile& file = explanation.file();
     for (const auto& [index, cost] : explanation.trace().junkSearches().costs()) {
+        if (cost.reads < kFewReads) {
+            continue;
+        }
         const JunkRange& junk = file.junk()[index];
         Finding finding;
         finding.id = "junk-searched-again";
@@ -27,7 +30,6 @@ void explainJunkSearches(Explanation& explanation) {
                 counted(junk.size, "byte"), junk.offset, counted(cost.searches, "time"),
                 counted(cost.reads, "read"),
                 cost.reads < kManyReads ? "" : "; on a device playing seems to stand still there");
-        finding.usual = cost.reads < kFewReads;
         finding.offset = junk.offset;
         finding.bytes = junk.size;
         finding.timeUs = file.timeBefore(junk.offset);

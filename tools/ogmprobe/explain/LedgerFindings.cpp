@@ -119,7 +119,23 @@ void explainChanges(Explanation& explanation, const StreamAccount& account) {
     }
 }
 
-void explainStrays(Explanation& explanation, const Ledger& ledger) {
+void explainFalseFrames(Explanation& explanation, const StreamAccount& account) {
+    const FalseFrames& frames = account.falseFrames;
+    if (frames.count == 0) {
+        return;
+    }
+    Finding finding = findingOf("false-frames", *account.ledger.track, account.ledger.serial);
+    finding.text = fmt::format(
+            "{} of track {} {} no frame of the file: bytes of its packets begin with a sync word "
+            "where no frame follows another, and were cut as if one did.",
+            counted(frames.count, "buffer"), *account.ledger.track,
+            verb(frames.count, "holds", "hold"));
+    finding.offset = frames.offset;
+    explanation.add(std::move(finding));
+}
+
+void explainStrays(Explanation& explanation, const StreamAccount& account) {
+    const Ledger& ledger = account.ledger;
     if (ledger.repeated > 0) {
         Finding finding = findingOf("packets-repeated", *ledger.track, ledger.serial);
         finding.text = fmt::format("{} of track {} {} again what came out before.",
@@ -127,11 +143,13 @@ void explainStrays(Explanation& explanation, const Ledger& ledger) {
                                    verb(ledger.repeated, "holds", "hold"));
         explanation.add(std::move(finding));
     }
-    if (ledger.foreign > 0) {
+    if (const uint64_t unknown = ledger.foreign - account.falseFrames.count; unknown > 0) {
         Finding finding = findingOf("buffers-not-in-file", *ledger.track, ledger.serial);
-        finding.text = fmt::format("{} of track {} {} bytes that are no {} of the file.",
-                                   counted(ledger.foreign, "buffer"), *ledger.track,
-                                   verb(ledger.foreign, "holds", "hold"), ledger.noun());
+        finding.text = fmt::format(
+                "{} of track {} {} bytes that are no {} of the file, and no "
+                "reason is known.",
+                counted(unknown, "buffer"), *ledger.track, verb(unknown, "holds", "hold"),
+                ledger.noun());
         explanation.add(std::move(finding));
     }
 }
@@ -145,7 +163,8 @@ void explainLedger(Explanation& explanation, const StreamAccount& account) {
         explainLoss(explanation, ledger, loss);
     }
     explainChanges(explanation, account);
-    explainStrays(explanation, ledger);
+    explainFalseFrames(explanation, account);
+    explainStrays(explanation, account);
 }
 
 }  // namespace

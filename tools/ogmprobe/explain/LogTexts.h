@@ -96,6 +96,7 @@ inline constexpr auto kTelling = std::to_array<std::string_view>({
         "getTrack mSerialNo",
         "mFirstDataPageOffset",
         kNoFrameAlike,
+        kPcmWidened,
         "parseMaxTime",
         "sniffOgm OK",
 });

@@ -167,6 +167,10 @@ std::map<uint32_t, StreamAccount> accountsOf(const std::string& path, const OggF
         account.units = unitsOf(file, account.packets, account.kind, scanner);
         markLost(trace, account);
         account.delivery = deliveryOf(account.units, buffers);
+        if (account.kind.framing) {
+            account.falseFrames =
+                    falseFramesOf(file, trace, account.packets, account.delivery, buffers, scanner);
+        }
         settle(file, trace, account);
     }
     return accounts;

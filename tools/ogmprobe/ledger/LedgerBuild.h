@@ -7,6 +7,7 @@
 
 #include "explain/PluginTrace.h"
 #include "ledger/Delivery.h"
+#include "ledger/FalseFrames.h"
 #include "ledger/Ledger.h"
 
 namespace ogmprobe {
@@ -18,6 +19,8 @@ struct StreamAccount {
     StreamPackets packets;
     std::vector<FileUnit> units;
     Delivery delivery;
+    /** Of the foreign buffers of a stream of frames. */
+    FalseFrames falseFrames;
 };
 
 /**

@@ -5,6 +5,7 @@
 
 #include "codecs/Fields.h"
 #include "ledger/FrameWalk.h"
+#include "ledger/PacketHeaders.h"
 
 namespace ogmprobe {
 namespace {
@@ -14,21 +15,11 @@ constexpr std::string_view kComment = "\3vorbis";
 /** The plug-in sees no content in an audio packet of this size or less. */
 constexpr uint64_t kMostWithoutContent = 3;
 
-/** The format's rule: the flags, then a duration whose bytes are counted by bits 1, 7 and 6. */
-uint64_t headerByFormat(uint8_t flags) {
-    return 1U + ((flags & 2U) << 1 | flags >> 6);
-}
-
 /** A duration of 0 says nothing. */
 std::optional<uint64_t> lengthByFormat(std::span<const uint8_t> packet) {
     const uint64_t header = packet.empty() ? 0 : headerByFormat(packet.front());
     const uint64_t length = header > packet.size() ? 0 : numberAt(packet.first(header), 1, 8);
     return length == 0 ? std::nullopt : std::optional(length);
-}
-
-/** The plug-in's rule uses bits 1, 0 and 6, and adds two bytes. */
-uint64_t headerByPlugin(uint8_t flags) {
-    return 3U + ((flags << 1 & 6U) | (flags >> 6 & 1U));
 }
 
 std::vector<uint8_t> widened(std::span<const uint8_t> samples) {

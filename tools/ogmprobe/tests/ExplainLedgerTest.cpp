@@ -345,6 +345,22 @@ TEST(ExplainLedger, ADtsFrameWithASyncWordInsideIsCutInTwo) {
     EXPECT_EQ(ExplainedFile(file.bytes()).findings("dts-frames-late").size(), 1U);
 }
 
+TEST(ExplainLedger, WhatOnlyBeginsLikeAFrameIsCalledAFalseOne) {
+    std::vector<Bytes> frames = ac3Frames(60, {});
+    constexpr size_t kDamaged = 20;
+    constexpr ptrdiff_t kPlace = 50;
+    std::fill(frames[kDamaged].begin(), frames[kDamaged].begin() + kPlace, 0);
+    std::copy_n(frames[0].begin(), 10, frames[kDamaged].begin() + kPlace);
+    const ExplainedFile file(audioFile(audioHeader("2000", 48000), frames).bytes());
+    const auto found = file.findings("false-frames");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0]["text"],
+              "1 buffer of track 0 holds no frame of the file: bytes of its packets begin with a "
+              "sync word where no frame follows another, and were cut as if one did.");
+    EXPECT_GT(found[0]["offset"], 0);
+    file.expectNone("buffers-not-in-file");
+}
+
 TEST(ExplainLedger, OfAFileThatIsNotTakenNothingComesOut) {
     OgmFile file;
     file.addHeader(kVideo, textHeader());

@@ -2,6 +2,8 @@
 #include <ElementaryStreams.h>
 #include <OgmStreamHeaders.h>
 
+#include <sstream>
+
 #include "ExplainedFile.h"
 
 namespace ogmprobe::test::explain_times_test {
@@ -92,6 +94,55 @@ TEST(ExplainTimes, PicturesStoredOutOfOrderDoNotStepBack) {
     explained.expectNone("times-step-back");
     explained.expectNone("negative-times");
     explained.expectNone("times-stand-still");
+}
+
+/** A page for each frame, of a stream with the format tag. */
+Bytes audioPages(const std::string& tag, uint64_t rate, uint64_t samples,
+                 const std::vector<Bytes>& frames) {
+    constexpr uint8_t kUsualAudio = 0x80;
+    AudioHeader header;
+    header.subtype = tag;
+    header.samplesPerUnit = rate;
+    header.channels = 2;
+    OgmFile file;
+    file.addHeader(kVideo, header);
+    for (size_t i = 0; i < frames.size(); ++i) {
+        file.addData(kVideo, (i + 1) * samples, audioPacket(frames[i], kUsualAudio));
+    }
+    return file.bytes();
+}
+
+std::vector<Bytes> ac3Frames() {
+    std::vector<Bytes> frames;
+    Ac3Frame frame;
+    for (uint32_t i = 1; i <= 60; ++i) {
+        frame.seed = i;
+        frames.push_back(frame.bytes());
+    }
+    return frames;
+}
+
+TEST(ExplainTimes, OfAudioTheyAreThePagesAfterFramesThatAreDropped) {
+    constexpr size_t kVersion = 5;
+    constexpr size_t kDropped = 20;
+    constexpr int64_t kFrameUs = 32000;
+    std::vector<Bytes> frames = ac3Frames();
+    for (size_t i = kDropped; i < kDropped + 4; ++i) {
+        frames[i][kVersion] = 0xFF;
+    }
+    const ExplainedFile file(audioPages("2000", 48000, 1536, frames));
+    EXPECT_EQ(file.findings("audio-frame-refused").size(), 1U);
+    std::istringstream lines(runProbe({"packets", "--json", file.path()}).out);
+    std::vector<int64_t> times;
+    for (std::string line; std::getline(lines, line);) {
+        const auto record = nlohmann::json::parse(line);
+        if (record["type"] == "buffer") {
+            times.push_back(record["time_us"]);
+        }
+    }
+    ASSERT_GT(times.size(), kDropped + 10);
+    EXPECT_EQ(times[kDropped] - times[kDropped - 1], 5 * kFrameUs);
+    EXPECT_EQ(times[kDropped + 10] - times[kDropped], 10 * kFrameUs);
 }
 
 }  // namespace
