@@ -60,7 +60,7 @@ class Instructions(unittest.TestCase):
                                     capture_output=True, text=True)
         return [line.strip().split(maxsplit=1) for line in result.stdout.splitlines()]
 
-    def test_AreToldByPurposeTheMostFirst(self):
+    def test_AreGroupedByPurposeTheMostFirst(self):
         self.assertEqual(self.lines(), [
             ["20", "copying of bytes"],
             ["11", "log lines that are filtered out"],

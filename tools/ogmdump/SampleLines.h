@@ -24,9 +24,8 @@ struct Sample {
 
 uint64_t digestOf(const uint8_t* bytes, size_t size);
 
-/**
- * Writes a line for each sample, in their order. A line has the time until the next sample of the
- * track, so it is kept back until that comes or `end` is called.
+/** Writes a line for each sample, in order. A line has the time until the next sample of the
+ * track, so it waits for that sample or a call of `end`.
  */
 class SampleLines {
   public:
@@ -35,7 +34,7 @@ class SampleLines {
         : mOut(out), mCount(count), mTracks(tracks) {}
 
     void add(const Sample& sample);
-    /** Writes all that is kept back; samples that follow are counted anew. */
+    /** Writes all waiting lines; the count of samples starts again. */
     void end();
     /** All tracks have their lines, and all that is in them is known. */
     bool isFull() const;

@@ -137,7 +137,7 @@ Bytes dtsFrames(Random* random, size_t count) {
     return all;
 }
 
-/** The frames of a codec that is cut anew; empty for the others. */
+/** Returns the frames of a re-framed codec; empty for the others. */
 Bytes audioFrames(Random* random, std::string_view codec, size_t count) {
     if (codec == kMpegAudio || codec == kMpegAudioLayer1) {
         return mpegAudioFrames(random, count, codec == kMpegAudioLayer1);

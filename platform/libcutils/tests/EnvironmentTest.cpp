@@ -37,19 +37,19 @@ TEST(EnvironmentTest, TheFirstEqualsSignEndsTheName) {
     EXPECT_EQ("a=b", get("third"));
 }
 
-TEST(EnvironmentTest, OfTwoEntriesWithOneNameTheLaterCounts) {
+TEST(EnvironmentTest, OfTwoEntriesWithOneNameTheLaterApplies) {
     EXPECT_EQ("new", get("repeated"));
 }
 
-TEST(EnvironmentTest, AnEntryWithoutEqualsSignIsPassedOver) {
+TEST(EnvironmentTest, AnEntryWithoutEqualsSignIsIgnored) {
     EXPECT_EQ("(absent)", get("no value"));
 }
 
-TEST(EnvironmentTest, AnEntryWithoutNameIsPassedOver) {
+TEST(EnvironmentTest, AnEntryWithoutNameIsIgnored) {
     EXPECT_EQ("(absent)", get(""));
 }
 
-TEST(EnvironmentTest, AnEmptyValueCountsAsAbsent) {
+TEST(EnvironmentTest, AnEmptyValueIsTreatedAsAbsent) {
     EXPECT_EQ("(absent)", get("empty"));
 }
 
@@ -58,7 +58,7 @@ TEST(EnvironmentTest, BlanksBelongToNameAndValue) {
     EXPECT_EQ("(absent)", get("blank"));
 }
 
-TEST(EnvironmentTest, ATooLongValueIsPassedOver) {
+TEST(EnvironmentTest, ATooLongValueIsIgnored) {
     EXPECT_EQ("(absent)", get("long"));
 }
 

@@ -29,7 +29,7 @@ TEST(IntegerPropertyTest, DecimalDigitsAreTheirNumber) {
     EXPECT_EQ(0, parsed32("0"));
 }
 
-TEST(IntegerPropertyTest, LeadingWhiteSpaceIsPassedOver) {
+TEST(IntegerPropertyTest, LeadingWhiteSpaceIsIgnored) {
     EXPECT_EQ(1, parsed32(" 1"));
     EXPECT_EQ(1, parsed32("\t\n 1"));
     EXPECT_EQ(1, parsed64(" 1"));

@@ -36,7 +36,7 @@ TEST(InterpositionTest, TheProgramsFunctionTakesTheLibrarysPlace) {
     EXPECT_EQ(before + 1, gOwnWrites);
 }
 
-TEST(InterpositionTest, TheLevelIsReadBehindTheProgramsPropertyGet) {
+TEST(InterpositionTest, TheLevelIsReadBelowTheProgramsPropertyGet) {
     property_set("log.tag.InterpositionTest", "E");
     EXPECT_EQ(0, __android_log_is_loggable(ANDROID_LOG_WARN, "InterpositionTest",
                                            ANDROID_LOG_VERBOSE));

@@ -24,7 +24,7 @@ class LoggabilityTest : public LogTest {
     }
 };
 
-TEST_F(LoggabilityTest, WithoutPropertyAndMinimumTheCallersDefaultCounts) {
+TEST_F(LoggabilityTest, WithoutPropertyAndMinimumTheCallersDefaultApplies) {
     EXPECT_EQ(ANDROID_LOG_VERBOSE, level(ANDROID_LOG_VERBOSE));
     EXPECT_EQ(ANDROID_LOG_WARN, level(ANDROID_LOG_WARN));
 }
@@ -56,7 +56,7 @@ TEST_F(LoggabilityTest, TheFirstLetterOfAPropertyIsTheLevel) {
     }
 }
 
-TEST_F(LoggabilityTest, AnUnknownLetterCountsAsNoProperty) {
+TEST_F(LoggabilityTest, AnUnknownLetterMeansNoProperty) {
     setProperty("log.tag.LoggabilityTest", "X");
     EXPECT_EQ(ANDROID_LOG_INFO, level(ANDROID_LOG_INFO));
 }
@@ -92,14 +92,14 @@ TEST_F(LoggabilityTest, ALowerLevelOfAnotherTagIsOnlyThatTags) {
     EXPECT_EQ(ANDROID_LOG_DEBUG, level());
 }
 
-TEST_F(LoggabilityTest, APropertyThatBecomesEmptyNoLongerCounts) {
+TEST_F(LoggabilityTest, APropertyThatBecomesEmptyNoLongerApplies) {
     setProperty("log.tag.LoggabilityTest", "E");
     EXPECT_EQ(ANDROID_LOG_ERROR, level());
     setProperty("log.tag.LoggabilityTest", "");
     EXPECT_EQ(ANDROID_LOG_VERBOSE, level());
 }
 
-TEST_F(LoggabilityTest, OfMinimumAndPropertyTheLowerCounts) {
+TEST_F(LoggabilityTest, OfMinimumAndPropertyTheLowerApplies) {
     __android_log_set_minimum_priority(ANDROID_LOG_WARN);
     setProperty("log.tag.LoggabilityTest", "E");
     EXPECT_EQ(ANDROID_LOG_WARN, level());
@@ -107,7 +107,7 @@ TEST_F(LoggabilityTest, OfMinimumAndPropertyTheLowerCounts) {
     EXPECT_EQ(ANDROID_LOG_DEBUG, level());
 }
 
-TEST_F(LoggabilityTest, ANullTagStandsForTheDefaultTag) {
+TEST_F(LoggabilityTest, ANullTagMeansTheDefaultTag) {
     __android_log_set_default_tag("LoggabilityDefault");
     setProperty("log.tag.LoggabilityDefault", "E");
     EXPECT_EQ(0, __android_log_is_loggable(ANDROID_LOG_WARN, nullptr, ANDROID_LOG_VERBOSE));
@@ -126,7 +126,7 @@ TEST_F(LoggabilityTest, TheLengthFormTakesOnlyThatMuchOfTheTag) {
                                                ANDROID_LOG_VERBOSE));
 }
 
-TEST_F(LoggabilityTest, AChangedPropertyCountsAtOnce) {
+TEST_F(LoggabilityTest, AChangedPropertyAppliesAtOnce) {
     EXPECT_EQ(ANDROID_LOG_VERBOSE, level());
     setProperty("log.tag", "W");
     EXPECT_EQ(ANDROID_LOG_WARN, level());

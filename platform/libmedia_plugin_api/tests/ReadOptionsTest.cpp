@@ -56,7 +56,7 @@ TEST(ReadOptionsTest, BitsAboveTheModeDoNotChangeIt) {
     EXPECT_EQ(ReadOptions::SEEK_CLOSEST_SYNC, mode);
 }
 
-TEST(ReadOptionsTest, NonBlockingIsABitOfItsOwn) {
+TEST(ReadOptionsTest, NonBlockingIsASeparateBit) {
     EXPECT_FALSE(ReadOptions(0, 0).getNonBlocking());
     EXPECT_FALSE(ReadOptions(~kNonBlocking, 0).getNonBlocking());
     EXPECT_TRUE(ReadOptions(kNonBlocking, 0).getNonBlocking());

@@ -68,7 +68,7 @@ TEST_F(FormatCopyTest, ASharedBufferOutlivesTheFormatItCameFrom) {
     EXPECT_EQ('b', bufferOf(mFormat)[1]);
 }
 
-TEST_F(FormatCopyTest, SettingABufferAnewEndsTheSharing) {
+TEST_F(FormatCopyTest, SettingABufferAgainEndsTheSharing) {
     AMediaFormat_setBuffer(mFrom, "buffer", "abc", 3);
     AMediaFormat_copy(mFormat, mFrom);
     AMediaFormat_setBuffer(mFrom, "buffer", "xyz", 3);

@@ -42,7 +42,7 @@ TEST_F(FormatStringTest, AFetchedTextIsNotMovedByFetchingOtherNames) {
     EXPECT_EQ(first, get("0"));
 }
 
-TEST_F(FormatStringTest, AFetchedTextStaysWhenTheEntryIsSetAnew) {
+TEST_F(FormatStringTest, AFetchedTextStaysWhenTheEntryIsSetAgain) {
     AMediaFormat_setString(mFormat, "name", "old");
     const char* const fetched = get("name");
     AMediaFormat_setString(mFormat, "name", "new");

@@ -165,7 +165,7 @@ TEST(MediaBufferGroup, InitIsNoResetButAddsBuffersAgain) {
     EXPECT_EQ(freeSizes(group), (Sizes{10, 20, 20}));
 }
 
-TEST(MediaBufferGroup, InitSetsTheLimitAnew) {
+TEST(MediaBufferGroup, InitSetsTheLimitAgain) {
     MediaBufferGroup group(1, 10, 2);
     EXPECT_TRUE(group.has_buffers());
     group.init(0, 0, 0);

@@ -77,7 +77,7 @@ TEST(MediaBuffer, ResetMakesTheRangeTheWholeStorage) {
     buffer->release();
 }
 
-TEST(MediaBuffer, TheObserverIsToldWhenTheLastUseEnds) {
+TEST(MediaBuffer, TheObserverIsNotifiedWhenTheLastUseEnds) {
     CountingObserver observer;
     auto* buffer = new MediaBuffer(1);
     buffer->setObserver(&observer);

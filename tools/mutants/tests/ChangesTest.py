@@ -81,7 +81,7 @@ class Changes(unittest.TestCase):
             with self.subTest(statement):
                 self.assertChanges(f"{{ {statement}; }}", "statement")
 
-    def test_WhatStandsBetweenTheBracketsOfAForIsNoStatement(self):
+    def test_TheTextBetweenTheBracketsOfAForIsNoStatement(self):
         self.assertChanges("for (a = b; c; d = e) {}", "statement")
 
     def test_CommentsTextsCharactersAndMacrosStay(self):

@@ -77,7 +77,7 @@ TEST(Dump, HasTheFormatsOfTheTracks) {
     EXPECT_THAT(tracks[2]["format"].get<std::string>(), HasSubstr("mime: string(audio/ac3)"));
 }
 
-TEST(Dump, SeeksWhereItIsTold) {
+TEST(Dump, SeeksToTheGivenTimes) {
     const auto result = runDump({OGMPROBE_SAMPLES "/long_mpeg4_mp3.ogm", "--seek", "30", "--seek",
                                  "1.5", "--count", "2"});
     const auto seeks = linesOf(result, "seek");

@@ -86,7 +86,7 @@ TEST(SampleLines, AreNoMoreThanAskedForInEachTrack) {
     EXPECT_THAT(out.times(), ElementsAre("0 40", "5 3"));
 }
 
-TEST(SampleLines, AreCountedAnewAfterTheEnd) {
+TEST(SampleLines, AreCountedAgainAfterTheEnd) {
     Written out;
     SampleLines lines(out.file(), 1, 1);
     for (const int64_t timeUs : {0, 40}) {

@@ -38,7 +38,7 @@ uint64_t digestOf(const std::string& text) {
     return fnv1a64({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
 }
 
-/** What verdicts depend on beside the files. */
+/** What verdicts depend on besides the files. */
 std::string circumstancesOf(const DecoderList& decoders, const GlobalOptions& options) {
     std::string list;
     for (const Decoder& decoder : decoders.decoders) {
@@ -50,7 +50,7 @@ std::string circumstancesOf(const DecoderList& decoders, const GlobalOptions& op
                        digestOf(library), digestOf(list));
 }
 
-/** Checks all files and shows what comes of it. */
+/** Checks all files and shows the results. */
 class CheckRun {
   public:
     CheckRun(const CheckOptions& options, Session& session)
@@ -87,7 +87,7 @@ class CheckRun {
     ordered_json mJson = ordered_json::array();
 };
 
-/** Also tells of names that stand for no file. */
+/** Also reports names that are no file. */
 std::vector<std::string> CheckRun::paths() {
     std::vector<std::string> all;
     std::vector<CheckedFile> none;
@@ -133,7 +133,7 @@ void CheckRun::checkAll(const std::vector<std::string>& paths) {
            mSession);
 }
 
-/** Only of files that cannot be read: what the plug-in makes of the others is the verdict. */
+/** Reports only files that cannot be read: other failures are verdicts. */
 void CheckRun::tellFailures(const CheckedFile& file) {
     if (file.verdict() == Verdict::kUnknown && !file.failures.empty()) {
         mSession.console.error(file.path, file.failures.front().message);
@@ -214,7 +214,7 @@ void CheckRun::writeEnd() {
 }
 
 ExitCode CheckRun::run() {
-    // Before anything is played: nobody wants to hear of a name that is taken after an hour.
+    // Before anything is played: an existing file should be reported at once, not after an hour.
     const std::unique_ptr<NewFile> page = newPage();
     if (!mOptions.timelines.empty()) {
         makeFolder(mOptions.timelines);

@@ -131,8 +131,8 @@ DecoderList decodersOfFiles(const std::vector<std::string>& paths) {
         }
     } catch (const nlohmann::json::exception& error) {
         refuse(
-                fmt::format("cannot read the lists of codecs: the process that reads them answers "
-                            "with nonsense ({})",
+                fmt::format("cannot read the lists of codecs: the process that reads them returned "
+                            "invalid data ({})",
                             error.what()));
     }
 }

@@ -34,7 +34,7 @@ void addFinding(const Finding& finding, std::vector<Reason>& reasons) {
     }
 }
 
-/** Of reasons that stand for several findings the text is that of the first. */
+/** The text of a reason for several findings is that of the first. */
 void nameNumbers(std::vector<Reason>& reasons) {
     for (Reason& reason : reasons) {
         if (reason.value > 1 && !reason.limit && reason.text.ends_with('.')) {
@@ -51,7 +51,7 @@ constexpr std::array<std::pair<std::string_view, ReadProfile>, 3> kProfileReader
         {"video/mpeg2", mpeg2Facts},
 }};
 
-/** By the configuration in the format, and what stands in the stream's first packets. */
+/** Returns the profile in the format's configuration or in the stream's first packets. */
 std::string profileOf(const TrackDescription& track, const PlayedPackets& packets) {
     const auto* reader =
             std::find_if(kProfileReaders.begin(), kProfileReaders.end(),

@@ -68,7 +68,7 @@ Reason apart(const TrackSync& audio, const TrackSync& video, const PairPoint& at
             "audio-against-video",
             fmt::format(
                     "the sound is up to {} s too {} against the picture of track {}, at {} s by "
-                    "the pages; more than {} s are noticed",
+                    "the pages; more than {} s is noticeable",
                     secondsText(lateUs < 0 ? -lateUs : lateUs), lateUs < 0 ? "early" : "late",
                     video.track,
                     secondsText(heard.pageUs ? std::optional(heard.pageUs->middleUs())
@@ -109,7 +109,7 @@ void judgeDrift(const TrackSync& audio, CheckedFile& file) {
     }
     const std::string text = fmt::format(
             "the times of the sound's pages run away from its samples, by {:.0f} ppm and {:.3f} s "
-            "over the file; more than {} s are noticed",
+            "over the file; more than {} s is noticeable",
             *audio.contentDriftPpm, driftUs / static_cast<double>(kUsPerSecond),
             secondsText(threshold::kAudioAgainstVideoUs));
     addReason(audio,

@@ -122,8 +122,8 @@ void judgeLosses(const Ledger& ledger, const TrackDescription& track,
     if (const uint64_t lost = countLosses(ledger, false); lost > 0) {
         reasons.push_back(reasonOf(
                 idOfLoss(lost, ledger.inFile),
-                fmt::format("{} of {} {} not come out: {}", lost,
-                            counted(ledger.inFile, ledger.noun()), lost == 1 ? "does" : "do",
+                fmt::format("{} of {} {} not returned: {}", lost,
+                            counted(ledger.inFile, ledger.noun()), lost == 1 ? "is" : "are",
                             briefLosses(ledger, false)),
                 static_cast<double>(lost), static_cast<double>(threshold::kUnnoticedLosses)));
         reasons.back().subject = subjectOf(track);
@@ -131,9 +131,9 @@ void judgeLosses(const Ledger& ledger, const TrackDescription& track,
     if (const uint64_t withheld = countLosses(ledger, true); withheld > 0) {
         reasons.push_back(
                 reasonOf("end-withheld",
-                         fmt::format("the last {} of {} {} not come out, as with every file: {}",
+                         fmt::format("the last {} of {} {} not returned, as with every file: {}",
                                      withheld, counted(ledger.inFile, ledger.noun()),
-                                     withheld == 1 ? "does" : "do", briefLosses(ledger, true)),
+                                     withheld == 1 ? "is" : "are", briefLosses(ledger, true)),
                          static_cast<double>(withheld)));
     }
 }

@@ -214,7 +214,7 @@ class Comparison {
 
     std::string logText() const {
         if (mB.isDevice) {
-            return "as far as a device hands them out";
+            return "as far as a device returns them";
         }
         return mWithLog ? counted(mA.played.logDigests.size(), "log line")
                         : "log not compared (--logs)";

@@ -67,7 +67,7 @@ class DumpReader {
         } else {
             throw ProbeError(ExitCode::kFile,
                              type == "seek" ? "it was made with seeks, which are not compared"
-                                            : "a line is of no known type");
+                                            : "a line has an unknown type");
         }
     }
 

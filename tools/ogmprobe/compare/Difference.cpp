@@ -276,7 +276,7 @@ ordered_json readText(ReadPlace place, ReadPlace end, uint64_t behind) {
         return nullptr;
     }
     const auto offset = static_cast<int64_t>(static_cast<uint64_t>(place->offset) + behind);
-    return fmt::format("{} bytes at {}, which gave {}", place->size, offset, place->result);
+    return fmt::format("{} bytes at {}, which returned {}", place->size, offset, place->result);
 }
 
 ordered_json seekJson(const SeekLanded& seek) {

@@ -140,10 +140,11 @@ std::string toText(const Difference& difference) {
     }
     if (difference.shiftUs) {
         const int64_t shiftUs = *difference.shiftUs;
-        return fmt::format("track {}: B is {} s {} than A from packet {} on, and else the same",
-                           difference.track.value_or(0),
-                           secondsText(shiftUs < 0 ? timeDifferenceUs(0, shiftUs) : shiftUs),
-                           shiftUs < 0 ? "earlier" : "later", difference.number.value_or(0));
+        return fmt::format(
+                "track {}: B is {} s {} than A from packet {} on, and otherwise the same",
+                difference.track.value_or(0),
+                secondsText(shiftUs < 0 ? timeDifferenceUs(0, shiftUs) : shiftUs),
+                shiftUs < 0 ? "earlier" : "later", difference.number.value_or(0));
     }
     const std::string field = difference.field.empty() ? "" : fieldText(difference.field) + " ";
     return fmt::format("{}: {}{} in A, {} in B", place, field, valueText(difference, difference.a),

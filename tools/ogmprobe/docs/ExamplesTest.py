@@ -4,7 +4,7 @@
 Usage: ExamplesTest.py PROGRAM [unittest arguments]
 
 An example is a fenced block marked "console". A line that begins with "$ " is a command for bash; what
-follows is its output, where a line of three dots stands for any lines. The commands of a document run
+follows is its output, where a line of three dots matches any lines. The commands of a document run
 one after the other in one folder with copies of the sample files. Those of a block marked "console /data"
 have a folder of that name, which is another one than the machine's. With OGM_UPDATE_EXAMPLES=1 in the
 environment the outputs in the documents are replaced by the real ones, but for those with dots.

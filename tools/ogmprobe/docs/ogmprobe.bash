@@ -45,7 +45,7 @@ _ogmprobe() {
         fi
         mapfile -t COMPREPLY < <(compgen -W "$offered" -- "$word")
     elif [[ -z $command ]]; then
-        # A file alone stands for what info shows of it.
+        # A file without a command is shown as by info.
         mapfile -t COMPREPLY < <(compgen -W "${!options[*]}" -- "$word"
             [[ -z $word ]] || compgen -f -- "$word")
     else

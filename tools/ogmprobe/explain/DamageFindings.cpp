@@ -90,16 +90,16 @@ void explainAllJunk(Explanation& explanation) {
     explanation.add(std::move(finding));
 }
 
-/** What playing makes of a page header that cannot be read. */
+/** Returns how playing continues at a page header that cannot be read. */
 std::string consequence(const PluginTrace& trace, const OggPage& page, const LoggedLine* line) {
     if (trace.line(log_text::kNextGranuleNoHeader, page.offset, page.end()) != nullptr) {
-        return "Playing ends in front of it: the search for the next page of a stream cannot pass.";
+        return "Playing ends before it: the search for the next page of a stream cannot pass it.";
     }
     if (line != nullptr && line->function == PluginFunction::kRead) {
-        return "Playing goes on some 10000 bytes in front of it and cuts bytes out of it by the "
-               "lacing of the page before: garbage comes out, or packets come again.";
+        return "Playing continues some 10000 bytes before it and cuts packets there by the lacing "
+               "of the page before: garbage is returned, or packets are repeated.";
     }
-    return "Playing did not come here.";
+    return "Playing did not reach it.";
 }
 
 void explainDamagedHeader(Explanation& explanation, const OggPage& page) {
@@ -150,7 +150,7 @@ void explainChecksum(Explanation& explanation, const OggPage& page) {
     finding.text = fmt::format(
             "The page of {} at offset {} has a wrong checksum: the plug-in does not check it{}.",
             trackText(explanation, page.serial), page.offset,
-            finding.track && !page.beginsStream() ? ", so what is damaged comes out as it is" : "");
+            finding.track && !page.beginsStream() ? ", so damaged data is returned unchanged" : "");
     explanation.add(std::move(finding));
 }
 
@@ -170,12 +170,12 @@ void explainChecksums(Explanation& explanation) {
     Finding finding = findingAt(explanation, "checksum-wrong", *wrong.front());
     finding.text = fmt::format(
             "{} of {} pages have a wrong checksum, the first at offset {}: the plug-in does not "
-            "check it, so what is damaged comes out as it is.",
+            "check it, so damaged data is returned unchanged.",
             wrong.size(), explanation.file().pages().size(), wrong.front()->offset);
     explanation.add(std::move(finding));
 }
 
-/** Whether damage that is told of elsewhere accounts for pages missing there. */
+/** Returns whether another finding's damage explains the pages that are missing there. */
 bool damageBetween(const OggFile& file, const OggPage& before, const OggPage& behind) {
     const auto isBetween = [&](const auto& range) {
         return range.offset >= before.end() && range.end() <= behind.offset;
@@ -192,7 +192,7 @@ void explainMissingPages(Explanation& explanation) {
             return;
         }
         Finding finding = findingAt(explanation, "pages-missing", behind);
-        finding.text = fmt::format("In front of offset {}, {} of {} {} missing.", behind.offset,
+        finding.text = fmt::format("Before offset {}, {} of {} {} missing.", behind.offset,
                                    counted(lost, "page"), trackText(explanation, behind.serial),
                                    lost == 1 ? "is" : "are");
         finding.timeUs = explanation.file().timeUs(before);
@@ -201,7 +201,7 @@ void explainMissingPages(Explanation& explanation) {
     });
 }
 
-/** Dropped packets, told by page. */
+/** Dropped packets, by page. */
 void explainGranules(Explanation& explanation) {
     const OggPage* cause = nullptr;
     const OggPage* causeBefore = nullptr;
@@ -221,12 +221,12 @@ void explainGranules(Explanation& explanation) {
                 trackText(explanation, page.serial), page.offset, line->count == 1 ? "is" : "are");
         if (cause != nullptr && cause->serial == page.serial) {
             finding.text += fmt::format(
-                    ": the granule position falls from {} to {} at offset {}{}, and packets count "
-                    "only once it rises again",
+                    ": the granule position falls from {} to {} at offset {}{}, and packets are "
+                    "used only once it rises again",
                     static_cast<int64_t>(causeBefore->granule),
                     static_cast<int64_t>(cause->granule), cause->offset,
                     causeBefore->granule == kNoGranule
-                            ? " (-1, for a page on which no packet ends, counts as the largest)"
+                            ? " (-1, for a page on which no packet ends, is taken as the largest)"
                             : "");
         }
         finding.text += ".";

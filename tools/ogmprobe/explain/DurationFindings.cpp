@@ -12,7 +12,7 @@
 namespace ogmprobe {
 namespace {
 
-/** The part at the end of a file whose pages tell the plug-in the duration. */
+/** The part at the end of a file in which the plug-in looks for the duration. */
 constexpr uint64_t kTailSize = 650520;
 /** Tracks of a file need not end together. */
 constexpr double kToleranceUs = kUsPerSecond;
@@ -21,7 +21,7 @@ uint64_t tailOffset(const OggFile& file) {
     return file.size() > kTailSize ? file.size() - kTailSize : 0;
 }
 
-/** What the plug-in makes of the page's granule position, that of -1 included. */
+/** Returns the plug-in's time for the page's granule position, even for -1. */
 std::optional<int64_t> takenTimeUs(const Explanation& explanation, const OggPage& page) {
     const StreamHeader* header = explanation.file().headerOf(page.serial);
     if (header == nullptr || !explanation.trace().trackOf(page.serial)) {
@@ -68,7 +68,7 @@ Finding unknownInAShortFile(const Explanation& explanation) {
     finding.line = copied(explanation.trace().line(log_text::kDurationNoPage));
     finding.text = fmt::format(
             "The duration is unknown: the plug-in looks for it in the last {} bytes, and for a "
-            "file of {} bytes it asks for some in front of the beginning, which is refused.",
+            "file of {} bytes it asks for bytes before the beginning, which is refused.",
             kTailSize, explanation.file().size());
     return finding;
 }
@@ -78,7 +78,7 @@ Finding unknownInALongFile(const Explanation& explanation) {
     finding.id = "duration-unknown";
     finding.line = copied(explanation.trace().line(log_text::kDurationNoPage));
     finding.text = fmt::format(
-            "The duration is unknown: the last {} bytes hold no page of a track that tells a time "
+            "The duration is unknown: the last {} bytes hold no page of a track with a time "
             "before the place where the search ends.",
             kTailSize);
     finding.offset = tailOffset(explanation.file());
@@ -94,8 +94,9 @@ Finding wrongDuration(const Explanation& explanation, const char* id, int64_t du
     Finding finding;
     finding.id = id;
     finding.line = copied(explanation.trace().line(log_text::kDurationFound));
-    finding.text = fmt::format("The duration is said to be {} s, but the last pages tell {} s: ",
-                               secondsText(durationUs), secondsText(endUs));
+    finding.text =
+            fmt::format("The plug-in reports a duration of {} s, but the last pages say {} s: ",
+                        secondsText(durationUs), secondsText(endUs));
     if (page != nullptr) {
         finding.offset = page->offset;
         finding.track = explanation.trace().trackOf(page->serial);
@@ -120,7 +121,7 @@ Finding fromStrayGranule(const Explanation& explanation, int64_t durationUs, int
             wrongDuration(explanation, "duration-from-stray-granule", durationUs, endUs, page);
     finding.text += fmt::format(
             "the granule position of the page at offset {} is larger than those that follow, and "
-            "the largest counts.",
+            "the plug-in uses the largest.",
             page != nullptr ? page->offset : 0);
     return finding;
 }

@@ -21,7 +21,7 @@ constexpr std::array<EndCause, 9> kEndCauses = {{
         {"Ogmavc_utils:589 ",
          "A video object layer header has a fixed rate and a resolution of 0."},
         {"Ogmavc_utils:768 ",
-         "More than 16361 bytes stand between the video object layer header "
+         "There are more than 16361 bytes between the video object layer header "
          "and the first picture."},
         {"CHECK(br.getBits(1))", "A marker bit of a video object layer header is 0."},
         {"CHECK(getBitsGraceful",
@@ -33,7 +33,7 @@ constexpr std::array<EndCause, 9> kEndCauses = {{
         {"OgmExtractor:783 ",
          "A DTS frame has a negative time: its granule position is too "
          "large."},
-        {"OgmExtractor:499 ", "Frames take up more bytes than packets brought."},
+        {"OgmExtractor:499 ", "The frames have more bytes than the packets brought."},
 }};
 
 /** `frmsizecod` of a frame that the plug-in's table has no row for. */
@@ -73,8 +73,7 @@ std::string causeOfEnd(const Explanation& explanation, const std::string& messag
     }
     if (hasEndlessAc3Frame(explanation)) {
         return "An AC-3 frame has a size code (37) for which the plug-in's table says 0 bytes: it "
-               "is "
-               "handed out again and again.";
+               "is returned again and again.";
     }
     // What died without an assertion did so for a reason that is not known here.
     if (message.find(" died ") != std::string::npos) {
@@ -82,16 +81,16 @@ std::string causeOfEnd(const Explanation& explanation, const std::string& messag
     }
     const auto& failed = explanation.trace();
     if (!failed.opened() && failed.line(log_text::kVideoConfigSearch) != nullptr) {
-        return "The search for a start code of MPEG-4 video has no end where more than 257 bytes "
-               "are at hand and none of the first 256 begins one.";
+        return "The search for a start code of MPEG-4 video never ends if there are more than 257 "
+               "bytes and none of the first 256 begins one.";
     }
     if (failed.opened() && !hasDataOfATrack(explanation)) {
         return "No page holds data of a track, so the header pages are read as such again and "
                "again.";
     }
     if (failed.opened() && beginsWithData(explanation.file())) {
-        return "The file begins with a data page, and offset 0 stands for a place that is not "
-               "known, so that page is read again and again.";
+        return "The file begins with a data page, and offset 0 means an unknown place, so that "
+               "page is read again and again.";
     }
     return "";
 }

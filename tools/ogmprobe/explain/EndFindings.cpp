@@ -61,8 +61,8 @@ void explainLastPage(Explanation& explanation, uint64_t track, size_t index) {
     finding.id = "last-packets-withheld";
     finding.usual = true;
     finding.text = fmt::format(
-            "The last packets of track {} do not come out: a stream's last page (here with {}) is "
-            "never read, and the packet in front of it stays open.",
+            "The last packets of track {} are not returned: a stream's last page (here with {}) is "
+            "never read, and the packet before it stays open.",
             track, counted(page.packets, "packet"));
     explanation.add(std::move(finding));
 }
@@ -92,7 +92,7 @@ std::string whyReadingEnded(const Explanation& explanation, size_t page) {
                 "offset {} (track {}).",
                 pages[*stop].offset, explanation.trace().trackOf(pages[*stop].serial).value_or(0));
     }
-    return "reading ended in front of them.";
+    return "reading ended before them.";
 }
 
 void explainUnread(Explanation& explanation, uint64_t track, const std::vector<size_t>& unread) {
@@ -121,7 +121,8 @@ void explainSupersededTrack(Explanation& explanation, uint64_t track, uint32_t s
     finding.track = track;
     finding.serial = serial;
     finding.text = fmt::format(
-            "Track {} gives no packet: its serial number {} is announced again for track {}, which "
+            "Track {} returns no packet: its serial number {} is announced again for track {}, "
+            "which "
             "gets the packets of both.",
             track, serial, heir);
     const auto& pages = explanation.file().pages();
@@ -162,7 +163,7 @@ void explainEmptyTrack(Explanation& explanation, uint64_t track, const OggStream
     finding.id = "track-without-packets";
     finding.track = track;
     finding.line = lineOfTheEnd(explanation.trace());
-    finding.text = fmt::format("Track {} gives no packet: ", track);
+    finding.text = fmt::format("Track {} returns no packet: ", track);
     if (stream == nullptr || stream->dataPages.empty()) {
         finding.text += "no page holds any of its data.";
     } else {
@@ -189,7 +190,7 @@ void explainComment(Explanation& explanation, uint64_t index) {
     finding.id = "comment-header-comes-out";
     finding.usual = true;
     finding.text = fmt::format(
-            "The first buffer of track {} is its comment header, which is handed out like a frame.",
+            "The first buffer of track {} is its comment header, which is returned like a frame.",
             index);
     finding.track = index;
     explanation.add(std::move(finding));
@@ -225,8 +226,7 @@ void explainDeath(Explanation& explanation, const Failure& failure) {
     Finding finding;
     finding.id = "extractor-ended";
     const bool isSentence = failure.message.ends_with('.');
-    finding.text =
-            fmt::format("Playing came to no end: {}{}", failure.message, isSentence ? "" : ".");
+    finding.text = fmt::format("Playing did not end: {}{}", failure.message, isSentence ? "" : ".");
     if (const std::string cause = causeOfEnd(explanation, failure.message); !cause.empty()) {
         finding.text += " " + cause;
     }
@@ -241,7 +241,7 @@ void explainDeath(Explanation& explanation, const Failure& failure) {
     explanation.add(std::move(finding));
 }
 
-/** Unless it is a track's own failure, of which another finding tells. */
+/** Unless it is a track's own failure, which another finding reports. */
 void explainBreakOff(Explanation& explanation, const Failure& failure) {
     const auto& tracks = explanation.trace().tracks();
     const bool isTold = std::any_of(tracks.begin(), tracks.end(), [](const auto& track) {

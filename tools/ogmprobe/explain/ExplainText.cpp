@@ -19,7 +19,7 @@ std::string placeText(const Finding& finding) {
                        : finding.track ? fmt::format("track {}", *finding.track)
                                        : "the whole file";
     if (finding.timeUs && finding.untilUs && *finding.timeUs != *finding.untilUs) {
-        // Streams are stored side by side, so the place behind may have the smaller time.
+        // Streams are interleaved, so the later place may have the smaller time.
         const auto [from, until] = std::minmax(*finding.timeUs, *finding.untilUs);
         text += fmt::format(", {} to {} s", secondsText(from), secondsText(until));
     } else if (finding.timeUs) {
@@ -119,7 +119,7 @@ class PageList {
         writeLines(static_cast<int64_t>(page.end()));
     }
 
-    /** Those that were written in front of the place. */
+    /** Writes the lines that were logged before the place. */
     void writeLines(int64_t end) {
         for (; !mLines.empty() && mLines.begin()->first < end; mLines.erase(mLines.begin())) {
             write(*mLines.begin()->second);
@@ -171,8 +171,7 @@ std::string findingsText(const Explanation& explanation, const ExplainOptions& o
                                               : "nothing to explain\n";
     }
     if (left > 0) {
-        text += fmt::format("({} on what is so with every such file: --verbose)\n",
-                            counted(left, "note"));
+        text += fmt::format("({} on every such file: --verbose)\n", counted(left, "note"));
     }
     return text;
 }

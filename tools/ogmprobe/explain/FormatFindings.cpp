@@ -65,10 +65,9 @@ void explainBits(Explanation& explanation, const Subject& subject) {
     }
     explanation.add(subject.finding(
             "bits-of-another-stream",
-            fmt::format(
-                    "Track {} has {} bits a sample, but is handed out as if it had {}: those of "
-                    "the stream header that was accepted last hold for all tracks.",
-                    subject.index, subject.header->bitsPerSample, taken)));
+            fmt::format("Track {} has {} bits a sample, but is returned as if it had {}: those of "
+                        "the stream header accepted last apply to all tracks.",
+                        subject.index, subject.header->bitsPerSample, taken)));
 }
 
 void explainEnhancedAc3(Explanation& explanation, const Subject& subject) {
@@ -122,7 +121,7 @@ void explainEsds(Explanation& explanation, const Subject& subject) {
         explanation.add(subject.finding(
                 "esds-leading-bytes",
                 fmt::format("The codec configuration of track {} begins with a byte of the packet "
-                            "header in front of its first start code.",
+                            "header before its first start code.",
                             subject.index)));
     }
 }
@@ -182,10 +181,9 @@ void explainDts(Explanation& explanation, const Subject& subject) {
     });
     Finding finding = subject.finding(
             "dts-frames-late",
-            fmt::format("A DTS frame of track {} comes out when the next one has begun, with the "
+            fmt::format("A DTS frame of track {} is returned when the next one has begun, with the "
                         "time of the packet that brought it{}.",
-                        subject.index,
-                        substreams > 0 ? "; a substream is a buffer of its own" : ""));
+                        subject.index, substreams > 0 ? "; a substream is a separate buffer" : ""));
     finding.usual = true;
     explanation.add(std::move(finding));
 }

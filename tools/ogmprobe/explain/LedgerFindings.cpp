@@ -26,7 +26,7 @@ void explainLoss(Explanation& explanation, const Ledger& ledger, const Loss& los
     finding.text =
             fmt::format("{} of track {} {}{}.", counted(loss.count, ledger.noun()), *ledger.track,
                         isUnknown ? verb(loss.count, "is missing and ", "are missing and ")
-                                  : verb(loss.count, "does not come out: ", "do not come out: "),
+                                  : verb(loss.count, "is not returned: ", "are not returned: "),
                         reason.text);
     finding.offset = loss.offset;
     finding.timeUs = loss.timeUs;
@@ -44,17 +44,17 @@ struct ChangeText {
 
 constexpr std::array<ChangeText, 5> kChangeTexts = {{
         {"foreign-tail",
-         "out with bytes of another packet behind their own: a piece whose packet was "
+         "returned with bytes of another packet after their own: a piece whose packet was "
          "dropped, "
-         "or has no beginning in the file, goes to the packet that is open"},
+         "or has no beginning in the file, is added to the open packet"},
         {"ac3-frame-size",
-         "out with the size of another row: the plug-in's table of AC-3 frame sizes lacks the "
-         "row of frmsizecod 3, so that each row behind it is the standard's next one"},
+         "returned with the size of another row: the plug-in's table of AC-3 frame sizes lacks the "
+         "row of frmsizecod 3, so that each row after it is the standard's next one"},
         {"audio-packet-header",
-         "out with bytes too few or too many: the plug-in takes 3 to 10 bytes for an audio "
-         "packet's header by a rule of its own"},
-        {"dts-frame-cut", "out in two buffers: a frame ends where a sync word stands"},
-        {"packets-changed", "out otherwise than they are in the file, and no reason is known"},
+         "returned with too few or too many bytes: the plug-in's rule for the size of an audio "
+         "packet's header (3 to 10 bytes) differs from the format's"},
+        {"dts-frame-cut", "returned in two buffers: a frame ends at a sync word"},
+        {"packets-changed", "returned changed, for no known reason"},
 }};
 
 Change changeOf(const FileUnit& unit, const PlayedBuffer& buffer, const StreamAccount& account) {
@@ -109,7 +109,7 @@ void explainChanges(Explanation& explanation, const StreamAccount& account) {
         Finding finding = findingOf(kChangeTexts[i].id, *ledger.track, ledger.serial);
         finding.text = fmt::format("{} of track {} {} {}.",
                                    counted(changes.counts[i], ledger.noun()), *ledger.track,
-                                   verb(changes.counts[i], "comes", "come"), kChangeTexts[i].text);
+                                   verb(changes.counts[i], "is", "are"), kChangeTexts[i].text);
         const FileUnit& first = account.units[changes.first[i]];
         const OggPiece& piece =
                 explanation.file().pieces()[account.packets.pieces[first.firstPiece]];
@@ -138,9 +138,9 @@ void explainStrays(Explanation& explanation, const StreamAccount& account) {
     const Ledger& ledger = account.ledger;
     if (ledger.repeated > 0) {
         Finding finding = findingOf("packets-repeated", *ledger.track, ledger.serial);
-        finding.text = fmt::format("{} of track {} {} again what came out before.",
+        finding.text = fmt::format("{} of track {} {} what was returned before.",
                                    counted(ledger.repeated, "buffer"), *ledger.track,
-                                   verb(ledger.repeated, "holds", "hold"));
+                                   verb(ledger.repeated, "repeats", "repeat"));
         explanation.add(std::move(finding));
     }
     if (const uint64_t unknown = ledger.foreign - account.falseFrames.count; unknown > 0) {

@@ -26,9 +26,8 @@ std::string briefOf(const Explanation& explanation, const Ledger& ledger, const 
 }
 
 std::string lineOf(const Explanation& explanation, const Ledger& ledger) {
-    std::string text =
-            fmt::format("{}: {} in the file = {} handed out", nameOf(explanation, ledger),
-                        counted(ledger.inFile, ledger.noun()), ledger.handedOut);
+    std::string text = fmt::format("{}: {} in the file = {} returned", nameOf(explanation, ledger),
+                                   counted(ledger.inFile, ledger.noun()), ledger.handedOut);
     if (ledger.changed > 0) {
         text += fmt::format(" ({} changed)", ledger.changed);
     }

@@ -20,15 +20,15 @@ struct MisleadingLine {
 
 constexpr std::array<MisleadingLine, 4> kMisleadingLines = {{
         {log_text::kErrorWithoutError, PluginFunction::kNone, 1, "error-line-without-error",
-         "The line that an MPEG audio track's queue is set up is logged as an error, but nothing "
+         "The setup of an MPEG audio track's queue is logged as an error, but nothing "
          "is "
          "wrong."},
         {log_text::kJunkSkipped, PluginFunction::kCreate, 2, "junk-read-twice",
          "Junk between the first pages is read and logged twice: each of them is searched for "
          "twice."},
         {log_text::kJunkSkipped, PluginFunction::kRead, 1, "junk-look-up-early",
-         "Behind junk the look-up of a stream's next page begins as many bytes too early and reads "
-         "some bytes again."},
+         "After junk the look-up of a stream's next page begins too early, by the length of the "
+         "junk, and reads some bytes again."},
         {log_text::kNextGranuleZero, PluginFunction::kNone, 1, "average-logged-wrong",
          "The line says that the average per packet is set to 0, but it is set to 1."},
 }};

@@ -41,8 +41,8 @@ std::string whereHeadersAre(const OggFile& file) {
         return fmt::format("; the first one that does is at offset {}, too far on", header->offset);
     }
     return fmt::format(
-            "; the one at offset {} is missed, because the search steps from page to page by the "
-            "first lacing value alone and takes no junk between pages into account",
+            "; the one at offset {} is missed, because the search steps from page to page by only "
+            "the first lacing value and ignores junk between pages",
             header->offset);
 }
 
@@ -99,8 +99,7 @@ Reason notAccepted(const StreamHeader& header, const OggPage& page, const Plugin
     switch (header.kind) {
         case StreamKind::kVideo:
             return {"codec-not-supported", "codec not supported",
-                    fmt::format("its codec \"{}\" is not in the plug-in's list (upper and lower "
-                                "case count)",
+                    fmt::format("its codec \"{}\" is not in the plug-in's list (case matters)",
                                 header.codec),
                     line(log_text::kUnknownVideo)};
         case StreamKind::kAudio:
@@ -109,14 +108,12 @@ Reason notAccepted(const StreamHeader& header, const OggPage& page, const Plugin
                                 header.codec),
                     line(log_text::kUnknownAudio)};
         case StreamKind::kText:
-            return {"text-stream", "text", "text and subtitles are passed over",
+            return {"text-stream", "text", "text and subtitles are ignored",
                     line(log_text::kUnknownHeader)};
         case StreamKind::kVorbis:
-            return {"vorbis-stream", "Vorbis", "Vorbis is passed over",
-                    line(log_text::kVorbisHeader)};
+            return {"vorbis-stream", "Vorbis", "Vorbis is ignored", line(log_text::kVorbisHeader)};
         case StreamKind::kTheora:
-            return {"theora-stream", "Theora", "Theora is passed over",
-                    line(log_text::kUnknownHeader)};
+            return {"theora-stream", "Theora", "Theora is ignored", line(log_text::kUnknownHeader)};
         case StreamKind::kOther:
             break;
     }
@@ -147,8 +144,8 @@ Reason whyNoTrack(const Explanation& explanation, size_t index) {
                 {}};
     }
     if (const JunkRange* junk = junkInFront(explanation.file(), page)) {
-        return {"header-behind-junk", "header behind junk",
-                fmt::format("{} of junk stand in front of its header page, and the header is "
+        return {"header-behind-junk", "header after junk",
+                fmt::format("{} of junk come before its header page, and the header is "
                             "looked for where the junk begins",
                             counted(junk->size, "byte")),
                 copied(trace.line(log_text::kUnknownHeader, junk->offset, page.end()))};
@@ -167,7 +164,7 @@ void explainForeignHeader(Explanation& explanation, const OggPage& page, const J
     finding.id = "header-from-junk";
     finding.text = fmt::format(
             "The track of the stream with serial number {} has the format of another one: {} of "
-            "junk stand in front of its header page, the header is looked for where the junk "
+            "junk come before its header page, the header is looked for where the junk "
             "begins, and one lies there.",
             page.serial, counted(junk.size, "byte"));
     finding.track = explanation.trace().trackOf(page.serial);

@@ -69,7 +69,7 @@ StreamHeader::StreamHeader(std::span<const uint8_t> packet) : kind(kindOf(packet
     }
 }
 
-// Wraps as the plug-in does, so that times can be compared with those that it tells.
+// Wraps as the plug-in does, so that times can be compared with the plug-in's.
 std::optional<int64_t> StreamHeader::timeUs(uint64_t granule) const {
     if (kind == StreamKind::kVideo && timeUnit != 0) {
         return static_cast<int64_t>(granule * timeUnit / kUnitsPerUs);

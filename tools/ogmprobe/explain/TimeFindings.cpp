@@ -59,7 +59,7 @@ void explainNegative(Explanation& explanation, uint64_t index, const PlayedTrack
 }
 
 /**
- * Steps back, apart from those of pictures that are stored behind a later one: these are not in
+ * Steps back, apart from those of pictures that are stored after a later one: these are not in
  * front of what was shown before it.
  */
 OddTimes stepsBack(const PlayedTrack& track) {
@@ -87,16 +87,17 @@ void explainStepsBack(Explanation& explanation, uint64_t index, const PlayedTrac
     Finding finding = findingOf("times-step-back", index, track.serial);
     finding.timeUs = track.buffers[odd.first].timeUs;
     finding.text = fmt::format(
-            "{} of track {} {} a time in front of what came out before{}; the first is number {}.",
+            "{} of track {} {} an earlier time than a buffer before{}; the first is number {}.",
             counted(odd.count, "buffer"), index, odd.count == 1 ? "has" : "have",
-            isReordered(track) ? ", further than pictures stored out of order are" : "", odd.first);
+            isReordered(track) ? ", by more than pictures stored out of order explain" : "",
+            odd.first);
     explanation.add(std::move(finding));
 }
 
 /** Where a buffer's time comes from. */
 struct TimeSource {
     uint32_t page = 0;
-    /** Of the stream's page in front of that. */
+    /** Of the stream's page before that. */
     uint64_t granule = 0;
 };
 
@@ -133,7 +134,7 @@ void addStandstill(Explanation& explanation, uint64_t index, const PlayedTrack& 
     finding.text = fmt::format(
             "{} of track {} {} the time of the one before{}; the first is number {}.",
             counted(odd.count, "buffer"), index, odd.count == 1 ? "has" : "have",
-            onOnePage ? ", because what lies on one page shares its time" : " from another page",
+            onOnePage ? ", because the packets of one page share its time" : " from another page",
             odd.first);
     explanation.add(std::move(finding));
 }
@@ -151,7 +152,7 @@ void explainStandstill(Explanation& explanation, uint64_t index, const PlayedTra
         const auto& before = sources[i - 1];
         const auto& source = sources[i];
         if (before && source && track.buffers[i].timeUs == track.buffers[i - 1].timeUs) {
-            // A frame may come out with the packet behind its own.
+            // A frame may be returned with the packet after its own.
             const bool isShared =
                     before->page == source->page || before->granule != source->granule;
             (isShared ? onOnePage : onTwo).add(i);

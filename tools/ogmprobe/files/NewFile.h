@@ -17,7 +17,7 @@ enum class Existing { kRefuse, kOverwrite };
 /**
  * A file that gets its name only when it is whole. Until then it lies beside its place, under the
  * name with ".part" added; it is removed if it never becomes whole, be it that this object goes or
- * that the program is told to end.
+ * that ends the program.
  *
  * All functions throw `ProbeError` with `ExitCode::kFile` when the system refuses.
  */

@@ -157,7 +157,7 @@ std::string whyNoTrack(const OggFile& file, const OggStream& stream, const Track
     switch (header.kind) {
         case StreamKind::kVorbis:
         case StreamKind::kTheora:
-            return header.name() + ": passed over";
+            return header.name() + ": ignored";
         case StreamKind::kText:
             return "text";
         case StreamKind::kVideo:

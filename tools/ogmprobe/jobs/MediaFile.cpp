@@ -55,11 +55,11 @@ void startInPlayersOrder(const std::vector<std::unique_ptr<Track>>& tracks,
 // Why a read returned no usable packet; nothing at the end of the stream.
 std::optional<std::string> failureOf(const Track::ReadResult& result) {
     if (result.withoutTime) {
-        return "a buffer bears no time";
+        return "a buffer has no time";
     }
     switch (result.status) {
         case AMEDIA_OK:
-            return "a read gave no buffer";
+            return "a read returned no buffer";
         case AMEDIA_ERROR_END_OF_STREAM:
             return std::nullopt;
         default:

@@ -23,7 +23,7 @@ class PlayLimit {
     void add(const Packet& packet) {
         mPlayed += kPacketCost + packet.bytes.size();
         if (mPlayed > mLimit) {
-            throw GoesInCircles("it has handed out many times the bytes of the file");
+            throw GoesInCircles("it has returned many times the bytes of the file");
         }
     }
 

@@ -48,7 +48,7 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
                    "Show the plug-in's log lines from this level on (default: none)")
             ->type_name("LEVEL")
             ->transform(oneOf(kLogLevels, "verbose|debug|info|warn|error|silent"));
-    app.add_option("--color", options.color, "Colour: auto heeds NO_COLOR and the terminal")
+    app.add_option("--color", options.color, "Colour: auto follows NO_COLOR and the terminal")
             ->type_name("WHEN")
             ->transform(oneOf(kColorModes, "auto|always|never"));
     app.add_option("--timeout", options.timeoutSeconds,
@@ -57,16 +57,16 @@ void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
             ->type_name("SECONDS")
             ->capture_default_str()
             ->check(secondsFromZero());
-    app.add_flag("--quiet", options.quiet, "Show neither warnings nor progress");
+    app.add_flag("--quiet", options.quiet, "Hide warnings and progress");
     app.add_flag("--in-process", options.inProcess,
                  "Run the plug-in in this process, for a debugger: nothing is caught or limited");
 }
 
 void addTracks(CLI::App& command, TrackChoice& tracks) {
     auto* shown = command.add_option("--track", tracks.shown,
-                                     "Only this track, of a playing of all; may be given again");
+                                     "Play all tracks, show only this one; may be repeated");
     auto* played = command.add_option("--only-track", tracks.played,
-                                      "Play this track without the others; may be given again");
+                                      "Play only this track; may be repeated");
     for (CLI::Option* option : {shown, played}) {
         option->type_name("N")->check(wholeNumber(0, kMostTracks))->allow_extra_args(false);
     }
@@ -86,7 +86,7 @@ void addJson(CLI::App& command, bool& json, const char* description) {
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
                      const char* examples) {
     CLI::App* command = app.add_subcommand(name, description);
-    // Options of every command may stand after its name too.
+    // Options of every command may come after its name too.
     command->fallthrough();
     command->footer(examples);
     return command;
@@ -97,8 +97,7 @@ void addInfo(CLI::App& app, InfoOptions& options) {
             app, "info", "Show what the files are and which tracks they hold", kInfoExamples);
     addFiles(*command, options.files, kFilesText);
     command->add_flag("--format", options.format, "List all entries of all formats");
-    command->add_flag("--verbose", options.verbose,
-                      "Cut no bytes that are too long for the terminal");
+    command->add_flag("--verbose", options.verbose, "Do not cut long lines of bytes");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
 }
 
@@ -119,7 +118,7 @@ void addSeeks(CLI::App& command, std::vector<int64_t>& seeksUs) {
                            seeksUs.push_back(parseTime(text).value_or(0));
                        }
                    },
-                   "Seek there as players do, then read on; may be given again")
+                   "Seek there as players do, then read on; may be repeated")
             ->type_name("TIME")
             ->check(time())
             ->allow_extra_args(false);
@@ -132,11 +131,11 @@ void addPackets(CLI::App& app, PacketsOptions& options) {
     addFiles(*command, options.files, kFilesText);
     addTracks(*command, options.tracks);
     addSeeks(*command, options.seeksUs);
-    command->add_option("--count", options.count, "At most so many buffers of each track")
+    command->add_option("--count", options.count, "At most N buffers of each track")
             ->type_name("N")
             ->check(wholeNumber(1, UINT64_MAX));
     addTime(*command, "--from", options.fromUs, "List only buffers from this time on");
-    addTime(*command, "--to", options.untilUs, "List only buffers in front of this time");
+    addTime(*command, "--to", options.untilUs, "List only buffers before this time");
     command->callback([&options] {
         if (options.fromUs && options.untilUs && *options.untilUs <= *options.fromUs) {
             throw CLI::ValidationError("--to", "the time is not after that of --from");
@@ -160,7 +159,7 @@ void addSeekTest(CLI::App& app, SeekTestOptions& options) {
             ->capture_default_str()
             ->check(wholeNumber(1, kMostSteps));
     command->add_flag("--strict", options.strict,
-                      "Exit code 1 if a seek to a time in front of the last goes to the end");
+                      "Exit code 1 if a seek to any time but the last goes to the end");
     auto* csv = command->add_flag("--csv", options.csv, "Comma-separated values, with a heading");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
     csv->excludes("--json");
@@ -171,7 +170,8 @@ void addExtract(CLI::App& app, ExtractOptions& options) {
             addCommand(app, "extract", "Write each track's buffers into a file", kExtractExamples);
     addFiles(*command, options.files, kFilesText);
     command->add_option("-o,--output", options.folder,
-                        "Folder for the files, made if need be; - for one track on standard output")
+                        "Folder for the files, made if it does not exist; - for one track on "
+                        "standard output")
             ->type_name("DIR")
             ->required()
             ->check(anyName());
@@ -184,8 +184,8 @@ void addTimeline(CLI::App& app, TimelineOptions& options) {
                                    kTimelineExamples);
     addFiles(*command, options.files, kFilesText);
     command->add_option("-o,--output", options.output,
-                        "The new page (.html) or drawing (.svg); of several files the folder for "
-                        "them, made if need be")
+                        "The new page (.html) or drawing (.svg); for several files their folder, "
+                        "made if it does not exist")
             ->type_name("OUT")
             ->required()
             ->check(anyName());
@@ -196,33 +196,32 @@ void addTimeline(CLI::App& app, TimelineOptions& options) {
             ->capture_default_str()
             ->check(wholeNumber(0, kMostDrawnSteps));
     addTime(*command, "--from", options.fromUs, "Draw only packets from this time on");
-    addTime(*command, "--to", options.untilUs, "Draw only packets in front of this time");
-    command->add_flag("--date", options.date, "Write into the page when it was made");
+    addTime(*command, "--to", options.untilUs, "Draw only packets before this time");
+    command->add_flag("--date", options.date, "Write the time of making it into the page");
     command->add_flag("--force", options.force, "Overwrite a file that exists");
 }
 
 void addExplain(CLI::App& app, ExplainOptions& options) {
     CLI::App* command = addCommand(app, "explain",
                                    "Say why tracks are missing, the duration is odd, bytes are "
-                                   "skipped or packets do not come out",
+                                   "skipped or packets are not returned",
                                    kExplainExamples);
     addFiles(*command, options.files, kFilesText);
     command->add_flag("--pages", options.pages,
                       "List the file's pages too, with the log lines that were written there");
     command->add_flag("--verbose", options.verbose,
-                      "Tell also what is so with every file; with --pages, show all log lines");
-    command->add_flag("--strict", options.strict,
-                      "Exit code 1 if anything is found that is not so with every file");
+                      "Show usual findings too; with --pages, all log lines");
+    command->add_flag("--strict", options.strict, "Exit code 1 if anything unusual is found");
     auto* csv = command->add_flag("--csv", options.csv, "Comma-separated values, with a heading");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
     csv->excludes("--json");
 }
 
 void addSync(CLI::App& app, SyncOptions& options) {
-    CLI::App* command = addCommand(app, "sync",
-                                   "Set the plug-in's times against those that the file's pages "
-                                   "say, and audio against video",
-                                   kSyncExamples);
+    CLI::App* command = addCommand(
+            app, "sync",
+            "Compare the plug-in's times with those of the file's pages, and audio with video",
+            kSyncExamples);
     addFiles(*command, options.files, "Media files, or folders of .ogm files");
     command->add_flag("--packets", options.packets, "List each packet with both times too");
     auto* csv = command->add_flag("--csv", options.csv,
@@ -232,30 +231,30 @@ void addSync(CLI::App& app, SyncOptions& options) {
 }
 
 void addCompare(CLI::App& app, CompareOptions& options) {
-    CLI::App* command = addCommand(app, "compare",
-                                   "Tell what differs first between two files, or between two "
-                                   "plug-ins on one file",
-                                   kCompareExamples);
+    CLI::App* command = addCommand(
+            app, "compare",
+            "Show the first difference between two files, or between two plug-ins on one file",
+            kCompareExamples);
     command->add_option("A", options.a, "A media file")->type_name("FILE")->required();
     auto* file = command->add_option("B", options.b, "Another, or with --plugin-b the same");
     file->type_name("FILE");
     auto* plugin = command->add_option("--plugin-b", options.pluginB, "Play B with this plug-in");
     plugin->type_name("PATH");
     auto* device = command->add_option("--device", options.device,
-                                       "Compare with what ogmdump printed on a device for A");
+                                       "Compare with the output of ogmdump for A on a device");
     device->type_name("DUMP")->excludes(file)->excludes(plugin);
     auto* reads =
             command->add_flag("--reads", options.reads,
                               "Compare the reads of the file too: their order, places and sizes");
     auto* seeks = command->add_option("--seeks", options.seeks,
-                                      "Compare seeks to the ends of so many equal spaces too");
+                                      "Compare seeks to the ends of N equal spaces too");
     seeks->type_name("N")->check(wholeNumber(1, kMostSteps));
     auto* logs = command->add_flag_callback(
             "--logs", [&options] { options.logs = true; },
             "Compare the log lines too (default with --plugin-b)");
     command->add_flag_callback(
             "--no-logs", [&options] { options.logs = false; },
-            "Leave the log lines out (default without --plugin-b)");
+            "Do not compare the log lines (default without --plugin-b)");
     addJson(*command, options.json, "A JSON document; times are whole microseconds");
     device->excludes(reads)->excludes(seeks)->excludes(logs);
     command->callback([file, plugin, device] {
@@ -274,17 +273,18 @@ CLI::Validator html() {
 
 void addCheck(CLI::App& app, CheckOptions& options) {
     CLI::App* command = addCommand(
-            app, "check", "Tell whether a device will play the files, and why not", kCheckExamples);
+            app, "check", "Say whether a device will play the files, and why not", kCheckExamples);
     addFiles(*command, options.files, "Media files, or folders of .ogm files");
     command->add_option("--codecs", options.codecs,
-                        "A device's list of codecs (media_codecs*.xml); may be given again")
+                        "A device's list of codecs (media_codecs*.xml); may be repeated")
             ->type_name("XML")
             ->allow_extra_args(false);
-    command->add_option("--jobs", options.jobs, "So many files at a time (default: the processors)")
+    command->add_option("--jobs", options.jobs,
+                        "N files at a time (default: the number of processors)")
             ->type_name("N")
             ->check(wholeNumber(1, kMostJobs));
     command->add_option("--state", options.state,
-                        "Keep what is found there, and go on where an earlier run ended")
+                        "Keep the results there, and continue where an earlier run ended")
             ->type_name("FILE");
     auto* page = command->add_option("--html", options.html, "Write a page about all files");
     page->type_name("PAGE")->check(html());
@@ -343,7 +343,7 @@ std::vector<std::string> namesOf(const CLI::App& app) {
     return names;
 }
 
-/** Where no command is named: a sentence that says which one may be meant. */
+/** Returns a sentence about a missing command, with the one that was probably intended. */
 std::optional<std::string> complaintOfCommand(const std::vector<std::string>& arguments,
                                               const std::vector<std::string>& names) {
     const auto isName = [&names](const std::string& word) {
@@ -355,7 +355,7 @@ std::optional<std::string> complaintOfCommand(const std::vector<std::string>& ar
         return std::nullopt;
     }
     const auto nearest = nearestName(*word, names);
-    return *word + " is no command and no file" +
+    return *word + " is neither a command nor a file" +
            (nearest ? "; did you mean " + *nearest + "?" : "");
 }
 

@@ -9,9 +9,9 @@ inline constexpr const char* kExitCodes =
         "be opened, read or written,\n"
         "3 the plug-in does not take the file, 4 the extractor died or got stuck, 5 what was\n"
         "compared differs, 6 what was checked plays with faults, 7 it does not play. With several\n"
-        "files all are tried and the largest code counts. Data goes to standard output, "
+        "files all are tried and the largest code applies. Data goes to standard output, "
         "everything\n"
-        "else to standard error. \"-\" as FILE is standard input, which is kept in a temporary "
+        "else to standard error. \"-\" as FILE is standard input, which is copied to a temporary "
         "file.";
 
 inline constexpr const char* kInfoExamples =
@@ -41,11 +41,11 @@ inline constexpr const char* kSeekTestExamples =
 inline constexpr const char* kExtractExamples =
         "Files are named after FILE and the track: film.ogm gives film.track0.m4v and so on,\n"
         "standard input stdin.track0.m4v. Until a file is whole, \".part\" is added to its name.\n"
-        "Streams follow as the plug-in gives them, without an Ogg comment header in front; PCM "
+        "Streams are as the plug-in returns them, without an Ogg comment header at first; PCM "
         "and\n"
         "MS ADPCM get a WAV header, VP8 an IVF header, DivX 3 and WMV go into AVI (at the track's\n"
-        "frame rate), and MPEG-4 gets its configuration where the stream does not begin with it.\n"
-        "Codecs without a file format of their own are written bare, and that is said.\n"
+        "frame rate), and MPEG-4 gets its configuration if the stream does not begin with it.\n"
+        "Codecs without a file format are written bare, with a message.\n"
         "\n"
         "Examples:\n"
         "  ogmprobe extract film.ogm -o streams\n"
@@ -58,7 +58,7 @@ inline constexpr const char* kTimelineExamples =
         "gaps, equal times and backward steps, what is lost, streams without a track and what\n"
         "explain finds, the bitrate, and what was read from the file for each packet and by\n"
         "seeks. A page for a browser (.html) shows an hour as well as a single packet and needs\n"
-        "no network; how to move stands in it. A drawing (.svg) shows the same without motion. In\n"
+        "no network; it says how to move. A drawing (.svg) shows the same without motion. In\n"
         "a folder each file's page is named after it: film.ogm gives film.html.\n"
         "\n"
         "Examples:\n"
@@ -68,10 +68,10 @@ inline constexpr const char* kTimelineExamples =
         "  ogmprobe timeline *.ogm -o timelines";
 
 inline constexpr const char* kExplainExamples =
-        "The file is opened and played to its end. What comes of it is compared with the file's\n"
+        "The file is opened and played to its end. The result is compared with the file's\n"
         "pages; each finding has its place, the reason, and the log line that shows it. Then a\n"
-        "ledger says of each stream: packets (of audio that is framed anew, frames) in the file =\n"
-        "handed out + lost, by reason. The flags of a page are c (continues a packet), b (begins\n"
+        "ledger shows for each stream: packets (or frames of re-framed audio) in the file =\n"
+        "returned + lost, by reason. The flags of a page are c (continues a packet), b (begins\n"
         "a stream), e (ends it).\n"
         "\n"
         "Examples:\n"
@@ -80,13 +80,11 @@ inline constexpr const char* kExplainExamples =
         "  ogmprobe explain film.ogm --json | jq '.findings[].id'";
 
 inline constexpr const char* kSyncExamples =
-        "The file is played to its end. Each packet, or frame of audio that is framed anew, has "
-        "the\n"
-        "plug-in's time and the one that the granule positions of the file's pages say; late is "
-        "the\n"
-        "first less the second, below 0 for early. Where pages cannot say when a packet begins, it "
-        "is\n"
-        "told from when to when it can. Offset is the median, drift the change in millionths.\n"
+        "The file is played to its end. Each packet, or frame of re-framed audio, has the "
+        "plug-in's\n"
+        "time and that of the granule positions of the file's pages; late is the first minus the\n"
+        "second, negative for early. If pages do not say when a packet begins, a range is shown.\n"
+        "Offset is the median, drift the change in millionths.\n"
         "\n"
         "Examples:\n"
         "  ogmprobe sync film.ogm\n"
@@ -94,11 +92,12 @@ inline constexpr const char* kSyncExamples =
         "  ogmprobe sync film.ogm --json | jq '.pairs[0].earliest'";
 
 inline constexpr const char* kCompareExamples =
-        "Both are played to their ends. Compared are the container, the tracks' formats, of each\n"
-        "packet time, sync flag, size and bytes, the ends, and the log where asked for. The first\n"
-        "difference is told in one line; packets count from 0. A packet is \"only in\" one of the\n"
-        "two if the other has none with the same time, sync flag and bytes. A file that one\n"
-        "plug-in takes and the other does not is a difference too.\n"
+        "Both are played to their ends. The container, the tracks' formats, each packet's time,\n"
+        "sync flag, size and bytes, the ends, and on request the log are compared. The first\n"
+        "difference is shown on one line; packets are numbered from 0. A packet is \"only in\" "
+        "one\n"
+        "of the two if the other has none with the same time, sync flag and bytes. It is a\n"
+        "difference too if only one plug-in accepts the file.\n"
         "\n"
         "Examples:\n"
         "  ogmprobe compare film.ogm copy.ogm\n"
@@ -107,10 +106,10 @@ inline constexpr const char* kCompareExamples =
         "  ogmprobe compare film.ogm copy.ogm --json | jq '.differences[0]'";
 
 inline constexpr const char* kCheckExamples =
-        "Each file is opened and played to its end as by explain; what comes out is held against\n"
+        "Each file is opened and played to its end as by explain; the result is compared with\n"
         "what decoders need and declare. The verdict of a file is the worst of its tracks: "
         "\"plays\",\n"
-        "\"plays with faults\" (exit code 6), \"does not play\" (7). Of several files each has a "
+        "\"plays with faults\" (exit code 6), \"does not play\" (7). With several files each has a "
         "line,\n"
         "and reasons are counted at the end. Without --codecs the decoders are the software "
         "decoders\n"

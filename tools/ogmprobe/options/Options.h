@@ -54,7 +54,7 @@ struct PacketsOptions {
     TrackChoice tracks;
     /** Empty: read from the beginning. */
     std::vector<int64_t> seeksUs;
-    /** At most so many buffers of each track after each seek. */
+    /** At most N buffers of each track after each seek. */
     std::optional<uint64_t> count;
     /** Only packets of these times, the second not included. */
     std::optional<int64_t> fromUs;

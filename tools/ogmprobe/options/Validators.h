@@ -23,8 +23,8 @@ inline CLI::Validator wholeNumber(uint64_t least, uint64_t most) {
                     return "";
                 }
                 return most == UINT64_MAX
-                               ? fmt::format("{} is no whole number from {} on", text, least)
-                               : fmt::format("{} is no whole number from {} to {}", text, least,
+                               ? fmt::format("{} is not a whole number from {} on", text, least)
+                               : fmt::format("{} is not a whole number from {} to {}", text, least,
                                              most);
             },
             ""};
@@ -33,7 +33,7 @@ inline CLI::Validator wholeNumber(uint64_t least, uint64_t most) {
 inline CLI::Validator secondsFromZero() {
     return {[](const std::string& text) -> std::string {
                 const auto timeUs = parseSeconds(text);
-                return timeUs && *timeUs >= 0 ? "" : text + " is no number of seconds from 0 on";
+                return timeUs && *timeUs >= 0 ? "" : text + " is not a number of seconds from 0 on";
             },
             ""};
 }
@@ -47,9 +47,10 @@ inline CLI::Validator anyName() {
 
 inline CLI::Validator time() {
     return {[](const std::string& text) -> std::string {
-                return parseTime(text) ? ""
-                                       : text + " is no time: seconds, m:ss or h:mm:ss, as 12.5 or "
-                                                "0:01:02.5";
+                return parseTime(text)
+                               ? ""
+                               : text + " is not a time: seconds, m:ss or h:mm:ss, as 12.5 or "
+                                        "0:01:02.5";
             },
             ""};
 }

@@ -118,13 +118,13 @@ std::string overdueSentence(StandstillWatch::State state, StandstillWatch::Durat
     const std::string place = inFunction(vitals.function.get());
     if (state == StandstillWatch::State::kStandsStill) {
         return fmt::format(
-                "the extractor is stuck{}: no read of the file and no buffer came to an end in "
+                "the extractor is stuck{}: no read of the file and no buffer was finished in "
                 "{:g} "
                 "s; --timeout allows more",
                 place, limit.count());
     }
     return fmt::format(
-            "the extractor has not come to an end{}: still searching at {} of {} after {:g} s; "
+            "the extractor has not finished{}: still searching at {} of {} after {:g} s; "
             "--timeout allows more",
             place, sizeText(static_cast<uint64_t>(vitals.run().lastOffset())),
             sizeText(vitals.fileSize.get()), limit.count() * StandstillWatch::kBusyFactor);

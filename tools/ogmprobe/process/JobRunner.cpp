@@ -98,7 +98,7 @@ std::filesystem::path pluginPath(const GlobalOptions& options) {
     const auto found = PluginLibrary::findBeside(program.parent_path());
     if (!found) {
         throw ProbeError(ExitCode::kFile,
-                         "no plug-in lies beside this program; name one with --plugin");
+                         "there is no plug-in beside this program; name one with --plugin");
     }
     return *found;
 }

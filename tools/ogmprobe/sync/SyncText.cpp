@@ -90,7 +90,7 @@ std::string pairSentence(const FileSync& sync, const PairSync& pair) {
     }
     if (!isWorthTelling(worst)) {
         return audio + " keeps with the video" +
-               (pair.deviation.exact < pair.deviation.compared ? " as far as the pages tell" : "");
+               (pair.deviation.exact < pair.deviation.compared ? " as far as the pages show" : "");
     }
     return audio + " runs " + amountText(worst);
 }
@@ -104,12 +104,12 @@ std::string trackSentence(const TrackSync& track) {
     const Worst worst = worstOf(track);
     const std::string name = fmt::format("track {} ({})", track.track, kindName(track.kind));
     if (track.deviation.compared == 0) {
-        return name + (comesOut(track) ? ": the pages tell no time of what comes out"
-                                       : ": nothing of what the pages hold comes out");
+        return name + (comesOut(track) ? ": the pages have no times for what is returned"
+                                       : ": nothing on the pages is returned");
     }
     if (!isWorthTelling(worst)) {
         return name + " has the times of the pages" +
-               (track.deviation.exact < track.deviation.compared ? " as far as they tell" : "");
+               (track.deviation.exact < track.deviation.compared ? " as far as they show" : "");
     }
     return name + " is " + amountText(worst);
 }
@@ -168,13 +168,13 @@ std::string readingSentence(const TrackSync& track) {
     const std::string others = track.isReadLikeOthers ? ", as in the other streams" : "";
     switch (track.reading) {
         case GranuleReading::kEnd:
-            return "its granule positions tell where packets end" + others;
+            return "its granule positions say where packets end" + others;
         case GranuleReading::kBeginning:
-            return "its granule positions tell where packets begin" + others;
+            return "its granule positions say where packets begin" + others;
         case GranuleReading::kUnknown:
             break;
     }
-    return "its granule positions may tell where packets begin or where they end";
+    return "its granule positions may say where packets begin or where they end";
 }
 
 std::string contentSentence(const TrackSync& track) {
@@ -191,7 +191,7 @@ std::string contentSentence(const TrackSync& track) {
 }  // namespace
 
 std::string worstSentence(const FileSync& sync) {
-    std::string sentence = "no track that the pages tell of";
+    std::string sentence = "no track with times on the pages";
     std::optional<double> most;
     const auto consider = [&](const Worst& worst, const std::string& text) {
         const double magnitude = std::abs(static_cast<double>(worst.lateUs));
@@ -211,7 +211,7 @@ std::string worstSentence(const FileSync& sync) {
 
 std::string syncText(const FileSync& sync, bool color) {
     if (sync.tracks.empty()) {
-        return "No track that the pages tell of.\n";
+        return "No track with times on the pages.\n";
     }
     std::string text = tableText(sync, color);
     for (const TrackSync& track : sync.tracks) {

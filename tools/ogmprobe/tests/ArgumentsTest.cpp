@@ -158,17 +158,17 @@ TEST_F(ArgumentsTest, SaysInOneLineWhichValuesMakeSense) {
                  {{"packets", "a", "--from", "5", "--to", "1"},
                   "--to: the time is not after that of --from"},
                  {{"extract", "a", "-o", ""}, "--output: an empty name"},
-                 {{"packets", "a", "--count", "-1"}, "--count: -1 is no whole number from 1 on"},
+                 {{"packets", "a", "--count", "-1"}, "--count: -1 is not a whole number from 1 on"},
                  {{"packets", "a", "--track", "abc"},
-                  "--track: abc is no whole number from 0 to 100000"},
+                  "--track: abc is not a whole number from 0 to 100000"},
                  {{"info", "a", "--timeout", "abc"},
-                  "--timeout: abc is no number of seconds from 0 on"},
+                  "--timeout: abc is not a number of seconds from 0 on"},
                  {{"seektest", "a", "--steps", "0"},
-                  "--steps: 0 is no whole number from 1 to 1000000"},
+                  "--steps: 0 is not a whole number from 1 to 1000000"},
                  {{"packets", "a", "--seek", "soon"},
-                  "--seek: soon is no time: seconds, m:ss or h:mm:ss, as 12.5 or 0:01:02.5"},
-                 {{"inof", "a"}, "inof is no command and no file; did you mean info?"},
-                 {{"frobnicate"}, "frobnicate is no command and no file"}}) {
+                  "--seek: soon is not a time: seconds, m:ss or h:mm:ss, as 12.5 or 0:01:02.5"},
+                 {{"inof", "a"}, "inof is neither a command nor a file; did you mean info?"},
+                 {{"frobnicate"}, "frobnicate is neither a command nor a file"}}) {
         mErr.str("");
         expectUsageError(arguments);
         EXPECT_EQ(mErr.str(), std::string("ogmprobe: error: ") + line + "\n");

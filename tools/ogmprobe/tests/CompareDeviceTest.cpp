@@ -90,7 +90,7 @@ class DeviceFile {
     std::vector<json> mLines;
 };
 
-TEST(CompareDevice, ThatHandsOutTheSameHasNoDifference) {
+TEST(CompareDevice, ThatReturnsTheSameHasNoDifference) {
     const DeviceFile file;
     const auto result = file.run();
     EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
@@ -138,7 +138,7 @@ TEST(CompareDevice, ADumpThatBreaksOffIsADifference) {
     EXPECT_THAT(result.out, HasSubstr("\"the dump has no end line\" in B"));
 }
 
-TEST(CompareDevice, WhatWentWrongThereIsTold) {
+TEST(CompareDevice, AFailureThereIsReported) {
     DeviceFile file;
     file.lines().erase(file.lines().begin() + 1, file.lines().end());
     file.lines().push_back({{"type", "end"},
@@ -181,7 +181,7 @@ TEST(CompareDevice, WhatIsNoDumpIsRefused) {
                 HasSubstr("line 2: it was made with seeks, which are not compared"));
 }
 
-TEST(CompareDevice, GoesWithoutWhatADeviceDoesNotTell) {
+TEST(CompareDevice, IgnoresWhatADeviceDoesNotReport) {
     for (const char* option : {"--reads", "--logs", "--plugin-b=x"}) {
         EXPECT_EQ(runProbe({"compare", "a.ogm", "--device", "d", option}).exitCode, 1) << option;
     }

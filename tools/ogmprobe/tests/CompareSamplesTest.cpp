@@ -59,7 +59,7 @@ TEST(CompareSamples, WhatACutTailLacksIsOnlyInTheWholeFile) {
                                          "only in A\n"));
 }
 
-TEST(CompareSamples, ALogLineThatDiffersIsToldWithItsCall) {
+TEST(CompareSamples, ALogLineThatDiffersIsReportedWithItsCall) {
     const EditedSample renamed([](Bytes& bytes) { bytes[pageOffsets(bytes)[2] + 4] = 1; });
     const auto document = nlohmann::json::parse(renamed.run({"--logs", "--json"}).out);
     const auto& last = document["differences"].back();

@@ -77,7 +77,7 @@ TEST(Compare, OfEqualFilesSaysWhatIsEqual) {
     EXPECT_THAT(result.err, IsEmpty());
 }
 
-TEST(Compare, TellsTheFirstDifferenceInOneLineAndSumsUpEachTrack) {
+TEST(Compare, ShowsTheFirstDifferenceOnOneLineAndSumsUpEachTrack) {
     const Pair pair(original(), withBuffer(1, "hex", "020304"));
     const ProcessResult result = pair.run({"--color", "never"});
     EXPECT_EQ(result.exitCode, 5);
@@ -125,7 +125,7 @@ TEST(Compare, FindsPacketsThatOneSideLacks) {
                                            {"first_difference", 2}}));
 }
 
-TEST(Compare, TellsPacketsOfTheSmallestTimeFirst) {
+TEST(Compare, ShowsPacketsOfTheSmallestTimeFirst) {
     json other = withBuffer(1, "hex", "ff");
     other["tracks"][1]["buffers"][1]["sync"] = 0;
     const auto differences = Pair(original(), other).differences();
@@ -183,12 +183,11 @@ TEST(Compare, CutsShortWhatNeverEnds) {
     EXPECT_EQ(document["errors"][0],
               json({{"exit_code", 4},
                     {"message",
-                     "the extractor never ends: it has handed out many times the bytes "
-                     "of the file"},
+                     "the extractor never ends: it has returned many times the bytes of the file"},
                     {"side", "a"}}));
 }
 
-TEST(Compare, CountsAFileThatIsTakenOnOneSideOnlyAsDifferent) {
+TEST(Compare, AFileThatOnlyOneSideAcceptsIsADifference) {
     const json other = {{"fake", false}};
     EXPECT_THAT(Pair(original(), other).differences(),
                 ElementsAre("opening: taken in A, \"not recognised by the Fake Extractor\" in B"));
@@ -329,7 +328,7 @@ TEST(Compare, FindsASeekThatLandsElsewhere) {
     EXPECT_EQ(all["differences"][0]["kind"], "seek");
 }
 
-TEST(Compare, TellsAShiftAsOne) {
+TEST(Compare, ReportsAShiftAsOneDifference) {
     json later = original();
     for (json& buffer : later["tracks"][1]["buffers"]) {
         buffer["time_us"] = buffer["time_us"].get<int64_t>() + 26122;
@@ -337,7 +336,7 @@ TEST(Compare, TellsAShiftAsOne) {
     const json all = Pair(original(), later).document(5);
     ASSERT_EQ(all["differences"].size(), 1U);
     EXPECT_EQ(all["differences"][0]["text"],
-              "track 1: B is 0.026122 s later than A from packet 0 on, and else the same");
+              "track 1: B is 0.026122 s later than A from packet 0 on, and otherwise the same");
     EXPECT_EQ(all["differences"][0]["shift_us"], 26122);
 }
 

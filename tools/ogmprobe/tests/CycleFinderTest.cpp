@@ -23,7 +23,7 @@ TEST(CycleFinder, FindsARoundOfOne) {
     EXPECT_GT(finder.rounds(), 90U);
 }
 
-TEST(CycleFinder, FindsARoundInWhichAnElementStandsTwiceBehindABeginningOfItsOwn) {
+TEST(CycleFinder, FindsARoundThatHoldsAnElementTwiceAfterOtherElements) {
     CycleFinder finder;
     add(finder, {90, 91, 92, 93, 94});
     for (int i = 0; i < 1000; ++i) {
@@ -41,7 +41,7 @@ TEST(CycleFinder, FindsNothingInWhatNeverComesBack) {
     EXPECT_LE(finder.rounds(), 1U);
 }
 
-TEST(CycleFinder, BeginsAnewWithEachDifference) {
+TEST(CycleFinder, BeginsAgainWithEachDifference) {
     CycleFinder finder;
     for (int i = 0; i < 1000; ++i) {
         finder.add(7);

@@ -38,13 +38,13 @@ void expectDeath(const ProcessResult& result, const std::string& message) {
     EXPECT_THAT(result.err, HasSubstr("a.fake: the extractor " + message + "\n"));
 }
 
-TEST(Death, OfACrashIsToldWithTheSignalAndTheCall) {
+TEST(Death, OfACrashIsReportedWithTheSignalAndTheCall) {
     expectDeath(packetsEndingWith("crash"), "died in read: Segmentation fault (SIGSEGV)");
     expectDeath(packetsEndingWith("overflow"), "died in read: Segmentation fault (SIGSEGV)");
     expectDeath(packetsEndingWith("abort"), "died in read: Aborted (SIGABRT)");
 }
 
-TEST(Death, OfAnAssertionIsToldWithItsTextAlone) {
+TEST(Death, OfAnAssertionIsReportedWithItsTextOnly) {
     const ProcessResult result = packetsEndingWith("assert");
     expectDeath(result, "died in read: CHECK(fake) failed.");
     if (!kSanitized) {
@@ -61,22 +61,22 @@ TEST(Death, ByASanitizerKeepsItsReport) {
     EXPECT_THAT(result.err, HasSubstr("AddressSanitizer: heap-buffer-overflow"));
 }
 
-TEST(Death, OfAnExceptionThatLeavesThePluginIsToldWithItsText) {
+TEST(Death, OfAnExceptionThatLeavesThePluginIsReportedWithItsText) {
     expectDeath(packetsEndingWith("throw"), "died in read: a fake exception");
 }
 
-TEST(Death, ByASignalThatCannotBeCaughtIsTold) {
+TEST(Death, ByASignalThatCannotBeCaughtIsReported) {
     expectDeath(packetsEndingWith("kill"), "died in read: Killed (SIGKILL)");
 }
 
-TEST(Death, ByAnExitIsToldWithItsCode) {
+TEST(Death, ByAnExitIsReportedWithItsCode) {
     if (kSanitized) {
         GTEST_SKIP() << "the search for leaks at the exit makes forbidden system calls";
     }
     expectDeath(packetsEndingWith("exit"), "died in read: it ended the process with exit code 7");
 }
 
-TEST(Death, OfTakingAllMemoryIsToldWithTheLimit) {
+TEST(Death, OfTakingAllMemoryIsReportedWithTheLimit) {
     if (kSanitized) {
         GTEST_SKIP() << "there is no limit beside a sanitizer's shadow memory";
     }
@@ -91,7 +91,7 @@ TEST(Death, OfWritingAllOverMemoryIsNoticed) {
     for (const char* mischief : {"scribble", "scribble noise", "scribble and hang"}) {
         const ProcessResult result = packetsEndingWith(mischief);
         EXPECT_EQ(result.exitCode, 4) << mischief;
-        // The extractor goes on until the damage is seen, so the call that is told may be any.
+        // The extractor continues until the damage is seen, so any call may be reported.
         EXPECT_THAT(result.err, ContainsRegex("a\\.fake: the extractor died( in [A-Za-z' ]+)?: it "
                                               "overwrote memory that is not its own"))
                 << mischief;
@@ -185,23 +185,23 @@ TEST(Death, KeepsTheSeeksOfASeekTest) {
 // Short, but far longer than a healthy call takes under a sanitizer.
 constexpr const char* kShort = "0.5";
 
-TEST(Standstill, IsTakenForBeingStuck) {
+TEST(Standstill, IsReportedAsStuck) {
     for (const char* mischief : {"hang", "compute", "close"}) {
         expectDeath(packetsOf(videoThatEndsWith(mischief), {"--timeout", kShort}),
-                    "is stuck in read: no read of the file and no buffer came to an end in 0.5 s; "
+                    "is stuck in read: no read of the file and no buffer was finished in 0.5 s; "
                     "--timeout allows more");
     }
 }
 
-TEST(Standstill, WhileCreatingIsTakenForBeingStuck) {
+TEST(Standstill, WhileCreatingIsReportedAsStuck) {
     auto script = fakeFile({});
     script["create"] = "hang";
     expectDeath(packetsOf(script, {"--timeout", kShort}),
-                "is stuck in create: no read of the file and no buffer came to an end in 0.5 s; "
+                "is stuck in create: no read of the file and no buffer was finished in 0.5 s; "
                 "--timeout allows more");
 }
 
-TEST(ReadingWithoutEnd, IsTakenForBeingStuckWhenTheSameReadsAreRepeated) {
+TEST(ReadingWithoutEnd, IsReportedAsStuckWhenTheSameReadsAreRepeated) {
     const ProcessResult result = packetsOf(videoThatEndsWith("spin"), {"--timeout", "0.5"});
     EXPECT_EQ(result.exitCode, 4);
     EXPECT_THAT(result.err,
@@ -213,7 +213,7 @@ TEST(ReadingWithoutEnd, IsTakenForBeingStuckWhenTheSameReadsAreRepeated) {
 TEST(ReadingWithoutEnd, IsNotCalledStuckWhereItMayComeToAnEnd) {
     const ProcessResult result = packetsOf(videoThatEndsWith("wander"), {"--timeout", "0.1"});
     EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.err, ContainsRegex("a\\.fake: the extractor has not come to an end in read: "
+    EXPECT_THAT(result.err, ContainsRegex("a\\.fake: the extractor has not finished in read: "
                                           "still searching at [0-9]+ B of [0-9]+ B after 1 s; "
                                           "--timeout allows more"));
     EXPECT_THAT(result.err, Not(HasSubstr("stuck")));
@@ -225,7 +225,7 @@ std::string debugLog() {
 }
 
 #ifdef OGMPROBE_EMULATOR
-TEST(Confinement, IsToldToBeMissing) {
+TEST(Confinement, IsReportedToBeMissing) {
     EXPECT_THAT(debugLog(), HasSubstr("system calls are not filtered: "));
 }
 #else

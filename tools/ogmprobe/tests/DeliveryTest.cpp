@@ -51,7 +51,7 @@ TEST(Delivery, FindsUnitsThatAreLost) {
     EXPECT_THAT(delivery.foreign, IsEmpty());
 }
 
-TEST(Delivery, TellsRepeatedFromForeignBuffers) {
+TEST(Delivery, DistinguishesRepeatedFromForeignBuffers) {
     const auto delivery = deliveryOf(unitsOf({"one", "two", "three"}),
                                      buffersOf({"one", "two", "one", "noise", "three"}));
     EXPECT_THAT(placesIn(delivery), ElementsAre(0, 1, 4));

@@ -37,7 +37,7 @@ TEST(ExplainDamage, OfACapturePatternSkipsThePage) {
                 HasSubstr("offset 59134, 0.960000 to 1.018775 s\n    5342 bytes"));
 }
 
-TEST(ExplainDamage, BehindTheLastPageIsToldAsSuch) {
+TEST(ExplainDamage, AfterTheLastPageIsReportedAsSuch) {
     OgmFile file = oneVideoOneAudioFile();
     const size_t junk = file.addJunk(10);
     ExplainedFile(file.bytes())
@@ -47,7 +47,7 @@ TEST(ExplainDamage, BehindTheLastPageIsToldAsSuch) {
                        "");
 }
 
-TEST(ExplainDamage, AtManyPlacesIsToldAsAWhole) {
+TEST(ExplainDamage, AtManyPlacesIsReportedAsAWhole) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     file.addData(kVideo, 1, dataPacket(kSyncPacket, pattern(50, 1)));
@@ -62,14 +62,14 @@ TEST(ExplainDamage, AtManyPlacesIsToldAsAWhole) {
                        "*** Skip 5 bytes of junk from 160 to reach page start ***");
 }
 
-TEST(ExplainDamage, OfAPageHeaderEndsPlayingInFrontOfIt) {
+TEST(ExplainDamage, OfAPageHeaderEndsPlayingBeforeIt) {
     Bytes bytes = sampleBytes(kSample);
     bytes[pageOffsets(bytes)[kPage] + 4] = 1;
     const ExplainedFile file(bytes);
     file.expectOne("page-header-damaged",
                    "The header of the page at offset 59134 has version 1, so it cannot be read; a "
-                   "search for streams or for the duration ends here. Playing ends in front of it: "
-                   "the search for the next page of a stream cannot pass.",
+                   "search for streams or for the duration ends here. Playing ends before it: the "
+                   "search for the next page of a stream cannot pass it.",
                    "Version Error, verison should be 0 but 1");
     const auto unread = file.findings("pages-not-read");
     ASSERT_EQ(unread.size(), 2U);
@@ -95,17 +95,17 @@ OgmFile damagedBehindPagesWithoutTrack(size_t pages) {
     return file;
 }
 
-TEST(ExplainDamage, OfAPageHeaderBehindPagesWithoutATrackLeadsBack) {
+TEST(ExplainDamage, OfAPageHeaderAfterPagesWithoutATrackLeadsBack) {
     const ExplainedFile file(damagedBehindPagesWithoutTrack(2).bytes());
     file.expectOne("page-header-damaged",
                    "The header of the page at offset 1298 has undefined flags (0x10), so it cannot "
-                   "be read; a search for streams or for the duration ends here. Playing goes on "
-                   "some 10000 bytes in front of it and cuts bytes out of it by the lacing of the "
-                   "page before: garbage comes out, or packets come again.",
+                   "be read; a search for streams or for the duration ends here. Playing continues "
+                   "some 10000 bytes before it and cuts packets there by the lacing of the page "
+                   "before: garbage is returned, or packets are repeated.",
                    "Flag only bits 0-2 are defined in version 0");
 }
 
-TEST(ExplainDamage, ThatPlayingDoesNotComeToIsToldAsSuch) {
+TEST(ExplainDamage, ThatPlayingDoesNotReachIsReportedAsSuch) {
     Bytes bytes = sampleBytes(kSample);
     const auto offsets = pageOffsets(bytes);
     bytes[offsets[kPage] + 4] = 1;
@@ -115,7 +115,7 @@ TEST(ExplainDamage, ThatPlayingDoesNotComeToIsToldAsSuch) {
     EXPECT_EQ(found[1]["text"], "The header of the page at offset " +
                                         std::to_string(offsets[kPage + 5]) +
                                         " has undefined flags (0x80), so it cannot be read. "
-                                        "Playing did not come here.");
+                                        "Playing did not reach it.");
 }
 
 TEST(ExplainDamage, ThatLeadsBackForEverIsAnEndlessReading) {
@@ -127,10 +127,10 @@ TEST(ExplainDamage, ThatLeadsBackForEverIsAnEndlessReading) {
     const auto found = file.findings("extractor-ended");
     ASSERT_EQ(found.size(), 1U);
     EXPECT_THAT(found[0]["text"].get<std::string>(),
-                StartsWith("Playing came to no end: the extractor never ends: it comes back to "));
+                StartsWith("Playing did not end: the extractor never ends: it comes back to "));
 }
 
-TEST(ExplainDamage, OfTheFilesEndIsToldWithWhatIsMissing) {
+TEST(ExplainDamage, OfTheFilesEndIsReportedWithTheMissingBytes) {
     const Bytes bytes = sampleBytes(kSample);
     const auto finding =
             ExplainedFile(head(bytes, bytes.size() - 1000))
@@ -141,7 +141,7 @@ TEST(ExplainDamage, OfTheFilesEndIsToldWithWhatIsMissing) {
     EXPECT_EQ(finding["bytes"], 675);
 }
 
-TEST(ExplainDamage, OfAPagesBytesIsToldByItsChecksum) {
+TEST(ExplainDamage, OfAPagesBytesIsReportedByItsChecksum) {
     Bytes bytes = sampleBytes(kSample);
     const auto offsets = pageOffsets(bytes);
     bytes[offsets[1] + 80] ^= 1;
@@ -153,10 +153,10 @@ TEST(ExplainDamage, OfAPagesBytesIsToldByItsChecksum) {
               "it.");
     EXPECT_EQ(found[1]["text"],
               "The page of track 0 at offset 59134 has a wrong checksum: the plug-in does not "
-              "check it, so what is damaged comes out as it is.");
+              "check it, so damaged data is returned unchanged.");
 }
 
-TEST(ExplainDamage, OfManyPagesIsToldAsAWhole) {
+TEST(ExplainDamage, OfManyPagesIsReportedAsAWhole) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     for (int i = 1; i <= 12; ++i) {
@@ -165,20 +165,19 @@ TEST(ExplainDamage, OfManyPagesIsToldAsAWhole) {
     ExplainedFile(file.bytes())
             .expectOne("checksum-wrong",
                        "12 of 13 pages have a wrong checksum, the first at offset 81: the plug-in "
-                       "does not check it, so what is damaged comes out as it is.",
+                       "does not check it, so damaged data is returned unchanged.",
                        "");
 }
 
-TEST(ExplainDamage, MissingPagesAreToldByTheirNumbers) {
+TEST(ExplainDamage, MissingPagesAreReportedByTheirNumbers) {
     Bytes bytes = sampleBytes(kSample);
     const auto offsets = pageOffsets(bytes);
     bytes.erase(bytes.begin() + static_cast<ptrdiff_t>(offsets[kPage]),
                 bytes.begin() + static_cast<ptrdiff_t>(offsets[kPage + 1]));
-    const auto finding =
-            ExplainedFile(bytes).expectOne("pages-missing",
-                                           "In front of offset 59134, 1 page of track 0 is "
-                                           "missing.",
-                                           "");
+    const auto finding = ExplainedFile(bytes).expectOne("pages-missing",
+                                                        "Before offset 59134, 1 page of track 0 is "
+                                                        "missing.",
+                                                        "");
     EXPECT_EQ(finding["time_us"], 640000);
     EXPECT_EQ(finding["until_us"], 960000);
 }
@@ -189,15 +188,15 @@ TEST(ExplainDamage, PacketsAreDroppedWhereTheGranuleFalls) {
     ExplainedFile(withGranule(bytes, page, 1000))
             .expectOne("packets-dropped",
                        "2 packets of track 0 on the page at offset 64476 are dropped: the granule "
-                       "position falls from 1000 to 24 at offset 64476, and packets count only "
+                       "position falls from 1000 to 24 at offset 64476, and packets are used only "
                        "once it rises again.",
                        kDropped);
     ExplainedFile(withGranule(bytes, page, ~uint64_t{0}))
             .expectOne("packets-dropped",
                        "2 packets of track 0 on the page at offset 64476 are dropped: the granule "
                        "position falls from -1 to 24 at offset 64476 (-1, for a page on which no "
-                       "packet ends, counts as the largest), and packets count only once it rises "
-                       "again.",
+                       "packet ends, is taken as the largest), and packets are used only once it "
+                       "rises again.",
                        kDropped);
 }
 
@@ -223,7 +222,7 @@ void expectAudioLoss(const OgmFile& file, const std::string& id, const std::stri
     EXPECT_THAT(found[0]["log"]["text"].get<std::string>(), StartsWith(line));
 }
 
-TEST(ExplainDamage, OfAudioFramesIsToldWithItsKind) {
+TEST(ExplainDamage, OfAudioFramesIsReportedWithItsKind) {
     std::vector<Bytes> mp3(20, MpegAudioFrame().bytes());
     mp3[5] = filled(100, 0x11);
     expectAudioLoss(audioFile("0055", mp3), "audio-without-sync",

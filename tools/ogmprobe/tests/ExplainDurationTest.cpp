@@ -24,8 +24,8 @@ TEST(ExplainDuration, OfAShortFileIsUnknown) {
     const ExplainedFile file(sampleBytes(kSample));
     file.expectOne("duration-unknown-short-file",
                    "The duration is unknown: the plug-in looks for it in the last 650520 bytes, "
-                   "and for a file of 206453 bytes it asks for some in front of the beginning, "
-                   "which is refused.",
+                   "and for a file of 206453 bytes it asks for bytes before the beginning, which "
+                   "is refused.",
                    "parseMaxTime:Cannot find a page start, from -444067");
 }
 
@@ -36,21 +36,21 @@ TEST(ExplainDuration, IsUnknownWithoutATrackInTheTail) {
     const auto finding = ExplainedFile(file.bytes())
                                  .expectOne("duration-unknown",
                                             "The duration is unknown: the last 650520 bytes hold "
-                                            "no page of a track that tells a time before the place "
+                                            "no page of a track with a time before the place "
                                             "where the search ends.",
                                             "parseMaxTime: This logic stream[9] is not exist in "
                                             "mTracks");
     EXPECT_EQ(finding["offset"], file.size() - 650520);
 }
 
-TEST(ExplainDuration, FromAGranuleOfMinus1IsToldWithItsPage) {
+TEST(ExplainDuration, FromAGranuleOfMinus1IsReportedWithItsPage) {
     const Bytes bytes = sampleBytes(kLongSample);
     const size_t page = pageFromEnd(bytes, 0, 2);
     const auto finding =
             ExplainedFile(withGranule(bytes, page, ~uint64_t{0}))
                     .expectOne("duration-from-granule-minus-1",
-                               "The duration is said to be 1844674407370.915161 s, but the last "
-                               "pages tell 90.044081 s: the page at offset " +
+                               "The plug-in reports a duration of 1844674407370.915161 s, but the "
+                               "last pages say 90.044081 s: the page at offset " +
                                        std::to_string(page) +
                                        " has granule position -1 (no packet ends on it), which the "
                                        "plug-in takes for a time.",
@@ -59,16 +59,17 @@ TEST(ExplainDuration, FromAGranuleOfMinus1IsToldWithItsPage) {
     EXPECT_EQ(finding["track"], 0);
 }
 
-TEST(ExplainDuration, FromAStrayGranuleIsToldWithItsPage) {
+TEST(ExplainDuration, FromAStrayGranuleIsReportedWithItsPage) {
     const Bytes bytes = sampleBytes(kLongSample);
     const size_t page = pageFromEnd(bytes, 0, 30);
     ExplainedFile(withGranule(bytes, page, 90000))
-            .expectOne("duration-from-stray-granule",
-                       "The duration is said to be 3600.000000 s, but the last pages tell "
-                       "90.044081 s: the granule position of the page at offset " +
-                               std::to_string(page) +
-                               " is larger than those that follow, and the largest counts.",
-                       "File duration is 3600000000 us");
+            .expectOne(
+                    "duration-from-stray-granule",
+                    "The plug-in reports a duration of 3600.000000 s, but the last pages say "
+                    "90.044081 s: the granule position of the page at offset " +
+                            std::to_string(page) +
+                            " is larger than those that follow, and the plug-in uses the largest.",
+                    "File duration is 3600000000 us");
 }
 
 TEST(ExplainDuration, IsTooShortWhereTheSearchEndsEarly) {
@@ -78,13 +79,13 @@ TEST(ExplainDuration, IsTooShortWhereTheSearchEndsEarly) {
     const auto found = ExplainedFile(bytes).findings("duration-too-short");
     ASSERT_EQ(found.size(), 1U);
     EXPECT_THAT(found[0]["text"].get<std::string>(),
-                testing::EndsWith(" but the last pages tell 90.044081 s: the search through the "
+                testing::EndsWith(" but the last pages say 90.044081 s: the search through the "
                                   "end of the file stopped before the last page."));
     EXPECT_EQ(found[0]["log"]["text"],
               "parseMaxTime:Cannot read a page header, at " + std::to_string(page));
 }
 
-TEST(ExplainDuration, OfAnOrdinaryLongFileIsNotTold) {
+TEST(ExplainDuration, OfAnOrdinaryLongFileIsNotReported) {
     const ExplainedFile file(sampleBytes(kLongSample));
     EXPECT_THAT(file.run().out, testing::Not(testing::HasSubstr("duration")));
 }

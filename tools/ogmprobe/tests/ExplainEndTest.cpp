@@ -19,8 +19,8 @@ TEST(ExplainEnd, LastPacketsAreWithheldAsAlways) {
     const auto found = file.findings("last-packets-withheld");
     ASSERT_EQ(found.size(), 2U);
     EXPECT_EQ(found[0]["text"],
-              "The last packets of track 0 do not come out: a stream's last page (here with 4 "
-              "packets) is never read, and the packet in front of it stays open.");
+              "The last packets of track 0 are not returned: a stream's last page (here with 4 "
+              "packets) is never read, and the packet before it stays open.");
     EXPECT_EQ(found[0]["usual"], true);
     EXPECT_THAT(found[0]["log"]["text"].get<std::string>(),
                 StartsWith("getNextGranulePosition: Cannot find a page start"));
@@ -39,35 +39,36 @@ TEST(ExplainEnd, AllReadingStopsAtTheFirstLastPage) {
     EXPECT_EQ(ExplainedFile(sampleBytes(kSample)).findings("pages-not-read")[0]["usual"], true);
 }
 
-TEST(ExplainEnd, ATrackWithoutPacketsIsTold) {
+TEST(ExplainEnd, ATrackWithoutPacketsIsReported) {
     OgmFile file = videoAndAudio(20, 2);
     file.addHeader(3, AudioHeader());
     const auto found = ExplainedFile(file.bytes()).findings("track-without-packets");
     ASSERT_EQ(found.size(), 3U);
     EXPECT_EQ(found[0]["text"],
-              "Track 0 gives no packet: all reading stops at the first page that is the last one "
+              "Track 0 returns no packet: all reading stops at the first page that is the last one "
               "of its stream, here at offset " +
                       std::to_string(pageOffsets(file.bytes())[2 + 3]) + " (track 1).");
     EXPECT_EQ(found[1]["text"],
-              "Track 1 gives no packet: its 2 pages hold 1 packet left in the queue, 1 on the "
+              "Track 1 returns no packet: its 2 pages hold 1 packet left in the queue, 1 on the "
               "stream's last page.");
-    EXPECT_EQ(found[2]["text"], "Track 2 gives no packet: no page holds any of its data.");
+    EXPECT_EQ(found[2]["text"], "Track 2 returns no packet: no page holds any of its data.");
 
     Bytes damaged = sampleBytes(kSample);
     damaged[pageOffsets(damaged)[1] + 4] = 1;
     ExplainedFile(damaged).expectOne(
             "track-without-packets",
-            "Track 0 gives no packet: reading ended at the damaged page header at offset 85.",
+            "Track 0 returns no packet: reading ended at the damaged page header at offset 85.",
             "getNextGranulePosition:Cannot read a page header, at 0x00000055");
 }
 
-TEST(ExplainEnd, ATrackWhoseSerialNumberIsAnnouncedAgainIsTold) {
+TEST(ExplainEnd, ATrackWhoseSerialNumberIsAnnouncedAgainIsReported) {
     const Bytes once = sampleBytes(kSample);
     const auto found = ExplainedFile(joined({once, once})).findings("serial-number-twice");
     ASSERT_EQ(found.size(), 2U);
-    EXPECT_EQ(found[1]["text"],
-              "Track 1 gives no packet: its serial number 1 is announced again for track 3, which "
-              "gets the packets of both.");
+    EXPECT_EQ(
+            found[1]["text"],
+            "Track 1 returns no packet: its serial number 1 is announced again for track 3, which "
+            "gets the packets of both.");
     EXPECT_EQ(found[1]["offset"], once.size() + 85);
 }
 
@@ -75,7 +76,7 @@ TEST(ExplainEnd, ACommentHeaderComesOutFirst) {
     const auto finding = ExplainedFile(sampleBytes(kSample))
                                  .expectOne("comment-header-comes-out",
                                             "The first buffer of track 0 is its comment header, "
-                                            "which is handed out like a frame.",
+                                            "which is returned like a frame.",
                                             "");
     EXPECT_EQ(finding["usual"], true);
 }
@@ -90,7 +91,7 @@ nlohmann::json fakeFindings(const nlohmann::json& end, int exitCode) {
     return nlohmann::json::parse(result.out)["findings"];
 }
 
-TEST(ExplainEnd, AReadingThatFailsIsTold) {
+TEST(ExplainEnd, AFailedReadIsReported) {
     const auto findings = fakeFindings(-10007, 2);
     ASSERT_EQ(findings.size(), 1U);
     EXPECT_EQ(findings[0]["id"], "reading-failed");
@@ -103,12 +104,12 @@ TEST(ExplainEnd, OfAFileThatIsNotOggNothingIsSaidToBeProved) {
     EXPECT_EQ(result.out, "nothing found to explain, but no packets counted\n");
 }
 
-TEST(ExplainEnd, ADeathIsToldWithTheLastRead) {
+TEST(ExplainEnd, ADeathIsReportedWithTheLastRead) {
     const auto findings = fakeFindings("abort", 4);
     ASSERT_EQ(findings.size(), 1U);
     EXPECT_EQ(findings[0]["id"], "extractor-ended");
     EXPECT_EQ(findings[0]["text"],
-              "Playing came to no end: the extractor died in read: Aborted (SIGABRT). The last "
+              "Playing did not end: the extractor died in read: Aborted (SIGABRT). The last "
               "read was at offset 0.");
 }
 

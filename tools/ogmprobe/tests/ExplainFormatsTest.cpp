@@ -45,7 +45,7 @@ AudioHeader audioHeader(const std::string& tag) {
     return header;
 }
 
-TEST(ExplainFormats, AFrameRateWithoutItsFractionIsTold) {
+TEST(ExplainFormats, AFrameRateWithoutItsFractionIsReported) {
     ExplainedFile(sampleBytes("mpeg4_2997_ac3.ogm"))
             .expectOne("frame-rate-rounded",
                        "Track 0 has 29.97 frames a second, but its format says 29: the fraction is "
@@ -54,7 +54,7 @@ TEST(ExplainFormats, AFrameRateWithoutItsFractionIsTold) {
     ExplainedFile(sampleBytes("mjpeg.ogm")).expectNone("frame-rate-rounded");
 }
 
-TEST(ExplainFormats, AFrameRateThatWrapsIsTold) {
+TEST(ExplainFormats, AFrameRateThatWrapsIsReported) {
     VideoHeader header;
     header.samplesPerUnit = 1000;
     header.timeUnit = 400'000'000;
@@ -64,7 +64,7 @@ TEST(ExplainFormats, AFrameRateThatWrapsIsTold) {
                 testing::StartsWith("Track 0 has 25 frames a second, but its format says "));
 }
 
-TEST(ExplainFormats, TheBitsOfAnotherStreamAreTold) {
+TEST(ExplainFormats, TheBitsOfAnotherStreamAreReported) {
     OgmFile file;
     AudioHeader audio;
     audio.bitsPerSample = 16;
@@ -78,14 +78,14 @@ TEST(ExplainFormats, TheBitsOfAnotherStreamAreTold) {
     }
     const ExplainedFile explained(file.bytes());
     explained.expectOne("bits-of-another-stream",
-                        "Track 0 has 16 bits a sample, but is handed out as if it had 24: those of "
-                        "the stream header that was accepted last hold for all tracks.",
+                        "Track 0 has 16 bits a sample, but is returned as if it had 24: those of "
+                        "the stream header accepted last apply to all tracks.",
                         "");
     explained.expectNone("packets-missing");
     ExplainedFile(sampleBytes("mpeg4_pcm8.ogm")).expectNone("bits-of-another-stream");
 }
 
-TEST(ExplainFormats, EnhancedAc3IsTold) {
+TEST(ExplainFormats, EnhancedAc3IsReported) {
     std::vector<Bytes> frames;
     for (uint32_t i = 1; i <= 30; ++i) {
         EnhancedAc3Frame frame;
@@ -114,7 +114,7 @@ TEST(ExplainFormats, ASubstreamAddsToTheBitrateOfEnhancedAc3AndNotToItsTime) {
                 HasSubstr(" audio: E-AC-3, 48000 Hz, 6 channels, 128 kbit/s constant\n"));
 }
 
-TEST(ExplainFormats, AacWithoutAConfigurationIsTold) {
+TEST(ExplainFormats, AacWithoutAConfigurationIsReported) {
     std::vector<Bytes> packets;
     for (uint32_t i = 1; i <= 30; ++i) {
         packets.push_back(pattern(50, i));
@@ -126,7 +126,7 @@ TEST(ExplainFormats, AacWithoutAConfigurationIsTold) {
                        "");
 }
 
-TEST(ExplainFormats, TheObjectTypeOfVideoIsToldAsUsual) {
+TEST(ExplainFormats, TheObjectTypeOfVideoIsReportedAsUsual) {
     const auto finding = ExplainedFile(sampleBytes("mpeg4_b_mp3.ogm"))
                                  .expectOne("esds-object-type",
                                             "The ESDS of track 0 calls the video MPEG-4 audio "
@@ -152,7 +152,7 @@ OgmFile mpeg4File(const Bytes& configuration) {
     return file;
 }
 
-TEST(ExplainFormats, APictureSizeThatIsNotTheHeadersIsTold) {
+TEST(ExplainFormats, APictureSizeThatIsNotTheHeadersIsReported) {
     VideoObjectLayer layer;
     layer.width = 352;
     layer.height = 288;
@@ -167,15 +167,15 @@ TEST(ExplainFormats, APictureSizeThatIsNotTheHeadersIsTold) {
     same.expectNone("esds-leading-bytes");
 }
 
-TEST(ExplainFormats, APacketHeaderInTheConfigurationIsTold) {
+TEST(ExplainFormats, APacketHeaderInTheConfigurationIsReported) {
     ExplainedFile(mpeg4File(VideoObjectLayer().bytes()).bytes())
             .expectOne("esds-leading-bytes",
                        "The codec configuration of track 0 begins with a byte of the packet header "
-                       "in front of its first start code.",
+                       "before its first start code.",
                        "");
 }
 
-TEST(ExplainFormats, ARateThatIsNotTheHeadersIsTold) {
+TEST(ExplainFormats, ARateThatIsNotTheHeadersIsReported) {
     std::vector<Bytes> frames;
     for (uint32_t i = 1; i <= 30; ++i) {
         MpegAudioFrame frame;
@@ -190,7 +190,7 @@ TEST(ExplainFormats, ARateThatIsNotTheHeadersIsTold) {
     ExplainedFile(sampleBytes("mpeg4_b_mp3.ogm")).expectNone("audio-format-differs");
 }
 
-TEST(ExplainFormats, TheTypeOfAFileWithoutVideoIsToldAsUsual) {
+TEST(ExplainFormats, TheTypeOfAFileWithoutVideoIsReportedAsUsual) {
     const auto found =
             ExplainedFile(
                     audioFile(audioHeader("00FF"), std::vector<Bytes>(20, Bytes(50, 1))).bytes())
@@ -199,7 +199,7 @@ TEST(ExplainFormats, TheTypeOfAFileWithoutVideoIsToldAsUsual) {
     EXPECT_TRUE(found[0]["usual"]);
 }
 
-TEST(ExplainFormats, AnErrorLineWithoutAnErrorIsToldAsUsual) {
+TEST(ExplainFormats, AnErrorLineWithoutAnErrorIsReportedAsUsual) {
     const auto found =
             ExplainedFile(sampleBytes("mpeg4_b_mp3.ogm")).findings("error-line-without-error");
     ASSERT_EQ(found.size(), 1U);
@@ -207,7 +207,7 @@ TEST(ExplainFormats, AnErrorLineWithoutAnErrorIsToldAsUsual) {
     EXPECT_THAT(found[0]["log"]["text"].get<std::string>(), HasSubstr("mDequeueMpegAudioOgm"));
 }
 
-/** What is said of the end that the file brings about. */
+/** Returns the text about the end that the file causes. */
 std::string endOf(const Bytes& bytes) {
     const auto found = ExplainedFile(bytes).findings("extractor-ended");
     return found.empty() ? "" : found[0]["text"].get<std::string>();
@@ -234,7 +234,7 @@ TEST(ExplainFormats, WhatEndsTheExtractorIsNamed) {
     EXPECT_THAT(endOf(mpeg4File(joined({visualObjectSequence(), VideoObjectLayer().bytes(),
                                         visualObject(), Bytes(17000, 1)}))
                               .bytes()),
-                HasSubstr("More than 16361 bytes"));
+                HasSubstr("There are more than 16361 bytes"));
 }
 
 TEST(ExplainFormats, AGranulePositionThatEndsTheExtractorIsNamed) {
@@ -280,8 +280,8 @@ TEST(ExplainFormats, AFileThatBeginsWithADataPageIsNamed) {
     file.addData(kVideo, 1, dataPacket(kSyncPacket, pattern(50, 1)));
     file.addHeader(kVideo, VideoHeader());
     const auto document = ExplainedFile(file.bytes()).document({"--timeout", "0.3"});
-    EXPECT_THAT(document.dump(), HasSubstr("The file begins with a data page, and offset 0 stands "
-                                           "for a place that is not known"));
+    EXPECT_THAT(document.dump(), HasSubstr("The file begins with a data page, and offset 0 means "
+                                           "an unknown place"));
 }
 
 TEST(ExplainFormats, ASearchForAStartCodeWithoutEndIsNamed) {
@@ -293,8 +293,8 @@ TEST(ExplainFormats, ASearchForAStartCodeWithoutEndIsNamed) {
     file.addData(kVideo, 2, dataPacket(kSyncPacket, Bytes(400, 5)));
     const auto document = ExplainedFile(file.bytes()).document({"--timeout", "0.3"});
     EXPECT_THAT(document["findings"].back()["text"].get<std::string>(),
-                HasSubstr(" The search for a start code of MPEG-4 video has no end where more than "
-                          "257 bytes are at hand and none of the first 256 begins one."));
+                HasSubstr(" The search for a start code of MPEG-4 video never ends if there are "
+                          "more than 257 bytes and none of the first 256 begins one."));
 }
 
 TEST(ExplainFormats, AFileWithoutADataPageIsNamed) {
@@ -318,7 +318,7 @@ TEST(ExplainFormats, TheBuffersOfWidenedPcmAreToldAsUsual) {
     ExplainedFile(sampleBytes("divx3_pcm16.ogm")).expectNone("pcm8-time-alone");
 }
 
-TEST(ExplainFormats, WhatJunkCostsIsToldAsUsual) {
+TEST(ExplainFormats, TheCostOfJunkIsReportedAsUsual) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     addVideo(file, 10);
@@ -340,7 +340,7 @@ TEST(ExplainFormats, AnAc3FrameOfNoSizeIsNamed) {
     EXPECT_THAT(
             endOf(audioFile(audioHeader("2000"), frames).bytes()),
             HasSubstr(" An AC-3 frame has a size code (37) for which the plug-in's table says 0 "
-                      "bytes: it is handed out again and again."));
+                      "bytes: it is returned again and again."));
 }
 
 }  // namespace

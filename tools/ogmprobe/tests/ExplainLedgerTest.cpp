@@ -131,7 +131,7 @@ TEST(ExplainLedger, SaysNothingToExplainOnlyWhereNothingIs) {
     }
     const std::string out = ExplainedFile(file.bytes()).run().out;
     EXPECT_THAT(out, StartsWith("nothing to explain\n"));
-    EXPECT_THAT(out, HasSubstr("\ntrack 0 (video H264): 200 packets in the file = 198 handed out + "
+    EXPECT_THAT(out, HasSubstr("\ntrack 0 (video H264): 200 packets in the file = 198 returned + "
                                "1 left in the queue + 1 on the stream's last page\n"));
 }
 
@@ -170,14 +170,14 @@ Bytes fuzzedFile(const std::string& name) {
 
 // After junk a look-up begins some bytes too early, here in a packet that is as large as what is
 // read of a page for its beginning.
-TEST(ExplainLedger, APacketThatASearchMeetsIsNotTakenForOneThatIsRead) {
+TEST(ExplainLedger, APacketThatASearchMeetsIsNotRegardedAsRead) {
     const Bytes bytes = fuzzedFile("330ab538ff7790fb8917a7caa2bf28430a57389e");
     const auto ledger = ledgerOf(bytes, kVideo);
     EXPECT_EQ(lost(ledger, "last-page"), 1U);
     EXPECT_EQ(lost(ledger, "reading-stopped"), 1U);
 }
 
-TEST(ExplainLedger, PacketsDroppedAtAFallingGranulePositionAreTold) {
+TEST(ExplainLedger, PacketsDroppedAtAFallingGranulePositionAreReported) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     for (const int granule : {1, 2, 3, 4, 5, 6, 90, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18}) {
@@ -186,7 +186,7 @@ TEST(ExplainLedger, PacketsDroppedAtAFallingGranulePositionAreTold) {
     EXPECT_EQ(lost(ledgerOf(file.bytes(), kVideo), "granule-fell"), 1U);
 }
 
-TEST(ExplainLedger, TheTailOfADroppedPacketComesOutBehindThePacketBefore) {
+TEST(ExplainLedger, TheTailOfADroppedPacketIsReturnedAfterThePacketBefore) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     for (int i = 1; i <= 6; ++i) {
@@ -203,10 +203,10 @@ TEST(ExplainLedger, TheTailOfADroppedPacketComesOutBehindThePacketBefore) {
     const auto found = ExplainedFile(file.bytes()).findings("foreign-tail");
     ASSERT_EQ(found.size(), 1U);
     EXPECT_THAT(found[0]["text"].get<std::string>(),
-                StartsWith("1 packet of track 0 comes out with bytes of another packet"));
+                StartsWith("1 packet of track 0 is returned with bytes of another packet"));
 }
 
-TEST(ExplainLedger, APacketThatCannotBeHandedOutEndsItsTrack) {
+TEST(ExplainLedger, APacketThatCannotBeReturnedEndsItsTrack) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     for (int i = 1; i <= 40; ++i) {
@@ -217,26 +217,25 @@ TEST(ExplainLedger, APacketThatCannotBeHandedOutEndsItsTrack) {
     EXPECT_EQ(lost(ledger, "packet-without-content"), 1U);
     EXPECT_GT(lost(ledger, "behind-stuck-packet"), 0U);
     ExplainedFile(file.bytes())
-            .expectOne(
-                    "packet-without-content",
-                    "1 packet of track 0 does not come out: the packet is shorter than the "
-                    "header that the plug-in takes off, so it cannot be handed out, stays at the "
-                    "head of the queue, and the track ends there.",
-                    "");
+            .expectOne("packet-without-content",
+                       "1 packet of track 0 is not returned: the packet is shorter than the "
+                       "header that the plug-in removes, so it cannot be returned, stays at the "
+                       "head of the queue, and the track ends there.",
+                       "");
 }
 
-TEST(ExplainLedger, FewerThanTenPacketsWaitBehindTheEndThatIsReportedFirst) {
+TEST(ExplainLedger, FewerThanTenPacketsWaitAfterTheEndThatIsReportedFirst) {
     const OgmFile file = videoAndAudio(8, 0);
     const auto ledger = ledgerOf(file.bytes(), kVideo);
     EXPECT_EQ(ledger["handed_out"], 0);
     EXPECT_EQ(lost(ledger, "end-reported-first"), 6U);
     EXPECT_THAT(ExplainedFile(file.bytes()).findings("end-reported-first")[0]["text"],
-                "6 packets of track 0 do not come out: the read that queues them meets the end of "
-                "the file with none ready before, and reports the end of the stream; only a reader "
-                "that goes on reading gets them.");
+                "6 packets of track 0 are not returned: the read that queues them reaches the end "
+                "of the file with none ready, and reports the end of the stream; only a reader "
+                "that continues gets them.");
 }
 
-TEST(ExplainLedger, AudioPacketHeadersOfAnotherSizeAreTold) {
+TEST(ExplainLedger, AudioPacketHeadersOfAnotherSizeAreReported) {
     OgmFile file;
     file.addHeader(kAudio, audioHeader("00FF"));
     for (int i = 1; i <= 20; ++i) {
@@ -245,9 +244,9 @@ TEST(ExplainLedger, AudioPacketHeadersOfAnotherSizeAreTold) {
     const auto finding =
             ExplainedFile(file.bytes())
                     .expectOne("audio-packet-header",
-                               "1 packet of track 0 comes out with bytes too few or too "
-                               "many: the plug-in takes 3 to 10 bytes for an audio "
-                               "packet's header by a rule of its own.",
+                               "1 packet of track 0 is returned with too few or too many bytes: "
+                               "the plug-in's rule for the size of an audio packet's header (3 to "
+                               "10 bytes) differs from the format's.",
                                "");
     EXPECT_EQ(finding["offset"], pageOffsets(file.bytes())[5] + 28);
 }
@@ -260,13 +259,13 @@ TEST(ExplainLedger, TheFirstMpegAudioFrameIsMissed) {
     EXPECT_EQ(lost(ledger, "first-audio-frame-lost"), 1U);
     ExplainedFile(file.bytes())
             .expectOne("first-audio-frame-lost",
-                       "1 frame of track 0 does not come out: the first frame is given up when the "
+                       "1 frame of track 0 is not returned: the first frame is dropped when the "
                        "second one confirms the stream's header, so the sound begins one frame "
                        "late.",
                        "");
 }
 
-TEST(ExplainLedger, TheFirstMpegAudioFrameIsMissedInFrontOfDroppedOnesToo) {
+TEST(ExplainLedger, TheFirstMpegAudioFrameIsMissedBeforeDroppedOnesToo) {
     OgmFile file;
     file.addHeader(kAudio, audioHeader("0055"));
     const auto frames = mpegFrames(40);
@@ -318,7 +317,7 @@ TEST(ExplainLedger, WhatHoldsNoFrameIsCountedAsNone) {
     const OgmFile file = audioFile(audioHeader("2000"), packets);
     EXPECT_EQ(ledgerOf(file.bytes(), kAudio)["in_file"], 0);
     EXPECT_THAT(ExplainedFile(file.bytes()).findings("track-without-packets")[0]["text"],
-                "Track 0 gives no packet: nothing on its 20 pages is a packet or frame.");
+                "Track 0 returns no packet: nothing on its 20 pages is a packet or frame.");
 }
 
 TEST(ExplainLedger, ADtsFrameWithASyncWordInsideIsCutInTwo) {
@@ -361,7 +360,7 @@ TEST(ExplainLedger, WhatOnlyBeginsLikeAFrameIsCalledAFalseOne) {
     file.expectNone("buffers-not-in-file");
 }
 
-TEST(ExplainLedger, OfAFileThatIsNotTakenNothingComesOut) {
+TEST(ExplainLedger, OfAFileThatIsNotAcceptedNothingIsReturned) {
     OgmFile file;
     file.addHeader(kVideo, textHeader());
     file.addPages(kVideo, {Bytes(9, 1), Bytes(9, 2)});
@@ -369,7 +368,7 @@ TEST(ExplainLedger, OfAFileThatIsNotTakenNothingComesOut) {
     EXPECT_EQ(lost(ledger, "no-track"), 2U);
 }
 
-TEST(ExplainLedger, BytesThatArePassedOverAtDamageHaveTheirReason) {
+TEST(ExplainLedger, BytesThatAreSkippedAtDamageHaveTheirReason) {
     Bytes bytes = sampleBytes("mpeg4_b_mp3.ogm");
     bytes[pageOffsets(bytes)[13] + 5] = 0x80;
     ledgerOf(bytes, 0);

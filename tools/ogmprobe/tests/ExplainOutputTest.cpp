@@ -14,21 +14,20 @@ TEST(Explain, GivesAFindingItsPlaceItsReasonAndItsLogLine) {
             result.out,
             "offset 0\n"
             "    No track for the video XVID stream with serial number 0: its codec \"XVID\" is "
-            "not in the plug-in's list (upper and lower case count).\n"
+            "not in the plug-in's list (case matters).\n"
             "    log: E OgmExtractor: unknow video codec: 58564944\n"
             "the whole file\n"
             "    The duration is unknown: the plug-in looks for it in the last 650520 bytes, and "
-            "for a file of 220977 bytes it asks for some in front of the beginning, which is "
-            "refused.\n"
+            "for a file of 220977 bytes it asks for bytes before the beginning, which is refused.\n"
             "    log: I OgmExtractor: parseMaxTime:Cannot find a page start, from -429543\n"
             "offset 21394, at 0.496326 s\n"
-            "    1 frame of track 0 does not come out: the first frame is given up when the second "
+            "    1 frame of track 0 is not returned: the first frame is dropped when the second "
             "one confirms the stream's header, so the sound begins one frame late.\n"
-            "(4 notes on what is so with every such file: --verbose)\n"
-            "no track (video XVID, serial number 0): 151 packets in the file = 0 handed out + 151 "
+            "(4 notes on every such file: --verbose)\n"
+            "no track (video XVID, serial number 0): 151 packets in the file = 0 returned + 151 "
             "codec not supported\n"
-            "track 0 (audio 0055): 232 frames in the file = 218 handed out + 1 given up as the "
-            "first + 1 left in the queue + 12 on the stream's last page\n");
+            "track 0 (audio 0055): 232 frames in the file = 218 returned + 1 dropped as the first "
+            "+ 1 left in the queue + 12 on the stream's last page\n");
     EXPECT_THAT(result.err, IsEmpty());
 }
 

@@ -12,7 +12,7 @@ constexpr uint32_t kVideo = 1;
 constexpr uint32_t kAudio = 2;
 constexpr uint32_t kOther = 7;
 
-/** A file whose last header announces what is given, with a page of it behind the first pages. */
+/** A file whose last header announces the given stream, with a page of it after the first pages. */
 OgmFile fileWith(const Bytes& header) {
     OgmFile file = videoAndAudio(0, 0);
     file.addHeader(kOther, header);
@@ -36,10 +36,10 @@ nlohmann::json expectNoTrack(const Bytes& header, const std::string& id, const s
 TEST(ExplainStreams, ACodecThatIsNotInTheTableIsNamed) {
     VideoHeader video;
     video.subtype = "XVID";
-    const auto finding = expectNoTrack(
-            video.bytes(), "codec-not-supported", "video XVID",
-            "its codec \"XVID\" is not in the plug-in's list (upper and lower case count)",
-            "unknow video codec: 58564944");
+    const auto finding =
+            expectNoTrack(video.bytes(), "codec-not-supported", "video XVID",
+                          "its codec \"XVID\" is not in the plug-in's list (case matters)",
+                          "unknow video codec: 58564944");
     EXPECT_EQ(finding["offset"], 2 * (28 + kStreamHeaderSize));
     AudioHeader audio;
     audio.subtype = "0161";
@@ -48,19 +48,19 @@ TEST(ExplainStreams, ACodecThatIsNotInTheTableIsNamed) {
                   "unknown audio codec:30313631");
 }
 
-TEST(ExplainStreams, StreamsThatArePassedOverAreNamed) {
-    expectNoTrack(textHeader(), "text-stream", "text", "text and subtitles are passed over",
+TEST(ExplainStreams, IgnoredStreamsAreNamed) {
+    expectNoTrack(textHeader(), "text-stream", "text", "text and subtitles are ignored",
                   "************* unknow header 01 74 65 78 74 00 00 00 **************");
-    expectNoTrack(vorbisIdentificationHeader(), "vorbis-stream", "Vorbis", "Vorbis is passed over",
+    expectNoTrack(vorbisIdentificationHeader(), "vorbis-stream", "Vorbis", "Vorbis is ignored",
                   "Verify Vorbis Header");
-    expectNoTrack(theoraIdentificationHeader(), "theora-stream", "Theora", "Theora is passed over",
+    expectNoTrack(theoraIdentificationHeader(), "theora-stream", "Theora", "Theora is ignored",
                   "************* unknow header 80 74 68 65 6f 72 61 00 **************");
     expectNoTrack(bytesOf("fishead\0"), "unknown-stream", "unknown",
                   "its first packet is no header of an OGM stream",
                   "************* unknow header 66 69 73 68 65 61 64 00 **************");
 }
 
-TEST(ExplainStreams, AHeaderBehindTheFirst121PagesIsTooLate) {
+TEST(ExplainStreams, AHeaderAfterTheFirst121PagesIsTooLate) {
     OgmFile late;
     late.addHeader(kVideo, VideoHeader());
     for (int i = 1; i <= 120; ++i) {
@@ -77,7 +77,7 @@ TEST(ExplainStreams, AHeaderBehindTheFirst121PagesIsTooLate) {
     EXPECT_EQ(finding["offset"], offset);
 }
 
-TEST(ExplainStreams, AHeaderBehindADamagedPageIsNotReached) {
+TEST(ExplainStreams, AHeaderAfterADamagedPageIsNotReached) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     const size_t damaged = file.add(OggPage(kVideo).version(3).packet(filled(9, 1)));
@@ -92,7 +92,7 @@ TEST(ExplainStreams, AHeaderBehindADamagedPageIsNotReached) {
                        "Cannot read a page header, at " + place);
 }
 
-TEST(ExplainStreams, AHeaderBehindJunkIsNotFound) {
+TEST(ExplainStreams, AHeaderAfterJunkIsNotFound) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     file.addJunk(10);
@@ -101,8 +101,8 @@ TEST(ExplainStreams, AHeaderBehindJunkIsNotFound) {
     const auto found = ExplainedFile(file.bytes()).findings("header-behind-junk");
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0]["text"],
-              "No track for the audio 0001 stream with serial number 2: 10 bytes of junk stand in "
-              "front of its header page, and the header is looked for where the junk begins.");
+              "No track for the audio 0001 stream with serial number 2: 10 bytes of junk come "
+              "before its header page, and the header is looked for where the junk begins.");
     EXPECT_THAT(found[0]["log"]["text"].get<std::string>(),
                 testing::StartsWith("************* unknow header"));
 }
@@ -114,7 +114,7 @@ TEST(ExplainStreams, AHeaderInTheJunkIsTakenForThatOfTheNextStream) {
     const auto finding = file.expectOne(
             "header-from-junk",
             "The track of the stream with serial number 1 has the format of another one: 85 bytes "
-            "of junk stand in front of its header page, the header is looked for where the junk "
+            "of junk come before its header page, the header is looked for where the junk "
             "begins, and one lies there.",
             "SerialNo = 1");
     EXPECT_EQ(finding["track"], 0);
@@ -147,7 +147,7 @@ TEST(ExplainStreams, AStreamWithoutAHeaderPageHasNoTrack) {
                        "");
 }
 
-TEST(ExplainStreams, ATrackWithoutItsCodecConfigurationIsTold) {
+TEST(ExplainStreams, ATrackWithoutItsCodecConfigurationIsReported) {
     for (const auto& [name, text] :
          {std::pair{"mpeg4_b_mp3.ogm",
                     "No MPEG-4 configuration (video object layer) was found: the track has no "
@@ -223,8 +223,8 @@ TEST(ExplainRefusal, SaysWhereVideoOrAudioIsAnnounced) {
               "The plug-in does not take the file. No page within the first 1024 bytes announces "
               "video or audio; the one at offset " +
                       std::to_string(offset) +
-                      " is missed, because the search steps from page to page by the first lacing "
-                      "value alone and takes no junk between pages into account.");
+                      " is missed, because the search steps from page to page by only the first "
+                      "lacing value and ignores junk between pages.");
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ Bytes pagesWith(const std::vector<uint64_t>& granules) {
     return file.bytes();
 }
 
-TEST(ExplainTimes, ThoseBelowZeroAreTold) {
+TEST(ExplainTimes, ThoseBelowZeroAreReported) {
     const auto found = ExplainedFile(sampleBytes("mpeg4_b_mp3.ogm")).findings("negative-times");
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0]["text"],
@@ -41,12 +41,12 @@ TEST(ExplainTimes, ThoseOfOnePageAreEqualAsAlways) {
     ASSERT_EQ(found.size(), 2U);
     EXPECT_TRUE(found[0]["usual"]);
     EXPECT_THAT(found[0]["text"].get<std::string>(),
-                testing::EndsWith("because what lies on one page shares its time; the first is "
+                testing::EndsWith("because the packets of one page share its time; the first is "
                                   "number 2."));
     file.expectNone("times-stand-still");
 }
 
-TEST(ExplainTimes, ThoseOfSeveralPagesWithOneGranulePositionAreTold) {
+TEST(ExplainTimes, ThoseOfSeveralPagesWithOneGranulePositionAreReported) {
     std::vector<uint64_t> granules;
     for (uint64_t i = 1; i <= 30; ++i) {
         granules.push_back(i < 10 || i > 12 ? i : 10);
@@ -59,7 +59,7 @@ TEST(ExplainTimes, ThoseOfSeveralPagesWithOneGranulePositionAreTold) {
             "number 11.");
 }
 
-TEST(ExplainTimes, ThoseThatStepBackAreTold) {
+TEST(ExplainTimes, ThoseThatStepBackAreReported) {
     std::vector<uint64_t> granules;
     for (uint64_t i = 1; i <= 30; ++i) {
         granules.push_back(i < 15 ? i + 100 : i);
@@ -67,8 +67,8 @@ TEST(ExplainTimes, ThoseThatStepBackAreTold) {
     const auto found = ExplainedFile(pagesWith(granules)).findings("times-step-back");
     ASSERT_EQ(found.size(), 1U);
     EXPECT_THAT(found[0]["text"].get<std::string>(),
-                StartsWith("13 buffers of track 0 have a time in front of what came out before, "
-                           "further than"));
+                StartsWith("13 buffers of track 0 have an earlier time than a buffer before, "
+                           "by more than"));
 }
 
 TEST(ExplainTimes, PicturesStoredOutOfOrderDoNotStepBack) {

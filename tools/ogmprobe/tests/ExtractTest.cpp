@@ -141,7 +141,7 @@ TEST_F(ExtractTest, LeavesNothingOnAFullDisk) {
     EXPECT_THAT(namesInFolder(), IsEmpty());
 }
 
-TEST_F(ExtractTest, LeavesNothingWhenItIsToldToEnd) {
+TEST_F(ExtractTest, LeavesNothingWhenASignalEndsIt) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         auto video = fakeVideo();
         video["end"] = "hang";

@@ -32,7 +32,7 @@ TEST_F(FileSourceTest, ReadsWhatIsThere) {
     EXPECT_EQ(mBytes, "2345");
 }
 
-TEST_F(FileSourceTest, GivesLessAtTheEndAndNothingBehindIt) {
+TEST_F(FileSourceTest, ReturnsLessAtTheEndAndNothingAfterIt) {
     EXPECT_EQ(readAt(8, 4), 2);
     EXPECT_EQ(mBytes, "89??");
     EXPECT_EQ(readAt(10, 4), 0);
@@ -58,7 +58,7 @@ TEST_F(FileSourceTest, CountsReadsAndTheBytesTheyGave) {
     EXPECT_EQ(mSource.bytesRead(), 6U);
 }
 
-TEST_F(FileSourceTest, TellsWhereTheLastReadEnded) {
+TEST_F(FileSourceTest, ReportsWhereTheLastReadEnded) {
     EXPECT_EQ(mSource.readUpTo(), 0U);
     readAt(0, 5);
     EXPECT_EQ(mSource.readUpTo(), 5U);
@@ -79,7 +79,7 @@ TEST_F(FileSourceTest, GivesAndCountsEachReadOfASearch) {
     EXPECT_EQ(mSource.bytesRead(), 31U);
 }
 
-TEST_F(FileSourceTest, RefusesEachReadOfASearchInFrontOfTheFile) {
+TEST_F(FileSourceTest, RefusesEachReadOfASearchBeforeTheFile) {
     for (off64_t offset = -3; offset < 0; ++offset) {
         EXPECT_EQ(readAt(offset, 4), android::UNKNOWN_ERROR);
     }

@@ -16,7 +16,7 @@ TEST(FormatEntries, AreAllThereAreInTheirOrder) {
                                                           {"csd-7", "data(01ff)"}}));
 }
 
-TEST(FormatEntries, AreToldApartFromWhatTextsHold) {
+TEST(FormatEntries, AreDistinguishedFromTheContentsOfTexts) {
     Format format;
     AMediaFormat_setString(format.get(), "title", "a, b: c, d");
     AMediaFormat_setInt64(format.get(), "durationUs", 5);

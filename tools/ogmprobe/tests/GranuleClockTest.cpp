@@ -45,7 +45,7 @@ TEST(GranuleClock, TextCountsMilliseconds) {
     EXPECT_EQ(GranuleClock(headerOf(StreamKind::kText, 10000, 0)).timeUs(1500), 1500000);
 }
 
-TEST(GranuleClock, AHeaderThatDoesNotTellGivesNoTime) {
+TEST(GranuleClock, AHeaderWithoutTimesGivesNoTime) {
     EXPECT_FALSE(GranuleClock(headerOf(StreamKind::kVideo, 0, 1)).timeUs(1));
     EXPECT_FALSE(GranuleClock(headerOf(StreamKind::kAudio, 10000000, 0)).timeUs(1));
     EXPECT_FALSE(GranuleClock(headerOf(StreamKind::kAudio, 0, 44100)).timeUs(1));

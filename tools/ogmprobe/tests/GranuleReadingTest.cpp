@@ -30,7 +30,7 @@ PageGroup firstGroup(int64_t granule, Lengths lengths) {
     return group;
 }
 
-TEST(GranuleReading, TheFirstPageTellsWhatOthersDoNot) {
+TEST(GranuleReading, TheFirstPageShowsWhatOthersDoNot) {
     EXPECT_EQ(readingOf({firstGroup(4, {1, 1, 1, 1}), groupOf(8, {1, 1, 1, 1})}),
               GranuleReading::kEnd);
     EXPECT_EQ(readingOf({firstGroup(3, {1, 1, 1, 1}), groupOf(7, {1, 1, 1, 1})}),
@@ -39,18 +39,18 @@ TEST(GranuleReading, TheFirstPageTellsWhatOthersDoNot) {
               GranuleReading::kUnknown);
 }
 
-TEST(GranuleReading, LaterPagesTellWhereLengthsDiffer) {
+TEST(GranuleReading, LaterPagesShowItWhereLengthsDiffer) {
     EXPECT_EQ(readingOf({groupOf(100, {10}), groupOf(120, {20})}), GranuleReading::kEnd);
     EXPECT_EQ(readingOf({groupOf(100, {10}), groupOf(110, {20})}), GranuleReading::kBeginning);
 }
 
-TEST(GranuleReading, WithoutLengthsNothingTells) {
+TEST(GranuleReading, WithoutLengthsNothingShowsIt) {
     EXPECT_EQ(readingOf({}), GranuleReading::kUnknown);
     EXPECT_EQ(readingOf({firstGroup(4, {std::nullopt}), groupOf(8, {std::nullopt})}),
               GranuleReading::kUnknown);
 }
 
-TEST(GranuleReading, PagesBehindAGapDoNotTell) {
+TEST(GranuleReading, PagesAfterAGapDoNotShowIt) {
     PageGroup late = groupOf(120, {20});
     late.follows = false;
     EXPECT_EQ(readingOf({groupOf(100, {10}), late}), GranuleReading::kUnknown);
@@ -102,7 +102,7 @@ TEST(GroupRanges, LengthsThatAreTooLongStayWithinThePages) {
               (Ranges{{10, 10}, {10, 12}}));
 }
 
-TEST(GroupRanges, BehindAGapItIsCountedBackward) {
+TEST(GroupRanges, AfterAGapItIsCountedBackward) {
     const PageGroup before = groupOf(100, {10});
     PageGroup late = groupOf(200, {10, 10});
     late.follows = false;
@@ -111,7 +111,7 @@ TEST(GroupRanges, BehindAGapItIsCountedBackward) {
     EXPECT_EQ(rangesOf(late, &before, GranuleReading::kEnd), (Ranges{{100, 200}, {100, 200}}));
 }
 
-TEST(GroupRanges, AGranulePositionThatFallsBeginsAnew) {
+TEST(GroupRanges, AGranulePositionThatFallsBeginsAgain) {
     const PageGroup before = groupOf(1000, {10});
     EXPECT_EQ(rangesOf(groupOf(20, {10}), &before, GranuleReading::kEnd), (Ranges{{10, 10}}));
     EXPECT_EQ(rangesOf(groupOf(20, {std::nullopt}), &before, GranuleReading::kEnd),

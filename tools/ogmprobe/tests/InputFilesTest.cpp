@@ -74,7 +74,7 @@ TEST(StandardInput, NeedsRoomForATemporaryFile) {
     EXPECT_TRUE(fs::is_empty(spool.path()));
 }
 
-TEST(Folder, StandsForTheOgmFilesBelowItInTheOrderOfTheirNames) {
+TEST(Folder, MeansTheOgmFilesBelowItInTheOrderOfTheirNames) {
     const TemporaryFolder folder;
     fs::create_directory(folder.path() / "b");
     const std::string script = fakeFile({}).dump();

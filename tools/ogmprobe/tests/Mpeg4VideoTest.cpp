@@ -21,7 +21,7 @@ TEST(VideoObjectLayer, ReachesFromItsStartCodeToTheEnd) {
     EXPECT_EQ(layerSize({0, 0, 0, 1, 0x2f}), 4U);
 }
 
-TEST(VideoObjectLayer, IsNotLookedForBehindAPicture) {
+TEST(VideoObjectLayer, IsNotLookedForAfterAPicture) {
     EXPECT_EQ(layerSize({0, 0, 1, 0xb6, 9, 0, 0, 1, 0x20, 7}), 0U);
 }
 

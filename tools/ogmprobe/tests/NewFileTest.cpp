@@ -104,7 +104,7 @@ TEST_F(NewFileTest, FailsWhereThePartOfAnotherOneIs) {
     EXPECT_EQ(mFolder.read("x.part"), "old part");
 }
 
-TEST_F(NewFileTest, FailsWhereAnotherOneHasComeInTheMeantime) {
+TEST_F(NewFileTest, FailsWhenAnotherOneHasAppearedInTheMeantime) {
     {
         NewFile file(path(), Existing::kRefuse);
         mFolder.write("x", "newer");

@@ -180,8 +180,8 @@ TEST(Packets, WithoutATimeOrWithoutABufferAreFailures) {
     withoutTime["buffers"][1].erase("time_us");
     auto withoutBuffer = fakeVideo();
     withoutBuffer["end"] = 0;
-    for (const auto& [video, reason] : {std::pair{withoutTime, "a buffer bears no time"},
-                                        std::pair{withoutBuffer, "a read gave no buffer"}}) {
+    for (const auto& [video, reason] : {std::pair{withoutTime, "a buffer has no time"},
+                                        std::pair{withoutBuffer, "a read returned no buffer"}}) {
         const ProcessResult result = FakePlugin::run({"packets", plugin.file(fakeFile({video}))});
         EXPECT_EQ(result.exitCode, 2);
         EXPECT_THAT(result.err, HasSubstr(reason));

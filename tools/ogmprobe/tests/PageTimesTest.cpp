@@ -121,7 +121,7 @@ TEST(PageTimes, PacketsWithoutALengthHaveBounds) {
                 ElementsAre(between(0, 100000), between(100000, 200000), between(100000, 200000)));
 }
 
-TEST(PageTimes, AStreamThatDoesNotTellIsReadLikeTheOthers) {
+TEST(PageTimes, AStreamThatDoesNotShowItIsReadLikeTheOthers) {
     OgmFile file = withAudioHeader("00FF");
     file.addHeader(kVideo, VideoHeader());
     file.add(page(kVideo, 0, {frame(0)}));
@@ -158,7 +158,7 @@ TEST(PageTimes, APacketOverSeveralPagesBelongsToTheOneWhereItEnds) {
     EXPECT_THAT(times.firstOfPages, ElementsAre(0U, 1U));
 }
 
-TEST(PageTimes, BehindMissingPagesTheNextPageTells) {
+TEST(PageTimes, AfterMissingPagesTheNextPageShowsTheTime) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     file.add(page(kVideo, 1, {frame(0)}).sequence(1));
@@ -173,7 +173,7 @@ TEST(PageTimes, APacketWithoutAnEndHasNoTime) {
     EXPECT_THAT(timesOf(file).at(kVideo).units, ElementsAre(at(0), std::nullopt));
 }
 
-TEST(PageTimes, WildGranulePositionsTellNothing) {
+TEST(PageTimes, WildGranulePositionsShowNothing) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     file.add(page(kVideo, uint64_t{1} << 63, {frame(0)}));

@@ -38,7 +38,7 @@ class RingFixture {
     }
 
   private:
-    // The hang-up of the other end stands for the end of its process.
+    // The hang-up of the other end simulates the end of its process.
     bool wait() {
         pollfd event = {mReaderBell.get(), POLLIN, 0};
         while (mReader->prepareToSleep()) {

@@ -95,7 +95,7 @@ TEST(Samples, HaveAVideoObjectLayerInTheirEsds) {
     EXPECT_THAT(esds["video_object_layer"].get<std::string>(), testing::StartsWith("00000120"));
 }
 
-TEST(Samples, TellTheDurationOfALongFileOnly) {
+TEST(Samples, ShowTheDurationOfALongFileOnly) {
     const int64_t durationUs = infoOf("long_mpeg4_mp3.ogm")["container"]["duration_us"];
     EXPECT_NEAR(static_cast<double>(durationUs), 90e6, 1e6);
     EXPECT_THAT(runProbe({"info", sample("mpeg4_b_mp3.ogm")}).out, HasSubstr("duration unknown"));
@@ -117,7 +117,7 @@ TEST(Samples, GiveTheirPacketsInTheOrderOfTheirTimes) {
     EXPECT_LE(buffers.size(), 570U);
 }
 
-TEST(Samples, StartWithASyncFrameBehindTheCommentHeader) {
+TEST(Samples, StartWithASyncFrameAfterTheCommentHeader) {
     const auto buffers = buffersOf({sample("long_mpeg4_mp3.ogm"), "--track", "0", "--count", "2"});
     ASSERT_EQ(buffers.size(), 2U);
     EXPECT_EQ(buffers[0]["sync"], false);
@@ -178,11 +178,11 @@ TEST(Samples, HaveTheirStreamsWithoutATrackInTheTable) {
     EXPECT_THAT(refused.out, HasSubstr("no track: unknown codec XVID\n"));
     EXPECT_THAT(refused.out, HasSubstr("\n  1 stream has no track: ogmprobe explain\n"));
     const ProcessResult vorbis = runProbe({"info", sample("mpeg4_vorbis.ogm")});
-    EXPECT_THAT(vorbis.out, HasSubstr("no track: Vorbis: passed over\n"));
+    EXPECT_THAT(vorbis.out, HasSubstr("no track: Vorbis: ignored\n"));
     EXPECT_EQ(streamsOf("mpeg4_mp3_ac3.ogm")[2]["why_no_track"], nullptr);
 }
 
-TEST(Samples, HaveTheDurationThatTheirPagesTell) {
+TEST(Samples, HaveTheDurationOfTheirPages) {
     const json info = infoOf("mpeg4_b_mp3.ogm");
     EXPECT_EQ(info["container"]["duration_us"], 0);
     EXPECT_EQ(info["from_file"]["duration_us"], 6034285);
@@ -209,7 +209,7 @@ TEST(Samples, HaveWhatTheHeadersInsideTheirVideoSay) {
     EXPECT_EQ(streamsOf("mjpeg.ogm")[0]["video"], nullptr);
 }
 
-TEST(Samples, HaveTheFactsOfTheirStreamsToldFromTheHeadersInside) {
+TEST(Samples, HaveTheFactsInTheHeadersInsideTheirStreams) {
     const std::string variable = runProbe({"info", sample("h264_mp3vbr.ogm")}).out;
     EXPECT_THAT(variable,
                 HasSubstr(" video: 25 fps, High profile, level 1.2, 176x144, sample aspect "
@@ -235,7 +235,7 @@ TEST(Samples, NameThePluginByItsDefinition) {
     EXPECT_EQ(infoOf("mjpeg.ogm")["extractor"], "ZOR OGM Extractor");
 }
 
-/** What the tool makes of the file; nothing where it is not installed. */
+/** Returns the tool's output for the file; nothing if it is not installed. */
 std::string probedBy(const std::string& path) {
     const std::string command =
             "ffprobe -v error -show_entries stream=codec_name -of csv=p=0 '" + path + "' 2>&1";

@@ -81,7 +81,7 @@ TEST(SeekTest, OfSeveralFilesIsALineEach) {
     EXPECT_THAT(result.out, HasSubstr(b + ": 3 seeks, "));
 }
 
-TEST(SeekTest, FailsStrictlyWhereASeekInFrontOfTheLastGoesToTheEnd) {
+TEST(SeekTest, FailsStrictlyWhenASeekBeforeTheLastGoesToTheEnd) {
     const FakePlugin plugin;
     const std::string whole = plugin.file(fakeFile({fakeVideo()}), "whole.fake");
     EXPECT_EQ(FakePlugin::run({"seektest", "--strict", "--steps", "2", whole}).exitCode, 0);

@@ -58,7 +58,7 @@ TEST_F(StandardStreamsTest, KeepTheExitCodeWhenNobodyReadsTheMessages) {
     EXPECT_EQ(FakePlugin::run({"info", mPlugin.folder().path("missing")}, setup).exitCode, 2);
 }
 
-TEST_F(StandardStreamsTest, KeepLogLinesBehindWhatCameBefore) {
+TEST_F(StandardStreamsTest, KeepLogLinesAfterEarlierOutput) {
     auto video = fakeVideo();
     ProcessSetup setup;
     setup.joined = true;

@@ -15,7 +15,7 @@ TEST(StandstillWatch, WarnsWhenNothingMovesForLongerThanTheLimit) {
     EXPECT_EQ(watch.observe(Seconds(0.1), 1), State::kStandsStill);
 }
 
-TEST(StandstillWatch, BeginsAnewWithEachSignOfLife) {
+TEST(StandstillWatch, BeginsAgainWithEachSignOfLife) {
     StandstillWatch watch(Seconds(10), 1);
     for (uint64_t signs = 2; signs < 10; ++signs) {
         EXPECT_EQ(watch.observe(Seconds(9), signs), State::kAlive);

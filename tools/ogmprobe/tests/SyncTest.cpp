@@ -56,7 +56,7 @@ OggPage ac3Page(uint64_t granule, size_t frames, uint32_t& seed) {
 
 /**
  * Two seconds and more of both: a picture a page, and AC-3 of `frames` a page, whose granule
- * positions are `shift` and what `scale` makes of its samples.
+ * positions are `shift` plus the result of `scale` for its samples.
  */
 OgmFile fileWith(size_t frames, uint64_t shift = 0, double scale = 1) {
     constexpr size_t kPages = 80;
@@ -117,7 +117,7 @@ TEST(Sync, AudioThatBeginsLateInTheFileComesTooEarlyOnItsFirstPage) {
                 StartsWith("audio runs up to 0.500 s early at 0:00:00.5"));
 }
 
-TEST(Sync, PagesThatRunFasterThanTheirSamplesAreTold) {
+TEST(Sync, PagesThatRunFasterThanTheirSamplesAreReported) {
     const SyncedFile file(fileWith(2, 0, 1.01).bytes());
     const double ppm = file.document()["tracks"][1]["content_drift_ppm"];
     EXPECT_NEAR(ppm, 10000, 20);
@@ -159,7 +159,7 @@ TEST(Sync, WithoutLengthsThereAreBounds) {
     EXPECT_EQ(track["packets"][2]["page_us"], (json{{"least", 1000000}, {"most", 2000000}}));
     EXPECT_TRUE(track["earliest"].is_null());
     EXPECT_THAT(SyncedFile(file.bytes()).run().out,
-                HasSubstr("Track 0 (audio) has the times of the pages as far as they tell"));
+                HasSubstr("Track 0 (audio) has the times of the pages as far as they show"));
 }
 
 TEST(Sync, OfASampleEachNumberIsTheOneOfItsPages) {
@@ -209,11 +209,11 @@ TEST(Sync, ADamagedFileIsComparedAsFarAsItGoes) {
     EXPECT_THAT(cut.out, StartsWith("  Track"));
 }
 
-TEST(Sync, ATrackOfWhichNothingComesOutIsNotCompared) {
+TEST(Sync, ATrackThatReturnsNothingIsNotCompared) {
     Bytes bytes = sampleBytes("mpeg4_mp3_ac3.ogm");
     bytes.resize(60000);
     EXPECT_THAT(SyncedFile(bytes).run().out,
-                HasSubstr("Track 0 (video): nothing of what the pages hold comes out; "));
+                HasSubstr("Track 0 (video): nothing on the pages is returned; "));
 }
 
 TEST(Sync, AFileThatIsNotTakenIsAnError) {
@@ -228,7 +228,7 @@ TEST(Sync, AFileOfAnotherFormatHasNothingToCompare) {
     const auto result = FakePlugin::run({"sync", plugin.file(fakeFile({fakeVideo()}))});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.err, HasSubstr("the file has no Ogg pages to compare the times with"));
-    EXPECT_EQ(result.out, "No track that the pages tell of.\n");
+    EXPECT_EQ(result.out, "No track with times on the pages.\n");
 }
 
 TEST(Sync, ADeathIsAnErrorInADocumentThatIsWhole) {

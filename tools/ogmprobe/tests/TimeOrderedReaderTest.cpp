@@ -85,7 +85,7 @@ TEST_F(TimeOrderedReaderTest, KeepsTheOrderOfAStreamWhoseTimesGoBack) {
                                           "1:130", "0:240"));
 }
 
-TEST_F(TimeOrderedReaderTest, TellsTheTimeToTheNextPacketOfTheSameStream) {
+TEST_F(TimeOrderedReaderTest, ReportsTheTimeToTheNextPacketOfTheSameStream) {
     auto video = stream("video", {0, 80, 40});
     auto audio = stream("audio", {20});
     TimeOrderedReader reader({&video, &audio}, 0);

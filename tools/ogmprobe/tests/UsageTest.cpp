@@ -106,7 +106,7 @@ TEST(Usage, NamesTheNearestCommand) {
     const ProcessResult result = runProbe({"pakets", "film.ogm"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.err,
-              "ogmprobe: error: pakets is no command and no file; did you mean packets?\n");
+              "ogmprobe: error: pakets is neither a command nor a file; did you mean packets?\n");
 }
 
 TEST(Usage, ShowsNamesInOneLineWhateverTheyHold) {

@@ -145,7 +145,7 @@ class LanePlot {
         std::array<PathData, kFrameTypes> paths;
         for (const Bar& bar : mBars.bars) {
             const double from = barTop(bar.from);
-            // Bars that stand on one another leave a line free; the smallest still shows.
+            // Stacked bars leave a line free; the smallest is still visible.
             const double to = std::min(barTop(bar.to) + (bar.from > 0 ? 0.5 : 0), from - 1);
             paths[static_cast<size_t>(bar.type)].move(plotX(mChart, bar.timeUs), from).vertical(to);
         }

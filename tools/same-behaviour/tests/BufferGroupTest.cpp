@@ -43,7 +43,7 @@ TEST_F(BufferGroupTest, ANewBufferHasHalfAsMuchAgain) {
     EXPECT_EQ(300U, capacity(acquire(group(1, 4), 200)));
 }
 
-TEST_F(BufferGroupTest, ANewBufferTakesThePlaceOfTheSmallestFreeOne) {
+TEST_F(BufferGroupTest, ANewBufferReplacesTheSmallestFreeOne) {
     CMediaBuffer* const large = acquire(group(1, 1), 200);
     EXPECT_EQ(nullptr, acquire(&mGroup, 10));
     release(large);

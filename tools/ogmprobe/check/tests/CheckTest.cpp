@@ -165,7 +165,7 @@ TEST(CheckTest, WhatEndsOrBlocksTheExtractorDoesNotPlay) {
     }
 }
 
-TEST(CheckTest, AStreamThatTheExtractorRefusesIsToldOfAsATrackThatIsNone) {
+TEST(CheckTest, AStreamThatTheExtractorRefusesIsReportedWithoutATrack) {
     const json file = checked({sample("xvid_refused_mp3.ogm")});
     ASSERT_EQ(file["tracks"].size(), 2U);
     const json& stream = file["tracks"][1];
@@ -177,7 +177,7 @@ TEST(CheckTest, AStreamThatTheExtractorRefusesIsToldOfAsATrackThatIsNone) {
     EXPECT_EQ(file["tracks"][0]["verdict"], "plays");
 }
 
-TEST(CheckTest, AVorbisStreamThatIsPassedOverDoesNotPlay) {
+TEST(CheckTest, AnIgnoredVorbisStreamDoesNotPlay) {
     const json file = checked({sample("mpeg4_vorbis.ogm")});
     EXPECT_THAT(idsOf(file["tracks"][1]["reasons"]), Contains("vorbis-stream"));
 }
@@ -220,7 +220,7 @@ TEST(CheckTest, LostFramesAreCountedFromTheLedger) {
     const Bytes bytes = sampleBytes("long_mpeg4_mp3.ogm");
     const std::vector<size_t> pages = pageOffsets(bytes);
     constexpr size_t kSerial = 14;
-    // Of the video: what is behind a granule position that falls is dropped.
+    // Of the video: packets after a granule position that falls are dropped.
     const auto page = std::find_if(pages.begin() + 200, pages.end(),
                                    [&](size_t offset) { return bytes[offset + kSerial] == 0; });
     const ExplainedFile damaged(withGranule(bytes, *page, UINT64_MAX / 2));
@@ -228,7 +228,7 @@ TEST(CheckTest, LostFramesAreCountedFromTheLedger) {
     const json& track = file["tracks"][0];
     const json& reason = reasonOf(track["reasons"], "frames-lost");
     EXPECT_EQ(reason["text"],
-              "4 of 2251 packets do not come out: 4 dropped at a falling granule position");
+              "4 of 2251 packets are not returned: 4 dropped at a falling granule position");
     EXPECT_EQ(reason["value"], 4);
     EXPECT_EQ(reason["subject"], "MPEG-4 Part 2");
     EXPECT_EQ(track["in_file"], 2251);

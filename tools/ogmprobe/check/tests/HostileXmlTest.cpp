@@ -18,7 +18,7 @@ using testing::Not;
 
 class HostileXmlTest : public testing::Test {
   protected:
-    /** What is said about a list of that content, which must be refused soon. */
+    /** Returns the message about a list of that content, which must be refused soon. */
     std::string refusalOf(const std::string& text) {
         return refusalOfFile(mFolder.write("list.xml", text));
     }

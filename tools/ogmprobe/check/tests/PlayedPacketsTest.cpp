@@ -48,7 +48,7 @@ TEST(PlayedPacketsTest, TheTimeWithoutSyncBeginsWithTheFirstPacketAndEndsWithThe
     EXPECT_EQ(packets.longestWithoutSyncUs(), 5'000'000);
 }
 
-TEST(PlayedPacketsTest, PacketsOfOneTimeAreCountedWithTheStepBehindThem) {
+TEST(PlayedPacketsTest, PacketsOfOneTimeAreCountedWithTheStepAfterThem) {
     PlayedPackets packets;
     for (const int64_t timeUs : {0, 0, 0, 120'000, 160'000, 160'000, 200'000}) {
         packets.add(packet(timeUs, false, 1));

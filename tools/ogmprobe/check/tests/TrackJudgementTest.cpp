@@ -97,12 +97,12 @@ TEST(TrackJudgementTest, LostFramesAreAFaultFromThreeOnAndEndATrackFromMoreThanH
                 ElementsAre("frames-mostly-lost"));
 }
 
-TEST(TrackJudgementTest, LossesAreToldWithTheirReasonsAndCountedByCodecAndRate) {
+TEST(TrackJudgementTest, LossesAreReportedWithTheirReasonsAndCountedByCodecAndRate) {
     const auto reasons =
             lossReasons(100, {loss(LossReason::kNoSync, 20), loss(LossReason::kInFrameBefore, 11)});
     ASSERT_EQ(reasons.size(), 1U);
     EXPECT_EQ(reasons[0].text,
-              "31 of 100 frames do not come out: 20 dropped for lack of a sync word, 11 begun in "
+              "31 of 100 frames are not returned: 20 dropped for lack of a sync word, 11 begun in "
               "the buffer before");
     EXPECT_EQ(reasons[0].value, 31);
     EXPECT_EQ(reasons[0].subject, "AC-3 at 44100 Hz");

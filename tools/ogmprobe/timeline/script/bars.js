@@ -51,7 +51,7 @@ class RowBars {
         }
     }
 
-    // Columns stand on a grid of the time axis, so that they keep their shape while they move.
+    // Columns follow a grid of the time axis, so that they keep their shape while they move.
     forEachColumn(bar) {
         const {row, found} = this;
         const columnUs = this.columnUs();

@@ -99,7 +99,7 @@ class Plot {
 
 const CROWDED = 4;
 
-/** Whether marks at the rising times would stand side by side. */
+/** Whether marks at the rising times would touch each other. */
 const isCrowded = (times) => {
     const count = upperBound(times, endOfView()) - lowerBound(times, view.startUs);
     return count * CROWDED > view.width;

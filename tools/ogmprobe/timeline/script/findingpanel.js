@@ -43,7 +43,7 @@ const findingTexts = (x, lane, refused) => timedFindings
         Math.max(xOf(finding.toUs), xOf(finding.fromUs) + 3) >= x - 3)
     .slice(0, MOST_SENTENCES).map((finding) => `${finding.number}: ${finding.text}`).join("\n");
 
-/** In rows, so that those of about the same time stand below one another. */
+/** In rows, so that findings of about the same time are below one another. */
 const rowsOfFindings = () => {
     const ends = [];
     const leastUs = LEAST_FINDING_WIDTH / view.width * view.lengthUs;
@@ -63,7 +63,7 @@ class FindingPanel {
         // Zooming in only moves them apart.
         const rows = rowsOfFindings().reduce((most, {row}) => Math.max(most, row + 1), 1);
         this.plot = new Plot(rows * FINDING_ROW + 4,
-            `${counted(findings.length, "finding")}, which the list tells`);
+            `${counted(findings.length, "finding")}, which the list shows`);
     }
 
     details() {

@@ -81,7 +81,7 @@ const listFindings = () => {
     }
 };
 
-/** Numbers of findings without a time, to stand beside the panel that they are about. */
+/** Numbers of findings without a time, beside the panel that they are about. */
 const badgesOf = (panel) => findings
     .filter((finding) => finding.fromUs === null)
     .filter((finding) => finding.lane !== null ? panel.lane?.index === finding.lane

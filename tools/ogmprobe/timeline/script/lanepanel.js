@@ -82,7 +82,7 @@ class LanePanel {
         });
     }
 
-    /** Hollow: they are in the file and do not come out. */
+    /** Hollow: they are in the file and are not returned. */
     drawLost() {
         const {plot} = this;
         this.lost.forEach((x, width, size, kind, index) => {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Where packets stand on the time axis. A container may give one time to all packets of a page:
-// those share the time up to the next ones, each in its own slot.
+// Where packets are on the time axis. A container may give one time to all packets of a page: those
+// share the time up to the next ones, each in its own slot.
 
 /** Returns the first index from which `isBehind` is true for all; it is true for none before. */
 const firstIndex = (count, isBehind) => {

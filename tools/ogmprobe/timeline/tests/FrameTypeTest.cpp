@@ -21,7 +21,7 @@ TEST(FrameType, OfMpeg4IsTheCodingTypeOfTheFirstPicture) {
     EXPECT_EQ(typeOf(kMime, {0, 0, 1, 0xb6, 0xd0}), FrameType::kPredicted);
 }
 
-TEST(FrameType, OfMpeg4IsFoundBehindHeaders) {
+TEST(FrameType, OfMpeg4IsFoundAfterHeaders) {
     EXPECT_EQ(typeOf("video/mp4v-es", {0, 0, 1, 0xb0, 1, 0, 0, 1, 0xb6, 0x50, 0, 0, 1, 0xb6, 0x90}),
               FrameType::kPredicted);
 }
@@ -50,7 +50,7 @@ TEST(FrameType, OfH264IsTheTypeOfTheFirstSlice) {
     EXPECT_EQ(typeOf(kMime, {0, 0, 0, 1, 0x65, 0x88, 0x80}), FrameType::kIntra);
 }
 
-TEST(FrameType, OfH264IsFoundBehindParameterSets) {
+TEST(FrameType, OfH264IsFoundAfterParameterSets) {
     EXPECT_EQ(typeOf("video/avc",
                      {0, 0, 0, 1, 0x67, 1, 2, 0, 0, 0, 1, 0x68, 3, 0, 0, 1, 0x65, 0x88, 0x80}),
               FrameType::kIntra);

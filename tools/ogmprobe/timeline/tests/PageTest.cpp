@@ -57,7 +57,7 @@ TEST(TimelineDrawing, MarksAGap) {
     EXPECT_THAT(drawingOf(picturesAt({0, 40000, 80000, 160000, 200000})), HasSubstr(kGap));
 }
 
-TEST(TimelineDrawing, MarksAGapInFrontOfThePacketsOfItsBin) {
+TEST(TimelineDrawing, DrawsAGapOverThePacketsOfItsBin) {
     auto packets = pictures(90000);
     packets.erase(packets.begin() + 45001, packets.begin() + 45004);
     const std::string drawing = drawingOf(timelineOf({laneOf(TrackKind::kVideo, packets)}));
@@ -103,7 +103,7 @@ TEST(TimelineDrawing, ShowsWhereSeeksLandedAndWhatTheyRead) {
     EXPECT_EQ(countOf("<path class=\"seek\"", drawing), 1U);
 }
 
-TEST(TimelinePage, TellsWhatWentWrong) {
+TEST(TimelinePage, ShowsFailures) {
     Timeline timeline = picturesAt({0, 40000});
     EXPECT_THAT(pageOf(timeline), Not(HasSubstr("What could be read is drawn.")));
     timeline.failures = {"the extractor died in read: CHECK(a < b) failed."};

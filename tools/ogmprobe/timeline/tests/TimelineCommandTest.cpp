@@ -183,7 +183,7 @@ TEST_F(TimelineCommand, DrawsTheOtherTracksWhenOneCannotBeRead) {
     video["end"] = -10007;
     const ProcessResult result = run(fakeFile({video, fakeAudio()}), "a.html");
     EXPECT_EQ(result.exitCode, 2);
-    // Seeks fail too, but the same is not told twice.
+    // Seeks fail too, but the same failure is not reported twice.
     EXPECT_EQ(result.err.find("reading track 0 failed"),
               result.err.rfind("reading track 0 failed"));
     EXPECT_THAT(folder().read("a.html"), HasSubstr("reading track 0 failed: AMEDIA_ERROR_IO"));
