@@ -26,8 +26,9 @@ constexpr size_t kSampleBytes = 100000;
 
 std::string beginningOfSample(const std::string& name) {
     std::ifstream file(std::string(OGMPROBE_SAMPLES "/") + name + ".ogm", std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    bytes.resize(std::min(bytes.size(), kSampleBytes));
+    std::string bytes(kSampleBytes, '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<size_t>(file.gcount()));
     return bytes;
 }
 

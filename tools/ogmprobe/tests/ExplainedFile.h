@@ -19,8 +19,11 @@ using android::ogm::test::OggPage;
 using android::ogm::test::OgmFile;
 
 inline Bytes sampleBytes(const std::string& name) {
-    std::ifstream file(std::string(OGMPROBE_SAMPLES "/") + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const std::string path = std::string(OGMPROBE_SAMPLES "/") + name;
+    std::ifstream file(path, std::ios::binary);
+    Bytes bytes(std::filesystem::file_size(path));
+    file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
 }
 
 /** Where the pages of a whole file begin. */

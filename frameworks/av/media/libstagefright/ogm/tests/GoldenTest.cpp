@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <sstream>
 
@@ -17,9 +17,8 @@ constexpr const char* kInt32Keys[] = {"width",       "height",        "frame-rat
 constexpr const char* kInt64Keys[] = {"durationUs", "thumbnail-time"};
 
 Bytes contentsOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    EXPECT_TRUE(stream.is_open()) << path;
-    return Bytes(std::istreambuf_iterator<char>(stream), {});
+    EXPECT_TRUE(std::filesystem::exists(path)) << path;
+    return fileBytes(path);
 }
 
 std::string hexadecimal(const Bytes& bytes) {

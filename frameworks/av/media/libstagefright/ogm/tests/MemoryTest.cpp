@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "AllocationHooks.h"
 #include "ElementaryStreams.h"
@@ -103,22 +104,29 @@ class LongFile {
             return 0;
         }
         size_t done = 0;
-        for (; done < count && offset + static_cast<int64_t>(done) < size(); ++done) {
-            data[done] = byteAt(static_cast<size_t>(offset) + done);
+        while (done < count && offset + static_cast<int64_t>(done) < size()) {
+            const std::string_view piece = pieceAt(static_cast<size_t>(offset) + done);
+            done += piece.copy(reinterpret_cast<char*>(data) + done, count - done);
         }
         return static_cast<ssize_t>(done);
     }
 
-    uint8_t byteAt(size_t offset) {
+    static std::string_view tailOf(const Bytes& bytes, size_t from) {
+        return std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size())
+                .substr(from);
+    }
+
+    /** What lies there, up to the end of the headers or of a period. */
+    std::string_view pieceAt(size_t offset) {
         if (offset < mHeaders.size()) {
-            return mHeaders[offset];
+            return tailOf(mHeaders, offset);
         }
         const size_t number = (offset - mHeaders.size()) / mPeriod.size();
         if (number != mNumber) {
             mNumber = number;
             mPeriod = period(number + 1);
         }
-        return mPeriod[(offset - mHeaders.size()) % mPeriod.size()];
+        return tailOf(mPeriod, (offset - mHeaders.size()) % mPeriod.size());
     }
 
     CDataSource mTable;

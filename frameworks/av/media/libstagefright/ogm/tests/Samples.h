@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 
@@ -27,12 +26,18 @@ inline std::filesystem::path testData() {
 #endif
 }
 
-inline Bytes sampleBytes(const std::string& name) {
-    std::ifstream stream(testData() / "samples" / (name + ".ogm"), std::ios::binary);
+inline Bytes fileBytes(const std::filesystem::path& path) {
+    std::ifstream stream(path, std::ios::binary);
     if (!stream) {
-        throw std::runtime_error("cannot open the sample " + name);
+        throw std::runtime_error("cannot open " + path.string());
     }
-    return Bytes(std::istreambuf_iterator<char>(stream), {});
+    Bytes bytes(std::filesystem::file_size(path));
+    stream.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
+}
+
+inline Bytes sampleBytes(const std::string& name) {
+    return fileBytes(testData() / "samples" / (name + ".ogm"));
 }
 
 }  // namespace android::ogm::test
