@@ -18,7 +18,7 @@
 namespace ogmdump {
 namespace {
 
-/** Of ogmprobe's JSON. */
+/** The schema version of ogmprobe's JSON. */
 constexpr int64_t kSchemaVersion = 1;
 
 struct Failure {
@@ -142,7 +142,7 @@ class Dumper {
         AMediaExtractor* extractor = mExtractor.get();
         const ssize_t size = AMediaExtractor_getSampleSize(extractor);
         mBytes.resize(size > 0 ? static_cast<size_t>(size) : 0);
-        // An empty vector may have no address.
+        // The data() of an empty vector may be null.
         uint8_t none = 0;
         uint8_t* bytes = mBytes.empty() ? &none : mBytes.data();
         if (size < 0 || AMediaExtractor_readSampleData(extractor, bytes, mBytes.size()) != size) {

@@ -22,7 +22,7 @@ void SampleLines::add(const Sample& sample) {
     Track& track = mTracks[sample.track];
     if (track.waiting) {
         Line& before = mLines[*track.waiting - mWritten];
-        // Times may be anything: where the difference does not fit it wraps.
+        // Times may have any value: a difference that does not fit wraps.
         before.untilNextUs = static_cast<int64_t>(static_cast<uint64_t>(sample.timeUs) -
                                                   static_cast<uint64_t>(before.sample.timeUs));
         before.isComplete = true;

@@ -21,7 +21,7 @@ std::optional<int64_t> durationIn(AMediaFormat* format) {
                    : std::nullopt;
 }
 
-/** Bytes as hexadecimal digits. */
+/** Returns bytes as hexadecimal digits. */
 std::optional<std::string> bytesIn(AMediaFormat* format, const char* key) {
     void* data = nullptr;
     size_t size = 0;
@@ -38,7 +38,7 @@ std::optional<std::string> bytesIn(AMediaFormat* format, const char* key) {
     return text;
 }
 
-/** Empty if the format has none. */
+/** Returns an empty text if the format has no MIME type. */
 std::string mimeOf(AMediaFormat* format) {
     const char* mime = nullptr;
     return AMediaFormat_getString(format, AMEDIAFORMAT_KEY_MIME, &mime) ? mime : "";

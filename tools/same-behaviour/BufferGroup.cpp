@@ -11,7 +11,7 @@ namespace android::ogm::trace {
 
 namespace {
 
-/** What a new buffer holds: whoever hands it on without writing it does so with every plug-in. */
+/** The contents of a new buffer, so that unwritten bytes are the same with every plug-in. */
 constexpr uint8_t kUnwritten = 0xCD;
 
 BufferGroup* groupOf(void* handle) {

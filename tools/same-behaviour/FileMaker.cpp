@@ -19,7 +19,7 @@ struct Segment {
     Bytes bytes;
 };
 
-/** Lays the packets of a stream on pages, from the first to the last. */
+/** Writes the packets of a stream into pages, from the first to the last. */
 class PageWriter {
   public:
     PageWriter(Random* random, const Stream& stream)
@@ -132,7 +132,10 @@ void addHeaders(Random* random, const std::vector<Stream>& streams, test::OgmFil
     }
 }
 
-/** The stream with most left is the likeliest to be next, as where pages are in order of time. */
+/**
+ * The stream with most packets left is the likeliest to be next, so pages are roughly in order of
+ * time.
+ */
 size_t nextWriter(Random* random, const std::vector<PageWriter>& writers) {
     size_t all = 0;
     for (const PageWriter& writer : writers) {

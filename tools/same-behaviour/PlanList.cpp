@@ -69,14 +69,14 @@ std::vector<fuzz::Fault> someFaults(Random* random) {
 }
 
 Theme randomTheme(Random* random) {
-    // Mixed calls and seeks are worth more than the rest.
+    // Mixed calls and seeks find more than the rest.
     if (random->oneIn(3)) {
         return random->oneIn(2) ? Theme::kMixed : Theme::kSeeks;
     }
     return static_cast<Theme>(random->below(kThemes));
 }
 
-/** The beginning of a sample, which may be all of it. */
+/** Returns the beginning of a sample, which may be all of it. */
 Bytes beginningOf(Random* random, const Bytes& sample) {
     constexpr size_t kShort = 200000;
     return random->oneIn(6) ? sample : test::head(sample, random->between(40000, kShort));

@@ -13,7 +13,7 @@ namespace android::ogm::trace {
 
 namespace {
 
-/** More would use up the 64 buffers of a group, and the read that finds none waits for ever. */
+/** More would use up the 64 buffers of a group, and a read that finds none waits forever. */
 constexpr size_t kMaxKept = 60;
 
 int64_t int64Of(const AMediaFormat* format, const char* key) {
@@ -173,7 +173,7 @@ CreatorFunc Player::sniff(CDataSource* source) const {
     return creator;
 }
 
-/** The function that opens every file, also those that a sniff refuses. */
+/** Returns the function that opens files, even those that a sniff refuses. */
 CreatorFunc Player::creator() const {
     Plan plan;
     plan.file = test::OggPage(1).beginOfStream().packet(test::bytesOf("\1video")).bytes();
@@ -286,7 +286,7 @@ void Player::drain(size_t rounds) {
                 giveBack(buffer);
             }
         }
-        // A track that meets the end of the file says so once before it returns what it has.
+        // A track that reaches the end of the file reports this once before it returns its packets.
         if (!any && round > 0) {
             return;
         }

@@ -28,7 +28,7 @@ namespace {
 
 constexpr char kDumpProperty[] = "vendor.zor.ogmextractor.dump.audio";
 
-/** Memory that this process shares with those it makes. */
+/** Memory that is shared with child processes. */
 template <typename Value>
 class SharedArray {
   public:

@@ -26,7 +26,7 @@ constexpr std::string_view kDts = "2001";
 constexpr std::string_view kAudioCodecs[] = {"0055", "0055", "0055", "0050", "2000", "2000",
                                              "2001", "0001", "0001", "0002", "00ff", "0160"};
 constexpr std::string_view kUnknownCodec = "XVID";
-/** How rare it is. */
+/** One in so many codecs is unknown. */
 constexpr size_t kUnknownOneIn = 30;
 constexpr uint64_t kOddTimeUnits[] = {0, 1, 333667, uint64_t{1} << 32, ~uint64_t{0}};
 
@@ -148,7 +148,7 @@ Bytes audioFrames(Random* random, std::string_view codec, size_t count) {
     return codec == kDts ? dtsFrames(random, count) : Bytes{};
 }
 
-/** The stream in packets that know nothing of its frames. */
+/** Returns the stream in packets that do not respect its frames. */
 std::vector<Bytes> inPackets(Random* random, const Bytes& stream, const StreamSize& size) {
     const uint8_t headerByte = random->oneIn(4) ? random->byte() : test::kPlainPacket;
     std::vector<Bytes> packets;

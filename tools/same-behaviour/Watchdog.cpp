@@ -19,7 +19,7 @@ constexpr int64_t kMicrosecondsASecond = 1'000'000;
 constexpr int64_t kTickUs = 100'000;
 /** No call that ends computes for as long between two events. */
 constexpr int64_t kMaxComputingUs = 2 * kMicrosecondsASecond;
-/** A process that gets hardly any time for so many ticks waits for something that never comes. */
+/** A process that uses less time than this for many ticks waits for something that never comes. */
 constexpr int64_t kWaitingUs = 1000;
 constexpr int kMaxWaitingTicks = 30;
 /** Sessions need a small part of it. */

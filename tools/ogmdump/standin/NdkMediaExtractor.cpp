@@ -18,14 +18,15 @@
 #include "plugin/PluginLibrary.h"
 
 /*
- * Stands in for the device's public extractor: the functions over a plug-in that is loaded into the
- * program itself. The plug-in is the one beside the program, or what OGMDUMP_PLUGIN names. Of the
- * selected tracks the one whose sample has the least time is current, as on a device.
+ * Replaces the device's public extractor: implements its functions with a plug-in that is loaded
+ * into the program itself. The plug-in is the one beside the program, or the one that
+ * OGMDUMP_PLUGIN names. Of the selected tracks the one whose sample has the least time is current,
+ * as on a device.
  */
 
 namespace {
 
-/** A track and the sample that it gives next. */
+/** A track and its next sample. */
 struct Lane {
     std::unique_ptr<ogmprobe::Track> track;
     std::optional<ogmprobe::Packet> sample;
@@ -41,7 +42,7 @@ struct Lane {
     }
 };
 
-/** A device hands out the decoder's configuration that an ESDS holds under its general name. */
+/** A device returns the decoder's configuration of an ESDS as csd-0. */
 void setConfiguration(const ogmprobe::Format& own, AMediaFormat* format) {
     const auto esds = own.buffer(AMEDIAFORMAT_KEY_ESDS);
     const auto descriptor = esds ? ogmprobe::parseEsDescriptor(*esds) : std::nullopt;

@@ -165,7 +165,7 @@ PlayedFile readDeviceDump(const std::string& path) {
         } catch (const json::exception&) {
             throw ProbeError(
                     ExitCode::kFile,
-                    fmt::format("no dump of a device: line {} is none of ogmdump", number));
+                    fmt::format("no dump of a device: line {} is not from ogmdump", number));
         } catch (const ProbeError& error) {
             throw ProbeError(ExitCode::kFile,
                              fmt::format("no dump of a device: line {}: {}", number, error.what()));

@@ -13,16 +13,16 @@ namespace {
 /** From this number on damage is reported as a whole. */
 constexpr size_t kTooManyToList = 10;
 
-/** Numbers of pages that leap further do not count pages. */
+/** A larger leap of page numbers is not a number of lost pages. */
 constexpr uint32_t kLargestLoss = 10000;
 
-/** Pages that are lost between two pages of a stream; 0 unless their numbers say so. */
+/** Returns how many pages are lost between two pages of a stream, by their numbers. */
 uint32_t lostBetween(const OggPage& before, const OggPage& behind) {
     const uint32_t lost = behind.sequence - before.sequence - 1;
     return lost <= kLargestLoss ? lost : 0;
 }
 
-/** Calls the function with each two neighbours among the pages of each stream. */
+/** Calls the function with each pair of successive pages of each stream. */
 template <typename Function>
 void forNeighbours(const OggFile& file, Function&& function) {
     for (const auto& [serial, stream] : file.streams()) {

@@ -14,7 +14,7 @@ namespace {
 
 /** The part at the end of a file in which the plug-in looks for the duration. */
 constexpr uint64_t kTailSize = 650520;
-/** Tracks of a file need not end together. */
+/** Tracks of a file may end at different times. */
 constexpr double kToleranceUs = kUsPerSecond;
 
 uint64_t tailOffset(const OggFile& file) {
@@ -39,7 +39,7 @@ const OggPage* decidingPage(const Explanation& explanation, int64_t durationUs) 
     return found == pages.end() ? nullptr : &*found;
 }
 
-/** The last page of the stream that says a time. */
+/** Returns the stream's last page with a time. */
 const OggPage* lastPage(const Explanation& explanation, const OggStream& stream) {
     const auto& pages = explanation.file().pages();
     const auto found =
@@ -49,7 +49,7 @@ const OggPage* lastPage(const Explanation& explanation, const OggStream& stream)
     return found == stream.dataPages.rend() ? nullptr : &pages[*found];
 }
 
-/** That of the track that ends last. */
+/** Returns that page of the track that ends last. */
 const OggPage* lastPage(const Explanation& explanation) {
     const OggPage* last = nullptr;
     for (const auto& [serial, stream] : explanation.file().streams()) {
@@ -88,7 +88,7 @@ Finding unknownInALongFile(const Explanation& explanation) {
     return finding;
 }
 
-/** A finding whose text begins with the two durations; `page` is where the wrong one comes from. */
+/** Returns a finding whose text begins with the two durations; `page` causes the wrong one. */
 Finding wrongDuration(const Explanation& explanation, const char* id, int64_t durationUs,
                       int64_t endUs, const OggPage* page) {
     Finding finding;

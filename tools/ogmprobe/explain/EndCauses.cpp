@@ -10,7 +10,7 @@ namespace ogmprobe {
 namespace {
 
 struct EndCause {
-    /** What the assertion holds. */
+    /** A part of the assertion's text. */
     std::string_view assertion;
     const char* text;
 };
@@ -50,7 +50,7 @@ bool hasEndlessAc3Frame(const Explanation& explanation) {
                        });
 }
 
-/** The plug-in takes offset 0 for a place that it does not know yet. */
+/** The plug-in uses offset 0 for an unknown place. */
 bool beginsWithData(const OggFile& file) {
     return !file.pages().empty() && file.pages().front().offset == 0 &&
            !file.pages().front().beginsStream();
@@ -75,7 +75,7 @@ std::string causeOfEnd(const Explanation& explanation, const std::string& messag
         return "An AC-3 frame has a size code (37) for which the plug-in's table says 0 bytes: it "
                "is returned again and again.";
     }
-    // What died without an assertion did so for a reason that is not known here.
+    // The cause of a death without an assertion is unknown.
     if (message.find(" died ") != std::string::npos) {
         return "";
     }

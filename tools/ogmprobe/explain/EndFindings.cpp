@@ -20,7 +20,7 @@ constexpr std::array<std::string_view, 4> kReadingEnds = {
         log_text::kNextGranuleFailed,
 };
 
-/** Streams of a file do not end together to the microsecond. */
+/** Streams of a file end at slightly different times. */
 constexpr int64_t kUsualLossUs = kUsPerSecond;
 
 std::optional<LoggedLine> lineOfTheEnd(const PluginTrace& trace) {
@@ -32,7 +32,7 @@ std::optional<LoggedLine> lineOfTheEnd(const PluginTrace& trace) {
     return std::nullopt;
 }
 
-/** Pages with bytes of a track that were never cut into packets. */
+/** Returns the pages with bytes of a track that were never cut into packets. */
 std::vector<size_t> unreadPages(const Explanation& explanation, const OggStream& stream) {
     std::vector<size_t> unread;
     for (const size_t index : stream.dataPages) {
@@ -67,7 +67,7 @@ void explainLastPage(Explanation& explanation, uint64_t track, size_t index) {
     explanation.add(std::move(finding));
 }
 
-/** The first page at which reading stops because its stream has no later one. */
+/** Returns the first page at which reading stops because its stream has no later one. */
 std::optional<size_t> stoppingPage(const Explanation& explanation) {
     std::optional<size_t> first;
     for (const auto& [serial, stream] : explanation.file().streams()) {
@@ -78,7 +78,7 @@ std::optional<size_t> stoppingPage(const Explanation& explanation) {
     return first;
 }
 
-/** Why reading did not come to the page. */
+/** Returns why reading did not reach the page. */
 std::string whyReadingEnded(const Explanation& explanation, size_t page) {
     const auto& pages = explanation.file().pages();
     const LoggedLine* line = explanation.trace().line(kReadingEnds.front());
@@ -113,7 +113,7 @@ void explainUnread(Explanation& explanation, uint64_t track, const std::vector<s
     explanation.add(std::move(finding));
 }
 
-/** The stream is announced again, and the later track has taken the packets over. */
+/** The stream is announced again, and the later track gets the packets. */
 void explainSupersededTrack(Explanation& explanation, uint64_t track, uint32_t serial,
                             uint64_t heir) {
     Finding finding;
@@ -135,7 +135,7 @@ void explainSupersededTrack(Explanation& explanation, uint64_t track, uint32_t s
     explanation.add(std::move(finding));
 }
 
-/** Of a stream of which at most the last page was not read. */
+/** For a stream whose pages were all read, except perhaps the last. */
 std::string whatThePagesHold(const Explanation& explanation, const OggStream& stream) {
     const std::string pages = counted(stream.dataPages.size(), "page");
     const auto account = explanation.accounts().find(stream.serial);

@@ -9,7 +9,7 @@ void explainAll(Explanation& explanation) {
         explainEnd(explanation);
         return;
     }
-    // A file that another plug-in takes need not be Ogg.
+    // A file that another plug-in accepts may not be Ogg.
     if (!explanation.file().pages().empty()) {
         explainStreams(explanation);
         explainDuration(explanation);

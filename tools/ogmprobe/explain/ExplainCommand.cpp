@@ -58,7 +58,7 @@ ExitCode strictCode(const Explanation& explanation) {
     return isUsual ? ExitCode::kDone : ExitCode::kUsage;
 }
 
-/** The document of a file that cannot be read. */
+/** Returns the document for a file that cannot be read. */
 ordered_json failureDocument(const std::string& path, const Report& report) {
     return {{"schema_version", kSchemaVersion},
             {"path", path},
@@ -72,7 +72,7 @@ ordered_json failureDocument(const std::string& path, const Report& report) {
             {"warnings", report.warningsJson()}};
 }
 
-/** One line: what kinds of unusual findings there are. */
+/** Returns one line with the kinds of unusual findings. */
 std::string summary(const std::string& path, const Explanation& explanation) {
     std::string kinds;
     uint64_t count = 0;

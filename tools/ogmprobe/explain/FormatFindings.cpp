@@ -17,7 +17,7 @@ namespace {
 
 constexpr uint8_t kMpeg4VisualType = 0x20;
 
-/** A track, its stream header and its account, where there are. */
+/** A track with its stream header and its account, if it has them. */
 struct Subject {
     uint64_t index;
     const PlayedTrack& track;

@@ -34,7 +34,7 @@ void explainLoss(Explanation& explanation, const Ledger& ledger, const Loss& los
     explanation.add(std::move(finding));
 }
 
-/** Why a unit comes out otherwise than it is in the file. */
+/** Why a returned unit differs from the file. */
 enum class Change { kForeignTail, kAc3Table, kPacketHeader, kCutAtSync, kUnknown };
 
 struct ChangeText {
@@ -73,7 +73,7 @@ Change changeOf(const FileUnit& unit, const PlayedBuffer& buffer, const StreamAc
                    : Change::kUnknown;
 }
 
-/** The first unit of each change, and how many there are. */
+/** The first unit of each change, and the number of them. */
 struct Changes {
     std::array<uint64_t, kChangeTexts.size()> counts{};
     std::array<size_t, kChangeTexts.size()> first{};
@@ -90,7 +90,7 @@ Changes changesOf(const StreamAccount& account, const PlayedTrack& track) {
     for (size_t i = 0; i < account.units.size(); ++i) {
         const FileUnit& unit = account.units[i];
         const Delivery::Unit& delivered = account.delivery.units[i];
-        // The header of a plain packet is taken off by the plug-in's rule on both sides.
+        // Both sides remove the header of a plain packet by the plug-in's rule.
         const bool isPlainOdd = !account.kind.framing && unit.hasOddHeader;
         if (delivered.buffer && (delivered.isChanged || isPlainOdd)) {
             changes.add(changeOf(unit, track.buffers[*delivered.buffer], account), i);

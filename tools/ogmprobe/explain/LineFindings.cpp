@@ -11,7 +11,7 @@ namespace {
 
 struct MisleadingLine {
     std::string_view beginning;
-    /** In which it is written; in any for `kNone`. */
+    /** The function that writes it; any for `kNone`. */
     PluginFunction function;
     uint64_t leastCount;
     const char* id;

@@ -31,7 +31,7 @@ OggFile::OggFile(const std::string& path) {
 
 void OggFile::addPage(OggPage page) {
     const size_t index = mPages.size();
-    // Where the file ends within a header, the serial number may not be there.
+    // If the file ends within a header, the serial number may be missing.
     const bool hasHeader = page.offset + page.headerSize <= mSize;
     if (page.isReadable() && hasHeader) {
         OggStream& stream = mStreams[page.serial];

@@ -30,7 +30,7 @@ constexpr uint8_t kUnterminated = 255;
 
 constexpr size_t kWindowSize = 1 << 18;
 
-// Most significant bit first, as Ogg has it.
+// Most significant bit first, as in Ogg.
 constexpr std::array<uint32_t, 256> makeChecksumTable() {
     constexpr uint32_t kPolynomial = 0x04c11db7;
     std::array<uint32_t, 256> table{};

@@ -80,7 +80,7 @@ void PluginTrace::add(const SourceRead& read) {
     if (mCall.function == PluginFunction::kRead) {
         mJunkSearches.add(read);
     }
-    // Who goes from byte to byte looks for a page; pages that were found are read otherwise.
+    // Reads byte by byte are a search for a page; known pages are read otherwise.
     if (read.count > 1) {
         return;
     }
@@ -100,8 +100,8 @@ void PluginTrace::add(const SourceRead& read) {
 }
 
 /**
- * Whether the read before was no piece of a packet, only as large as one: a search went on one byte
- * further and met the end of the file there.
+ * Returns whether the previous read was not a piece of a packet but part of a search, which
+ * continued one byte further and reached the end of the file.
  */
 bool PluginTrace::wasOnlySearched(const SourceRead& read) const {
     return mPiece && mPieceIsNew && mOffset && read.offset == *mOffset + 1 &&
@@ -133,7 +133,7 @@ void PluginTrace::noteHeaderRead(const OggPage& page, size_t index, const Source
     }
 }
 
-// Told from a search for a page, which goes byte by byte, by the size.
+// The size distinguishes it from a search for a page, which reads byte by byte.
 void PluginTrace::notePayloadRead(const OggPage& page, size_t index, const SourceRead& read) {
     if (static_cast<uint64_t>(read.offset) != page.bodyOffset() ||
         read.size != page.firstPieceSize) {

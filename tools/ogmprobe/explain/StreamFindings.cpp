@@ -13,7 +13,7 @@
 namespace ogmprobe {
 namespace {
 
-/** The plug-in decides by this much of a file whether it takes it. */
+/** The plug-in decides by this many bytes whether it accepts a file. */
 constexpr uint64_t kSniffedBytes = 1024;
 
 constexpr std::array<std::string_view, 4> kHeaderSearchEnds = {
@@ -76,7 +76,7 @@ struct Reason {
     std::optional<LoggedLine> line;
 };
 
-/** How the search for stream headers ended before its time. */
+/** Returns why the search for stream headers ended early. */
 Reason notReached(const PluginTrace& trace) {
     const auto ended =
             std::find_if(kHeaderSearchEnds.begin(), kHeaderSearchEnds.end(),
@@ -91,7 +91,7 @@ Reason notReached(const PluginTrace& trace) {
             copied(line)};
 }
 
-/** Of a stream whose header page was read. */
+/** Returns the reason for a stream whose header page was read. */
 Reason notAccepted(const StreamHeader& header, const OggPage& page, const PluginTrace& trace) {
     const auto line = [&](std::string_view beginning) {
         return copied(trace.line(beginning, page.offset, page.end()));
@@ -157,7 +157,7 @@ Reason whyNoTrack(const Explanation& explanation, size_t index) {
     return notAccepted(page.announced.value_or(StreamHeader({})), page, trace);
 }
 
-/** Where junk holds another stream's header, that one is taken for the page's own. */
+/** If junk holds another stream's header, the plug-in takes it for the page's own. */
 void explainForeignHeader(Explanation& explanation, const OggPage& page, const JunkRange& junk,
                           const LoggedLine& line) {
     Finding finding;
@@ -232,7 +232,7 @@ void explainUnannounced(Explanation& explanation, const OggStream& stream) {
     explanation.addNoTrack("no header page", std::move(finding));
 }
 
-/** The search for a codec configuration that the line ends is that of the line before it. */
+/** A line ends the search for a codec configuration that the line before it begins. */
 void explainCodecConfigs(Explanation& explanation) {
     std::optional<uint32_t> serial;
     for (const LoggedLine& line : explanation.trace().lines()) {

@@ -12,7 +12,7 @@
 namespace ogmprobe {
 namespace {
 
-/** Buffers of one kind: how many, and the first of them. */
+/** The number of buffers of one kind, and the first one. */
 struct OddTimes {
     uint64_t count = 0;
     size_t first = 0;
@@ -27,7 +27,7 @@ bool isReordered(const PlayedTrack& track) {
     return track.description.kind == TrackKind::kVideo;
 }
 
-/** Whether the plug-in moves pictures by their types. */
+/** Returns whether the plug-in moves pictures by their types. */
 bool isMovedByType(const PlayedTrack& track) {
     const int64_t type = track.streamType.value_or(0);
     return type == stream_type::kMpeg4Video || type == stream_type::kMpegVideo;
@@ -101,7 +101,7 @@ struct TimeSource {
     uint64_t granule = 0;
 };
 
-/** For each buffer; nothing for one that is no unit, or a comment. */
+/** Returns a source for each buffer; nothing for a comment, or for one that matches no unit. */
 std::vector<std::optional<TimeSource>> timeSources(const OggFile& file,
                                                    const StreamAccount& account, size_t buffers) {
     std::map<uint32_t, uint64_t> granuleBefore;

@@ -27,12 +27,18 @@ const std::map<std::string, int> kLogLevels = {
 const std::map<std::string, ColorMode> kColorModes = {
         {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
 
-// The names alone: the mapped numbers mean nothing to a reader of the help.
+/** Turns a name into its number. `names` is what the help shows. */
 template <typename T>
-CLI::CheckedTransformer oneOf(const std::map<std::string, T>& values, const std::string& names) {
-    CLI::CheckedTransformer transformer(values);
-    transformer.description(names);
-    return transformer;
+CLI::Validator oneOf(const std::map<std::string, T>& values, const std::string& names) {
+    return {[values, names](std::string& text) -> std::string {
+                const auto found = values.find(text);
+                if (found == values.end()) {
+                    return text + " is not one of " + names;
+                }
+                text = std::to_string(static_cast<int>(found->second));
+                return "";
+            },
+            names};
 }
 
 constexpr uint64_t kMostTracks = 100'000;
