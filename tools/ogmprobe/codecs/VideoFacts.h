@@ -18,6 +18,18 @@ struct VideoFacts {
     /** "12:11" of a sample, or "16:9 picture". */
     std::string aspect;
     std::optional<bool> interlaced;
+    /** "4:2:0" */
+    std::string chroma;
+    // The next four of MPEG-4 part 2 alone.
+    /** "H.263", "MPEG", "MPEG with own matrices". */
+    std::string quantizer;
+    std::optional<bool> quarterPel;
+    /** With global motion compensation. */
+    std::optional<uint32_t> warpPoints;
+    /** The encoder says that packets may hold two pictures. */
+    bool packed = false;
+    /** Length of the longest row among the first pictures. */
+    std::optional<uint32_t> bPictures;
     /** The encoder's name for itself. */
     std::string encoder;
 };
@@ -28,6 +40,9 @@ std::optional<VideoFacts> mpeg4Facts(std::span<const uint8_t> stream);
 std::optional<VideoFacts> mpeg2Facts(std::span<const uint8_t> stream);
 /** Reads H.264 with start codes: its sequence parameter set. */
 std::optional<VideoFacts> h264Facts(std::span<const uint8_t> stream);
+
+/** Longest row of B pictures of MPEG-1, MPEG-2 and MPEG-4 part 2; nothing without pictures. */
+std::optional<uint32_t> mostBPictures(std::span<const uint8_t> stream);
 
 /** "Advanced Simple profile, level 5, 176x144, sample aspect 1:1, progressive" */
 std::string videoFactsText(const VideoFacts& facts);

@@ -33,6 +33,7 @@ std::string streamTable(const FileFacts& facts, bool color) {
                      {"Bits", kRight},
                      {"Packets", kRight},
                      {"Bytes", kRight},
+                     {"Share", kRight},
                      {"Bitrate", kRight},
                      {"At most", kRight},
                      {"Until", kRight}});
@@ -42,8 +43,8 @@ std::string streamTable(const FileFacts& facts, bool color) {
                    orDash(stream.codec),
                    stream.bitsPerSample ? fmt::format("{}", *stream.bitsPerSample) : "-",
                    fmt::format("{}", stream.packets), fmt::format("{}", stream.bytes),
-                   rateOrDash(stream.averageBitrate), rateOrDash(stream.largestBitrate),
-                   durationText(stream.durationUs)});
+                   fmt::format("{:.0f} %", stream.percentOfFile), rateOrDash(stream.averageBitrate),
+                   rateOrDash(stream.largestBitrate), durationText(stream.durationUs)});
     }
     return table.text("    ", color);
 }
@@ -61,7 +62,9 @@ std::string streamLines(const StreamFacts& stream) {
         text += fmt::format("{}video: {}\n", indent, videoText(stream));
     }
     if (stream.audio) {
-        text += fmt::format("{}audio: {}\n", indent, audioFactsText(*stream.audio));
+        const std::string details = audioDetailsText(stream.audioDetails);
+        text += fmt::format("{}audio: {}{}{}\n", indent, audioFactsText(*stream.audio),
+                            details.empty() ? "" : ", ", details);
     }
     if (!stream.comments.vendor.empty()) {
         text += fmt::format("{}written by: {}\n", indent, visible(stream.comments.vendor));
@@ -79,25 +82,36 @@ ordered_json rounded(const std::optional<double>& rate) {
     return rate ? ordered_json(std::llround(*rate)) : ordered_json(nullptr);
 }
 
+ordered_json textOrNull(const std::string& text) {
+    return text.empty() ? ordered_json(nullptr) : ordered_json(text);
+}
+
 ordered_json toJson(const VideoFacts& video) {
-    const auto textOrNull = [](const std::string& text) {
-        return text.empty() ? ordered_json(nullptr) : ordered_json(text);
-    };
     return {{"profile", textOrNull(video.profile)},
             {"level", textOrNull(video.level)},
             {"width", video.width},
             {"height", video.height},
             {"aspect", textOrNull(video.aspect)},
             {"interlaced", orNull(video.interlaced)},
+            {"chroma", textOrNull(video.chroma)},
+            {"quantizer", textOrNull(video.quantizer)},
+            {"quarter_pel", orNull(video.quarterPel)},
+            {"warp_points", orNull(video.warpPoints)},
+            {"b_pictures", orNull(video.bPictures)},
+            {"packed", video.packed},
             {"encoder", textOrNull(video.encoder)}};
 }
 
-ordered_json toJson(const AudioFacts& audio) {
+ordered_json toJson(const AudioFacts& audio, const AudioDetails& details) {
     return {{"coding", audio.coding},
             {"sample_rate", audio.sampleRate},
             {"channels", audio.channels},
             {"bitrate", rounded(audio.bitrate)},
-            {"constant_bitrate", orNull(audio.constantBitrate)}};
+            {"constant_bitrate", orNull(audio.constantBitrate)},
+            {"layout", textOrNull(details.layout)},
+            {"service", textOrNull(details.service)},
+            {"dialogue_db", orNull(details.dialogueDb)},
+            {"encoder", textOrNull(details.encoder)}};
 }
 
 ordered_json toJson(const Comments& comments) {
@@ -111,10 +125,9 @@ ordered_json toJson(const Comments& comments) {
 ordered_json toJson(const StreamFacts& stream) {
     return {{"serial", stream.serial},
             {"track", orNull(stream.track)},
-            {"why_no_track",
-             stream.whyNoTrack.empty() ? ordered_json(nullptr) : ordered_json(stream.whyNoTrack)},
+            {"why_no_track", textOrNull(stream.whyNoTrack)},
             {"kind", stream.kind},
-            {"tag", stream.codec.empty() ? ordered_json(nullptr) : ordered_json(stream.codec)},
+            {"tag", textOrNull(stream.codec)},
             {"bits_per_sample", orNull(stream.bitsPerSample)},
             {"packets", stream.packets},
             {"bytes", stream.bytes},
@@ -122,7 +135,8 @@ ordered_json toJson(const StreamFacts& stream) {
             {"largest_bitrate", rounded(stream.largestBitrate)},
             {"duration_us", orNull(stream.durationUs)},
             {"frame_rate", orNull(stream.frameRate)},
-            {"audio", stream.audio ? toJson(*stream.audio) : ordered_json(nullptr)},
+            {"audio",
+             stream.audio ? toJson(*stream.audio, stream.audioDetails) : ordered_json(nullptr)},
             {"video", stream.video ? toJson(*stream.video) : ordered_json(nullptr)},
             {"comments", toJson(stream.comments)}};
 }

@@ -20,6 +20,10 @@ namespace {
 /** The largest bitrate is that of a second. */
 constexpr int64_t kInterval = kUsPerSecond;
 
+/** So many bytes hold enough pictures to see how B pictures stand, and frames for a mark. */
+constexpr size_t kManyPictures = 1 << 18;
+constexpr size_t kManyFrames = 1 << 15;
+
 using ReadFacts = std::optional<VideoFacts> (*)(std::span<const uint8_t>);
 
 struct VideoFamily {
@@ -66,6 +70,9 @@ class StreamFactsBuilder {
             addFrameRate(*header);
             addVideo(firstData);
         }
+        if (header != nullptr && header->kind == StreamKind::kAudio) {
+            addAudioDetails(firstData);
+        }
         if (header != nullptr && header->kind == StreamKind::kVorbis) {
             mFacts.audio = vorbisFacts(mReader.body(mFile.pages()[*mStream.announcement]));
         }
@@ -100,6 +107,9 @@ class StreamFactsBuilder {
                 bytesByInterval[*timeUs / kInterval] += page.bodySize;
             }
         }
+        constexpr double kPercent = 100;
+        mFacts.percentOfFile = kPercent * static_cast<double>(mFacts.bytes) /
+                               static_cast<double>(std::max<uint64_t>(mFile.size(), 1));
         addBitrates(bytesByInterval);
     }
 
@@ -131,11 +141,27 @@ class StreamFactsBuilder {
         if (readFacts == nullptr) {
             return;
         }
-        mReader.bodiesFrom(mStream, firstData,
-                           [&](const OggPage&, const std::vector<uint8_t>& bytes) {
-                               mFacts.video = readFacts(bytes);
-                               return mFacts.video.has_value();
-                           });
+        const auto pictures = mReader.bodiesFrom(
+                mStream, firstData, [&](const OggPage&, const std::vector<uint8_t>& bytes) {
+                    mFacts.video = mFacts.video ? mFacts.video : readFacts(bytes);
+                    return mFacts.video && bytes.size() >= kManyPictures;
+                });
+        if (mFacts.video && readFacts != h264Facts) {
+            mFacts.video->bPictures = mostBPictures(pictures);
+        }
+    }
+
+    void addAudioDetails(size_t firstData) {
+        using ReadDetails = AudioDetails (*)(std::span<const uint8_t>);
+        const ReadDetails read = mFacts.codec == "0055" || mFacts.codec == "0050" ? mpegAudioDetails
+                                 : mFacts.codec == "2000"                         ? ac3AudioDetails
+                                                                                  : nullptr;
+        if (read != nullptr) {
+            mFacts.audioDetails = read(mReader.bodiesFrom(
+                    mStream, firstData, [](const OggPage&, const std::vector<uint8_t>& bytes) {
+                        return bytes.size() >= kManyFrames;
+                    }));
+        }
     }
 
     const OggFile& mFile;

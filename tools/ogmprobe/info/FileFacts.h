@@ -9,6 +9,7 @@
 #include "codecs/Comments.h"
 #include "codecs/VideoFacts.h"
 #include "explain/OggFile.h"
+#include "info/AudioDetails.h"
 #include "info/AudioFacts.h"
 #include "records/Records.h"
 
@@ -28,6 +29,8 @@ struct StreamFacts {
     /** Without headers. */
     uint64_t packets = 0;
     uint64_t bytes = 0;
+    /** Percentage of the file's bytes that the stream's packets take. */
+    double percentOfFile = 0;
     /** The last time on a page. */
     std::optional<int64_t> durationUs;
     /** Bits per second over the whole duration, and in the second with the most. */
@@ -37,6 +40,7 @@ struct StreamFacts {
     std::optional<double> frameRate;
     std::optional<VideoFacts> video;
     std::optional<AudioFacts> audio;
+    AudioDetails audioDetails;
     Comments comments;
 };
 

@@ -111,7 +111,7 @@ TEST(ExplainFormats, ASubstreamAddsToTheBitrateOfEnhancedAc3AndNotToItsTime) {
     }
     const ExplainedFile file(audioFile(audioHeader("2000"), frames).bytes());
     EXPECT_THAT(runProbe({"info", file.path()}).out,
-                HasSubstr(" audio: E-AC-3, 48000 Hz, 6 channels, 128 kbit/s constant\n"));
+                HasSubstr(" audio: E-AC-3, 48000 Hz, 6 channels, 128 kbit/s constant, 3/2.1, "));
 }
 
 TEST(ExplainFormats, AacWithoutAConfigurationIsReported) {

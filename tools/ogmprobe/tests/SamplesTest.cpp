@@ -213,13 +213,15 @@ TEST(Samples, HaveTheFactsInTheHeadersInsideTheirStreams) {
     const std::string variable = runProbe({"info", sample("h264_mp3vbr.ogm")}).out;
     EXPECT_THAT(variable,
                 HasSubstr(" video: 25 fps, High profile, level 1.2, 176x144, sample aspect "
-                          "1:1, 11:9 picture, progressive\n"));
+                          "1:1, 11:9 picture, progressive, 4:2:0\n"));
     EXPECT_THAT(variable, HasSubstr(" audio: MPEG-1 layer III, 44100 Hz, 2 channels, 35 kbit/s on "
-                                    "average\n"));
+                                    "average, joint stereo, encoder LAME3.100\n"));
     const std::string uneven = runProbe({"info", sample("mpeg4_2997_ac3.ogm")}).out;
     EXPECT_THAT(uneven, HasSubstr(" video: 29.97 fps, "));
     EXPECT_THAT(uneven, HasSubstr(", encoder Lavc59.37.100\n"));
-    EXPECT_THAT(uneven, HasSubstr(" audio: AC-3, 48000 Hz, 2 channels, 128 kbit/s constant\n"));
+    EXPECT_THAT(uneven, HasSubstr(" audio: AC-3, 48000 Hz, 2 channels, 128 kbit/s constant, "
+                                  "stereo, service complete "
+                                  "main, dialogue at -31 dB\n"));
     EXPECT_THAT(runProbe({"info", sample("mpeg4_vorbis.ogm")}).out,
                 HasSubstr(" audio: Vorbis, 44100 Hz, 2 channels, 80 kbit/s nominal\n"));
 }
