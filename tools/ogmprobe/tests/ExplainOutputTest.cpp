@@ -115,6 +115,34 @@ TEST(ExplainOutput, CanBeCommaSeparatedValues) {
     EXPECT_THAT(result.out, testing::HasSubstr(",codec-not-supported,0,,0,0,,"));
 }
 
+TEST(ExplainOutput, EscapesOddCharactersOfTheFileAndOfItsName) {
+    Bytes bytes = sampleBytes("xvid_refused_mp3.ogm");
+    constexpr size_t kCodec = 28 + 9;
+    ASSERT_EQ(bytes[kCodec], 'X');
+    bytes[kCodec] = 0x1b;
+    bytes[kCodec + 1] = '\n';
+    const TemporaryFolder folder;
+    const std::string name = "a\nb\x1b[31m\xe2\x80\xae.ogm";
+    const std::string path = folder.write(name, std::string(bytes.begin(), bytes.end()));
+    const std::string other = samplePath("mjpeg.ogm");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"explain", "--pages", "--verbose", path},
+          {"explain", path, other},
+          {"explain", path + "x"},
+          {"info", path}}) {
+        const ProcessResult result = runProbe(arguments);
+        for (const std::string& text : {result.out, result.err}) {
+            EXPECT_EQ(text.find('\x1b'), std::string::npos) << text;
+            EXPECT_EQ(text.find("\xe2\x80\xae"), std::string::npos) << text;
+            EXPECT_EQ(text.find("a\nb"), std::string::npos) << text;
+        }
+    }
+    const auto document = nlohmann::json::parse(runProbe({"explain", "--json", path}).out);
+    EXPECT_EQ(document["path"], path) << "data hold the name itself";
+    EXPECT_THAT(runProbe({"explain", "--csv", path}).out,
+                HasSubstr("\n\"" + path + "\",codec-not-supported,"));
+}
+
 TEST(ExplainOutput, FailsWhereItIsStrictAndSomethingUnusualIsFound) {
     EXPECT_EQ(runProbe({"explain", samplePath("xvid_refused_mp3.ogm")}).exitCode, 0);
     EXPECT_EQ(runProbe({"explain", "--strict", samplePath("xvid_refused_mp3.ogm")}).exitCode, 1);
