@@ -195,9 +195,8 @@ void explainPcm(Explanation& explanation, const Subject& subject) {
     }
     Finding finding = subject.finding(
             "pcm8-time-alone",
-            fmt::format("The samples of track {} have 8 bits and come out with 16, in buffers that "
-                        "bear their time alone: other buffers have a target time and a sync flag "
-                        "too.",
+            fmt::format("The 8-bit samples of track {} are returned with 16 bits, in buffers that "
+                        "have only a time: other buffers also have a target time and a sync flag.",
                         subject.index));
     finding.usual = true;
     finding.line = copied(explanation.trace().line(log_text::kPcmWidened));

@@ -7,9 +7,9 @@
 namespace ogmprobe {
 namespace {
 
-/** From so many reads on playing seems to stand still. */
+/** With so many reads, playing seems to stop. */
 constexpr uint64_t kManyReads = 10'000'000;
-/** With fewer nobody notices. */
+/** Fewer are not noticed. */
 constexpr uint64_t kFewReads = 100'000;
 
 }  // namespace
@@ -24,12 +24,12 @@ void explainJunkSearches(Explanation& explanation) {
         Finding finding;
         finding.id = "junk-searched-again";
         finding.text = fmt::format(
-                "When a stream's next page is looked for, {} of junk from offset {} on are "
-                "searched {} more, with {}: from a page of another stream after the junk the "
-                "search goes on too early, by the length of the junk{}.",
+                "{} of junk at offset {} are searched {} more, with {}, while the next page of a "
+                "stream is looked for: after a page of another stream, the search continues too "
+                "early by the length of the junk{}.",
                 counted(junk.size, "byte"), junk.offset, counted(cost.searches, "time"),
                 counted(cost.reads, "read"),
-                cost.reads < kManyReads ? "" : "; on a device playing seems to stand still there");
+                cost.reads < kManyReads ? "" : "; on a device, playing seems to stop there");
         finding.offset = junk.offset;
         finding.bytes = junk.size;
         finding.timeUs = file.timeBefore(junk.offset);

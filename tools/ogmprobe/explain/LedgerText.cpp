@@ -35,8 +35,9 @@ std::string lineOf(const Explanation& explanation, const Ledger& ledger) {
         text += fmt::format(" + {} {}", loss.count, briefOf(explanation, ledger, loss));
     }
     if (ledger.repeated + ledger.foreign > 0) {
-        text += fmt::format("; besides {} come out that the file does not hold there",
-                            counted(ledger.repeated + ledger.foreign, "buffer"));
+        const uint64_t more = ledger.repeated + ledger.foreign;
+        text += fmt::format("; besides, {} {} returned that the file does not hold there",
+                            counted(more, "buffer"), more == 1 ? "is" : "are");
     }
     return text + "\n";
 }

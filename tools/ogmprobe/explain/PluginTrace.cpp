@@ -141,7 +141,7 @@ void PluginTrace::notePayloadRead(const OggPage& page, size_t index, const Sourc
     }
     if (++mPages[index].timesCut > kCircles) {
         throw GoesInCircles(
-                fmt::format("it comes back to the page at offset {} for ever", page.offset));
+                fmt::format("it returns to the page at offset {} without end", page.offset));
     }
 }
 

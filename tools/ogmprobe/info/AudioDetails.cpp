@@ -80,7 +80,7 @@ AudioDetails enhancedDetails(Bytes frame) {
     return details;
 }
 
-/** "LAME3.100" or "LAME3.99r": the mark, the digits behind it, and a letter for a release. */
+/** "LAME3.100" or "LAME3.99r": the mark, the digits after it, and a letter for a release. */
 std::string lameMarkAt(Bytes stream) {
     constexpr std::string_view kReleases = "abr";
     constexpr size_t kLongest = 8;

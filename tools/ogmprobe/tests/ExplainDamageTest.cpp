@@ -122,12 +122,12 @@ TEST(ExplainDamage, ThatLeadsBackForEverIsAnEndlessReading) {
     const ExplainedFile file(damagedBehindPagesWithoutTrack(40).bytes());
     const ProcessResult result = file.run();
     EXPECT_EQ(result.exitCode, 4);
-    EXPECT_THAT(result.err, HasSubstr("the extractor never ends: it comes back to the page at "
+    EXPECT_THAT(result.err, HasSubstr("the extractor never ends: it returns to the page at "
                                       "offset "));
     const auto found = file.findings("extractor-ended");
     ASSERT_EQ(found.size(), 1U);
     EXPECT_THAT(found[0]["text"].get<std::string>(),
-                StartsWith("Playing did not end: the extractor never ends: it comes back to "));
+                StartsWith("Playing did not end: the extractor never ends: it returns to "));
 }
 
 TEST(ExplainDamage, OfTheFilesEndIsReportedWithTheMissingBytes) {

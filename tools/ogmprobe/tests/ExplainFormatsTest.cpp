@@ -307,13 +307,14 @@ TEST(ExplainFormats, AFileWithoutADataPageIsNamed) {
                                            "read as such again and again."));
 }
 
-TEST(ExplainFormats, TheBuffersOfWidenedPcmAreToldAsUsual) {
-    const auto finding = ExplainedFile(sampleBytes("mpeg4_pcm8.ogm"))
-                                 .expectOne("pcm8-time-alone",
-                                            "The samples of track 1 have 8 bits and come out with "
-                                            "16, in buffers that bear their time alone: other "
-                                            "buffers have a target time and a sync flag too.",
-                                            "OGA_AUDIO_PCM,mBitsPerSample == 8");
+TEST(ExplainFormats, TheBuffersOfWidenedPcmAreReportedAsUsual) {
+    const auto finding =
+            ExplainedFile(sampleBytes("mpeg4_pcm8.ogm"))
+                    .expectOne("pcm8-time-alone",
+                               "The 8-bit samples of track 1 are returned with 16 bits, "
+                               "in buffers that have only a time: other buffers also "
+                               "have a target time and a sync flag.",
+                               "OGA_AUDIO_PCM,mBitsPerSample == 8");
     EXPECT_TRUE(finding["usual"]);
     ExplainedFile(sampleBytes("divx3_pcm16.ogm")).expectNone("pcm8-time-alone");
 }
