@@ -34,7 +34,7 @@ WORDS = {
 }  # fmt: skip
 WORD = re.compile(r"\b(?:" + "|".join(WORDS) + r"|(?:AMEDIA_)?ERROR_[A-Z_]+)\b")
 
-NUMBER = re.compile(r"\b(?P<value>0x[0-9A-Fa-f']+|\d[\d']*)(?P<rest>\.\d+F?|[uUlL]*)\b")
+NUMBER = re.compile(r"\b(?P<value>0x[0-9A-Fa-f']+|0|[1-9][\d']*)(?P<rest>\.\d+F?|[uUlL]*)\b")
 UNARY = {"!": re.compile(r"!(?=[\w(*])"), "++": re.compile(r"\+\+"), "--": re.compile(r"--")}
 UNARY_BECOMES = {"!": "", "++": "--", "--": "++"}
 

@@ -86,7 +86,7 @@ int run(int argc, char** argv) {
         return kUsage;
     }
     const ExitCode code = dump(*options, stdout);
-    if (std::fflush(stdout) != 0) {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
         std::perror("ogmdump: cannot write");
         return kFile;
     }

@@ -57,6 +57,9 @@ class Changes(unittest.TestCase):
     def test_ZeroDoesNotBecomeNegative(self):
         self.assertChanges("a = 0;", "number", "a = 1;")
 
+    def test_OctalNumbersStay(self):
+        self.assertChanges("0644", "number")
+
     def test_NumbersInNamesStay(self):
         self.assertChanges("uint8_t u16le", None)
 

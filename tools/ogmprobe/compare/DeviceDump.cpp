@@ -8,6 +8,9 @@
 #include <cstring>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <string_view>
+#include <vector>
 
 #include "codecs/Esds.h"
 #include "files/InputFiles.h"
@@ -147,6 +150,36 @@ std::optional<std::string> configurationOf(const TrackDescription& track) {
                    : std::nullopt;
 }
 
+/** Returns the next line without its end; nothing after the last one. */
+std::optional<std::string_view> nextLine(std::istream& stream, std::vector<char>& room) {
+    stream.getline(room.data(), static_cast<std::streamsize>(room.size()));
+    if (stream.fail() && !stream.eof()) {
+        throw ProbeError(ExitCode::kFile, "it is too long");
+    }
+    if (stream.fail()) {
+        return std::nullopt;
+    }
+    const auto size = static_cast<size_t>(stream.gcount()) - (stream.eof() ? 0 : 1);
+    return std::string_view(room.data(), size);
+}
+
+/** Returns false after the last line. */
+bool takeLine(std::istream& stream, std::vector<char>& room, uint64_t number, DumpReader& reader) {
+    try {
+        const auto text = nextLine(stream, room);
+        if (text) {
+            reader.take(json::parse(*text));
+        }
+        return text.has_value();
+    } catch (const json::exception&) {
+        throw ProbeError(ExitCode::kFile,
+                         fmt::format("no dump of a device: line {} is not from ogmdump", number));
+    } catch (const ProbeError& error) {
+        throw ProbeError(ExitCode::kFile,
+                         fmt::format("no dump of a device: line {}: {}", number, error.what()));
+    }
+}
+
 }  // namespace
 
 PlayedFile readDeviceDump(const std::string& path) {
@@ -155,21 +188,8 @@ PlayedFile readDeviceDump(const std::string& path) {
         throw ProbeError(ExitCode::kFile, fmt::format("cannot open: {}", std::strerror(errno)));
     }
     DumpReader reader;
-    std::string text;
-    for (uint64_t number = 1; std::getline(stream, text); ++number) {
-        try {
-            if (text.size() > kLongestLine) {
-                throw ProbeError(ExitCode::kFile, "it is too long");
-            }
-            reader.take(json::parse(text));
-        } catch (const json::exception&) {
-            throw ProbeError(
-                    ExitCode::kFile,
-                    fmt::format("no dump of a device: line {} is not from ogmdump", number));
-        } catch (const ProbeError& error) {
-            throw ProbeError(ExitCode::kFile,
-                             fmt::format("no dump of a device: line {}: {}", number, error.what()));
-        }
+    std::vector<char> room(kLongestLine + 2);
+    for (uint64_t number = 1; takeLine(stream, room, number, reader); ++number) {
     }
     return reader.file();
 }

@@ -177,6 +177,7 @@ TEST(CompareDevice, WhatIsNoDumpIsRefused) {
         EXPECT_EQ(result.exitCode, 2) << text.substr(0, 100);
         EXPECT_THAT(result.err, HasSubstr("no dump of a device")) << text.substr(0, 100);
     }
+    EXPECT_THAT(file.runWith(std::string(2000000, ' ')).err, HasSubstr("line 1: it is too long"));
     EXPECT_THAT(file.runWith(header + "\n{\"type\":\"seek\",\"target_us\":0}").err,
                 HasSubstr("line 2: it was made with seeks, which are not compared"));
 }
