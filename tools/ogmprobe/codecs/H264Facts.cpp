@@ -71,7 +71,7 @@ void skipScalingList(BitReader& bits, unsigned size) {
     }
 }
 
-/** With what stands between it and the orders of pictures. */
+/** Also skips what follows, up to the picture order. */
 std::string takeChromaFormat(BitReader& bits) {
     const uint32_t chroma = bits.unsignedGolomb();
     if (chroma == 3) {
@@ -80,7 +80,7 @@ std::string takeChromaFormat(BitReader& bits) {
     bits.unsignedGolomb();
     bits.unsignedGolomb();
     bits.skip(1);
-    const std::string name = nameOf(kH264Chroma, chroma);
+    std::string name = nameOf(kH264Chroma, chroma);
     if (!bits.flag()) {
         return name;
     }

@@ -78,7 +78,7 @@ void readVolControl(BitReader& bits, VideoFacts& facts) {
 }
 
 void readSprite(BitReader& bits, uint32_t version, VideoFacts& facts) {
-    constexpr size_t kStaticSpriteSize = 4 * (13 + 1);
+    constexpr size_t kStaticSpriteSize = size_t{4} * (13 + 1);
     const uint32_t sprite = bits.take(version == 1 ? 1 : 2);
     if (sprite != kStaticSprite && sprite != kGlobalMotion) {
         return;
