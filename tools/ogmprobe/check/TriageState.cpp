@@ -83,7 +83,7 @@ void TriageState::open() {
         throw ProbeError(ExitCode::kFile,
                          fmt::format("cannot open {}: {}", mPath, std::strerror(errno)));
     }
-    // A pipe would wait for ever, and a device keeps nothing.
+    // Opening a pipe would block, and a device keeps nothing.
     if (!isRegularFile(mFile.get())) {
         throw ProbeError(ExitCode::kFile, fmt::format("{} is no file to keep a state in", mPath));
     }

@@ -145,7 +145,7 @@ std::string printableBeginning(Bytes bytes) {
     return {bytes.begin(), end};
 }
 
-/** DivX marks a stream with two pictures in some packets by a p behind its version. */
+/** DivX marks a stream with two pictures in some packets by a p after its version. */
 bool saysPacked(const std::string& encoder) {
     return encoder.starts_with("DivX") && encoder.ends_with('p');
 }

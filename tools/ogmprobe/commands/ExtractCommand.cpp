@@ -125,7 +125,7 @@ class ExtractRecords : public CommandRecords {
         }
         makeFolder(mOptions.folder);
         const Existing existing = mOptions.force ? Existing::kOverwrite : Existing::kRefuse;
-        // Before anything is read: nobody wants to hear of a name that is taken after an hour.
+        // Before anything is read: an existing file should be reported at once, not after an hour.
         for (const TrackDescription& track : mTracks) {
             mExtractions[track.index] = std::make_unique<Extraction>(
                     track, std::make_unique<NewFile>(pathOf(track), existing));

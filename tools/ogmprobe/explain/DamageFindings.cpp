@@ -32,7 +32,7 @@ void forNeighbours(const OggFile& file, Function&& function) {
     }
 }
 
-/** "; 2 pages of track 0 are lost there", for each stream with pages before and behind. */
+/** "; 2 pages of track 0 are lost there", for each stream with pages before and after. */
 std::string lossesIn(const Explanation& explanation, const JunkRange& junk) {
     std::string text;
     forNeighbours(explanation.file(), [&](const OggPage& before, const OggPage& behind) {

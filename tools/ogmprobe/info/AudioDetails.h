@@ -8,7 +8,7 @@
 
 namespace ogmprobe {
 
-/** What a listener or an engineer asks about sound beyond its rate; empty where nothing tells. */
+/** What a listener or an engineer asks about sound beyond its rate; empty if unknown. */
 struct AudioDetails {
     /** "mono", "stereo", "joint stereo", "3/2.1": channels in front, behind, and the low one. */
     std::string layout;

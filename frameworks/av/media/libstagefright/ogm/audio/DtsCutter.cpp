@@ -83,7 +83,7 @@ std::optional<AccessUnit> DtsCutter::dequeueAccessUnit(ElementaryStream* stream,
         return std::nullopt;
     }
     if (*offset > 0) {
-        // The bytes before a frame are charged to nobody, and their time goes with them.
+        // The bytes before a frame belong to no frame; their time is dropped with them.
         stream->dropBytes(*offset);
         (void)stream->fetchTimestamp(*offset);
     }

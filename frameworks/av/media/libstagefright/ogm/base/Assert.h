@@ -5,7 +5,7 @@
 
 /**
  * Assertions whose texts are behaviour: crash reports are sorted by them, so the location in a text
- * is fixed and does not follow the line on which the assertion stands. Each ends the process by the
+ * is fixed and does not follow the line of the assertion. Each ends the process by the
  * same path as the platform's CHECK macros, under the including file's LOG_TAG.
  *
  * What a file can cause is otherwise a status; the assertions that a file can reach are listed in

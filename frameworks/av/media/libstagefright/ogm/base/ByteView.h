@@ -60,7 +60,7 @@ class ByteView {
         return placeOf(memmem(rest.mData, rest.mSize, text.data(), text.size()));
     }
 
-    /** The first place at or after `from` where that byte stands. */
+    /** Returns the first position at or after `from` of that byte. */
     std::optional<size_t> find(uint8_t byte, size_t from) const {
         const ByteView rest = this->from(from);
         return rest.empty() ? std::nullopt : placeOf(memchr(rest.mData, byte, rest.mSize));

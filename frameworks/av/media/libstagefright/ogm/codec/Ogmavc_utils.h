@@ -19,7 +19,7 @@ namespace android::ogm {
 
 // MPEG-4 video (ISO/IEC 14496-2).
 
-/** Begins every start code; one byte follows that tells which. */
+/** Begins every start code; the next byte is the code itself. */
 inline constexpr std::string_view kStartCodePrefix("\0\0\1", 3);
 
 /**

@@ -16,7 +16,7 @@ enum class ReadStep {
 
 /**
  * What a read does once it has tried to fill its track's queue. `result` is that of the last step
- * of filling, `hadCompletePackets` tells whether anything could have been taken before it, and
+ * of filling, `hadCompletePackets` says whether anything could have been taken before it, and
  * `queued` is the number of packets now.
  *
  * A queue that had something to hand out does so whatever happened; the end of the data applies to

@@ -32,7 +32,7 @@ constexpr uint8_t kVop = 0xB6;
 /** The first start code; nothing when there is none. */
 std::optional<size_t> findStartCode(ByteView data) {
     // The position has 8 bits and wraps: with more than 257 bytes and no start code among the first
-    // ones the search goes on for ever. It is volatile so that a search without end stays one.
+    // ones the search never ends. It is volatile so that a search without end stays one.
     volatile uint8_t position = 0;
     while (size_t{position} + 2 < data.size()) {
         if (data.holds(kStartCodePrefix, position)) {

@@ -67,7 +67,7 @@ constexpr CodecId kVideoCodecs[] = {
 
 constexpr Codec kPcm{OGA_AUDIO_PCM, &MEDIA_MIMETYPE_AUDIO_RAW, "Audio - PCM Codec "};
 constexpr Codec kAdpcm{OGA_AUDIO_ADPCM, &MEDIA_MIMETYPE_AUDIO_MS_ADPCM, "Audio - ADPCM Codec "};
-// Both layers; the frames tell which one it is.
+// Both layers; the frames say which one it is.
 constexpr Codec kMpegAudio{OGA_AUDIO_MPEG, &MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_I,
                            "Audio - Mpeg Layer-1/2"};
 constexpr Codec kMp3{OGA_AUDIO_MP3, &MEDIA_MIMETYPE_AUDIO_MPEG, "Audio - MP3 Codec "};
