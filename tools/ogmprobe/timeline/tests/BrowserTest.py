@@ -11,26 +11,20 @@ import re
 import shutil
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
 
-from selenium import webdriver
-from selenium.webdriver.chrome.service import Service
-from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.support.ui import WebDriverWait
 
 import LongFile
 
+sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "tests"))
+from BrowserCase import BrowserCase, contrast, luminance
+
 program = None
 samples = (pathlib.Path(__file__).parents[4] /
            "frameworks/av/media/libstagefright/ogm/tests/data/samples")
-
-FLAGS = ("headless", "no-sandbox", "disable-gpu", "disable-quic", "no-first-run",
-         "disable-background-networking", "disable-component-update", "disable-sync",
-         "disable-dev-shm-usage")
-
 
 def run(*arguments):
     return subprocess.run([program, *map(str, arguments)], check=True, text=True,
@@ -42,37 +36,9 @@ def packets_of(file):
     return [document for document in documents if document["type"] == "buffer"]
 
 
-def luminance(colour):
-    """Of "rgb(r, g, b)", as WCAG 2 has it."""
-    parts = [int(part) / 255 for part in colour[colour.index("(") + 1:-1].split(",")[:3]]
-    red, green, blue = (part / 12.92 if part <= 0.04045 else ((part + 0.055) / 1.055) ** 2.4
-                        for part in parts)
-    return 0.2126 * red + 0.7152 * green + 0.0722 * blue
-
-
-def contrast(first, second):
-    dark, light = sorted((luminance(first), luminance(second)))
-    return (light + 0.05) / (dark + 0.05)
-
-
-class TimelineInBrowser(unittest.TestCase):
-    """All tests share a browser, which takes seconds to start; load() begins afresh in it."""
-
-    @classmethod
-    def setUpClass(cls):
-        cls.shared = pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        options = webdriver.ChromeOptions()
-        options.binary_location = "/usr/bin/chromium"
-        for flag in FLAGS:
-            options.add_argument("--" + flag)
-        options.add_argument(f"--user-data-dir={cls.shared / 'profile'}")
-        cls.browser = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
-        cls.addClassCleanup(cls.browser.quit)
-
-    def setUp(self):
-        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        # Reading the log empties it: what one test leaves there is not taken for the next one's.
-        self.addCleanup(self.assertNoComplaints)
+class TimelineInBrowser(BrowserCase):
+    # Reading pixels, as colours_in() does, could be quicker.
+    expected_complaint = "readback operations using getImageData"
 
     def make(self, file):
         """A page of a file that is no sample, or not known as one."""
@@ -88,22 +54,6 @@ class TimelineInBrowser(unittest.TestCase):
             run("timeline", samples / sample, "-o", page)
         return page
 
-    def load(self, page, width=1280, height=1500, dark=False, fragment="", phone=False):
-        """Nothing is left of what was shown before, nor is the mouse where it was."""
-        self.browser.get("about:blank")
-        for command, arguments in (
-                ("Page.resetNavigationHistory", {}),
-                ("Storage.clearDataForOrigin", {"origin": "*", "storageTypes": "all"}),
-                ("Emulation.setDeviceMetricsOverride", {
-                    "width": width, "height": height, "deviceScaleFactor": 1, "mobile": phone}),
-                ("Emulation.setTouchEmulationEnabled", {"enabled": phone}),
-                ("Emulation.setEmulatedMedia", {"features": [
-                    {"name": "prefers-color-scheme", "value": "dark" if dark else "light"},
-                    {"name": "prefers-reduced-motion", "value": "reduce"}]}),
-                ("Input.dispatchMouseEvent", {"type": "mouseMoved", "x": 0, "y": 0})):
-            self.browser.execute_cdp_cmd(command, arguments)
-        self.browser.get(page.as_uri() + fragment)
-
     def show(self, page, **how):
         self.load(page, **how)
         WebDriverWait(self.browser, 120, 0.05).until(lambda browser: self.script(
@@ -118,20 +68,6 @@ class TimelineInBrowser(unittest.TestCase):
         """Until what was asked for has been drawn."""
         self.browser.execute_async_script(
             "requestAnimationFrame(() => requestAnimationFrame(arguments[0]))")
-
-    def assertNoComplaints(self):
-        # The browser warns that reading pixels, as colours_in() does, could be quicker.
-        self.assertEqual([], [entry for entry in self.browser.get_log("browser")
-                              if "readback operations using getImageData" not in entry["message"]])
-
-    def script(self, text, *arguments):
-        return self.browser.execute_script(text, *arguments)
-
-    def elements(self, selector):
-        return self.browser.find_elements(By.CSS_SELECTOR, selector)
-
-    def element(self, identifier):
-        return self.browser.find_element(By.ID, identifier)
 
     def box(self, selector, number=0):
         """Place and size of an element in the window."""
