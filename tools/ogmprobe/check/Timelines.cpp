@@ -50,8 +50,8 @@ std::string failureOf(const std::string& path, const fs::path& output, bool forc
 }
 
 /**
- * The file that a process is about to write, which it leaves behind if a signal to this process
- * kills it too. One that was there before is not ours to remove.
+ * The file that a process is about to write, and leaves if it is killed. One that was there before
+ * is not ours to remove.
  */
 class WatchedPart {
   public:

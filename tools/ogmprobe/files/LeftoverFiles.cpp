@@ -67,4 +67,9 @@ void removeLeftoverFilesOnSignals() {
     }
 }
 
+void removeOwnLeftoverFilesOnTermination() {
+    LeftoverFile::sFirst = nullptr;
+    std::signal(SIGTERM, LeftoverFile::onSignal);
+}
+
 }  // namespace ogmprobe

@@ -24,6 +24,7 @@ class LeftoverFile {
 
   private:
     friend void removeLeftoverFilesOnSignals();
+    friend void removeOwnLeftoverFilesOnTermination();
 
     static void onSignal(int number);
 
@@ -51,5 +52,11 @@ class HeldSignals {
 
 /** Makes SIGINT, SIGTERM and SIGHUP remove the files before they end the program. Call once. */
 void removeLeftoverFilesOnSignals();
+
+/**
+ * For a process that was just forked: forgets the parent's files, and makes SIGTERM remove those
+ * that this process watches from now on.
+ */
+void removeOwnLeftoverFilesOnTermination();
 
 }  // namespace ogmprobe

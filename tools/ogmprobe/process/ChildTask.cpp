@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,6 +17,7 @@
 #include <utility>
 
 #include "ExitCode.h"
+#include "files/LeftoverFiles.h"
 #include "process/Sandbox.h"
 
 namespace ogmprobe {
@@ -47,6 +49,15 @@ bool writeAnswer(int descriptor, const std::string& text) {
     return true;
 }
 
+/** Ends this process with its parent, but not before its files are removed. */
+void followParent(pid_t parent) {
+    removeOwnLeftoverFilesOnTermination();
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (getppid() != parent) {
+        _exit(static_cast<int>(ExitCode::kDied));
+    }
+}
+
 [[noreturn]] void beChild(const ChildTask::Work& work, ChildTask::Rights rights) {
     bool isDone = false;
     try {
@@ -72,6 +83,9 @@ ChildTask::ChildTask(const Work& work, Rights rights, uint64_t mostBytes) : mMos
     requireStarted(mProcess >= 0);
     if (mProcess == 0) {
         detach(parent, writing.get());
+        if (rights == Rights::kAll) {
+            followParent(parent);
+        }
         beChild(work, rights);
     }
 }
