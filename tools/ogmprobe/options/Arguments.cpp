@@ -59,6 +59,7 @@ std::vector<Command> addCommands(CLI::App& app, Collected& collected) {
 
 std::vector<std::string> namesOf(const std::vector<Command>& commands) {
     std::vector<std::string> names;
+    names.reserve(commands.size());
     for (const Command& command : commands) {
         names.push_back(command.app->get_name());
     }
