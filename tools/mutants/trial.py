@@ -119,7 +119,8 @@ class Workshop:
     def _link_plugin_test(self):
         """The plug-in's tests with the path of this folder's library in place of the build's."""
         objects = self.build.objects("ogm_test_support")
-        arguments, _ = self.build.commands[next(o for o in objects if o.endswith("/Plugin.cpp.o"))]
+        output = next(o for o in objects if self.build.holds(o, "Plugin.cpp"))
+        arguments, _ = self.build.commands[output]
         changed = [
             re.sub(r"^-DOGM_PLUGIN_PATH=.*", f'-DOGM_PLUGIN_PATH="{self.library}"', argument)
             for argument in arguments
