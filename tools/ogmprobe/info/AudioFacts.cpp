@@ -73,16 +73,21 @@ void addBitrate(const std::vector<FileUnit>& units, AudioFacts& facts) {
 
 }  // namespace
 
-std::optional<AudioFacts> framedAudioFacts(const OggFile& file, StreamPackets stream,
-                                           const std::string& formatTag, OggScanner& scanner) {
+std::optional<AudioFraming> framingOf(const std::string& formatTag) {
     const auto* framing =
             std::find_if(kFramings.begin(), kFramings.end(),
                          [&formatTag](const auto& row) { return row.first == formatTag; });
-    if (framing == kFramings.end()) {
+    return framing == kFramings.end() ? std::nullopt : std::optional(framing->second);
+}
+
+std::optional<AudioFacts> framedAudioFacts(const OggFile& file, StreamPackets stream,
+                                           const std::string& formatTag, OggScanner& scanner) {
+    const auto framing = framingOf(formatTag);
+    if (!framing) {
         return std::nullopt;
     }
     stream.packets.resize(std::min(stream.packets.size(), kMostPackets));
-    const UnitKind kind{TrackKind::kAudio, framing->second};
+    const UnitKind kind{TrackKind::kAudio, framing};
     const std::vector<FileUnit> units = unitsOf(file, stream, kind, scanner);
     if (units.empty()) {
         return std::nullopt;

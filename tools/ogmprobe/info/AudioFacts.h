@@ -10,6 +10,9 @@
 
 namespace ogmprobe {
 
+/** Returns the framing of an audio stream with this format tag; nothing if it has no frames. */
+std::optional<AudioFraming> framingOf(const std::string& formatTag);
+
 /** The contents of the headers inside an audio stream. */
 struct AudioFacts {
     /** "MPEG-1 layer III", "AC-3", "Vorbis". */

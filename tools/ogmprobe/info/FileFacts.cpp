@@ -153,9 +153,10 @@ class StreamFactsBuilder {
 
     void addAudioDetails(size_t firstData) {
         using ReadDetails = AudioDetails (*)(std::span<const uint8_t>);
-        const ReadDetails read = mFacts.codec == "0055" || mFacts.codec == "0050" ? mpegAudioDetails
-                                 : mFacts.codec == "2000"                         ? ac3AudioDetails
-                                                                                  : nullptr;
+        const auto framing = framingOf(mFacts.codec);
+        const ReadDetails read = framing == AudioFraming::kMpegAudio ? mpegAudioDetails
+                                 : framing == AudioFraming::kAc3     ? ac3AudioDetails
+                                                                     : nullptr;
         if (read != nullptr) {
             mFacts.audioDetails = read(mReader.bodiesFrom(
                     mStream, firstData, [](const OggPage&, const std::vector<uint8_t>& bytes) {

@@ -163,6 +163,16 @@ TEST(HoleInTheMiddle, IsReportedAsWithEachSearchDoneInFull) {
                                        "times more, with [0-9]+ reads, while the next page "));
 }
 
+TEST(HoleInTheMiddle, IsCalledAStandstillWhereItIsLarge) {
+    const TemporaryFolder folder;
+    const auto explained = [&folder](size_t size) {
+        return runProbe({"explain", folder.write("hole.ogm", withHole(size))}).out;
+    };
+    constexpr const char* kStandstill = "; on a device, playing seems to stop there.";
+    EXPECT_THAT(explained(3'000'000), testing::HasSubstr(kStandstill));
+    EXPECT_THAT(explained(80'000), testing::HasSubstr("early by the length of the junk.\n"));
+}
+
 TEST(HoleInTheMiddle, IsSearchedInFullOnceForEachLookUp) {
     const TemporaryFolder folder;
     const ProcessResult result =
