@@ -8,7 +8,7 @@
 namespace android::properties {
 
 /** Returns the values of all properties whose names begin with `prefix`. */
-__attribute__((visibility("default"))) std::vector<std::string> valuesBehind(
+__attribute__((visibility("default"))) std::vector<std::string> valuesWithPrefix(
         std::string_view prefix);
 
 }  // namespace android::properties

@@ -54,7 +54,7 @@ size_t PropertyStore::read(std::string_view name, char* value) const {
     return length;
 }
 
-std::vector<std::string> PropertyStore::valuesBehind(std::string_view prefix) const {
+std::vector<std::string> PropertyStore::valuesWithPrefix(std::string_view prefix) const {
     std::vector<std::string> values;
     std::shared_lock<std::shared_mutex> lock(mLock);
     for (auto it = mValues.lower_bound(prefix);
@@ -74,8 +74,8 @@ bool PropertyStore::set(std::string_view name, std::string_view value) {
     return true;
 }
 
-std::vector<std::string> valuesBehind(std::string_view prefix) {
-    return PropertyStore::instance().valuesBehind(prefix);
+std::vector<std::string> valuesWithPrefix(std::string_view prefix) {
+    return PropertyStore::instance().valuesWithPrefix(prefix);
 }
 
 }  // namespace android::properties

@@ -26,7 +26,7 @@ class PropertyStore {
     size_t read(std::string_view name, char* value) const;
 
     /** Returns the values of all properties whose names begin with `prefix`. */
-    std::vector<std::string> valuesBehind(std::string_view prefix) const;
+    std::vector<std::string> valuesWithPrefix(std::string_view prefix) const;
 
     /** Sets a property; returns false if the name is empty or the value too long. */
     bool set(std::string_view name, std::string_view value);

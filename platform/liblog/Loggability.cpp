@@ -75,9 +75,9 @@ std::optional<int> levelInPropertyOfTag(const char* prefix, std::string_view tag
     return levelInProperty(std::string(prefix).append(".").append(tag).c_str());
 }
 
-int lowestLevelBehind(const char* prefix) {
+int lowestLevelWithPrefix(const char* prefix) {
     int lowest = kNotConfigured;
-    for (const std::string& value : properties::valuesBehind(prefix)) {
+    for (const std::string& value : properties::valuesWithPrefix(prefix)) {
         lowest = std::min(lowest, levelOfLetter(value[0]).value_or(kNotConfigured));
     }
     return lowest;
@@ -107,7 +107,7 @@ int lowestLevel() {
     }
     const ErrnoRestorer restorer;
     const int level =
-            std::min(lowestLevelBehind(kPersistentProperty), lowestLevelBehind(kProperty));
+            std::min(lowestLevelWithPrefix(kPersistentProperty), lowestLevelWithPrefix(kProperty));
     gLowestLevel.store({serial, level});
     return level;
 }

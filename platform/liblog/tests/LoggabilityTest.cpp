@@ -61,7 +61,7 @@ TEST_F(LoggabilityTest, AnUnknownLetterMeansNoProperty) {
     EXPECT_EQ(ANDROID_LOG_INFO, level(ANDROID_LOG_INFO));
 }
 
-TEST_F(LoggabilityTest, ThePropertiesAreAskedFromTheMostSpecial) {
+TEST_F(LoggabilityTest, ThePropertiesAreReadFromTheMostSpecificOn) {
     setProperty("log.tag", "E");
     EXPECT_EQ(ANDROID_LOG_ERROR, level());
     setProperty("persist.log.tag", "W");

@@ -65,7 +65,7 @@ TEST_F(PrintTest, PrioritiesBelowVerboseDoNotPass) {
     EXPECT_TRUE(entries().empty());
 }
 
-TEST_F(PrintTest, WhatMayNotPassGivesMinusEperm) {
+TEST_F(PrintTest, ALineThatIsFilteredOutGivesMinusEperm) {
     setProperty("log.tag.PrintTest", "E");
     EXPECT_EQ(-EPERM, __android_log_print(ANDROID_LOG_WARN, kTag, "text"));
     EXPECT_EQ(-EPERM, vprint(ANDROID_LOG_WARN, kTag, "text"));
@@ -75,7 +75,7 @@ TEST_F(PrintTest, WhatMayNotPassGivesMinusEperm) {
     EXPECT_TRUE(entries().empty());
 }
 
-TEST_F(PrintTest, TheFormatOfWhatMayNotPassIsNotLookedAt) {
+TEST_F(PrintTest, TheFormatOfALineThatIsFilteredOutIsNotRead) {
     __android_log_set_minimum_priority(ANDROID_LOG_ERROR);
     const char* const unreadable = reinterpret_cast<const char*>(1);
     EXPECT_EQ(-EPERM, __android_log_print(ANDROID_LOG_WARN, kTag, "%s", unreadable));

@@ -39,7 +39,7 @@ TEST(StderrLoggerTest, ALineHoldsTagLetterTimeProcessThreadAndMessage) {
             << line;
 }
 
-TEST(StderrLoggerTest, AFileAndItsLineStandBeforeTheBracket) {
+TEST(StderrLoggerTest, AFileAndItsLineAreBeforeTheBracket) {
     const std::string line = lineFor(ANDROID_LOG_WARN, "message", "some/file.cpp");
     EXPECT_TRUE(matches(line, std::string("Tag W ") + kTimePattern + " " + padded(getpid()) + " " +
                                       padded(gettid()) + " some/file\\.cpp:345\\] message\n"))

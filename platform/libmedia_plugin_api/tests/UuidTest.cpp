@@ -51,7 +51,7 @@ constexpr bool isAnyConstant(std::index_sequence<indices...>) {
     return (isConstant<InvalidText<indices>>(0) || ...);
 }
 
-TEST(UuidTest, TheBytesStandInTextOrder) {
+TEST(UuidTest, TheBytesAreInTextOrder) {
     constexpr auto uuid = UUID("01234567-89ab-cdef-fedc-ba9876543210");
     const uint8_t expected[16] = {0x01, 0x23, 0x45, 0x67, 0x89, 0xab, 0xcd, 0xef,
                                   0xfe, 0xdc, 0xba, 0x98, 0x76, 0x54, 0x32, 0x10};

@@ -14,7 +14,7 @@ namespace {
 
 constexpr size_t kMoreThanThereIs = std::numeric_limits<size_t>::max() / 2;
 
-TEST(ABuffer, HoldsAsManyBytesAsWereAskedFor) {
+TEST(ABuffer, HoldsTheRequestedNumberOfBytes) {
     sp<ABuffer> buffer = new ABuffer(100);
     ASSERT_NE(buffer->data(), nullptr);
     EXPECT_EQ(buffer->size(), 100u);

@@ -46,7 +46,7 @@ TEST_F(MediaBufferBaseTest, TheFormatIsMadeOnceAndSurvivesAReset) {
     EXPECT_EQ(timeUs, 1234);
 }
 
-TEST(MediaBufferBase, ReleaseThroughTheTableEndsAFreeStandingBuffer) {
+TEST(MediaBufferBase, ReleaseThroughTheTableFreesABufferWithoutAGroup) {
     MediaBufferBase* buffer = new MediaBuffer(1);
     CMediaBuffer* table = buffer->wrap();
     ASSERT_NE(table->meta_data(table->handle), nullptr);

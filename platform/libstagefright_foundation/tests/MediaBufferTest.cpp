@@ -32,7 +32,7 @@ class CountingObserver : public MediaBufferObserver {
     MediaBufferBase* last = nullptr;
 };
 
-TEST(MediaBuffer, BeginsFreeStandingWithTheWholeStorageAsRange) {
+TEST(MediaBuffer, BeginsWithoutAGroupAndWithTheWholeStorageAsRange) {
     auto* buffer = new MediaBuffer(100);
     ASSERT_NE(buffer->data(), nullptr);
     EXPECT_EQ(buffer->size(), 100u);

@@ -47,7 +47,7 @@ TEST(StrongPointer, CopiesCountAndMovesDoNot) {
     EXPECT_EQ(moved, first);
 }
 
-TEST(StrongPointer, AssignmentHoldsTheNewObjectAndLetsGoOfTheOld) {
+TEST(StrongPointer, AssignmentHoldsTheNewObjectAndReleasesTheOld) {
     std::string oldEvents;
     sp<TestObject> pointer = new TestObject(&oldEvents);
     sp<TestObject> other = new TestObject;

@@ -73,7 +73,7 @@ TEST(SampleLines, ATimeThatGoesBackIsADifferenceBelowZero) {
                 ElementsAre("80 -40", "40 9223372036854775768", "-9223372036854775808 null"));
 }
 
-TEST(SampleLines, AreNoMoreThanAskedForInEachTrack) {
+TEST(SampleLines, AreNoMoreThanRequestedInEachTrack) {
     Written out;
     SampleLines lines(out.file(), 2, 1);
     lines.add(sampleAt(0, 0));

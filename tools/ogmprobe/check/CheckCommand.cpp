@@ -67,7 +67,7 @@ class CheckRun {
     std::unique_ptr<NewFile> newPage() const;
     void checkAll(const std::vector<std::string>& paths);
     void show(const CheckedFile& file);
-    void tellFailures(const CheckedFile& file);
+    void reportFailures(const CheckedFile& file);
     void writePage(NewFile& page, const TimelineResults& timelines);
     TimelineResults timelines();
     void writeEnd();
@@ -134,7 +134,7 @@ void CheckRun::checkAll(const std::vector<std::string>& paths) {
 }
 
 /** Reports only files that cannot be read: other failures are verdicts. */
-void CheckRun::tellFailures(const CheckedFile& file) {
+void CheckRun::reportFailures(const CheckedFile& file) {
     if (file.verdict() == Verdict::kUnknown && !file.failures.empty()) {
         mSession.console.error(file.path, file.failures.front().message);
     }
@@ -155,7 +155,7 @@ void CheckRun::show(const CheckedFile& file) {
     } else if (!mIsOne) {
         mSession.output.write(lineText(file, mColor));
     }
-    tellFailures(file);
+    reportFailures(file);
 }
 
 /** Of what has faults and was opened: there is nothing to see of the rest. */

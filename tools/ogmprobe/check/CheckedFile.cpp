@@ -76,7 +76,7 @@ ordered_json toJson(const CheckedTrack& track) {
             {"decoder",
              track.decoder.empty() ? ordered_json(nullptr) : ordered_json(track.decoder)},
             {"in_file", orNull(track.inFile)},
-            {"handed_out", track.handedOut},
+            {"handed_out", track.returned},
             {"reasons", toJson(track.reasons)}};
 }
 
@@ -90,7 +90,7 @@ CheckedTrack trackFrom(const ordered_json& json) {
     track.format = json.at("format");
     track.decoder = valueOrNothing<std::string>(json.at("decoder")).value_or("");
     track.inFile = valueOrNothing<uint64_t>(json.at("in_file"));
-    track.handedOut = json.at("handed_out");
+    track.returned = json.at("handed_out");
     track.reasons = reasonsFrom(json.at("reasons"));
     return track;
 }

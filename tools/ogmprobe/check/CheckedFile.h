@@ -26,7 +26,7 @@ struct CheckedTrack {
     std::string decoder;
     /** Packets, or frames of re-framed audio; nothing if the file does not show it. */
     std::optional<uint64_t> inFile;
-    uint64_t handedOut = 0;
+    uint64_t returned = 0;
     std::vector<Reason> reasons = {};
 
     Verdict verdict() const;

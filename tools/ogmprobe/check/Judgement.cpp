@@ -94,7 +94,7 @@ CheckedTrack judgeTrack(const Evidence& evidence, uint64_t index, const PlayedTr
     track.codec = description.codec.name;
     track.mime = description.mime;
     track.format = formatText(description);
-    track.handedOut = packets.count();
+    track.returned = packets.count();
     judgeFormat(description, track.reasons);
     if (!description.mime.empty()) {
         DecoderChoice choice = chooseDecoder(needsOf(description, packets), evidence.decoders);

@@ -47,9 +47,9 @@ std::optional<ChapterEntry> chapterEntry(const std::string& name) {
     }
     const std::string_view rest = std::string_view(name).substr(kChapter.size());
     const size_t digits = std::min(rest.find_first_not_of("0123456789"), rest.size());
-    const std::string_view behind = rest.substr(digits);
-    const bool isName = behind.size() == kName.size() && beginsWith(behind, kName);
-    if (digits == 0 || (!behind.empty() && !isName)) {
+    const std::string_view afterDigits = rest.substr(digits);
+    const bool isName = afterDigits.size() == kName.size() && beginsWith(afterDigits, kName);
+    if (digits == 0 || (!afterDigits.empty() && !isName)) {
         return std::nullopt;
     }
     return ChapterEntry{std::string(rest.substr(0, digits)), isName};

@@ -267,15 +267,15 @@ void addEnd(const PlayedFile& a, const PlayedFile& b, std::vector<Difference>& d
 using ReadPlace = std::vector<SourceRead>::const_iterator;
 
 /** Returns the read that is so many after the first of its run, or that of the next run. */
-ordered_json readText(ReadPlace place, ReadPlace end, uint64_t behind) {
-    if (place != end && behind >= place->count) {
+ordered_json readText(ReadPlace place, ReadPlace end, uint64_t distance) {
+    if (place != end && distance >= place->count) {
         ++place;
-        behind = 0;
+        distance = 0;
     }
     if (place == end) {
         return nullptr;
     }
-    const auto offset = static_cast<int64_t>(static_cast<uint64_t>(place->offset) + behind);
+    const auto offset = static_cast<int64_t>(static_cast<uint64_t>(place->offset) + distance);
     return fmt::format("{} bytes at {}, which returned {}", place->size, offset, place->result);
 }
 

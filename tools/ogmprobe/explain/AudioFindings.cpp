@@ -19,7 +19,7 @@ constexpr AudioLoss kAudioLosses[] = {
          "no beginning of a frame (no sync word), so all is dropped"},
         {log_text::kNoFrameConfirmed, "audio-unconfirmed",
          "no frames that follow each other, so the bytes so far are dropped"},
-        {log_text::kNoFrameAlike, "audio-unlike-first-frame",
+        {log_text::kNoMatchingFrame, "audio-unlike-first-frame",
          "no frame like the first one of the track, so the bytes so far are dropped"},
         {log_text::kFrameWithoutSize, "audio-frame-without-size",
          "a frame header without a valid size, so the bytes so far are dropped"},

@@ -17,8 +17,8 @@ constexpr size_t kTooManyToList = 10;
 constexpr uint32_t kLargestLoss = 10000;
 
 /** Returns how many pages are lost between two pages of a stream, by their numbers. */
-uint32_t lostBetween(const OggPage& before, const OggPage& behind) {
-    const uint32_t lost = behind.sequence - before.sequence - 1;
+uint32_t lostBetween(const OggPage& before, const OggPage& after) {
+    const uint32_t lost = after.sequence - before.sequence - 1;
     return lost <= kLargestLoss ? lost : 0;
 }
 
@@ -35,11 +35,11 @@ void forNeighbours(const OggFile& file, Function&& function) {
 /** "; 2 pages of track 0 are lost there", for each stream with pages before and after. */
 std::string lossesIn(const Explanation& explanation, const JunkRange& junk) {
     std::string text;
-    forNeighbours(explanation.file(), [&](const OggPage& before, const OggPage& behind) {
-        if (before.offset >= junk.offset || behind.offset < junk.end()) {
+    forNeighbours(explanation.file(), [&](const OggPage& before, const OggPage& after) {
+        if (before.offset >= junk.offset || after.offset < junk.end()) {
             return;
         }
-        if (const uint32_t lost = lostBetween(before, behind)) {
+        if (const uint32_t lost = lostBetween(before, after)) {
             text += fmt::format("; {} of {} {} lost there", counted(lost, "page"),
                                 trackText(explanation, before.serial), lost == 1 ? "is" : "are");
         }
@@ -58,7 +58,7 @@ void explainJunk(Explanation& explanation, const JunkRange& junk) {
     finding.offset = junk.offset;
     finding.bytes = junk.size;
     finding.timeUs = file.timeBefore(junk.offset);
-    finding.untilUs = isLast ? std::nullopt : file.timeBehind(junk.offset);
+    finding.untilUs = isLast ? std::nullopt : file.timeAfter(junk.offset);
     finding.line = copied(explanation.trace().line(fmt::format(
             "{}{} bytes of junk from {} ", log_text::kJunkSkipped, junk.size, junk.offset)));
     explanation.add(std::move(finding));
@@ -85,7 +85,7 @@ void explainAllJunk(Explanation& explanation) {
     finding.offset = junk.front().offset;
     finding.bytes = bytes;
     finding.timeUs = explanation.file().timeBefore(junk.front().offset);
-    finding.untilUs = explanation.file().timeBehind(junk.back().offset);
+    finding.untilUs = explanation.file().timeAfter(junk.back().offset);
     finding.line = copied(explanation.trace().line(log_text::kJunkSkipped));
     explanation.add(std::move(finding));
 }
@@ -122,7 +122,7 @@ void explainDamagedHeader(Explanation& explanation, const OggPage& page) {
             consequence(trace, page, line));
     finding.offset = page.offset;
     finding.timeUs = explanation.file().timeBefore(page.offset);
-    finding.untilUs = explanation.file().timeBehind(page.end());
+    finding.untilUs = explanation.file().timeAfter(page.end());
     finding.line = copied(line);
     explanation.add(std::move(finding));
 }
@@ -176,9 +176,9 @@ void explainChecksums(Explanation& explanation) {
 }
 
 /** Returns whether another finding's damage explains the pages that are missing there. */
-bool damageBetween(const OggFile& file, const OggPage& before, const OggPage& behind) {
+bool damageBetween(const OggFile& file, const OggPage& before, const OggPage& after) {
     const auto isBetween = [&](const auto& range) {
-        return range.offset >= before.end() && range.end() <= behind.offset;
+        return range.offset >= before.end() && range.end() <= after.offset;
     };
     return std::any_of(file.junk().begin(), file.junk().end(), isBetween) ||
            std::any_of(file.pages().begin(), file.pages().end(),
@@ -186,17 +186,17 @@ bool damageBetween(const OggFile& file, const OggPage& before, const OggPage& be
 }
 
 void explainMissingPages(Explanation& explanation) {
-    forNeighbours(explanation.file(), [&](const OggPage& before, const OggPage& behind) {
-        const uint32_t lost = lostBetween(before, behind);
-        if (lost == 0 || damageBetween(explanation.file(), before, behind)) {
+    forNeighbours(explanation.file(), [&](const OggPage& before, const OggPage& after) {
+        const uint32_t lost = lostBetween(before, after);
+        if (lost == 0 || damageBetween(explanation.file(), before, after)) {
             return;
         }
-        Finding finding = findingAt(explanation, "pages-missing", behind);
-        finding.text = fmt::format("Before offset {}, {} of {} {} missing.", behind.offset,
-                                   counted(lost, "page"), trackText(explanation, behind.serial),
+        Finding finding = findingAt(explanation, "pages-missing", after);
+        finding.text = fmt::format("Before offset {}, {} of {} {} missing.", after.offset,
+                                   counted(lost, "page"), trackText(explanation, after.serial),
                                    lost == 1 ? "is" : "are");
         finding.timeUs = explanation.file().timeUs(before);
-        finding.untilUs = explanation.file().timeUs(behind);
+        finding.untilUs = explanation.file().timeUs(after);
         explanation.add(std::move(finding));
     });
 }

@@ -33,7 +33,7 @@ void explainJunkSearches(Explanation& explanation) {
         finding.offset = junk.offset;
         finding.bytes = junk.size;
         finding.timeUs = file.timeBefore(junk.offset);
-        finding.untilUs = file.timeBehind(junk.offset);
+        finding.untilUs = file.timeAfter(junk.offset);
         explanation.add(std::move(finding));
     }
 }

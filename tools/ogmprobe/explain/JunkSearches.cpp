@@ -23,16 +23,16 @@ void JunkSearches::add(const SourceRead& read) {
     }
     const auto& junk = mFile.junk();
     const auto begin = static_cast<uint64_t>(read.offset);
-    const auto behind = std::partition_point(
+    const auto after = std::partition_point(
             junk.begin(), junk.end(), [begin](const auto& range) { return range.offset < begin; });
-    if (behind == junk.begin()) {
+    if (after == junk.begin()) {
         return;
     }
-    const auto& range = *std::prev(behind);
+    const auto& range = *std::prev(after);
     // A read of a packet of four bytes is none of a search.
     const bool isSearch = read.count > 1 || !mFile.pieceAt(read.offset, kSearched);
     if (isSearch && (begin < range.end() || isWithinPageAfter(mFile, range, begin))) {
-        Cost& cost = mCosts[static_cast<size_t>(std::prev(behind) - junk.begin())];
+        Cost& cost = mCosts[static_cast<size_t>(std::prev(after) - junk.begin())];
         ++cost.searches;
         cost.reads += read.count;
     }

@@ -27,7 +27,7 @@ std::string briefOf(const Explanation& explanation, const Ledger& ledger, const 
 
 std::string lineOf(const Explanation& explanation, const Ledger& ledger) {
     std::string text = fmt::format("{}: {} in the file = {} returned", nameOf(explanation, ledger),
-                                   counted(ledger.inFile, ledger.noun()), ledger.handedOut);
+                                   counted(ledger.inFile, ledger.noun()), ledger.returned);
     if (ledger.changed > 0) {
         text += fmt::format(" ({} changed)", ledger.changed);
     }
@@ -67,10 +67,10 @@ ordered_json toJson(const Explanation& explanation, const Ledger& ledger) {
     for (const Loss& loss : ledger.losses) {
         losses.push_back(toJson(explanation, ledger, loss));
     }
-    return {{"unit", ledger.noun()},          {"in_file", ledger.inFile},
-            {"handed_out", ledger.handedOut}, {"changed", ledger.changed},
-            {"losses", std::move(losses)},    {"unexplained", ledger.unexplained()},
-            {"repeated", ledger.repeated},    {"foreign", ledger.foreign}};
+    return {{"unit", ledger.noun()},         {"in_file", ledger.inFile},
+            {"handed_out", ledger.returned}, {"changed", ledger.changed},
+            {"losses", std::move(losses)},   {"unexplained", ledger.unexplained()},
+            {"repeated", ledger.repeated},   {"foreign", ledger.foreign}};
 }
 
 }  // namespace ogmprobe

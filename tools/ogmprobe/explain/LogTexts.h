@@ -64,14 +64,14 @@ inline constexpr std::string_view kPcmWidened = "OGA_AUDIO_PCM,mBitsPerSample ==
 inline constexpr std::string_view kNoSync = "appendAudioData FAIL!";
 inline constexpr std::string_view kFrameConfirmed = "mMP3Header:";
 inline constexpr std::string_view kNoFrameConfirmed = "findMP3Header fail size";
-inline constexpr std::string_view kNoFrameAlike = "not found mMP3Header,skip";
+inline constexpr std::string_view kNoMatchingFrame = "not found mMP3Header,skip";
 inline constexpr std::string_view kFrameWithoutSize = "GetMPEGAudioFrameSize fail";
 inline constexpr std::string_view kFrameWithoutRate = "fscod=3";
 inline constexpr std::string_view kFrameOfUnknownVersion = "[dequeueAccessUnitAC3]***wrong bsid";
 inline constexpr std::string_view kErrorWithoutError = "set  mDequeueMpegAudioOgm :";
 
 /** Lines below the level of warnings that are not routine. */
-inline constexpr auto kTelling = std::to_array<std::string_view>({
+inline constexpr auto kNotableLines = std::to_array<std::string_view>({
         " *****Track Type[",
         kJunkSkipped,
         "********** mPreGranulePosition",
@@ -95,7 +95,7 @@ inline constexpr auto kTelling = std::to_array<std::string_view>({
         "getNextGranulePosition",
         "getTrack mSerialNo",
         "mFirstDataPageOffset",
-        kNoFrameAlike,
+        kNoMatchingFrame,
         kPcmWidened,
         "parseMaxTime",
         "sniffOgm OK",

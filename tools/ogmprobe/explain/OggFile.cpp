@@ -50,13 +50,13 @@ std::optional<size_t> OggFile::pageAt(int64_t offset) const {
         return std::nullopt;
     }
     const auto position = static_cast<uint64_t>(offset);
-    const auto behind = std::upper_bound(
+    const auto after = std::upper_bound(
             mPages.begin(), mPages.end(), position,
             [](uint64_t place, const OggPage& page) { return place < page.offset; });
-    if (behind == mPages.begin() || position >= std::prev(behind)->end()) {
+    if (after == mPages.begin() || position >= std::prev(after)->end()) {
         return std::nullopt;
     }
-    return std::prev(behind) - mPages.begin();
+    return std::prev(after) - mPages.begin();
 }
 
 std::optional<size_t> OggFile::pieceAt(int64_t offset, uint64_t size) const {
@@ -99,7 +99,7 @@ std::optional<int64_t> OggFile::timeBefore(uint64_t offset) const {
     return std::nullopt;
 }
 
-std::optional<int64_t> OggFile::timeBehind(uint64_t offset) const {
+std::optional<int64_t> OggFile::timeAfter(uint64_t offset) const {
     for (auto page = firstPageFrom(offset); page != mPages.end(); ++page) {
         if (const auto time = timeUs(*page)) {
             return time;

@@ -99,7 +99,7 @@ class OggFile {
     std::optional<int64_t> timeUs(const OggPage& page) const;
     /** Return the last time of a page before the place, and the first after it. */
     std::optional<int64_t> timeBefore(uint64_t offset) const;
-    std::optional<int64_t> timeBehind(uint64_t offset) const;
+    std::optional<int64_t> timeAfter(uint64_t offset) const;
 
   private:
     void addPage(OggPage page);

@@ -28,14 +28,14 @@ constexpr std::array<std::pair<std::string_view, PieceEvent>, 7> kEvents = {{
         {log_text::kNoSync, PieceEvent::kNoSync},
         {log_text::kFrameConfirmed, PieceEvent::kFrameConfirmed},
         {log_text::kNoFrameConfirmed, PieceEvent::kNoFrameConfirmed},
-        {log_text::kNoFrameAlike, PieceEvent::kNoFrameAlike},
+        {log_text::kNoMatchingFrame, PieceEvent::kNoMatchingFrame},
         {log_text::kFrameWithoutSize, PieceEvent::kFrameWithoutSize},
 }};
 
-bool isTelling(const LogLine& line) {
+bool isNotable(const LogLine& line) {
     return line.priority >= ANDROID_LOG_WARN ||
            std::any_of(
-                   log_text::kTelling.begin(), log_text::kTelling.end(),
+                   log_text::kNotableLines.begin(), log_text::kNotableLines.end(),
                    [&](std::string_view beginning) { return line.text.starts_with(beginning); });
 }
 
@@ -149,18 +149,18 @@ void PluginTrace::add(const LogLine& line) {
     if (line.text.starts_with(log_text::kDurationSearch)) {
         mHeaderSearchOver = true;
     }
-    if (const auto serial = numberBehind(line.text, log_text::kSerialOfTrack);
+    if (const auto serial = numberAfter(line.text, log_text::kSerialOfTrack);
         serial && mCall.track) {
         mTracks[*mCall.track].serial = static_cast<uint32_t>(*serial);
     }
     for (const std::string_view beginning :
          {log_text::kTypeOfVideoTrack, log_text::kTypeOfAudioTrack}) {
-        if (const auto type = numberBehind(line.text, beginning); type && mCall.track) {
+        if (const auto type = numberAfter(line.text, beginning); type && mCall.track) {
             mTracks[*mCall.track].streamType = type;
         }
     }
     noteEvent(line);
-    if (!mAllLines && !isTelling(line)) {
+    if (!mAllLines && !isNotable(line)) {
         return;
     }
     const auto page = mOffset ? mFile.pageAt(*mOffset) : std::nullopt;
@@ -227,7 +227,7 @@ std::optional<uint64_t> PluginTrace::trackOf(uint32_t serial) const {
     return last;
 }
 
-std::optional<int64_t> numberBehind(std::string_view text, std::string_view before) {
+std::optional<int64_t> numberAfter(std::string_view text, std::string_view before) {
     if (!text.starts_with(before)) {
         return std::nullopt;
     }

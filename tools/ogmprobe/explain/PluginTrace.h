@@ -36,7 +36,7 @@ enum class PieceEvent : uint8_t {
     kNoSync,
     kFrameConfirmed,
     kNoFrameConfirmed,
-    kNoFrameAlike,
+    kNoMatchingFrame,
     kFrameWithoutSize,
 };
 
@@ -148,6 +148,6 @@ class PluginTrace {
 };
 
 /** Returns the number after `before` in the text; nothing if the text continues otherwise. */
-std::optional<int64_t> numberBehind(std::string_view text, std::string_view before);
+std::optional<int64_t> numberAfter(std::string_view text, std::string_view before);
 
 }  // namespace ogmprobe

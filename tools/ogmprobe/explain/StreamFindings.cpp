@@ -239,7 +239,7 @@ void explainCodecConfigs(Explanation& explanation) {
         if (line.text.starts_with(log_text::kVideoConfigSearch) ||
             line.text.starts_with(log_text::kAudioConfigSearch)) {
             serial = static_cast<uint32_t>(
-                    numberBehind(line.text.substr(line.text.rfind('=')), "=").value_or(0));
+                    numberAfter(line.text.substr(line.text.rfind('=')), "=").value_or(0));
         }
         if (!line.text.starts_with(log_text::kConfigFailed) || !serial) {
             continue;
@@ -247,7 +247,7 @@ void explainCodecConfigs(Explanation& explanation) {
         Finding finding;
         finding.id = "codec-config-missing";
         finding.text =
-                numberBehind(line.text, log_text::kConfigFailed) >= stream_type::kFirstVideo
+                numberAfter(line.text, log_text::kConfigFailed) >= stream_type::kFirstVideo
                         ? "No MPEG-4 configuration (video object layer) was found: the track has "
                           "no ESDS, and a decoder may not start."
                         : "No MPEG audio frame was confirmed: MIME type and layer are those that "

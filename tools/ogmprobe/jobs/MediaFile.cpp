@@ -149,7 +149,7 @@ void PlayedTracks::keepEntries() const {
     }
 }
 
-void PlayedTracks::tellEnds(const RecordSink& sink) const {
+void PlayedTracks::reportEnds(const RecordSink& sink) const {
     for (const auto& stream : mStreams) {
         if (auto end = stream->takeEnd()) {
             sink(*std::move(end));

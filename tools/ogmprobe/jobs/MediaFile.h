@@ -76,7 +76,7 @@ class PlayedTracks {
     void keepEntries() const;
 
     /** Records the tracks that have ended since the last call. */
-    void tellEnds(const RecordSink& sink) const;
+    void reportEnds(const RecordSink& sink) const;
 
   private:
     std::vector<std::unique_ptr<TrackStream>> mStreams;

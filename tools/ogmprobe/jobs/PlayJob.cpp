@@ -15,12 +15,12 @@ void playOn(TimeOrderedReader& reader, const PlayedTracks& tracks,
         const size_t stream = ordered->stream;
         sink(PacketPlayed{streams[stream]->index(), std::move(ordered->packet),
                           ordered->untilNextUs});
-        tracks.tellEnds(sink);
+        tracks.reportEnds(sink);
         if (++counts[stream] == limit) {
             reader.drop(stream);
         }
     }
-    tracks.tellEnds(sink);
+    tracks.reportEnds(sink);
 }
 
 void play(const JobContext& context, const PlayRequest& request) {

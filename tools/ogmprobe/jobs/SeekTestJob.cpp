@@ -19,7 +19,7 @@ int64_t measuredDurationUs(const JobContext& context) {
         lastUs = std::max(lastUs, packet->packet.timeUs);
         context.sink(Progress{packet->packet.readUpTo});
     }
-    tracks.tellEnds(context.sink);
+    tracks.reportEnds(context.sink);
     return lastUs;
 }
 
@@ -70,7 +70,7 @@ void seekThrough(const JobContext& context, uint32_t steps) {
     for (uint32_t step = 0; step <= steps; ++step) {
         const int64_t targetUs = partOfTimeUs(range.lastTargetUs, step, steps);
         context.sink(seekTo(targetUs, context.source, tracks, reader));
-        tracks.tellEnds(context.sink);
+        tracks.reportEnds(context.sink);
     }
     file.requireReadable();
 }

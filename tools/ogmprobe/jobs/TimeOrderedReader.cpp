@@ -34,7 +34,7 @@ const Packet* TimeOrderedReader::pending(size_t stream) const {
 
 std::optional<OrderedPacket> TimeOrderedReader::next() {
     readFirstPackets();
-    Lane* lane = furthestBehind();
+    Lane* lane = leastAdvanced();
     if (lane == nullptr) {
         return std::nullopt;
     }
@@ -69,14 +69,14 @@ void TimeOrderedReader::land(Lane& lane, const SeekRequest& seek) {
     lane.reachedUs = lane.pending ? lane.pending->timeUs : 0;
 }
 
-TimeOrderedReader::Lane* TimeOrderedReader::furthestBehind() {
-    Lane* behind = nullptr;
+TimeOrderedReader::Lane* TimeOrderedReader::leastAdvanced() {
+    Lane* least = nullptr;
     for (Lane& lane : mLanes) {
-        if (lane.pending && (behind == nullptr || lane.reachedUs < behind->reachedUs)) {
-            behind = &lane;
+        if (lane.pending && (least == nullptr || lane.reachedUs < least->reachedUs)) {
+            least = &lane;
         }
     }
-    return behind;
+    return least;
 }
 
 }  // namespace ogmprobe

@@ -72,7 +72,7 @@ class TimeOrderedReader {
 
     void readFirstPackets();
     void land(Lane& lane, const SeekRequest& seek);
-    Lane* furthestBehind();
+    Lane* leastAdvanced();
 
     std::vector<Lane> mLanes;
     const size_t mLead;

@@ -29,7 +29,7 @@ struct Ledger {
     /** Frames are counted, not packets. */
     bool countsFrames = false;
     uint64_t inFile = 0;
-    uint64_t handedOut = 0;
+    uint64_t returned = 0;
     /** Of those returned: not as they are in the file. */
     uint64_t changed = 0;
     /**

@@ -78,7 +78,7 @@ void settle(const OggFile& file, const PluginTrace& trace, StreamAccount& accoun
             addLoss(file, account.units[i], search.reasonOf(i), account);
             continue;
         }
-        ++ledger.handedOut;
+        ++ledger.returned;
         ledger.changed += unit.isChanged ? 1 : 0;
     }
 }

@@ -14,7 +14,7 @@ enum class LossReason {
     /** Of packets. */
     kGranuleFell,
     kWithoutContent,
-    kBehindStuckPacket,
+    kAfterStuckPacket,
     kEndReportedFirst,
     kStaysQueued,
     /** Of frames. */

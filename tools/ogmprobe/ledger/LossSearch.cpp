@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::array<std::pair<PieceEvent, LossReason>, 3> kThrownAway = {{
         {PieceEvent::kNoFrameConfirmed, LossReason::kNotConfirmed},
-        {PieceEvent::kNoFrameAlike, LossReason::kUnlikeFirst},
+        {PieceEvent::kNoMatchingFrame, LossReason::kUnlikeFirst},
         {PieceEvent::kFrameWithoutSize, LossReason::kWithoutSize},
 }};
 
@@ -50,13 +50,13 @@ LossSearch::LossSearch(const OggFile& file, const PluginTrace& trace, const Stre
 void LossSearch::findOut() {
     const auto& units = mAccount.delivery.units;
     mOutBefore.resize(units.size());
-    mOutBehind.resize(units.size());
+    mOutAfter.resize(units.size());
     for (size_t i = 0; i < units.size(); ++i) {
         mOutBefore[i] = mLastOut;
         mLastOut = units[i].buffer ? i : mLastOut;
     }
     for (size_t i = units.size(); i-- > 0;) {
-        mOutBehind[i] = mFirstOut;
+        mOutAfter[i] = mFirstOut;
         mFirstOut = units[i].buffer ? i : mFirstOut;
     }
 }
@@ -135,7 +135,7 @@ bool LossSearch::saidInUnit(PieceEvent event, const FileUnit& unit) const {
 
 LossReason LossSearch::reasonOfPacket(size_t index) const {
     if (mStuck && index >= *mStuck) {
-        return index == *mStuck ? LossReason::kWithoutContent : LossReason::kBehindStuckPacket;
+        return index == *mStuck ? LossReason::kWithoutContent : LossReason::kAfterStuckPacket;
     }
     return mLastOut && index < *mLastOut ? LossReason::kUnknown : reasonOfWaiting(index);
 }
@@ -203,7 +203,7 @@ LossReason LossSearch::reasonOfWaitingFrame(size_t index) const {
 /** Checks whether the frame, or a part of it, was dropped with the buffered bytes. */
 std::optional<LossReason> LossSearch::thrownAway(size_t index) const {
     const FileUnit& unit = mAccount.units[index];
-    const auto next = mOutBehind[index];
+    const auto next = mOutAfter[index];
     const size_t end = (next ? mAccount.units[*next].firstPiece : mLastRead.value_or(0)) + 1;
     for (size_t i = unit.firstPiece; i < end; ++i) {
         for (const auto& [event, reason] : kThrownAway) {
@@ -252,13 +252,13 @@ bool LossSearch::isGivenUpAsFirst(size_t index) const {
 bool LossSearch::isFalseFrameNear(size_t index) const {
     const auto& delivery = mAccount.delivery;
     const auto before = mOutBefore[index];
-    const auto behind = mOutBehind[index];
+    const auto after = mOutAfter[index];
     const auto isChanged = [&](const std::optional<size_t>& unit) {
         return unit && delivery.units[*unit].isChanged;
     };
     const size_t from = before ? *delivery.units[*before].buffer : 0;
-    const size_t to = behind ? *delivery.units[*behind].buffer : SIZE_MAX;
-    return isChanged(before) || isChanged(behind) ||
+    const size_t to = after ? *delivery.units[*after].buffer : SIZE_MAX;
+    return isChanged(before) || isChanged(after) ||
            std::any_of(delivery.foreign.begin(), delivery.foreign.end(),
                        [&](size_t buffer) { return buffer >= from && buffer < to; });
 }

@@ -49,7 +49,7 @@ class LossSearch {
     std::optional<size_t> mLastOut;
     /** For each unit the nearest returned unit before it, and the nearest after it. */
     std::vector<std::optional<size_t>> mOutBefore;
-    std::vector<std::optional<size_t>> mOutBehind;
+    std::vector<std::optional<size_t>> mOutAfter;
     /** The first and the last unit whose bytes were read and not dropped. */
     std::optional<size_t> mFirstQueued;
     std::optional<size_t> mLastQueued;

@@ -13,10 +13,10 @@ void StreamBytes::append(size_t piece, uint64_t fileOffset, uint64_t size) {
 }
 
 size_t StreamBytes::extentAt(uint64_t position) const {
-    const auto behind = std::upper_bound(
+    const auto after = std::upper_bound(
             mExtents.begin(), mExtents.end(), position,
             [](uint64_t place, const Extent& extent) { return place < extent.position; });
-    return static_cast<size_t>(behind - mExtents.begin()) - 1;
+    return static_cast<size_t>(after - mExtents.begin()) - 1;
 }
 
 std::span<const uint8_t> StreamBytes::at(uint64_t position, uint64_t count) {

@@ -86,7 +86,7 @@ off64_t FileSource::offsetToRead(off64_t offset, bool searches) {
     if (!searches) {
         return offset + mRepeated.ahead();
     }
-    return ReadWatch::goesOn(offset) ? endOfVainSearch(offset) : beginSearch(offset);
+    return ReadWatch::continues(offset) ? endOfVainSearch(offset) : beginSearch(offset);
 }
 
 /** Where the first read of a search has to be done. */
@@ -129,7 +129,7 @@ void FileSource::noteEndOfSearch(off64_t offset, size_t size, ssize_t got) {
 /** Returns whether the read continues a long search. */
 bool FileSource::isLongSearch(off64_t offset) {
     const SourceRead run = PluginCall::vitals().run();
-    return ReadWatch::goesOn(offset) && run.size == kSearchedSize &&
+    return ReadWatch::continues(offset) && run.size == kSearchedSize &&
            run.result == static_cast<int64_t>(kSearchedSize) && run.count >= kLongSearch;
 }
 

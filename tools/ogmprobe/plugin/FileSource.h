@@ -71,7 +71,7 @@ class FileSource {
      * file takes a thousand million of them.
      */
     bool searchOn(off64_t offset, void* data) {
-        if (!ReadWatch::goesOn(offset) || offset >= mSearchEnd) {
+        if (!ReadWatch::continues(offset) || offset >= mSearchEnd) {
             return false;
         }
         std::memcpy(data, mSearched + (offset - mSearchBegin), kSearchedSize);

@@ -8,18 +8,18 @@ namespace ogmprobe {
 namespace {
 
 constexpr std::string_view kBetween = ", ";
-constexpr std::string_view kBehindName = ": ";
+constexpr std::string_view kNameSeparator = ": ";
 
 constexpr std::array<std::string_view, 8> kTypes = {"int32", "int64", "float",  "double",
                                                     "size",  "Rect",  "string", "data"};
 
 /** Returns whether a name and a typed value begin there: a text value may hold anything. */
 bool beginsEntry(std::string_view text) {
-    const size_t colon = text.find(kBehindName);
+    const size_t colon = text.find(kNameSeparator);
     if (colon == std::string_view::npos) {
         return false;
     }
-    const std::string_view value = text.substr(colon + kBehindName.size());
+    const std::string_view value = text.substr(colon + kNameSeparator.size());
     return text.substr(0, colon).find(kBetween) == std::string_view::npos &&
            std::any_of(kTypes.begin(), kTypes.end(),
                        [value](std::string_view type) { return value.starts_with(type); });
@@ -43,10 +43,10 @@ std::vector<FormatEntry> formatEntries(std::string_view text) {
     while (!text.empty()) {
         const size_t end = endOfEntry(text);
         const std::string_view entry = text.substr(0, end);
-        const size_t colon = std::min(entry.find(kBehindName), entry.size());
+        const size_t colon = std::min(entry.find(kNameSeparator), entry.size());
         entries.push_back(
                 {std::string(entry.substr(0, colon)),
-                 std::string(entry.substr(std::min(colon + kBehindName.size(), entry.size())))});
+                 std::string(entry.substr(std::min(colon + kNameSeparator.size(), entry.size())))});
         text.remove_prefix(std::min(end + kBetween.size(), text.size()));
     }
     return entries;

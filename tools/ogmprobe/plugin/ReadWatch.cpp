@@ -50,7 +50,7 @@ void ReadWatch::add(int64_t offset, uint64_t size, int64_t result) noexcept {
     // Reads that do not overlap are no search: packets of one byte each are read this way too.
     const bool isAlike =
             size > 1 && size == vitals.runSize.get() && result == vitals.runResult.get();
-    if (isAlike && goesOn(offset) && offset != Vitals::kNoRun) {
+    if (isAlike && continues(offset) && offset != Vitals::kNoRun) {
         goOn(offset);
     } else {
         beginRun({offset, size, result, 1});

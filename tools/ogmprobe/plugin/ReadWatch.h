@@ -31,7 +31,7 @@ class ReadWatch {
     /**
      * Returns whether a read of the same size and result as the last one would continue its run.
      */
-    static bool goesOn(int64_t offset) noexcept {
+    static bool continues(int64_t offset) noexcept {
         return PluginCall::vitals().runNext.get() == offset;
     }
     /** To be called after such a read: the only work for each byte of a search. */

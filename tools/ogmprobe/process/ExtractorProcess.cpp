@@ -79,7 +79,7 @@ int openProcess(pid_t process) {
     return static_cast<int>(syscall(SYS_pidfd_open, process, 0));
 }
 
-void enterSandboxAndTell(const RecordSink& sink) {
+void enterSandboxAndReport(const RecordSink& sink) {
     if (auto reason = enterSandbox()) {
         sink(Unconfined{*std::move(reason)});
     }
@@ -103,7 +103,7 @@ void dieOfCycle(const ReadWatch::Cycle& cycle) {
     RecordWriter writer(ring);
     const RecordSink sink = [&writer](const Record& record) { writer.write(record); };
     try {
-        performJob(request, options, sink, [&sink] { enterSandboxAndTell(sink); });
+        performJob(request, options, sink, [&sink] { enterSandboxAndReport(sink); });
     } catch (const std::exception& error) {
         shared.vitals.function.set(PluginCall::leftByException());
         death::ofException(error.what());
@@ -202,7 +202,7 @@ void ExtractorProcess::deliverAll(const RecordSink& handler) {
     while (const auto record = records.next()) {
         handler(*record);
         if (++count % kRecordsAtOnce == 0) {
-            tellProgress();
+            reportProgress();
         }
     }
 }
@@ -215,7 +215,7 @@ void ExtractorProcess::deliverLastRun(const RecordSink& handler) {
     }
 }
 
-void ExtractorProcess::tellProgress() const {
+void ExtractorProcess::reportProgress() const {
     if (mProgress) {
         const Vitals& vitals = mShared->vitals;
         const auto position = static_cast<uint64_t>(vitals.run().lastOffset());
@@ -244,7 +244,7 @@ bool ExtractorProcess::waitForMore() {
         if (state != StandstillWatch::State::kAlive) {
             throw Stuck(overdueSentence(state, mLimit, vitals));
         }
-        tellProgress();
+        reportProgress();
         nap = std::min<std::chrono::milliseconds>(2 * nap, kLongestNap);
     }
     mRing->wakeUp();

@@ -42,7 +42,7 @@ class ExtractorProcess {
 
     void deliverAll(const RecordSink& handler);
     void deliverLastRun(const RecordSink& handler);
-    void tellProgress() const;
+    void reportProgress() const;
     bool waitForMore();
     void sleep(std::chrono::milliseconds atMost);
     PluginFunction function() const;

@@ -16,8 +16,8 @@ namespace ogmprobe {
 namespace {
 
 /** Less is no difference that anyone hears, nor any clock that counts frames can help. */
-constexpr int64_t kWorthTellingUs = kUsPerMillisecond;
-constexpr double kDriftWorthTelling = 10;
+constexpr int64_t kReportedLatenessUs = kUsPerMillisecond;
+constexpr double kReportedDriftPpm = 10;
 constexpr double kSecondsPerMinute = 60;
 
 /** The worst of a deviation: by how much for certain, and at what page time. */
@@ -76,8 +76,8 @@ std::string amountText(const Worst& worst) {
                        clockText(worst.atUs));
 }
 
-bool isWorthTelling(const Worst& worst) {
-    return worst.lateUs <= -kWorthTellingUs || worst.lateUs >= kWorthTellingUs;
+bool isReported(const Worst& worst) {
+    return worst.lateUs <= -kReportedLatenessUs || worst.lateUs >= kReportedLatenessUs;
 }
 
 std::string pairSentence(const FileSync& sync, const PairSync& pair) {
@@ -88,7 +88,7 @@ std::string pairSentence(const FileSync& sync, const PairSync& pair) {
     if (pair.deviation.compared == 0) {
         return audio + " and video have no times to compare";
     }
-    if (!isWorthTelling(worst)) {
+    if (!isReported(worst)) {
         return audio + " keeps with the video" +
                (pair.deviation.exact < pair.deviation.compared ? " as far as the pages show" : "");
     }
@@ -107,7 +107,7 @@ std::string trackSentence(const TrackSync& track) {
         return name + (comesOut(track) ? ": the pages have no times for what is returned"
                                        : ": nothing on the pages is returned");
     }
-    if (!isWorthTelling(worst)) {
+    if (!isReported(worst)) {
         return name + " has the times of the pages" +
                (track.deviation.exact < track.deviation.compared ? " as far as they show" : "");
     }
@@ -178,7 +178,7 @@ std::string readingSentence(const TrackSync& track) {
 }
 
 std::string contentSentence(const TrackSync& track) {
-    if (!track.contentDriftPpm || std::abs(*track.contentDriftPpm) < kDriftWorthTelling) {
+    if (!track.contentDriftPpm || std::abs(*track.contentDriftPpm) < kReportedDriftPpm) {
         return "";
     }
     const double ppm = std::abs(*track.contentDriftPpm);

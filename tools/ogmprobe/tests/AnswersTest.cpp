@@ -277,7 +277,7 @@ TEST_P(Answers, AreTheKeptOnes) {
 INSTANTIATE_TEST_SUITE_P(OnSamples, Answers, testing::ValuesIn(questions()),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(AnswersFolder, HoldsNoAnswerThatNobodyAsksFor) {
+TEST(AnswersFolder, HoldsNoUnusedAnswer) {
     std::set<std::string> asked;
     for (const Question& question : questions()) {
         asked.insert(std::string(question.name) + ".txt");

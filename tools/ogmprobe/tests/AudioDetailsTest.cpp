@@ -51,7 +51,7 @@ TEST(AudioDetails, OfEnhancedAc3SayNothingOfTheService) {
               "3/2.1, dialogue at -28 dB");
 }
 
-TEST(AudioDetails, AreNoneWithoutAHeader) {
+TEST(AudioDetails, AreEmptyWithoutAHeader) {
     EXPECT_EQ(audioDetailsText(mpegAudioDetails(Bytes(10, 0))), "");
     EXPECT_EQ(audioDetailsText(ac3AudioDetails(Bytes(10, 0))), "");
 }

@@ -23,7 +23,7 @@ TEST(VorbisFacts, AreThoseOfTheIdentificationHeader) {
     EXPECT_EQ(audioFactsText(*facts), "Vorbis, 44100 Hz, 2 channels, 128 kbit/s nominal");
 }
 
-TEST(VorbisFacts, AreNoneOfAHeaderThatIsCutOffOrOfAnotherKind) {
+TEST(VorbisFacts, AreEmptyForAHeaderThatIsCutOffOrOfAnotherKind) {
     std::vector<uint8_t> header = vorbisHeader(0);
     header.pop_back();
     EXPECT_FALSE(vorbisFacts(header));

@@ -17,7 +17,7 @@ TEST(NearestName, IsTheOneThatDiffersLeast) {
     EXPECT_EQ(nearestName("comp", kNames), "compare");
 }
 
-TEST(NearestName, IsNoneWhereNoneIsNear) {
+TEST(NearestName, IsEmptyWhereNoNameIsNear) {
     EXPECT_EQ(nearestName("frobnicate", kNames), std::nullopt);
 }
 

@@ -20,7 +20,7 @@ TEST(CommentHeader, IsKnownByItsWholeShape) {
     EXPECT_TRUE(isComment(std::string("vorbis\0\0\0\0\0\0\0\0\1", 15)));
 }
 
-TEST(CommentHeader, IsNotWhatIsCutOrGoesOn) {
+TEST(CommentHeader, IsNotWhatIsCutOrContinued) {
     for (size_t size = 0; size < kHeader.size(); ++size) {
         EXPECT_FALSE(isComment(kHeader.substr(0, size))) << size;
     }

@@ -170,7 +170,7 @@ TEST(Compare, FindsEndsThatDiffer) {
     EXPECT_THAT(pair.run().err, HasSubstr("error: A (" + pair.pathA() + "): the extractor died"));
 }
 
-TEST(Compare, OfFilesThatDieAlikeHasTheCodeOfTheDeath) {
+TEST(Compare, OfFilesThatDieInTheSameWayHasTheCodeOfTheDeath) {
     json dying = original();
     dying["tracks"][1]["end"] = "abort";
     EXPECT_EQ(Pair(dying, dying).document(4)["same"], true);
@@ -197,7 +197,7 @@ TEST(Compare, AFileThatOnlyOneSideAcceptsIsADifference) {
     EXPECT_THAT(result.out, HasSubstr("No difference: neither is taken\n"));
 }
 
-TEST(Compare, OfAMissingFileIsNone) {
+TEST(Compare, FailsForAMissingFile) {
     const FakePlugin plugin;
     const std::vector<std::string> arguments = {"compare", plugin.file(original()),
                                                 plugin.folder().path("missing")};
@@ -214,7 +214,7 @@ TEST(Compare, OfAMissingFileIsNone) {
     EXPECT_THAT(document["differences"], IsEmpty());
 }
 
-TEST(Compare, LooksAtTheLogOnlyIfAsked) {
+TEST(Compare, ReadsTheLogOnlyOnRequest) {
     json other = original();
     other["tracks"][0]["buffers"][0]["log"] = "something else";
     const Pair pair(original(), other);
@@ -240,7 +240,7 @@ TEST(Compare, FindsLogLinesThatOneSideLacks) {
                       "line in B"));
 }
 
-TEST(Compare, ShowsLogLinesOnlyAsFarAsAsked) {
+TEST(Compare, ShowsLogLinesOnlyUpToTheRequestedNumber) {
     const Pair pair(original(), original());
     EXPECT_THAT(pair.run({"--logs"}).err, IsEmpty());
     EXPECT_THAT(pair.run({"--logs", "--log", "info"}).err, HasSubstr("] getTrack 0\n"));
@@ -260,7 +260,7 @@ TEST(Compare, OfTwoPluginsTakesOneFileAndLooksAtTheLog) {
     EXPECT_THAT(without.out, HasSubstr("log not compared"));
 }
 
-TEST(Compare, OfAPluginThatCannotBeLoadedIsNone) {
+TEST(Compare, FailsForAPluginThatCannotBeLoaded) {
     const FakePlugin plugin;
     const std::string file = plugin.file(original());
     const ProcessResult result = FakePlugin::run({"compare", file, "--plugin-b", file});

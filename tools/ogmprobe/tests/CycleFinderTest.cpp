@@ -33,7 +33,7 @@ TEST(CycleFinder, FindsARoundThatHoldsAnElementTwiceAfterOtherElements) {
     EXPECT_GT(finder.rounds(), 100U);
 }
 
-TEST(CycleFinder, FindsNothingInWhatNeverComesBack) {
+TEST(CycleFinder, FindsNothingInASequenceThatNeverRepeats) {
     CycleFinder finder;
     for (uint64_t i = 0; i < 100000; ++i) {
         add(finder, {5, i});

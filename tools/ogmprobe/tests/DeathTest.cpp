@@ -152,7 +152,7 @@ TEST(Death, OfOneFileIsNoHindranceToTheNext) {
     EXPECT_THAT(result.out, HasSubstr("last.fake: video/fake"));
 }
 
-TEST(Death, KeepsWhatInfoKnowsOfTheFile) {
+TEST(Death, KeepsWhatInfoFoundInTheFile) {
     const FakePlugin plugin;
     auto video = fakeVideo();
     video["getFormat"] = "crash";
@@ -210,7 +210,7 @@ TEST(ReadingWithoutEnd, IsReportedAsStuckWhenTheSameReadsAreRepeated) {
                               "offset 0"));
 }
 
-TEST(ReadingWithoutEnd, IsNotCalledStuckWhereItMayComeToAnEnd) {
+TEST(ReadingWithoutEnd, IsNotCalledStuckWhereItMayEnd) {
     const ProcessResult result = packetsOf(videoThatEndsWith("wander"), {"--timeout", "0.2"});
     EXPECT_EQ(result.exitCode, 4);
     EXPECT_THAT(result.err, ContainsRegex("a\\.fake: the extractor has not finished in read: "

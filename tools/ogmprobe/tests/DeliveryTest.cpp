@@ -72,7 +72,7 @@ TEST(Delivery, UnitsThatAreKnownToBeLostAreLeftOut) {
     EXPECT_THAT(placesIn(deliveryOf(units, buffersOf({"same"}))), ElementsAre(-1, 0));
 }
 
-TEST(Delivery, WhatBeginsAlikeIsTheSameChanged) {
+TEST(Delivery, APacketWithTheSameBeginningIsReportedAsChanged) {
     const auto delivery = deliveryOf(unitsOf({"first", "second", "third"}),
                                      buffersOf({"first and more", "third and more"}));
     EXPECT_THAT(placesIn(delivery), ElementsAre(0, -1, 1));
@@ -105,7 +105,7 @@ TEST(CommonSequence, IsTheLongestOne) {
     EXPECT_THAT(commonSequence(a, {}), IsEmpty());
 }
 
-TEST(CommonSequence, EndsAlsoWhereThousandsDiffer) {
+TEST(CommonSequence, EndsEvenWhereThousandsDiffer) {
     std::vector<uint32_t> a(6000);
     std::iota(a.begin(), a.end(), 0U);
     const std::vector<uint32_t> b(a.rbegin(), a.rend());

@@ -82,7 +82,7 @@ TEST(ExplainDamage, OfAPageHeaderEndsPlayingBeforeIt) {
 }
 
 /** Pages that belong to no track are passed over without a look at the next one. */
-OgmFile damagedBehindPagesWithoutTrack(size_t pages) {
+OgmFile damagedAfterPagesWithoutTrack(size_t pages) {
     OgmFile file;
     VideoHeader refused;
     refused.subtype = "XVID";
@@ -96,7 +96,7 @@ OgmFile damagedBehindPagesWithoutTrack(size_t pages) {
 }
 
 TEST(ExplainDamage, OfAPageHeaderAfterPagesWithoutATrackLeadsBack) {
-    const ExplainedFile file(damagedBehindPagesWithoutTrack(2).bytes());
+    const ExplainedFile file(damagedAfterPagesWithoutTrack(2).bytes());
     file.expectOne("page-header-damaged",
                    "The header of the page at offset 1298 has undefined flags (0x10), so it cannot "
                    "be read; a search for streams or for the duration ends here. Playing continues "
@@ -118,8 +118,8 @@ TEST(ExplainDamage, ThatPlayingDoesNotReachIsReportedAsSuch) {
                                         "Playing did not reach it.");
 }
 
-TEST(ExplainDamage, ThatLeadsBackForEverIsAnEndlessReading) {
-    const ExplainedFile file(damagedBehindPagesWithoutTrack(40).bytes());
+TEST(ExplainDamage, ThatAlwaysLeadsBackIsAnEndlessReading) {
+    const ExplainedFile file(damagedAfterPagesWithoutTrack(40).bytes());
     const ProcessResult result = file.run();
     EXPECT_EQ(result.exitCode, 4);
     EXPECT_THAT(result.err, HasSubstr("the extractor never ends: it returns to the page at "

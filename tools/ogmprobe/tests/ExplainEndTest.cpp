@@ -98,7 +98,7 @@ TEST(ExplainEnd, AFailedReadIsReported) {
     EXPECT_EQ(findings[0]["text"], "Reading track 0 ended with AMEDIA_ERROR_IO (-10007).");
 }
 
-TEST(ExplainEnd, OfAFileThatIsNotOggNothingIsSaidToBeProved) {
+TEST(ExplainEnd, ProvesNothingOfAFileThatIsNotOgg) {
     const FakePlugin plugin;
     const ProcessResult result = FakePlugin::run({"explain", plugin.file(fakeFile({fakeVideo()}))});
     EXPECT_EQ(result.out, "nothing found to explain, but no packets counted\n");

@@ -123,7 +123,7 @@ TEST(ExplainLedger, SaysWhereEachLossIs) {
     }
 }
 
-TEST(ExplainLedger, SaysNothingToExplainOnlyWhereNothingIs) {
+TEST(ExplainLedger, SaysNothingToExplainOnlyIfThereIsNothing) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     for (int i = 1; i <= 200; ++i) {
@@ -309,7 +309,7 @@ TEST(ExplainLedger, Ac3FramesOfUsualSizesComeOut) {
     EXPECT_EQ(ledger["changed"], 0);
 }
 
-TEST(ExplainLedger, WhatHoldsNoFrameIsCountedAsNone) {
+TEST(ExplainLedger, APacketWithoutAFrameIsNotCounted) {
     std::vector<Bytes> packets;
     for (uint8_t i = 1; i <= 20; ++i) {
         packets.push_back(Bytes(40, i));

@@ -7,7 +7,7 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST(Explain, GivesAFindingItsPlaceItsReasonAndItsLogLine) {
+TEST(Explain, ShowsPlaceReasonAndLogLineOfAFinding) {
     const ProcessResult result = ExplainedFile(sampleBytes("xvid_refused_mp3.ogm")).run();
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(

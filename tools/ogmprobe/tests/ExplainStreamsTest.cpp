@@ -107,7 +107,7 @@ TEST(ExplainStreams, AHeaderAfterJunkIsNotFound) {
                 testing::StartsWith("************* unknow header"));
 }
 
-TEST(ExplainStreams, AHeaderInTheJunkIsTakenForThatOfTheNextStream) {
+TEST(ExplainStreams, AHeaderInTheJunkIsReadAsThatOfTheNextStream) {
     Bytes bytes = sampleBytes("mpeg4_b_mp3.ogm");
     bytes[0] = 'X';
     const ExplainedFile file(bytes);
@@ -185,7 +185,7 @@ TEST(ExplainRefusal, SaysThatTheFileIsTooShort) {
               "be read.");
 }
 
-TEST(ExplainRefusal, SaysThatNoPageBeginsWhereOneIsLookedFor) {
+TEST(ExplainRefusal, SaysThatNoPageBeginsWhereOneIsExpected) {
     EXPECT_EQ(refusalOf(bytesOf("no media"), "search Ogm signature fail"),
               "The plug-in does not take the file. No Ogg page begins within the first 1024 bytes, "
               "nor anywhere else.");

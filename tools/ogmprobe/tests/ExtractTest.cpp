@@ -64,7 +64,7 @@ TEST_F(ExtractTest, LeavesOutACommentHeaderAtTheStartOnly) {
     EXPECT_THAT(result.out, HasSubstr("3 buffers (comment header left out), 17 bytes"));
 }
 
-TEST_F(ExtractTest, WritesOnlyTheTracksThatAreAskedFor) {
+TEST_F(ExtractTest, WritesOnlyTheRequestedTracks) {
     extract(fakeFile({fakeVideo(), fakeAudio()}), {"--track", "1"});
     EXPECT_FALSE(exists("a.track0.h264"));
     EXPECT_TRUE(exists("a.track1.wav"));
@@ -210,7 +210,7 @@ TEST_F(ExtractTest, WritesOverNothingThatItWroteForAnotherFile) {
     EXPECT_EQ(namesInFolder(), (std::set<std::string>{"a.track0.h264"}));
 }
 
-TEST_F(ExtractTest, GoesOnWithTheNextFileAfterOneThatFails) {
+TEST_F(ExtractTest, ContinuesWithTheNextFileAfterOneThatFails) {
     const std::string second = mPlugin.file(fakeFile({fakeAudio()}), "b.fake");
     const ProcessResult result = extract({{"fake", false}}, {second});
     EXPECT_NE(result.exitCode, 0);

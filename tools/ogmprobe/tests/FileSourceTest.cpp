@@ -135,7 +135,7 @@ class LongSearchTest : public testing::Test {
     const std::string mPath = mFolder.write("zeros", "");
 };
 
-TEST_F(LongSearchTest, EndsEarlyWhereItIsRepeatedAndCountsAsWhole) {
+TEST_F(LongSearchTest, EndsEarlyWhereItIsRepeatedAndIsReportedAsWhole) {
     FileSource source(mPath);
     source.shortenRepeatedSearches();
     const uint64_t whole = search(source, 100);
@@ -155,7 +155,7 @@ TEST_F(LongSearchTest, IsDoneInFullFromAnotherPlace) {
     EXPECT_EQ(search(source, 101), kSize - 101U - 2U);
 }
 
-TEST_F(LongSearchTest, IsDoneInFullWhereNothingElseIsAskedFor) {
+TEST_F(LongSearchTest, IsDoneInFullByDefault) {
     FileSource source(mPath);
     const uint64_t whole = search(source, 100);
     EXPECT_EQ(search(source, 100), whole);
@@ -210,7 +210,7 @@ class RepeatedSearchTest : public testing::Test {
     std::string mPath;
 };
 
-TEST_F(RepeatedSearchTest, EndsEarlyAndCountsAsWhole) {
+TEST_F(RepeatedSearchTest, EndsEarlyAndIsReportedAsWhole) {
     FileSource whole(mPath);
     const Result expected = lookUp(whole);
     EXPECT_EQ(whole.reads(), expected.calls);
@@ -248,7 +248,7 @@ TEST_F(FileSourceTest, DescribesItselfAsALocalFile) {
     EXPECT_FALSE(table->getUri(table->handle, uri, 0));
 }
 
-TEST(FileSource, CannotBeMadeOfWhatIsNoSeekableFile) {
+TEST(FileSource, CannotBeMadeFromAFileThatIsNotSeekable) {
     const test::TemporaryFolder folder;
     EXPECT_THROW(FileSource(folder.path("missing")), ProbeError);
     EXPECT_THROW(FileSource(folder.path().string()), ProbeError);

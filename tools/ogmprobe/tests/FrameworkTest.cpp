@@ -26,7 +26,7 @@ std::vector<std::string> callsOf(std::vector<std::string> arguments) {
     return calls;
 }
 
-TEST(Framework, AsksAnExtractorForItsTracksNameAndFormatFirst) {
+TEST(Framework, ReadsAnExtractorsTracksNameAndFormatFirst) {
     const FakePlugin plugin;
     EXPECT_THAT(callsOf({"info", plugin.file(fakeFile({fakeVideo()}))}),
                 ElementsAre("countTracks", "name", "getMetaData", "free extractor"));
@@ -40,7 +40,7 @@ TEST(Framework, StartsAudioBeforeVideoAndFreesTracksBeforeTheExtractor) {
                             "stop track 1", "free track 1", "free extractor"));
 }
 
-TEST(Framework, MakesOnlyTheTracksThatAreAskedFor) {
+TEST(Framework, MakesOnlyTheRequestedTracks) {
     const FakePlugin plugin;
     EXPECT_THAT(callsOf({"packets", plugin.file(fakeFile({fakeVideo(), fakeAudio()})),
                          "--only-track", "1"}),
@@ -65,7 +65,7 @@ TEST(Framework, SeeksTheVideoFirstThenTheAudioToWhereItLanded) {
     EXPECT_THAT(seeks, ElementsAre("seek track 1 to 50000 mode 2", "seek track 0 to 80000 mode 3"));
 }
 
-TEST(Framework, HidesLogLinesUnlessAsked) {
+TEST(Framework, HidesLogLinesByDefault) {
     const FakePlugin plugin;
     const std::string file = plugin.file(fakeFile({fakeVideo()}));
     EXPECT_THAT(FakePlugin::run({"packets", file}).err, IsEmpty());

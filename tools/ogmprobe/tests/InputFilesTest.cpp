@@ -91,7 +91,7 @@ TEST(Folder, MeansTheOgmFilesBelowItInTheOrderOfTheirNames) {
     EXPECT_EQ(files[2]["path"], folder.path("c.OGM"));
 }
 
-TEST(Folder, WithoutOgmFilesIsAnErrorAndTheOthersGoOn) {
+TEST(Folder, WithoutOgmFilesIsAnErrorAndTheOthersContinue) {
     const TemporaryFolder folder;
     const FakePlugin plugin;
     const ProcessResult result = FakePlugin::run(
@@ -116,7 +116,7 @@ void makeUnreachable(const fs::path& folder) {
     close(parent);
 }
 
-TEST(Folder, ThatCannotBeListedIsAnErrorAndTheFilesBesideItGoOn) {
+TEST(Folder, ThatCannotBeListedIsAnErrorAndTheFilesBesideItContinue) {
     const TemporaryFolder folder;
     folder.write("a.ogm", fakeFile({fakeVideo()}).dump());
     makeUnreachable(folder.path());

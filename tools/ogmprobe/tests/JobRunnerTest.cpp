@@ -212,7 +212,7 @@ TEST_P(ExtractorProcessTest, KeepsAllThatCameBeforeADeathInTheMiddleOfWriting) {
     EXPECT_EQ(failure, "the extractor died: Killed (SIGKILL)");
 }
 
-TEST_P(ExtractorProcessTest, NoticesAJobThatNeverSaysAnything) {
+TEST_P(ExtractorProcessTest, NoticesAJobThatNeverReports) {
     GlobalOptions impatient = options();
     impatient.timeoutSeconds = 0.2;
     const Job job = [](const JobContext&) {
@@ -223,7 +223,7 @@ TEST_P(ExtractorProcessTest, NoticesAJobThatNeverSaysAnything) {
     EXPECT_THAT(wordsOf(request(job), impatient), ElementsAre(HasSubstr("is stuck")));
 }
 
-TEST_P(ExtractorProcessTest, LeavesNoProcessBehind) {
+TEST_P(ExtractorProcessTest, LeavesNoProcess) {
     const Job job = [](const JobContext& context) { context.sink(Progress{}); };
     runJob(request(job), options(), [](const Record&) {});
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);

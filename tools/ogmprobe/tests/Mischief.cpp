@@ -57,20 +57,20 @@ void assertSomething(android::CDataSource*) {
     __android_log_assert("false", LOG_TAG, "CHECK(%s) failed.", "fake");
 }
 
-void sleepForEver(android::CDataSource*) {
+void sleepForever(android::CDataSource*) {
     while (true) {
         std::this_thread::sleep_for(std::chrono::hours(1));
     }
 }
 
-void computeForEver(android::CDataSource*) {
+void computeForever(android::CDataSource*) {
     std::atomic<uint64_t> count{0};
     while (true) {
         ++count;
     }
 }
 
-void readForEver(android::CDataSource* source) {
+void readForever(android::CDataSource* source) {
     while (true) {
         char byte = 0;
         source->readAt(source->handle, 0, &byte, 1);
@@ -78,7 +78,7 @@ void readForEver(android::CDataSource* source) {
 }
 
 /** Never the same twice, so that nobody can say whether it will end. */
-void wanderForEver(android::CDataSource* source) {
+void wanderForever(android::CDataSource* source) {
     off64_t size = 0;
     source->getSize(source->handle, &size);
     for (uint64_t state = 1;; state = state * 6364136223846793005U + 1442695040888963407U) {
@@ -155,14 +155,14 @@ void scribbleNoise(android::CDataSource*) {
 
 void scribbleAndSleep(android::CDataSource* source) {
     scribbleOnes(source);
-    sleepForEver(source);
+    sleepForever(source);
 }
 
 void closeEverything(android::CDataSource* source) {
     for (int descriptor = 0; descriptor < 64; ++descriptor) {
         close(descriptor);
     }
-    sleepForEver(source);
+    sleepForever(source);
 }
 
 const std::map<std::string, void (*)(android::CDataSource*)> kMischief = {
@@ -174,10 +174,10 @@ const std::map<std::string, void (*)(android::CDataSource*)> kMischief = {
         {"throw", throwException},
         {"exit", [](android::CDataSource*) { std::exit(7); }},
         {"kill", [](android::CDataSource*) { std::raise(SIGKILL); }},
-        {"hang", sleepForEver},
-        {"compute", computeForEver},
-        {"spin", readForEver},
-        {"wander", wanderForEver},
+        {"hang", sleepForever},
+        {"compute", computeForever},
+        {"spin", readForever},
+        {"wander", wanderForever},
         {"search", searchOnce},
         {"read once", readOnce},
         {"nap", sleepLongerThanProgressWaits},

@@ -71,7 +71,7 @@ TEST(Packets, OfOneTrackAreThoseOfAPlayingOfAll) {
     EXPECT_THAT(result.err, testing::Not(HasSubstr("warning")));
 }
 
-TEST(Packets, OfATrackAloneSayWhatDiffers) {
+TEST(Packets, OfATrackAloneShowWhatDiffers) {
     const FakePlugin plugin;
     const std::string file = plugin.file(fakeFile({fakeVideo(), fakeAudio()}));
     const ProcessResult result =
@@ -159,7 +159,7 @@ TEST(Packets, FollowEachSeekInTurn) {
     EXPECT_EQ(lines[4]["time_us"], 0);
 }
 
-TEST(Packets, OfOtherTracksGoOnWhenOneCannotBeRead) {
+TEST(Packets, OfOtherTracksContinueWhenOneCannotBeRead) {
     const FakePlugin plugin;
     auto video = fakeVideo();
     video["end"] = -10007;

@@ -74,7 +74,7 @@ OgmFile withAudioHeader(const std::string& tag, uint64_t rate = 1000) {
     return file;
 }
 
-TEST(PageTimes, FramesOfVideoAreCountedFromWhatTheFirstPageSays) {
+TEST(PageTimes, FramesOfVideoAreCountedFromTheFirstPagesGranulePosition) {
     OgmFile ends;
     ends.addHeader(kVideo, VideoHeader());
     ends.addComment(kVideo);

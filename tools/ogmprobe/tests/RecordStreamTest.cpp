@@ -214,7 +214,7 @@ TEST(DamagedRecord, DoesNoHarmWhateverIsChanged) {
     }
 }
 
-TEST(DamagedRecord, DoesNoHarmMadeOfNoise) {
+TEST(DamagedRecord, DoesNoHarmMadeOfRandomBytes) {
     std::minstd_rand random(1);
     for (int round = 0; round < 1000; ++round) {
         test::RingFixture ring;

@@ -144,7 +144,7 @@ TEST(Samples, PassASeekTest) {
     }
 }
 
-TEST(Samples, ComeOutAsFilesWithTheUsualBeginnings) {
+TEST(Samples, AreExtractedToFilesWithTheUsualBeginnings) {
     const TemporaryFolder folder;
     for (const char* name : {"mpeg4_mp3_ac3.ogm", "divx3_pcm16.ogm", "h264_mp3vbr.ogm"}) {
         const ProcessResult result =

@@ -34,7 +34,7 @@ class SharedRingTest : public testing::Test {
     test::RingFixture mRing;
 };
 
-TEST_F(SharedRingTest, GivesOutWhatWasWritten) {
+TEST_F(SharedRingTest, ReturnsWhatWasWritten) {
     mRing.writer().write("abc", 3);
     mRing.writer().publish();
     EXPECT_EQ(read(2), (Bytes{'a', 'b'}));
@@ -48,7 +48,7 @@ TEST_F(SharedRingTest, EndsWhenAllIsReadAndTheWriterIsGone) {
     EXPECT_THROW(read(1), RingEnded);
 }
 
-TEST_F(SharedRingTest, EndsInTheMiddleOfWhatIsAskedFor) {
+TEST_F(SharedRingTest, EndsInTheMiddleOfARequest) {
     mRing.writer().write("abc", 3);
     mRing.endWriting();
     EXPECT_THROW(read(4), RingEnded);

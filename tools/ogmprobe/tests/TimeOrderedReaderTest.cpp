@@ -104,7 +104,7 @@ TEST_F(TimeOrderedReaderTest, SeeksTheLeadFirstAndTheOthersToWhereItLanded) {
     EXPECT_THAT(rest(reader), ElementsAre("1:80", "0:90", "0:120", "1:120"));
 }
 
-TEST_F(TimeOrderedReaderTest, SeeksTheOthersToTheTargetWhenTheLeadGivesNothing) {
+TEST_F(TimeOrderedReaderTest, SeeksTheOthersToTheTargetWhenTheLeadReturnsNothing) {
     auto video = stream("video", {0});
     auto audio = stream("audio", {0, 70});
     TimeOrderedReader reader({&video, &audio}, 0);

@@ -87,7 +87,7 @@ TEST(Usage, ExitsWithThreeForAFileThatThePluginClaimsButRefuses) {
     EXPECT_THAT(result.err, HasSubstr("refused"));
 }
 
-TEST(Usage, GoesOnAfterABadFileAndExitsWithTheLargestCode) {
+TEST(Usage, ContinuesAfterABadFileAndExitsWithTheLargestCode) {
     const FakePlugin plugin;
     const ProcessResult result = FakePlugin::run(
             {"info", plugin.folder().write("a.txt", "no media"), plugin.folder().path("missing"),

@@ -39,7 +39,7 @@ TEST(Mpeg4Facts, HaveTheProfileAndLevelOfTheSequence) {
     EXPECT_EQ(facts->level, "5");
 }
 
-TEST(Mpeg4Facts, AreNoneWhereTheLayerIsMissingOrCutOff) {
+TEST(Mpeg4Facts, AreEmptyWhereTheLayerIsMissingOrCutOff) {
     EXPECT_FALSE(mpeg4Facts(Bytes{0x00, 0x00, 0x01, 0xb6, 0x00}));
     EXPECT_FALSE(mpeg4Facts(std::span(kObjectLayer).first(9)));
 }
@@ -93,7 +93,7 @@ TEST(Mpeg4Facts, SayWhatDecodersFindHard) {
             "points");
 }
 
-TEST(Mpeg4Facts, SayNothingOfThatWhereItIsNotUsed) {
+TEST(Mpeg4Facts, DoNotMentionWhatIsNotUsed) {
     BitWriter bits = secondVersionLayer();
     bits.put(0, 1).put(1, 1).put(0, 2).put(0, 1).put(0, 1).put(0, 1).put(0, 8);
     const auto facts = mpeg4Facts(bits.bytes());
@@ -156,7 +156,7 @@ TEST(H264Facts, AreThoseOfTheSequenceParameterSet) {
     EXPECT_EQ(facts->chroma, "4:2:0");
 }
 
-TEST(H264Facts, AreNoneWithoutAParameterSet) {
+TEST(H264Facts, AreEmptyWithoutAParameterSet) {
     EXPECT_FALSE(h264Facts(Bytes{0x00, 0x00, 0x01, 0x65, 0x88}));
     EXPECT_FALSE(h264Facts(Bytes{0x00, 0x00, 0x01, 0x67, 0x64}));
 }

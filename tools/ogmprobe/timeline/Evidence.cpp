@@ -119,7 +119,7 @@ class EvidenceBuild {
             const TrackSync& audio = sync.tracks[pair.audio];
             for (const PairPoint& point : pair.points) {
                 if (PacketPoint* packet = packetOf(audio, audio.points[point.audioPoint])) {
-                    packet->behindVideoUs = point.lateUs;
+                    packet->lateByVideoUs = point.lateUs;
                 }
             }
         }
@@ -146,7 +146,7 @@ class EvidenceBuild {
         auto last = finding.untilUs ? finding.untilUs : finding.timeUs;
         if (!first && finding.offset) {
             first = mFile.timeBefore(*finding.offset);
-            last = mFile.timeBehind(*finding.offset + finding.bytes.value_or(0));
+            last = mFile.timeAfter(*finding.offset + finding.bytes.value_or(0));
             first = first ? first : last;
             last = last ? last : first;
         }

@@ -112,9 +112,9 @@ FrameType vp8Type(Bytes packet) {
     if ((packet[0] & 1) != 0) {
         return FrameType::kPredicted;
     }
-    const Bytes behindTag = packet.subspan(kTagSize);
-    const bool isKey = behindTag.size() >= kStartCode.size() &&
-                       std::equal(kStartCode.begin(), kStartCode.end(), behindTag.begin());
+    const Bytes afterTag = packet.subspan(kTagSize);
+    const bool isKey = afterTag.size() >= kStartCode.size() &&
+                       std::equal(kStartCode.begin(), kStartCode.end(), afterTag.begin());
     return isKey ? FrameType::kIntra : FrameType::kUnknown;
 }
 

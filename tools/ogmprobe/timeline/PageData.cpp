@@ -128,7 +128,7 @@ PageColumns columnsOf(const Chart& chart) {
         const auto& packets = timeline.lanes[i].packets;
         columns.addPackets(packets);
         columns.addRanges(packets, &PacketPoint::pageUs);
-        columns.addRanges(packets, &PacketPoint::behindVideoUs);
+        columns.addRanges(packets, &PacketPoint::lateByVideoUs);
         columns.addLost(timeline.lanes[i].lost);
         columns.addGaps(chart.timings[i].gaps);
     }

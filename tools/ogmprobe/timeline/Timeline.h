@@ -33,7 +33,7 @@ struct PacketPoint {
     /** When it begins by the file's pages; nothing if they do not show it. */
     std::optional<TimeRange> pageUs = {};
     /** Of audio: how much later than the video it is played, compared with the pages. */
-    std::optional<TimeRange> behindVideoUs = {};
+    std::optional<TimeRange> lateByVideoUs = {};
 };
 
 /** A packet or frame of the file that is not returned. */

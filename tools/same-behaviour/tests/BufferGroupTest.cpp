@@ -61,7 +61,7 @@ TEST_F(BufferGroupTest, ABufferThatIsLentAgainHasItsWholeRange) {
     EXPECT_EQ(100U, buffer->range_length(buffer->handle));
 }
 
-TEST(BufferGroupFaultTest, RefusesFromTheFirstOnAsManyAsAreWanted) {
+TEST(BufferGroupFaultTest, RefusesTheRequestedNumberFromTheFirstOn) {
     BufferGroup group("group", {1, 2});
     group.table()->init(group.table()->handle, 1, 100, 64);
     EXPECT_NE(nullptr, acquire(&group, 10));

@@ -20,7 +20,7 @@ class SourceTest : public ::testing::Test {
     uint8_t mData[16] = {};
 };
 
-TEST_F(SourceTest, AReadIsShortAtTheEndAndGivesNothingAfterIt) {
+TEST_F(SourceTest, AReadIsShortAtTheEndAndReturnsNothingAfterIt) {
     EXPECT_EQ(4, read(6, 8));
     EXPECT_EQ(7, mData[0]);
     EXPECT_EQ(0, read(10, 4));

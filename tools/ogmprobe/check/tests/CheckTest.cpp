@@ -255,7 +255,7 @@ TEST(CheckTest, AFileThatIsNotThereIsAnErrorAndHasNoVerdict) {
     EXPECT_EQ(checked({"/nowhere/a.ogm"})["verdict"], "unknown");
 }
 
-TEST(CheckTest, AFileThatIsNoneOfTheExtractorsIsNotTaken) {
+TEST(CheckTest, AFileThatTheExtractorRefusesIsNotPlayed) {
     const TemporaryFolder folder;
     const auto result = runProbe({"check", folder.write("a.ogm", "no media file at all")});
     EXPECT_EQ(result.exitCode, 7);

@@ -24,7 +24,7 @@ inline CheckedFile checkedFile(const std::string& path, const std::vector<Reason
     track.format = "44100 Hz, 2 channels";
     track.decoder = "c2.maker.ac3.decoder";
     track.inFile = 100;
-    track.handedOut = 69;
+    track.returned = 69;
     track.reasons = ofTrack;
     file.tracks.push_back(track);
     return file;

@@ -55,7 +55,7 @@ TEST(ChildTaskTest, AnAnswerThatIsTooLongIsRefused) {
     EXPECT_EQ(task.ending(), "its answer has more than 1000000 bytes");
 }
 
-TEST(ChildTaskTest, WhoTakesTooLongIsGivenUp) {
+TEST(ChildTaskTest, ATaskThatTakesTooLongIsStopped) {
     ChildTask task(
             [] {
                 while (true) {

@@ -57,14 +57,14 @@ TEST(CodecXmlTest, RangesAreListsOfNumbersAndOfTwoEnds) {
     EXPECT_TRUE(allows(parseRanges("nonsense"), 1));
 }
 
-TEST(CodecXmlTest, ALimitOfChannelsMayGiveOnlyTheMost) {
+TEST(CodecXmlTest, ALimitOfChannelsMayHaveOnlyAMaximum) {
     const Decoder found = decoder(R"(<MediaCodec name="a" type="audio/ac3">
         <Limit name="channel-count" max="6"/></MediaCodec>)");
     EXPECT_TRUE(allows(found.limits.channelCount, 6));
     EXPECT_FALSE(allows(found.limits.channelCount, 7));
 }
 
-TEST(CodecXmlTest, ACodecMayHaveSeveralTypesWithLimitsOfTheirOwn) {
+TEST(CodecXmlTest, ACodecMayHaveSeveralTypesEachWithItsOwnLimits) {
     const CodecXml xml = read(R"(<MediaCodecs><Decoders><MediaCodec name="dolby">
         <Type name="audio/ac3"><Limit name="channel-count" max="6"/></Type>
         <Type name="audio/eac3"><Limit name="channel-count" max="8"/></Type>
@@ -145,7 +145,7 @@ TEST(CodecXmlTest, AnIncludedFileThatIsNotThereIsNamedWithTheOneThatIncludesIt) 
     EXPECT_EQ(xml.missing[0].includedBy, "device/media_codecs.xml");
 }
 
-TEST(CodecXmlTest, AnIncludeLeadsBesideTheFileOrBelow) {
+TEST(CodecXmlTest, AnIncludeNamesAFileBesideOrBelow) {
     EXPECT_EQ(includedPath("a/b.xml", "c.xml"), "a/c.xml");
     EXPECT_EQ(includedPath("b.xml", "c/d.xml"), "c/d.xml");
     for (const char* name : {"/etc/passwd.xml", "../c.xml", "c/../../d.xml", "c.txt", "", ".xml",

@@ -154,7 +154,7 @@ TEST(DecoderChoiceTest, WithoutADecoderThoseThatCannotBeUsedAreNamed) {
     EXPECT_EQ(choice.reasons[0].subject, "video/avc");
 }
 
-TEST(DecoderChoiceTest, WhatATrackDoesNotSayIsNotHeldAgainstIt) {
+TEST(DecoderChoiceTest, AnUnknownValueOfATrackIsNoComplaint) {
     Needs needs;
     needs.mime = "video/avc";
     EXPECT_THAT(complaintsAbout(needs), IsEmpty());

@@ -58,7 +58,7 @@ TEST(HtmlReportTest, NothingFromAFileBecomesMarkup) {
     EXPECT_THAT(text, Not(HasSubstr(": </table>")));
 }
 
-TEST(HtmlReportTest, ThePageAsksForNothingFromElsewhere) {
+TEST(HtmlReportTest, ThePageLoadsNothingFromElsewhere) {
     const std::string text = page(checkedFile("a"));
     EXPECT_THAT(text, HasSubstr("default-src 'none'"));
     EXPECT_THAT(text, Not(HasSubstr("src=\"http")));

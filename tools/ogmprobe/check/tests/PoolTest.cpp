@@ -25,7 +25,7 @@ std::map<size_t, PoolAnswer> answersOf(const std::vector<PoolTask>& tasks, size_
     return answers;
 }
 
-std::string waitForEver() {
+std::string waitForever() {
     while (true) {
         pause();
     }
@@ -43,12 +43,12 @@ TEST(PoolTest, EachTaskHasItsAnswer) {
     }
 }
 
-TEST(PoolTest, ADeathAndAStandstillCostTheirTaskAlone) {
+TEST(PoolTest, ADeathAndAStandstillCostOnlyTheirOwnTask) {
     const auto answers = answersOf({{[]() -> std::string {
                                         std::raise(SIGKILL);
                                         return "";
                                     }},
-                                    {waitForEver, 0.2},
+                                    {waitForever, 0.2},
                                     {[] { return std::string("done"); }}},
                                    2);
     ASSERT_EQ(answers.size(), 3U);
@@ -69,7 +69,7 @@ TEST(PoolTest, AnExceptionEndsTheRunWithAllItsProcesses) {
                       [&]() -> std::optional<PoolTask> {
                           const bool ends = std::exchange(isFirst, false);
                           return ends ? PoolTask{[] { return std::string(); }}
-                                      : PoolTask{waitForEver};
+                                      : PoolTask{waitForever};
                       },
                       [](const PoolAnswer&) { throw std::runtime_error("enough"); }, [] {}};
     EXPECT_THROW(runPool(run), std::runtime_error);

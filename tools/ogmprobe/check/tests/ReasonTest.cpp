@@ -17,7 +17,7 @@ TEST(ReasonTest, AnUnknownNameHasNoKind) {
     EXPECT_EQ(reasonKind("nonsense"), nullptr);
 }
 
-TEST(ReasonTest, TheWorstOfNoneIsThatItPlays) {
+TEST(ReasonTest, TheWorstOfNoReasonsIsThatItPlays) {
     EXPECT_EQ(worstOf({}), Verdict::kPlays);
     EXPECT_EQ(worstOf({reasonOf("frames-lost", ""), reasonOf("no-decoder", ""),
                        reasonOf("end-withheld", "")}),

@@ -123,7 +123,7 @@ TEST_F(TriageStateTest, AnotherFileIsLeftAlone) {
     }
 }
 
-TEST_F(TriageStateTest, WhatIsNoFileCannotKeepIt) {
+TEST_F(TriageStateTest, StateIsOnlyKeptInARegularFile) {
     EXPECT_EQ(mkfifo(path().c_str(), 0600), 0);
     for (const std::string& path : {path(), std::string("/dev/null")}) {
         EXPECT_THAT(refusalOf(path, "x"), HasSubstr("is no file to keep a state in"));

@@ -78,7 +78,7 @@ TEST_F(TriageTest, NoMischiefOfOneFileTouchesAnother) {
     }
 }
 
-TEST_F(TriageTest, AnEarlierRunIsGoneOnWith) {
+TEST_F(TriageTest, AnEarlierRunIsContinued) {
     add("a.ogm");
     add("b.ogm");
     check({"--state", path("state")});

@@ -49,8 +49,8 @@ class PacketRow {
     near(timeUs) {
         const next = Math.min(upperBound(this.begins, timeUs), this.count - 1);
         const before = Math.max(0, upperBound(this.begins, timeUs) - 1);
-        const isBehind = timeUs - this.ends[before] > this.begins[next] - timeUs;
-        return this.count === 0 ? -1 : isBehind ? next : before;
+        const isNextNearer = timeUs - this.ends[before] > this.begins[next] - timeUs;
+        return this.count === 0 ? -1 : isNextNearer ? next : before;
     }
 
     largestOf(from, end) {
@@ -170,7 +170,7 @@ const laneFrom = (reader, info, index) => {
     const pages = reader.steady(info.packets);
     const digests = reader.raw();
     const pageTimes = rangesFrom(reader, info.packets);
-    const behindVideo = rangesFrom(reader, info.packets);
+    const lateByVideo = rangesFrom(reader, info.packets);
     const lost = lostRow(reader, info.lost, info.usualUs);
     const gapFrom = reader.steady(info.gaps);
     const gapTo = reader.steady(info.gaps);
@@ -183,8 +183,8 @@ const laneFrom = (reader, info, index) => {
         pageTimes,
         byPages: latenessOf(row, pageTimes.known, (file) => times[file] - pageTimes.most[file],
             (file) => times[file] - pageTimes.least[file]),
-        byVideo: latenessOf(row, behindVideo.known, (file) => behindVideo.least[file],
-            (file) => behindVideo.most[file]),
+        byVideo: latenessOf(row, lateByVideo.known, (file) => lateByVideo.least[file],
+            (file) => lateByVideo.most[file]),
         shared: sharedTimesOf(times, row.order, row.begins),
         backward: backwardTimes(times),
         position: new Extent(row.sorted(positions))};

@@ -2,13 +2,13 @@
 // Where packets are on the time axis. A container may give one time to all packets of a page: those
 // share the time up to the next ones, each in its own slot.
 
-/** Returns the first index from which `isBehind` is true for all; it is true for none before. */
-const firstIndex = (count, isBehind) => {
+/** Returns the first index from which `isReached` is true for all; it is true for none before. */
+const firstIndex = (count, isReached) => {
     let low = 0;
     let high = count;
     while (low < high) {
         const middle = (low + high) >> 1;
-        if (isBehind(middle)) {
+        if (isReached(middle)) {
             high = middle;
         } else {
             low = middle + 1;

@@ -278,7 +278,7 @@ class TimelineInBrowser(BrowserCase):
 
     # Pointing
 
-    def test_TellsOfThePacketUnderTheMouse(self):
+    def test_ShowsThePacketUnderTheMouse(self):
         self.open()
         key_frame = self.key_frame()
         self.point_at_lane(0, key_frame["time_us"] + 500)
@@ -297,7 +297,7 @@ class TimelineInBrowser(BrowserCase):
         for lane in range(3):
             self.assertGreater(self.count_of("ink", lane), before[lane])
 
-    def test_TellsOfBitrateAndSeeksUnderTheMouse(self):
+    def test_ShowsBitrateAndSeeksUnderTheMouse(self):
         self.open()
         seek = self.script("return outline.seeks[4]")
         bitrate = self.box(".panel.bitrate canvas")

@@ -81,7 +81,7 @@ TEST_F(TimelineEvidence, HasStreamsWithoutATrackWithTheirPackets) {
     EXPECT_EQ(refused[0]["packets"], 151);
 }
 
-TEST_F(TimelineEvidence, CutsToTheTimeAskedFor) {
+TEST_F(TimelineEvidence, CutsToTheRequestedTime) {
     const auto page = pageOf(sampleBytes("xvid_refused_mp3.ogm"), {"--from", "1", "--to", "2"});
     EXPECT_EQ(page.outline()["refused"][0]["packets"], 25);
     EXPECT_THAT(page.times(0), SizeIs(Gt(10U)));

@@ -45,7 +45,7 @@ TEST(FileExtents, GrowOverAllThatTheyCover) {
     EXPECT_THAT(extents.parts(), ElementsAre(Pair(5, 35), Pair(40, 41)));
 }
 
-TEST(ReadCost, CountsReadsThatGiveNothingWithoutExtents) {
+TEST(ReadCost, CountsReadsOfNoBytesWithoutExtents) {
     ReadCost cost;
     cost.add({100, 10, -1});
     cost.add({100, 10, 0});

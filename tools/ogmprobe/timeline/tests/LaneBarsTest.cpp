@@ -15,7 +15,7 @@ LaneBars barsOf(const Timeline& timeline, size_t lane = 0) {
                             detailOf(timeline));
 }
 
-TEST(LaneBars, OfPacketsOfOneTimeStandOnOneAnother) {
+TEST(LaneBars, OfPacketsOfOneTimeAreStacked) {
     auto packets = packetsAt({0, 0, 40000});
     packets[0].size = 10;
     packets[1].size = 5;

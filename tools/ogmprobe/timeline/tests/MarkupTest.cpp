@@ -14,7 +14,7 @@ TEST(Escaped, IsWhatWouldBeMarkup) {
     EXPECT_EQ(escaped("película 映画 (1).ogm"), "película 映画 (1).ogm");
 }
 
-TEST(Escaped, ReplacesWhatMayNotStandInXml) {
+TEST(Escaped, ReplacesWhatXmlDoesNotAllow) {
     EXPECT_EQ(escaped("a\xff"
                       "b"),
               "a\xef\xbf\xbd"

@@ -160,7 +160,7 @@ TEST_F(TimelineCommand, ShowsNamesInOneLine) {
     EXPECT_THAT(result.out, HasSubstr("a\\nb\\u{202e}.html\n"));
 }
 
-TEST_F(TimelineCommand, LeavesNothingBehindWhereThereIsNothingToDraw) {
+TEST_F(TimelineCommand, LeavesNoFileWhereThereIsNothingToDraw) {
     EXPECT_EQ(runOn(path("missing.ogm"), "a.html").exitCode, 2);
     EXPECT_EQ(fileCount(), 0U);
     EXPECT_EQ(runOn(folder().write("a.txt", "no media file"), "a.html").exitCode, 3);

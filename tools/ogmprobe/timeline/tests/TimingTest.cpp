@@ -69,7 +69,7 @@ TEST(Timing, OfOneTimeAloneHasNoLength) {
     EXPECT_THAT(timingOf({}).groups, IsEmpty());
 }
 
-TEST(Timing, StandsTimesAtBothEndsOfTheirType) {
+TEST(Timing, HandlesTimesAtBothEndsOfTheirType) {
     constexpr int64_t kLeast = std::numeric_limits<int64_t>::min();
     constexpr int64_t kMost = std::numeric_limits<int64_t>::max();
     const Timing timing = timingOf(packetsAt({kMost, kLeast}));

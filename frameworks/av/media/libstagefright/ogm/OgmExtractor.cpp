@@ -21,7 +21,7 @@ namespace android {
 
 namespace {
 
-/** Nothing depends on its value; the read itself can be seen. */
+/** The value is not used, but the framework can observe the read. */
 void readVerboseLogProperty() {
     char value[PROPERTY_VALUE_MAX] = {};
     property_get("vendor.zor.ogm.verbose.log", value, "0");
@@ -128,7 +128,7 @@ media_status_t OgmExtractor::refreshGranules(OgmTrack* track) {
     uint64_t next = 0;
     const media_status_t status = mCursor.getNextGranulePosition(mPages, page.mSerialNo, &next);
     if (status != AMEDIA_OK) {
-        // So the packets of a stream's last page are never handed out.
+        // So the packets on the last page of a stream are never returned.
         ALOGI("getNextGranulePosition fail, return %d", status);
         return AMEDIA_ERROR_END_OF_STREAM;
     }
@@ -195,7 +195,7 @@ void OgmExtractor::scanToTime(int64_t seekUs) {
                                      mPages.dataSourceSize());
         ALOGI("seekToTime, 2449, searchOffset=%" PRId64, offset);
     }
-    // Set once: where a later round cannot read on at all, the time of the round before remains.
+    // Not reset in the loop: if a later round reads nothing, it keeps the time of the round before.
     int64_t currentUs = 0;
     do {
         offset = ogm::stepBackFrom(offset);

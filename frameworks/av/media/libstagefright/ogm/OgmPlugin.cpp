@@ -17,12 +17,12 @@ namespace {
 
 constexpr size_t kSniffSize = 1024;
 constexpr int32_t kMinSniffSize = 4;
-/** Whatever the streams are. */
+/** The same for all streams. */
 constexpr float kConfidence = 0.5F;
 
 const char* kSupportedTypes[] = {"ogm", "ogg", nullptr};
 
-/** `meta` is not used: the sniff hands nothing on. */
+/** `meta` is not used: the sniff sets none. */
 CMediaExtractor* CreateExtractor(CDataSource* source, void* /* meta */) {
     return wrap(new OgmExtractor(std::make_unique<DataSourceHelper>(source)));
 }
@@ -38,7 +38,7 @@ CreatorFunc Sniff(CDataSource* source, float* confidence, void** /* meta */,
         ALOGE("Sniff:DataSource read fail, length=%d", count);
         return nullptr;
     }
-    // The whole buffer, whatever was read: a short file is followed by zeros.
+    // Always the whole buffer: after a short file it holds zeros.
     uint8_t isVorbisExist = 0;
     if (!sniffOgm(buffer, kSniffSize, &isVorbisExist)) {
         ALOGE("Sniff:parseOgmHeader fail,isVorbisExist=%d", isVorbisExist);

@@ -30,15 +30,15 @@ constexpr size_t kBufferCount = 1;
 constexpr size_t kBufferSize = 256;
 constexpr size_t kMaxBufferCount = 64;
 
-/** Packets that are queued before one is handed out, so that reordered frames get their times. */
+/** Packets to queue before one is returned, so that reordered frames get their times. */
 constexpr size_t kQueueTarget = 10;
 /** The last packet is still being assembled. */
 constexpr size_t kIncompletePackets = 1;
 
-/** Every buffer names the start of the file as the time that was asked for, after a seek too. */
+/** Every buffer has this target time, even after a seek. */
 constexpr int64_t kTargetTimeUs = 0;
 
-/** Video is timed by the frame, audio by the sample. */
+/** The clock counts frames for video, samples for audio. */
 ogm::PacketClock clockOf(const OgmStreamInfo& stream) {
     const bool isVideo = ogm::isVideoTrackType(stream.mType);
     return {stream.mType, static_cast<int32_t>(stream.mSampleRate),
@@ -67,15 +67,15 @@ OgmTrack::~OgmTrack() {
         ALOGI("~OgmTrack call stop()!");
         (void)OgmTrack::stop();
     } else if (mRestarted) {
-        // A track that was stopped once is not stopped again, and its stream stays registered: its
-        // pages are still looked at, but its packets no longer reach a track.
+        // A track that was stopped before is not stopped again, and its stream stays registered:
+        // its pages are still read, but its packets are dropped.
         mExtractor->trackDestroyed(this);
     }
 }
 
 media_status_t OgmTrack::start() {
     ALOGI("OgmTrack:[start] mSerialNo[%d]\n", mSerialNo);
-    // A track that was never stopped has been registered since it was made.
+    // A track that was never stopped is still registered from its creation.
     if (mStopped && mExtractor->trackStart(static_cast<int32_t>(mSerialNo), this)) {
         mRestarted = true;
     }
@@ -103,7 +103,7 @@ void OgmTrack::logGetFormat() const {
 media_status_t OgmTrack::read(MediaBufferHelper** buffer, const ReadOptions* options) {
     const std::lock_guard<std::mutex> lock(mExtractor->lock());
 
-    // As if the format were asked for again each time; only its MIME type is used, in the log.
+    // Each read logs a request for the format, although only the MIME type is used, for the log.
     logGetFormat();
     if (!mMime.empty()) {
         ALOGI("begin read mime:%s", mimeText());
@@ -195,7 +195,7 @@ int64_t OgmTrack::displayTimeUs(const OgmPacket& packet) const {
     if (!ogm::isFrameTypedVideo(mType)) {
         return packet.timeUs;
     }
-    // Nothing is counted for a B frame: with 255 more of them after it the count would not end.
+    // Not for a B frame: if 255 more B frames followed it, the count would never end.
     const bool isBFrame = packet.frameType == ogm::kBidirectionalFrame;
     return mClock.displayTimeUs(packet, isBFrame ? 0 : mPackets.countFollowingFrameType3());
 }
@@ -217,7 +217,7 @@ media_status_t OgmTrack::appendData(ByteBuffer* packet, bool isNewPacket, bool i
     if (isNewPacket) {
         const std::optional<int64_t> timeUs = mClock.packetTimeUs(packet->size());
         if (!timeUs) {
-            // Later pieces of this packet are not dropped: they end up after the packet before.
+            // Later pieces of this packet are not dropped: they are appended to the packet before.
             return AMEDIA_OK;
         }
         mPackets.beginPacket(*timeUs, mClock.granulePosition());
@@ -243,10 +243,10 @@ media_status_t OgmTrack::appendAccessUnits(ByteBuffer* piece, bool isNewPacket) 
         ALOGE("appendAudioData FAIL!");
         return AMEDIA_ERROR_MALFORMED;
     }
-    // Before frames are cut, which may take its room.
+    // Before frames are cut: their copies may use the piece's memory.
     mPackets.giveBack(piece);
     while (std::optional<AccessUnit> unit = mCutter->dequeueAccessUnit(&mStream, &mPackets)) {
-        // The packet's time for all units cut out of it; a unit's own is not used.
+        // All units of a packet get the packet's time; the unit's own time is not used.
         mPackets.addAccessUnit(*timeUs, mClock.granulePosition(), std::move(unit->bytes));
     }
     return AMEDIA_OK;
@@ -268,7 +268,7 @@ void OgmTrack::dropQueued() {
 
 media_status_t OgmTrack::seek(int64_t timeUs) {
     ALOGI("begin seek to %" PRId64 " us mime:%s", timeUs, mimeText());
-    // The other tracks read on from where the selected one leaves the file.
+    // Only the selected track moves the cursor. The others continue from there.
     if (mExtractor->isSelected(mSerialNo)) {
         mExtractor->setSeeking(true);
         ALOGD("Start seekToTime");
@@ -277,7 +277,7 @@ media_status_t OgmTrack::seek(int64_t timeUs) {
         if (ogm::isVideoTrackType(mType)) {
             const media_status_t status = findSyncFrame(timeUs);
             if (status != AMEDIA_OK) {
-                // Still seeking: audio goes on being dropped until a seek of this track succeeds.
+                // Still seeking: audio is dropped until a seek of this track succeeds.
                 return status;
             }
         }
@@ -289,7 +289,7 @@ media_status_t OgmTrack::seek(int64_t timeUs) {
 
 media_status_t OgmTrack::findSyncFrame(int64_t seekUs) {
     ogm::SyncFrameSearch search(seekUs);
-    while (search.goesOn()) {
+    while (search.isSearching()) {
         const media_status_t result = fillQueue();
         if (result == AMEDIA_ERROR_IO) {
             ALOGE("Read Data fail,return ERROR_IO");
@@ -298,7 +298,7 @@ media_status_t OgmTrack::findSyncFrame(int64_t seekUs) {
         if (result == AMEDIA_ERROR_END_OF_STREAM) {
             search.noteEndOfFile();
         }
-        if (search.lookThrough(&mPackets) == ogm::SyncFrameSearch::Result::kTooLate) {
+        if (search.searchQueue(&mPackets) == ogm::SyncFrameSearch::Result::kTooLate) {
             search.stepBack();
             dropQueued();
             mExtractor->seekToTime(search.timeUs());

@@ -19,7 +19,7 @@ constexpr size_t kMinBufferedSize = 10;
 constexpr std::string_view kSyncWord("\x0B\x77", 2);
 constexpr uint32_t kSyncWordValue = 0x0B77;
 
-/** The byte that begins with bsid: up to 10 AC-3, up to 16 E-AC-3. */
+/** The byte that begins with bsid: 0 to 10 for AC-3, 11 to 16 for E-AC-3. */
 constexpr size_t kBitStreamIdOffset = 5;
 constexpr int kBitStreamIdShift = 3;
 constexpr uint8_t kFirstEac3 = 11 << kBitStreamIdShift;
@@ -29,9 +29,9 @@ constexpr uint32_t kReservedRate = 3;
 constexpr size_t kRates = 3;
 
 /**
- * 16-bit words in a frame, by frmsizecod and fscod: ATSC A/52, table 5.18, but for its row of
- * frmsizecod 3 (80, 88, 120), which is missing. So from there on every row is the standard's next
- * one, and the last has nothing. Frames of those sizes are cut too long on every device; keep it.
+ * 16-bit words in a frame, by frmsizecod and fscod: ATSC A/52, table 5.18, without the row for
+ * frmsizecod 3 (80, 88, 120). So from there on each row is the standard's next row, and there is
+ * none for the last code. All devices cut such frames too long; keep it.
  */
 constexpr uint16_t kFrameWords[][kRates] = {
         {64, 69, 96},       {64, 70, 96},       {80, 87, 120},      {96, 104, 144},
@@ -95,7 +95,8 @@ std::optional<size_t> Ac3Cutter::findFirstSync(ByteView bytes) const {
     return start;
 }
 
-std::optional<AccessUnit> Ac3Cutter::dequeueAccessUnit(ElementaryStream* stream, PieceRoom* room) {
+std::optional<AccessUnit> Ac3Cutter::dequeueAccessUnit(ElementaryStream* stream,
+                                                       PieceAllocator* allocator) {
     const ByteView data = stream->view();
     if (data.size() < kMinBufferedSize) {
         ALOGD("****NO enough data in AC3 ESQueue****");
@@ -103,7 +104,7 @@ std::optional<AccessUnit> Ac3Cutter::dequeueAccessUnit(ElementaryStream* stream,
     }
     const std::optional<size_t> offset = findAc3Sync(data, stream->searched());
     if (!offset) {
-        // What follows may complete a sync word that begins with the last byte.
+        // The last byte may begin a sync word that the next bytes complete.
         stream->setSearched(data.size() - 1);
         return std::nullopt;
     }
@@ -114,7 +115,7 @@ std::optional<AccessUnit> Ac3Cutter::dequeueAccessUnit(ElementaryStream* stream,
         } else {
             ALOGD("[dequeueAccessUnitAC3]***wrong bsid:%u***", frame.bsid);
         }
-        // Like the bytes before a frame, these are charged to no range.
+        // Like the bytes before a frame, these are not charged to any range.
         stream->dropBytes(*offset + kSyncWord.size());
         return std::nullopt;
     }
@@ -124,7 +125,7 @@ std::optional<AccessUnit> Ac3Cutter::dequeueAccessUnit(ElementaryStream* stream,
               static_cast<int>(available));
         return std::nullopt;
     }
-    AccessUnit unit{stream->takeFrame(*offset, frame.size, room)};
+    AccessUnit unit{stream->takeFrame(*offset, frame.size, allocator)};
     unit.timeUs = stream->fetchTimestamp(frame.size);
     return unit;
 }

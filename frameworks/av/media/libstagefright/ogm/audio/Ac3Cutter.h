@@ -15,23 +15,24 @@ std::optional<size_t> findAc3Sync(ByteView data, size_t from);
 struct Ac3Frame {
     enum class Kind { kFrame, kBadRate, kBadBitStreamId };
     Kind kind;
-    /** Bytes, for kFrame: 0 for frmsizecod 37, which the table has no row for. */
+    /** Frame size in bytes, for kFrame; 0 for frmsizecod 37, for which the table has no row. */
     uint16_t size;
-    /** bsid, for the message of kBadBitStreamId. */
+    /** For the message of kBadBitStreamId. */
     uint8_t bsid;
 };
 
 /**
- * Reads the start of an AC-3 or E-AC-3 frame (ATSC A/52) at the beginning of `data`. Ends the
- * process when the data end before frmsizecod, that is with less than 5 bytes.
+ * Parses the AC-3 or E-AC-3 frame header (ATSC A/52) at the beginning of `data`. Ends the process
+ * if the data end before frmsizecod, that is, with less than 5 bytes.
  */
 Ac3Frame parseAc3Frame(ByteView data);
 
-/** Cuts frames of AC-3 and E-AC-3, whose headers hold their size. */
+/** Cuts frames of AC-3 and E-AC-3, whose headers contain their size. */
 class Ac3Cutter final : public AccessUnitCutter {
   public:
     std::optional<size_t> findFirstSync(ByteView bytes) const override;
-    std::optional<AccessUnit> dequeueAccessUnit(ElementaryStream* stream, PieceRoom* room) override;
+    std::optional<AccessUnit> dequeueAccessUnit(ElementaryStream* stream,
+                                                PieceAllocator* allocator) override;
 };
 
 }  // namespace android::ogm

@@ -17,7 +17,7 @@ std::unique_ptr<AccessUnitCutter> makeAccessUnitCutter(uint32_t streamType) {
         case OGA_AUDIO_DTS:
             return std::make_unique<DtsCutter>();
         default:
-            // Packets of MPEG audio layers I and II too are handed out as they are.
+            // MPEG audio layers I and II included: their packets are returned unchanged.
             return nullptr;
     }
 }

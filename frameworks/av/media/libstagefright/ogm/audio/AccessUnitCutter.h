@@ -8,35 +8,34 @@
 
 #include "audio/ElementaryStream.h"
 #include "base/ByteView.h"
-#include "base/PieceRoom.h"
+#include "base/PieceAllocator.h"
 
 namespace android::ogm {
 
 /**
- * Cuts the frames of a codec out of an elementary stream. All cutters go through the same steps:
- * find the frame, measure it, take it, and ask for the time of the bytes taken. They differ in how
- * a frame is measured and in which bytes are charged to its time.
+ * Cuts the frames of a codec out of an elementary stream. All cutters take the same steps: find the
+ * frame, determine its size, take it, and get the time of the bytes taken. They differ in how they
+ * determine the size and in which bytes they charge to the frame's time.
  */
 class AccessUnitCutter {
   public:
     virtual ~AccessUnitCutter() = default;
 
-    /** Where a frame may begin in bytes that start a stream; nothing when there is no such place.
-     */
+    /** Where the first frame may begin in the first bytes of a stream; nothing if nowhere. */
     virtual std::optional<size_t> findFirstSync(ByteView bytes) const = 0;
 
-    /** Takes the next whole access unit; nothing when there is none yet. */
+    /** Takes the next complete access unit; nothing if there is none yet. */
     virtual std::optional<AccessUnit> dequeueAccessUnit(ElementaryStream* stream,
-                                                        PieceRoom* room) = 0;
+                                                        PieceAllocator* allocator) = 0;
 };
 
-/** The cutter for a stream type; null for one whose packets are handed out as they are. */
+/** The cutter for a stream type; null for one whose packets are returned unchanged. */
 std::unique_ptr<AccessUnitCutter> makeAccessUnitCutter(uint32_t streamType);
 
 /**
- * Adds bytes that have the time `timeUs` to a stream; at the start of an empty one those in front
- * of the first sync word are dropped. The bytes may be moved away. Returns false (nothing added)
- * without a sync word.
+ * Appends bytes with the time `timeUs` to a stream. If the stream is empty, the bytes before the
+ * first sync word are dropped, and without a sync word nothing is appended and the result is false.
+ * The bytes may be moved away.
  */
 bool appendAudioData(const AccessUnitCutter& cutter, ElementaryStream* stream, ByteBuffer* bytes,
                      int64_t timeUs);

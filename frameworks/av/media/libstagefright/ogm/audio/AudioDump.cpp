@@ -23,13 +23,13 @@ struct FileCloser {
 
 AudioDump::AudioDump()
     : mDumpAudio(property_get_int32("vendor.zor.ogmextractor.dump.audio", 0) != 0) {
-    // Read with the other one, and without effect: there is no dump of video.
+    // Read like the other property, but without effect: there is no dump of video.
     (void)property_get_int32("vendor.zor.ogmextractor.dump.video", 0);
 }
 
 void AudioDump::write(MediaBufferHelper* buffer) const {
     const std::unique_ptr<FILE, FileCloser> file(fopen(kDumpFile, "ab"));
-    // The whole capacity from the start of the buffer, not its range.
+    // The buffer's whole capacity, not its range.
     const size_t size = file == nullptr ? 0 : buffer->size();
     if (size == 0) {
         ALOGD("Open bs_dump_OGM_AUDIO.bin failed!");

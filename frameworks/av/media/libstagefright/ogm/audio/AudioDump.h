@@ -5,7 +5,7 @@
 
 namespace android::ogm {
 
-/** Appends delivered audio to a file, if a system property asks for it when the track is made. */
+/** Appends returned audio to a file if a system property was set when the track was created. */
 class AudioDump {
   public:
     AudioDump();

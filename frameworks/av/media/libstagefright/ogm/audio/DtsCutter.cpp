@@ -13,14 +13,14 @@ namespace android::ogm {
 
 namespace {
 
-// Sync words of ETSI TS 102 114, as four bytes read little-endian.
+// Sync words of ETSI TS 102 114, as 32-bit little-endian numbers.
 constexpr uint32_t kCore16 = 0x0180FE7F;
 constexpr uint32_t kSubstream = 0x25205864;
 constexpr uint32_t kCore14 = 0x00E8FF1F;
 
 constexpr size_t kSyncWordSize = 4;
 
-/** As many bytes as a sync word needs to be seen. */
+/** A sync word is only found if a byte follows it. */
 constexpr size_t kSyncAndNext = kSyncWordSize + 1;
 
 constexpr bool isSync(uint32_t word) {
@@ -53,8 +53,8 @@ std::optional<size_t> findDtsSync(ByteView data, size_t from) {
 namespace {
 
 /**
- * The first sync word at or after `from`. Each byte is looked at once, however often bytes are
- * added before a sync word comes.
+ * The first sync word at or after `from`. Each byte is examined once, even if bytes are appended
+ * many times before a sync word comes.
  */
 std::optional<size_t> findNextSync(ElementaryStream* stream, size_t from) {
     const ByteView data = stream->view();
@@ -76,23 +76,24 @@ std::optional<size_t> DtsCutter::findFirstSync(ByteView bytes) const {
     return start;
 }
 
-std::optional<AccessUnit> DtsCutter::dequeueAccessUnit(ElementaryStream* stream, PieceRoom* room) {
+std::optional<AccessUnit> DtsCutter::dequeueAccessUnit(ElementaryStream* stream,
+                                                       PieceAllocator* allocator) {
     const bool startsWithSync = findDtsSync(stream->view().first(kSyncAndNext), 0).has_value();
     const std::optional<size_t> offset = startsWithSync ? 0 : findNextSync(stream, 1);
     if (!offset) {
         return std::nullopt;
     }
     if (*offset > 0) {
-        // The bytes before a frame belong to no frame; their time is dropped with them.
+        // The bytes before a frame are dropped together with their time.
         stream->dropBytes(*offset);
         (void)stream->fetchTimestamp(*offset);
     }
-    // No field holds the size of a frame: it ends where the next one begins.
+    // The frame's size field is not used: a frame ends where the next sync word begins.
     const std::optional<size_t> size = findNextSync(stream, 1);
     if (!size) {
         return std::nullopt;
     }
-    AccessUnit unit{stream->takeFrame(0, *size, room)};
+    AccessUnit unit{stream->takeFrame(0, *size, allocator)};
     unit.timeUs = stream->fetchTimestamp(*size);
     OGM_CHECK_VALUES(unit.timeUs >= 0,
                      OGM_SOURCES "OgmExtractor:783 CHECK_GE( timeUs,0ll) failed: ", unit.timeUs, 0);

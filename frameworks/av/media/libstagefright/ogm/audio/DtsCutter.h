@@ -8,7 +8,7 @@
 
 namespace android::ogm {
 
-/** First DTS sync word that a stream may begin with: a core of 16 bits or a substream. */
+/** First DTS sync word with which a stream may begin: a 16-bit core or a substream. */
 std::optional<size_t> findDtsStart(ByteView data);
 
 /** First DTS sync word of any form at or after `from` that has a byte after it. */
@@ -18,7 +18,8 @@ std::optional<size_t> findDtsSync(ByteView data, size_t from);
 class DtsCutter final : public AccessUnitCutter {
   public:
     std::optional<size_t> findFirstSync(ByteView bytes) const override;
-    std::optional<AccessUnit> dequeueAccessUnit(ElementaryStream* stream, PieceRoom* room) override;
+    std::optional<AccessUnit> dequeueAccessUnit(ElementaryStream* stream,
+                                                PieceAllocator* allocator) override;
 };
 
 }  // namespace android::ogm

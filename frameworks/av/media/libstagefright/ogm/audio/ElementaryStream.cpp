@@ -15,14 +15,14 @@ namespace android::ogm {
 
 namespace {
 
-/** The time of a range whose time is not known; a later range's time stands in for it. */
+/** Marks a range whose time is unknown; the time of a later range is used instead. */
 constexpr int64_t kUnknownTimeUs = 4294967295;
 
 constexpr const char* kNoRangeLeft =
         OGM_SOURCES "OgmExtractor:499 CHECK(!mRangeInfos.empty()) failed.";
 
-ByteBuffer copyOf(ByteView bytes, PieceRoom* room) {
-    ByteBuffer copy = room->makePiece(bytes.size());
+ByteBuffer copyOf(ByteView bytes, PieceAllocator* allocator) {
+    ByteBuffer copy = allocator->makePiece(bytes.size());
     std::copy_n(bytes.data(), bytes.size(), copy.data());
     return copy;
 }
@@ -38,12 +38,12 @@ void ElementaryStream::append(ByteBuffer* bytes, int64_t timeUs) {
     }
 }
 
-ByteBuffer ElementaryStream::takeFrame(size_t offset, size_t size, PieceRoom* room) {
-    // A part shares the storage, so the next append needs new storage. That is no loss where there
-    // is no room left anyway; elsewhere the frame is copied.
+ByteBuffer ElementaryStream::takeFrame(size_t offset, size_t size, PieceAllocator* allocator) {
+    // A part shares the storage, so the next append has to allocate. If the storage is full, it has
+    // to allocate anyway; otherwise the frame is copied.
     ByteBuffer frame = mPacketBuff.isFull()
                                ? mPacketBuff.part(offset, size)
-                               : copyOf(mPacketBuff.view().from(offset).first(size), room);
+                               : copyOf(mPacketBuff.view().from(offset).first(size), allocator);
     dropBytes(offset + size);
     return frame;
 }
@@ -86,7 +86,7 @@ int64_t ElementaryStream::fetchTimestamp(uint64_t size) {
     return timeUs;
 }
 
-/** Takes at most `size` bytes; a range of which nothing is left goes. Returns how many it took. */
+/** Takes at most `size` bytes and removes the range if none are left. Returns the number taken. */
 uint64_t ElementaryStream::takeFromFrontRange(uint64_t size) {
     RangeInfo& front = mRangeInfos.front();
     if (front.mLength > size) {

@@ -7,7 +7,7 @@
 #include "base/ByteBuffer.h"
 #include "base/ByteView.h"
 #include "base/Fifo.h"
-#include "base/PieceRoom.h"
+#include "base/PieceAllocator.h"
 
 namespace android {
 
@@ -28,45 +28,45 @@ struct AccessUnit {
 namespace ogm {
 
 /**
- * The bytes of an audio stream from which frames are cut, and which time came with which of them.
- * It knows nothing of codecs: a cutter finds a frame among the bytes, takes it, and asks for the
- * time of as many bytes as it charges to the frame.
+ * The bytes of an audio stream from which frames are cut, with their times. It knows nothing of
+ * codecs: a cutter finds a frame in the bytes, takes it, and asks for the time of the number of
+ * bytes that it charges to the frame.
  */
 class ElementaryStream {
   public:
     bool empty() const { return mPacketBuff.empty(); }
     size_t size() const { return mPacketBuff.size(); }
     ByteView view() const { return mPacketBuff.view(); }
-    /** The ranges of which bytes are left, in the order in which they came. */
+    /** The ranges that still have bytes, oldest first. */
     const Fifo<RangeInfo>& ranges() const { return mRangeInfos; }
 
-    /** Adds bytes that have the time `timeUs`. They may be moved away. */
+    /** Appends bytes with the time `timeUs`. They may be moved away. */
     void append(ByteBuffer* bytes, int64_t timeUs);
 
-    /** Takes a frame out, and drops the bytes before it. A copy is made in `room`. */
-    ByteBuffer takeFrame(size_t offset, size_t size, PieceRoom* room);
+    /** Takes a frame out and drops the bytes before it. `allocator` is used if it has to copy. */
+    ByteBuffer takeFrame(size_t offset, size_t size, PieceAllocator* allocator);
 
-    /** Drops bytes off the front. Their ranges stay; see fetchTimestamp(). */
+    /** Drops bytes from the front. Their ranges stay; see fetchTimestamp(). */
     void dropBytes(size_t size);
 
     /**
-     * Throws all bytes away. Their ranges stay: they are charged to later frames, whose times lag
-     * until the ranges have caught up.
+     * Drops all bytes. Their ranges stay and are charged to later frames, whose times lag until
+     * these ranges are used up.
      */
     void discardBytes();
 
-    /** Forgets bytes and ranges. */
+    /** Drops bytes and ranges. */
     void clear();
 
     /**
-     * Takes `size` bytes off the front of the ranges and returns the time of the first; -1 for no
-     * bytes. Ends the process when there are not as many.
+     * Takes `size` bytes from the front of the ranges and returns the time of the first byte; -1 if
+     * `size` is 0. Ends the process if the ranges have fewer bytes.
      */
     int64_t fetchTimestamp(uint64_t size);
 
     /**
-     * Up to here a cutter has found no frame but at the start, so that it need not look again; 0
-     * when bytes have been taken since.
+     * Up to here a cutter has found no frame except at the start, so it need not search again; 0
+     * after bytes have been taken.
      */
     size_t searched() const { return mSearched; }
     void setSearched(size_t position) { mSearched = position; }

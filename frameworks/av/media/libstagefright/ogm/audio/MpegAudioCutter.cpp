@@ -36,7 +36,7 @@ std::optional<size_t> MpegAudioCutter::findFirstSync(ByteView bytes) const {
 }
 
 std::optional<AccessUnit> MpegAudioCutter::dequeueAccessUnit(ElementaryStream* stream,
-                                                             PieceRoom* room) {
+                                                             PieceAllocator* allocator) {
     if (stream->size() < kHeaderSize) {
         return std::nullopt;
     }
@@ -59,7 +59,7 @@ std::optional<AccessUnit> MpegAudioCutter::dequeueAccessUnit(ElementaryStream* s
         case MpegAudioFrame::Result::kWhole:
             break;
     }
-    AccessUnit unit{stream->takeFrame(frame.offset, frame.size, room)};
+    AccessUnit unit{stream->takeFrame(frame.offset, frame.size, allocator)};
     // Bytes before the frame are charged to it.
     unit.timeUs = stream->fetchTimestamp(frame.offset + frame.size);
     OGM_CHECK_VALUES(unit.timeUs >= 0,
@@ -71,9 +71,9 @@ std::optional<AccessUnit> MpegAudioCutter::dequeueAccessUnit(ElementaryStream* s
 }
 
 /**
- * Looks for the header that all frames of the stream agree with. This call's search for a frame
- * goes on at the header that confirmed it: if the second frame is whole by then, the first is given
- * up and charged to it. Otherwise the next call begins at the first frame again.
+ * Searches for the header that all frames of the stream must match. The search for a frame then
+ * continues at the second header, which confirmed the first: if the second frame is complete, the
+ * first one is lost and charged to it. Otherwise the next call begins at the first frame again.
  */
 bool MpegAudioCutter::lock(ElementaryStream* stream, uint64_t* offset) {
     if (lockMpegAudio(stream->view(), offset, &mMP3Header)) {

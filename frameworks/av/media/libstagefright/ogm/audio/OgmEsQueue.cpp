@@ -10,14 +10,14 @@
 namespace android::ogm {
 
 bool hasEsQueue(uint32_t streamType) {
-    // 2 and 16 have a queue although no file produces a stream of them; 17, 20 and 21 have none.
+    // 2 and 16 have a queue although no file has streams of these types; 17, 20 and 21 have none.
     return isAudioType(streamType) || streamType == 16 || isFrameTypedVideo(streamType) ||
            (streamType >= OGV_VIDEO_H264 && streamType <= OGV_VIDEO_MJPEG);
 }
 
 void setUpEsQueue(uint32_t streamType) {
     if (streamType == OGA_AUDIO_MP3 || streamType == OGA_AUDIO_MPEG) {
-        // At error level although nothing is wrong.
+        // An error line although nothing is wrong.
         ALOGE("set  mDequeueMpegAudioOgm :1\n");
     }
 }

@@ -4,15 +4,16 @@
 #include <cstdint>
 
 /**
- * What can be seen of the elementary-stream queue that tracks of most stream types have: its line
- * in the log, and that a track without one is not reset. Access units are cut elsewhere.
+ * Tracks of most stream types have an elementary-stream queue. Only its effects that can be
+ * observed are here: its log line, and that a discontinuity does not reset a track without one.
+ * Access units are cut elsewhere.
  */
 namespace android::ogm {
 
 /** Whether tracks of a stream type have a queue. */
 bool hasEsQueue(uint32_t streamType);
 
-/** Logs how the queue of a stream type is set up, if that is special. */
+/** Logs the set-up of the queue if the stream type has a special one. */
 void setUpEsQueue(uint32_t streamType);
 
 }  // namespace android::ogm

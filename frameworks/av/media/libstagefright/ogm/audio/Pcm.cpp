@@ -18,7 +18,7 @@ constexpr uint16_t kBits8 = 8;
 constexpr size_t kBytes24 = 3;
 constexpr size_t kBytes16 = 2;
 
-/** Half the range: silence in unsigned samples. */
+/** Silence in unsigned samples. */
 constexpr uint8_t kUnsignedBias = 0x80;
 
 void narrowBuffer(MediaBufferHelper* buffer) {
@@ -41,7 +41,7 @@ media_status_t widenBuffer(MediaBufferGroupHelper* group, MediaBufferHelper** bu
     widenPcm8(samples, static_cast<uint8_t*>(wide->data()));
     const int64_t timeUs = timeOf(narrow);
     narrow->release();
-    // A buffer that served before keeps the entries of that time; this one carries its time alone.
+    // A reused buffer keeps its old entries. This one must have only its time.
     const FormatPtr empty(AMediaFormat_new());
     AMediaFormat_copy(wide->meta_data(), empty.get());
     AMediaFormat_setInt64(wide->meta_data(), AMEDIAFORMAT_KEY_TIME_US, timeUs);

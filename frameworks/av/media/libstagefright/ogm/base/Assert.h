@@ -4,12 +4,12 @@
 #include <log/log.h>
 
 /**
- * Assertions whose texts are behaviour: crash reports are sorted by them, so the location in a text
- * is fixed and does not follow the line of the assertion. Each ends the process by the
- * same path as the platform's CHECK macros, under the including file's LOG_TAG.
+ * Assertions with fixed texts. Crash reports are sorted by these texts, so the location in a text
+ * does not follow the actual line. Each ends the process in the same way as the platform's CHECK
+ * macros, with the including file's LOG_TAG.
  *
- * What a file can cause is otherwise a status; the assertions that a file can reach are listed in
- * docs/behaviour.md.
+ * docs/behaviour.md lists the assertions that a file can trigger. All other errors of a file are
+ * reported as a status.
  */
 
 /** The folder that every text begins with. */
@@ -26,7 +26,7 @@
         }                          \
     } while (false)
 
-/** As OGM_CHECK; the two integers that were compared follow the text. */
+/** Like OGM_CHECK; the two compared integers follow the text. */
 #define OGM_CHECK_VALUES(condition, text, lhs, rhs)                                         \
     do {                                                                                    \
         if (!(condition)) {                                                                 \

@@ -13,7 +13,7 @@ constexpr size_t kStep = 65536;
 
 void ByteBuffer::reset(size_t size) {
     clear();
-    if (mBegin == nullptr || mRoom < size) {
+    if (mBegin == nullptr || mCapacity < size) {
         *this = ByteBuffer(size);
     }
     mSize = size;
@@ -21,7 +21,7 @@ void ByteBuffer::reset(size_t size) {
 
 void ByteBuffer::append(ByteView bytes) {
     const size_t needed = mSize + bytes.size();
-    if (mRoom < needed) {
+    if (mCapacity < needed) {
         makeRoom(needed);
     }
     std::copy_n(bytes.data(), bytes.size(), mBegin + mSize);
@@ -29,8 +29,8 @@ void ByteBuffer::append(ByteView bytes) {
 }
 
 void ByteBuffer::makeRoom(size_t needed) {
-    // Bytes are moved down only if at least as many have been dropped before them, and new
-    // storage has room for as many again.
+    // Bytes are moved to the front only if at least as many were dropped before them, and new
+    // storage has twice the size needed, so appending takes constant time per byte on average.
     const auto dropped = static_cast<size_t>(mBegin - mStorage.data());
     if (!mStorage.isShared() && needed <= mStorage.size() && mSize <= dropped) {
         std::copy_n(mBegin, mSize, mStorage.data());
@@ -46,14 +46,14 @@ void ByteBuffer::makeRoom(size_t needed) {
 
 void ByteBuffer::useWholeStorage() {
     mBegin = mStorage.data();
-    mRoom = mStorage.size();
+    mCapacity = mStorage.size();
 }
 
 void ByteBuffer::dropFront(size_t size) {
     const size_t dropped = std::min(size, mSize);
     mBegin += dropped;
     mSize -= dropped;
-    mRoom -= dropped;
+    mCapacity -= dropped;
 }
 
 ByteBuffer ByteBuffer::part(size_t offset, size_t size) const {
@@ -61,7 +61,7 @@ ByteBuffer ByteBuffer::part(size_t offset, size_t size) const {
     bytes.mStorage = mStorage;
     bytes.mBegin = mBegin + std::min(offset, mSize);
     bytes.mSize = std::min(size, mSize - std::min(offset, mSize));
-    bytes.mRoom = bytes.mSize;
+    bytes.mCapacity = bytes.mSize;
     return bytes;
 }
 

@@ -12,33 +12,34 @@
 namespace android::ogm {
 
 /**
- * Bytes that are filled at the end, emptied from the front, and handed on by moving. Others may lie
- * in the same storage, but none of them grows into another. New bytes are not initialised.
+ * Bytes that are appended at the end, dropped from the front, and passed on by moving. Several
+ * objects may share a storage, but none grows into the bytes of another. New bytes are not
+ * initialised.
  *
- * Why not std::vector: it clears new bytes, and it cannot hand on a packet or a part of one
- * without a copy; each copy of the payload takes some 400 instructions a buffer.
+ * Why not std::vector: it clears new bytes, and it cannot pass on a part of itself without a copy.
+ * Each copy of the payload takes about 400 instructions per buffer.
  */
 class ByteBuffer {
   public:
     ByteBuffer() = default;
     explicit ByteBuffer(size_t size) : ByteBuffer(SharedBytes(size), 0, size) {}
     explicit ByteBuffer(ByteView bytes) { append(bytes); }
-    /** New bytes at `offset` of storage that others may share. */
+    /** `size` bytes at `offset` of storage that others may share. */
     ByteBuffer(SharedBytes storage, size_t offset, size_t size)
         : mStorage(std::move(storage)),
           mBegin(mStorage.data() + offset),
           mSize(size),
-          mRoom(size) {}
+          mCapacity(size) {}
     ByteBuffer(ByteBuffer&& other) noexcept
         : mStorage(std::move(other.mStorage)),
           mBegin(std::exchange(other.mBegin, nullptr)),
           mSize(std::exchange(other.mSize, 0)),
-          mRoom(std::exchange(other.mRoom, 0)) {}
+          mCapacity(std::exchange(other.mCapacity, 0)) {}
     ByteBuffer& operator=(ByteBuffer&& other) noexcept {
         mStorage = std::move(other.mStorage);
         mBegin = std::exchange(other.mBegin, nullptr);
         mSize = std::exchange(other.mSize, 0);
-        mRoom = std::exchange(other.mRoom, 0);
+        mCapacity = std::exchange(other.mCapacity, 0);
         return *this;
     }
 
@@ -47,28 +48,28 @@ class ByteBuffer {
     bool empty() const { return mSize == 0; }
     ByteView view() const { return {mBegin, mSize}; }
 
-    /** Makes it `size` uninitialised bytes, in the storage it has if that is large enough. */
+    /** Becomes `size` uninitialised bytes; keeps its storage if that is large enough. */
     void reset(size_t size);
 
-    /** Costs a time in proportion to the bytes appended, over many calls. */
+    /** Takes constant time per appended byte on average. */
     void append(ByteView bytes);
 
-    /** Takes at most `size` bytes off the front. */
+    /** Drops at most `size` bytes from the front. */
     void dropFront(size_t size);
 
-    /** Whether the next byte that is appended makes it look for room. */
-    bool isFull() const { return mSize == mRoom; }
+    /** Whether appending one more byte would have to move or allocate. */
+    bool isFull() const { return mSize == mCapacity; }
 
     /**
-     * At most `size` bytes from `offset` on, in the same storage. As long as they are there, this
-     * one does not move its bytes in the storage to make room but takes new storage.
+     * At most `size` bytes from `offset` on, in the same storage. While that part exists, this
+     * object does not move its bytes within the storage but allocates new storage when it grows.
      */
     ByteBuffer part(size_t offset, size_t size) const;
 
-    /** Where the bytes begin in `storage`, if that is where they lie. */
+    /** Where the bytes begin in `storage`; nothing if they are not in it. */
     std::optional<size_t> offsetIn(const SharedBytes& storage) const;
 
-    /** Drops the bytes, and keeps storage that nobody shares. */
+    /** Drops the bytes; keeps the storage unless it is shared. */
     void clear();
 
   private:
@@ -78,21 +79,21 @@ class ByteBuffer {
     SharedBytes mStorage;
     uint8_t* mBegin = nullptr;
     size_t mSize = 0;
-    /** From mBegin to the end of what may be used. */
-    size_t mRoom = 0;
+    /** Usable bytes from mBegin on. */
+    size_t mCapacity = 0;
 };
 
 /**
- * A capacity that grows in steps of 64 KiB. The log shows the steps, so they are counted as for a
- * buffer that grows that way and is used again and again, however the bytes are kept.
+ * The capacity that a reused buffer would have if it grew in steps of 64 KiB. Only the log shows
+ * it; the bytes are stored in another way.
  */
 class SteppedCapacity {
   public:
-    /** The new capacity if the old one was too small for `needed` bytes. */
+    /** Returns the new capacity if the old one was too small for `needed` bytes. */
     std::optional<size_t> growTo(size_t needed);
 
   private:
-    /** Nothing at first; the first call grows it, even to 0. */
+    /** Unset until the first call, which always grows it, even to 0. */
     std::optional<size_t> mCapacity;
 };
 

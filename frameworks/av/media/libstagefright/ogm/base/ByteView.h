@@ -11,9 +11,9 @@
 namespace android::ogm {
 
 /**
- * A run of bytes that somebody else owns. It is the only thing in the plug-in that reads bytes of
- * a file: positions are relative to its start, and a byte past its end counts as zero, so no
- * header, however damaged, makes a reader leave the memory it was given.
+ * Bytes that somebody else owns. All parsers read the bytes of a file through this class. Positions
+ * are relative to its start, and bytes past its end are read as 0, so a damaged header never makes
+ * a parser read other memory.
  */
 class ByteView {
   public:
@@ -28,7 +28,7 @@ class ByteView {
         return position < mSize ? mData[position] : uint8_t{0};
     }
 
-    /** What follows `position`; empty when that is past the end. */
+    /** The bytes from `position` on; empty if that is past the end. */
     constexpr ByteView from(size_t position) const {
         const size_t skipped = std::min(position, mSize);
         return {mData + skipped, mSize - skipped};
@@ -37,7 +37,7 @@ class ByteView {
     /** At most the first `count` bytes. */
     constexpr ByteView first(size_t count) const { return {mData, std::min(count, mSize)}; }
 
-    /** Whether all bytes of `text` stand at `position`. */
+    /** Whether the bytes at `position` are those of `text`. */
     constexpr bool holds(std::string_view text, size_t position) const {
         const ByteView rest = from(position);
         if (rest.mSize < text.size()) {
@@ -51,7 +51,7 @@ class ByteView {
         return true;
     }
 
-    /** The first place at or after `from` where all bytes of `text` stand, which is not empty. */
+    /** Returns the first position of `text`, which is not empty, at or after `from`. */
     std::optional<size_t> find(std::string_view text, size_t from) const {
         const ByteView rest = this->from(from);
         if (rest.mSize < text.size()) {
@@ -60,7 +60,7 @@ class ByteView {
         return placeOf(memmem(rest.mData, rest.mSize, text.data(), text.size()));
     }
 
-    /** Returns the first position at or after `from` of that byte. */
+    /** Returns the first position of `byte` at or after `from`. */
     std::optional<size_t> find(uint8_t byte, size_t from) const {
         const ByteView rest = this->from(from);
         return rest.empty() ? std::nullopt : placeOf(memchr(rest.mData, byte, rest.mSize));

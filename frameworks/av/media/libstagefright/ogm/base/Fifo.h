@@ -12,8 +12,8 @@ namespace android::ogm {
 /**
  * A queue of any length. Items never move; adding and removing one takes constant time.
  *
- * Why not std::deque: it takes 52 instructions a buffer more (2 %), and its table of blocks grows
- * by doubling, so that a track that waits for long asks for ever larger pieces of memory.
+ * Why not std::deque: it takes 52 more instructions per buffer (2 %), and its table of blocks grows
+ * by doubling, so a track that waits for long allocates larger and larger pieces of memory.
  */
 template <typename T>
 class Fifo {
@@ -30,7 +30,7 @@ class Fifo {
     T& front() { return mFirst->places[mBegin].item; }
     const T& front() const { return mFirst->places[mBegin].item; }
     T& back() { return mLast->places[mEnd - 1].item; }
-    /** For items near the front; it steps through the blocks. */
+    /** Only for items near the front: it walks through the blocks. */
     const T& operator[](size_t index) const {
         const Block* block = mFirst.get();
         size_t place = mBegin + index;
@@ -40,7 +40,7 @@ class Fifo {
         return block->places[place].item;
     }
 
-    /** Adds an item that is made of `fields`, in place. */
+    /** Constructs an item from `fields` in place. */
     template <typename... Fields>
     void emplace_back(Fields&&... fields) {
         if (mEnd == kBlockItems) {
@@ -68,9 +68,9 @@ class Fifo {
   private:
     static constexpr size_t kBlockItems = 32;
 
-    /** Room for an item, whose life push_back() begins and pop_front() ends. */
+    /** Memory for an item, which push_back() constructs and pop_front() destroys. */
     union Place {
-        // Defaulted ones would be deleted where the item has its own.
+        // Defaulted ones would be deleted if the item has its own.
         Place() {}   // NOLINT(modernize-use-equals-default)
         ~Place() {}  // NOLINT(modernize-use-equals-default)
         T item;
@@ -102,9 +102,9 @@ class Fifo {
     std::unique_ptr<Block> mFirst;
     Block* mLast = nullptr;
     std::unique_ptr<Block> mSpare;
-    /** Place of the first item in the first block. */
+    /** Index of the first item in the first block. */
     size_t mBegin = 0;
-    /** Place after the last item in the last block; the block's end as long as there is none. */
+    /** Index after the last item in the last block; kBlockItems as long as there is no block. */
     size_t mEnd = kBlockItems;
     size_t mSize = 0;
 };

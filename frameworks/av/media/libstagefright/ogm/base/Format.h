@@ -11,7 +11,7 @@ struct FormatDeleter {
     void operator()(AMediaFormat* format) const { AMediaFormat_delete(format); }
 };
 
-/** A media format with its owner. */
+/** Owns a media format. */
 using FormatPtr = std::unique_ptr<AMediaFormat, FormatDeleter>;
 
 }  // namespace android::ogm

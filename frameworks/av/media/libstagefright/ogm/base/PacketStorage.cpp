@@ -8,9 +8,9 @@ namespace {
 constexpr size_t kAlignment = 16;
 constexpr size_t kBlockSize = 32768;
 
-/** A queue of that many packets is one that no reader takes from. */
+/** A queue with this many packets is one from which nobody reads. */
 constexpr size_t kLongQueue = 256;
-/** Only a queue that already fills as much gets large pages. */
+/** A long queue gets large pages only after it has filled this many blocks. */
 constexpr size_t kBlocksBeforeLargePages = 64;
 
 }  // namespace
@@ -23,7 +23,7 @@ ByteBuffer PacketStorage::take(size_t size, size_t queuedPackets) {
         const bool isLong = queuedPackets >= kLongQueue;
         const bool isLargePageDue = isLong && mBlocksOfLongQueue >= kBlocksBeforeLargePages;
         if (size > (isLargePageDue ? SharedBytes::kLargePageSize : kBlockSize) / 2) {
-            // It would leave much of a block unused.
+            // In a block it could leave much space unused.
             return ByteBuffer(size);
         }
         mBlock = isLargePageDue ? SharedBytes::inLargePage() : SharedBytes(kBlockSize);

@@ -9,31 +9,31 @@
 namespace android::ogm {
 
 /**
- * Where the packets of a track lie while they are queued. They share blocks of memory, and a block
- * is freed with the last of its packets; as a queue is emptied in the order in which it was filled,
- * that is soon after the first. Packets may outlive this object.
+ * The memory of a track's queued packets. Packets share blocks, and a block is freed with its last
+ * packet. Packets leave a queue in the order in which they came, so that is soon after the first.
+ * Packets may outlive this object.
  *
- * Why not a heap block for each packet: it takes 330 instructions and 0.9 allocations a buffer
- * more.
+ * Why not a heap block for each packet: it takes 330 more instructions and 0.9 more allocations per
+ * buffer.
  */
 class PacketStorage {
   public:
     /**
-     * Returns `size` uninitialised bytes; the pointer is non-null even for size 0. A queue that has
-     * grown long goes on in larger blocks: a track that waits while another one is read to its end
-     * may have to hold most of the file.
+     * Returns `size` uninitialised bytes; the pointer is non-null even for size 0. A long queue
+     * uses larger blocks: if another track is read to its end, this one may have to hold most of
+     * the file.
      */
     ByteBuffer take(size_t size, size_t queuedPackets);
 
-    /** Takes back the room of a packet that was not queued; of the one taken latest, no other. */
+    /** Reuses the memory of a packet that was not queued. Has no effect except for the latest. */
     void giveBack(ByteBuffer packet);
 
   private:
     SharedBytes mBlock;
     size_t mUsed = 0;
-    /** Where the packet taken latest begins. */
+    /** Where the latest packet begins. */
     size_t mLatest = 0;
-    /** Blocks that were begun in a row while the queue was long. */
+    /** Number of consecutive blocks that were begun while the queue was long. */
     size_t mBlocksOfLongQueue = 0;
 };
 

@@ -18,7 +18,7 @@ SharedBytes::SharedBytes(size_t size)
 
 SharedBytes SharedBytes::inLargePage() {
     void* const memory = operator new(kLargePageSize, kLargePageAlignment);
-    // The kernel may refuse; then it is memory in small pages, which works as well.
+    // If the kernel refuses, the memory is in small pages, which work as well.
     (void)madvise(memory, kLargePageSize, MADV_HUGEPAGE);
     return SharedBytes(new (memory) Block{1, kLargePageSize - sizeof(Block), true});
 }

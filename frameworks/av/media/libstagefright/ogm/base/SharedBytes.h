@@ -8,12 +8,11 @@
 namespace android::ogm {
 
 /**
- * Bytes on the heap, freed with the last of the objects that share them. All objects that share the
- * same bytes belong to one extractor, whose callers take turns, so users are counted without
- * atomics.
+ * Bytes on the heap, freed with the last object that shares them. All objects that share the same
+ * bytes belong to one extractor, whose callers take turns, so the reference count is not atomic.
  *
- * Why not std::shared_ptr: it counts with atomics, which takes 40 instructions a buffer more (4 %
- * of the plug-in's own), two of them locked, and it cannot lie in a large page with its bytes.
+ * Why not std::shared_ptr: its atomic count takes 40 more instructions per buffer (4 % of the
+ * plug-in's own), two of them locked, and it cannot lie in the same large page as the bytes.
  */
 class SharedBytes {
   public:
@@ -24,7 +23,7 @@ class SharedBytes {
     explicit SharedBytes(size_t size);
     /**
      * Almost kLargePageSize uninitialised bytes, which the kernel can back with one large page.
-     * That costs far less than as many small pages, which are used where it has no large one.
+     * That is much cheaper than many small pages, which it uses if it has no large page.
      */
     static SharedBytes inLargePage();
 
@@ -51,7 +50,7 @@ class SharedBytes {
     bool isShared() const { return mBlock != nullptr && mBlock->users > 1; }
 
   private:
-    /** What lies before the bytes. */
+    /** The header before the bytes. */
     struct alignas(std::max_align_t) Block {
         uint8_t* bytes() { return reinterpret_cast<uint8_t*>(this + 1); }
 

@@ -4,10 +4,10 @@
 #include <type_traits>
 
 /**
- * Arithmetic on numbers that come from a file. Any number may be in there, and every one has a
- * defined result: that of the 64-bit Arm instructions. Device builds of media modules stop the
- * process on an overflow that is not spelled out, unsigned ones included, so a sum, difference or
- * product that may overflow is never written with a bare operator.
+ * Arithmetic on numbers from a file, which may have any value. The result is always defined: it is
+ * that of the 64-bit Arm instructions. Device builds of media modules end the process on an
+ * overflow of a plain operator, unsigned ones included. So use these functions wherever a sum,
+ * difference or product may overflow.
  */
 namespace android::ogm {
 
@@ -38,8 +38,7 @@ constexpr T wrapMul(T lhs, SameAs<T> rhs) {
     return result;
 }
 
-/** Quotient, truncated: 0 for a divisor of 0, and the most negative number divided by -1 is itself.
- */
+/** Quotient, truncated. Dividing by 0 gives 0; the lowest number divided by -1 gives itself. */
 template <typename T>
 constexpr T wrapDiv(T dividend, SameAs<T> divisor) {
     if (divisor == 0) {

@@ -14,9 +14,9 @@ namespace {
 constexpr uint8_t kPictureStartCode = 0x00;  // MPEG-1 and MPEG-2
 constexpr uint8_t kVopStartCode = 0xB6;      // MPEG-4
 
-/** The place after the first start code 00 00 01 `code`; at least one byte follows it. */
+/** Returns the position after the first start code 00 00 01 `code` that is not at the very end. */
 std::optional<size_t> findAfterStartCode(ByteView packet, uint8_t code) {
-    // Looked for by its 01, as zeros are frequent in headers.
+    // The search is for the 01, because zeros are frequent in headers.
     std::optional<size_t> one = packet.find(1, 2);
     while (one) {
         const size_t after = *one + 2;

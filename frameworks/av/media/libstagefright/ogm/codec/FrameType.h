@@ -13,10 +13,10 @@ inline constexpr int32_t kIntraFrame = 1;
 inline constexpr int32_t kPredictedFrame = 2;
 inline constexpr int32_t kBidirectionalFrame = 3;
 
-/** By vop_coding_type (ISO/IEC 14496-2); kUnknownFrame for a sprite or without a VOP. */
+/** From vop_coding_type (ISO/IEC 14496-2); kUnknownFrame for a sprite or without a VOP. */
 int32_t mpeg4FrameType(ByteView packet);
 
-/** By picture_coding_type (ISO/IEC 11172-2, 13818-2). */
+/** From picture_coding_type (ISO/IEC 11172-2, 13818-2). */
 int32_t mpegFrameType(ByteView packet);
 
 }  // namespace android::ogm

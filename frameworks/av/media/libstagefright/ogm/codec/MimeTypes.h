@@ -2,15 +2,15 @@
 #pragma once
 
 /**
- * What the platform's media library lacks, in the plug-in's own namespace so that a tree which adds
- * these names builds too.
+ * Names that the platform's media library lacks. They are in the plug-in's namespace, so a tree
+ * that adds the same names still builds.
  */
 namespace android::ogm {
 
 inline constexpr const char* MEDIA_MIMETYPE_VIDEO_DIVX4 = "video/divx4";
 inline constexpr const char* MEDIA_MIMETYPE_VIDEO_WMV = "video/x-ms-wmv";
 
-/** Reported for every file, also for one without video. */
+/** Reported for every file, even without video. */
 inline constexpr const char* kContainerMimeType = "video/ogm";
 
 }  // namespace android::ogm

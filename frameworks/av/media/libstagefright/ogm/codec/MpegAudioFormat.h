@@ -13,8 +13,8 @@ namespace android::ogm {
 void setMpegAudioLayer(AMediaFormat* format, uint32_t layerBits);
 
 /**
- * The format of a stream whose frames have a header like this one. Ends the process for the
- * reserved layer.
+ * The format of a stream with frames of this header. Ends the process if the layer is the reserved
+ * one.
  */
 FormatPtr makeMpegAudioFormat(uint32_t header);
 

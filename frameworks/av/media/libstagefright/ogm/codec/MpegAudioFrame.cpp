@@ -11,7 +11,7 @@ namespace android::ogm {
 
 namespace {
 
-/** Bytes that are searched for a confirmed header before they are given up. */
+/** Bytes to search for a confirmed header before they are dropped. */
 constexpr size_t kMaxHeaderSearch = 0x20000;
 
 }  // namespace

@@ -8,18 +8,19 @@
 #include "codec/MpegAudioHeader.h"
 
 /**
- * How a frame of MPEG audio is found among the bytes of a stream: lock on to a header that a second
- * one confirms, find the next header that agrees with it, measure the frame that begins there.
+ * Finds frames of MPEG audio in the bytes of a stream: lock to a header that a second one confirms,
+ * find the next header that matches it, and determine the size of the frame there.
  */
 namespace android::ogm {
 
 /**
- * Searches from `offset` for the header that all frames of the stream agree with, and puts it into
- * `reference`. `offset` is then where it was confirmed. Returns false, and logs why, without one.
+ * Searches from `offset` on for the header that all frames of the stream must match, and stores it
+ * in `reference`. `offset` becomes the position of the header that confirmed it. If there is none,
+ * logs why and returns false.
  */
 bool lockMpegAudio(ByteView data, uint64_t* offset, uint32_t* reference);
 
-/** Whether so many bytes without a lock are given up. */
+/** Whether this many bytes without a confirmed header are to be dropped. */
 bool isTooLongWithoutLock(size_t size);
 
 struct MpegAudioFrame {
@@ -27,13 +28,13 @@ struct MpegAudioFrame {
     Result result = Result::kNoMatch;
     uint64_t offset = 0;
     uint32_t header = 0;
-    /** Bytes. */
+    /** In bytes. */
     uint64_t size = 0;
 };
 
 /**
- * The first frame from `offset` on whose header agrees with `reference`. Inline, as it runs for
- * each frame that is handed out.
+ * The first frame from `offset` on whose header matches `reference`. Inline, because it runs for
+ * each frame.
  */
 inline MpegAudioFrame findMpegAudioFrame(ByteView data, uint64_t offset, uint32_t reference) {
     MpegAudioFrame frame;

@@ -9,11 +9,11 @@ namespace android::ogm {
 
 namespace {
 
-/** The fields that all frames of a stream have alike: sync, version, layer, sampling rate. */
+/** The fields that are equal in all frames of a stream: sync, version, layer, sampling rate. */
 constexpr uint32_t kAgreementMask = 0xFFFE0C00;
 constexpr uint32_t kSyncMask = 0xFFE00000;
 constexpr size_t kHeaderSize = 4;
-/** A header may also be confirmed this many bytes after the place that the frame size gives. */
+/** The confirming header may be up to this many bytes later than the frame size says. */
 constexpr size_t kConfirmationSlack = 3;
 
 enum Version : uint32_t { kMpeg25 = 0, kReservedVersion = 1, kMpeg2 = 2, kMpeg1 = 3 };
@@ -26,10 +26,10 @@ constexpr uint32_t kBadBitrate = 15;
 constexpr uint32_t kReservedRate = 3;
 constexpr uint32_t kSingleChannel = 3;
 
-// Hz, of MPEG-1, by sampling-rate index.
+// For MPEG-1, in Hz, by sampling-rate index.
 constexpr int32_t kSampleRates[] = {44100, 48000, 32000};
 
-// kbit/s, by bitrate index - 1.
+// In kbit/s, by bitrate index - 1.
 constexpr size_t kBitrates = 14;
 constexpr int32_t kLayerIMpeg1[kBitrates] = {32,  64,  96,  128, 160, 192, 224,
                                              256, 288, 320, 352, 384, 416, 448};
@@ -91,7 +91,7 @@ int32_t samplesPerFrameOf(const Fields& fields) {
     return fields.layer == kLayerIII && !fields.isMpeg1() ? 576 : 1152;
 }
 
-/** Bytes: the bits of a frame's samples in slots of one byte, in layer I of four. */
+/** In bytes. A frame consists of slots of one byte, in layer I of four. */
 int32_t frameSizeOf(const Fields& fields) {
     const int32_t bitrate = bitrateOf(fields);
     const int32_t sampleRate = sampleRateOf(fields);
@@ -112,25 +112,25 @@ void store(int32_t* output, int32_t value) {
     }
 }
 
-/** The frame's size, 0 for a header that does not decode. */
+/** The frame's size; 0 if the header is invalid. */
 uint64_t frameSizeAt(ByteView data, size_t position) {
     uint64_t frameSize = 0;
     (void)GetMPEGAudioFrameSize(data.u32be(position), &frameSize);
     return frameSize;
 }
 
-/** A frame header that findMP3Header has in hand. */
+/** The header that findMP3Header tries to confirm. */
 struct Candidate {
     uint64_t offset;
     uint32_t header = 0;
     uint64_t frameSize = 0;
-    /** Nothing from `offset` on looks like a header, so it need not be searched again. */
+    /** No valid header follows, so the search need not be repeated. */
     bool isLast = false;
 };
 
 /**
- * Moves on to the first header from `candidate->offset` on that decodes. Without one the last that
- * looked like a header is left in hand, and without that the candidate as it was.
+ * Moves the candidate to the first valid header from `candidate->offset` on. If there is none, the
+ * candidate becomes the last bytes that looked like a header; if there are none, it stays.
  */
 void findCandidate(ByteView data, Candidate* candidate) {
     if (candidate->isLast) {
@@ -150,7 +150,7 @@ void findCandidate(ByteView data, Candidate* candidate) {
     candidate->isLast = true;
 }
 
-/** Whether the stream goes on with a header like the candidate's at the end of its frame. */
+/** Whether a header that matches the candidate's follows at the end of its frame. */
 bool isConfirmed(ByteView data, const Candidate& candidate, uint64_t next) {
     const ByteView second = data.from(next);
     const ByteView third = data.from(next + kConfirmationSlack);

@@ -6,7 +6,7 @@
 
 #include "base/ByteView.h"
 
-/** Frame headers of MPEG audio (ISO/IEC 11172-3, 13818-3 and its extension to low sampling rates).
+/** Frame headers of MPEG audio: ISO/IEC 11172-3, 13818-3 and its extension to low sampling rates.
  */
 namespace android::ogm {
 
@@ -24,30 +24,30 @@ inline constexpr uint32_t kMP3HeaderFound = 0;
 inline constexpr uint32_t kMP3HeaderNotFound = 0x80000000;
 
 /**
- * Whether a frame may begin here: sync, version, layer, bitrate and sampling rate are possible.
- * Weaker than GetMPEGAudioFrameSize, which refuses the free format too. False below 3 bytes.
+ * Whether a frame may begin here: sync, version, layer, bitrate and sampling rate are valid.
+ * GetMPEGAudioFrameSize is stricter: it refuses the free format too. False for less than 3 bytes.
  */
 bool IsPlausibleMPEGAudioSync(ByteView data);
 
 /**
- * Decodes a frame header, read big-endian. Sizes are in bytes, `sampleRate` in Hz, `bitrate` in
- * kbit/s; all but `frameSize` may be null. Returns false for a reserved field or the free format;
- * all outputs are 0 then, but for `samplesPerFrame`, which is 1152.
+ * Decodes a frame header, a big-endian number. Sizes are in bytes, `sampleRate` in Hz, `bitrate` in
+ * kbit/s; all pointers except `frameSize` may be null. Returns false if a field is reserved or the
+ * format is free; then `samplesPerFrame` is 1152 and all other outputs are 0.
  */
 bool GetMPEGAudioFrameSize(uint32_t header, uint64_t* frameSize, int32_t* sampleRate = nullptr,
                            int32_t* channels = nullptr, int32_t* bitrate = nullptr,
                            int32_t* samplesPerFrame = nullptr);
 
 /**
- * Position of the first header among `length` bytes that agrees with `reference` in sync, version,
- * layer and sampling rate; -1 for none. A header needs 4 bytes.
+ * Position of the first header in `length` bytes that has the sync, version, layer and sampling
+ * rate of `reference`; -1 if there is none. A header needs 4 bytes.
  */
 int32_t FindMatchingMPEGAudioHeader(ByteView data, int32_t length, uint32_t reference);
 
 /**
- * Searches from `offset` for a header that another one, a frame later, confirms. Returns
- * kMP3HeaderFound with the header, and `offset` at the one that confirmed it, or
- * kMP3HeaderNotFound.
+ * Searches from `offset` on for a header that another one, a frame later, confirms. Returns
+ * kMP3HeaderNotFound; or kMP3HeaderFound, with the header, and with `offset` at the header that
+ * confirmed it.
  */
 uint32_t findMP3Header(ByteView data, uint64_t* offset, uint32_t* header);
 

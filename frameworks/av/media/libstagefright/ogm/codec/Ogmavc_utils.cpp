@@ -29,7 +29,7 @@ constexpr uint8_t kDecoderSpecificInfoTag = 0x05;
 constexpr size_t kTagAndSize = 3;
 constexpr size_t kEsFields = 3;  // ES_ID and flags
 constexpr size_t kDecoderFields = 13;
-/** The value of ISO/IEC 14496-3 audio, which the decoders that read this take for video. */
+/** The value for audio (ISO/IEC 14496-3). Decoders that get this descriptor accept it for video. */
 constexpr uint8_t kObjectType = 0x40;
 constexpr size_t kMaxSize14 = 0x3FFF;
 
@@ -78,7 +78,7 @@ void skipLayerType(ABitReader* bits) {
     }
 }
 
-/** Bits that the numbers below `resolution` take. */
+/** Bits needed for numbers below `resolution`. */
 size_t incrementBits(uint32_t resolution) {
     size_t count = 0;
     for (uint32_t greatest = resolution - 1; greatest > 0; greatest >>= 1) {

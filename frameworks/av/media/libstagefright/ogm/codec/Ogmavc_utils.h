@@ -10,10 +10,9 @@
 #include "base/ByteView.h"
 
 /**
- * Headers of MPEG-4 video, and the descriptor that carries a codec's configuration.
+ * Headers of MPEG-4 video, and the descriptor for a codec's configuration.
  *
- * The namespace keeps these apart from the platform's own utilities, some of which have the same
- * names.
+ * The namespace is needed because some of the platform's own utilities have the same names.
  */
 namespace android::ogm {
 
@@ -24,28 +23,28 @@ inline constexpr std::string_view kStartCodePrefix("\0\0\1", 3);
 
 /**
  * Reads the size of the picture, in pixels, from a video object layer header with its start code.
- * Always true: a header that breaks the syntax, or ends too early, ends the process.
+ * Always returns true: an invalid or truncated header ends the process.
  */
 bool ExtractDimensionsFromVOLHeader(ByteView data, int32_t* width, int32_t* height);
 
-/** What GetStartCodeChunkSize returns when the end of the chunk is not among the bytes. */
+/** Returned by GetStartCodeChunkSize if the bytes end before the chunk. */
 inline constexpr int64_t kChunkNotEnded = -11;
 
 /**
- * Size of the chunk that begins with a start code at the beginning of `data` and ends before the
- * next one, or kChunkNotEnded. Ends the process when there is no start code.
+ * Size of the chunk from the start code at the beginning of `data` up to the next start code, or
+ * kChunkNotEnded. Ends the process if `data` does not begin with a start code.
  */
 int64_t GetStartCodeChunkSize(ByteView data);
 
 // Descriptors (ISO/IEC 14496-1).
 
 /**
- * An ES descriptor around a decoder's configuration. Ends the process for a configuration of more
- * than 16361 bytes, whose size the descriptor cannot hold.
+ * Makes an ES descriptor with a decoder's configuration. Ends the process if that has more than
+ * 16361 bytes, which the descriptor's size field cannot express.
  */
 sp<ABuffer> MakeESDS(ByteView configuration);
 
-/** Writes a size of at most 14 bits as two bytes; ends the process for a greater one. */
+/** Writes a 14-bit size as two bytes; ends the process for a larger size. */
 void WriteSize14(uint8_t** position, size_t size);
 
 }  // namespace android::ogm

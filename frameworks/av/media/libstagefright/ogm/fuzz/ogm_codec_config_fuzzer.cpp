@@ -29,7 +29,7 @@ bool configure(bool isAudio, ogm::ByteBuffer* collected, AMediaFormat* format) {
         require(status == AMEDIA_OK || status == AMEDIA_ERROR_MALFORMED, "the status for audio");
         return status == AMEDIA_OK;
     }
-    if (searchesForEver(collected->view())) {
+    if (searchesForever(collected->view())) {
         throw DemandedEnd{};
     }
     const size_t before = collected->size();

@@ -12,7 +12,7 @@ using namespace android::ogm::fuzz;
 namespace {
 
 /** What follows the first start code 00 00 01 `code` that has a byte after it; empty for none. */
-ogm::ByteView behindStartCode(ogm::ByteView packet, uint8_t code) {
+ogm::ByteView afterStartCode(ogm::ByteView packet, uint8_t code) {
     for (size_t i = 0; i + 4 < packet.size(); ++i) {
         if (packet.u32be(i) == (0x100U | code)) {
             return packet.from(i + 4);
@@ -22,13 +22,13 @@ ogm::ByteView behindStartCode(ogm::ByteView packet, uint8_t code) {
 }
 
 int32_t plainMpeg4Type(ogm::ByteView packet) {
-    const ogm::ByteView vop = behindStartCode(packet, 0xB6);
+    const ogm::ByteView vop = afterStartCode(packet, 0xB6);
     const unsigned codingType = vop[0] >> 6;
     return vop.empty() || codingType == 3 ? 0 : static_cast<int32_t>(codingType) + 1;
 }
 
 int32_t plainMpegType(ogm::ByteView packet) {
-    const ogm::ByteView picture = behindStartCode(packet, 0x00);
+    const ogm::ByteView picture = afterStartCode(packet, 0x00);
     const unsigned codingType = picture[1] >> 3 & 7U;
     return picture.empty() || codingType > 3 ? 0 : static_cast<int32_t>(codingType);
 }

@@ -58,7 +58,7 @@ void checkSearch(ogm::ByteView stream, uint64_t begin) {
     const ogm::ByteView rest = stream.from(offset);
     const int32_t length = static_cast<int32_t>(rest.size());
     const int32_t skip = ogm::FindMatchingMPEGAudioHeader(rest, length, header);
-    require(skip < 0 || skip + 4 <= length, "a header was found behind the end");
+    require(skip < 0 || skip + 4 <= length, "a header was found past the end");
     // The confirming header may be cut off at the end of the stream, where it is not found.
     require(length < 4 + kConfirmationSlack || (skip >= 0 && skip <= kConfirmationSlack),
             "the confirming header is not where it was");

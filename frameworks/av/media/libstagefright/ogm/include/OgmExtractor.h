@@ -2,19 +2,19 @@
 #pragma once
 
 /**
- * The OGM extractor and its tracks. docs/design.md shows the parts they are made of.
+ * The OGM extractor and its tracks. docs/design.md shows their parts.
  *
- * An OgmExtractor is made for an opened file; its constructor reads the header pages, the duration
- * and the codec configuration. The framework then asks for formats, makes an OgmTrack for each
- * track it wants to play, and reads from it one packet or access unit after the other. All tracks
- * of a file share one cursor over its pages: whichever track needs data moves it, and every packet
- * met on the way goes into the queue of the track it belongs to.
+ * An OgmExtractor is created for a file; its constructor reads the header pages, the duration and
+ * the codec configuration. The framework then gets the formats, creates an OgmTrack for each track
+ * that it wants to play, and reads one packet or access unit after the other from it. All tracks of
+ * a file share one cursor over its pages. A track that needs data moves the cursor, and each packet
+ * that is read goes into the queue of its own track.
  *
- * Threads: `read` of all tracks of one extractor may be called at the same time from any threads;
- * they take turns. Formats may be asked for meanwhile. Callers serialise everything else, among
- * itself and against every `read` of the same extractor: making a track, its `start` and `stop`,
- * its destruction (which stops it), and the destruction of the extractor. The extractor must
- * outlive its tracks, but for those that were stopped and not started again.
+ * Threads: `read` may be called from several threads at the same time, also for tracks of the same
+ * extractor; these calls take turns. Formats may be requested meanwhile. Callers must serialise
+ * everything else, also with each `read` of the same extractor: creating a track, its `start` and
+ * `stop`, its destruction (which stops it), and the destruction of the extractor. The extractor
+ * must outlive its tracks, except those that were stopped and not started again.
  */
 
 #include <media/MediaExtractorPluginHelper.h>
@@ -41,7 +41,7 @@ namespace android {
 
 class OgmExtractor final : public MediaExtractorPluginHelper {
   public:
-    /** Opens the file; never fails: what cannot be read is missing afterwards. */
+    /** Opens the file. Never fails; what cannot be read is missing afterwards. */
     explicit OgmExtractor(std::unique_ptr<DataSourceHelper> dataSource);
     ~OgmExtractor() override;
 
@@ -60,8 +60,8 @@ class OgmExtractor final : public MediaExtractorPluginHelper {
     // For tracks, while they hold lock().
 
     /**
-     * Moves on by one packet and hands it to its track. Returns AMEDIA_OK, END_OF_STREAM, or IO
-     * when the packet's bytes are cut off (it is tried again by the next call).
+     * Reads the next piece of a packet and passes it to its track. Returns AMEDIA_OK,
+     * END_OF_STREAM, or IO if the piece cannot be read; then the next call tries again.
      */
     media_status_t readNextPacket();
 
@@ -78,20 +78,20 @@ class OgmExtractor final : public MediaExtractorPluginHelper {
     /** Registers a track unless its stream has one. Returns whether it was registered. */
     bool trackStart(int32_t serialNo, OgmTrack* track);
     void trackStop(int32_t serialNo);
-    /** A registered track is destroyed; its stream stays registered. */
+    /** To be called when a registered track is destroyed. Its stream stays registered. */
     void trackDestroyed(const OgmTrack* track);
 
     // For tracks, at any time.
 
-    /** MIME type of a stream; empty when it is not known. */
+    /** MIME type of a stream; empty if unknown. */
     std::string mimeOf(uint32_t serialNo) const { return mStreams.mimeOf(serialNo); }
-    /** Copies a stream's format, with the duration; AMEDIA_ERROR_MALFORMED for an unknown one. */
+    /** Copies a stream's format and the duration; AMEDIA_ERROR_MALFORMED for an unknown stream. */
     media_status_t copyFormat(uint32_t serialNo, AMediaFormat* format) const;
 
   private:
     media_status_t seekToPage(int64_t offset);
     media_status_t refreshGranules(OgmTrack* track);
-    /** Reads a piece and gives it to a track, or to what stands in for one. */
+    /** Reads a piece and passes it to a track, or to PassingPackets if there is none. */
     template <typename Receiver>
     media_status_t handOver(const ogm::PacketPiece& piece, Receiver* receiver);
     void scanToTime(int64_t seekUs);
@@ -103,7 +103,7 @@ class OgmExtractor final : public MediaExtractorPluginHelper {
     ogm::PageReader mPages;
     ogm::StreamTable mStreams;
     int64_t mDuration = 0;
-    /** The first page that begins no stream, or the junk before it. */
+    /** Offset of the first page that does not begin a stream, or of the junk before it. */
     int64_t mFirstDataPageOffset = 0;
 
     // Reading and seeking.
@@ -111,7 +111,7 @@ class OgmExtractor final : public MediaExtractorPluginHelper {
     ogm::StartedTracks<OgmTrack> mStartedTracks;
     ogm::PassingPackets mPassing;
     bool mSeeking = false;
-    /** While clear, pages are passed over and only their granule positions are followed. */
+    /** If false, packets are skipped and only granule positions are read. */
     bool mSeekDone = true;
 };
 

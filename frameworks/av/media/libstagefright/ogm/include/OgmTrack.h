@@ -24,8 +24,8 @@ namespace android {
 class OgmExtractor;
 
 /**
- * One track; see OgmExtractor. The framework's wrapper owns it and sets mBufferGroup before
- * `start`; it must never be held by an sp<>, which would delete it a second time.
+ * A track; see OgmExtractor. The framework's wrapper owns it and sets mBufferGroup before `start`.
+ * No sp<> may hold it, because that would delete it a second time.
  */
 class OgmTrack final : public MediaTrackHelper, public RefBase {
   public:
@@ -35,10 +35,10 @@ class OgmTrack final : public MediaTrackHelper, public RefBase {
 
     media_status_t start() override;
     media_status_t stop() override;
-    /** AMEDIA_ERROR_MALFORMED when the extractor does not know the stream. */
+    /** AMEDIA_ERROR_MALFORMED if the extractor does not know the stream. */
     media_status_t getFormat(AMediaFormat* format) override;
     /**
-     * Hands out the oldest packet. Returns AMEDIA_OK with a buffer that the framework releases,
+     * Reads the oldest packet. Returns AMEDIA_OK and a buffer, which the caller releases; or
      * END_OF_STREAM, or IO.
      */
     media_status_t read(MediaBufferHelper** buffer, const ReadOptions* options) override;
@@ -46,34 +46,34 @@ class OgmTrack final : public MediaTrackHelper, public RefBase {
     // Called by the extractor while it reads.
 
     /**
-     * A page of the stream has been entered. `averagePerPacket` is the granule advance of each of
-     * its packets.
+     * To be called for each page of the stream that the cursor enters. `averagePerPacket` is the
+     * number of granules of each of its packets.
      */
     void updateGranulePosition(uint64_t granulePosition, uint64_t averagePerPacket,
                                bool isPastFirstDataPage) {
         mClock.updateGranulePosition(granulePosition, averagePerPacket, isPastFirstDataPage);
     }
-    /** The cursor has been moved: timing begins anew. */
+    /** To be called after the cursor was moved: restarts the clock. */
     void resetPageState(bool isPastFirstDataPage) { mClock.reset(isPastFirstDataPage); }
 
     /** Returns `size` uninitialised bytes for appendData(). */
     ogm::ByteBuffer makePiece(size_t size) { return mPackets.makePiece(size); }
     /**
-     * Takes a piece of a packet; `isNewPacket` for one that begins a packet. The piece may be moved
-     * away. Returns AMEDIA_OK, also for a piece that is dropped, or AMEDIA_ERROR_MALFORMED.
+     * Takes a piece of a packet; `isNewPacket` if a packet begins with it. The piece may be moved
+     * away. Returns AMEDIA_OK, even if the piece is dropped, or AMEDIA_ERROR_MALFORMED.
      */
     media_status_t appendData(ogm::ByteBuffer* packet, bool isNewPacket, bool isSeeking);
-    /** Takes back the room of a piece that has not been moved away. */
+    /** Reuses the memory of a piece that has not been moved away. */
     void giveBack(ogm::ByteBuffer* piece) { mPackets.giveBack(piece); }
 
-    /** Drops all that is queued; the granule positions stay. */
+    /** Drops all queued packets; keeps the granule positions. */
     void signalDiscontinuity();
-    /** Presentation time at the cursor in us, 0 when it is not known. */
+    /** Presentation time at the cursor in us; 0 if unknown. */
     int64_t currentTimeUs() const { return mClock.currentTimeUs(); }
 
     /**
-     * Takes the oldest packet, of which there must be one; null, and the packet stays, when it
-     * cannot be handed out. A target time below 0 is not put into the buffer.
+     * Removes the oldest packet, which must exist, and returns it in a buffer. Returns null and
+     * keeps the packet if that is not possible. A negative target time is not put into the buffer.
      */
     MediaBufferHelper* dequeueFrame(int64_t targetTimeUs);
 
@@ -81,12 +81,12 @@ class OgmTrack final : public MediaTrackHelper, public RefBase {
     media_status_t appendAccessUnits(ogm::ByteBuffer* piece, bool isNewPacket);
 
     void logGetFormat() const;
-    /** The MIME type as log lines take it: null when it is not known. */
+    /** The MIME type for log lines; null if unknown. */
     const char* mimeText() const { return mMime.empty() ? nullptr : mMime.c_str(); }
 
     media_status_t fillQueue();
     media_status_t takePacket(MediaBufferHelper** buffer);
-    /** Time at which the frame in the oldest packet is shown. */
+    /** The time at which the frame in the oldest packet is shown. */
     int64_t displayTimeUs(const OgmPacket& packet) const;
     media_status_t seek(int64_t timeUs);
     media_status_t findSyncFrame(int64_t seekUs);
@@ -100,17 +100,17 @@ class OgmTrack final : public MediaTrackHelper, public RefBase {
     const std::string mMime;
     const ogm::AudioDump mDump;
 
-    /** Once set it stays set. */
+    /** Stays set. */
     bool mStopped = false;
-    /** Whether a start after the last stop has put the track among the started ones. */
+    /** Whether a start after the last stop has registered the track again. */
     bool mRestarted = false;
 
-    // What has been read and not handed out.
-    /** Held inside the extractor's lock() where packets are added and where a seek drops them. */
+    // What has been read but not returned yet.
+    /** Held, within the extractor's lock(), while packets are added or a seek drops them. */
     std::mutex mLock;
     ogm::PacketClock mClock;
     ogm::PacketQueue mPackets;
-    /** Of re-framed audio, for which there is a cutter. */
+    /** Null for streams whose packets are not re-framed. */
     const std::unique_ptr<ogm::AccessUnitCutter> mCutter;
     ogm::ElementaryStream mStream;
 };

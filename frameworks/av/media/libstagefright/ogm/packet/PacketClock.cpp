@@ -24,8 +24,8 @@ constexpr int32_t kUnitsPerUs = 10;  // a time unit is 100 ns
 
 void PacketClock::reset(bool isPastFirstDataPage) {
     mCurGranulePosition = 0;
-    // After the first data page, 1 keeps the first page that is met from being timed: it may begin
-    // anywhere, and its packets' places are known only from the page before it.
+    // After the first data page, 1 makes the next page have no valid times: its packets' positions
+    // follow from the page before it, which is not known here.
     mPreGranulePosition = isPastFirstDataPage ? 1 : 0;
     averGranulePosition = 1;
     mPageGranuleDelta = 0;
@@ -39,8 +39,8 @@ void PacketClock::updateGranulePosition(uint64_t granulePosition, uint64_t avera
     uint64_t current = mCurGranulePosition;
     bool announce = false;
     if (current > granulePosition) {
-        // A granule position of -1 (no packet ends on the page) is not special: the page after it
-        // comes here too.
+        // A granule position of -1 (no packet ends on the page) is not special, so the page after
+        // it gets here too.
         ALOGI(" *****Track Type[%d] GranulePosition Error*****", mType);
         current = 0;
         mCurrentPageSamplesOut = 0;
@@ -111,8 +111,8 @@ int64_t PacketClock::sampleTimeUs(uint64_t averagePerPacket) const {
 }
 
 int64_t PacketClock::computeSampleTime(size_t size) {
-    // Only packets of re-framed audio are counted, and those are timed elsewhere, so the last of
-    // the three cases is the one that files reach.
+    // Only packets of re-framed audio are counted, and their times are computed elsewhere. So files
+    // reach only the last of the three cases.
     if (mPrePageSamplesOut != 0) {
         mBaseAvgGranPos = wrapDiv(wrapSub(mCurGranulePosition, mPreGranulePosition),
                                   uint64_t{mPrePageSamplesOut});

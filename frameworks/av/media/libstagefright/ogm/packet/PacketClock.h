@@ -10,57 +10,57 @@
 namespace android::ogm {
 
 /**
- * What time a stream's packets have. It is given each page of the stream that is entered, and
- * packets that are counted on it, and computes times from the granule positions of that page
- * and the one before.
+ * Computes the times of a stream's packets from the granule positions of the current page and the
+ * page before, and from the number of packets counted on them. It is updated for each page that
+ * the cursor enters.
  *
- * The granule positions come from a file: any numbers are possible, and each has a defined result.
+ * The granule positions come from a file, so they may have any value; each has a defined result.
  */
 class PacketClock {
   public:
     /**
-     * `sampleRate` is in Hz, `timeUnit` in 100 ns a frame; a stream whose time unit is 0 is timed
-     * by its sample rate, and one that has neither is not timed. The type is for the log.
+     * `sampleRate` is in Hz, `timeUnit` in 100 ns per frame. If the time unit is 0, times are
+     * computed from the sample rate; if both are 0, all times are 0. The type is for the log.
      */
     PacketClock(uint32_t streamType, int32_t sampleRate, int32_t timeUnit)
         : mType(streamType), mSampleRate(sampleRate), mTimeUnit(timeUnit) {}
 
-    /** Sets the clock to what it is before the first page. */
+    /** Sets the clock to its state before the first page. */
     void reset(bool isPastFirstDataPage);
 
-    /** A page has been entered. `averagePerPacket` is the granule advance of each packet on it. */
+    /** To be called for each page. `averagePerPacket` is the number of granules of its packets. */
     void updateGranulePosition(uint64_t granulePosition, uint64_t averagePerPacket,
                                bool isPastFirstDataPage);
 
-    /** A packet of re-framed audio begins; no more are counted than the page's granules. */
+    /** Counts a packet of re-framed audio, at most as many as the page has granules. */
     void countPacket();
 
     /** Whether the two granule positions may be used. */
     bool isValid() const { return mGranuleValid; }
 
-    /** Of a packet that begins now. */
+    /** Of a packet that begins at the cursor. */
     uint64_t granulePosition() const { return packetPosition(1); }
 
     /**
-     * Time in us of a packet of `size` bytes that begins now; nothing when the granule positions
-     * may not be used. Both are logged.
+     * Time in us of a packet of `size` bytes that begins at the cursor; nothing if isValid() is
+     * false. Logs either.
      */
     std::optional<int64_t> packetTimeUs(size_t size);
 
     /** The same for a packet of re-framed audio. */
     std::optional<int64_t> accessUnitTimeUs(size_t size) const;
 
-    /** Time in us at which reading has arrived, 0 when it is not known. */
+    /** The time at the cursor in us; 0 if unknown. */
     int64_t currentTimeUs() const;
 
     /**
      * Time in us at which a frame is shown. Packets come in decoding order: a B frame is shown one
-     * frame earlier, and any other later by the `followingBFrames` that are shown before it.
+     * frame earlier; any other frame is shown `followingBFrames` frames later.
      */
     int64_t displayTimeUs(const OgmPacket& packet, uint8_t followingBFrames) const;
 
   private:
-    /** Granule position of the next packet if each takes up `averagePerPacket`. */
+    /** Granule position of the next packet if each packet has `averagePerPacket` granules. */
     uint64_t packetPosition(uint64_t averagePerPacket) const;
     int64_t sampleTimeUs(uint64_t averagePerPacket) const;
     int64_t computeSampleTime(size_t size);
@@ -71,7 +71,7 @@ class PacketClock {
 
     uint64_t mCurGranulePosition = 0;
     uint64_t mPreGranulePosition = 0;
-    /** What a packet took up when that was computed last; 0 when it never was. */
+    /** The latest computed number of granules per packet; 0 if there is none. */
     uint64_t mBaseAvgGranPos = 0;
     uint64_t averGranulePosition = 1;
     uint8_t mPageGranuleDelta = 0;

@@ -18,23 +18,23 @@ inline constexpr size_t kVideoPacketHeaderSize = 1;
 /** A header byte with exactly this value marks a key frame. */
 inline constexpr uint8_t kKeyFramePacket = 0x08;
 
-/** An audio packet up to this size is taken to be a header without content. */
+/** An audio packet up to this size is treated as a header without content. */
 inline constexpr size_t kMaxEmptyAudioPacket = 3;
 
 /**
- * Size of an audio packet's header, 3 to 10 bytes, by its first byte.
+ * Size of an audio packet's header, 3 to 10 bytes, computed from its first byte.
  *
- * The format's own rule is 1 plus a length in bits 1, 7 and 6. This one takes bits 1, 0 and 6 and
- * adds 3, which comes to the same for the usual first bytes (bit 7 set; bits 0, 1 and 6 clear): 3.
- * For others it cuts more or less than the header; every device does so, keep it.
+ * The format's rule is 1 plus the length in bits 1, 7 and 6. This function uses bits 1, 0 and 6 and
+ * adds 3. Both give 3 for the usual first bytes (bit 7 set; bits 0, 1 and 6 clear). For others the
+ * result is too large or too small. All devices do this; keep it.
  */
 constexpr size_t audioPacketHeaderSize(uint8_t firstByte) {
     return size_t{((unsigned{firstByte} << 1) & 6U) | ((unsigned{firstByte} >> 6) & 1U)} + 3;
 }
 
 /**
- * Bytes before a frame in a queued packet of a stream type: none in an access unit, which was
- * cut out of packets. Nothing, with a line in the log, for a packet that holds no frame.
+ * Number of bytes before the frame in a queued packet of a stream type; 0 for an access unit. If
+ * the packet has no frame, logs that and returns nothing.
  */
 std::optional<size_t> frameHeaderSize(uint32_t streamType, ByteView packet);
 

@@ -31,7 +31,7 @@ void PacketQueue::beginPacket(int64_t timeUs, uint64_t granulePosition) {
 
 void PacketQueue::closePacket() {
     if (NumOfVPackets == 0) {
-        // The rest of a packet that began before reading did.
+        // The rest of a packet whose beginning was not read.
         mPacketBuff.clear();
     }
     if (++NumOfVPackets < 2) {
@@ -39,7 +39,7 @@ void PacketQueue::closePacket() {
     }
     ALOGI("NumOfVPackets:%" PRId64 ",mPacketsQue size:%d", NumOfVPackets, static_cast<int>(size()));
     if (mPacketsQue.empty()) {
-        // The bytes held so far become the beginning of the packet that is opened next.
+        // The bytes so far become the beginning of the packet that is opened next.
         return;
     }
     OgmPacket& open = mPacketsQue.back();
@@ -53,7 +53,7 @@ void PacketQueue::appendBytes(ByteBuffer* piece) {
     if (const auto capacity = mCapacity.growTo(mPacketBuff.size() + piece->size())) {
         ALOGI("Track Tyep[%d] resizing mPacketBuff to size %zu", mType, *capacity);
     }
-    // Most packets lie on one page and are never copied between here and the framework's buffer.
+    // A packet on a single page is moved here, and copied only into the framework's buffer.
     if (mPacketBuff.empty()) {
         mPacketBuff = std::move(*piece);
     } else {
@@ -77,7 +77,7 @@ int32_t PacketQueue::getVideoFrameType(ByteView packet) const {
 }
 
 uint8_t PacketQueue::countFollowingFrameType3() const {
-    // Both are kept in 8 bits. The last packet is still open and never counted.
+    // Index and count have 8 bits. The last packet is still open and never counted.
     uint8_t count = 0;
     for (uint8_t i = 1; size_t{i} + 1 < size(); ++i) {
         if (mPacketsQue[i].frameType != kBidirectionalFrame) {

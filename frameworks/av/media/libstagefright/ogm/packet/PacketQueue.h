@@ -9,22 +9,22 @@
 #include "base/ByteView.h"
 #include "base/Fifo.h"
 #include "base/PacketStorage.h"
-#include "base/PieceRoom.h"
+#include "base/PieceAllocator.h"
 #include "packet/OgmPacket.h"
 
 namespace android::ogm {
 
 /**
- * The packets of a track that wait to be read, oldest first. Packets come in pieces: the last one
- * in the queue stays open, and gets its bytes and its frame type when the next one begins. Access
- * units of re-framed audio are queued whole.
+ * The packets of a track that wait to be read, oldest first. Packets come in pieces: the last
+ * packet stays open, and gets its bytes and its frame type when the next packet begins. Access
+ * units of re-framed audio are complete when they are added.
  */
-class PacketQueue final : public PieceRoom {
+class PacketQueue final : public PieceAllocator {
   public:
     PacketQueue(uint32_t serialNo, uint32_t streamType) : mSerialNo(serialNo), mType(streamType) {}
 
     size_t size() const { return mPacketsQue.size(); }
-    /** The oldest packet; there must be one. */
+    /** The oldest packet, which must exist. */
     const OgmPacket& front() const { return mPacketsQue.front(); }
     /** There must be a packet. */
     void popFront() { mPacketsQue.pop_front(); }
@@ -34,20 +34,20 @@ class PacketQueue final : public PieceRoom {
 
     /** Closes the open packet and opens a new one. */
     void beginPacket(int64_t timeUs, uint64_t granulePosition);
-    /** Adds bytes to the open packet. They may be moved away. */
+    /** Appends bytes to the open packet. They may be moved away. */
     void appendBytes(ByteBuffer* piece);
 
     void addAccessUnit(int64_t timeUs, uint64_t granulePosition, ByteBuffer&& bytes);
 
     /**
-     * Complete B frames directly after the oldest packet, of which there must be one that is no B
-     * frame itself: after 255 of them the count comes back to it, and ends there.
+     * Number of complete B frames directly after the oldest packet. The oldest packet must exist
+     * and not be a B frame: after 255 B frames the index wraps to that packet, which ends the
+     * count.
      */
     uint8_t countFollowingFrameType3() const;
 
     ByteBuffer makePiece(size_t size) override { return mStorage.take(size, mPacketsQue.size()); }
-    /** Takes back the room of the piece made latest, unless it has been moved away; it is empty
-     * then. */
+    /** Reuses the memory of the latest piece, unless it has been moved away and is empty. */
     void giveBack(ByteBuffer* piece) {
         if (piece->data() != nullptr) {
             mStorage.giveBack(std::move(*piece));

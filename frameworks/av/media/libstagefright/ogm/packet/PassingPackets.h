@@ -8,7 +8,7 @@
 
 namespace android::ogm {
 
-/** Takes, in place of a track, the packets of a stream that nobody reads, and drops them. */
+/** Takes the place of a track for a stream without one: drops its packets. */
 class PassingPackets {
   public:
     ByteBuffer makePiece(size_t size) {
@@ -19,7 +19,7 @@ class PassingPackets {
     void appendData(ByteBuffer* /* piece */, bool /* isNewPacket */, bool /* isSeeking */) {}
 
   private:
-    /** Kept, so that all pieces use the same memory. */
+    /** Kept so that all pieces use the same memory. */
     ByteBuffer mPiece;
 };
 

@@ -43,9 +43,9 @@ ReadStep decideWithoutPackets(int32_t result, size_t queued) {
 
 }  // namespace
 
-// The demuxer reports the plug-in interface's values; the framework's own ones of the same names
-// are told apart from them on purpose. So the end of the data (AMEDIA_ERROR_END_OF_STREAM) does not
-// end a track that still has packets to give.
+// The demuxer reports the status values of the plug-in interface. The framework has other values
+// with the same names; they are different cases here, on purpose. So the end of the data
+// (AMEDIA_ERROR_END_OF_STREAM) does not end a track that still has packets.
 ReadStep decideAfterFilling(int32_t result, bool hadCompletePackets, size_t queued) {
     return hadCompletePackets ? decideWithPackets(result, queued)
                               : decideWithoutPackets(result, queued);

@@ -10,17 +10,17 @@ enum class ReadStep {
     kDequeue,
     kEndOfStream,
     kIoError,
-    /** Nothing is left to dequeue; a buffer that the caller brought is handed back to it. */
+    /** Nothing is left to dequeue. The caller's buffer pointer stays as it is. */
     kEndOfData,
 };
 
 /**
- * What a read does once it has tried to fill its track's queue. `result` is that of the last step
- * of filling, `hadCompletePackets` says whether anything could have been taken before it, and
- * `queued` is the number of packets now.
+ * Decides what a read does after it has tried to fill its track's queue. `result` is the status of
+ * the last step of filling, `hadCompletePackets` is whether the queue had a complete packet before,
+ * and `queued` is the number of packets now.
  *
- * A queue that had something to hand out does so whatever happened; the end of the data applies to
- * a read that starts with nothing.
+ * A queue that had a complete packet before returns one, whatever the result. The end of the data
+ * is only reported if there was none.
  */
 ReadStep decideAfterFilling(int32_t result, bool hadCompletePackets, size_t queued);
 

@@ -7,7 +7,7 @@
 
 namespace android {
 
-/** The header of an Ogg page (RFC 3533, section 6) without the checksum, which is not checked. */
+/** The header of an Ogg page (RFC 3533, section 6), without the checksum, which is not verified. */
 struct OgmPage {
     static constexpr size_t kFixedHeaderSize = 27;
     static constexpr size_t kMaxSegments = 255;
@@ -20,12 +20,12 @@ struct OgmPage {
     uint32_t mPageNo = 0;
     uint8_t mFlags = 0;
     uint8_t mNumSegments = 0;
-    /** Only the first mNumSegments values belong to the page; they alone are ever set. */
+    /** Only the first mNumSegments values are set and belong to the page. */
     std::array<uint8_t, kMaxSegments> mLacing;
-    /** Lacing values below 255: packets that end on the page. */
+    /** Number of packets that end on the page: of lacing values below 255. */
     uint32_t mNumPackets = 0;
 
-    /** Bytes before the body. */
+    /** Number of bytes before the body. */
     int64_t headerSize() const { return int64_t{kFixedHeaderSize} + mNumSegments; }
 };
 

@@ -26,16 +26,16 @@ media_status_t PageCursor::goToPage(const PageReader& pages, int64_t offset, int
               static_cast<int>(maxSkip));
         return status;
     }
-    // A negative status passes for a size: the next page is then searched for before this one,
-    // by as many bytes as the status says.
+    // A negative status is stored as a size, so the search for the next page begins that many bytes
+    // before this one.
     mCurrentPageSize = pages.readPage(position, &currPage);
     enterPageAt(position);
     return AMEDIA_OK;
 }
 
 media_status_t PageCursor::enterNextPage(const PageReader& pages) {
-    // The cursor stays after the old page even if no other is found. A negative size, the status of
-    // a page header that could not be read, moves it back.
+    // The cursor moves past the old page even if no other page is found. A negative size, which is
+    // the status of a page header that could not be read, moves it back.
     mCurrentPageOffset = wrapAdd(mCurrentPageOffset, mCurrentPageSize);
     const PageStep step = pages.nextPage(mCurrentPageOffset, &currPage);
     if (!step.isFound) {
@@ -43,8 +43,8 @@ media_status_t PageCursor::enterNextPage(const PageReader& pages) {
               static_cast<uint32_t>(mCurrentPageOffset));
         return AMEDIA_ERROR_END_OF_STREAM;
     }
-    // After a failed header the page before is cut once more, by its own lacing, out of what lies
-    // here.
+    // If the header cannot be read, currPage still has the lacing of the page before, which is then
+    // applied to the bytes here.
     mCurrentPageSize = step.size;
     enterPageAt(step.offset);
     return AMEDIA_OK;
@@ -89,8 +89,8 @@ media_status_t PageCursor::getNextGranulePosition(const PageReader& pages, uint3
     int64_t pageSize = mCurrentPageSize;
     OgmPage page;
     do {
-        // Junk that was skipped before a page is not added, so the search for the next one
-        // begins before that page's end and passes over its last bytes again.
+        // The length of skipped junk is not added, so the search for the next page begins before
+        // the end of this one and reads its last bytes again.
         offset = wrapAdd(offset, pageSize);
         const PageStep step = pages.nextPage(offset, &page);
         if (!step.isFound) {

@@ -12,20 +12,20 @@
 
 namespace android::ogm {
 
-/** A packet, or the part of one that lies on one page. */
+/** A packet, or the part of a packet that is on one page. */
 struct PacketPiece {
-    /** Of its first byte in the file. */
+    /** Offset of the first byte in the file. */
     int64_t offset = 0;
     size_t size = 0;
-    /** Clear for the rest of a packet that began on an earlier page. */
+    /** False for the rest of a packet that began on an earlier page. */
     bool isNewPacket = false;
-    /** The lacing value after those of the piece. */
+    /** Index of the lacing value after the piece. */
     uint64_t nextSegment = 0;
 };
 
 /**
- * The place in the file that reading has reached: a page, and which of its pieces comes next. All
- * tracks of a file share one.
+ * The position of reading in the file: a page, and the next piece on it. All tracks of a file share
+ * one cursor.
  *
  * The usual order of calls: goToPage() once; then nextPiece() and use() until isPageUsedUp(), then
  * enterNextPage(), and so on.
@@ -42,25 +42,25 @@ class PageCursor {
     bool isPageUsedUp() const { return mCurrentSegment == currPage.mNumSegments; }
 
     /**
-     * Goes to the next page at or after `offset`, and to the end of the data when there is none.
-     * Returns AMEDIA_OK, or UNSUPPORTED (nothing changed) when no page begins within `maxSkip`
-     * bytes (no limit below 1).
+     * Goes to the next page at or after `offset`, or to the end of the data if there is none.
+     * Returns AMEDIA_OK; or UNSUPPORTED, without a change, if no page begins within `maxSkip` bytes
+     * (no limit below 1).
      */
     media_status_t goToPage(const PageReader& pages, int64_t offset, int64_t maxSkip);
 
     /** Goes to the page after the current one. Returns AMEDIA_OK or END_OF_STREAM. */
     media_status_t enterNextPage(const PageReader& pages);
 
-    /** The piece that comes next; nothing at the end of the page. */
+    /** The next piece; nothing at the end of the page. */
     std::optional<PacketPiece> nextPiece() const;
-    /** Moves on to what follows `piece`, which nextPiece() returned. */
+    /** Moves past `piece`, which nextPiece() returned. */
     void use(const PacketPiece& piece);
-    /** Moves on to the end of the page. */
+    /** Moves to the end of the page. */
     void skipPage() { mCurrentSegment = currPage.mNumSegments; }
 
     /**
-     * Looks up the granule position of the next page of a stream after the current page, without
-     * moving. Returns AMEDIA_OK or END_OF_STREAM.
+     * Looks up the granule position of the stream's next page after the current page. The cursor
+     * does not move. Returns AMEDIA_OK or END_OF_STREAM.
      */
     media_status_t getNextGranulePosition(const PageReader& pages, uint32_t serialNo,
                                           uint64_t* granulePosition) const;
@@ -68,14 +68,14 @@ class PageCursor {
   private:
     void enterPageAt(int64_t offset);
 
-    /** 0 until the cursor has been set. */
+    /** 0 until the cursor is set. */
     int64_t mCurrentPageOffset = 0;
     OgmPage currPage{};
-    /** What readPage returned for currPage: a size, or a negative status that is taken for one. */
+    /** What readPage returned for currPage: a size, or a negative status that is used as a size. */
     int64_t mCurrentPageSize = 0;
-    /** Next lacing value of currPage to use. */
+    /** Index of currPage's next lacing value. */
     uint64_t mCurrentSegment = 0;
-    /** Where its bytes begin in the body of currPage. */
+    /** Where its bytes begin in the page's body. */
     int64_t mCurrentBodyOffset = 0;
 };
 

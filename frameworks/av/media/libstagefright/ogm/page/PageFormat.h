@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <string_view>
 
-/** What an Ogg page looks like (RFC 3533, section 6). */
+/** The layout of an Ogg page (RFC 3533, section 6). */
 namespace android::ogm {
 
 inline constexpr std::string_view kCapturePattern = "OggS";
 
-// Places of the fields in a page header.
+// Offsets of the fields in a page header.
 inline constexpr size_t kVersionOffset = 4;
 inline constexpr size_t kFlagsOffset = 5;
 inline constexpr size_t kGranulePositionOffset = 6;
@@ -22,7 +22,7 @@ inline constexpr size_t kLacingOffset = 27;
 /** A lacing value below this one ends a packet. */
 inline constexpr uint8_t kUnterminated = 255;
 
-/** The first byte of the packet on a stream's first page that describes an OGM stream. */
+/** First byte of the packet that announces an OGM stream, on the stream's first page. */
 inline constexpr uint8_t kStreamHeaderPacket = 0x01;
 
 }  // namespace android::ogm

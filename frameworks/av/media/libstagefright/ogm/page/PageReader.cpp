@@ -43,7 +43,7 @@ void storeHeader(ByteView header, OgmPage* page) {
 
 /** Counts the packets that end on the page; returns the size of its body in bytes. */
 int64_t countPackets(OgmPage* page) {
-    // As narrow as 255 lacing values allow, so that more of them are counted at a time.
+    // 8 bits are enough for 255 lacing values, and let the compiler count more of them at a time.
     uint8_t packets = 0;
     uint16_t bodySize = 0;
     for (size_t i = 0; i < page->mNumSegments; ++i) {
@@ -57,14 +57,14 @@ int64_t countPackets(OgmPage* page) {
 }  // namespace
 
 void PageReader::readDataSourceSize() {
-    // The status is not used: what a source stores before it fails is taken for the size.
+    // The status is ignored: the size is what the source stores, even if it fails.
     (void)mDataSource->getSize(&mDataSourceSize);
 }
 
 int64_t PageReader::readPage(int64_t offset, OgmPage* page) const {
     uint8_t bytes[OgmPage::kFixedHeaderSize] = {};
-    // The count is compared without its sign: a failed read (negative) passes and goes on with the
-    // cleared bytes, so that it is reported as a missing capture pattern.
+    // The comparison is unsigned, so a failed read (negative) passes it. The bytes are then still
+    // 0, and a missing capture pattern is reported.
     const auto count = static_cast<size_t>(mDataSource->readAt(offset, bytes, sizeof(bytes)));
     if (count < sizeof(bytes)) {
         ALOGI("failed to read 27 bytesat offset 0x%08" PRIx64 "\n", offset);
@@ -75,7 +75,7 @@ int64_t PageReader::readPage(int64_t offset, OgmPage* page) const {
         return status;
     }
     storeHeader(header, page);
-    // Not cleared before: after a short read the rest of the table is that of the page before.
+    // Not cleared first: after a short read the rest of the table is that of the page before.
     const ssize_t lacingCount =
             mDataSource->readAt(wrapAdd(offset, int64_t{OgmPage::kFixedHeaderSize}),
                                 page->mLacing.data(), page->mNumSegments);

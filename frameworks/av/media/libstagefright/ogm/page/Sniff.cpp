@@ -22,7 +22,7 @@ namespace {
 
 constexpr uint32_t kCapturePatternSize = ogm::kCapturePattern.size();
 
-// Places in a page with one lacing value.
+// Offsets in a page with one lacing value.
 constexpr uint32_t kSegmentCountOffset = ogm::kNumSegmentsOffset;
 constexpr uint32_t kFirstLacingOffset = ogm::kLacingOffset;
 constexpr uint32_t kPacketOffset = kFirstLacingOffset + 1;
@@ -30,7 +30,7 @@ constexpr uint32_t kIdentificationOffset = kPacketOffset + 1;
 
 enum class Identification { kNone, kVideo, kAudio, kVorbis };
 
-/** What the first packet of the page at `page` identifies. */
+/** The kind of stream that the first packet of the page at `page` announces. */
 Identification identify(ByteView data, uint32_t page) {
     const uint32_t identification = wrapAdd(page, kIdentificationOffset);
     if (data[wrapAdd(page, kPacketOffset)] == ogm::kStreamHeaderPacket) {
@@ -47,16 +47,16 @@ Identification identify(ByteView data, uint32_t page) {
     return data.holds("vorbis", identification) ? Identification::kVorbis : Identification::kNone;
 }
 
-/** How many bytes after `position` the next page starts; nothing when there is none. */
+/** How many bytes after `position` the next page starts; nothing if there is none. */
 std::optional<uint32_t> findPageStart(ByteView data, uint32_t position) {
-    // The test looks at the start of the buffer, not at `position`: in a file that begins with a
-    // page every later page is taken to start where the one before ends, whatever stands there.
+    // The test is of the start of the buffer, not of `position`. So in a file that begins with a
+    // page, each later page is assumed to start where the page before ends, whatever is there.
     if (data.holds(ogm::kCapturePattern, 0)) {
         return 0;
     }
     const auto size = static_cast<uint32_t>(data.size());
     const uint32_t rest = wrapSub(wrapSub(size, kCapturePatternSize), position);
-    // A count that wrapped is huge; past the end of the buffer nothing can be found.
+    // `rest` may have wrapped to a huge number; nothing is found past the end of the buffer.
     const uint32_t candidates = std::min(std::max(rest, 1U), size);
     for (uint32_t skip = 0; skip < candidates; ++skip) {
         if (data.holds(ogm::kCapturePattern, wrapAdd(position, skip))) {
@@ -97,7 +97,7 @@ bool sniffOgm(const uint8_t* bytes, uint32_t size, uint8_t* isVorbisExist) {
                     break;
             }
         }
-        // Right for a page of one segment, and used for all others too.
+        // Right only for a page of one segment, but used for all pages.
         position = wrapAdd(wrapAdd(page, kPacketOffset), data[wrapAdd(page, kFirstLacingOffset)]);
     } while (position < wrapSub(size, kCapturePatternSize));
     return false;

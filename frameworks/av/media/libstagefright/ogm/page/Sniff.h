@@ -6,9 +6,9 @@
 namespace android {
 
 /**
- * Decides by a file's first bytes whether it is an OGM file: one whose first pages announce an OGM
- * "video" or "audio" stream or a Theora stream. Vorbis alone is left to other extractors;
- * `isVorbisExist`, which the caller clears, is set when a Vorbis header is met on the way.
+ * Decides from a file's first bytes whether it is an OGM file: whether its first pages announce an
+ * OGM "video" or "audio" stream, or a Theora stream. A file with only Vorbis is left to other
+ * extractors. `isVorbisExist`, which the caller clears, is set if a Vorbis header comes first.
  */
 bool sniffOgm(const uint8_t* data, uint32_t size, uint8_t* isVorbisExist);
 

@@ -7,11 +7,11 @@ namespace android::ogm {
 
 namespace {
 
-/** Up to here a seek goes to the first data page. */
+/** A seek up to this time goes to the first data page. */
 constexpr int64_t kMaxStartSeekUs = 2'999'999;
 /** A seek this close to the end goes to the end. */
 constexpr int64_t kEndZoneUs = 200'000;
-/** How far after its target a scan may end. */
+/** A scan may end this far after its target. */
 constexpr int64_t kScanToleranceUs = 2'000'000;
 
 constexpr int64_t kLongStep = 0x40000;

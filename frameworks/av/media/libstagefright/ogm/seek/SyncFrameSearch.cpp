@@ -15,12 +15,12 @@ namespace android::ogm {
 
 namespace {
 
-/** How far after the time searched for a sync frame may lie. */
+/** A sync frame may be this far after the time searched for. */
 constexpr int64_t kSyncFrameToleranceUs = 2'000'000;
 
 }  // namespace
 
-SyncFrameSearch::Result SyncFrameSearch::lookThrough(PacketQueue* packets) {
+SyncFrameSearch::Result SyncFrameSearch::searchQueue(PacketQueue* packets) {
     while (packets->size() >= 2) {
         const OgmPacket& packet = packets->front();
         if (wrapSub(packet.timeUs, mSearchUs) > kSyncFrameToleranceUs) {
@@ -38,7 +38,7 @@ SyncFrameSearch::Result SyncFrameSearch::lookThrough(PacketQueue* packets) {
 
 void SyncFrameSearch::stepBack() {
     if (mRetries == 0) {
-        // Packets are handed out as they come from here on, sync frame or not.
+        // From here on packets are returned as they come, sync frame or not.
         ALOGI("read, 1210,Can't find I frame after search 10 times");
         mSearchUs = mSeekUs;
     } else {

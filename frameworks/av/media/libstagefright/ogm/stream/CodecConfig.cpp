@@ -19,7 +19,7 @@ namespace android::ogm {
 
 namespace {
 
-/** Pages of any stream that are searched for one track's configuration. */
+/** Pages to search for the configuration of one track, those of other streams included. */
 constexpr int kMaxPages = 121;
 
 constexpr size_t kMpegAudioHeaderSize = 4;
@@ -29,10 +29,10 @@ constexpr uint8_t kVideoObjectLayer = 0x2;  // in the high nibble
 constexpr uint8_t kGroupOfVop = 0xB3;
 constexpr uint8_t kVop = 0xB6;
 
-/** The first start code; nothing when there is none. */
+/** Position of the first start code; nothing if there is none. */
 std::optional<size_t> findStartCode(ByteView data) {
-    // The position has 8 bits and wraps: with more than 257 bytes and no start code among the first
-    // ones the search never ends. It is volatile so that a search without end stays one.
+    // The position has 8 bits and wraps, so the search never ends if there are more than 257 bytes
+    // and no start code in the first 256. `volatile` keeps the compiler from ending such a search.
     volatile uint8_t position = 0;
     while (size_t{position} + 2 < data.size()) {
         if (data.holds(kStartCodePrefix, position)) {
@@ -43,13 +43,13 @@ std::optional<size_t> findStartCode(ByteView data) {
     return std::nullopt;
 }
 
-/** A start code with what follows it, up to the next one. */
+/** A start code and the bytes up to the next one. */
 struct Chunk {
     ByteView bytes;
     uint8_t code;
 };
 
-/** The chunk at `offset`, where a start code is; nothing when it has not ended yet. */
+/** The chunk at `offset`, where a start code must be; nothing if it has not ended yet. */
 std::optional<Chunk> chunkAt(ByteView data, size_t offset) {
     const ByteView rest = data.from(offset);
     const int64_t size = GetStartCodeChunkSize(rest);
@@ -60,8 +60,8 @@ std::optional<Chunk> chunkAt(ByteView data, size_t offset) {
 }
 
 /**
- * Looks for the VOL from the start code at `start` on, and removes what precedes it from the
- * buffer. Returns where its chunk ends, or nothing when more bytes are needed.
+ * Searches for the VOL from the start code at `start` on and removes the chunks before it from the
+ * buffer. Returns where its chunk ends, or nothing if more bytes are needed.
  */
 std::optional<size_t> findVideoObjectLayer(ByteBuffer* rawBuffer, size_t start, int32_t* width,
                                            int32_t* height) {
@@ -86,8 +86,8 @@ std::optional<size_t> findVideoObjectLayer(ByteBuffer* rawBuffer, size_t start, 
 }
 
 /**
- * Where the first picture begins, from the start code at `start` on; nothing when more bytes are
- * needed.
+ * Where the first picture begins, searched from the start code at `start` on; nothing if more bytes
+ * are needed.
  */
 std::optional<size_t> findFirstPicture(ByteView data, size_t start) {
     size_t offset = start;
@@ -166,7 +166,8 @@ void collectCodecConfigs(const PageReader& pages, const StreamTable& streams,
         } else {
             continue;
         }
-        // Of two streams with one serial number the first gets what is found for both.
+        // If two streams have the same serial number, the first one gets the format entries of
+        // both.
         AMediaFormat* const format = streams.find(stream.mSerialNo)->mFormat.get();
         const media_status_t result =
                 collectCodecConfig(pages, stream, format, firstDataPageOffset);
@@ -190,7 +191,7 @@ media_status_t configureMpeg4Video(ByteBuffer* rawBuffer, AMediaFormat* format) 
     if (!size) {
         return AMEDIA_ERROR_UNSUPPORTED;
     }
-    // The size goes no further than this line: that of the stream header is reported.
+    // The size is only logged; the format has that of the stream header.
     ALOGI("found MPEG4 video codec config (%d x %d)", width, height);
     const sp<ABuffer> esds = MakeESDS(rawBuffer->view().first(*size));
     AMediaFormat_setBuffer(format, AMEDIAFORMAT_KEY_ESDS, esds->data(), esds->size());

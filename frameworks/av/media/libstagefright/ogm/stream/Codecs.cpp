@@ -18,9 +18,9 @@ namespace {
 
 struct Codec {
     uint32_t type;
-    /** The platform's constants are variables, so the table holds where they are. */
+    /** A pointer, because the platform's constants are variables. */
     const char* const* mime;
-    /** Logged when a stream of the codec is met; null for no message. */
+    /** Logged for a stream of the codec; null for no message. */
     const char* message;
 };
 
@@ -44,7 +44,7 @@ constexpr Codec kWmv{OGV_VIDEO_WMV, &ogm::MEDIA_MIMETYPE_VIDEO_WMV, "Video - WMV
 constexpr Codec kVp8{OGV_VIDEO_VP8, &MEDIA_MIMETYPE_VIDEO_VP8, "Video - VP8 Codec \n"};
 constexpr Codec kMjpeg{OGV_VIDEO_MJPEG, &MEDIA_MIMETYPE_VIDEO_MJPEG, "Video - MJPG Codec \n"};
 
-// Case matters: a name that is not in the table is refused, "XVID" and "mjpg" among them.
+// Names are case-sensitive, and all others are refused, for example "XVID" and "mjpg".
 constexpr CodecId kVideoCodecs[] = {
         {fourcc("3IV2"), &kMpeg4}, {fourcc("3iv2"), &kMpeg4}, {fourcc("BLZ0"), &kMpeg4},
         {fourcc("DIGI"), &kMpeg4}, {fourcc("DIV1"), &kMpeg4}, {fourcc("div1"), &kMpeg4},
@@ -67,7 +67,7 @@ constexpr CodecId kVideoCodecs[] = {
 
 constexpr Codec kPcm{OGA_AUDIO_PCM, &MEDIA_MIMETYPE_AUDIO_RAW, "Audio - PCM Codec "};
 constexpr Codec kAdpcm{OGA_AUDIO_ADPCM, &MEDIA_MIMETYPE_AUDIO_MS_ADPCM, "Audio - ADPCM Codec "};
-// Both layers; the frames say which one it is.
+// Layers I and II; the frames say which one it is.
 constexpr Codec kMpegAudio{OGA_AUDIO_MPEG, &MEDIA_MIMETYPE_AUDIO_MPEG_LAYER_I,
                            "Audio - Mpeg Layer-1/2"};
 constexpr Codec kMp3{OGA_AUDIO_MP3, &MEDIA_MIMETYPE_AUDIO_MPEG, "Audio - MP3 Codec "};
@@ -76,7 +76,7 @@ constexpr Codec kWma{OGA_AUDIO_WMA, &MEDIA_MIMETYPE_AUDIO_WMA, "Audio - WMA_V1 C
 constexpr Codec kAc3{OGA_AUDIO_AC3, &MEDIA_MIMETYPE_AUDIO_AC3, "Audio - AC3 Codec "};
 constexpr Codec kDts{OGA_AUDIO_DTS, &MEDIA_MIMETYPE_AUDIO_DTS, "Audio - DTS Codec "};
 
-/** Format tags of RIFF audio, as the hexadecimal digits that an OGM header spells them with. */
+/** Format tags of RIFF audio, as the four hexadecimal digits in an OGM header. */
 constexpr CodecId kAudioCodecs[] = {
         {fourcc("0001"), &kPcm}, {fourcc("0002"), &kAdpcm}, {fourcc("0050"), &kMpegAudio},
         {fourcc("0055"), &kMp3}, {fourcc("00FF"), &kAac},   {fourcc("00ff"), &kAac},

@@ -9,8 +9,8 @@
 namespace android::ogm {
 
 /**
- * Puts the MIME type of a video codec into `format`. Returns its stream type, or OGM_TYPE_UNKNOWN
- * (the format untouched) for a FOURCC that is not supported.
+ * Puts the MIME type of a video codec into `format`. Returns its stream type; or OGM_TYPE_UNKNOWN,
+ * without changing the format, if the FOURCC is not supported.
  */
 uint32_t mapVideoCodec(AMediaFormat* format, uint32_t fourcc);
 

@@ -16,7 +16,7 @@ namespace android::ogm {
 
 namespace {
 
-/** The part at the end of the file that is searched, in bytes. */
+/** How many bytes at the end of the file are searched. */
 constexpr int64_t kTailSize = 650520;
 
 uint64_t granuleToTimeUs(const OgmStreamInfo& stream, uint64_t granulePosition) {
@@ -46,7 +46,7 @@ LogicStreamType getLogicStrmType(uint32_t streamType) {
 }
 
 int64_t parseMaxTime(const PageReader& pages, const StreamTable& streams) {
-    // Below 0 for a file that is shorter: a source that refuses such a read leaves the duration 0.
+    // Negative for a shorter file. If the source refuses such a read, the duration is 0.
     int64_t offset = wrapSub(pages.dataSourceSize(), kTailSize);
     ALOGI("parseMaxTime: mDataSourceSize=%" PRId64 ", searchOffset=%" PRId64,
           pages.dataSourceSize(), offset);
@@ -68,7 +68,7 @@ int64_t parseMaxTime(const PageReader& pages, const StreamTable& streams) {
             ALOGE("parseMaxTime: This logic stream[%d] is not exist in mTracks", page.mSerialNo);
             continue;
         }
-        // No granule position is special: -1, of a page on which no packet ends, is the greatest.
+        // No granule position is special: -1, on a page on which no packet ends, is the largest.
         longest = std::max(longest,
                            static_cast<int64_t>(granuleToTimeUs(*stream, page.mGranulePosition)));
     }

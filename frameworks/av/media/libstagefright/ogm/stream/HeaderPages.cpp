@@ -15,10 +15,10 @@ namespace android::ogm {
 
 namespace {
 
-/** Streams are announced within the first pages; further on none is looked for. */
+/** Only this many pages are searched for stream headers. */
 constexpr int kMaxHeaderPages = 121;
 
-/** Returns false when the packet cannot be read. A packet of another kind is passed over. */
+/** Returns false if the packet cannot be read. Packets of other kinds are ignored. */
 bool readStreamHeader(const PageReader& pages, int64_t pageOffset, int64_t pageSize,
                       const OgmPage& page, StreamTable* streams) {
     const auto bodySize = static_cast<size_t>(pageSize - page.headerSize());
@@ -44,7 +44,7 @@ int64_t parseHeaderPages(const PageReader& pages, StreamTable* streams) {
     int64_t offset = 0;
     OgmPage page;
     for (int i = 0; i < kMaxHeaderPages; ++i) {
-        // Searched for twice: what the first search reads and logs is part of opening.
+        // Each page is searched for twice: reads and log lines of the first search are behaviour.
         int64_t unused = 0;
         (void)pages.FindPage(offset, &unused, 0);
         const PageStep step = pages.nextPage(offset, &page);
@@ -57,7 +57,7 @@ int64_t parseHeaderPages(const PageReader& pages, StreamTable* streams) {
             break;
         }
         if ((page.mFlags & OgmPage::kFirstPage) != 0) {
-            // The junk that was skipped is not added: after junk the packet is not found.
+            // The length of skipped junk is not added, so after junk the packet is not found.
             if (!readStreamHeader(pages, offset, step.size, page, streams)) {
                 break;
             }

@@ -9,9 +9,9 @@
 namespace android::ogm {
 
 /**
- * Reads the pages at the start of a file and adds the streams that are announced there.
- * Returns the offset of the first page that begins no stream, or of the junk before it; 0 when
- * there is none. A damaged file gives fewer streams, never a failure.
+ * Reads the pages at the start of a file and adds the streams that they announce. Returns the
+ * offset of the first page that does not begin a stream, or of the junk before it; 0 if there is
+ * none. Damage leads to fewer streams, never to a failure.
  */
 int64_t parseHeaderPages(const PageReader& pages, StreamTable* streams);
 

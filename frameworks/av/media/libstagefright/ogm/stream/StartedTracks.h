@@ -7,16 +7,16 @@
 
 namespace android::ogm {
 
-// What StartedTracks reports in the log.
+// The log lines of StartedTracks.
 void logAlreadyStarted(int32_t serialNo);
 void logTrackStop(int32_t serialNo, int32_t selectedSerialNo);
 
 /**
- * Which track takes the packets of which stream, by serial number, and which stream moves the
- * cursor when it seeks. It owns no track: each must be stopped or forgotten before it
- * is destroyed.
+ * Maps the serial numbers of streams to the tracks that receive their packets, and knows the
+ * selected stream, whose seeks move the cursor. It does not own the tracks: each must be stopped or
+ * passed to forget() before it is destroyed.
  *
- * A Track has resetPageState(), signalDiscontinuity() and currentTimeUs().
+ * `Track` needs resetPageState(), signalDiscontinuity() and currentTimeUs().
  */
 template <typename Track>
 class StartedTracks {
@@ -27,7 +27,7 @@ class StartedTracks {
         Track* track = nullptr;
     };
 
-    /** Registers a new track, in place of another one of the same stream. */
+    /** Registers a new track; replaces another track of the same stream. */
     void add(uint32_t serialNo, Track* track) {
         mStartedTracks[serialNo] = track;
         selectIfNone(static_cast<int32_t>(serialNo));
@@ -43,7 +43,7 @@ class StartedTracks {
         return added;
     }
 
-    /** Forgets the stream. If it was selected, the first of the others is selected. */
+    /** Removes the stream. If it was selected, the first of the others becomes selected. */
     void trackStop(int32_t serialNo) {
         mStartedTracks.erase(static_cast<uint32_t>(serialNo));
         if (mSelectedSerialNo == serialNo) {
@@ -54,7 +54,7 @@ class StartedTracks {
         logTrackStop(serialNo, mSelectedSerialNo);
     }
 
-    /** The track is destroyed; its stream stays registered. */
+    /** To be called when the track is destroyed. Its stream stays registered. */
     void forget(const Track* track) {
         for (auto& [serialNo, registered] : mStartedTracks) {
             if (registered == track) {
@@ -72,7 +72,7 @@ class StartedTracks {
         return static_cast<uint32_t>(mSelectedSerialNo) == serialNo;
     }
 
-    // All tracks, in the order of their serial numbers.
+    // The following apply to all tracks, in the order of their serial numbers.
 
     void resetPageState(bool isPastFirstDataPage) {
         forEach([=](Track& track) { track.resetPageState(isPastFirstDataPage); });
@@ -82,7 +82,7 @@ class StartedTracks {
         forEach([](Track& track) { track.signalDiscontinuity(); });
     }
 
-    /** How far the furthest track has come, in us; 0 as long as one of them does not know. */
+    /** The latest time that any track has reached, in us; 0 while that of one is unknown. */
     int64_t getCurrentTimeUs() const {
         int64_t latest = 0;
         bool isKnown = true;

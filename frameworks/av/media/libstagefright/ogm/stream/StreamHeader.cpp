@@ -8,7 +8,7 @@ namespace android::ogm {
 
 namespace {
 
-/** Where the fields begin, in bytes. */
+/** Offsets of the fields in bytes. */
 enum Field : size_t {
     kPacketType = 0,
     kStreamType = 1,

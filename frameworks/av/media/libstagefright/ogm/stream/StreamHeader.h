@@ -11,10 +11,10 @@ namespace android::ogm {
 /** What a first packet announces. */
 enum class Announcement { kVideo, kAudio, kVorbis, kUnknown };
 
-/** By the stream type's text. The packet type is not looked at for Vorbis. */
+/** From the stream type's text. For Vorbis the packet type is ignored. */
 Announcement identifyStream(ByteView packet);
 
-/** The fields of an OGM stream header. Those that the packet is too short for are 0. */
+/** The fields of an OGM stream header. Fields past the end of the packet are 0. */
 struct StreamHeader {
     /** FOURCC of a video stream, or the four hexadecimal digits of an audio format tag. */
     uint32_t subtype;
@@ -34,14 +34,14 @@ struct StreamHeader {
     // Audio.
     uint16_t channels;
     uint16_t blockAlign;
-    /** The low half of the field. */
+    /** Only the low half of the field. */
     uint16_t averageBytesPerSecond;
 
     explicit StreamHeader(ByteView packet);
 
-    /** Frames a second, rounded down; computed with the low 32 bits of both fields. */
+    /** Frames per second, truncated; computed from the low 32 bits of both fields. */
     int32_t frameRate() const;
-    /** Samples a second, rounded down. */
+    /** Samples per second, truncated. */
     int32_t sampleRate() const;
 };
 

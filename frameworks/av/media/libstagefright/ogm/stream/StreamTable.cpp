@@ -137,7 +137,7 @@ media_status_t StreamTable::getTrackMetaData(AMediaFormat* format, size_t index,
     if (AMediaFormat_getString(own, AMEDIAFORMAT_KEY_MIME, &mime)) {
         ALOGI("getTrackMetaData mime:%s", mime);
     }
-    // Once in the extractor's life, for the track that is asked about first.
+    // Only once per extractor, for the first track that is queried.
     if ((flags & MediaExtractorPluginHelper::kIncludeExtensiveMetaData) != 0 &&
         !mThumbnailTimeSet) {
         ALOGI("getTrackMetaData, set thumbnail time");

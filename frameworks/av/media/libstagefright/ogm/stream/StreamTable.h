@@ -17,45 +17,44 @@
 namespace android::ogm {
 
 /**
- * The streams of a file that became tracks, in the order of their headers, with their formats. It
- * is filled while a file is opened and keeps its streams from then on; formats may be asked for
- * from any thread.
+ * The streams of a file that became tracks, in the order of their headers, with their formats.
+ * Streams are only added while a file is opened. Formats may be requested from any thread.
  */
 class StreamTable {
   public:
     /**
-     * Adds the stream that `buffer`, its first packet, announces. Returns AMEDIA_OK, also for a
-     * Vorbis header, of which no track is made, and AMEDIA_ERROR_UNSUPPORTED for everything else.
+     * Adds the stream whose first packet is in `buffer`. Returns AMEDIA_OK, also for a Vorbis
+     * header, for which no track is made, and AMEDIA_ERROR_UNSUPPORTED for everything else.
      */
     media_status_t parseOgmHeader(const MediaBuffer& buffer, uint32_t serialNo);
 
     size_t size() const { return mTracks.size(); }
-    /** There must be such an entry. */
+    /** The entry must exist. */
     const OgmStreamInfo& operator[](size_t index) const { return mTracks[index]; }
     std::vector<OgmStreamInfo>::const_iterator begin() const { return mTracks.begin(); }
     std::vector<OgmStreamInfo>::const_iterator end() const { return mTracks.end(); }
 
-    /** The stream's record, the first one where two have the serial number; null for none. */
+    /** The first stream with the serial number; null if there is none. */
     const OgmStreamInfo* find(uint32_t serialNo) const;
 
-    /** Of the header accepted last; every PCM track is made with it. */
+    /** From the last accepted header; used for all PCM tracks. */
     uint16_t bitsPerSample() const { return mBitsPerSample; }
 
     /** Puts the duration into all formats. */
     void setDuration(int64_t durationUs);
 
-    /** A stream's MIME type; empty when it is not known. */
+    /** A stream's MIME type; empty if unknown. */
     std::string mimeOf(uint32_t serialNo) const;
 
     /**
-     * Copies a stream's format with the duration into `format`; AMEDIA_ERROR_MALFORMED for a serial
-     * number without a record.
+     * Copies a stream's format and the duration into `format`; AMEDIA_ERROR_MALFORMED if no stream
+     * has the serial number.
      */
     media_status_t copyFormat(uint32_t serialNo, int64_t durationUs, AMediaFormat* format) const;
 
     /**
-     * Copies the format of the entry at `index`; AMEDIA_ERROR_UNKNOWN when there is none. With
-     * kIncludeExtensiveMetaData among `flags` the first call adds the thumbnail time.
+     * Copies the format of the entry at `index`; AMEDIA_ERROR_UNKNOWN if there is none. The first
+     * call with kIncludeExtensiveMetaData in `flags` adds the thumbnail time.
      */
     media_status_t getTrackMetaData(AMediaFormat* format, size_t index, uint32_t flags);
 
@@ -67,8 +66,8 @@ class StreamTable {
     uint16_t mBitsPerSample = 0;
     bool mThumbnailTimeSet = false;
     /**
-     * Held while a format is changed or copied, and never while anything is read. While a file is
-     * being opened nobody else can ask for a format, and it is not needed.
+     * Held while a format is changed or copied, but never while the file is read. Not needed while
+     * a file is being opened, because nobody else can request a format then.
      */
     mutable std::mutex mFormatLock;
 };

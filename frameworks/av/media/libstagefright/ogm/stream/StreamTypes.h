@@ -5,7 +5,7 @@
 
 namespace android {
 
-/** What a logical stream carries. The numbers are fixed: logs and dumps show them. */
+/** The contents of a logical stream. The numbers are fixed: logs and dumps show them. */
 enum OgmStreamType : uint32_t {
     OGA_AUDIO_MP3 = 1,
     OGA_AUDIO_AAC = 3,
@@ -28,9 +28,8 @@ enum OgmStreamType : uint32_t {
 }  // namespace android
 
 /**
- * Groups of stream types. They include numbers that have no name and that no file produces. Two
- * groups look alike but are not: 20 is video where packets are typed, but not where tracks are
- * made. Each caller names the group it uses.
+ * Groups of stream types. They include numbers without a name, which no file produces. Two groups
+ * look equal but are not: type 20 is in isVideoPacketType() but not in isVideoTrackType().
  */
 namespace android::ogm {
 
@@ -38,7 +37,7 @@ constexpr bool isAudioType(uint32_t type) {
     return type >= 1 && type <= 9;
 }
 
-/** Types for which a track is a video track. */
+/** Types whose tracks are video tracks. */
 constexpr bool isVideoTrackType(uint32_t type) {
     switch (type) {
         case 16:
@@ -66,12 +65,12 @@ constexpr bool isVideoGranuleType(uint32_t type) {
     return type >= 16 && type <= OGV_VIDEO_MJPEG;
 }
 
-/** Audio whose packets are cut anew into access units. */
+/** Audio that is cut into access units again. */
 constexpr bool isReframedAudioType(uint32_t type) {
     return type == OGA_AUDIO_MP3 || type == OGA_AUDIO_AC3 || type == OGA_AUDIO_DTS;
 }
 
-/** Video whose packets are searched for their coding type. */
+/** Video whose packets are searched for a coding type. */
 constexpr bool isFrameTypedVideo(uint32_t type) {
     return type == OGV_VIDEO_MP4 || type == OGV_VIDEO_MPEG;
 }

@@ -157,7 +157,7 @@ TEST_F(DemuxerTest, JunkBetweenTwoPagesIsSkippedAndCounted) {
     EXPECT_THAT(payloads(track->drain()), ElementsAre(pattern(3, 0), pattern(3, 1)));
 }
 
-TEST_F(DemuxerTest, AfterSkippedJunkTheGranuleLookUpGoesOnThatManyBytesTooEarly) {
+TEST_F(DemuxerTest, AfterSkippedJunkTheGranuleLookUpContinuesThatManyBytesTooEarly) {
     OgmFile file = videoAndAudioFile();
     file.addPages(kVideo, {frame(0)});               // 162 to 194
     file.addJunk(5);                                 // 194 to 199
@@ -171,7 +171,7 @@ TEST_F(DemuxerTest, AfterSkippedJunkTheGranuleLookUpGoesOnThatManyBytesTooEarly)
             mEvents.holds(infoLine("*** Skip 5 bytes of junk from 226 to reach page start ***\n")));
 }
 
-TEST_F(DemuxerTest, TheEndOfTheDataIsMetAgainByEveryRead) {
+TEST_F(DemuxerTest, EveryReadAtTheEndOfTheDataReportsItAgain) {
     OgmFile file = videoAndAudioFile();
     file.addPages(kAudio, {filled(4, 1)});  // not read, so not looked ahead of; 162 to 194
     auto track = startedVideo(file);
@@ -243,7 +243,7 @@ TEST_F(DemuxerTest, APageThatCannotBeReadTakesOverTheLacingOfTheOneBefore) {
                         kEndOfStream}}));
 }
 
-TEST_F(DemuxerTest, ADamagedPageHeaderBeforeTheEndOfTheFileIsComeBackToForEver) {
+TEST_F(DemuxerTest, ADamagedPageHeaderBeforeTheEndOfTheFileIsReadAgainForever) {
     // Its status, -10002, leads to a place before it from which the file is read on to it.
     OgmFile file = videoAndAudioFile();
     for (int page = 1; page <= 40; ++page) {

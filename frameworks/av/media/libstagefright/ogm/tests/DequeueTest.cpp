@@ -106,7 +106,7 @@ TEST_F(DequeueTest, EveryBufferCarriesATargetTimeOfZero) {
     EXPECT_THAT(packets, Each(Field(&ReadResult::targetTimeUs, std::optional<int64_t>(0))));
 }
 
-TEST_F(DequeueTest, ATargetTimeOfZeroIsCarriedAfterASeekToo) {
+TEST_F(DequeueTest, TheTargetTimeIsZeroAfterASeekToo) {
     OpenedFile opened = open(oneVideoOneAudioFile({}));
     auto video = opened->startedTrack(0);
     ReadResult result = video->readAt(0);
@@ -173,7 +173,7 @@ TEST_F(DequeueTest, AnAccessUnitIsCopiedWholeAndItsTypeLogged) {
     EXPECT_EQ(mEvents.count(infoLine("DequeueFrame type:7")), 2U);
 }
 
-TEST_F(DequeueTest, AnAudioPacketOfThreeBytesIsNotHandedOutAndStays) {
+TEST_F(DequeueTest, AnAudioPacketOfThreeBytesIsNotReturnedAndStays) {
     const OgmFile file = audioFile("0001", {{0, 1, 2}, audioPacket({1}), audioPacket({2})});
     OpenedFile opened = open(file);
     auto track = opened->startedTrack(0);
@@ -186,7 +186,7 @@ TEST_F(DequeueTest, AnAudioPacketOfThreeBytesIsNotHandedOutAndStays) {
     }
 }
 
-TEST_F(DequeueTest, AnAudioPacketShorterThanItsHeaderIsNotHandedOutAndStays) {
+TEST_F(DequeueTest, AnAudioPacketShorterThanItsHeaderIsNotReturnedAndStays) {
     // The first byte announces a header of 10 bytes.
     const OgmFile file =
             audioFile("0001", {{0xC3, 1, 2, 3, 4}, audioPacket({1}), audioPacket({2})});
@@ -200,7 +200,7 @@ TEST_F(DequeueTest, AnAudioPacketShorterThanItsHeaderIsNotHandedOutAndStays) {
     EXPECT_THAT(mEvents.linesBeginning("invalid audio packet size"), IsEmpty());
 }
 
-TEST_F(DequeueTest, AnAudioPacketThatIsAllHeaderGivesAnEmptyBuffer) {
+TEST_F(DequeueTest, AnAudioPacketOfOnlyAHeaderGivesAnEmptyBuffer) {
     const OgmFile file = audioFile("0001", {{0x40, 1, 2, 3}, audioPacket({1}), audioPacket({2})});
     const auto results = drain(file);
     ASSERT_EQ(results.size(), 1U);
@@ -208,7 +208,7 @@ TEST_F(DequeueTest, AnAudioPacketThatIsAllHeaderGivesAnEmptyBuffer) {
     EXPECT_EQ(results[0].bytes, Bytes{});
 }
 
-TEST_F(DequeueTest, AnEmptyVideoPacketIsNotHandedOutAndStays) {
+TEST_F(DequeueTest, AnEmptyVideoPacketIsNotReturnedAndStays) {
     const OgmFile file = videoFile("H264", {{}, dataPacket(0, {1}), dataPacket(0, {2})});
     OpenedFile opened = open(file);
     auto track = opened->startedTrack(0);

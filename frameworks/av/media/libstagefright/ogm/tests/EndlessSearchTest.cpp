@@ -42,14 +42,14 @@ class EndlessSearchTest : public PluginTest {
     }
 };
 
-TEST_F(EndlessSearchTest, WithoutADataPageThePacketsOfAStreamBehindTheFirstAreSearchedForEver) {
+TEST_F(EndlessSearchTest, WithoutADataPageThePacketsOfALaterStreamAreSearchedForever) {
     OgmFile withData = vorbisAndVideo();
     withData.addData(2, 1, dataPacket(kSyncPacket, filled(10, 1)));
     EXPECT_EQ(runInChild([&] { readFirstTrack(vorbisAndVideo()); }, kLimit), outOfTime());
     EXPECT_EQ(runInChild([&] { readFirstTrack(withData); }), returned());
 }
 
-TEST_F(EndlessSearchTest, ASeekInAFileOfUnknownSizeThatGivesNothingAnyMoreDoesNotEnd) {
+TEST_F(EndlessSearchTest, ASeekInAFileOfUnknownSizeThatReturnsNothingMoreDoesNotEnd) {
     EXPECT_EQ(runInChild([&] { seekAfterTheLastRead(-1010); }, kLimit), outOfTime());
     EXPECT_EQ(runInChild([&] { seekAfterTheLastRead(OK); }), returned());
 }

@@ -60,7 +60,7 @@ TEST_F(ExtractorTest, TheVerboseLogPropertyChangesNothing) {
     EXPECT_EQ(mEvents.events(), before);
 }
 
-TEST_F(ExtractorTest, AVorbisStreamBesideAVideoStreamGivesOneTrack) {
+TEST_F(ExtractorTest, AVorbisStreamWithAVideoStreamGivesOneTrack) {
     OgmFile file;
     file.addHeader(1, VideoHeader());
     file.addHeader(2, vorbisIdentificationHeader());
@@ -187,7 +187,7 @@ TEST_F(ExtractorTest, DestroyingTheExtractorLogsIt) {
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("~OgmExtractor")));
 }
 
-TEST_F(ExtractorTest, TheDurationStandsInEveryFormat) {
+TEST_F(ExtractorTest, EveryFormatHasTheDuration) {
     OgmFile file = twoStreams();
     file.addData(kVideoSerialNo, 3000, {0});
     auto source = sourceOf(file);
@@ -198,7 +198,7 @@ TEST_F(ExtractorTest, TheDurationStandsInEveryFormat) {
     EXPECT_EQ(opened->trackFormat(1).int64(AMEDIAFORMAT_KEY_DURATION), 120000000);
 }
 
-TEST_F(ExtractorTest, ASizeThatASourceStoresBeforeItFailsIsTakenAllTheSame) {
+TEST_F(ExtractorTest, ASizeThatASourceStoresBeforeItFailsIsUsed) {
     auto source = sourceOf(twoStreams());
     source->setReportedSize(-1);
     source->setSizeStatus(-1010);

@@ -147,7 +147,7 @@ TEST_F(FaultTest, AFailedSearchForTheNextPageSkipsAPage) {
               1U);
 }
 
-TEST_F(FaultTest, AShortSearchForTheNextPageSkipsAPageAndSaysHowMuchItGot) {
+TEST_F(FaultTest, AShortSearchForTheNextPageSkipsAPageAndReportsHowMuchItGot) {
     start();
     source().setFault(faultOnHit(pageOffset(12), 3, 3));
     read(13);
@@ -163,7 +163,7 @@ TEST_F(FaultTest, ARefusedSearchForTheNextPageLogsTheStatus) {
     EXPECT_EQ(mEvents.count(errorLine("FindPage: readSize = -2147483648")), 1U);
 }
 
-TEST_F(FaultTest, AFailedScanForTheNextGranuleIsMadeAgainAndCostsNothing) {
+TEST_F(FaultTest, AFailedScanForTheNextGranuleIsRepeatedAndCostsNothing) {
     for (const size_t hit : {1U, 2U}) {  // the search for the next page, and its header
         start();
         source().setFault(faultOnHit(pageOffset(12), hit, 0));
@@ -235,7 +235,7 @@ TEST_F(FaultTest, AFailedLacingTableSendsTheTrackBackInTheFile) {
     }
 }
 
-TEST_F(FaultTest, AFileThatFallsSilentGivesWhatIsQueuedAndThenEnds) {
+TEST_F(FaultTest, ASourceThatReturnsNothingMoreLeavesWhatIsQueuedAndThenTheEnd) {
     start();
     read(5);
     source().setFault([](const ReadRequest&) { return std::optional<ssize_t>(0); });
@@ -317,7 +317,7 @@ TEST_F(OpeningFaultTest, AFailureOfAHeaderPageLeavesTheTracksBeforeIt) {
     }
 }
 
-TEST_F(OpeningFaultTest, AFailureBehindTheHeaderPagesLeavesBothTracks) {
+TEST_F(OpeningFaultTest, AFailureAfterTheHeaderPagesLeavesBothTracks) {
     auto healthy = sourceOf(oneVideoOneAudioFile());
     MemorySource& counter = *healthy;
     OpenedFile opened = open(std::move(healthy));
@@ -368,7 +368,7 @@ TEST_F(FileSizeTest, ASizeOfMinusOneIsTakenAsItIs) {
     EXPECT_EQ(packetsOf(std::move(source)), 0U);
 }
 
-TEST_F(FileSizeTest, ASizeThatIsTooSmallEndsTheTrackBehindIt) {
+TEST_F(FileSizeTest, ASizeThatIsTooSmallEndsTheTrackAtThatSize) {
     // The start of a packet may lie at the size, but not after it.
     auto source = pacedSource();
     source->setReportedSize(pageOffset(20) + kPayload);
@@ -389,7 +389,7 @@ TEST_F(FileSizeTest, ASizeThatIsTooLargeChangesNoPacket) {
     EXPECT_EQ(packetsOf(std::move(source)), kPages - 2);
 }
 
-TEST_F(FileSizeTest, ASizeThatIsTooLargeSendsASeekToTheEndBehindTheFile) {
+TEST_F(FileSizeTest, ASizeThatIsTooLargeSendsASeekToTheEndPastTheFile) {
     auto source = pacedSource();
     source->setReportedSize(kDurationTail + 81);
     OpenedFile opened = open(std::move(source));

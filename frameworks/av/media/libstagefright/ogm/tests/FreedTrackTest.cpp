@@ -32,7 +32,7 @@ TEST_F(FreedTrackTest, IsNotResetByASeekAndHasNoTimeInItsScan) {
     EXPECT_EQ(mEvents.count(resetLine(3)), 0U);
 }
 
-TEST_F(FreedTrackTest, LeavesItsPagesBeingLookedAtAndItsPacketsDropped) {
+TEST_F(FreedTrackTest, LeavesItsPagesReadAndItsPacketsDropped) {
     OpenedFile opened = openQuietly(fileWith({7, 3}));
     auto other = opened->startedTrack(0);
     leaveRegistered(opened, 1);
@@ -85,7 +85,7 @@ TEST_F(FreedTrackTest, EndsTheReadsOfOtherTracksAtTheLastPageOfItsStream) {
     EXPECT_EQ(other->read().status, AMEDIA_ERROR_END_OF_STREAM);
 }
 
-TEST_F(FreedTrackTest, StillCountsWhenAnotherTrackIsSelected) {
+TEST_F(FreedTrackTest, CanStillBecomeTheSelectedTrack) {
     OpenedFile opened = openQuietly(fileWith({7, 3, 9}));
     auto seven = opened->startedTrack(0);
     auto nine = opened->startedTrack(2);

@@ -93,7 +93,7 @@ TEST_F(LifecycleTest, WithASelectedSerialNumberOfAllOnesTheNextTrackTakesItsPlac
     EXPECT_TRUE(movesTheFile(*first));
 }
 
-TEST_F(LifecycleTest, ARestartedTrackIsSelectedWhenNoneIs) {
+TEST_F(LifecycleTest, ARestartedTrackIsSelectedWhenNoOtherIs) {
     OpenedFile opened = openQuietly(fileWith({7, 3}));
     auto seven = opened->startedTrack(0);
     auto three = opened->startedTrack(1);
@@ -141,7 +141,7 @@ TEST_F(LifecycleTest, AStoppedTrackIsReadFromItsQueueAndGetsNoMore) {
     EXPECT_EQ(first->read().status, AMEDIA_ERROR_END_OF_STREAM);
 }
 
-TEST_F(LifecycleTest, ARestartedTrackGoesOnWithItsQueueAndThenFromWhereTheFileIs) {
+TEST_F(LifecycleTest, ARestartedTrackContinuesWithItsQueueAndThenFromWhereTheFileIs) {
     OpenedFile opened = openQuietly(fileWith({7, 3}));
     auto first = opened->startedTrack(0);
     auto second = opened->startedTrack(1);
@@ -194,7 +194,7 @@ TEST_F(LifecycleTest, TenRoundsOfStartAndStopLoseNothingThatWasNotRead) {
     }
 }
 
-TEST_F(LifecycleTest, TenRoundsOfFreshTracksOfOneExtractorGoOnWithTheFile) {
+TEST_F(LifecycleTest, TenRoundsOfFreshTracksOfOneExtractorContinueWithTheFile) {
     OpenedFile opened = openQuietly(fileWith({7, 3}));
     for (int round = 0; round < 10; ++round) {
         auto first = opened->startedTrack(0);

@@ -75,7 +75,7 @@ TEST_F(PacketQueueTest, ALowerGranuleDropsThePacketsOfItsPageAndRestartsFromZero
     EXPECT_EQ(mEvents.count(errorLine(kNotValid)), 1U);
 }
 
-TEST_F(PacketQueueTest, BehindJunkTheFirstPageIsTakenForOneInTheMiddleAndItsPacketsDropped) {
+TEST_F(PacketQueueTest, AfterJunkTheFirstPageIsTreatedAsALaterOneAndItsPacketsAreDropped) {
     OgmFile file = videoFile();
     file.addJunk(4);
     file.addPages(kSerialNo, {frame(0), frame(1), frame(2), frame(3)}, 5);

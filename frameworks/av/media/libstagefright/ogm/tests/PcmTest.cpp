@@ -74,7 +74,7 @@ class PcmTest : public PluginTest {
     std::vector<LogLine> mLines;
 };
 
-TEST_F(PcmTest, SixteenBitsAreHandedOutAsTheyAre) {
+TEST_F(PcmTest, SixteenBitsAreReturnedAsTheyAre) {
     EXPECT_EQ(firstBytes(16, {1, 2, 3, 4}), (Bytes{1, 2, 3, 4}));
 }
 
@@ -83,7 +83,7 @@ TEST_F(PcmTest, EightBitsBecomeSignedSixteenBits) {
               (Bytes{0x00, 0x00, 0x00, 0x80, 0x00, 0x7F, 0x00, 0xFF}));
 }
 
-TEST_F(PcmTest, AHundredBytesOfEightBitsBecomeTwoHundredInABufferOfTheirOwn) {
+TEST_F(PcmTest, AHundredBytesOfEightBitsBecomeTwoHundredInASeparateBuffer) {
     const auto results = read(8, pattern(100, 1));
     ASSERT_EQ(results.size(), 2U);
     EXPECT_EQ(results[0].bytes.size(), 200U);
@@ -93,7 +93,7 @@ TEST_F(PcmTest, AHundredBytesOfEightBitsBecomeTwoHundredInABufferOfTheirOwn) {
     EXPECT_EQ(mEvents.count(kEightBits), 2U);
 }
 
-TEST_F(PcmTest, WithoutABufferToConvertIntoTheReadFailsAndGivesTheFirstOneBack) {
+TEST_F(PcmTest, WithoutABufferToConvertIntoTheReadFailsAndReleasesTheFirstOne) {
     GroupOfOne group;
     OpenedFile opened = open(file(8, pattern(100, 1)));
     const auto track = opened->track(0);
@@ -102,7 +102,7 @@ TEST_F(PcmTest, WithoutABufferToConvertIntoTheReadFailsAndGivesTheFirstOneBack) 
     EXPECT_TRUE(group.isWhole());
 }
 
-TEST_F(PcmTest, AConvertedBufferOfEightBitsCarriesItsTimeAlone) {
+TEST_F(PcmTest, AConvertedBufferOfEightBitsHasOnlyItsTime) {
     const auto results = read(8, pattern(100, 1));
     ASSERT_EQ(results.size(), 2U);
     EXPECT_EQ(results[1].timeUs, 1000000);
@@ -112,7 +112,7 @@ TEST_F(PcmTest, AConvertedBufferOfEightBitsCarriesItsTimeAlone) {
               infoLine("after read mime:audio/raw IsIFrame:0, timeUs:1000000, size:200"));
 }
 
-TEST_F(PcmTest, TheConversionIsLoggedBeforeTheBufferIsHandedOut) {
+TEST_F(PcmTest, TheConversionIsLoggedBeforeTheBufferIsReturned) {
     read(8, {1});
     ASSERT_GE(mLines.size(), 2U);
     EXPECT_EQ(mLines[mLines.size() - 2], kEightBits);

@@ -96,7 +96,7 @@ TEST_F(PluginEntryTest, AHundredBytesWithAVideoHeaderPageAreAccepted) {
                             Event(debugLine("return true confidence: 0.500000"))));
 }
 
-TEST_F(PluginEntryTest, AVorbisHeaderThatWasMetOnTheWayIsReported) {
+TEST_F(PluginEntryTest, AVorbisHeaderAmongTheFirstPagesIsReported) {
     OgmFile file;
     file.addHeader(1, vorbisIdentificationHeader());
     EXPECT_EQ(sniffBytes(file.bytes()).creator, nullptr);
@@ -148,7 +148,7 @@ TEST_F(PluginEntryTest, TheCreatorTakesAnUnreadableSourceAndGivesNoTracks) {
     EXPECT_EQ(extractor.fileFormat().int64(AMEDIAFORMAT_KEY_DURATION), 0);
 }
 
-TEST_F(PluginEntryTest, EveryCreationGivesAnExtractorOfItsOwn) {
+TEST_F(PluginEntryTest, EveryCreationGivesItsOwnExtractor) {
     const OgmFile file = oneVideoOneAudioFile({});
     OpenedFile first = open(file);
     OpenedFile second = open(file);

@@ -31,7 +31,7 @@ class ReadTest : public PluginTest {
     size_t packetsQueued() const { return mEvents.linesBeginning("packet info:").size(); }
 };
 
-TEST_F(ReadTest, TheFirstReadQueuesTenPacketsAndGivesOutTheOldest) {
+TEST_F(ReadTest, TheFirstReadQueuesTenPacketsAndReturnsTheOldest) {
     OpenedFile opened = open(videoFile(30));
     const auto track = opened->startedTrack(0);
     mEvents.clear();
@@ -48,7 +48,7 @@ TEST_F(ReadTest, TheFirstReadQueuesTenPacketsAndGivesOutTheOldest) {
               infoLine("after read mime:video/avc IsIFrame:0, timeUs:0, size:3"));
 }
 
-TEST_F(ReadTest, ALaterReadReplacesThePacketGivenOut) {
+TEST_F(ReadTest, ALaterReadReplacesThePacketReturned) {
     OpenedFile opened = open(videoFile(30));
     const auto track = opened->startedTrack(0);
     track->read();
@@ -96,7 +96,7 @@ TEST_F(ReadTest, PacketsOfAnotherTrackPileUpWhileAQueueFills) {
     }
 }
 
-TEST_F(ReadTest, AfterTheEndOfTheFileAQueueDrainsButForItsOpenLastPacket) {
+TEST_F(ReadTest, AfterTheEndOfTheFileAQueueDrainsExceptForItsOpenLastPacket) {
     OpenedFile opened = open(videoFile(14));
     const auto track = opened->startedTrack(0);
     for (int i = 0; i < 9; ++i) {
@@ -117,7 +117,7 @@ TEST_F(ReadTest, AfterTheEndOfTheFileAQueueDrainsButForItsOpenLastPacket) {
     }
 }
 
-TEST_F(ReadTest, AFileThatEndsBeforeTheQueueIsFullSaysSoBeforeItsPacketsAreGivenOut) {
+TEST_F(ReadTest, AFileThatEndsBeforeTheQueueIsFullReturnsTheEndBeforeItsPackets) {
     OpenedFile opened = open(videoFile(5));
     const auto track = opened->startedTrack(0);
     EXPECT_EQ(track->read().status, AMEDIA_ERROR_END_OF_STREAM);
@@ -125,7 +125,7 @@ TEST_F(ReadTest, AFileThatEndsBeforeTheQueueIsFullSaysSoBeforeItsPacketsAreGiven
     EXPECT_EQ(track->read().status, AMEDIA_ERROR_END_OF_STREAM);
 }
 
-TEST_F(ReadTest, AFileWithTenReachablePacketsGivesTheFirstOutAtOnce) {
+TEST_F(ReadTest, AFileWithTenReachablePacketsReturnsTheFirstAtOnce) {
     OpenedFile opened = open(videoFile(10));
     EXPECT_EQ(opened->startedTrack(0)->readAll().size(), 9U);
 }
@@ -143,7 +143,7 @@ TEST_F(ReadTest, AnIoFailureOnAShortQueueIsReportedWithoutALine) {
     EXPECT_EQ(mEvents.lines().back(), infoLine("Cannot read page payload, size 4\n"));
 }
 
-TEST_F(ReadTest, AnIoFailureWithPacketsQueuedGivesTheOldestOut) {
+TEST_F(ReadTest, AnIoFailureWithPacketsQueuedReturnsTheOldest) {
     auto source = sourceOf(videoFile(30));
     MemorySource& faulty = *source;
     OpenedFile opened = open(std::move(source));
@@ -177,7 +177,7 @@ TEST_F(ReadTest, OptionsWithoutASeekRequestChangeNothing) {
     EXPECT_EQ(eventsWith(NONBLOCKING | SEEK_CLOSEST), plain);
 }
 
-TEST_F(ReadTest, ATrackThatWasNeverMetEndsAtTheEndOfTheFile) {
+TEST_F(ReadTest, ATrackWithoutAPageEndsAtTheEndOfTheFile) {
     OgmFile file = videoFile(3);
     file.addHeader(kAudio, AudioHeader());
     OpenedFile opened = open(file);

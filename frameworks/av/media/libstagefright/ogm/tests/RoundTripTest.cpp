@@ -137,7 +137,7 @@ class MpegAudioRoundTripTest : public RoundTripTest,
     }
 };
 
-TEST_P(MpegAudioRoundTripTest, AllFramesComeOutSaveTheLastAndPerhapsTheFirst) {
+TEST_P(MpegAudioRoundTripTest, AllFramesComeOutExceptTheLastAndPerhapsTheFirst) {
     for (uint32_t rate = 0; rate < 3; ++rate) {
         const Frames in = frames(rate);
         for (const PageLayout layout : kLayouts) {
@@ -172,7 +172,7 @@ TEST_F(RoundTripTest, OneMpegAudioFrameAPageLosesTheFirstFrame) {
     EXPECT_EQ(framesOf(out.frames()), framesOf(without(in, 1, kKeptBack)));
 }
 
-TEST_F(RoundTripTest, MpegAudioUnderTheTagOfLayersOneAndTwoIsHandedOutPacketByPacket) {
+TEST_F(RoundTripTest, MpegAudioUnderTheTagOfLayersOneAndTwoIsReturnedPacketByPacket) {
     Frames in;
     for (uint32_t i = 0; i < kFrames; ++i) {
         MpegAudioFrame frame;
@@ -198,7 +198,7 @@ Frames ac3Frames(uint32_t fscod) {
     return all;
 }
 
-TEST_F(RoundTripTest, Ac3At48And32KilohertzComesOutFrameByFrameSaveTheLast) {
+TEST_F(RoundTripTest, Ac3At48And32KilohertzComesOutFrameByFrameExceptTheLast) {
     for (const uint32_t fscod : {0U, 2U}) {
         const Frames in = ac3Frames(fscod);
         for (const PageLayout layout : kLayouts) {
@@ -231,7 +231,7 @@ TEST_F(RoundTripTest, Ac3At44100HertzLosesEverySecondFrame) {
     }
 }
 
-TEST_F(RoundTripTest, EnhancedAc3ComesOutFrameByFrameSaveTheLast) {
+TEST_F(RoundTripTest, EnhancedAc3ComesOutFrameByFrameExceptTheLast) {
     Frames in;
     for (uint32_t i = 0; i < kFrames; ++i) {
         EnhancedAc3Frame frame;
@@ -259,7 +259,7 @@ Frames dtsFrames() {
     return all;
 }
 
-TEST_F(RoundTripTest, DtsComesOutFrameByFrameSaveTheLastTwo) {
+TEST_F(RoundTripTest, DtsComesOutFrameByFrameExceptTheLastTwo) {
     // No sync word ends the last frame, and the frame before it is kept back.
     const Frames in = dtsFrames();
     for (const PageLayout layout : kLayouts) {
@@ -279,7 +279,7 @@ struct PlainCodec {
 class PlainRoundTripTest : public RoundTripTest,
                            public ::testing::WithParamInterface<PlainCodec> {};
 
-TEST_P(PlainRoundTripTest, PacketsComeOutAsTheyWentInSaveTheLast) {
+TEST_P(PlainRoundTripTest, PacketsComeOutAsTheyWentInExceptTheLast) {
     Frames in;
     for (uint32_t i = 0; i < kFrames; ++i) {
         in.push_back(pattern(1 + i * 53, i));

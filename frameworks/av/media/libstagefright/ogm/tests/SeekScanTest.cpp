@@ -243,7 +243,7 @@ TEST_F(SeekScanTest, AStepThatCannotReadAtOnceEndsTheScanWhereItIs) {
     EXPECT_EQ(result.status, AMEDIA_ERROR_END_OF_STREAM);
 }
 
-TEST_F(SeekScanTest, AnEstimateBehindAllPagesEndsAtTheEndOfTheFile) {
+TEST_F(SeekScanTest, AnEstimatePastAllPagesEndsAtTheEndOfTheFile) {
     const OgmFile file = pacedAudioFile(300);
     auto source = sourceOf(file);
     source->setReportedSize(kDurationTail + 300000);

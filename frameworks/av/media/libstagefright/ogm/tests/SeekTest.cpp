@@ -116,7 +116,7 @@ TEST_F(SeekTest, ASeekLandsOnThePageAfterTheFirstOneThatReachesThreeSecondsBefor
     }
 }
 
-TEST_F(SeekTest, TheSeekModeIsNotLookedAt) {
+TEST_F(SeekTest, TheSeekModeIsIgnored) {
     OpenedFile opened = openQuietly(pacedAudioFile(1000));
     auto track = opened->startedTrack(0);
     for (const uint32_t mode : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U}) {
@@ -124,7 +124,7 @@ TEST_F(SeekTest, TheSeekModeIsNotLookedAt) {
     }
 }
 
-TEST_F(SeekTest, WithoutTheSeekFlagATimeIsNotLookedAt) {
+TEST_F(SeekTest, WithoutTheSeekFlagATimeIsIgnored) {
     OpenedFile opened = openQuietly(pacedAudioFile(1000));
     auto track = opened->startedTrack(0);
     EXPECT_EQ(track->read(0, 20 * kSecond).bytes, audioPayload(0));
@@ -159,7 +159,7 @@ TEST_F(SeekTest, TheReadOfASeekToTheEndReportsTheEndOfTheStreamEachTime) {
     EXPECT_EQ(track->readAt(20 * kSecond).bytes, audioPayload(426));
 }
 
-TEST_F(SeekTest, AtTheEndOfTheFileThePageReadLastIsAskedForItsNextGranuleAgain) {
+TEST_F(SeekTest, AtTheEndOfTheFileTheNextGranuleOfTheLastPageIsSearchedAgain) {
     const OgmFile file = pacedAudioFile(1000);
     const int64_t size = static_cast<int64_t>(file.size());
     OpenedFile opened = openQuietly(file);
@@ -169,15 +169,15 @@ TEST_F(SeekTest, AtTheEndOfTheFileThePageReadLastIsAskedForItsNextGranuleAgain) 
     mEvents.clear();
     track->read();
     // The cursor is at the end but still carries the size and the segments of the old page.
-    const int64_t behind = size + static_cast<int64_t>(kPacedPageSize);
+    const int64_t pastEnd = size + static_cast<int64_t>(kPacedPageSize);
     const std::vector<Event> expected{
             infoLine("getFormat: Track type[5]"),
             infoLine("begin read mime:audio/raw"),
-            ReadCall{behind, 4, 0},
+            ReadCall{pastEnd, 4, 0},
             errorLine("FindPage: readSize = 0"),
             errorLine(formatted("getNextGranulePosition: Cannot find a page start,LINE:2175 from "
                                 "0x%08X\n",
-                                static_cast<unsigned>(behind))),
+                                static_cast<unsigned>(pastEnd))),
             infoLine("getNextGranulePosition fail, return -10006"),
             errorLine("return EOS !")};
     EXPECT_EQ(mEvents.events(), expected);
@@ -286,7 +286,7 @@ TEST_F(SeekTest, HalfAnAudioFrameIsForgotten) {
     }
 }
 
-TEST_F(SeekTest, ACursorThatIsSetAnewWithoutASeekKeepsWhatIsQueued) {
+TEST_F(SeekTest, ACursorThatIsSetAgainWithoutASeekKeepsWhatIsQueued) {
     // Where data begins the file, the cursor counts as not set before every packet. It goes back
     // to the first page each time, with timing anew, but queue and assembly go on.
     OgmFile file;
@@ -368,7 +368,7 @@ TEST_F(SelectedTrackSeekTest, AllTracksAreResetInTheOrderOfTheirUnsignedSerialNu
                             infoLine("OgmTrack:mSerialNo[-2147483643] signalDiscontinuity!")));
 }
 
-TEST_F(SelectedTrackSeekTest, AudioPacketsMetDuringTheSearchForASyncFrameAreDropped) {
+TEST_F(SelectedTrackSeekTest, AudioPacketsReadDuringTheSearchForASyncFrameAreDropped) {
     OpenedFile opened = openQuietly(twoTracks());
     auto video = opened->startedTrack(0);
     auto audio = opened->startedTrack(1);
@@ -411,7 +411,7 @@ TEST_F(SelectedTrackSeekTest, ASelectedAudioTrackSearchesNoSyncFrame) {
     EXPECT_EQ(video->readAt(10 * kSecond).timeUs, 7 * kSecond + kPacedPageUs);
 }
 
-TEST_F(SelectedTrackSeekTest, ASerialNumberOfAllOnesIsTheOneSelectedWhenNoneIs) {
+TEST_F(SelectedTrackSeekTest, ASerialNumberOfAllOnesIsSelectedWhenNoTrackIs) {
     OpenedFile opened = openQuietly(twoTracks(0xFFFFFFFF));
     auto video = opened->startedTrack(0);
     auto audio = opened->startedTrack(1);

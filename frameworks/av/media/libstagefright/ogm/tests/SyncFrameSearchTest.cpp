@@ -117,7 +117,7 @@ TEST_F(SyncFrameSearchTest, ASyncFrameMoreThanTwoSecondsAfterTheTargetIsNotTaken
     EXPECT_EQ(result.isSyncFrame, 1);
 }
 
-TEST_F(SyncFrameSearchTest, EachStepBackIsThreeSecondsAndIsFollowedByAScanOfItsOwn) {
+TEST_F(SyncFrameSearchTest, EachStepBackIsThreeSecondsAndIsFollowedByItsOwnScan) {
     seek(regularFile(400, {0, 10.5}), 20 * kSecond);
     EXPECT_THAT(searchLines(),
                 ElementsAre(steppedBackTo(17 * kSecond, 9), steppedBackTo(14 * kSecond, 8),
@@ -145,7 +145,7 @@ TEST_F(SyncFrameSearchTest, WithoutSyncFramesTenStepsBackAreMadeAndThenTheTarget
     EXPECT_EQ(mTrack->read().bytes, payload(372));
 }
 
-TEST_F(SyncFrameSearchTest, AfterTheLastStepBackNoFrameIsLookedAt) {
+TEST_F(SyncFrameSearchTest, AfterTheLastStepBackNoFrameIsExamined) {
     // The sync frame is too far from all eleven places that are searched, but not from the target.
     const ReadResult result = seek(regularFile(600, {42.1}), 40 * kSecond);
     EXPECT_EQ(result.timeUs, 37100000);
@@ -160,14 +160,14 @@ TEST_F(SyncFrameSearchTest, TheEndOfTheFileEndsTheSearch) {
     EXPECT_EQ(mEvents.lines().back(), errorLine("return EOS !"));
 }
 
-TEST_F(SyncFrameSearchTest, ASyncFrameIsStillFoundAfterTheEndOfTheFileWasMet) {
+TEST_F(SyncFrameSearchTest, ASyncFrameIsStillFoundAfterTheEndOfTheFileWasReached) {
     // The queue is filled at 18.6 s and meets the end; the last packet but one is not delivered.
     const ReadResult result = seek(regularFile(195, {18.9}), 17 * kSecond);
     EXPECT_THAT(searchLines(), ElementsAre(foundAt(18900000)));
     EXPECT_EQ(result.timeUs, 18900000);
 }
 
-TEST_F(SyncFrameSearchTest, AfterTheEndOfTheFileWasMetOnlyOneStepBackIsMade) {
+TEST_F(SyncFrameSearchTest, AfterTheEndOfTheFileWasReachedOnlyOneStepBackIsMade) {
     // Frames lie more than two seconds after the target, but the end came with them.
     const ReadResult result = seek(regularFile(195, {0}), 17 * kSecond);
     EXPECT_THAT(searchLines(), ElementsAre(steppedBackTo(14 * kSecond, 9)));
@@ -189,7 +189,7 @@ TEST_F(SyncFrameSearchTest, ATrackThatAnotherOneOfItsStreamHasReplacedForgetsWha
     EXPECT_EQ(mTrack->readAt(10 * kSecond).status, AMEDIA_ERROR_END_OF_STREAM);
 }
 
-TEST_F(SyncFrameSearchTest, TheStreamItselfSaysWhatASyncFrameIs) {
+TEST_F(SyncFrameSearchTest, TheCodedPictureTypeDecidesWhatASyncFrameIs) {
     VideoHeader header;
     header.subtype = "mpg2";
     header.timeUnit = kFrameUs * 10;

@@ -138,7 +138,7 @@ TEST_F(ThreadTest, SeeksOfTheSelectedTrackDisturbNoReadOfAnother) {
     }
 }
 
-TEST_F(ThreadTest, SeeksOfAllTracksAtOnceAreServedOneAfterTheOther) {
+TEST_F(ThreadTest, SeeksOfAllTracksAtOnceRunOneAfterTheOther) {
     std::vector<std::future<void>> seekers;
     for (size_t i = 0; i < kStreams; ++i) {
         seekers.push_back(std::async(std::launch::async, [track = mTracks[i].get(), i] {
@@ -157,7 +157,7 @@ TEST_F(ThreadTest, SeeksOfAllTracksAtOnceAreServedOneAfterTheOther) {
     }
 }
 
-TEST_F(ThreadTest, FormatsMayBeAskedForWhileTheTracksRead) {
+TEST_F(ThreadTest, FormatsMayBeRequestedWhileTheTracksRead) {
     std::vector<std::future<size_t>> counts;
     for (size_t i = 0; i < kStreams; ++i) {
         counts.push_back(std::async(std::launch::async, readToTheEnd, std::ref(*mTracks[i]), i));

@@ -11,7 +11,7 @@ constexpr size_t kVideoTrack = 0;
 constexpr size_t kAudioTrack = 1;
 
 /** The packets of a stream's last page do not come, nor the one before, which is still open. */
-constexpr size_t kNeverHandedOut = 2;
+constexpr size_t kNeverReturned = 2;
 
 /** Several MB, beyond which a queue asks for large pages. */
 constexpr size_t kWaitingFrames = 600;
@@ -50,14 +50,14 @@ class WaitingTrackTest : public PluginTest {
     }
 
     static void expectFramesFrom(size_t first, const std::vector<ReadResult>& results) {
-        ASSERT_EQ(results.size(), kFrames - kNeverHandedOut - first);
+        ASSERT_EQ(results.size(), kFrames - kNeverReturned - first);
         for (size_t i = 0; i < results.size(); ++i) {
             ASSERT_EQ(results[i].bytes, frame(first + i)) << first + i;
         }
     }
 };
 
-TEST_F(WaitingTrackTest, CatchesUpAndGoesOnWithLargePackets) {
+TEST_F(WaitingTrackTest, CatchesUpAndContinuesWithLargePackets) {
     OpenedFile file = openQuietly(videoAndAudio());
     const auto audio = file->startedTrack(kAudioTrack);
     const auto video = file->startedTrack(kVideoTrack);
@@ -90,7 +90,7 @@ TEST_F(WaitingTrackTest, HoldsAccessUnitsWhoseFramesLieAcrossPackets) {
     const auto audio = opened->startedTrack(kAudioTrack);
     const auto video = opened->startedTrack(kVideoTrack);
     const size_t pages = (stream.size() + kPacketSize - 1) / kPacketSize;
-    EXPECT_EQ(video->drain().size(), pages - kNeverHandedOut);
+    EXPECT_EQ(video->drain().size(), pages - kNeverReturned);
     const std::vector<ReadResult> results = audio->drain();
     ASSERT_GT(results.size(), kUnits - 10);
     // The second unit, whole in the first packet, confirms the header, and the first is given up.

@@ -45,7 +45,7 @@ size_t startCodePosition(ByteView data) {
 
 }  // namespace
 
-bool searchesForEver(ByteView data) {
+bool searchesForever(ByteView data) {
     return data.size() > kMaxSearched && startCodePosition(data) == kSearchedPositions;
 }
 
@@ -157,7 +157,7 @@ void ScriptedSource::watchPayload(const uint8_t* data, size_t size, ssize_t coun
     }
     mSearched.insert(mSearched.end(), data, data + size);
     const ByteView searched(mSearched.data(), mSearched.size());
-    if (searchesForEver(searched)) {
+    if (searchesForever(searched)) {
         throw DemandedEnd{};
     }
     // Once found, the start code, or the one after what has been removed, is found again.

@@ -58,6 +58,6 @@ class ScriptedSource : public LogObserver {
 };
 
 /** Whether the search for a start code among these bytes does not end. */
-bool searchesForEver(ByteView data);
+bool searchesForever(ByteView data);
 
 }  // namespace android::ogm::fuzz

@@ -17,7 +17,7 @@ namespace {
 constexpr size_t kMegabyte = 1 << 20;
 
 /** Takes small blocks one after the other, and holds no more than one. */
-void takeForEver() {
+void takeForever() {
     for (;;) {
         std::make_unique<std::vector<int>>(1);
     }
@@ -63,23 +63,23 @@ TEST_F(MemoryWatchTest, ManySmallBlocksThatNothingReadJustifiesEndTheProcess) {
             "finding: [0-9]+ bytes are in use after 0 have been read");
 }
 
-TEST_F(MemoryWatchTest, TakingMemoryForEverIsAFindingWithoutAnAc3Track) {
+TEST_F(MemoryWatchTest, TakingMemoryForeverIsAFindingWithoutAnAc3Track) {
     EXPECT_DEATH(
             {
                 const MemoryWatch watch(mSource);
-                takeForEver();
+                takeForever();
             },
             "finding: the plug-in goes on taking memory without reading");
 }
 
-TEST_F(MemoryWatchTest, TakingMemoryForEverLeavesTheRunWithAnAc3Track) {
+TEST_F(MemoryWatchTest, TakingMemoryForeverLeavesTheRunWithAnAc3Track) {
     MemoryWatch watch(mSource);
     watch.allowEndlessGrowth(true);
     watch.allowEndlessGrowth(false);
-    EXPECT_FALSE(endsByItself(takeForEver));
+    EXPECT_FALSE(endsByItself(takeForever));
 }
 
-TEST_F(MemoryWatchTest, AQueueThatGrowsForEverLeavesTheRunWithAnAc3Track) {
+TEST_F(MemoryWatchTest, AQueueThatGrowsForeverLeavesTheRunWithAnAc3Track) {
     MemoryWatch watch(mSource);
     watch.allowEndlessGrowth(true);
     EXPECT_FALSE(endsByItself([] {

@@ -40,7 +40,7 @@ void readTooOften(ScriptedSource& source) {
     }
 }
 
-TEST(ScriptedSourceTest, GivesWhatIsThereAndRefusesNegativeOffsets) {
+TEST(ScriptedSourceTest, ReturnsWhatIsThereAndRefusesNegativeOffsets) {
     const SessionInput input;
     const Bytes file(20, 7);
     ScriptedSource source(input, file);
@@ -91,7 +91,7 @@ TEST(ScriptedSourceTest, TheSearchForAStartCodeEndsWhenOneBeginsAmongThePosition
         Bytes bytes(size, 7);
         const uint8_t prefix[] = {0, 0, 1};
         std::copy_n(prefix, std::min<size_t>(3, size - position), bytes.begin() + position);
-        return searchesForEver(ByteView(bytes.data(), bytes.size()));
+        return searchesForever(ByteView(bytes.data(), bytes.size()));
     };
     EXPECT_FALSE(endless(257, 256));
     EXPECT_TRUE(endless(258, 256));

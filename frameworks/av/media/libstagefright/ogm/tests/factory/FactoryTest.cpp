@@ -101,7 +101,7 @@ TEST_F(FactoryTest, RegistersThePluginUnderItsNameWithItsTypes) {
     EXPECT_THAT(factory.supportedTypes(), ElementsAre("ogm", "ogg"));
 }
 
-TEST_F(FactoryTest, OpensAnOgmFileAndAsksForTracksNameAndFormat) {
+TEST_F(FactoryTest, OpensAnOgmFileAndReadsTracksNameAndFormat) {
     const ExtractorFactory factory = factoryWith({});
     MemorySource source(ogmFile());
     const auto extractor = factory.open(source.table());

@@ -20,7 +20,8 @@ bool CutterDriver::append(const Bytes& bytes, int64_t timeUs) {
 }
 
 std::optional<AccessUnit> CutterDriver::next() {
-    const std::optional<android::AccessUnit> cut = mCutter->dequeueAccessUnit(&mStream, &mRoom);
+    const std::optional<android::AccessUnit> cut =
+            mCutter->dequeueAccessUnit(&mStream, &mAllocator);
     if (!cut) {
         return std::nullopt;
     }

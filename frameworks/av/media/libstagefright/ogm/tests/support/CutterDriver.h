@@ -9,7 +9,7 @@
 
 #include "AccessUnit.h"
 #include "Bytes.h"
-#include "HeapRoom.h"
+#include "HeapAllocator.h"
 #include "audio/AccessUnitCutter.h"
 #include "audio/ElementaryStream.h"
 
@@ -44,7 +44,7 @@ class CutterDriver {
   private:
     const std::unique_ptr<AccessUnitCutter> mCutter;
     ElementaryStream mStream;
-    HeapRoom mRoom;
+    HeapAllocator mAllocator;
 };
 
 }  // namespace android::ogm::test

@@ -120,7 +120,7 @@ TEST_F(Ac3CutterTest, BelowFrameSizeCodeThreeTheRowsAreTheStandards) {
     }
 }
 
-TEST_F(Ac3CutterTest, EvenCodesAt48And32KilohertzHaveTheStandardsSizeAllTheSame) {
+TEST_F(Ac3CutterTest, EvenCodesAt48And32KilohertzStillHaveTheStandardsSize) {
     for (uint32_t frmsizecod = 4; frmsizecod < 37; frmsizecod += 2) {
         for (const uint32_t fscod : {0U, 2U}) {
             Ac3Frame standard;
@@ -155,7 +155,7 @@ TEST_F(Ac3CutterTest, FrameSizeCode37HasNoBytesAtAnyRate) {
     }
 }
 
-TEST_F(Ac3CutterTest, FrameSizeCode37GivesEmptyUnitsWithoutATimeForEver) {
+TEST_F(Ac3CutterTest, FrameSizeCode37GivesEmptyUnitsWithoutATimeForever) {
     EXPECT_TRUE(mCutter->append(startOf(37, 0x40, pattern(20, 1)), 1000));
     EXPECT_THAT(mCutter->cut(1000), Each(AccessUnit{{}, std::nullopt}));
     EXPECT_EQ(mCutter->cut(1000).size(), 1000U);
@@ -163,7 +163,7 @@ TEST_F(Ac3CutterTest, FrameSizeCode37GivesEmptyUnitsWithoutATimeForEver) {
     EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 26U)));
 }
 
-TEST_F(Ac3CutterTest, FrameSizeCode37LosesOnlyTheBytesInFrontOfTheSyncWord) {
+TEST_F(Ac3CutterTest, FrameSizeCode37LosesOnlyTheBytesBeforeTheSyncWord) {
     mCutter->place(joined({pattern(7, 2), startOf(37, 0x40, pattern(20, 1))}), 1000);
     EXPECT_EQ(mCutter->next(), (AccessUnit{{}, std::nullopt}));
     EXPECT_EQ(mCutter->buffered(), startOf(37, 0x40, pattern(20, 1)));
@@ -190,7 +190,7 @@ TEST_F(Ac3CutterTest, AFrameSizeCodeOf38OrMoreIsDroppedUnderTheSameMessage) {
     }
 }
 
-TEST_F(Ac3CutterTest, BytesInFrontOfARefusedFrameAreDroppedWithItsSyncWord) {
+TEST_F(Ac3CutterTest, BytesBeforeARefusedFrameAreDroppedWithItsSyncWord) {
     mCutter->place(joined({pattern(30, 1), startOf(0xC0, 0x40, pattern(14, 2))}), 1000);
     EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_EQ(mCutter->buffered(), tail(startOf(0xC0, 0x40, pattern(14, 2)), 2));
@@ -257,7 +257,7 @@ TEST_F(Ac3CutterTest, AFrameOneByteShortChangesNothing) {
                 ElementsAre(AccessUnit{frame(1), 1000}));
 }
 
-TEST_F(Ac3CutterTest, AnIncompleteFrameKeepsTheBytesInFrontOfItToo) {
+TEST_F(Ac3CutterTest, AnIncompleteFrameKeepsTheBytesBeforeItToo) {
     const Bytes bytes = joined({pattern(30, 1), head(frame(1), 100)});
     mCutter->place(bytes, 1000);
     EXPECT_EQ(mCutter->next(), std::nullopt);
@@ -314,7 +314,7 @@ TEST_F(Ac3CutterTest, WithFewerThanFiveBytesFromTheSyncWordOnTheBitReaderEndsThe
     }
 }
 
-TEST_F(Ac3CutterTest, WithExactlyFiveBytesTheMissingBitStreamIdCountsAsZero) {
+TEST_F(Ac3CutterTest, WithExactlyFiveBytesTheMissingBitStreamIdIsReadAsZero) {
     mCutter->place(joined({pattern(20, 1), {0x0B, 0x77, 0x12, 0x34, 0x00}}), 1000);
     EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_THAT(mEvents.lines(), ElementsAre(incomplete(128, 5)));
@@ -349,7 +349,7 @@ TEST_F(Ac3CutterTest, OneByteAtATimeGivesNothing) {
     EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
-TEST_F(Ac3CutterTest, OneByteAtATimeBehindASyncWordGivesFramesUntilTheBufferRunsEmpty) {
+TEST_F(Ac3CutterTest, OneByteAtATimeAfterASyncWordGivesFramesUntilTheBufferRunsEmpty) {
     const auto stream = frames(3);
     EXPECT_THAT(feed({0x0B, 0x77}, 1000), IsEmpty());
     EXPECT_EQ(framesOf(feedAll(*mCutter, equalPieces(tail(joinedAll(stream), 2), 1))),

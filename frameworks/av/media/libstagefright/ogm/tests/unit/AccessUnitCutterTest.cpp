@@ -66,7 +66,7 @@ TEST_P(AlignmentTest, ASyncWordAtTheStartIsTakenWithoutAWord) {
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
-TEST_P(AlignmentTest, BytesInFrontOfTheSyncWordAreDroppedAndTheirNumberLogged) {
+TEST_P(AlignmentTest, BytesBeforeTheSyncWordAreDroppedAndTheirNumberLogged) {
     const Bytes bytes = joined({GetParam().bytes, pattern(5, 1)});
     for (const size_t junk : {1, 2, 3, 500}) {
         auto cutter = appended(GetParam().type, joined({pattern(junk, 2), bytes}));
@@ -94,7 +94,7 @@ TEST_P(AlignmentTest, BytesWithoutASyncWordAreRefused) {
     expectRefused(GetParam().type, pattern(1000, 2));
 }
 
-TEST_P(AlignmentTest, BytesBehindOthersAreAppendedWholeWhateverTheyAre) {
+TEST_P(AlignmentTest, BytesAfterOthersAreAllAppendedWhateverTheyAre) {
     const Bytes first = joined({GetParam().bytes, pattern(5, 1)});
     const Bytes second = joined({pattern(2, 3), GetParam().bytes, pattern(2, 4)});
     auto cutter = appended(GetParam().type, first);
@@ -152,7 +152,7 @@ TEST_F(AccessUnitCutterTest, AStreamDoesNotBeginWithADtsCoreOf14BitWords) {
     expectRefused(OGA_AUDIO_DTS, joined({kDts14BitSync, pattern(100, 1)}));
 }
 
-TEST_F(AccessUnitCutterTest, TheFirstOfTwoDtsSyncWordsCountsWhicheverItIs) {
+TEST_F(AccessUnitCutterTest, TheFirstOfTwoDtsSyncWordsIsUsedWhicheverItIs) {
     const Bytes bytes = joined({kDtsSubstreamSync, pattern(9, 1), kDtsCoreSync, {0x55}});
     EXPECT_EQ(appended(OGA_AUDIO_DTS, bytes)->buffered(), bytes);
     EXPECT_EQ(appended(OGA_AUDIO_DTS, joined({pattern(3, 2), bytes}))->buffered(), bytes);

@@ -16,7 +16,7 @@ TEST(ByteBufferTest, ANewOneIsEmpty) {
     EXPECT_EQ(ByteBuffer().view().data(), nullptr);
 }
 
-TEST(ByteBufferTest, OneMadeForNoBytesHasAnAddressToReadTo) {
+TEST(ByteBufferTest, OneOfNoBytesHasANonNullPointer) {
     EXPECT_NE(ByteBuffer(size_t{0}).data(), nullptr);
 }
 
@@ -89,7 +89,7 @@ TEST(ByteBufferTest, BytesGetNewStorageAsLongAsFewerHaveBeenDropped) {
     EXPECT_EQ(bytesOf(buffer), joined({tail(pattern(100, 1), 99), pattern(200, 2), {3}}));
 }
 
-TEST(ByteBufferTest, MovingLeavesAnEmptyOneBehind) {
+TEST(ByteBufferTest, MovingLeavesAnEmptyOne) {
     ByteBuffer from(viewOf({1, 2, 3}));
     from.dropFront(1);
     ByteBuffer to(std::move(from));
@@ -157,7 +157,7 @@ TEST(ByteBufferTest, APartKeepsItsBytesWhenTheOtherIsClearedAndFilledAgain) {
     EXPECT_EQ(bytesOf(second), pattern(50, 9));
 }
 
-TEST(ByteBufferTest, TellsWhereItBeginsInItsStorageAndInNoOther) {
+TEST(ByteBufferTest, ReportsWhereItBeginsInItsStorageAndInNoOther) {
     const SharedBytes storage(100);
     ByteBuffer buffer(storage, 10, 20);
     EXPECT_EQ(buffer.offsetIn(storage), 10U);
@@ -188,7 +188,7 @@ TEST(ByteBufferTest, ResettingToMoreThanThereIsRoomForMakesStorageOfThatSize) {
     EXPECT_EQ(bytesOf(buffer), bytes);
 }
 
-TEST(ByteBufferTest, ResettingAnEmptyOneToNoBytesGivesAnAddressToReadTo) {
+TEST(ByteBufferTest, ResettingAnEmptyOneToNoBytesGivesANonNullPointer) {
     ByteBuffer buffer;
     buffer.reset(0);
     EXPECT_NE(buffer.data(), nullptr);

@@ -34,7 +34,7 @@ TEST(ByteViewTest, TheMissingBytesOfANumberAreZero) {
     EXPECT_EQ(kView.u64le(SIZE_MAX - 3), 0U);
 }
 
-TEST(ByteViewTest, AByteIsFoundAtOrBehindThePlaceWhereTheSearchBegins) {
+TEST(ByteViewTest, AByteIsFoundAtOrAfterThePlaceWhereTheSearchBegins) {
     EXPECT_EQ(kView.find('g', 0), 1U);
     EXPECT_EQ(kView.find('g', 1), 1U);
     EXPECT_EQ(kView.find('g', 2), 2U);
@@ -45,7 +45,7 @@ TEST(ByteViewTest, AByteIsFoundAtOrBehindThePlaceWhereTheSearchBegins) {
     EXPECT_EQ(ByteView().find(0, 0), std::nullopt);
 }
 
-TEST(ByteViewTest, ATextIsFoundAtOrBehindThePlaceWhereTheSearchBegins) {
+TEST(ByteViewTest, ATextIsFoundAtOrAfterThePlaceWhereTheSearchBegins) {
     EXPECT_EQ(kView.find("gS", 0), 2U);
     EXPECT_EQ(kView.find("gS", 2), 2U);
     EXPECT_EQ(kView.find("gS", 3), std::nullopt);

@@ -29,7 +29,7 @@ TEST(ChunkSplitterTest, TheShortestChunkIsTheStartCodeAlone) {
     EXPECT_EQ(chunkSize({0x00, 0x00, 0x01, 0x00, 0x00, 0x01}), 3);
 }
 
-TEST(ChunkSplitterTest, AZeroInFrontOfTheNextStartCodeBelongsToTheChunk) {
+TEST(ChunkSplitterTest, AZeroBeforeTheNextStartCodeBelongsToTheChunk) {
     EXPECT_EQ(chunkSize({0x00, 0x00, 0x01, 0xB0, 0x00, 0x00, 0x00, 0x01, 0xB5}), 5);
 }
 
@@ -48,7 +48,7 @@ TEST(ChunkSplitterTest, FewerThanThreeBytesGiveNoEndWhateverTheyAre) {
     EXPECT_EQ(chunkSize({0x55, 0x55}), -11);
 }
 
-TEST(ChunkSplitterTest, AStartCodeWithFewerThanThreeBytesBehindItGivesNoEnd) {
+TEST(ChunkSplitterTest, AStartCodeWithFewerThanThreeBytesAfterItGivesNoEnd) {
     EXPECT_EQ(chunkSize({0x00, 0x00, 0x01}), -11);
     EXPECT_EQ(chunkSize({0x00, 0x00, 0x01, 0x00, 0x00}), -11);
 }

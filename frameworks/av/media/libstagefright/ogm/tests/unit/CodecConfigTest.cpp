@@ -46,7 +46,7 @@ class CodecConfigRoutineTest : public LogTest {
 using Mpeg4VideoConfigTest = CodecConfigRoutineTest;
 using MpegAudioConfigTest = CodecConfigRoutineTest;
 
-TEST_F(Mpeg4VideoConfigTest, AVolInFrontOfAPictureBecomesTheEsds) {
+TEST_F(Mpeg4VideoConfigTest, AVolBeforeAPictureBecomesTheEsds) {
     EXPECT_EQ(configureVideo(joined({vol(), vop(), vop()})), AMEDIA_OK);
     EXPECT_EQ(configuration(), vol());
     EXPECT_THAT(mEvents.lines(),
@@ -56,7 +56,7 @@ TEST_F(Mpeg4VideoConfigTest, AVolInFrontOfAPictureBecomesTheEsds) {
                             infoLine("get csd success!")));
 }
 
-TEST_F(Mpeg4VideoConfigTest, TheEsdsHoldsTheConfigurationBehindItsHeaders) {
+TEST_F(Mpeg4VideoConfigTest, TheEsdsHoldsTheConfigurationAfterItsHeaders) {
     const Bytes config = vol();
     const auto n = static_cast<uint8_t>(config.size());
     EXPECT_EQ(configureVideo(joined({config, vop(), vop()})), AMEDIA_OK);
@@ -89,7 +89,7 @@ TEST_F(Mpeg4VideoConfigTest, WhatFollowsTheVolUpToThePictureStaysInTheEsds) {
     EXPECT_EQ(mEvents.count(infoLine("enter WAIT_FOR_VOP_START")), 2U);
 }
 
-TEST_F(Mpeg4VideoConfigTest, BytesInFrontOfAVolThatIsTheFirstChunkStayInTheEsds) {
+TEST_F(Mpeg4VideoConfigTest, BytesBeforeAVolThatIsTheFirstChunkStayInTheEsds) {
     // The packet header byte of an encoder that writes nothing before the VOL.
     EXPECT_EQ(configureVideo(joined({{0x08}, vol(), vop(), vop()})), AMEDIA_OK);
     EXPECT_EQ(configuration(), joined({{0x08}, vol()}));

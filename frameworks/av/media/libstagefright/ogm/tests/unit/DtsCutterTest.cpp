@@ -44,7 +44,7 @@ TEST_F(DtsCutterTest, AFrameComesOutOnlyWhenTheNextSyncWordHasArrived) {
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
-TEST_F(DtsCutterTest, ASyncWordCountsOnlyWithAByteBehindIt) {
+TEST_F(DtsCutterTest, ASyncWordIsFoundOnlyIfAByteFollowsIt) {
     EXPECT_THAT(feed(joined({frame(1), head(frame(2), 4)}), 1000), IsEmpty());
     EXPECT_THAT(feed({0x55}, 2000), ElementsAre(AccessUnit{frame(1), 1000}));
 }
@@ -66,7 +66,7 @@ TEST_F(DtsCutterTest, EveryFormEndsTheFrameBeforeIt) {
     }
 }
 
-TEST_F(DtsCutterTest, ASubstreamBehindItsCoreIsAnAccessUnitOfItsOwn) {
+TEST_F(DtsCutterTest, ASubstreamAfterItsCoreIsASeparateAccessUnit) {
     const Bytes core = frame(1);
     const Bytes substream = frame(2, DtsForm::kHdSubstream);
     EXPECT_THAT(feed(joined({core, substream, core}), 1000),
@@ -80,7 +80,7 @@ TEST_F(DtsCutterTest, AFrameOf14BitWordsIsCutOnceTheStreamHasBegun) {
                             AccessUnit{core14, 1000}));
 }
 
-TEST_F(DtsCutterTest, JunkInFrontOfTheFirstSyncWordIsDroppedAndItsRangesConsumed) {
+TEST_F(DtsCutterTest, JunkBeforeTheFirstSyncWordIsDroppedAndItsRangesConsumed) {
     mCutter->place(pattern(30, 1), 1000);
     EXPECT_TRUE(mCutter->append(pattern(10, 2), 2000));
     EXPECT_TRUE(mCutter->append(frame(1), 3000));
@@ -96,7 +96,7 @@ TEST_F(DtsCutterTest, OneByteOfJunkIsDroppedToo) {
     EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 2000}));
 }
 
-TEST_F(DtsCutterTest, AFrameBehindJunkHasTheTimeOfTheRangeOfItsSyncWord) {
+TEST_F(DtsCutterTest, AFrameAfterJunkHasTheTimeOfTheRangeOfItsSyncWord) {
     mCutter->place(joined({pattern(30, 1), head(frame(1), 100)}), 1000);
     EXPECT_TRUE(mCutter->append(joined({tail(frame(1), 100), frame(2)}), 2000));
     EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 1000}));
@@ -108,7 +108,7 @@ TEST_F(DtsCutterTest, JunkOfANegativeTimeIsDroppedWithoutComplaint) {
     EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 2000}));
 }
 
-TEST_F(DtsCutterTest, JunkIsDroppedAlsoWhenOnlyASyncWordFollows) {
+TEST_F(DtsCutterTest, JunkIsDroppedEvenWhenOnlyASyncWordFollows) {
     mCutter->place(joined({pattern(30, 1), head(frame(1), 5)}), 1000);
     EXPECT_EQ(mCutter->next(), std::nullopt);
     EXPECT_EQ(mCutter->buffered(), head(frame(1), 5));
@@ -122,7 +122,7 @@ TEST_F(DtsCutterTest, BytesWithoutASyncWordAreKept) {
     EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, 34U)));
 }
 
-TEST_F(DtsCutterTest, BytesBehindAFrameBelongToIt) {
+TEST_F(DtsCutterTest, BytesAfterAFrameBelongToIt) {
     const Bytes longer = joined({frame(1), pattern(77, 9)});
     EXPECT_THAT(feed(joined({longer, frame(2)}), 1000), ElementsAre(AccessUnit{longer, 1000}));
 }
@@ -177,7 +177,7 @@ TEST_F(DtsCutterTest, OneByteAtATimeGivesNothing) {
     EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
-TEST_F(DtsCutterTest, OneByteAtATimeBehindASyncWordGivesTheFramesOfTheWhole) {
+TEST_F(DtsCutterTest, OneByteAtATimeAfterASyncWordGivesTheFramesOfTheWhole) {
     const auto stream = frames(20);
     EXPECT_THAT(feed(head(stream[0], 4), 500), IsEmpty());
     EXPECT_EQ(framesOf(feedAll(*mCutter, equalPieces(tail(joinedAll(stream), 4), 1))),
@@ -230,7 +230,7 @@ TEST(DtsSyncSearchTest, AStreamBeginsAtACoreOf16BitWordsOrASubstream) {
     EXPECT_EQ(find({0x1F, 0xFF, 0xE8, 0x00, 0x00}), std::nullopt);
 }
 
-TEST(DtsSyncSearchTest, AnyFormWithAByteBehindItIsASyncWordFromAGivenPositionOn) {
+TEST(DtsSyncSearchTest, AnyFormFollowedByAByteIsFoundFromAGivenPositionOn) {
     const Bytes bytes = joined({{0x7F, 0xFE, 0x80, 0x01}, {0x1F, 0xFF, 0xE8, 0x00}, {0x55}});
     EXPECT_EQ(findDtsSync(viewOf(bytes), 0), 0U);
     EXPECT_EQ(findDtsSync(viewOf(bytes), 1), 4U);

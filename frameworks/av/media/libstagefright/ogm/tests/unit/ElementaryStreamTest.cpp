@@ -42,11 +42,11 @@ class ElementaryStreamTest : public LogTest {
     }
     Bytes bytes() const { return bytesOf(mStream.view()); }
     Bytes take(size_t offset, size_t size) {
-        return bytesOf(mStream.takeFrame(offset, size, &mRoom));
+        return bytesOf(mStream.takeFrame(offset, size, &mAllocator));
     }
 
     ElementaryStream mStream;
-    HeapRoom mRoom;
+    HeapAllocator mAllocator;
 };
 
 TEST_F(ElementaryStreamTest, PiecesAreJoinedAndTheirRangesKept) {
@@ -59,7 +59,7 @@ TEST_F(ElementaryStreamTest, PiecesAreJoinedAndTheirRangesKept) {
     EXPECT_THAT(rangesOf(mStream), ElementsAre(Pair(1000, 2U), Pair(2000, 0U), Pair(3000, 1U)));
 }
 
-TEST_F(ElementaryStreamTest, AFrameIsTakenWithTheBytesInFrontOfItAndItsRangesStay) {
+TEST_F(ElementaryStreamTest, AFrameIsTakenWithTheBytesBeforeItAndItsRangesStay) {
     append({9, 1, 2, 3}, 1000);
     append({4}, 2000);
     EXPECT_EQ(take(1, 2), (Bytes{1, 2}));
@@ -74,7 +74,7 @@ TEST_F(ElementaryStreamTest, AFrameKeepsItsBytesWhateverFollows) {
         if (!isFull) {
             append(pattern(kSize, 2), 1000);  // room for more from here on
         }
-        const ByteBuffer frame = mStream.takeFrame(10, 20, &mRoom);
+        const ByteBuffer frame = mStream.takeFrame(10, 20, &mAllocator);
         for (uint32_t i = 3; i < 20; ++i) {
             append(pattern(kSize, i), 1000);
         }

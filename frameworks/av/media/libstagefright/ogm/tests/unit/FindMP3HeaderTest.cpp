@@ -70,7 +70,7 @@ TEST_F(FindMP3HeaderTest, FourBytesOrFewerFailAtOnce) {
                                                         failed(4, "ff fb 90 64  0  0  0  0")));
 }
 
-TEST_F(FindMP3HeaderTest, FourBytesOrFewerBehindTheStartFailAtOnce) {
+TEST_F(FindMP3HeaderTest, FourBytesOrFewerAfterTheStartFailAtOnce) {
     EXPECT_EQ(search(frame(), 413), notFound(413));
     EXPECT_THAT(mEvents.lines(), ::testing::ElementsAre(failed(417, "ff fb 90 64 11 11 11 11")));
 }
@@ -108,7 +108,7 @@ TEST_F(FindMP3HeaderTest, TwoBytesOfTheSecondHeaderConfirmTheFirstOnlyAtSampling
                                        failed(386, "ff fb 94 64 11 11 11 11")));
 }
 
-TEST_F(FindMP3HeaderTest, ASingleFrameWithNothingBehindItOverflowsTheBuffer) {
+TEST_F(FindMP3HeaderTest, ASingleFrameWithNothingAfterItOverflowsTheBuffer) {
     EXPECT_EQ(search(frame()), notFound(0));
     EXPECT_THAT(mEvents.lines(),
                 ::testing::ElementsAre(header1("FF FB 90 64"), sizes(417, 0, 417), overflow(),
@@ -195,7 +195,7 @@ TEST_F(FindMP3HeaderTest, ANewCandidateAtTheVeryEndFailsWithoutAnotherTry) {
                                        failed(421, "ff fb 90 64 11 11 11 11")));
 }
 
-TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateIsGivenUpForTheNextPosition) {
+TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateIsDroppedForTheNextPosition) {
     // A header by accident, and after it two real frames of which none lies 417 bytes on.
     const Bytes bytes = joined({bigEndian(kLayer3At128), filled(5, 1), frame(1), frame(2)});
     EXPECT_EQ(search(bytes), found(426, kLayer3At128));
@@ -217,7 +217,7 @@ TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateStaysInHandAndItsFrameMovesOn) {
     EXPECT_EQ(mEvents.count(overflow()), 1U);
 }
 
-TEST_F(FindMP3HeaderTest, ACandidateInHandIsConfirmedAFrameBehindAPositionWithoutHeader) {
+TEST_F(FindMP3HeaderTest, ACandidateIsConfirmedOneFrameAfterAPositionWithoutAHeader) {
     // The header at 421 is too close to the end to be a candidate, but confirms from position 1.
     const Bytes bytes = joined({frame(), filled(4, 0x11), bigEndian(kLayer3At128)});
     EXPECT_EQ(search(bytes), found(418, kLayer3At128));
@@ -249,7 +249,7 @@ TEST_F(FindMP3HeaderTest, TheSearchBeginsAtTheGivenOffset) {
     EXPECT_EQ(search(frames, 418), notFound(834));
 }
 
-TEST_F(FindMP3HeaderTest, AnOffsetBehindTheBytesFails) {
+TEST_F(FindMP3HeaderTest, AnOffsetPastTheBytesFails) {
     EXPECT_EQ(search(joined({frame(0), frame(1)}), 5000), notFound(5000));
 }
 

@@ -48,7 +48,7 @@ TEST_F(FrameTypeTest, AnMpeg4StartCodeIsFoundWithAByteAfterIt) {
     EXPECT_EQ(mpeg4({9, 9, 9, 0, 0, 1, 0xB6, 0x90}), kBidirectionalFrame);
 }
 
-TEST_F(FrameTypeTest, TheFirstMpeg4PictureOfAPacketIsLookedAt) {
+TEST_F(FrameTypeTest, TheFirstMpeg4PictureOfAPacketDecides) {
     EXPECT_EQ(mpeg4(joined({groupOfVop(), videoObjectPlane(2), videoObjectPlane(0)})),
               kBidirectionalFrame);
 }

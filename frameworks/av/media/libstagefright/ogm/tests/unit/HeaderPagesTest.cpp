@@ -81,7 +81,7 @@ TEST_F(HeaderPagesTest, TheFirstDataPageIsTheFirstThatBeginsNoStream) {
     EXPECT_THAT(firstDataPageLines(), ElementsAre(infoLine("mFirstDataPageOffset = 81")));
 }
 
-TEST_F(HeaderPagesTest, WithJunkInFrontOfItItIsWhereTheJunkBegins) {
+TEST_F(HeaderPagesTest, WithJunkBeforeItItIsWhereTheJunkBegins) {
     OgmFile file = fileOfPages(1);
     file.addJunk(9);
     file.addData(1, 1, {1});

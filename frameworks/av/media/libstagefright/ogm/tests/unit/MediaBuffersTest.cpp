@@ -15,7 +15,7 @@ class MediaBuffersTest : public ::testing::Test {
     MediaBufferGroupHelper mHelper{mGroup.wrap()};
 };
 
-TEST_F(MediaBuffersTest, ABufferHasAtLeastTheSizeAskedFor) {
+TEST_F(MediaBuffersTest, ABufferHasAtLeastTheRequestedSize) {
     MediaBufferHelper* const small = acquireBuffer(&mHelper, 10);
     MediaBufferHelper* const large = acquireBuffer(&mHelper, 1000);
     ASSERT_NE(small, nullptr);

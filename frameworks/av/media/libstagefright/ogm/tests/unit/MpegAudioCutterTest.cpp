@@ -57,7 +57,7 @@ class MpegAudioCutterTest : public CutterTest {
     std::unique_ptr<CutterDriver> mCutter;
 };
 
-TEST_F(MpegAudioCutterTest, ThreeBytesOrFewerAreNotLookedAt) {
+TEST_F(MpegAudioCutterTest, ThreeBytesOrFewerAreNotExamined) {
     EXPECT_THAT(feed(head(frame(0), 3), 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), IsEmpty());
     EXPECT_EQ(mCutter->buffered().size(), 3U);
@@ -70,7 +70,7 @@ TEST_F(MpegAudioCutterTest, FourBytesAreTooFewForTheSearchAndAreKept) {
     EXPECT_EQ(mCutter->buffered(), head(frame(0), 4));
 }
 
-TEST_F(MpegAudioCutterTest, TheFirstFrameIsGivenUpAndItsBytesAreChargedToTheSecond) {
+TEST_F(MpegAudioCutterTest, TheFirstFrameIsLostAndItsBytesAreChargedToTheSecond) {
     EXPECT_THAT(feed(frame(0), 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), Contains(notLocked(kFrameSize)));
     mEvents.clear();
@@ -140,7 +140,7 @@ TEST_F(MpegAudioCutterTest, BytesWithoutAHeaderThatAgreesAreThrownAwayButNotThei
     EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(5000, junk.size())));
 }
 
-TEST_F(MpegAudioCutterTest, RangesLeftBehindMakeLaterTimesLag) {
+TEST_F(MpegAudioCutterTest, RemainingRangesMakeLaterTimesLag) {
     lock();
     EXPECT_THAT(feed(joined({{0xFF, 0xFB, 0x94, 0x64}, pattern(296, 1)}), 5000), IsEmpty());
     EXPECT_THAT(feed(frame(2), 6000), ElementsAre(AccessUnit{frame(2), 5000}));
@@ -219,13 +219,13 @@ TEST_F(MpegAudioCutterTest, AChangeOfBitrateProtectionPaddingOrModeLosesNothing)
     EXPECT_EQ(framesOf(feed(joinedAll(frames), 1)), framesOf(frames));
 }
 
-TEST_F(MpegAudioCutterTest, TheHeaderOutlivesADiscontinuitySoThatNoFurtherFrameIsGivenUp) {
+TEST_F(MpegAudioCutterTest, TheHeaderOutlivesADiscontinuitySoThatNoFurtherFrameIsLost) {
     lock();
     mCutter->clear();
     EXPECT_THAT(feed(frame(7), 5000), ElementsAre(AccessUnit{frame(7), 5000}));
 }
 
-TEST_F(MpegAudioCutterTest, FramesThreeBytesApartAreFoundBehindTheGap) {
+TEST_F(MpegAudioCutterTest, FramesThreeBytesApartAreFoundAfterTheGap) {
     const Bytes gap{0x00, 0x28, 0x01};
     EXPECT_THAT(feed(joined({frame(0), gap, frame(1), gap, frame(2)}), 1000),
                 ElementsAre(AccessUnit{frame(1), 1000}, AccessUnit{frame(2), 1000}));
@@ -255,7 +255,7 @@ TEST_F(MpegAudioCutterTest, ANegativeTimeEndsTheProcess) {
                           "timeUs,0ll) failed: -5 vs. 0"));
 }
 
-TEST_F(MpegAudioCutterTest, TheFirstFrameThatComesOutFillsTheFormatForGood) {
+TEST_F(MpegAudioCutterTest, TheFirstFrameCutFillsTheFormatAndNoLaterOneChangesIt) {
     MpegAudioFrame frame;
     frame.version = MpegVersion::kMpeg2;
     frame.layer = 2;
@@ -265,11 +265,11 @@ TEST_F(MpegAudioCutterTest, TheFirstFrameThatComesOutFillsTheFormatForGood) {
     frame.mono = false;
     MpegAudioCutter cutter;
     ElementaryStream stream;
-    HeapRoom room;
+    HeapAllocator allocator;
     const auto take = [&](const Bytes& bytes) {
         ByteBuffer piece(viewOf(bytes));
         EXPECT_TRUE(appendAudioData(cutter, &stream, &piece, 0));
-        return cutter.dequeueAccessUnit(&stream, &room).has_value();
+        return cutter.dequeueAccessUnit(&stream, &allocator).has_value();
     };
     EXPECT_FALSE(take(mono));
     EXPECT_EQ(cutter.format(), nullptr);
@@ -330,7 +330,7 @@ TEST_F(MpegAudioPiecesTest, OneByteAtATimeGivesNothing) {
     EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
-TEST_F(MpegAudioPiecesTest, OneByteAtATimeBehindALockGivesTheFramesUntilTheBufferRunsEmpty) {
+TEST_F(MpegAudioPiecesTest, OneByteAtATimeAfterALockGivesTheFramesUntilTheBufferRunsEmpty) {
     lock();
     const Bytes stream = joined({frame(2), frame(3)});
     EXPECT_THAT(feed(head(stream, 3), 5000), IsEmpty());
@@ -339,7 +339,7 @@ TEST_F(MpegAudioPiecesTest, OneByteAtATimeBehindALockGivesTheFramesUntilTheBuffe
     EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
 
-TEST_F(MpegAudioPiecesTest, TheFirstFrameIsGivenUpOnlyWhenTheSecondIsWholeAtTheLock) {
+TEST_F(MpegAudioPiecesTest, TheFirstFrameIsLostOnlyWhenTheSecondIsWholeAtTheLock) {
     // Otherwise the next search begins at the front again, and knows the header.
     const Bytes stream = joined({frame(0), frame(1), frame(2)});
     for (const size_t atTheLock : {kFrameSize + 4, 2 * kFrameSize - 1, 2 * kFrameSize}) {
@@ -356,7 +356,7 @@ TEST_F(MpegAudioPiecesTest, TheFirstFrameIsGivenUpOnlyWhenTheSecondIsWholeAtTheL
     }
 }
 
-TEST_F(MpegAudioPiecesTest, PiecesOfAnEqualSizeGiveAllFramesSaveThatTheFirstMayBeGivenUp) {
+TEST_F(MpegAudioPiecesTest, PiecesOfAnEqualSizeGiveAllFramesExceptPerhapsTheFirst) {
     const auto stream = frames(20);
     const size_t firstSize = stream[0].size();
     for (const size_t size : {50, 64, 100, 255, 300, 500, 1000, 4096}) {

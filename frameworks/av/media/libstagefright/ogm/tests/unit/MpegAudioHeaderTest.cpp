@@ -236,7 +236,7 @@ TEST(MpegAudioHeaderScanTest, ExactlyTheBitsOfSyncVersionLayerAndRateMustAgree) 
     }
 }
 
-TEST(MpegAudioHeaderScanTest, FindsAHeaderBehindAByteThatLooksLikeOne) {
+TEST(MpegAudioHeaderScanTest, FindsAHeaderAfterAByteThatLooksLikeOne) {
     EXPECT_EQ(scan(joined({{0xFF, 0xFF, 0xFB}, bigEndian(kLayer3At128)})), 3);
     EXPECT_EQ(scan(joined({{0xFF}, bigEndian(kLayer3At128)})), 1);
 }

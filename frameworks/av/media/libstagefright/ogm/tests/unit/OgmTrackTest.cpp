@@ -135,7 +135,7 @@ TEST_F(OgmTrackTest, ReframedAudioReportsAPacketTooShortAndOneWithoutSync) {
     EXPECT_EQ(append({}, !kNewPacket), AMEDIA_ERROR_MALFORMED);
 }
 
-TEST_F(OgmTrackTest, AnAc3FrameOfNoBytesIsTakenOutOfAPacketForEver) {
+TEST_F(OgmTrackTest, AnAc3FrameOfNoBytesIsCutOutOfAPacketForever) {
     // frmsizecod 37, for which the cutter's table has no size.
     const Bytes endless{0x00, 0x00, 0x00, 0x0B, 0x77, 0x12, 0x34, 37, 0x40, 1, 2, 3, 4};
     Bytes measured = endless;
@@ -147,7 +147,7 @@ TEST_F(OgmTrackTest, AnAc3FrameOfNoBytesIsTakenOutOfAPacketForEver) {
     EXPECT_EQ(runInChild([&] { append(measured, kNewPacket); }, kEndlessCall), returned());
 }
 
-TEST_F(OgmTrackTest, ReframedAudioSaysWhyItRefusesAPacket) {
+TEST_F(OgmTrackTest, ReframedAudioLogsWhyItRefusesAPacket) {
     startTrack(OGA_AUDIO_AC3);
     append({0, 0, 0}, kNewPacket);
     EXPECT_EQ(mEvents.lines().back(), errorLine("Invalid append buffer size:3"));
@@ -183,7 +183,7 @@ INSTANTIATE_TEST_SUITE_P(
                           Timing{OGA_AUDIO_PCM, 10000000, -1, 0},
                           Timing{OGA_AUDIO_PCM, 10000000, 0, 0}));
 
-TEST_F(OgmTrackTest, WithoutATargetTimeNoneIsSet) {
+TEST_F(OgmTrackTest, WithoutATargetTimeNoEntryIsSet) {
     MediaBufferHelper* buffer = trackWith(OGV_VIDEO_H264, {0x08, 1, 2}).dequeueFrame(kNoTarget);
     ASSERT_NE(buffer, nullptr);
     EXPECT_EQ(bytesOf(buffer), (Bytes{1, 2}));
@@ -222,7 +222,7 @@ INSTANTIATE_TEST_SUITE_P(Types, UnnamedVideoTypeTest, ::testing::Values(16U, 21U
 
 class UnknownTypeTest : public OgmTrackTest, public ::testing::WithParamInterface<uint32_t> {};
 
-TEST_P(UnknownTypeTest, HandsNothingOutAndKeepsThePacket) {
+TEST_P(UnknownTypeTest, ReturnsNothingAndKeepsThePacket) {
     OgmTrack& track = trackWith(GetParam(), {0x08, 1, 2});
     const LogLine line = errorLine(
             formatted("dequeueFrame:Unknow track type:%d\n", static_cast<int>(GetParam())));

@@ -269,7 +269,7 @@ class CountedPacketTest : public PacketClockTest {
     }
 };
 
-TEST_F(CountedPacketTest, ThePacketsOfThePageBeforeTellHowFarApartThoseOfThisPageAre) {
+TEST_F(CountedPacketTest, ThePacketsOfThePageBeforeDecideHowFarApartThoseOfThisPageAre) {
     count(mAudio, 2);
     // (9000 - 1000) / 8 samples a packet, two packets after 1000, at 8 kHz.
     EXPECT_EQ(mAudio.packetTimeUs(5), 375000);

@@ -38,7 +38,7 @@ TEST_F(FrameHeaderTest, VideoHasOneByteWhateverItHolds) {
     EXPECT_TRUE(mEvents.lines().empty());
 }
 
-TEST_F(FrameHeaderTest, AudioHasTheSizeThatItsFirstByteSays) {
+TEST_F(FrameHeaderTest, AudioHasTheSizeGivenByItsFirstByte) {
     for (const uint32_t type : {2U, 3U, 4U, 5U, 6U, 9U}) {
         EXPECT_EQ(frameHeaderSize(type, viewOf({0x88, 1, 2, 3})), 3U) << type;
         // Also where the packet is shorter.
@@ -56,7 +56,7 @@ TEST_F(FrameHeaderTest, AnAudioPacketOfThreeBytesOrFewerHoldsNoFrame) {
     }
 }
 
-TEST_F(FrameHeaderTest, AnAccessUnitHasNoneAndIsLogged) {
+TEST_F(FrameHeaderTest, AnAccessUnitHasNoHeaderAndIsLogged) {
     for (const uint32_t type : {1U, 7U, 8U}) {
         mEvents.clear();
         EXPECT_EQ(frameHeaderSize(type, {}), 0U);

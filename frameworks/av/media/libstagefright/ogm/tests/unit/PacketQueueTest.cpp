@@ -101,7 +101,7 @@ TEST_F(PacketQueueTest, ATailWithoutABeginningIsForgottenWhenTheFirstPacketBegin
                 ElementsAre(infoLine("NumOfVPackets:2,mPacketsQue size:1")));
 }
 
-TEST_F(PacketQueueTest, WhatFollowsAPacketGoesOnToIt) {
+TEST_F(PacketQueueTest, BytesAfterAPacketAreAppendedToIt) {
     add({1});
     append({9, 9});
     add({2});

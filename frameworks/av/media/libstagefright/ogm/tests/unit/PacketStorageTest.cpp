@@ -182,7 +182,7 @@ class StorageBlocksTest : public ::testing::Test {
 
 constexpr size_t kPacketsTwoLargePagesOn = 64 * 2 + 2 * 127;
 
-TEST_F(StorageBlocksTest, AQueueOf256PacketsGoesOnInLargePagesAfter64Blocks) {
+TEST_F(StorageBlocksTest, AQueueOf256PacketsContinuesInLargePagesAfter64Blocks) {
     EXPECT_EQ(packetsInARow(kPacketsTwoLargePagesOn, 256), largePagesAfter64Blocks());
 }
 

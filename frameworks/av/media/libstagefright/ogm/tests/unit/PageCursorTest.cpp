@@ -58,7 +58,7 @@ TEST_F(PageCursorTest, GoingToAPlaceReadsThePageThatItFinds) {
                     ReadCall{84, 27, 27}, ReadCall{111, 1, 1}}));
 }
 
-TEST_F(PageCursorTest, GoesAlsoToAPageThatCannotBeRead) {
+TEST_F(PageCursorTest, GoesToAPageThatCannotBeReadToo) {
     OgmFile file = fileWithAHeader();
     file.add(OggPage(1).version(1));
     EXPECT_EQ(mCursor.goToPage(openPages(file), kHeaderPages, 0), AMEDIA_OK);
@@ -113,7 +113,7 @@ TEST_F(PieceTest, EachPacketOfAPageIsAPiece) {
     EXPECT_FALSE(take());
 }
 
-TEST_F(PieceTest, APieceThatIsNotUsedComesAgain) {
+TEST_F(PieceTest, APieceThatIsNotUsedIsReturnedAgain) {
     goTo(OggPage(1).packet(filled(10, 1)).packet(filled(20, 2)));
     EXPECT_EQ(mCursor.nextPiece()->size, 10U);
     EXPECT_EQ(mCursor.nextPiece()->size, 10U);
@@ -125,7 +125,7 @@ TEST_F(PieceTest, TheFirstOfAContinuedPageIsNoNewPacketAndAllOthersAre) {
     expectPiece(kPage + 30, 1, true);
 }
 
-TEST_F(PieceTest, APacketThatGoesOnOnTheNextPageIsCutAtTheEndOfThePage) {
+TEST_F(PieceTest, APacketThatContinuesOnTheNextPageIsCutAtTheEndOfThePage) {
     goTo(OggPage(1).packet({1}).openPacket(filled(510, 2)));
     expectPiece(kPage + 30, 1, true);
     expectPiece(kPage + 31, 510, true);
@@ -181,7 +181,7 @@ TEST_F(NextPageTest, IsEnteredAtItsStart) {
               (std::vector{ReadCall{110, 4, 4}, ReadCall{110, 27, 27}, ReadCall{137, 1, 1}}));
 }
 
-TEST_F(NextPageTest, IsLookedForAPageFurtherOnEachTimeThereIsNone) {
+TEST_F(NextPageTest, IsSearchedOnePageFurtherOnAfterEachFailure) {
     goToFirst(twoPages());
     EXPECT_EQ(mCursor.enterNextPage(*mPages), AMEDIA_OK);
     mEvents.clear();
@@ -265,7 +265,7 @@ TEST_F(NextGranuleTest, FailsAtAPageThatCannotBeRead) {
                                                 "at 0x0000008D\n"));
 }
 
-TEST_F(NextGranuleTest, IsSearchedTooEarlyAfterJunkByAsManyBytes) {
+TEST_F(NextGranuleTest, IsSearchedTooEarlyAfterJunkByTheLengthOfTheJunk) {
     OgmFile file = fileWithAHeader();
     file.add(OggPage(1).packet({1}));  // ends at 110
     file.addJunk(5);

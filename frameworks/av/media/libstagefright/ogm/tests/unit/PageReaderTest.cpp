@@ -51,7 +51,7 @@ TEST_F(PageReaderTest, APageOf255FullLacingValuesHas65307BytesAndNoPackets) {
     EXPECT_EQ(mPage.mNumPackets, 0U);
 }
 
-TEST_F(PageReaderTest, APageWithoutSegmentsHas27BytesAndItsLacingReadAsksForNothing) {
+TEST_F(PageReaderTest, APageWithoutSegmentsHas27BytesAndItsLacingReadIsOfZeroBytes) {
     EXPECT_EQ(readPage(OggPage(1).bytes()), 27);
     EXPECT_EQ(mPage.mNumPackets, 0U);
     EXPECT_EQ(mEvents.reads(), (std::vector{ReadCall{0, 27, 27}, ReadCall{27, 0, 0}}));
@@ -97,7 +97,7 @@ TEST_F(PageReaderTest, AnotherVersionIsUnsupportedAndNamedInHexadecimal) {
               (std::vector{infoLine("Version Error, verison should be 0 but AB\n")}));
 }
 
-TEST_F(PageReaderTest, TheVersionIsLookedAtBeforeTheFlags) {
+TEST_F(PageReaderTest, TheVersionIsCheckedBeforeTheFlags) {
     EXPECT_EQ(readPage(OggPage(1).version(1).flags(0x80).bytes()), AMEDIA_ERROR_UNSUPPORTED);
     EXPECT_EQ(mEvents.lines(),
               (std::vector{infoLine("Version Error, verison should be 0 but 1\n")}));
@@ -111,7 +111,7 @@ TEST_F(PageReaderTest, UndefinedFlagsAreMalformedAndDefinedOnesAreNot) {
     EXPECT_EQ(readPage(OggPage(1).flags(0xFF).bytes()), AMEDIA_ERROR_MALFORMED);
 }
 
-TEST_F(PageReaderTest, AFailedHeaderReadIsTakenForAPageWithoutSignature) {
+TEST_F(PageReaderTest, AFailedHeaderReadIsReportedAsAMissingSignature) {
     openPages(OggPage(1).bytes());
     mSource->setFault(faultAtOffset(0, kReadRefused));
     EXPECT_EQ(mPages->readPage(0, &mPage), AMEDIA_ERROR_MALFORMED);
@@ -142,7 +142,7 @@ TEST_F(PageReaderTest, AShortLacingTableIsAnIoErrorThatFillsTheHeaderFields) {
     EXPECT_EQ(Bytes(mPage.mLacing.begin(), mPage.mLacing.begin() + 4), (Bytes{1, 2, 9, 9}));
 }
 
-TEST_F(PageReaderTest, AFailedLacingReadIsAnIoErrorEvenWhereItAsksForNothing) {
+TEST_F(PageReaderTest, AFailedLacingReadIsAnIoErrorEvenForZeroBytes) {
     openPages(OggPage(1).bytes());
     mSource->setFault(faultAtOffset(27, -5));
     EXPECT_EQ(mPages->readPage(0, &mPage), AMEDIA_ERROR_IO);
@@ -209,7 +209,7 @@ TEST_F(PageReaderTest, TheNextPageIsSearchedForAndRead) {
     EXPECT_EQ(mPage.mSerialNo, 7U);
 }
 
-TEST_F(PageReaderTest, ANextPageThatCannotBeReadIsFoundAllTheSame) {
+TEST_F(PageReaderTest, ANextPageThatCannotBeReadIsStillFound) {
     OgmFile file;
     file.addJunk(3);
     file.add(OggPage(7).version(1));

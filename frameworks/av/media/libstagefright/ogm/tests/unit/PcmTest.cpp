@@ -29,7 +29,7 @@ TEST(PcmTest, TwentyFourBitSamplesKeepTheirUpperSixteen) {
     EXPECT_EQ(narrowed({0xFF, 0x80, 0x7F}), (Bytes{0x80, 0x7F}));
 }
 
-TEST(PcmTest, BytesBehindTheLastWholeSampleAreDropped) {
+TEST(PcmTest, BytesAfterTheLastWholeSampleAreDropped) {
     EXPECT_EQ(narrowed({1, 2, 3, 4}), (Bytes{2, 3}));
     EXPECT_EQ(narrowed({1, 2}), Bytes{});
     EXPECT_EQ(narrowed({}), Bytes{});
@@ -106,7 +106,7 @@ TEST_F(ReworkPcmTest, EightBitsBecomeSixteenInABufferThatCarriesItsTimeAlone) {
     next->release();
 }
 
-TEST_F(ReworkPcmTest, ABufferThatServedBeforeKeepsNothingOfThatTime) {
+TEST_F(ReworkPcmTest, AReusedBufferKeepsNoEarlierEntries) {
     MediaBufferHelper* const used = acquireBuffer(&mHelper, 0);
     AMediaFormat_setInt64(used->meta_data(), AMEDIAFORMAT_KEY_TARGET_TIME, 7);
     used->release();

@@ -18,7 +18,7 @@ class ReadDecisionTest : public LogTest {
     std::vector<LogLine> lines() const { return mEvents.lines(); }
 };
 
-TEST_F(ReadDecisionTest, AQueueThatHadPacketsGivesOneWhateverTheReaderSays) {
+TEST_F(ReadDecisionTest, AQueueThatHadPacketsReturnsOneWhateverTheReaderReports) {
     for (const int32_t result : {kOk, kEndOfStream, kIo}) {
         EXPECT_EQ(decideAfterFilling(result, true, 2), ReadStep::kDequeue) << result;
     }

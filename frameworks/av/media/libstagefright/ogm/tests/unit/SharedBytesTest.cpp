@@ -22,7 +22,7 @@ TEST(SharedBytesTest, OneWithoutBytesHasNeitherAddressNorSize) {
     EXPECT_FALSE(copy.isShared());
 }
 
-TEST(SharedBytesTest, BytesAreAlignedForEveryTypeAndHaveAnAddressAlsoIfThereAreNone) {
+TEST(SharedBytesTest, BytesAreAlignedForEveryTypeAndThePointerIsNonNullEvenForSizeZero) {
     for (const size_t size : {0, 1, 100, 32768}) {
         const SharedBytes bytes(size);
         EXPECT_EQ(bytes.size(), size);
@@ -58,7 +58,7 @@ TEST(SharedBytesTest, MovingHandsTheBytesOn) {
     EXPECT_FALSE(from.isShared());
 }
 
-TEST(SharedBytesTest, AssigningGivesTheFormerBytesUp) {
+TEST(SharedBytesTest, AssigningReleasesTheFormerBytes) {
     SharedBytes bytes(100);
     const SharedBytes former(bytes);
     bytes = SharedBytes(50);

@@ -82,7 +82,7 @@ TEST_F(SniffTest, APlainVorbisFileIsRejectedWithVorbisSeen) {
     expectFound({kFindVorbis}, 1);
 }
 
-TEST_F(SniffTest, TheTypeOfAVorbisPacketIsNotLookedAt) {
+TEST_F(SniffTest, TheTypeOfAVorbisPacketIsIgnored) {
     OgmFile file;
     file.addHeader(1, identified(0x03, "vorbis"));
     file.addHeader(1, identified(0x00, "vorbis"));
@@ -128,7 +128,7 @@ TEST_F(SniffTest, ATextStreamIsPassedOver) {
     expectFound({kFindAudio}, 0);
 }
 
-TEST_F(SniffTest, BehindJunkEveryPageIsSearchedFor) {
+TEST_F(SniffTest, AfterJunkEveryPageIsSearchedFor) {
     OgmFile file;
     file.addJunk(10);
     file.addHeader(1, textHeader());
@@ -138,7 +138,7 @@ TEST_F(SniffTest, BehindJunkEveryPageIsSearchedFor) {
     expectFound({kFindVideo}, 0);
 }
 
-TEST_F(SniffTest, BehindJunkASearchWithoutAPageFails) {
+TEST_F(SniffTest, AfterJunkASearchWithoutAPageFails) {
     OgmFile file;
     file.addJunk(10);
     file.addHeader(1, textHeader());
@@ -146,7 +146,7 @@ TEST_F(SniffTest, BehindJunkASearchWithoutAPageFails) {
     expectFound({kSearchFails}, 0);
 }
 
-TEST_F(SniffTest, WithoutJunkInFrontNoLaterPageIsSearchedFor) {
+TEST_F(SniffTest, WithoutLeadingJunkNoLaterPageIsSearchedFor) {
     OgmFile file;
     file.addHeader(1, textHeader());
     file.addJunk(5);

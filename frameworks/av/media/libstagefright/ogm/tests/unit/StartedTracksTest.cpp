@@ -109,7 +109,7 @@ TEST_F(StartedTracksTest, StoppingAnotherOneLeavesTheSelectionAlone) {
     EXPECT_THAT(mEvents.lines(), ElementsAre(stopped(3, 5), stopped(3, 5)));
 }
 
-TEST_F(StartedTracksTest, TheSerialNumberOfAllOnesStandsForNone) {
+TEST_F(StartedTracksTest, TheSerialNumberOfAllOnesMeansNone) {
     EXPECT_TRUE(mTracks.isSelected(0xFFFFFFFF));
     mTracks.add(0xFFFFFFFF, &mFirst);
     mTracks.add(3, &mSecond);
@@ -170,7 +170,7 @@ TEST(FurthestTrackTest, GivesTheTime) {
     EXPECT_EQ(timeOfAll({7}), 7);
 }
 
-TEST(FurthestTrackTest, GivesNoTimeAsLongAsAnotherOneDoesNotKnow) {
+TEST(FurthestTrackTest, GivesNoTimeWhileThatOfAnotherTrackIsUnknown) {
     EXPECT_EQ(timeOfAll({3, 0, 4}), 0);
     EXPECT_EQ(timeOfAll({0, 3}), 0);
 }

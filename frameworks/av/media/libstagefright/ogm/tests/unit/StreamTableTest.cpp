@@ -166,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
                           Unknown{"Empty", {}, "00 00 00 00 00 00", "00 00 00 00 00 00 00 00"}),
         ::testing::PrintToStringParamName());
 
-TEST_F(StreamTableTest, OnlyFiveCharactersOfTheStreamTypeAreLookedAt) {
+TEST_F(StreamTableTest, OnlyFiveCharactersOfTheStreamTypeAreCompared) {
     VideoHeader header;
     header.streamType = "videoXYZ";
     EXPECT_EQ(add(header.bytes()), AMEDIA_OK);

@@ -26,14 +26,14 @@ class SyncFrameSearchTest : public LogTest {
     }
 
     /** One round of a search, in a queue that holds these frames and an open one. */
-    Result lookThrough(SyncFrameSearch& search,
+    Result searchQueue(SyncFrameSearch& search,
                        std::initializer_list<std::pair<int64_t, Bytes::value_type>> frames) {
         mPackets.clear();
         for (const auto& [timeUs, headerByte] : frames) {
             add(timeUs, headerByte);
         }
         add(99 * kSecond, kSync);
-        return search.lookThrough(&mPackets);
+        return search.searchQueue(&mPackets);
     }
 
     PacketQueue mPackets{1, OGV_VIDEO_H264};
@@ -41,34 +41,34 @@ class SyncFrameSearchTest : public LogTest {
 
 TEST_F(SyncFrameSearchTest, FramesBeforeTheFirstSyncFrameAreDropped) {
     SyncFrameSearch search(10 * kSecond);
-    EXPECT_EQ(lookThrough(search, {{7 * kSecond, kPlain}, {8 * kSecond, kSync}}), Result::kFound);
+    EXPECT_EQ(searchQueue(search, {{7 * kSecond, kPlain}, {8 * kSecond, kSync}}), Result::kFound);
     EXPECT_EQ(mPackets.size(), 2U);
     EXPECT_EQ(mPackets.front().timeUs, 8 * kSecond);
-    EXPECT_FALSE(search.goesOn());
+    EXPECT_FALSE(search.isSearching());
     EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("found I Frame after seek,timeus=8000000")}));
 }
 
 TEST_F(SyncFrameSearchTest, WithoutASyncFrameAllButTheOpenFrameAreDropped) {
     SyncFrameSearch search(10 * kSecond);
-    EXPECT_EQ(lookThrough(search, {{7 * kSecond, kPlain}, {8 * kSecond, kPlain}}),
+    EXPECT_EQ(searchQueue(search, {{7 * kSecond, kPlain}, {8 * kSecond, kPlain}}),
               Result::kDrained);
     EXPECT_EQ(mPackets.size(), 1U);
-    EXPECT_TRUE(search.goesOn());
-    EXPECT_EQ(search.lookThrough(&mPackets), Result::kDrained);
+    EXPECT_TRUE(search.isSearching());
+    EXPECT_EQ(search.searchQueue(&mPackets), Result::kDrained);
 }
 
 TEST_F(SyncFrameSearchTest, ASyncFrameMayLieTwoSecondsAfterTheTime) {
     SyncFrameSearch search(10 * kSecond);
-    EXPECT_EQ(lookThrough(search, {{12 * kSecond, kSync}}), Result::kFound);
+    EXPECT_EQ(searchQueue(search, {{12 * kSecond, kSync}}), Result::kFound);
     SyncFrameSearch earlier(10 * kSecond - 1);
-    EXPECT_EQ(lookThrough(earlier, {{12 * kSecond, kSync}}), Result::kTooLate);
+    EXPECT_EQ(searchQueue(earlier, {{12 * kSecond, kSync}}), Result::kTooLate);
     EXPECT_EQ(mPackets.size(), 2U);
-    EXPECT_TRUE(earlier.goesOn());
+    EXPECT_TRUE(earlier.isSearching());
 }
 
 TEST_F(SyncFrameSearchTest, AnyFrameTooLateEndsARound) {
     SyncFrameSearch search(10 * kSecond);
-    EXPECT_EQ(lookThrough(search, {{9 * kSecond, kPlain}, {12 * kSecond + 1, kPlain}}),
+    EXPECT_EQ(searchQueue(search, {{9 * kSecond, kPlain}, {12 * kSecond + 1, kPlain}}),
               Result::kTooLate);
     EXPECT_EQ(mPackets.front().timeUs, 12 * kSecond + 1);
 }
@@ -76,7 +76,7 @@ TEST_F(SyncFrameSearchTest, AnyFrameTooLateEndsARound) {
 TEST_F(SyncFrameSearchTest, TheDistanceToATimeWraps) {
     // From the smallest time of all every frame lies before, not after it.
     SyncFrameSearch search(INT64_MIN);
-    EXPECT_EQ(lookThrough(search, {{0, kSync}}), Result::kFound);
+    EXPECT_EQ(searchQueue(search, {{0, kSync}}), Result::kFound);
 }
 
 TEST_F(SyncFrameSearchTest, AStepBackIsThreeSecondsAndEndsAtZero) {
@@ -98,17 +98,17 @@ TEST_F(SyncFrameSearchTest, AStepBackIsThreeSecondsAndEndsAtZero) {
 TEST_F(SyncFrameSearchTest, TheEleventhStepGoesToTheTimeOfTheSeekAndEndsTheSearch) {
     SyncFrameSearch search(40 * kSecond);
     for (int step = 1; step <= 10; ++step) {
-        ASSERT_TRUE(search.goesOn());
+        ASSERT_TRUE(search.isSearching());
         search.stepBack();
         EXPECT_EQ(search.timeUs(), (40 - 3 * step) * kSecond);
         EXPECT_EQ(search.retries(), 10 - step);
     }
     EXPECT_TRUE(mEvents.lines().empty());
-    ASSERT_TRUE(search.goesOn());
+    ASSERT_TRUE(search.isSearching());
     search.stepBack();
     EXPECT_EQ(search.timeUs(), 40 * kSecond);
     EXPECT_EQ(search.retries(), -1);
-    EXPECT_FALSE(search.goesOn());
+    EXPECT_FALSE(search.isSearching());
     EXPECT_EQ(mEvents.lines(),
               (std::vector{infoLine("read, 1210,Can't find I frame after search 10 times")}));
 }
@@ -116,11 +116,11 @@ TEST_F(SyncFrameSearchTest, TheEleventhStepGoesToTheTimeOfTheSeekAndEndsTheSearc
 TEST_F(SyncFrameSearchTest, TheEndOfTheFileEndsTheSearchAfterOneMoreRound) {
     SyncFrameSearch search(10 * kSecond);
     search.noteEndOfFile();
-    EXPECT_FALSE(search.goesOn());
+    EXPECT_FALSE(search.isSearching());
     // The round itself goes on as always.
-    EXPECT_EQ(lookThrough(search, {{9 * kSecond, kSync}}), Result::kFound);
+    EXPECT_EQ(searchQueue(search, {{9 * kSecond, kSync}}), Result::kFound);
     search.stepBack();
-    EXPECT_FALSE(search.goesOn());
+    EXPECT_FALSE(search.isSearching());
 }
 
 }  // namespace

@@ -111,7 +111,7 @@ TEST(VolHeaderTest, VersionAndPriorityArePassedOver) {
     }
 }
 
-TEST(VolHeaderTest, OnlyAspectRatioFifteenHasAWidthAndAHeightOfItsOwn) {
+TEST(VolHeaderTest, OnlyAspectRatioFifteenIsFollowedByAWidthAndAHeight) {
     VideoObjectLayer vol;
     for (uint32_t ratio = 0; ratio < 16; ++ratio) {
         vol.aspectRatio = ratio;
@@ -176,7 +176,7 @@ TEST(VolHeaderTest, WithoutAFixedRateNoResolutionIsFine) {
     EXPECT_EQ(sizeOf(vol), (Size{176, 144}));
 }
 
-TEST(VolHeaderTest, EachMissingMarkerBitEndsTheProcessWithALineOfItsOwn) {
+TEST(VolHeaderTest, EachMissingMarkerBitEndsTheProcessWithItsOwnLine) {
     VideoObjectLayer vol;
     vol.controlParameters = true;
     vol.vbvParameters = true;

@@ -3,7 +3,7 @@
 
 /*
  * Names of media format entries that the vendor's decoders read and the platform does not know. A
- * plug-in that uses one is loaded only where the vendor's library is.
+ * plug-in that uses one can only be loaded if the vendor's library is installed.
  */
 
 #ifdef __cplusplus

@@ -7,14 +7,14 @@
 
 namespace android::ogm {
 
-/** Where the pieces of packets lie after they were read. */
-class PieceRoom {
+/** Allocates memory for pieces of packets. */
+class PieceAllocator {
   public:
     /** Returns `size` uninitialised bytes; the pointer is non-null even for size 0. */
     virtual ByteBuffer makePiece(size_t size) = 0;
 
   protected:
-    ~PieceRoom() = default;
+    ~PieceAllocator() = default;
 };
 
 }  // namespace android::ogm
