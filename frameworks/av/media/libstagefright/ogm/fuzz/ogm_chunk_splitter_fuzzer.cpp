@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-/** The split of MPEG-4 headers into chunks; the input follows the prefix of a start code. */
+/** Splitting of MPEG-4 headers into chunks; the input is put after a start code prefix. */
 
 #include "Ends.h"
 #include "InputReader.h"
@@ -12,7 +12,7 @@ using namespace android::ogm::fuzz;
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Bytes bytes(ogm::kStartCodePrefix.begin(), ogm::kStartCodePrefix.end());
     bytes.insert(bytes.end(), data, data + size);
-    // Chunk by chunk, each time from a block of its own.
+    // Each chunk is parsed from a separate heap block.
     size_t position = 0;
     while (position < bytes.size()) {
         const ExactBlock rest(bytes.data() + position, bytes.size() - position);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /**
- * What is learnt about a stream from its first pages:
+ * Reading a codec's configuration from a stream's first pages:
  *
- *     1 byte    MPEG-4 video, or MPEG audio for an odd number
- *     then      payloads of pages, each with its size (2 bytes, little-endian) in front
+ *     1 byte    even: MPEG-4 video, odd: MPEG audio
+ *     then      payloads of pages, each after its size (2 bytes, little-endian)
  */
 
 #define LOG_TAG "OgmFuzzer"
@@ -22,7 +22,7 @@ using namespace android::ogm::fuzz;
 
 namespace {
 
-/** Configures with the bytes that have been collected; true when no more are needed. */
+/** Configures from the bytes collected so far; true if no more are needed. */
 bool configure(bool isAudio, ogm::ByteBuffer* collected, AMediaFormat* format) {
     if (isAudio) {
         const media_status_t status = ogm::configureMpegAudio(collected->view(), format);
@@ -48,7 +48,7 @@ void run(InputReader* reader) {
     while (!reader->empty()) {
         const size_t size = reader->u16();
         collected.append(reader->bytes(size));
-        // Without room after the bytes.
+        // A copy without unused memory after the bytes.
         ogm::ByteBuffer exact(collected.view());
         if (configure(isAudio, &exact, format.get())) {
             return;

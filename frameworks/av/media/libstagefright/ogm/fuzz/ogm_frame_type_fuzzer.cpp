@@ -11,7 +11,7 @@ using namespace android::ogm::fuzz;
 
 namespace {
 
-/** What follows the first start code 00 00 01 `code` that has a byte after it; empty for none. */
+/** The bytes after the first start code 00 00 01 `code` that is not at the end; empty for none. */
 ogm::ByteView afterStartCode(ogm::ByteView packet, uint8_t code) {
     for (size_t i = 0; i + 4 < packet.size(); ++i) {
         if (packet.u32be(i) == (0x100U | code)) {

@@ -59,7 +59,7 @@ void checkSearch(ogm::ByteView stream, uint64_t begin) {
     const int32_t length = static_cast<int32_t>(rest.size());
     const int32_t skip = ogm::FindMatchingMPEGAudioHeader(rest, length, header);
     require(skip < 0 || skip + 4 <= length, "a header was found past the end");
-    // The confirming header may be cut off at the end of the stream, where it is not found.
+    // A confirming header that is cut off at the end of the stream need not be found.
     require(length < 4 + kConfirmationSlack || (skip >= 0 && skip <= kConfirmationSlack),
             "the confirming header is not where it was");
 }

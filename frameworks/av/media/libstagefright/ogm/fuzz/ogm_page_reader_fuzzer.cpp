@@ -3,8 +3,8 @@
 /**
  * Reading of page headers and the search for pages:
  *
- *     1 byte    low bits: where to begin; the most bytes to skip, in steps of 4, above
- *     the rest  the file
+ *     1 byte    low bits: where to begin; upper bits: maximum number of bytes to skip, in units of
+ * 4 the rest  the file
  */
 
 #define LOG_TAG "OgmFuzzer"

@@ -54,7 +54,7 @@ void checkFormat(ogm::StreamTable* streams, const ogm::StreamHeader& header) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ogm::StreamTable streams;
-    // A MediaBuffer cannot be deleted: it goes with its one release.
+    // A MediaBuffer cannot be deleted; release() frees it.
     auto* const buffer = new MediaBuffer(size);
     std::copy_n(data, size, static_cast<uint8_t*>(buffer->data()));
     const media_status_t status = streams.parseOgmHeader(*buffer, kSerialNo);

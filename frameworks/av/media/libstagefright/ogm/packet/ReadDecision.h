@@ -19,8 +19,8 @@ enum class ReadStep {
  * the last step of filling, `hadCompletePackets` is whether the queue had a complete packet before,
  * and `queued` is the number of packets now.
  *
- * A queue that had a complete packet before returns one, whatever the result. The end of the data
- * is only reported if there was none.
+ * If the queue had a complete packet before, one is returned even if the file has ended or cannot
+ * be read. The end of the data is only reported if there was none.
  */
 ReadStep decideAfterFilling(int32_t result, bool hadCompletePackets, size_t queued);
 

@@ -41,7 +41,7 @@ TEST_F(AudioDumpTest, EveryAudioBufferIsAppendedWithItsWholeCapacity) {
     for (size_t i = 0; i < 3; ++i) {
         EXPECT_EQ(head(tail(dumped, i * kBufferSize), kPacketSize), mContent.packetPayload(i)) << i;
     }
-    // One buffer is used again and again: it still holds what lay after the first packet.
+    // The buffer is reused, so it still has the bytes that were after the first packet.
     EXPECT_EQ(tail(head(dumped, kBufferSize), kPacketSize),
               tail(head(tail(dumped, kBufferSize), kBufferSize), kPacketSize));
 }

@@ -12,7 +12,7 @@ namespace {
 constexpr uint32_t kVideo = 1;
 constexpr uint32_t kAudio = 2;
 
-/** What a stream's format gains while the file is opened. */
+/** Entries that are added to a stream's format while the file is opened. */
 class CodecConfigFormatTest : public PluginTest {
   protected:
     static OgmFile videoFile() {

@@ -9,12 +9,12 @@ namespace android::ogm::test::current_time_test {
 namespace {
 
 /**
- * How far the tracks have come during the scan of a seek, seen in the line that ends each of its
- * steps. The files are too short for a duration, so there is one step from the start of the file.
+ * The time that the tracks have reached during the scan of a seek. It is in the log line after each
+ * step. The files are too short for a duration, so there is one step, from the start of the file.
  */
 class CurrentTimeTest : public PluginTest {
   protected:
-    /** Starts all tracks, seeks the first, and gives the time that its scan reached. */
+    /** Starts all tracks, seeks the first, and returns the time that its scan reached. */
     int64_t timeReached(const OgmFile& file, int64_t seekUs) {
         OpenedFile opened = openQuietly(file);
         std::vector<std::unique_ptr<Track>> tracks;
@@ -74,7 +74,7 @@ TEST_F(CurrentTimeTest, TheFurthestTrackCounts) {
     }
     // The audio page that begins at 2.0 s.
     EXPECT_EQ(timeReached(file, 5 * kSecond), 2 * kSecond);
-    // Video has come to a tenth of it and reads on there.
+    // Video has reached a tenth of it and continues there.
     EXPECT_EQ(mLastRead.timeUs, 210000);
 }
 
@@ -90,7 +90,7 @@ TEST_F(CurrentTimeTest, ATrackWhoseFirstPagesComeLateKeepsTheTimeAtZero) {
         addAudio(file, 1, {i * 100000});
     }
     addVideo(file, 2, {7000000});
-    // The scan for 1 s goes on to the second video page, when the audio has come to 5.9 s.
+    // The scan for 1 s continues to the second video page, where the audio has reached 5.9 s.
     EXPECT_EQ(timeReached(file, 4 * kSecond), 5900000);
 }
 
@@ -135,7 +135,7 @@ TEST_F(CurrentTimeTest, ATrackThatIsNotRegisteredHasNoPartInTheTime) {
 }
 
 TEST_F(CurrentTimeTest, TheTimeIsTakenAfterEachPageNotAfterEachPacket) {
-    // 100 packets on the page that begins at 1 s: the scan passes over all of them at once.
+    // 100 packets on the page that begins at 1 s: the scan skips all of them at once.
     OgmFile file;
     file.addHeader(1, microsecondAudio());
     addAudio(file, 1, {500000, 1000000});

@@ -23,7 +23,7 @@ Bytes frame(uint32_t index, size_t size = 3) {
     return dataPacket(kPlainPacket, pattern(size, index));
 }
 
-/** Demultiplexing as it shows while the video track of a file is read. */
+/** Demultiplexing, observed while the video track of a file is read. */
 class DemuxerTest : public PluginTest {
   protected:
     /** A file with a video header page; data pages begin at 81. */
@@ -60,7 +60,7 @@ class DemuxerTest : public PluginTest {
         return all;
     }
 
-    /** The frames that come out of the file's video track, without their header byte. */
+    /** The frames that the file's video track returns, without their header byte. */
     std::vector<Bytes> framesOf(const OgmFile& file) {
         return payloads(startedVideo(file)->drain());
     }
@@ -105,7 +105,7 @@ TEST_F(DemuxerTest, TheFirstReadsOfAFileWithThreePagesLogAndReadExactlyThis) {
                        endOfGranules,
                        {kEndOfStream}}));
 
-    // Two packets are queued now, and the first of them is whole.
+    // Two packets are queued now; the first is complete.
     mEvents.clear();
     const ReadResult result = track->read();
     EXPECT_EQ(result.bytes, (Bytes{1, 2, 3}));
@@ -153,7 +153,7 @@ TEST_F(DemuxerTest, JunkBetweenTwoPagesIsSkippedAndCounted) {
     const LogLine skip = infoLine("*** Skip 5 bytes of junk from 113 to reach page start ***\n");
     auto track = startedVideo(file);
     track->read();
-    EXPECT_EQ(mEvents.count(skip), 2U);  // once to look the granule up, once to get there
+    EXPECT_EQ(mEvents.count(skip), 2U);  // once for the granule, once for the page itself
     EXPECT_THAT(payloads(track->drain()), ElementsAre(pattern(3, 0), pattern(3, 1)));
 }
 
@@ -164,7 +164,8 @@ TEST_F(DemuxerTest, AfterSkippedJunkTheGranuleLookUpContinuesThatManyBytesTooEar
     file.addPages(kAudio, {filled(4, 1)});           // 199 to 231
     file.addPages(kVideo, {frame(1), frame(2)}, 2);  // 231
     startedVideo(file)->read();
-    // The audio page is found 5 bytes late; the search for the next begins 5 bytes before its end.
+    // The audio page is 5 bytes late, so the search for the next page begins 5 bytes before its
+    // end.
     EXPECT_TRUE(
             mEvents.holds(infoLine("*** Skip 5 bytes of junk from 194 to reach page start ***\n")));
     EXPECT_TRUE(
@@ -173,7 +174,7 @@ TEST_F(DemuxerTest, AfterSkippedJunkTheGranuleLookUpContinuesThatManyBytesTooEar
 
 TEST_F(DemuxerTest, EveryReadAtTheEndOfTheDataReportsItAgain) {
     OgmFile file = videoAndAudioFile();
-    file.addPages(kAudio, {filled(4, 1)});  // not read, so not looked ahead of; 162 to 194
+    file.addPages(kAudio, {filled(4, 1)});  // 162 to 194; not read, so no look-up from here
     auto track = startedVideo(file);
     const std::vector<Event> end{ReadCall{194, 4, 0}, errorLine("FindPage: readSize = 0"),
                                  infoLine("Cannot find a page start,LINE:2222 from 0x000000C2\n"),
@@ -212,7 +213,7 @@ TEST_F(DemuxerTest, AFailedSearchWhilePositioningPositionsAtTheEnd) {
 }
 
 TEST_F(DemuxerTest, WithoutADataPageTheHeaderPagesAreReadAgainAndAgain) {
-    // The first data page offset stays 0, which stands for "not positioned".
+    // The offset of the first data page stays 0, which means "not positioned".
     const OgmFile file = videoFile();
     auto track = startedVideo(file);
     for (int round = 0; round < 2; ++round) {
@@ -244,7 +245,7 @@ TEST_F(DemuxerTest, APageThatCannotBeReadTakesOverTheLacingOfTheOneBefore) {
 }
 
 TEST_F(DemuxerTest, ADamagedPageHeaderBeforeTheEndOfTheFileIsReadAgainForever) {
-    // Its status, -10002, leads to a place before it from which the file is read on to it.
+    // Its status, -10002, leads back to a place from which reading reaches it again.
     OgmFile file = videoAndAudioFile();
     for (int page = 1; page <= 40; ++page) {
         file.addPages(kAudio, {filled(255, 1), filled(255, 1)}, page);

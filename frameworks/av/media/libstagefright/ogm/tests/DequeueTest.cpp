@@ -56,7 +56,7 @@ TEST_F(DequeueTest, AReferenceFrameIsMovedAfterTheFramesThatFollowItInTheFile) {
 }
 
 TEST_F(DequeueTest, EachOfManyBFramesIsShownOneFrameEarlier) {
-    // While the audio track is read, 300 B frames pile up after one reference frame.
+    // While the audio track is read, 300 B frames are queued after one reference frame.
     constexpr size_t kBFrames = 300;
     OgmFile file;
     VideoHeader video;
@@ -72,7 +72,7 @@ TEST_F(DequeueTest, EachOfManyBFramesIsShownOneFrameEarlier) {
     const auto videoTrack = opened->startedTrack(0);
     const auto audioTrack = opened->startedTrack(1);
     ASSERT_EQ(audioTrack->read().status, AMEDIA_OK);
-    // The count of the frames that follow is kept in 8 bits.
+    // The count of the following frames has 8 bits.
     EXPECT_EQ(videoTrack->read().timeUs, 255 * 40000);
     for (size_t i = 0; i < kBFrames - 10; ++i) {
         ASSERT_EQ(videoTrack->read().timeUs, static_cast<int64_t>(i) * 40000) << i;
@@ -158,7 +158,7 @@ TEST_P(PlainAudioTest, LosesItsHeaderByTheRuleOfItsFirstByteAndCarriesNoSyncFlag
     }
 }
 
-// Layers I and II (tag 0050) take the ordinary way; they are not cut into access units.
+// Layers I and II (tag 0050) are treated like other audio: they are not cut into access units.
 INSTANTIATE_TEST_SUITE_P(Tags, PlainAudioTest,
                          ::testing::Values("0001", "0002", "0050", "00FF", "0160"));
 
@@ -177,7 +177,7 @@ TEST_F(DequeueTest, AnAudioPacketOfThreeBytesIsNotReturnedAndStays) {
     const OgmFile file = audioFile("0001", {{0, 1, 2}, audioPacket({1}), audioPacket({2})});
     OpenedFile opened = open(file);
     auto track = opened->startedTrack(0);
-    track->read();  // meets the end of the file while the queue fills
+    track->read();  // reaches the end of the file while the queue fills
     mEvents.clear();
     for (int round = 1; round <= 3; ++round) {
         EXPECT_EQ(track->read().status, AMEDIA_ERROR_END_OF_STREAM);

@@ -11,10 +11,10 @@ namespace {
 constexpr std::chrono::milliseconds kLimit(500);
 constexpr int64_t kSeekUs = 4000000;
 
-/** Offset 0 stands for a cursor that has not been set, so it is left for the first page again. */
+/** A cursor at offset 0 is treated as not set, so it goes to the first page again. */
 class EndlessSearchTest : public PluginTest {
   protected:
-    /** A file whose first stream is Vorbis, of which no track is made. */
+    /** A file whose first stream is Vorbis, for which no track is made. */
     static OgmFile vorbisAndVideo() {
         OgmFile file;
         file.addHeader(1, vorbisIdentificationHeader());
@@ -28,14 +28,14 @@ class EndlessSearchTest : public PluginTest {
         opened->startedTrack(0)->read();
     }
 
-    /** Seeks once nothing can be read any more. */
+    /** Seeks after the source has stopped returning anything. */
     void seekAfterTheLastRead(status_t sizeStatus) {
         const SilentLog silent;
         auto source = std::make_unique<MemorySource>(oneVideoOneAudioFile().bytes());
         source->setSizeStatus(sizeStatus);
         OpenedFile opened = open(std::move(source));
         const auto track = opened->startedTrack(1);
-        // Leaves a page of the other stream, which has no track, as the page at hand.
+        // The current page is now one of the other stream, which has no track.
         track->read();
         opened.source->setFault(faultyRead(0, 0, Lasting::kFromThenOn));
         track->readAt(kSeekUs);

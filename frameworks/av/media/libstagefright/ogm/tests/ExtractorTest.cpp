@@ -37,7 +37,7 @@ TEST_F(ExtractorTest, OpeningAFileWithOneHeaderPageLogsAndReadsExactlyThis) {
             infoLine("Width = 320, Height = 240"), infoLine("FrameRate = 25"),
             infoLine("size = 53"), infoLine("default_len = 1"), infoLine("buffer_size = 0"),
             infoLine("padding = 0"), infoLine("SerialNo = 7"),
-            // Both searches for the next page meet the end.
+            // Both searches for the next page reach the end.
             ReadCall{81, 4, 0}, errorLine("FindPage: readSize = 0"), ReadCall{81, 4, 0},
             errorLine("FindPage: readSize = 0"),
             infoLine("Cannot find a page start,LINE:2774 from 81\n"),

@@ -14,10 +14,10 @@
 namespace android::ogm::test::fault_sweep_test {
 namespace {
 
-/** How many reads of a sample are made to fail; they are spread over the whole session. */
+/** How many reads of a sample fail; they are spread over the whole session. */
 constexpr size_t kReadsOfASample = 25;
 
-/** After so many reads the source falls silent, which ends every walk over the file. */
+/** After this many reads the source returns nothing more, which ends every search in the file. */
 constexpr size_t kReadBudget = 60000;
 constexpr size_t kReadBudgetOfATinyFile = 6000;
 constexpr size_t kMaxBuffers = 1000;
@@ -55,7 +55,7 @@ struct Frame {
     }
 };
 
-/** What must hold for the result of every read, whatever the source did. */
+/** Conditions for the result of every read, whatever the source did. */
 void expectLegal(const ReadResult& result, bool isVideo) {
     switch (result.status) {
         case AMEDIA_OK:
@@ -74,7 +74,7 @@ void expectLegal(const ReadResult& result, bool isVideo) {
     }
 }
 
-/** One file that is opened, read, seeked and freed. */
+/** Opens a file, reads it, seeks, and frees it. */
 class Session {
   public:
     explicit Session(const Bytes& bytes, ReadFault fault = nullptr) : mSource(bytes) {
@@ -101,7 +101,7 @@ class Session {
         }
     }
 
-    /** All that the track that moves the file gives after a seek to the start. */
+    /** All frames of the selected track after a seek to the start. */
     std::vector<Frame> replay() {
         mSource.clearFault();
         std::vector<Frame> frames;
@@ -141,7 +141,7 @@ class Session {
     size_t mReadsAtOpen = 0;
 };
 
-/** Lets reads fail one after the other, each in three ways, once and for ever. */
+/** Makes one read after the other fail, each in three ways, once and permanently. */
 class FaultSweepTest : public ::testing::Test {
   protected:
     void sweep(const Bytes& bytes, size_t stride, size_t budget) {
@@ -168,9 +168,9 @@ class FaultSweepTest : public ::testing::Test {
         Session session(bytes, std::move(fault));
         EXPECT_LE(session.trackCount(), healthy.trackCount());
         session.play();
-        // An opening that fails before the first data page has no place for the cursor: the first
-        // page of the file is then read again and again, without an end. A file that was opened
-        // whole may be sent back by a page size below zero, but it comes to its end.
+        // If opening fails before the first data page, the cursor has no position, and the
+        // first page of the file is read again and again. In a file that was opened without
+        // a failure, a negative page size may move the cursor back, but reading ends.
         if (read >= healthy.readsAtOpen()) {
             EXPECT_LT(session.readCount(), mBudget);
             EXPECT_EQ(session.trackCount(), healthy.trackCount());
@@ -179,8 +179,8 @@ class FaultSweepTest : public ::testing::Test {
     }
 
     /**
-     * A file that was opened whole plays whole after a seek to the start, whatever failed in
-     * between. MPEG audio may only now learn its frames, which costs it the first one.
+     * A file that was opened without a failure plays completely after a seek to the start, whatever
+     * failed in between. MPEG audio may confirm its header only now, which costs the first frame.
      */
     void expectReplay(const std::vector<Frame>& frames) const {
         const bool lostOne = frames.size() + 1 == mReplay.size();
@@ -234,7 +234,7 @@ TEST_F(FaultSweepTest, EveryReadOfAFileWithDividedPacketsAndJunkMayFail) {
     sweep(file.bytes(), 1, kReadBudgetOfATinyFile);
 }
 
-/** The samples, with reads all over the session. */
+/** Samples, with failing reads spread over the session. */
 class SampleFaultSweepTest : public FaultSweepTest,
                              public ::testing::WithParamInterface<const char*> {};
 
@@ -243,7 +243,7 @@ TEST_P(SampleFaultSweepTest, ReadsMayFail) {
     mMayLoseTheFirst = std::string(GetParam()) == "xvid_refused_mp3";
     Session session(bytes);
     session.play();
-    // An odd stride meets every kind of read: they come in groups of three and four.
+    // An odd stride reaches every kind of read, because they come in groups of three and four.
     sweep(bytes, session.readCount() / kReadsOfASample | 1, kReadBudget);
 }
 

@@ -10,10 +10,10 @@ using ::testing::ElementsAre;
 constexpr size_t kSegments = 4;
 constexpr int64_t kPayload = kPageHeaderSize + kSegments;
 
-/** What becomes of a file when one of the reads that it takes fails. */
+/** What happens to a file if one of its reads fails. */
 class FaultTest : public PluginTest {
   protected:
-    /** A PCM track of pages of 1024 bytes and 40 ms; opened and started without faults. */
+    /** Opens and starts a PCM track, without faults. Its pages have 1024 bytes and 40 ms. */
     void start(size_t pages = 60) {
         mOpened.emplace(openQuietly(pacedAudioFile(pages)));
         mTrack = (*mOpened)->startedTrack(0);
@@ -22,7 +22,7 @@ class FaultTest : public PluginTest {
 
     MemorySource& source() { return *mOpened->source; }
 
-    /** The page that a buffer's bytes come from. */
+    /** The number of the page from which a buffer's bytes come. */
     static size_t pageOf(const ReadResult& result) {
         for (size_t page = 0; page < 200; ++page) {
             if (result.bytes == audioPayload(page)) {
@@ -32,7 +32,7 @@ class FaultTest : public PluginTest {
         return SIZE_MAX;
     }
 
-    /** Reads so many buffers and notes pages and times; a read without buffer is a failure. */
+    /** Reads `count` buffers and notes their pages and times; fails on a read without a buffer. */
     void read(size_t count) {
         for (size_t i = 0; i < count; ++i) {
             const ReadResult result = mTrack->read();
@@ -72,8 +72,8 @@ TEST_F(FaultTest, AFailedPayloadReadIsReportedToATrackWithNothingQueued) {
         source().setFault(faultOnHit(pageOffset(0) + kPayload, 1, fault));
         EXPECT_EQ(mTrack->read().status, AMEDIA_ERROR_IO);
         EXPECT_EQ(mEvents.lines().back(), infoLine("Cannot read page payload, size 993\n"));
-        // The packet is tried again. Its page counts as entered once more, which makes its own
-        // granule position the one before.
+        // The packet is read again. So its page is entered again, and its own granule position is
+        // then also that of the page before.
         read(3);
         EXPECT_EQ(mPages, pages(0, 3));
         EXPECT_THAT(mTimes, ElementsAre(kPacedPageUs, kPacedPageUs, 2 * kPacedPageUs));
@@ -129,7 +129,7 @@ TEST_F(FaultTest, APayloadThatNeverComesEndsTheTrackWithAnErrorOnceItsQueueIsEmp
 
 TEST_F(FaultTest, AFailedSearchForTheNextPageSkipsAPage) {
     start();
-    // The place is looked at for the granule position of page 12, then for page 12 itself.
+    // This place is read first for the granule position of page 12, then for page 12 itself.
     source().setFault(faultOnHit(pageOffset(12), 3, 0));
     read(30);
     std::vector<size_t> expected = pages(0, 12);
@@ -137,7 +137,7 @@ TEST_F(FaultTest, AFailedSearchForTheNextPageSkipsAPage) {
         expected.push_back(page);
     }
     EXPECT_EQ(mPages, expected);
-    // The page after the gap is taken to begin where the page before the gap ends.
+    // The page after the gap is assumed to begin at the time at which the page before it ends.
     std::vector<int64_t> times = timesOf(expected);
     times[12] = 12 * kPacedPageUs;
     EXPECT_EQ(mTimes, times);
@@ -169,7 +169,7 @@ TEST_F(FaultTest, AFailedScanForTheNextGranuleIsRepeatedAndCostsNothing) {
         source().setFault(faultOnHit(pageOffset(12), hit, 0));
         read(30);
         EXPECT_EQ(mPages, pages(0, 30));
-        // The scan failed before the page counted as entered.
+        // The search failed before the page was entered.
         EXPECT_EQ(mTimes, timesOf(mPages));
         EXPECT_EQ(mEvents.count(infoLine("getNextGranulePosition fail, return -10006")), 1U);
         mPages.clear();
@@ -191,8 +191,8 @@ TEST_F(FaultTest, AFailedHeaderOfTheNextGranuleNamesItsPlace) {
 }
 
 /**
- * A page header that cannot be read leaves its error as the size of the page: the packet is cut
- * with the table of the page before, and the next page is searched about ten thousand bytes back.
+ * The status of a page header that cannot be read becomes the size of the page. The packet is cut
+ * with the lacing table of the page before, and the next page is searched about 10,000 bytes back.
  */
 TEST_F(FaultTest, AFailedPageHeaderSendsTheTrackBackInTheFile) {
     for (const ssize_t fault : {kReadRefused, ssize_t{0}, ssize_t{26}}) {
@@ -239,7 +239,7 @@ TEST_F(FaultTest, ASourceThatReturnsNothingMoreLeavesWhatIsQueuedAndThenTheEnd) 
     start();
     read(5);
     source().setFault([](const ReadRequest&) { return std::optional<ssize_t>(0); });
-    // Ten were queued when the last was read; the last of them stays in assembly.
+    // Ten were queued at the last read; the last of them stays open.
     read(8);
     EXPECT_EQ(mPages, pages(0, 13));
     EXPECT_EQ(mTrack->read().status, AMEDIA_ERROR_END_OF_STREAM);
@@ -270,7 +270,7 @@ TEST_F(FaultTest, ASeekBringsATrackBackFromAnyFailure) {
 TEST_F(FaultTest, AFailedHeaderAfterASeekToTheStartEndsTheStreamUntilTheNextSeek) {
     start();
     read(1);
-    // The failed header leaves a size below zero, so the next page is searched before the file.
+    // The failed header leaves a negative size, so the search begins before the start of the file.
     source().setFault(faultOnHit(pageOffset(0), 2, 0));
     const ReadResult result = mTrack->readAt(0);
     EXPECT_EQ(result.status, AMEDIA_ERROR_END_OF_STREAM);
@@ -369,7 +369,7 @@ TEST_F(FileSizeTest, ASizeOfMinusOneIsTakenAsItIs) {
 }
 
 TEST_F(FileSizeTest, ASizeThatIsTooSmallEndsTheTrackAtThatSize) {
-    // The start of a packet may lie at the size, but not after it.
+    // The start of a packet may be at the reported size, but not after it.
     auto source = pacedSource();
     source->setReportedSize(pageOffset(20) + kPayload);
     EXPECT_EQ(packetsOf(std::move(source)), 20U);

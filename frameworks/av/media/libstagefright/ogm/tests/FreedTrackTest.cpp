@@ -6,7 +6,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-/** A track that was stopped, started again and then freed: its serial number stays registered. */
+/** A track that was stopped, started again and freed: its serial number stays registered. */
 class FreedTrackTest : public LifecycleTest {
   protected:
     /** Makes a track, stops it, starts it again and frees it. */
@@ -26,7 +26,7 @@ TEST_F(FreedTrackTest, IsNotResetByASeekAndHasNoTimeInItsScan) {
     leaveRegistered(opened, 1);
     EXPECT_EQ(other->read().bytes, payload(0, 0));
     mEvents.clear();
-    // A time of zero would keep the scan going to the end of the file.
+    // If its time were 0, the scan would continue to the end of the file.
     EXPECT_EQ(other->readAt(5000000).bytes, payload(0, 51));
     EXPECT_EQ(mEvents.count(resetLine(7)), 1U);
     EXPECT_EQ(mEvents.count(resetLine(3)), 0U);
@@ -48,7 +48,7 @@ TEST_F(FreedTrackTest, LeavesItsPagesReadAndItsPacketsDropped) {
         return std::vector<ReadCall>{{kHeaders + page * kPage + 28, 23, 23}};
     };
     std::vector<ReadCall> expected;
-    // Each page, whoever it belongs to, looks past the next one for its next granule position.
+    // Each page of either stream looks past the next one for its stream's next granule position.
     for (const auto& reads : {header(0), header(1), header(2), packet(0), header(1), header(2),
                               header(3), packet(1), header(2), header(3), header(4), packet(2)}) {
         expected.insert(expected.end(), reads.begin(), reads.end());
@@ -56,7 +56,7 @@ TEST_F(FreedTrackTest, LeavesItsPagesReadAndItsPacketsDropped) {
     std::vector<ReadCall> reads = mEvents.reads();
     reads.resize(expected.size());
     EXPECT_EQ(reads, expected);
-    // Nothing is said about packets of the track itself.
+    // Nothing is logged about packets of the freed track.
     EXPECT_EQ(mEvents.linesBeginning("packet info:").size(), 10U);
 }
 
@@ -80,7 +80,7 @@ TEST_F(FreedTrackTest, EndsTheReadsOfOtherTracksAtTheLastPageOfItsStream) {
                                                 "start,LINE:2175 from 0x%08zX\n",
                                                 file.size())),
                             infoLine("getNextGranulePosition fail, return -10006")));
-    // What came before that page, but for the packet that is still open.
+    // The packets before that page, except the open one.
     EXPECT_EQ(other->readAll().size(), 3U);
     EXPECT_EQ(other->read().status, AMEDIA_ERROR_END_OF_STREAM);
 }
@@ -157,7 +157,7 @@ TEST_F(FreedTrackTest, AllTracksMayBeLeftRegisteredWhenTheExtractorGoes) {
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("~OgmExtractor")));
 }
 
-/** A stopped track is on nobody's list, so it may be freed after its extractor. */
+/** A stopped track is not registered anywhere, so it may be freed after its extractor. */
 class StoppedTrackTest : public LifecycleTest {
   protected:
     void freeExtractorThenTrack(OpenedFile opened, std::unique_ptr<Track> track) {

@@ -54,15 +54,15 @@ void dumpBuffer(std::ostream& out, size_t track, const ReadResult& result) {
     out << " size=" << result.bytes.size() << " digest=" << digestOf(result.bytes) << '\n';
 }
 
-/** A track and the buffer that it gives next. */
+/** A track and its next buffer. */
 struct Playing {
     std::unique_ptr<Track> track;
     ReadResult next;
 };
 
 /**
- * Gives out the buffers of all tracks in the order of their times, as a player needs them; of equal
- * times the one of the first track.
+ * Writes the buffers of all tracks in the order of their times, as a player needs them; if times
+ * are equal, those of the first track first.
  */
 void dumpBuffers(std::ostream& out, std::vector<Playing>& tracks) {
     for (Playing& playing : tracks) {
@@ -104,7 +104,7 @@ std::string dumpOf(const std::string& path) {
     return out.str();
 }
 
-/** The first line in which two texts differ, for a report that stays short. */
+/** The first line that differs between two texts, to keep the report short. */
 std::string firstDifference(const std::string& actual, const std::string& expected) {
     std::istringstream actualLines(actual);
     std::istringstream expectedLines(expected);

@@ -23,10 +23,10 @@ inline LogLine resetLine(int32_t serialNo) {
     return infoLine(formatted("OgmTrack:mSerialNo[%d] signalDiscontinuity!", serialNo));
 }
 
-/** PCM tracks that are made, started, stopped and freed in all orders. */
+/** Creates, starts, stops and frees PCM tracks in various orders. */
 class LifecycleTest : public PluginTest {
   protected:
-    /** 8 seconds; packet `index` of every stream has its own bytes and comes at index x 40 ms. */
+    /** 8 seconds. Packet `index` of each stream has its own bytes and the time index x 40 ms. */
     static OgmFile fileWith(const std::vector<uint32_t>& serialNos) {
         OgmFile file;
         for (const uint32_t serialNo : serialNos) {
@@ -44,7 +44,7 @@ class LifecycleTest : public PluginTest {
         return pattern(20, static_cast<uint32_t>(stream * 1000 + index));
     }
 
-    /** Whether a seek of this track is one that moves the file. */
+    /** Whether a seek of this track moves the file. */
     bool movesTheFile(Track& track) {
         mEvents.clear();
         track.readAt(0);

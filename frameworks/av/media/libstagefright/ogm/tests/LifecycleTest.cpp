@@ -80,7 +80,7 @@ TEST_F(LifecycleTest, ATrackWithALargeSerialNumberMovesTheFileAsAnyOther) {
 }
 
 TEST_F(LifecycleTest, WithASelectedSerialNumberOfAllOnesTheNextTrackTakesItsPlace) {
-    // It equals the number that stands for none.
+    // This number also means "none".
     OpenedFile opened = openQuietly(fileWith({0xFFFFFFFF, 4}));
     auto first = opened->startedTrack(0);
     EXPECT_TRUE(movesTheFile(*first));
@@ -147,7 +147,7 @@ TEST_F(LifecycleTest, ARestartedTrackContinuesWithItsQueueAndThenFromWhereTheFil
     auto second = opened->startedTrack(1);
     EXPECT_EQ(first->read().bytes, payload(0, 0));
     first->stop();
-    // The second track reads on to the packet of 2 s; the first one misses its packets meanwhile.
+    // The second track continues to the packet of 2 s; the first one loses its packets meanwhile.
     for (size_t i = 0; i < 41; ++i) {
         EXPECT_EQ(second->read().bytes, payload(1, i));
     }
@@ -155,7 +155,7 @@ TEST_F(LifecycleTest, ARestartedTrackContinuesWithItsQueueAndThenFromWhereTheFil
     for (size_t i = 1; i < 9; ++i) {
         EXPECT_EQ(first->read().bytes, payload(0, i));
     }
-    // The packet in assembly is closed by the first packet after the restart.
+    // The open packet is closed by the first packet after the restart.
     EXPECT_EQ(first->read().bytes, payload(0, 9));
     const ReadResult result = first->read();
     EXPECT_EQ(result.bytes, payload(0, 50));
@@ -168,7 +168,7 @@ TEST_F(LifecycleTest, ReadsAfterTheEndReportItAgainAndASeekBringsTheTrackBack) {
     OpenedFile opened = openQuietly(fileWith({7}));
     auto track = opened->startedTrack(0);
     const size_t count = track->readAll().size();
-    // The last page has no later one, so its packet stays out; the one before stays in assembly.
+    // The last page has no later one, so its packet is not read; the packet before stays open.
     EXPECT_EQ(count, kPackets - 2);
     for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(track->read().status, AMEDIA_ERROR_END_OF_STREAM);
@@ -245,7 +245,7 @@ TEST_F(LifecycleTest, ATrackThatIsNeverStartedIsRegisteredAndFreedLikeAnyOther) 
     auto first = opened->track(0);
     auto second = opened->startedTrack(1);
     EXPECT_FALSE(movesTheFile(*second));
-    // Its packets are queued all the while. One of the second track's has been read already.
+    // Its packets are queued meanwhile. One packet of the second track has been read already.
     EXPECT_EQ(second->readAll().size(), kPackets - 3);
     EXPECT_EQ(first->start(), AMEDIA_OK);
     EXPECT_EQ(first->read().bytes, payload(0, 0));
@@ -269,12 +269,12 @@ TEST_F(LifecycleTest, ASecondTrackOfAnIndexTakesThePacketsOfTheFirst) {
     auto first = opened->startedTrack(0);
     EXPECT_EQ(first->read().bytes, payload(0, 0));
     auto second = opened->startedTrack(0);
-    // Ten packets are the first one's; the next page starts the second one's timing, and its
+    // The first track gets ten packets. The next page starts the second track's clock, and its
     // packet is dropped.
     const ReadResult result = second->read();
     EXPECT_EQ(result.bytes, payload(0, 11));
     EXPECT_EQ(result.timeUs, 11 * kPacketUs);
-    // The first one has what had been queued for it.
+    // The first track still has what had been queued for it.
     for (size_t i = 1; i < 9; ++i) {
         EXPECT_EQ(first->read().bytes, payload(0, i));
     }
@@ -305,7 +305,7 @@ TEST_F(LifecycleTest, StoppingTheFirstTrackOfAnIndexUnregistersTheSecond) {
     EXPECT_THAT(mEvents.linesBeginning("trackStop"), ElementsAre(stopLine(7, 3)));
     EXPECT_FALSE(movesTheFile(*second));
     EXPECT_TRUE(movesTheFile(*other));
-    // Its queue is left; it was not reset and gets nothing more.
+    // Its queue was not reset, but gets nothing more.
     while (second->read().status == AMEDIA_OK) {
     }
     EXPECT_EQ(other->readAt(0).status, AMEDIA_OK);

@@ -24,9 +24,9 @@ namespace {
 
 constexpr size_t kMegabyte = 1 << 20;
 
-/** The unit in which packet buffers grow, and more than the body of any page. */
+/** The unit in which packet buffers grow; larger than the body of any page. */
 constexpr size_t kBufferStep = 65536;
-/** 8-bit samples are widened into a buffer that is made half as large again. */
+/** 8-bit samples are widened into a buffer that is half as large again as needed. */
 constexpr size_t kLargestPerByte = 3;
 
 /** Opens a file with the plug-in that is linked into this program, whose heap is counted. */
@@ -40,7 +40,7 @@ Extractor openHere(CDataSource* source) {
 }
 
 /**
- * A file of any length that is made up while it is read: MPEG-4 video, AC-3 and PCM, a page of each
+ * A file of any length, generated while it is read: MPEG-4 video, AC-3 and PCM, with a page of each
  * every 32 ms.
  */
 class LongFile {
@@ -90,7 +90,7 @@ class LongFile {
         return OggPage(serialNo).granule(granule).checksum(0).packet(packet).bytes();
     }
 
-    /** The pages of one time; all periods have one size. */
+    /** The pages of one period; all periods have the same size. */
     static Bytes period(uint64_t number) {
         const bool isSync = number % 50 == 0;
         const Bytes picture = videoObjectPlane(isSync ? 0 : 1, 6000, 0);
@@ -116,7 +116,7 @@ class LongFile {
                 .substr(from);
     }
 
-    /** What lies there, up to the end of the headers or of a period. */
+    /** The bytes at `offset`, up to the end of the headers or of the period. */
     std::string_view pieceAt(size_t offset) {
         if (offset < mHeaders.size()) {
             return tailOf(mHeaders, offset);
@@ -221,7 +221,7 @@ size_t largestRequest(const Bytes& bytes) {
     return allocationCounts().largest;
 }
 
-/** What the body of a page, the rounding of a buffer and a file of this size justify. */
+/** The largest request that a page's body, a buffer's rounding and a file of this size justify. */
 size_t justified(size_t fileSize) {
     return 2 * kBufferStep + kLargestPerByte * fileSize;
 }

@@ -19,7 +19,7 @@ Bytes frame(uint32_t index, size_t size = 3) {
     return dataPacket(kPlainPacket, pattern(size, index));
 }
 
-/** How packets are assembled, queued and stamped, seen in the log and in what comes out. */
+/** How packets are assembled, queued and timed, seen in the log and in the buffers. */
 class PacketQueueTest : public PluginTest {
   protected:
     static OgmFile videoFile() {
@@ -28,7 +28,7 @@ class PacketQueueTest : public PluginTest {
         return file;
     }
 
-    /** Reads all of the file's one track; the log holds what this has logged. */
+    /** Reads the file's only track to the end; afterwards the log has only the lines of this. */
     std::vector<ReadResult> drain(const OgmFile& file) {
         OpenedFile opened = openQuietly(file);
         auto track = opened->startedTrack(0);
@@ -183,7 +183,7 @@ TEST_F(AccessUnitQueueTest, WithoutANextGranuleTheAverageIsOne) {
 }
 
 TEST_F(AccessUnitQueueTest, OnePacketOnAPageHasAnAverageOfOneWhateverTheGranules) {
-    // The continuation on the second page does not count as a packet that begins there.
+    // The continuation on the second page is not counted as a packet that begins there.
     const Bytes packet = audioPacket(joined({ac3(1), ac3(2), ac3(3)}));
     OgmFile file = ac3File();
     file.add(OggPage(kSerialNo)

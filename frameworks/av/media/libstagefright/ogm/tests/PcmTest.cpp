@@ -11,7 +11,7 @@ constexpr uint32_t kSerialNo = 1;
 constexpr uint8_t kFourByteHeader = 0x40;
 const LogLine kEightBits = infoLine("OGA_AUDIO_PCM,mBitsPerSample == 8");
 
-/** Gives one buffer, and then none. */
+/** A group with a single buffer. */
 class GroupOfOne {
   public:
     GroupOfOne() : mTable(*mGroup.wrap()) {
@@ -27,7 +27,7 @@ class GroupOfOne {
     }
 
     CMediaBufferGroup* table() { return &mTable; }
-    /** Whether what was given has come back. */
+    /** Whether the buffer has been returned. */
     bool isWhole() { return mGroup.has_buffers(); }
 
   private:
@@ -56,7 +56,7 @@ class PcmTest : public PluginTest {
         return file;
     }
 
-    /** What a track of `bits` bits a sample makes of packets with this payload, on two reads. */
+    /** The results of two reads of a track with `bits` bits per sample and this payload. */
     std::vector<ReadResult> read(uint16_t bits, const Bytes& payload, const char* tag = "0001") {
         OpenedFile opened = open(file(bits, payload, tag));
         const auto track = opened->startedTrack(0);
@@ -70,7 +70,7 @@ class PcmTest : public PluginTest {
         return read(bits, payload, tag).at(0).bytes;
     }
 
-    /** What was logged by the two reads. */
+    /** The log lines of the two reads. */
     std::vector<LogLine> mLines;
 };
 
@@ -130,7 +130,7 @@ TEST_F(PcmTest, OtherCodecsAreNotConverted) {
 }
 
 TEST_F(PcmTest, TheBitsPerSampleOfTheHeaderAcceptedLastApplyToAllTracks) {
-    // A PCM track of 16 bits becomes one of 8 bits when a later header says so, video or audio.
+    // A PCM track of 16 bits becomes one of 8 bits if a later header, video or audio, has 8 bits.
     AudioHeader pcm;
     pcm.bitsPerSample = 16;
     VideoHeader video;

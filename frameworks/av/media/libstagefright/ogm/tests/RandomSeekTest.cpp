@@ -20,7 +20,7 @@ constexpr size_t kMaxReads = 12;
 
 struct Case {
     std::string sample;
-    /** Index of the track that is made first and so moves the file. */
+    /** Index of the track that is created first and is therefore the selected one. */
     size_t selected;
 
     friend std::ostream& operator<<(std::ostream& stream, const Case& value) {
@@ -56,7 +56,7 @@ std::vector<TrackFacts> tracksOf(const PagedFile& file, const Bytes& bytes,
     return tracks;
 }
 
-/** Everything that a track gives when it is read from its beginning to its end. */
+/** All that a track returns if it is read from its beginning to its end. */
 struct StraightRun {
     std::vector<ReadResult> results;
     /** Number of the packet that the first result comes from. */
@@ -64,15 +64,15 @@ struct StraightRun {
 };
 
 /**
- * Seeks through a sample with a second reading of how seeking works beside it, which says which
- * packet each read gives. The buffer must be the one that the straight run gives for that packet:
- * the same bytes, time and sync flag. What differs by design:
- *  - MPEG audio is cut only once two headers agree, so the straight run loses the first frame. The
- *    agreement survives a seek, and a seek to the start gives that frame, too.
- *  - The comment packets in front of the data come out of a straight run of video and PCM tracks;
- *    the search for a sync frame passes over the one of the video.
- *  - Short files have no duration: the search for it begins in front of the file. So they have no
- *    zone at the end in which a seek goes to the end of the file at once.
+ * Seeks in a sample and compares each read with a second implementation of seeking, which predicts
+ * the packet. The buffer must be that of the straight run for this packet: the same bytes, time and
+ * sync flag. Differences by design:
+ *  - MPEG audio is only cut after two headers match, so the straight run loses the first frame. A
+ *    seek does not reset the header, so a seek to the start returns that frame too.
+ *  - A straight run of video and PCM tracks returns the comment packets before the data. The search
+ *    for a sync frame skips that of the video.
+ *  - Short files have no duration, because the search for it begins before the file. So they have
+ *    no zone at the end in which a seek goes to the end of the file.
  */
 class RandomSeekTest : public ::testing::TestWithParam<Case> {
   protected:
@@ -99,13 +99,13 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
         for (size_t i = 0; i < mFacts.size(); ++i) {
             StraightRun run;
             run.results = tracks[i]->drain();
-            // The last packet that is queued stays inside.
+            // The last queued packet is not returned.
             run.firstPacket = queuedPackets(mFacts[i].serialNo) - 1 - run.results.size();
             mStraight.push_back(std::move(run));
         }
     }
 
-    /** How many packets of a stream lie in front of the page that ends all reading. */
+    /** How many packets of a stream are before the page that ends all reading. */
     size_t queuedPackets(uint32_t serialNo) const {
         size_t count = 0;
         for (const PagedFile::Page& page : mFile.pages) {
@@ -148,7 +148,7 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
                                                                        : nullptr;
     }
 
-    /** What a packet holds behind its header. */
+    /** The bytes of a packet after its header. */
     Bytes payload(size_t track, size_t packet) const {
         const PagedFile::Stream& stream = mFile.streams.at(mFacts[track].serialNo);
         const Bytes& bytes = stream.packets.at(packet);
@@ -190,7 +190,7 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
         expectPacket(mTracks[track]->read(), track, expected);
     }
 
-    /** Reads at random tracks; a seek of another track than the selected one is a mere read. */
+    /** Reads random tracks; a seek of a track that is not selected is just a read. */
     void readSome(size_t count) {
         for (size_t i = 0; i < count && !HasFailure(); ++i) {
             const size_t track = mRandom.below(mTracks.size());
@@ -211,7 +211,7 @@ class RandomSeekTest : public ::testing::TestWithParam<Case> {
         return static_cast<int64_t>(mRandom.below(range)) - 2000000;
     }
 
-    /** The times that deserve a seek of their own. */
+    /** Special times to seek to. */
     std::vector<int64_t> notableTimes() const {
         const int64_t durationUs =
                 mExtractor.fileFormat().int64(AMEDIAFORMAT_KEY_DURATION).value_or(0);
@@ -246,7 +246,7 @@ TEST_P(RandomSeekTest, TheStraightRunGivesThePacketsOfTheFile) {
     for (size_t track = 0; track < mFacts.size(); ++track) {
         const StraightRun& run = mStraight[track];
         ASSERT_GT(run.results.size(), 50U);
-        // The comment packet is no audio frame, and the first frame of MPEG audio stays inside.
+        // The comment packet is not an audio frame, and the first MPEG audio frame is lost.
         EXPECT_LE(run.firstPacket, mFacts[track].isAccessUnitAudio ? 2U : 0U);
         for (size_t i = 0; i < run.results.size() && !mFacts[track].isConvertedPcm; ++i) {
             EXPECT_TRUE(run.results[i].bytes == payload(track, run.firstPacket + i)) << i;

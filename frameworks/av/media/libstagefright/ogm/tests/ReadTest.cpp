@@ -18,7 +18,7 @@ Bytes frame(uint32_t index) {
 
 class ReadTest : public PluginTest {
   protected:
-    /** A video track of which `reachable` packets can be queued: one page more is never cut. */
+    /** A video track of which `reachable` packets can be queued; one more page is never read. */
     static OgmFile videoFile(uint32_t reachable) {
         OgmFile file;
         file.addHeader(kVideo, VideoHeader());
@@ -65,14 +65,14 @@ TEST_F(ReadTest, AFullQueueIsReadWithoutTheFile) {
     const auto video = opened->startedTrack(0);
     const auto audio = opened->startedTrack(1);
     video->read();
-    audio->readAll(2);  // fills up the audio queue and, on the way, the video queue
+    audio->readAll(2);  // fills the audio queue, and with it the video queue
     mEvents.clear();
     EXPECT_EQ(video->read().status, AMEDIA_OK);
     EXPECT_THAT(mEvents.reads(), IsEmpty());
 }
 
 TEST_F(ReadTest, PacketsOfAnotherTrackPileUpWhileAQueueFills) {
-    // 20 audio pages stand before the video pages.
+    // 20 audio pages come before the video pages.
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
     file.addHeader(kAudio, AudioHeader());
@@ -205,7 +205,7 @@ TEST_F(ReadTest, WhatIsWrittenComesOutOfBothTracks) {
     const auto audio = opened->startedTrack(1);
     const auto frames = video->readAll();
     const auto packets = audio->readAll();
-    // Page 50 of the video stream has no successor: neither it nor what follows is cut.
+    // Page 50 is the video stream's last one: neither it nor anything after it is read.
     ASSERT_EQ(frames.size(), 48U);
     ASSERT_EQ(packets.size(), 48U);
     for (size_t i = 0; i < frames.size(); ++i) {

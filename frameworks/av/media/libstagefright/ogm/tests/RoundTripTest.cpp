@@ -45,7 +45,7 @@ std::vector<Bytes> packetsAcross(const Frames& frames, size_t size) {
     return packets;
 }
 
-/** Files with one audio stream: what goes in as packets comes out as buffers. */
+/** Files with one audio stream: the packets written are compared with the buffers read. */
 class RoundTripTest : public PluginTest {
   protected:
     struct Outcome {
@@ -88,12 +88,12 @@ class RoundTripTest : public PluginTest {
     }
 };
 
-// The read path keeps the last unit of every stream for itself: it is the one that may be open.
+// The last unit of a stream is never returned, because it might still be open.
 constexpr size_t kKeptBack = 1;
 
 /**
- * Whether the first frame is lost: the header is known from the piece on that brings four bytes of
- * the second frame, and with it the search goes on from that frame, if it is whole.
+ * Whether the first frame is lost. The header is confirmed by the piece that brings four bytes of
+ * the second frame; if that frame is complete by then, the search continues from it.
  */
 bool losesTheFirst(const Frames& frames, const std::vector<PacketPiece>& pieces) {
     size_t arrived = 0;
@@ -325,7 +325,7 @@ TEST_F(RoundTripTest, OnePacketAPageHasTheTimeOfTheGranuleOfThePageBefore) {
 }
 
 TEST_F(RoundTripTest, AFrameThatEndsOnAnotherPageHasTheTimeOfThatPage) {
-    // The unit is stamped when it is cut, not with the time of the bytes it begins with.
+    // The unit gets the time of the piece that completes it, not that of its first bytes.
     const Frames in{ac3Frames(0)[0], ac3Frames(0)[1], ac3Frames(0)[2]};
     OgmFile file = fileOf("2000", 48000);
     const Bytes packet = audioPacket(joined({in[0], in[1], in[2]}));
@@ -359,8 +359,8 @@ TEST_F(RoundTripTest, TheFormatStaysThatOfTheExtractorAfterFramesHaveBeenRead) {
 }
 
 TEST_F(RoundTripTest, APageAfterOneOfGranuleMinusOneIsCutOutOfTheStream) {
-    // The page on which a long packet goes on has no granule position; the one on which it ends is
-    // then lower, and its pieces are dropped.
+    // The page on which a long packet continues has no granule position. The page on which it ends
+    // then has a lower one, so its pieces are dropped.
     const Frames in = dtsFrames();
     const Bytes longPacket = audioPacket(in[9]);
     ASSERT_EQ(longPacket.size(), 536U);

@@ -14,10 +14,10 @@ namespace android::ogm::test {
 inline constexpr const char* kShortSamples[] = {
         "divx3_pcm16", "h264_mp3vbr",   "mjpeg",      "mpeg2_ac3",    "mpeg4_2997_ac3",
         "mpeg4_b_mp3", "mpeg4_mp3_ac3", "mpeg4_pcm8", "mpeg4_vorbis", "xvid_refused_mp3"};
-/** The one that is long enough for a duration. */
+/** The sample that is long enough for a duration. */
 inline constexpr char kLongSample[] = "long_mpeg4_mp3";
 
-/** Where samples and golden dumps lie: as the build says, on a device beside the program. */
+/** The folder of samples and golden dumps: set by the build; on a device beside the program. */
 inline std::filesystem::path testData() {
 #ifdef OGM_TEST_DATA
     return OGM_TEST_DATA;

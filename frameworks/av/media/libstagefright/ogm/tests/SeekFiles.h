@@ -6,10 +6,10 @@
 
 #include "OgmFile.h"
 
-/** Files in which the place and the time of every page follow from its number. */
+/** Files in which a page's number determines its offset and time. */
 namespace android::ogm::test {
 
-/** Size of a page that holds a stream header and nothing else. */
+/** Size of a page with only a stream header. */
 inline constexpr size_t kHeaderPageSize = kPageHeaderSize + 1 + kStreamHeaderSize;
 
 inline constexpr uint32_t kPacedSerialNo = 1;
@@ -18,10 +18,10 @@ inline constexpr int64_t kPacedPageUs = 40000;
 /** Samples of 8 kHz audio on a page. */
 inline constexpr uint64_t kPacedSamples = 320;
 
-/** How far from the end the search for the duration begins; shorter files have none. */
+/** The search for the duration begins this far from the end; shorter files have no duration. */
 inline constexpr size_t kDurationTail = 650520;
 
-/** How many packet bytes fill a page of `pageSize` bytes that holds one packet. */
+/** Size of the only packet on a page of `pageSize` bytes. */
 inline size_t packetSizeForPage(size_t pageSize) {
     for (size_t size = pageSize - kPageHeaderSize; size > 0; --size) {
         if (kPageHeaderSize + size / 255 + 1 + size == pageSize) {
@@ -31,7 +31,7 @@ inline size_t packetSizeForPage(size_t pageSize) {
     throw std::invalid_argument("no packet makes a page of this size");
 }
 
-/** What an audio or video packet holds after its header, when its page has `pageSize` bytes. */
+/** The bytes of an audio or video packet after its header, on a page of `pageSize` bytes. */
 inline Bytes audioPayload(size_t index, size_t pageSize = kPacedPageSize) {
     return pattern(packetSizeForPage(pageSize) - 3, static_cast<uint32_t>(index));
 }
@@ -40,14 +40,14 @@ inline Bytes videoPayload(size_t index, size_t pageSize = kPacedPageSize) {
     return pattern(packetSizeForPage(pageSize) - 1, static_cast<uint32_t>(index));
 }
 
-/** Where page `index` lies in a file with one stream and pages of one size. */
+/** Offset of page `index` in a file with one stream and pages of the same size. */
 inline int64_t pageOffset(size_t index, size_t pageSize = kPacedPageSize) {
     return static_cast<int64_t>(kHeaderPageSize + index * pageSize);
 }
 
 /**
- * One PCM stream at 8 kHz whose pages have 1024 bytes and one packet of 40 ms each. Page n begins
- * at n x 40 ms; a thousand pages are more than the tail in which the duration is searched.
+ * A PCM stream of 8 kHz. Each page has 1024 bytes and one packet of 40 ms. Page n begins at n x 40
+ * ms. A thousand pages are longer than the tail in which the duration is searched.
  */
 inline OgmFile pacedAudioFile(size_t pages) {
     OgmFile file;

@@ -38,7 +38,7 @@ PagedFile::Stream streamOf(const Bytes& header) {
     PagedFile::Stream stream;
     stream.isVideo = header.at(1) == 'v' && header.at(2) == 'i';
     if (header.size() < kStreamHeaderSize) {
-        return stream;  // Vorbis, of which no track is made
+        return stream;  // Vorbis, for which no track is made
     }
     stream.timeUnit = littleEndian(header, 17, 8);
     if (stream.timeUnit != 0) {
@@ -128,7 +128,7 @@ SeekModel::TrackState* SeekModel::trackOf(uint32_t serialNo) {
 }
 
 void SeekModel::moveTo(int64_t offset) {
-    // A cursor at offset 0 counts as not set and goes to the first data page when it is used.
+    // A cursor at offset 0 is treated as not set and goes to the first data page when it is used.
     offset = offset == 0 ? mFile.firstDataPageOffset : offset;
     const auto page = std::find_if(mFile.pages.begin(), mFile.pages.end(),
                                    [&](const auto& it) { return it.offset >= offset; });
@@ -152,7 +152,7 @@ bool SeekModel::enterNextPage() {
     }
     const PagedFile::Page& page = mFile.pages[mPage];
     if (TrackState* track = trackOf(page.serialNo)) {
-        // The average of the last page of a stream cannot be told, and reading ends there.
+        // The last page of a stream has no next granule position, so reading ends there.
         if (!page.hasSuccessor) {
             return false;
         }

@@ -12,7 +12,7 @@
 
 namespace android::ogm::test {
 
-/** What lies in a file whose packets begin and end on one page, found by walking its pages. */
+/** The pages and packets of a file in which each packet begins and ends on one page. */
 struct PagedFile {
     struct Page {
         int64_t offset;
@@ -46,26 +46,25 @@ struct PagedFile {
 };
 
 /**
- * Says which packets the reads of a few tracks give after a seek. It knows nothing of bytes and
- * faults; what it knows of pages, granule positions, the scan and the search for a sync frame is
- * written down a second time here.
+ * Predicts which packets the reads of several tracks return after a seek. It is a second
+ * implementation of pages, granule positions, the scan and the search for a sync frame, without
+ * bytes and faults.
  */
 class SeekModel {
   public:
     struct TrackModel {
         uint32_t serialNo;
-        /** Whether a packet comes out at all; audio that is cut anew drops packets without frames.
-         */
+        /** Whether a packet is returned at all: re-framed audio drops packets without frames. */
         std::function<bool(size_t packet)> isDelivered;
         std::function<bool(size_t packet)> isSync;
     };
 
-    /** The first track is the one that moves the file. */
+    /** The first track is the selected one. */
     SeekModel(const PagedFile& file, int64_t durationUs, std::vector<TrackModel> tracks);
 
-    /** A seek of the selected track, as far as it goes before the read that carries it. */
+    /** A seek of the selected track, without the read that follows. */
     void seek(int64_t timeUs);
-    /** The number of the packet that a read of this track gives, or nothing at the end. */
+    /** The number of the packet that a read of this track returns; nothing at the end. */
     std::optional<size_t> read(size_t track);
 
   private:

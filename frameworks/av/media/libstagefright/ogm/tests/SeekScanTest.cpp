@@ -16,7 +16,7 @@ constexpr int64_t kLeadUs = 3 * kSecond;
 /** Where the scan of a seek begins, how it steps back and when it ends. */
 class SeekScanTest : public PluginTest {
   protected:
-    /** Opens a file and seeks its first track; what the seek itself did stays in the log. */
+    /** Opens a file and seeks its first track; afterwards the log has only the seek. */
     void seek(const OgmFile& file, int64_t timeUs) {
         OpenedFile opened = openQuietly(file);
         seek(opened, timeUs);
@@ -108,7 +108,7 @@ TEST_F(SeekScanTest, TheLineOfEachStepNamesTheFileToo) {
 }
 
 TEST_F(SeekScanTest, FromTheMiddleOfAPageTheNextOneIsSearchedForByteByByte) {
-    // The estimate of 327,679 is stepped back from to 262,143, 82 bytes before page 256.
+    // From the estimate of 327,679 the scan steps back to 262,143, 82 bytes before page 256.
     seek(pacedAudioFile(1000), 15796797);
     EXPECT_TRUE(mEvents.holds(infoLine("seekToTime, 2449, searchOffset=327679")));
     EXPECT_THAT(landings(), ElementsAre(262143));
@@ -136,7 +136,7 @@ TEST_F(SeekScanTest, TheScanReadsPageHeadersAndNoPayload) {
         expected.push_back({pageOffset(page), 27, 27});
         expected.push_back({pageOffset(page) + 27, 4, 4});
     };
-    // Each page is entered, then its successor is looked at for the next granule position.
+    // Each page is entered, then its successor is read for the next granule position.
     for (size_t page = 169; page <= 425; ++page) {
         add(page);
         add(page + 1);
@@ -202,8 +202,8 @@ TEST_F(SeekScanTest, AScanThatBeginsTooLateStepsBackUntilItReachesTheStartOfTheF
 }
 
 /**
- * 200 pages of 4096 bytes. The first one lasts 10 s, the last one to 12 s, all others 1 ms, so that
- * the estimate of every time from 8 s on lands after the first page.
+ * 200 pages of 4096 bytes. The first one lasts about 10 s, the others 1 ms, the last one until 12
+ * s. So the estimate for each time from 8 s on is after the first page.
  */
 OgmFile leapingFile() {
     OgmFile file;
@@ -225,7 +225,7 @@ TEST_F(SeekScanTest, ReachingOneMicrosecondMoreStepsBackAgain) {
 
 TEST_F(SeekScanTest, AStepThatCannotReadLeavesTheTimeOfTheStepBefore) {
     OpenedFile opened = openQuietly(leapingFile());
-    // The second step lands on page 55 and looks at page 56 for the next granule position.
+    // The second step lands on page 55 and reads page 56 for the next granule position.
     opened.source->setFault(faultAtOffset(pageOffset(56, 4096), 0));
     const ReadResult result = seek(opened, 8071999 + kLeadUs);
     EXPECT_THAT(rounds(),
@@ -279,7 +279,7 @@ TEST_F(SeekScanTest, WithoutASizeTheDurationIsUnknownAndTheScanBeginsAtTheStart)
     EXPECT_EQ(opened->fileFormat().int64(AMEDIAFORMAT_KEY_DURATION), 0);
     const ReadResult result = seek(opened, 20 * kSecond);
     EXPECT_THAT(rounds(), ElementsAre(Round{0, 17 * kSecond, 17 * kSecond}));
-    // No packet lies at or before the end of a file of no size.
+    // No packet begins within a file of size 0.
     EXPECT_EQ(result.status, AMEDIA_ERROR_END_OF_STREAM);
 }
 

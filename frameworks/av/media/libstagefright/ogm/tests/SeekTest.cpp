@@ -12,7 +12,7 @@ using ::testing::IsEmpty;
 
 constexpr char kMime[] = "audio/raw";
 
-/** What a read with a seek request does before it reads on, seen on one PCM or video track. */
+/** What a read with a seek does before it reads a packet, for a single PCM or video track. */
 class SeekTest : public PluginTest {
   protected:
     static std::vector<Event> beginOfSeek(int64_t timeUs) {
@@ -37,13 +37,13 @@ class SeekTest : public PluginTest {
                           static_cast<long long>(reachedUs), static_cast<long long>(targetUs)));
     }
 
-    /** Search for a page at its start, then its header and its lacing table of 4 values. */
+    /** The search that finds a page at its start, its header, and its lacing table of 4 values. */
     static std::vector<Event> pageFound(size_t index) {
         const int64_t offset = pageOffset(index);
         return {ReadCall{offset, 4, 4}, ReadCall{offset, 27, 27}, ReadCall{offset + 27, 4, 4}};
     }
 
-    /** A seek of a fresh track of a short file, and all that it did before it read on. */
+    /** All events of a new track's seek in a short file, before it reads a packet. */
     std::vector<Event> eventsOfSeek(const OgmFile& file, int64_t timeUs) {
         OpenedFile opened = openQuietly(file);
         auto track = opened->startedTrack(0);
@@ -73,7 +73,7 @@ TEST_F(SeekTest, ASeekToThreeSecondsScansTheFirstPageAndUsesItUp) {
             {beginOfSeek(3 * kSecond),
              {debugLine("Start seekToTime"), infoLine("OgmTrack:mSerialNo[1] signalDiscontinuity!"),
               infoLine("seekToTime, 2449, searchOffset=81"),
-              // A cursor at offset 0 counts as not set: it goes on to the first data page.
+              // A cursor at offset 0 is treated as not set: it goes to the first data page.
               ReadCall{0, 4, 4}, ReadCall{0, 27, 27}, ReadCall{27, 1, 1}},
              pageFound(0),
              pageFound(1),  // looks for the next granule position
@@ -168,7 +168,7 @@ TEST_F(SeekTest, AtTheEndOfTheFileTheNextGranuleOfTheLastPageIsSearchedAgain) {
     track->readAt(40 * kSecond);
     mEvents.clear();
     track->read();
-    // The cursor is at the end but still carries the size and the segments of the old page.
+    // The cursor is at the end but still has the size and the segments of the old page.
     const int64_t pastEnd = size + static_cast<int64_t>(kPacedPageSize);
     const std::vector<Event> expected{
             infoLine("getFormat: Track type[5]"),
@@ -184,7 +184,7 @@ TEST_F(SeekTest, AtTheEndOfTheFileTheNextGranuleOfTheLastPageIsSearchedAgain) {
 }
 
 TEST_F(SeekTest, WithAnUnknownDurationThereIsNoEndZone) {
-    // Shorter than the tail in which the duration is searched.
+    // Shorter than the tail that is searched for the duration.
     OpenedFile opened = openQuietly(pacedAudioFile(250));
     auto track = opened->startedTrack(0);
     EXPECT_EQ(opened->fileFormat().int64(AMEDIAFORMAT_KEY_DURATION), 0);
@@ -226,7 +226,7 @@ TEST_F(SeekTest, TheTailOfAPacketThatBeganBeforeTheLandingPlaceIsForgotten) {
     auto track = opened->startedTrack(0);
     // The page at 2.0 s is used up; the packet begins on the next one.
     EXPECT_EQ(track->readAt(5000000).bytes, pattern(507, 999));
-    // The page on which the packet begins is used up: its tail belongs to nothing.
+    // The page on which the packet begins is used up, so its tail has no packet to continue.
     const ReadResult result = track->readAt(5000001);
     EXPECT_EQ(result.bytes, pattern(20, 22));
     EXPECT_EQ(result.timeUs, 2200000);
@@ -249,7 +249,7 @@ TEST_F(SeekTest, TheFrameHeaderThatMpegAudioAgreedOnSurvivesASeek) {
     const Bytes firstOut = track->read().bytes;
     EXPECT_EQ(mEvents.linesBeginning("mMP3Header:").size(), 1U);
     mEvents.clear();
-    // Now the first frame needs no second one to be recognised.
+    // Now the first frame is recognised without a second one.
     frame.seed = 0;
     EXPECT_EQ(track->readAt(0).bytes, frame.bytes());
     EXPECT_EQ(track->read().bytes, firstOut);
@@ -270,7 +270,7 @@ TEST_F(SeekTest, HalfAnAudioFrameIsForgotten) {
     for (uint32_t i = 0; i < 60; ++i) {
         append(frames, frameOf(i));
     }
-    // A frame and a half in each packet: ten frames are queued when half of another is waiting.
+    // A frame and a half in each packet: when ten frames are queued, half of another one waits.
     OgmFile file;
     file.addHeader(1, header);
     for (uint32_t i = 0; i < 40; ++i) {
@@ -287,8 +287,8 @@ TEST_F(SeekTest, HalfAnAudioFrameIsForgotten) {
 }
 
 TEST_F(SeekTest, ACursorThatIsSetAgainWithoutASeekKeepsWhatIsQueued) {
-    // Where data begins the file, the cursor counts as not set before every packet. It goes back
-    // to the first page each time, with timing anew, but queue and assembly go on.
+    // If the file begins with data, the cursor is treated as not set before each packet. Each time
+    // it returns to the first page and the clock restarts, but queue and open packet stay.
     OgmFile file;
     file.addData(1, kPacedSamples, audioPacket({1, 2, 3}));
     file.addHeader(1, AudioHeader());
@@ -302,13 +302,13 @@ TEST_F(SeekTest, ACursorThatIsSetAgainWithoutASeekKeepsWhatIsQueued) {
     }
 }
 
-/** Two or more tracks, of which one moves the file. */
+/** Two or more tracks, one of which is selected. */
 class SelectedTrackSeekTest : public SeekTest {
   protected:
     static constexpr uint32_t kVideoSerialNo = 7;
     static constexpr uint32_t kAudioSerialNo = 0x80000005;
 
-    /** 20 seconds of one video and one audio packet in turn, with a sync frame every second. */
+    /** 20 seconds of alternating video and audio packets, with a sync frame every second. */
     static OgmFile twoTracks(uint32_t videoSerialNo = kVideoSerialNo) {
         OgmFile file;
         file.addHeader(videoSerialNo, VideoHeader());
@@ -419,7 +419,7 @@ TEST_F(SelectedTrackSeekTest, ASerialNumberOfAllOnesIsSelectedWhenNoTrackIs) {
     audio->stop();
     EXPECT_EQ(mEvents.count(infoLine("trackStop:serialNo=-2147483643, mSelectedSerialNo=-1")), 1U);
     mEvents.clear();
-    // No track is registered, but the stopped one has the number that stands for none.
+    // No track is registered, but the stopped one has the number that means "none".
     video->readAt(0);
     EXPECT_TRUE(mEvents.holds(debugLine("Start seekToTime")));
     EXPECT_THAT(mEvents.linesBeginning("OgmTrack:mSerialNo"), IsEmpty());

@@ -5,7 +5,7 @@
 
 namespace android::ogm::test {
 
-/** While it lives nothing is logged, and no message is even formatted. */
+/** During its lifetime nothing is logged or formatted. */
 class SilentLog {
   public:
     SilentLog() : mBefore(__android_log_set_minimum_priority(ANDROID_LOG_SILENT)) {}

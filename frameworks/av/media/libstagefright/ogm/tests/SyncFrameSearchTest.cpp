@@ -34,13 +34,13 @@ LogLine steppedBackTo(int64_t timeUs, int left) {
 const LogLine kGaveUp = infoLine("read, 1210,Can't find I frame after search 10 times");
 
 /**
- * How the selected video track looks for a sync frame after a seek. The files are too short for a
- * duration, so each scan begins at the first page; it uses up the first page that lies no earlier
- * than three seconds before the target, and the search begins on the next one.
+ * How the selected video track searches for a sync frame after a seek. The files are too short for
+ * a duration, so each scan begins at the first page. It uses up the first page whose time is at
+ * least the target less three seconds, and the search begins on the next page.
  */
 class SyncFrameSearchTest : public PluginTest {
   protected:
-    /** Frames 100 ms apart, one a page; those at the given times in seconds are sync frames. */
+    /** A frame per page, 100 ms apart; those at the given times in seconds are sync frames. */
     static OgmFile regularFile(size_t frames, const std::set<double>& syncTimes) {
         VideoHeader header;
         header.timeUnit = kFrameUs * 10;
@@ -56,12 +56,12 @@ class SyncFrameSearchTest : public PluginTest {
 
     static Bytes payload(size_t index) { return pattern(20, static_cast<uint32_t>(index)); }
 
-    /** Where a page of the regular file lies: 28 bytes of page header, 21 bytes of packet. */
+    /** Offset of a page in the regular file: 28 bytes of page header, 21 bytes of packet. */
     static int64_t regularPageOffset(size_t frame) {
         return static_cast<int64_t>(kHeaderPageSize + frame * (28 + 21));
     }
 
-    /** Opens a file and starts its first track, in place of the ones before. */
+    /** Opens a file and starts its first track; replaces the previous ones. */
     MemorySource& start(const OgmFile& file) {
         mTrack.reset();
         mOpened.emplace(openQuietly(file));
@@ -124,7 +124,7 @@ TEST_F(SyncFrameSearchTest, EachStepBackIsThreeSecondsAndIsFollowedByItsOwnScan)
                             steppedBackTo(11 * kSecond, 7), foundAt(10500000)));
     // The seek itself and one for each step back.
     EXPECT_EQ(mEvents.count(infoLine("OgmTrack:mSerialNo[1] signalDiscontinuity!")), 4U);
-    // Only the seek announces its beginning and end.
+    // Only the seek logs its beginning and end.
     EXPECT_EQ(mEvents.count(debugLine("Start seekToTime")), 1U);
     EXPECT_EQ(mEvents.count(debugLine("End seekToTime")), 1U);
 }
@@ -146,14 +146,14 @@ TEST_F(SyncFrameSearchTest, WithoutSyncFramesTenStepsBackAreMadeAndThenTheTarget
 }
 
 TEST_F(SyncFrameSearchTest, AfterTheLastStepBackNoFrameIsExamined) {
-    // The sync frame is too far from all eleven places that are searched, but not from the target.
+    // The sync frame is too far from all eleven times searched for, but not from the target.
     const ReadResult result = seek(regularFile(600, {42.1}), 40 * kSecond);
     EXPECT_EQ(result.timeUs, 37100000);
     EXPECT_EQ(mEvents.linesBeginning("found I Frame").size(), 0U);
 }
 
 TEST_F(SyncFrameSearchTest, TheEndOfTheFileEndsTheSearch) {
-    // No sync frame, and no frame as far as two seconds after the target.
+    // No sync frame, and no frame more than two seconds after the target.
     const ReadResult result = seek(regularFile(195, {}), 18 * kSecond);
     EXPECT_THAT(searchLines(), IsEmpty());
     EXPECT_EQ(result.status, AMEDIA_ERROR_END_OF_STREAM);
@@ -161,17 +161,17 @@ TEST_F(SyncFrameSearchTest, TheEndOfTheFileEndsTheSearch) {
 }
 
 TEST_F(SyncFrameSearchTest, ASyncFrameIsStillFoundAfterTheEndOfTheFileWasReached) {
-    // The queue is filled at 18.6 s and meets the end; the last packet but one is not delivered.
+    // Filling the queue at 18.6 s reaches the end; the last packet but one is not returned.
     const ReadResult result = seek(regularFile(195, {18.9}), 17 * kSecond);
     EXPECT_THAT(searchLines(), ElementsAre(foundAt(18900000)));
     EXPECT_EQ(result.timeUs, 18900000);
 }
 
 TEST_F(SyncFrameSearchTest, AfterTheEndOfTheFileWasReachedOnlyOneStepBackIsMade) {
-    // Frames lie more than two seconds after the target, but the end came with them.
+    // There are frames more than two seconds after the target, but the end came with them.
     const ReadResult result = seek(regularFile(195, {0}), 17 * kSecond);
     EXPECT_THAT(searchLines(), ElementsAre(steppedBackTo(14 * kSecond, 9)));
-    // The file stays where that step has left it: after the page at 11 s.
+    // The cursor stays where that step has left it: after the page at 11 s.
     EXPECT_EQ(result.timeUs, 11100000);
     EXPECT_EQ(result.isSyncFrame, 0);
 }
@@ -184,7 +184,7 @@ TEST_F(SyncFrameSearchTest, ASeekToTheEndOfTheFileSearchesNothing) {
 TEST_F(SyncFrameSearchTest, ATrackThatAnotherOneOfItsStreamHasReplacedForgetsWhatLiesTooLate) {
     start(regularFile(400, {28}));
     EXPECT_EQ(mTrack->readAt(30 * kSecond).timeUs, 28 * kSecond);
-    // All packets go to the new track, so none comes in place of those that are queued.
+    // All packets go to the new track, so the queued ones are not replaced.
     const auto replacement = (*mOpened)->startedTrack(0);
     EXPECT_EQ(mTrack->readAt(10 * kSecond).status, AMEDIA_ERROR_END_OF_STREAM);
 }
@@ -214,7 +214,7 @@ TEST_F(SyncFrameSearchTest, TheSearchLooksAtTimesBeforeTheyAreCorrectedForReorde
         const uint32_t type = i == 60 ? 1 : (i % 3 == 0 ? 2 : 3);
         file.addData(kVideoSerialNo, i + 1, dataPacket(kPlainPacket, mpeg2Picture(type, 40, i)));
     }
-    // The sync frame lies two seconds after the target in the file, and is shown 0.2 s later.
+    // In the file the sync frame is two seconds after the target; it is shown 0.2 s later.
     const ReadResult result = seek(file, 4 * kSecond);
     EXPECT_THAT(searchLines(), ElementsAre(foundAt(6 * kSecond)));
     EXPECT_EQ(result.timeUs, 6200000);
@@ -256,7 +256,7 @@ TEST_F(SyncFrameSearchTest, AFailedReadEndsTheSearchAndTheRead) {
     EXPECT_EQ(lines.back(), errorLine("Read Data fail,return ERROR_IO"));
     EXPECT_THAT(mEvents.linesBeginning("after seek"), IsEmpty());
 
-    // What had been queued is returned as it is, and the packet is tried again.
+    // The queued packets are returned as they are, and the packet is read again.
     source.clearFault();
     for (size_t frame = 71; frame < 80; ++frame) {
         EXPECT_EQ(mTrack->read().bytes, payload(frame));
@@ -307,7 +307,7 @@ TEST_F(SeekingFlagTest, AfterAFailedSearchAudioIsDroppedUntilTheNextSeekOfTheSel
     mEvents.clear();
     EXPECT_EQ(video->read().timeUs, 7100000);
     EXPECT_GT(mEvents.count(infoLine(kDropped)), 0U);
-    // A seek of the other track changes nothing: all that is left of the audio is dropped.
+    // A seek of the other track changes nothing: the rest of the audio is dropped.
     EXPECT_EQ(audio->readAt(0).status, AMEDIA_ERROR_END_OF_STREAM);
 
     EXPECT_EQ(video->readAt(10 * kSecond).timeUs, 8 * kSecond);
@@ -324,7 +324,7 @@ TEST_F(SeekingFlagTest, AnotherTrackMeetsTheFailureThatEndedTheSearch) {
     ASSERT_EQ(audio->read().status, AMEDIA_OK);
     opened.source->setFault(faultAtOffset(videoPayloadOffset(75), -5));
     EXPECT_EQ(video->readAt(10 * kSecond).status, AMEDIA_ERROR_IO);
-    // Its queue went with the seek; the failing packet is in its way.
+    // The seek dropped its queue; the failing packet comes first.
     EXPECT_EQ(audio->read().status, AMEDIA_ERROR_IO);
 }
 
@@ -341,7 +341,7 @@ TEST_F(SeekingFlagTest, TheSearchPassesOverAnyNumberOfOtherTracksPages) {
     for (size_t i = 1; i < 30; ++i) {
         file.addData(kVideoSerialNo, i + 1, dataPacket(kPlainPacket, payload(i)));
     }
-    // A page without a later one of its stream would end all reading where it lies.
+    // The last page of a stream would end all reading there.
     file.addData(kAudioSerialNo, 201 * kAudioRate / 100, audioPacket(payload(2000)));
     OpenedFile opened = openQuietly(file);
     auto video = opened->startedTrack(0);

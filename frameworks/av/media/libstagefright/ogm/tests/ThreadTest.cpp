@@ -23,9 +23,9 @@ constexpr size_t kStreams = 3;
 constexpr uint32_t kVideoSerialNo = 1;
 
 /**
- * Tracks that are read from threads of their own. The data source has no lock, so two reads of it
- * at once are a race, and so is every access of two tracks to what they share. Nothing is logged:
- * a logger with a lock would put the threads in an order that they do not have.
+ * Each track is read from its own thread. The data source has no lock, so two reads of it at the
+ * same time are a race, and so is each unlocked access to what tracks share. Nothing is logged:
+ * a logger's lock would synchronise the threads and hide races.
  */
 class ThreadTest : public ::testing::Test {
   protected:
@@ -53,7 +53,7 @@ class ThreadTest : public ::testing::Test {
         return file;
     }
 
-    /** Payloads say what they are; the one of the third stream is an AC-3 frame. */
+    /** A payload with the stream's number and the index; for the third stream an AC-3 frame. */
     static Bytes payload(size_t stream, size_t index) {
         Bytes bytes(stream == 2 ? 128 : 40, static_cast<uint8_t>(stream));
         if (stream == 2) {
@@ -69,7 +69,7 @@ class ThreadTest : public ::testing::Test {
 
     static size_t indexIn(const Bytes& bytes) { return size_t{bytes.at(10)} << 8 | bytes.at(11); }
 
-    /** Reads to the end and checks that the packets come whole and in order. */
+    /** Reads to the end and checks that the packets are complete and in order. */
     static size_t readToTheEnd(Track& track, size_t stream) {
         size_t count = 0;
         for (const ReadResult& result : track.readAll()) {
@@ -79,8 +79,8 @@ class ThreadTest : public ::testing::Test {
     }
 
     /**
-     * Reads until it has had so many packets, whatever else comes. A seek of the selected track may
-     * make packets come again or stay out, but each comes whole.
+     * Reads until it has `wanted` packets. A seek of the selected track may repeat or skip packets,
+     * but each packet is complete.
      */
     static void readMany(Track& track, size_t stream, size_t wanted) {
         for (size_t count = 0; count < wanted;) {
@@ -106,7 +106,7 @@ TEST_F(ThreadTest, EachTrackReadFromItsOwnThreadGivesAllItsPackets) {
     for (size_t i = 0; i < kStreams; ++i) {
         counts.push_back(std::async(std::launch::async, readToTheEnd, std::ref(*mTracks[i]), i));
     }
-    // The last page of the first stream ends all reading; one packet of each stream stays inside.
+    // The last page of the first stream ends all reading; the last packet in each queue stays open.
     EXPECT_EQ(counts[0].get(), kPackets - 2);
     EXPECT_EQ(counts[1].get(), kPackets - 2);
     EXPECT_EQ(counts[2].get(), kPackets - 2);
@@ -125,7 +125,7 @@ TEST_F(ThreadTest, SeeksOfTheSelectedTrackDisturbNoReadOfAnother) {
     for (int i = 0; i < 50 || reading > 0; ++i) {
         const auto timeUs = static_cast<int64_t>(random.below(55)) * kSecond;
         const ReadResult result = mTracks[0]->readAt(timeUs);
-        // Sync frames lie two seconds apart, so one is found without a step back.
+        // Sync frames are two seconds apart, so one is found without a step back.
         EXPECT_EQ(result.status, AMEDIA_OK) << timeUs;
         EXPECT_EQ(result.isSyncFrame, 1);
         EXPECT_LE(*result.timeUs, timeUs + 2 * kSecond);
@@ -194,7 +194,7 @@ TEST_F(ThreadTest, ExtractorsShareNothing) {
         }));
     }
     for (auto& count : counts) {
-        // The first packet has gone with the seek.
+        // The seek has dropped the first packet.
         EXPECT_EQ(count.get(), kPackets - 3);
     }
 }

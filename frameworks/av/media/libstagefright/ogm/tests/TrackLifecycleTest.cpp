@@ -12,7 +12,7 @@ using ::testing::IsEmpty;
 
 class TrackLifecycleTest : public PluginTest {
   protected:
-    /** A file with one video stream for each serial number, and pages enough to read of each. */
+    /** A file with a video stream for each serial number, and enough pages of each to read. */
     static OgmFile streams(const std::vector<uint32_t>& serialNos) {
         OgmFile file;
         for (const uint32_t serialNo : serialNos) {
@@ -45,7 +45,7 @@ TEST_F(TrackLifecycleTest, ATrackStoppedStartedAndDestroyedStaysRegistered) {
     three.reset();
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("Track Type[22] destroy\n")));
     mEvents.clear();
-    // The pages of the destroyed track are met and its packets dropped.
+    // The pages of the destroyed track are read and its packets dropped.
     EXPECT_THAT(seven->readAll(), ::testing::Not(IsEmpty()));
     seven->stop();
     EXPECT_TRUE(mEvents.holds(stopLine(7, 3)));

@@ -4,7 +4,7 @@
 namespace android::ogm::test::unstarted_track_test {
 namespace {
 
-/** A track without a buffer group, which it gets when it is started. */
+/** A track that has no buffer group yet, because it was not started. */
 class UnstartedTrackTest : public PluginTest {
   protected:
     UnstartedTrackTest() { mContent.comments = false; }

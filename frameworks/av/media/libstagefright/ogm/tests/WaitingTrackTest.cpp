@@ -10,13 +10,13 @@ constexpr uint32_t kAudio = 2;
 constexpr size_t kVideoTrack = 0;
 constexpr size_t kAudioTrack = 1;
 
-/** The packets of a stream's last page do not come, nor the one before, which is still open. */
+/** The packet on a stream's last page is never returned, nor the open packet before it. */
 constexpr size_t kNeverReturned = 2;
 
-/** Several MB, beyond which a queue asks for large pages. */
+/** Several MB, enough for a queue to use large pages. */
 constexpr size_t kWaitingFrames = 600;
 constexpr size_t kWaitingSize = 10000;
-/** Packets that fit into a large page, but into no block of a short queue. */
+/** Packets that fit into a large page, but not into a block of a short queue. */
 constexpr size_t kLargeFrames = 100;
 constexpr size_t kLargeSize = 60000;
 constexpr size_t kFrames = kWaitingFrames + kLargeFrames;
@@ -26,10 +26,10 @@ Bytes frame(size_t index) {
     return pattern(index < kWaitingFrames ? kWaitingSize : kLargeSize + index, seed);
 }
 
-/** One track is read while another one's packets wait in its queue, megabytes of them. */
+/** One track is read while megabytes of another track's packets wait in its queue. */
 class WaitingTrackTest : public PluginTest {
   protected:
-    /** A page of video and a page of audio in turn. */
+    /** Alternating pages of video and audio. */
     static OgmFile videoAndAudio() {
         OgmFile file;
         file.addHeader(kVideo, VideoHeader());
@@ -93,7 +93,7 @@ TEST_F(WaitingTrackTest, HoldsAccessUnitsWhoseFramesLieAcrossPackets) {
     EXPECT_EQ(video->drain().size(), pages - kNeverReturned);
     const std::vector<ReadResult> results = audio->drain();
     ASSERT_GT(results.size(), kUnits - 10);
-    // The second unit, whole in the first packet, confirms the header, and the first is given up.
+    // The second unit is complete in the first packet and confirms the header; the first is lost.
     for (size_t i = 0; i < results.size(); ++i) {
         ASSERT_EQ(results[i].bytes, units[i + 1]) << i;
     }

@@ -31,7 +31,7 @@ uint32_t streamTypeOf(ReferenceCutter::Codec codec) {
     return OGM_TYPE_UNKNOWN;
 }
 
-/** Cuts what can be cut and expects just these units, and that the cutting ends as they say. */
+/** Cuts all units that can be cut; expects exactly these units and this end. */
 void cutAll(CutterDriver* cutter, const ReferenceCutter::Outcome& expected) {
     for (const AccessUnit& unit : expected.units) {
         const std::optional<AccessUnit> cut = cutter->next();
@@ -39,7 +39,7 @@ void cutAll(CutterDriver* cutter, const ReferenceCutter::Outcome& expected) {
         require(*cut == unit, "an access unit or its time differs");
     }
     if (expected.fatal) {
-        // An assertion, or a unit of no bytes that is found again for ever.
+        // An assertion, or an empty unit that is found again and again.
         const std::optional<AccessUnit> cut = cutter->next();
         require(cut && cut->bytes.empty(), "the process should have ended");
         throw DemandedEnd{};

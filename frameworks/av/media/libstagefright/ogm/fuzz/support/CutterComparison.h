@@ -7,11 +7,11 @@
 namespace android::ogm::fuzz {
 
 /**
- * Cuts access units out of a stream that arrives in pieces, and compares what comes out, piece by
- * piece, with a second implementation, which also tells where the process would end:
+ * Cuts access units out of a stream that arrives in pieces. After each piece the units are compared
+ * with those of a second implementation, which also knows where the process would end:
  *
- *     1 byte    size of a piece, or 0: each piece has its size (2 bytes, little-endian) in front
- *     1 byte    time of a piece: its number, or with the high bit set one that is negative
+ *     1 byte    size of all pieces, or 0: each piece comes after its size (2 bytes, little-endian)
+ *     1 byte    difference between the times of two pieces; negative if the high bit is set
  *     the rest  the stream
  */
 void cutAndCompare(test::ReferenceCutter::Codec codec, InputReader input);

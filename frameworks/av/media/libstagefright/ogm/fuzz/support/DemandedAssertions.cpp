@@ -12,7 +12,7 @@ bool isDigit(char character) {
     return std::isdigit(static_cast<unsigned char>(character)) != 0;
 }
 
-/** Removes a decimal number from the front; false when there is none. */
+/** Removes a decimal number from the front; false if there is none. */
 bool skipNumber(std::string_view* text) {
     std::string_view rest = *text;
     if (!rest.empty() && rest.front() == '-') {

@@ -3,11 +3,11 @@
 
 #include <string_view>
 
-/** The assertions that are meant: the table of docs/behaviour.md, which a test compares with it. */
+/** The intended assertions: the table of docs/behaviour.md. A test compares the two. */
 namespace android::ogm::fuzz {
 
 struct DemandedAssertion {
-    /** Empty for the program's name. */
+    /** Empty: the program's name. */
     std::string_view tag;
     /** '#' stands for a decimal number. */
     std::string_view text;
@@ -54,7 +54,7 @@ inline constexpr DemandedAssertion kDemandedAssertions[] = {
          true},
 };
 
-/** The row of an assertion with this tag (null: the program's name) and text; null for none. */
+/** The row with this tag (null: the program's name) and text; null if there is none. */
 const DemandedAssertion* findDemandedAssertion(const char* tag, std::string_view text);
 
 }  // namespace android::ogm::fuzz

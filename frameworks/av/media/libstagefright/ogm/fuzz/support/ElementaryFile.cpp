@@ -19,7 +19,7 @@ constexpr size_t kCodecs = std::size(kVideoCodecs) + std::size(kAudioCodecs);
 constexpr uint32_t kSerialNo = 1;
 constexpr size_t kPacketStep = 8;
 constexpr int kGranuleShift = 2;
-/** The last page of a stream is never cut, and the last packet before it stays open. */
+/** The last page of a stream is never read, and the last packet before it stays open. */
 constexpr size_t kClosingPages = 2;
 
 /** Adds the header page; returns whether the stream is audio. */

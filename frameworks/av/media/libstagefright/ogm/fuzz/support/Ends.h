@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/** How a run ends before its script does. */
+/** How a run can end before its script. */
 namespace android::ogm::fuzz {
 
 /**
- * Thrown where the plug-in would end the process, or search without end, and is meant to
+ * Thrown where the plug-in would end the process or search without end, if that is intended
  * (docs/behaviour.md, "The process ends" and "A search does not end").
  *
- * The plug-in's sources are built with exceptions for the fuzz targets, so that everything on the
- * way out is destroyed: the leak check stays meaningful, and the next run starts clean.
+ * The plug-in's sources are built with exceptions for the fuzz targets. Unwinding destroys all
+ * objects, so the leak check stays valid and the next run starts clean.
  */
 struct DemandedEnd {};
 
-/** Ends the process with a message: what must not happen has happened. */
+/** Reports a finding: ends the process with a message. */
 [[noreturn]] void finding(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 /** Ends the process with `message` unless `condition` holds. */
@@ -23,7 +23,7 @@ inline void require(bool condition, const char* message) {
     }
 }
 
-/** Runs `body`; false when it was left by a demanded end. */
+/** Runs `body`; false if a DemandedEnd left it. */
 template <typename Body>
 bool endsByItself(Body&& body) {
     try {

@@ -15,7 +15,7 @@ namespace android::ogm::fuzz {
 using test::Bytes;
 using test::bytesOf;
 
-/** Bytes in a heap block of exactly their size, so that reading one too many is seen. */
+/** Bytes in a heap block of exactly their size, so that a sanitizer sees a read past the end. */
 class ExactBlock {
   public:
     ExactBlock(const uint8_t* bytes, size_t size) : mBytes(new uint8_t[size]), mSize(size) {
@@ -33,7 +33,7 @@ class ExactBlock {
     size_t mSize;
 };
 
-/** Takes values off the front of an input; what is missing at its end is 0. */
+/** Takes values from the front of an input; missing bytes are 0. */
 class InputReader {
   public:
     InputReader(const uint8_t* data, size_t size) : mRest(data, size) {}

@@ -12,20 +12,20 @@ namespace {
 
 using test::AllocationKind;
 
-/** The body of the largest page, whose size its lacing table tells, and a rounding up to 64 KiB. */
+/** The body of the largest possible page, and rounding up to 64 KiB. */
 constexpr uint64_t kPageAndRounding = 131072;
-/** 8-bit samples are widened into a buffer made half as large again. */
+/** 8-bit samples are widened into a buffer that is half as large again as needed. */
 constexpr uint64_t kLargestPerByte = 3;
 
 /** Extractor, tracks and their packet buffers. */
 constexpr uint64_t kAlwaysInUse = 4 << 20;
-/** A packet of no bytes takes one lacing value, and in memory a buffer and its place in a queue. */
+/** An empty packet needs one lacing value in the file, but a buffer and a queue entry in memory. */
 constexpr uint64_t kInUsePerByte = 1024;
 
-/** An access unit has 2 bytes at least, and takes less than 16 requests. */
+/** An access unit has at least 2 bytes and takes less than 16 requests. */
 constexpr uint64_t kRequestsPerByte = 8;
 constexpr uint64_t kRequestsOfACall = 4096;
-/** A queue that is filled without reading takes a block of some KiB for many packets at a time. */
+/** A queue that is filled without reading allocates blocks of some KiB, each for many packets. */
 constexpr uint64_t kRequestsOfAGrowingQueue = 512;
 
 MemoryWatch* gWatch = nullptr;

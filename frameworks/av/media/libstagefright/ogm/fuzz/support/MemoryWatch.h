@@ -7,10 +7,10 @@
 namespace android::ogm::fuzz {
 
 /**
- * Watches what a session takes from the heap while it lives: no request may be larger, and no more
- * may be in use, than the bytes that the source has handed over justify. A cutting of access units
- * that never ends takes memory without reading; it is a demanded end where a track is AC-3, whose
- * frames may have no bytes, and a finding elsewhere.
+ * Watches the heap during a session. The bytes that the source has returned limit the size of a
+ * request and the memory in use. Endless cutting of access units takes memory without reading:
+ * that is a demanded end if there is an AC-3 track, whose frames may be empty, and a finding
+ * otherwise.
  */
 class MemoryWatch {
   public:
@@ -19,7 +19,7 @@ class MemoryWatch {
     MemoryWatch(const MemoryWatch&) = delete;
     MemoryWatch& operator=(const MemoryWatch&) = delete;
 
-    /** Stays allowed once it is. */
+    /** Once allowed, it stays allowed. */
     void allowEndlessGrowth(bool allowed) { mMayGrow |= allowed; }
 
   private:

@@ -29,7 +29,7 @@ void splitBody(ByteView lacing, ByteView body, FilePiece* page) {
     }
 }
 
-/** The page at the beginning of `data`; nothing unless all of it is there. */
+/** The page at the beginning of `data`; nothing if it is incomplete. */
 std::optional<FilePiece> readPage(ByteView data, size_t* size) {
     if (!data.holds(kCapturePattern, 0)) {
         return std::nullopt;

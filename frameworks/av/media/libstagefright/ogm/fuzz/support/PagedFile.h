@@ -6,13 +6,13 @@
 
 #include "InputReader.h"
 
-/** A file taken apart into its pages, and put together again. */
+/** Splits a file into pages, and joins them again. */
 namespace android::ogm::fuzz {
 
 /** A whole page, or bytes between pages. */
 struct FilePiece {
     bool isPage = false;
-    /** What is not a page. */
+    /** Bytes that are not a page. */
     Bytes junk;
 
     uint8_t version = 0;
@@ -22,7 +22,7 @@ struct FilePiece {
     uint32_t sequence = 0;
     uint32_t checksum = 0;
     std::vector<Bytes> packets;
-    /** The last packet does not end on the page; its size is a multiple of 255. */
+    /** Whether the last packet continues on a later page; then its size is a multiple of 255. */
     bool isOpen = false;
 
     bool beginsStream() const { return isPage && (flags & 2U) != 0 && !packets.empty(); }
@@ -33,7 +33,7 @@ using PagedFile = std::vector<FilePiece>;
 /** Joining the pieces gives the same bytes again. */
 PagedFile splitIntoPages(const Bytes& file);
 
-/** Lacing tables follow from the packets; those that do not fit onto their page are left out. */
+/** Computes the lacing tables from the packets; drops packets that do not fit onto their page. */
 Bytes joinPages(const PagedFile& pieces);
 
 }  // namespace android::ogm::fuzz

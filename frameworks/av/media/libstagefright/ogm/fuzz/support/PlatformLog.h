@@ -2,12 +2,12 @@
 #pragma once
 
 /**
- * Stands in for the platform's log in the fuzz targets. Assertions that are meant are thrown as
- * DemandedEnd, all others are findings. Nothing is written.
+ * Replaces the platform's log in the fuzz targets. Intended assertions are thrown as DemandedEnd,
+ * all others are findings. Nothing is written.
  */
 namespace android::ogm::fuzz {
 
-/** Sees the format of each line before it would be composed. */
+/** Gets the format of each line before it is composed. */
 class LogObserver {
   public:
     virtual ~LogObserver() = default;
@@ -17,7 +17,7 @@ class LogObserver {
 /** One at a time; null for none. */
 void setLogObserver(LogObserver* observer);
 
-/** Whether texts are composed, so that the sanitizers see their arguments; slow. */
+/** Whether texts are composed, which lets the sanitizers check their arguments; slow. */
 void setLogComposed(bool composed);
 
 }  // namespace android::ogm::fuzz

@@ -12,12 +12,12 @@ namespace android::ogm::fuzz {
 
 namespace {
 
-// Enough for a whole session with a file of the sizes that are fuzzed, and little enough to keep
-// searches that go through all buffered bytes again for each packet from taking long.
+// Enough for a whole session with a file of the usual sizes. Few enough that searches which go
+// through all buffered bytes again for each packet stay fast.
 constexpr size_t kReadBudget = 6000;
 constexpr uint64_t kByteBudget = 65536;
 constexpr uint64_t kBytesPerFileByte = 8;
-/** A call that ends once nothing can be read any more needs far fewer. */
+/** A call that ends after the source has fallen silent needs far fewer. */
 constexpr size_t kMaxReadsInSilence = 2000;
 
 constexpr ssize_t kRefused = -2147483648LL;
@@ -25,14 +25,14 @@ constexpr ssize_t kIoError = -1004;
 constexpr status_t kUnsupported = -1010;
 constexpr uint32_t kLocalFile = 16;
 
-// The lines around the payloads of pages that are searched for a codec's configuration.
+// The log lines before and after the search for a codec's configuration.
 constexpr std::string_view kVideoSearchBegins = "OGV_VIDEO_MP4:TYPE:%d, serialNo=%d";
 constexpr std::string_view kAudioSearchBegins = "MPEG audio, type:%d,serialNo=%d";
 constexpr std::string_view kPayloadIsNext = "pageDataSize = %d";
 
 /** The position of the search has 8 bits. */
 constexpr size_t kSearchedPositions = 256;
-/** With more bytes than these its end is never reached. */
+/** With more bytes than this the search never ends. */
 constexpr size_t kMaxSearched = 257;
 
 size_t startCodePosition(ByteView data) {
@@ -104,13 +104,13 @@ ssize_t ScriptedSource::serve(int64_t offset, uint8_t* data, size_t size) {
     return count;
 }
 
-/** Ends a call that goes on reading although nothing comes any more. */
+/** Ends a call that still reads although the source is silent. */
 void ScriptedSource::endSilence() {
     if (++mReadsInSilence <= kMaxReadsInSilence) {
         return;
     }
-    // The end of a file of unknown size is taken for the beginning, so there the scan of a seek
-    // begins again and again.
+    // The end of a file of unknown size is treated as the beginning, so the scan of a seek begins
+    // there again and again.
     const bool sizeIsKnown =
             mInput.sizeKind != ReportedSize::kUnknown && mInput.reportedSize(mFile.size()) != 0;
     require(!sizeIsKnown, "a call goes on reading a source that gives nothing any more");
@@ -160,7 +160,7 @@ void ScriptedSource::watchPayload(const uint8_t* data, size_t size, ssize_t coun
     if (searchesForever(searched)) {
         throw DemandedEnd{};
     }
-    // Once found, the start code, or the one after what has been removed, is found again.
+    // A start code that was found once is found again, or the one after the removed bytes is.
     mSearching = startCodePosition(searched) == kSearchedPositions;
 }
 

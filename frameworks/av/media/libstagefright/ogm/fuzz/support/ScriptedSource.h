@@ -9,14 +9,13 @@
 namespace android::ogm::fuzz {
 
 /**
- * A data source over the bytes of a file that fails where the input says so. It tells the searches
- * without end apart that are meant:
+ * A data source over the bytes of a file that fails as the input says. It recognises the intended
+ * endless searches:
  *
- * - After a number of reads it falls silent: every further read gives nothing. A walk over the
- *   pages that comes back to the same place for ever ends with that. One that goes on reading all
- *   the same is a finding.
- * - The search for a start code before MPEG-4 pictures reads nothing, so the bytes that would
- *   set it off are recognised when they are asked for: the run ends there.
+ * - After a number of reads it falls silent: all further reads return nothing. That ends a search
+ *   that always returns to the same place. A call that still reads after that is a finding.
+ * - The search for a start code before MPEG-4 pictures reads nothing. So the bytes that would start
+ *   such a search are recognised when they are read, and end the run.
  */
 class ScriptedSource : public LogObserver {
   public:
@@ -27,12 +26,12 @@ class ScriptedSource : public LogObserver {
 
     CDataSource* table() { return &mTable; }
 
-    /** Bytes that have been handed over. */
+    /** Number of bytes that reads have returned. */
     uint64_t delivered() const { return mDelivered; }
     size_t reads() const { return mReads; }
-    /** Whether all further reads give nothing. */
+    /** Whether all further reads return nothing. */
     bool isSilent() const;
-    /** To be called before each call of the plug-in: reads in silence are counted for each. */
+    /** To be called before each call of the plug-in: reads in silence are counted per call. */
     void beginCall() { mReadsInSilence = 0; }
 
     void onLogLine(const char* format) override;
@@ -51,7 +50,7 @@ class ScriptedSource : public LogObserver {
     size_t mReadsInSilence = 0;
     uint64_t mDelivered = 0;
 
-    /** The bytes in which a start code is searched, while none has been found. */
+    /** The bytes in which no start code has been found yet. */
     Bytes mSearched;
     bool mSearching = false;
     bool mPayloadIsNext = false;

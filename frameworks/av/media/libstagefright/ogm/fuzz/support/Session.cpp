@@ -29,7 +29,7 @@ std::string mimeOf(AMediaFormat* format) {
     return mime;
 }
 
-/** The function that opens every file, from a sniff of one that is accepted. */
+/** The function that opens files. It comes from a sniff of an accepted file and is used for all. */
 CreatorFunc creator() {
     static const CreatorFunc function = [] {
         const Bytes page =
@@ -168,7 +168,7 @@ CreatorFunc Session::sniff() {
     return creator;
 }
 
-/** Opens the file; one that is refused too, as another caller than the framework might. */
+/** Opens the file, even if the sniff refused it, as callers other than the framework might. */
 void Session::open() {
     close();
     mExtractor = mCreator(mSource.table(), nullptr);
@@ -256,7 +256,7 @@ void Session::drain(size_t count) {
                 }
             }
         }
-        // A track that meets the end of the file says so once before it gives out what it has.
+        // A track that reaches the end of the file reports that once before it returns its packets.
         if (!any && round > 0) {
             return;
         }
@@ -278,7 +278,7 @@ ReadOutcome Session::read(TrackSlot& track, uint32_t options, int64_t seekUs) {
     mSource.beginCall();
     const ReadOutcome outcome = track.read(options, seekUs);
     mPayloadOut += outcome.payloadSize;
-    // A byte that is read again, after a seek, counts again.
+    // A byte that is read again after a seek is counted again.
     require(mPayloadOut <= mSource.delivered(), "more bytes come out than went in");
     return outcome;
 }

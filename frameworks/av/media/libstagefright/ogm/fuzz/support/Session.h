@@ -14,9 +14,9 @@
 namespace android::ogm::fuzz {
 
 /**
- * Plays the framework's part: makes the calls of an input in its order and checks every result.
- * Calls that the framework cannot make (a track of a file that is not open, two extractors at once)
- * are passed over.
+ * Acts as the framework: makes the calls of an input in order and checks each result. Calls that
+ * the framework cannot make (a track of a file that is not open, two extractors at once) are
+ * skipped.
  */
 class Session {
   public:

@@ -8,8 +8,8 @@
 #include "InputReader.h"
 
 /**
- * What an input of the whole plug-in's target says: how the data source behaves, what is called,
- * and the file. Every run of bytes is an input; what is missing at its end is 0.
+ * An input of the whole plug-in's target: how the data source behaves, the calls, and the file. Any
+ * bytes are a valid input; missing bytes are 0.
  *
  *     1 byte    options, and in bits 2 and 3 the number of faults
  *     1 byte    which size the source reports
@@ -27,10 +27,10 @@ enum class ReportedSize : uint8_t {
     kUnknown,
     kZero,
     kNegative,
-    /** The value counts as bytes less, or more, than there are. */
+    /** The size less, or plus, the value. */
     kSmaller,
     kLarger,
-    /** The value counts as offset at which the scan for the duration begins. */
+    /** The size with which the scan for the duration begins at the value. */
     kWithTail,
     kHuge,
 };
@@ -71,7 +71,7 @@ struct Call {
     uint16_t time = 0;
 
     size_t track() const { return argument & 7U; }
-    /** What the argument holds beside the track. */
+    /** The rest of the argument. */
     uint8_t detail() const { return argument >> 3; }
 };
 
@@ -79,9 +79,9 @@ struct SessionInput {
     static constexpr size_t kMaxFaults = 3;
     static constexpr size_t kMaxCalls = 255;
 
-    /** The file is an elementary stream that is put on pages first. */
+    /** Whether the file is an elementary stream, to be put on pages first. */
     bool elementary = false;
-    /** Texts of log lines are composed. */
+    /** Whether texts of log lines are composed. */
     bool composedLog = false;
     ReportedSize sizeKind = ReportedSize::kTrue;
     uint16_t sizeValue = 0;
@@ -94,7 +94,7 @@ struct SessionInput {
     SessionInput(const uint8_t* data, size_t size);
 
     Bytes bytes() const;
-    /** What `getSize` says about `size` bytes. */
+    /** What `getSize` reports for `size` bytes. */
     int64_t reportedSize(size_t size) const;
 };
 

@@ -12,7 +12,7 @@ namespace android::ogm::fuzz {
 namespace {
 
 constexpr size_t kMaxChanges = 4;
-/** Room that a packet is given to grow. */
+/** How much a packet may grow. */
 constexpr size_t kMaxGrowth = 600;
 
 template <typename T>
@@ -82,7 +82,7 @@ void SessionMutator::changeOnce(SessionInput* input, PagedFile* pieces, size_t m
             changeStreamHeader(pieces);
             break;
         case 8: {
-            // Everything at once, structure or not.
+            // Mutate all bytes, whatever the structure.
             Bytes file = joinPages(*pieces);
             changeBytes(&file, maxSize);
             *pieces = splitIntoPages(file);
@@ -272,7 +272,7 @@ void SessionMutator::changePackets(PagedFile* pieces) {
             }
             break;
         case 4:
-            // A packet that goes on on the next page of its stream.
+            // A packet that continues on the next page of its stream.
             packets.back().resize((packets.back().size() / kUnterminated + 1) * kUnterminated);
             page->isOpen = !page->isOpen;
             break;

@@ -14,18 +14,18 @@ namespace android::ogm::fuzz {
 using ByteMutator = size_t (*)(uint8_t* data, size_t size, size_t maxSize);
 
 /**
- * Mutates inputs of the whole plug-in's target by their structure: the pages of the file stay whole
- * while packets, page fields, stream headers, calls and faults change, each on its own. Bytes
- * inside a packet are left to the engine. All follows from the seed.
+ * Mutates inputs of the whole plug-in's target by their structure: packets, page fields, stream
+ * headers, calls and faults change independently, and the pages stay valid. Bytes within a packet
+ * are left to the engine. The seed determines everything.
  */
 class SessionMutator {
   public:
     SessionMutator(ByteMutator mutateBytes, uint32_t seed)
         : mMutateBytes(mutateBytes), mRandom(seed) {}
 
-    /** Makes one to four changes; the file is cut where the input becomes longer than `maxSize`. */
+    /** Makes one to four changes; cuts the file if the input becomes longer than `maxSize`. */
     Bytes mutate(const Bytes& input, size_t maxSize);
-    /** Pages, calls and faults of both. */
+    /** Combines pages, calls and faults of both inputs. */
     Bytes cross(const Bytes& one, const Bytes& other, size_t maxSize);
 
   private:

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /**
- * Runs a fuzz target, without a fuzz engine, on the files that are named and on all files in the
- * folders that are named. Ends with 0 once every one of them, and at least one, has been run.
+ * Runs a fuzz target, without a fuzz engine, on the given files and on all files in the given
+ * folders. Exits with 0 if all have been run, and there was at least one.
  */
 
 #include <cstdio>
@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/** In an order that does not depend on the file system; none for a folder that does not exist. */
+/** Sorted, so that the order does not depend on the file system; empty if the folder is missing. */
 std::set<fs::path> filesIn(const fs::path& path) {
     if (fs::is_regular_file(path)) {
         return {path};
@@ -53,7 +53,8 @@ int main(int count, char** arguments) {
     size_t runs = 0;
     for (int i = 1; i < count; ++i) {
         for (const fs::path& path : filesIn(arguments[i])) {
-            // Told first: what ends the process is the file named last.
+            // Printed before the run, so that the last name is that of the file that ends the
+            // process.
             std::fprintf(stderr, "%s\n", path.c_str());
             if (!run(path)) {
                 return 1;

@@ -11,7 +11,7 @@ namespace android::ogm::fuzz {
 
 namespace {
 
-/** The group lends 64 buffers and waits for ever for one more. */
+/** The group has 64 buffers and would wait forever for one more. */
 constexpr size_t kMaxKept = 4;
 
 constexpr std::string_view kVideo = "video/";
@@ -25,8 +25,8 @@ bool TrackSlot::isVideo() const {
 }
 
 /**
- * Whether the type may be another stream's: where two streams have one serial number, the frames of
- * an MPEG audio stream set the type of the first.
+ * Whether the type may be that of another stream: if two streams have the same serial number, the
+ * frames of an MPEG audio stream set the type of the first stream.
  */
 bool TrackSlot::isMpegAudio() const {
     return mMime.compare(0, kMpegAudio.size(), kMpegAudio) == 0;
@@ -93,7 +93,7 @@ size_t TrackSlot::checkBuffer(CMediaBuffer* buffer, int64_t* timeUs) const {
         require(targetUs == 0, "the target time is always 0");
         return size;
     }
-    // Samples of 8 bits have become 16; such a buffer carries its time alone.
+    // A buffer of converted 8-bit samples has only its time.
     require(mMime == kRawAudio || isMpegAudio(), "a buffer has no target time");
     require(size % 2 == 0, "a widened buffer holds half a sample");
     return size / 2;

@@ -13,20 +13,20 @@
 
 namespace android::ogm::fuzz {
 
-/** What one read gave. */
+/** The result of a read. */
 struct ReadOutcome {
     media_status_t status = AMEDIA_OK;
-    /** Null for none; to be released. */
+    /** To be released; null if there is none. */
     CMediaBuffer* buffer = nullptr;
     int64_t timeUs = 0;
-    /** Payload bytes that the file must hold for this buffer. */
+    /** Number of payload bytes that the file must have for this buffer. */
     size_t payloadSize = 0;
 };
 
-/** A track as the framework holds it, with its buffer group. Checks each result. */
+/** A track with its buffer group, as in the framework. Checks each result. */
 class TrackSlot {
   public:
-    /** Takes the table over; `mime` is the type of the stream. */
+    /** Takes ownership of the table; `mime` is the type of the stream. */
     TrackSlot(CMediaTrack* track, std::string mime);
     ~TrackSlot();
     TrackSlot(const TrackSlot&) = delete;
@@ -37,7 +37,7 @@ class TrackSlot {
     void checkFormat();
     ReadOutcome read(uint32_t options, int64_t seekUs);
 
-    /** Keeps a buffer in use; it is released at once when enough are kept. */
+    /** Keeps a buffer in use; releases it at once if enough are kept already. */
     void keep(CMediaBuffer* buffer);
     void releaseKept();
     static void release(CMediaBuffer* buffer) { buffer->release(buffer->handle); }

@@ -50,7 +50,7 @@ std::vector<std::string> numbersIn(const std::string& text) {
     return {std::sregex_token_iterator(text.begin(), text.end(), number), {}};
 }
 
-/** One row for each line number where the text leaves it open, with '#' for the values. */
+/** Adds a row for each line number that the text allows, with '#' for the values. */
 void addRows(const std::vector<std::string>& cells, std::vector<Row>& rows) {
     const std::string& text = cells[0];
     const std::string tag = cells[1] == "the program's name" ? "" : cells[1];

@@ -16,7 +16,7 @@ namespace {
 
 constexpr size_t kMegabyte = 1 << 20;
 
-/** Takes small blocks one after the other, and holds no more than one. */
+/** Allocates small blocks one after the other, and holds one at a time. */
 void takeForever() {
     for (;;) {
         std::make_unique<std::vector<int>>(1);

@@ -14,7 +14,7 @@ namespace {
 constexpr size_t kMaxSize = 5000;
 constexpr uint32_t kSeeds = 3000;
 
-/** Stands for the engine: adds 1 to the first byte, and a byte where there is room. */
+/** Replaces the engine: adds 1 to the first byte, and appends a byte if it fits. */
 size_t addOne(uint8_t* data, size_t size, size_t maxSize) {
     if (size > 0) {
         ++data[0];

@@ -44,7 +44,7 @@ std::shared_ptr<void> load(const std::filesystem::path& path) {
 
 }  // namespace
 
-/** A plug-in's answer to a sniff; frees what the sniff handed on. */
+/** A plug-in's answer to a sniff; frees the sniff's `meta`. */
 struct ExtractorFactory::Candidate {
     Candidate() = default;
     Candidate(Candidate&& other) noexcept { swap(other); }
@@ -157,11 +157,11 @@ ExtractorFactory::Candidate ExtractorFactory::surest(CDataSource* source) const 
     for (const Plugin& plugin : mPlugins) {
         Candidate candidate;
         candidate.plugin = &plugin;
-        // Both versions of the definition hold the sniff function at the same place.
+        // Both versions of the definition have the sniff function at the same offset.
         candidate.creator = plugin.definition.u.v2.sniff(source, &candidate.confidence,
                                                          &candidate.meta, &candidate.freeMeta);
         if (candidate.creator == nullptr) {
-            // What a plug-in without interest wrote is ignored.
+            // If a plug-in does not take the file, what it wrote is ignored.
             candidate.meta = nullptr;
         } else if (candidate.confidence > best.confidence) {
             best = std::move(candidate);

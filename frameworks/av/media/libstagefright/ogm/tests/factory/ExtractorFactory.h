@@ -13,11 +13,11 @@ namespace android::ogm::test {
 
 /**
  * The framework's extractor factory: registers the plug-ins of folders once, then opens data
- * sources with the one that is surest of itself.
+ * sources with the plug-in that reports the highest confidence.
  */
 class ExtractorFactory {
   public:
-    /** A plug-in that passed the checks, in the order in which it is asked. */
+    /** A plug-in that passed the checks. */
     struct Plugin {
         std::filesystem::path path;
         std::shared_ptr<void> library;
@@ -30,7 +30,7 @@ class ExtractorFactory {
         OpenedExtractor(CMediaExtractor* table, std::shared_ptr<void> library);
 
         CMediaExtractor* table() const { return mTable.get(); }
-        /** What the framework asks for right after creation. */
+        /** What the framework reads right after creation. */
         size_t trackCount() const { return mTrackCount; }
         const std::string& name() const { return mName; }
 
@@ -38,22 +38,22 @@ class ExtractorFactory {
         struct Free {
             void operator()(CMediaExtractor* table) const;
         };
-        // The order matters: the code of the library frees the extractor.
+        // Before the extractor, which the library's code frees.
         std::shared_ptr<void> mLibrary;
         std::unique_ptr<CMediaExtractor, Free> mTable;
         size_t mTrackCount = 0;
         std::string mName;
     };
 
-    /** Loads what the folders hold, in the order of the folders. */
+    /** Loads the plug-ins of all folders, in the order of the folders. */
     explicit ExtractorFactory(const std::vector<std::filesystem::path>& folders);
 
     const std::list<Plugin>& plugins() const { return mPlugins; }
     std::vector<std::string> names() const;
-    /** What all plug-ins say they support, in their order. */
+    /** The types that all plug-ins report, in their order. */
     std::vector<std::string> supportedTypes() const;
 
-    /** Null when no plug-in takes the source, or when the one that wins makes no extractor. */
+    /** Null if no plug-in takes the source, or if the winning one creates no extractor. */
     std::unique_ptr<OpenedExtractor> open(CDataSource* source) const;
 
   private:
@@ -63,7 +63,7 @@ class ExtractorFactory {
     void registerPlugin(const std::filesystem::path& path);
     Candidate surest(CDataSource* source) const;
 
-    // Definitions cannot be assigned, so the plug-ins stay where they are.
+    // A list, because definitions cannot be assigned.
     std::list<Plugin> mPlugins;
 };
 

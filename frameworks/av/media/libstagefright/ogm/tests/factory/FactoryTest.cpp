@@ -26,11 +26,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr char kOurName[] = "ZOR OGM Extractor";
-/** What our extractors say of themselves. */
+/** The name of our extractors. */
 constexpr char kOurExtractor[] = "<unspecified>";
 constexpr char kOurFile[] = "libogmextractor.so";
 
-/** A folder of plug-ins that lives as long as the test. */
+/** A folder of plug-ins, removed after the test. */
 class PluginFolder {
   public:
     PluginFolder() {
@@ -50,7 +50,7 @@ class PluginFolder {
         std::filesystem::copy_file(library, mPath / name);
     }
     void addOurs() const { add(OGM_PLUGIN_PATH, kOurFile); }
-    /** A rival under the file name that it was built with. */
+    /** Adds a rival with the file name of its build. */
     void addRival(const std::string& name) const {
         add(std::filesystem::path(OGM_RIVALS) / name, name);
     }
@@ -61,7 +61,7 @@ class PluginFolder {
 
 class FactoryTest : public testing::Test {
   protected:
-    /** Ours and the rivals named, in one folder. */
+    /** Our plug-in and the given rivals, in one folder. */
     ExtractorFactory factoryWith(std::initializer_list<const char*> rivals) const {
         mFolder.addOurs();
         for (const char* rival : rivals) {
@@ -85,7 +85,7 @@ class FactoryTest : public testing::Test {
     PluginFolder mFolder;
 };
 
-/** Objects that the rival's sniffs have handed on and nobody has freed. */
+/** Number of `meta` objects of the rival's sniffs that have not been freed. */
 int unfreedMeta(const ExtractorFactory& factory, const std::string& name) {
     for (const auto& plugin : factory.plugins()) {
         if (plugin.definition.extractor_name == name) {

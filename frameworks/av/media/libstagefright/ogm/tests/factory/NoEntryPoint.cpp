@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/** A library with the file name of a plug-in that is none. */
+/** A library that has the file name of a plug-in but is none. */
 extern "C" __attribute__((visibility("default"))) int somethingElse() {
     return 0;
 }

@@ -5,7 +5,7 @@
 
 namespace android::ogm::test {
 
-/** What a rival's sniff hands to its creator. */
+/** What a rival's sniff passes to its creator. */
 class RivalMeta {
   public:
     bool intact() const { return mMark == kMark; }

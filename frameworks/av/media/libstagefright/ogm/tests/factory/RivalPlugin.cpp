@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 /**
- * A plug-in to stand beside the one under test. It takes every file; what it says of itself comes
- * from the build: RIVAL_NAME, RIVAL_UUID, RIVAL_VERSION, RIVAL_CONFIDENCE, RIVAL_INTERFACE (version
- * of the definition).
+ * A rival of the plug-in under test. It takes every file. The build defines its properties:
+ * RIVAL_NAME, RIVAL_UUID, RIVAL_VERSION, RIVAL_CONFIDENCE, RIVAL_INTERFACE (version of the
+ * definition).
  */
 #include <media/MediaExtractorPluginHelper.h>
 
@@ -12,7 +12,7 @@
 
 #pragma GCC visibility push(default)
 extern "C" {
-/** How many of the objects that a sniff handed on are still there. */
+/** Number of `meta` objects that have not been freed. */
 std::atomic<int> gRivalMetaCount = 0;
 }
 #pragma GCC visibility pop
@@ -38,7 +38,7 @@ void freeMeta(void* meta) {
 }
 
 CMediaExtractor* create(CDataSource* /* source */, void* meta) {
-    // The factory hands over what the sniff made, not yet freed.
+    // The factory passes on the sniff's `meta`, which must not have been freed yet.
     return static_cast<ogm::test::RivalMeta*>(meta)->intact() ? wrap(new RivalExtractor) : nullptr;
 }
 

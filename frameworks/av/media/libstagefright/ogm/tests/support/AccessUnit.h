@@ -11,7 +11,7 @@
 
 namespace android::ogm::test {
 
-/** One frame as a cutter gives it. */
+/** A frame that a cutter returned. */
 struct AccessUnit {
     Bytes bytes;
     std::optional<int64_t> timeUs;
@@ -26,7 +26,7 @@ inline std::ostream& operator<<(std::ostream& stream, const AccessUnit& unit) {
     return unit.timeUs ? stream << *unit.timeUs : stream << "no time";
 }
 
-/** Frames by size and digest, so that a difference can be read. */
+/** Frames as size and digest, so that differences are readable. */
 inline std::vector<std::string> framesOf(const std::vector<Bytes>& frames) {
     std::vector<std::string> all;
     all.reserve(frames.size());

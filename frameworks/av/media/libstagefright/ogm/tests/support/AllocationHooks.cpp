@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <new>
 
-// The linker sends the calls of malloc, calloc, realloc and free in this program's own objects to
-// __wrap_..., and those of __real_... to the C library.
+// The linker redirects calls of malloc, calloc, realloc and free in this program's own objects to
+// __wrap_..., and calls of __real_... to the C library.
 extern "C" {
 void* __real_malloc(size_t size);
 void* __real_calloc(size_t count, size_t size);

@@ -4,9 +4,8 @@
 #include <cstddef>
 
 /**
- * Counts what the program takes from the heap: operator new everywhere, malloc and its kin in the
- * objects linked statically. A program that uses it links the CMake target ogm_allocation_hooks.
- * For one thread at a time.
+ * Counts heap allocations: operator new in the whole program, malloc and the like in statically
+ * linked objects. To use it, link the CMake target ogm_allocation_hooks. For one thread at a time.
  */
 namespace android::ogm::test {
 
@@ -30,7 +29,7 @@ void startCountingAllocations(AllocationObserver observer = nullptr);
 void stopCountingAllocations();
 const AllocationCounts& allocationCounts();
 
-/** Counts while it lives. */
+/** Counts during its lifetime. */
 class CountedAllocations {
   public:
     explicit CountedAllocations(AllocationObserver observer = nullptr) {
@@ -41,7 +40,7 @@ class CountedAllocations {
     CountedAllocations& operator=(const CountedAllocations&) = delete;
 };
 
-/** Does not count while it lives: for what a test itself takes. */
+/** Stops counting during its lifetime: for the test's own allocations. */
 class UncountedAllocations {
   public:
     UncountedAllocations();

@@ -15,7 +15,7 @@ class BitWriter {
         return *this;
     }
 
-    /** The bytes so far; the last one is filled up with zero bits. */
+    /** The bytes so far; the last one is padded with zero bits. */
     const Bytes& bytes() const { return mBytes; }
 
   private:

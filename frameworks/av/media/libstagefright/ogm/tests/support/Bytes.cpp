@@ -66,7 +66,7 @@ Bytes tail(const Bytes& bytes, size_t start) {
 std::string digestOf(const Bytes& bytes) {
     unsigned __int128 hash = 0xCBF29CE484222325U;
     for (const uint8_t byte : bytes) {
-        // The product is taken in 128 bits and cut, so that no unsigned arithmetic wraps.
+        // Computed in 128 bits and truncated, so that no unsigned arithmetic wraps.
         hash = ((hash ^ byte) * 0x100000001B3U) & 0xFFFFFFFFFFFFFFFFU;
     }
     char text[17];

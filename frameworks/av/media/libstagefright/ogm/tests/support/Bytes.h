@@ -22,8 +22,8 @@ Bytes bigEndian(uint32_t word);
 Bytes filled(size_t count, uint8_t value);
 
 /**
- * `count` bytes of a sequence that depends on `seed` alone, all between 1 and 0x4E: it holds no
- * start code, no sync word and no capture pattern.
+ * `count` bytes that depend only on `seed`. All are from 1 to 0x4E, so they contain no start code,
+ * no sync word and no capture pattern.
  */
 Bytes pattern(size_t count, uint32_t seed);
 
@@ -33,9 +33,9 @@ void append(Bytes& to, const Bytes& part);
 void appendLittleEndian(Bytes& to, uint64_t value, size_t width);
 void appendBigEndian(Bytes& to, uint64_t value, size_t width);
 
-/** The first `count` bytes, or all when there are fewer. */
+/** The first `count` bytes, or all if there are fewer. */
 Bytes head(const Bytes& bytes, size_t count);
-/** The bytes from `start` on; empty when there are none. */
+/** The bytes from `start` on; may be empty. */
 Bytes tail(const Bytes& bytes, size_t start);
 
 /** 64-bit FNV-1a digest as 16 hexadecimal digits. */

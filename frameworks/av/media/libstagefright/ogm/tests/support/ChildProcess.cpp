@@ -16,7 +16,7 @@
 namespace android::ogm::test {
 namespace {
 
-// Only for a child that sleeps for ever: one that works runs out of processor time first.
+// Only for a child that sleeps forever: one that works runs out of processor time first.
 constexpr unsigned kLongestSleepSeconds = 300;
 
 int gReportPipe = -1;
@@ -54,7 +54,7 @@ void limitProcessorTime(std::chrono::milliseconds limit) {
 [[noreturn]] void runAsChild(const std::function<void()>& body, std::chrono::milliseconds limit) {
     const rlimit noCore{0, 0};
     setrlimit(RLIMIT_CORE, &noCore);
-    // The text that an assertion writes to the standard error is expected here.
+    // Hides the text that the expected assertion writes to standard error.
     const int nowhere = open("/dev/null", O_WRONLY);
     dup2(nowhere, STDERR_FILENO);
     __android_log_set_logger(reportFatalLine);

@@ -9,7 +9,7 @@
 
 #include "EventLog.h"
 
-/** Runs what may end the process, or never ends, in a process of its own. */
+/** Runs code that may end the process, or may never end, in a separate process. */
 namespace android::ogm::test {
 
 struct ChildResult {
@@ -29,15 +29,15 @@ struct ChildResult {
 
 std::ostream& operator<<(std::ostream& stream, const ChildResult& result);
 
-/** What an assertion gives that logs `text` under `tag`. */
+/** The result of an assertion that logs `text` with `tag`. */
 ChildResult abortedWith(std::string tag, std::string text);
-/** What code gives that does not end within its processor time. */
+/** The result of code that does not end within its processor time. */
 ChildResult outOfTime();
 ChildResult returned();
 
 /**
- * Calls `body` in a copy of this process. The limit counts processor time, not time on the clock:
- * a busy machine does not make a call that ends look like one that does not.
+ * Calls `body` in a copy of this process. The limit is processor time, so a call that ends does so
+ * even on a busy machine.
  */
 ChildResult runInChild(const std::function<void()>& body,
                        std::chrono::milliseconds processorTime = std::chrono::seconds(20));

@@ -47,10 +47,10 @@ inline ReadCall readOf(size_t offset, size_t size) {
     return {static_cast<int64_t>(offset), size, static_cast<ssize_t>(size)};
 }
 
-/** What is learnt from the first data pages of a file. */
+/** Reads codec configurations from the first data pages of a file. */
 class CodecConfigFixture : public PagesTest {
   protected:
-    /** Completes the formats of a file's streams; what happens before is not recorded. */
+    /** Completes the formats of a file's streams; earlier events are not recorded. */
     void collect(std::unique_ptr<MemorySource> source) {
         mStreams.emplace();
         const int64_t firstDataPage = parseHeaderPages(openPages(std::move(source)), &*mStreams);
@@ -82,13 +82,13 @@ class CodecConfigFixture : public PagesTest {
         return header;
     }
 
-    /** A packet that holds all that is needed: VOL, picture, and the start code after it. */
+    /** A packet with all that is needed: VOL, picture, and the start code after it. */
     static Bytes wholeConfiguration() { return dataPacket(kSyncPacket, configuredPictures()); }
     static Bytes configuredPictures() {
         return joined({visualObjectSequence(), vol(), vop(), vop()});
     }
 
-    /** The events of one page up to its payload, as the walk over the pages causes them. */
+    /** The expected events of one page up to its payload. */
     static void addPageEvents(std::vector<Event>& events, size_t offset, const OggPage& page) {
         const size_t headerSize = page.bodyOffset();
         events.emplace_back(readOf(offset, 4));

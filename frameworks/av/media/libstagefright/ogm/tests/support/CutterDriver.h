@@ -19,14 +19,14 @@ namespace android::ogm::test {
 using Ranges = std::vector<std::pair<int64_t, uint64_t>>;
 Ranges rangesOf(const ElementaryStream& stream);
 
-/** A stream of audio and the cutter for its type, fed with pieces. */
+/** An audio stream and the cutter for its type; it is fed with pieces. */
 class CutterDriver {
   public:
     explicit CutterDriver(uint32_t streamType) : mCutter(makeAccessUnitCutter(streamType)) {}
 
     /** Appends from a heap block of exactly that size. Returns whether the bytes were taken. */
     bool append(const Bytes& bytes, int64_t timeUs);
-    /** The next access unit, or nothing. */
+    /** The next access unit; nothing if there is none. */
     std::optional<AccessUnit> next();
     /** Access units until there is none, at most `limit`. */
     std::vector<AccessUnit> cut(size_t limit = 100000);
@@ -36,9 +36,9 @@ class CutterDriver {
     /** The bytes that have been appended and not taken yet. */
     Bytes buffered() const;
     Ranges ranges() const { return rangesOf(mStream); }
-    /** Puts bytes into the stream as they are, where append() would align them. */
+    /** Puts bytes into the stream unchanged; append() would drop bytes before a sync word. */
     void place(const Bytes& bytes, int64_t timeUs);
-    /** Forgets the stream, as a seek does. */
+    /** Drops the stream, as a seek does. */
     void clear() { mStream.clear(); }
 
   private:

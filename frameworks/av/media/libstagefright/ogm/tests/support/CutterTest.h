@@ -9,10 +9,10 @@
 
 namespace android::ogm::test {
 
-/** Cuts audio and records what is logged meanwhile. */
+/** Cuts audio and records the log. */
 class CutterTest : public LogTest {
   protected:
-    /** A new cutter; what was logged so far is forgotten. */
+    /** A new cutter; clears the recorded log. */
     std::unique_ptr<CutterDriver> cutterOf(uint32_t streamType) {
         mEvents.clear();
         return std::make_unique<CutterDriver>(streamType);

@@ -75,7 +75,7 @@ std::vector<std::string> DumpFile::modes() const {
 
 }  // namespace android::ogm::test
 
-// Used instead of the C library's function, or a sanitizer's, in the whole program.
+// Replaces the function of the C library, or of a sanitizer, in the whole program.
 extern "C" __attribute__((visibility("default"))) FILE* fopen(const char* __restrict path,
                                                               const char* __restrict mode) {
     using android::ogm::test::Fopen;

@@ -8,13 +8,13 @@
 
 namespace android::ogm::test {
 
-/** The path that the plug-in appends delivered audio to when its dump is switched on. */
+/** The path of the plug-in's audio dump. */
 inline constexpr char kAudioDumpPath[] = "/data/bs_dump_OGM_AUDIO.bin";
 
 /**
- * While it lives, an `fopen` of the dump path by anyone in this process opens a temporary file
- * instead, or fails. The program must export its dynamic symbols, so that the plug-in's `fopen` is
- * the one of this library. One at a time.
+ * During its lifetime each `fopen` of the dump path in this process opens a temporary file instead,
+ * or fails. The program must export its dynamic symbols, so that the plug-in calls the `fopen` of
+ * this library. One at a time.
  */
 class DumpFile {
   public:

@@ -5,7 +5,7 @@
 
 #include "Bytes.h"
 
-/** Makers of elementary-stream units that are valid as far as a demultiplexer looks at them. */
+/** Makes units of elementary streams. Only the parts that a demultiplexer reads are valid. */
 namespace android::ogm::test {
 
 enum class MpegVersion : uint32_t { kMpeg25 = 0, kMpeg2 = 2, kMpeg1 = 3 };
@@ -23,7 +23,7 @@ struct MpegAudioFrame {
 
     /** The 32-bit header word. */
     uint32_t header() const;
-    /** Bytes of the whole frame; bit-rate index 0 and 15 have no size and throw. */
+    /** Size of the whole frame; throws for the bit-rate indexes 0 and 15, which have no size. */
     size_t size() const;
     Bytes bytes() const;
 };
@@ -34,7 +34,7 @@ struct Ac3Frame {
     uint32_t frameSizeCode = 12;
     uint32_t bitStreamId = 8;
     uint32_t seed = 0;
-    /** A length in bytes in place of the standard's. */
+    /** A length in bytes instead of the standard's. */
     std::optional<size_t> length;
 
     size_t size() const;
@@ -61,7 +61,7 @@ Bytes dtsFrame(DtsForm form, size_t size, uint32_t seed = 0);
 struct VideoObjectLayer {
     uint8_t startCode = 0x20;
     uint32_t objectType = 0x01;
-    /** Version and priority, when the identifier flag is set. */
+    /** Version and priority, if the identifier flag is set. */
     std::optional<uint32_t> verId;
     uint32_t aspectRatio = 1;  // 15 adds the extended pixel aspect ratio
     bool controlParameters = false;
@@ -71,13 +71,13 @@ struct VideoObjectLayer {
     bool fixedVopRate = false;
     uint32_t width = 176;
     uint32_t height = 144;
-    /** The marker bits in header order; `clearMarker` clears the n-th of those that are written. */
+    /** Number, in header order, of a marker bit to clear. */
     std::optional<size_t> clearMarker;
 
     Bytes bytes() const;
 };
 
-/** An ordinary one. */
+/** An ordinary video object layer. */
 inline Bytes vol() {
     return VideoObjectLayer{}.bytes();
 }

@@ -39,7 +39,7 @@ std::ostream& operator<<(std::ostream& stream, const ReadCall& call);
 
 inline constexpr char kExtractorTag[] = "OgmExtractor";
 
-/** Lines under the tag of the extractor. */
+/** Lines with the tag of the extractor. */
 LogLine debugLine(std::string text);
 LogLine infoLine(std::string text);
 LogLine warningLine(std::string text);
@@ -48,7 +48,7 @@ LogLine errorLine(std::string text);
 /** What printf would write. */
 std::string formatted(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-/** Log lines and data-source reads in the order in which they happened, from any thread. */
+/** Log lines and data-source reads of all threads, in the order in which they happened. */
 class EventLog {
   public:
     void add(Event event);
@@ -67,7 +67,7 @@ class EventLog {
     std::vector<Event> mEvents;
 };
 
-/** Collects what is logged while it lives. One at a time: the logger belongs to the process. */
+/** Collects log lines during its lifetime. One at a time, because the logger is global. */
 class LogCapture {
   public:
     explicit LogCapture(EventLog& events);

@@ -12,33 +12,34 @@
 
 namespace android::ogm::test {
 
-/** What the source is asked for; `index` counts the reads since the source was made, from 0. */
+/** A read of the source; `index` counts the source's reads from 0. */
 struct ReadRequest {
     size_t index;
     int64_t offset;
     size_t size;
 };
 
-/** Says how many bytes a read may give, or which negative status it gives; nothing: all of them. */
+/** Returns the number of bytes or the negative status that a read shall return; nothing: no fault.
+ */
 using ReadFault = std::function<std::optional<ssize_t>(const ReadRequest&)>;
 
-/** The status that the platform's file source gives for a read that cannot be done. */
+/** The status that the platform's file source returns for an invalid read. */
 inline constexpr ssize_t kReadRefused = -2147483648LL;
 
 enum class Lasting { kOnce, kFromThenOn };
 
-/** The read number `index` gives `result`: a negative status, 0, or fewer bytes than asked for. */
+/** Read number `index` returns `result`: a negative status, 0, or fewer bytes than requested. */
 ReadFault faultyRead(size_t index, ssize_t result, Lasting lasting = Lasting::kOnce);
-/** Every read at exactly this offset gives `result`. */
+/** Every read at exactly this offset returns `result`. */
 ReadFault faultAtOffset(int64_t offset, ssize_t result);
-/** The `hit`-th read at exactly this offset gives `result`; the first is number 1. */
+/** The `hit`-th read at exactly this offset returns `result`; the first is number 1. */
 ReadFault faultOnHit(int64_t offset, size_t hit, ssize_t result);
-/** Every read of exactly this size gives `result`. */
+/** Every read of exactly this size returns `result`. */
 ReadFault faultForSize(size_t size, ssize_t result);
 
 /**
- * A data source over bytes in memory that behaves as the platform's file source: a negative offset
- * is refused, a read is short at the end and gives 0 at or past it.
+ * A data source over bytes in memory that behaves like the platform's file source: it refuses
+ * negative offsets, and a read is short at the end of the bytes and returns 0 at or after it.
  */
 class MemorySource {
   public:
@@ -53,7 +54,7 @@ class MemorySource {
     void clearFault() { mFault = nullptr; }
     /** `getSize` stores this size, whatever the bytes are. */
     void setReportedSize(int64_t size) { mReportedSize = size; }
-    /** `getSize` returns this status and stores nothing but a reported size. */
+    /** `getSize` returns this status; it stores a size only if setReportedSize() was called. */
     void setSizeStatus(status_t status) { mSizeStatus = status; }
 
     size_t readCount() const { return mReadCount; }

@@ -16,7 +16,7 @@ inline constexpr uint8_t kBeginOfStream = 0x02;
 inline constexpr uint8_t kEndOfStream = 0x04;
 inline constexpr uint64_t kNoGranule = ~uint64_t{0};
 
-/** The checksum of an Ogg page whose checksum field holds zero. */
+/** The checksum of an Ogg page whose checksum field is zero. */
 uint32_t oggChecksum(const Bytes& page);
 
 /**
@@ -36,10 +36,10 @@ class OggPage {
     OggPage& continued() { return flags(mFlags | kContinuedPacket); }
     OggPage& version(uint8_t version);
     OggPage& capturePattern(std::string_view pattern);
-    /** A fixed value in place of the right checksum. */
+    /** A fixed value instead of the right checksum. */
     OggPage& checksum(uint32_t value);
 
-    /** Adds a packet, or the tail of one, that ends on this page. */
+    /** Adds a packet, or the end of a packet, that ends on this page. */
     OggPage& packet(const Bytes& bytes);
     /** Adds the beginning or middle of a packet; the size must be a multiple of 255. */
     OggPage& openPacket(const Bytes& bytes);
@@ -47,7 +47,7 @@ class OggPage {
     OggPage& lacing(uint8_t value);
     /** Adds body bytes without a lacing value. */
     OggPage& body(const Bytes& bytes);
-    /** The number of segments written, whatever the lacing table holds. */
+    /** Writes this number of segments, whatever the lacing table has. */
     OggPage& segmentCount(uint8_t count);
 
     Bytes bytes() const;

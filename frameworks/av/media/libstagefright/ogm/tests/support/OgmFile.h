@@ -17,7 +17,7 @@ class OgmFile {
   public:
     size_t add(const OggPage& page);
     size_t add(const Bytes& bytes);
-    /** Bytes that hold no capture pattern. */
+    /** Adds bytes without a capture pattern. */
     size_t addJunk(size_t count);
     /** A page that begins a logical stream with the given header packet. */
     size_t addHeader(uint32_t serialNo, const Bytes& header);
@@ -43,9 +43,9 @@ Bytes dataPacket(uint8_t headerByte, const Bytes& payload);
 /** A data packet whose header byte announces a length, which follows in `lengthBytes`. */
 Bytes dataPacket(uint8_t headerByte, const Bytes& lengthBytes, const Bytes& payload);
 
-/** How many bytes the plug-in strips from the front of an audio packet with this header byte. */
+/** How many bytes the plug-in removes from the front of an audio packet with this header byte. */
 size_t audioHeaderLength(uint8_t headerByte);
-/** An audio packet of which exactly the payload remains after its header is stripped. */
+/** An audio packet of which exactly the payload remains after its header is removed. */
 Bytes audioPacket(const Bytes& payload, uint8_t headerByte = kPlainPacket);
 
 /** The size, content and timing of a file with one video and one audio stream. */
@@ -61,21 +61,21 @@ struct OneVideoOneAudio {
     uint64_t samplesPerPacket = 320;
     bool comments = true;
 
-    /** What the frame or packet number `index` holds after its header. */
+    /** The bytes after the header of frame or packet number `index`. */
     Bytes framePayload(size_t index) const;
     Bytes packetPayload(size_t index) const;
 };
 
 /**
- * Header pages, comment pages, then one video and one audio page in turn with one packet each.
+ * Header pages, comment pages, then alternating video and audio pages with one packet each.
  * The n-th video page has granule position n + 1, the n-th audio page (n + 1) x samplesPerPacket;
  * every tenth frame is a sync frame.
  */
 OgmFile oneVideoOneAudioFile(const OneVideoOneAudio& content = {});
 
 /**
- * A video page and a page of MP3 in turn. The audio packets have `packetSize` bytes of `stream`
- * each, wherever its frames begin and end.
+ * Alternating pages of video and MP3. Each audio packet has `packetSize` bytes of `stream`,
+ * wherever its frames begin and end.
  */
 OgmFile videoAndMp3File(const Bytes& stream, size_t packetSize);
 

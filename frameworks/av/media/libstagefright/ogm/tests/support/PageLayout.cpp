@@ -6,7 +6,7 @@ namespace {
 
 constexpr size_t kFullSegment = 255;
 constexpr size_t kPacketsOnAFullPage = 7;
-// Small enough that most packets lie on two pages or three.
+// Small enough that most packets take two or three pages.
 constexpr size_t kSegmentsOfASmallPage = 3;
 
 struct Segment {

@@ -9,20 +9,20 @@
 
 namespace android::ogm::test {
 
-/** How packets lie on pages. */
+/** How packets are put on pages. */
 enum class PageLayout { kOnePacketAPage, kManyPacketsAPage, kPacketsOverPages };
 
 inline constexpr uint64_t kGranulePerPage = 1000;
 
-/** What of a packet lies on one page. */
+/** The part of a packet that is on one page. */
 struct PacketPiece {
     bool beginsPacket;
     Bytes bytes;
 };
 
 /**
- * Adds the packets as pages whose granule positions rise by kGranulePerPage, and a last page with a
- * packet of its own: the last page of a stream is never delivered. Returns the pieces of the other
+ * Adds the packets on pages whose granule positions rise by kGranulePerPage. Then adds a page with
+ * another packet, because the last page of a stream is never read. Returns the pieces on the other
  * pages.
  */
 std::vector<PacketPiece> addPackets(OgmFile& file, uint32_t serialNo,

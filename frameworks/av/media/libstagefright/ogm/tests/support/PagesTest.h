@@ -11,10 +11,10 @@
 
 namespace android::ogm::test {
 
-/** Reads the pages of a file, and records what is logged and read. */
+/** Reads the pages of a file and records log lines and reads. */
 class PagesTest : public LogTest {
   protected:
-    /** The pages of a new source, which has been asked for its size. */
+    /** The pages of a new source, whose size has been read. */
     const PageReader& openPages(std::unique_ptr<MemorySource> source) {
         mSource = std::move(source);
         mPages.emplace(std::make_unique<DataSourceHelper>(mSource->table()));

@@ -12,7 +12,7 @@
 #include "Random.h"
 #include "ReferenceCutter.h"
 
-/** Ways to cut a stream up, to damage it, and to give it to the cutters. */
+/** Splits a stream into pieces, damages it, and feeds it to cutters. */
 namespace android::ogm::test {
 
 inline Bytes joinedAll(const std::vector<Bytes>& parts) {
@@ -44,7 +44,7 @@ inline std::vector<Bytes> randomPieces(const Bytes& stream, uint32_t seed, size_
     return pieces;
 }
 
-/** Bytes overwritten, left out and put in, most of them taken from `temptations`. */
+/** Overwrites, removes and inserts bytes; most new bytes are from `temptations`. */
 inline Bytes damaged(Bytes stream, const Bytes& temptations, uint32_t seed) {
     Random random(seed);
     const size_t faults = 1 + random.below(40);
@@ -68,7 +68,7 @@ inline Bytes damaged(Bytes stream, const Bytes& temptations, uint32_t seed) {
     return stream;
 }
 
-/** The time of the n-th piece; times are told apart by it. */
+/** The time of the n-th piece; all are different. */
 inline int64_t timeOfPiece(size_t number) {
     return static_cast<int64_t>(number + 1) * 1000;
 }
@@ -93,8 +93,8 @@ inline std::vector<AccessUnit> feedAll(ReferenceCutter& cutter, const std::vecto
 }
 
 /**
- * Feeds both, up to a piece that would end the process or never end. Returns what they first
- * differ in, or nothing.
+ * Feeds both, up to a piece that would end the process or never end. Returns the first difference;
+ * nothing if there is none.
  */
 inline std::optional<std::string> feedSound(CutterDriver& cutter, ReferenceCutter& reference,
                                             const std::vector<Bytes>& pieces) {

@@ -19,7 +19,7 @@ void freeExtractor(CMediaExtractor* extractor) {
 
 GetExtractorDef entryPoint() {
     static const auto entry = [] {
-        // Loaded for the rest of the process, as the framework does with a plug-in that it accepts.
+        // Never unloaded, as in the framework once it has accepted a plug-in.
         void* library = dlopen(OGM_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
         if (library == nullptr) {
             throw std::runtime_error(std::string("cannot load the plug-in: ") + dlerror());

@@ -15,10 +15,10 @@
 #include "Format.h"
 #include "MemorySource.h"
 
-/** The plug-in as the framework sees it: reached through its one exported symbol. */
+/** The plug-in as the framework uses it: through its only exported symbol. */
 namespace android::ogm::test {
 
-/** What one `read` gave; the buffer has been released. */
+/** The result of a `read`; the buffer has been released. */
 struct ReadResult {
     media_status_t status = AMEDIA_OK;
     bool hasBuffer = false;
@@ -32,36 +32,36 @@ struct ReadResult {
     size_t capacity = 0;
 };
 
-/** The times of buffers; -1 for one without. */
+/** The times of buffers; -1 if a buffer has none. */
 std::vector<int64_t> timesOf(const std::vector<ReadResult>& results);
 
 class Track {
   public:
     Track(std::shared_ptr<CMediaExtractor> extractor, CMediaTrack* track);
 
-    /** Starts the track on its one buffer group. */
+    /** Starts the track with its own buffer group. */
     media_status_t start();
-    /** Starts it on another one, which must outlive the track. */
+    /** Starts it with another buffer group, which must outlive the track. */
     media_status_t start(CMediaBufferGroup* group);
     media_status_t stop();
     media_status_t getFormat(const Format& format);
     bool supportsNonBlockingRead();
-    /** Lets the extractor go before this track. */
+    /** Releases the extractor before this track. */
     void releaseExtractor() { mExtractor.reset(); }
 
     ReadResult read(uint32_t options = 0, int64_t seekUs = 0);
     /** Seeks with the mode "previous sync", then reads. */
     ReadResult readAt(int64_t seekUs);
-    /** Reads until a read gives no buffer, at most `limit` times; the last result is not kept. */
+    /** Reads until a read returns no buffer, at most `limit` times. Omits that last result. */
     std::vector<ReadResult> readAll(size_t limit = 100000);
 
     /**
-     * Reads until two reads in a row give no buffer. A track that meets the end of the file before
-     * its queue has filled says so once before it gives out what it has.
+     * Reads until two consecutive reads return no buffer. A track that reaches the end of the file
+     * before its queue is full reports that once before it returns its packets.
      */
     std::vector<ReadResult> drain(size_t limit = 100000);
 
-    /** A buffer that stays in use; give it back with `release`. Null when the read gave none. */
+    /** A buffer that stays in use until `release`. Null if the read returned none. */
     CMediaBuffer* readAndKeep();
     static void release(CMediaBuffer* buffer);
 
@@ -69,7 +69,7 @@ class Track {
     struct Free {
         void operator()(CMediaTrack* track) const;
     };
-    // The order matters: the track goes first, then its buffers, then the extractor, unless it
+    // The order matters: first the track is freed, then its buffers, then the extractor, unless it
     // was released.
     std::shared_ptr<CMediaExtractor> mExtractor;
     std::unique_ptr<MediaBufferGroup> mGroup;
@@ -81,13 +81,13 @@ class Extractor {
     explicit Extractor(CMediaExtractor* extractor);
 
     size_t countTracks() const;
-    /** Null for an index that the extractor refuses. */
+    /** Null if the extractor refuses the index. */
     std::unique_ptr<Track> track(size_t index) const;
     /** The same, started. */
     std::unique_ptr<Track> startedTrack(size_t index) const;
     media_status_t getTrackMetaData(const Format& format, size_t index, uint32_t flags = 0) const;
     media_status_t getMetaData(const Format& format) const;
-    /** The format of a track that exists, and of the file. */
+    /** The format of a track, which must exist, and of the file. */
     Format trackFormat(size_t index) const;
     Format fileFormat() const;
     uint32_t flags() const;
@@ -98,7 +98,7 @@ class Extractor {
     std::shared_ptr<CMediaExtractor> mExtractor;
 };
 
-/** What the sniff function gave and wrote. */
+/** What the sniff function returned and wrote. */
 struct SniffResult {
     CreatorFunc creator = nullptr;
     float confidence = 0;
@@ -108,9 +108,9 @@ struct SniffResult {
 
 /** The record that the entry point returns. */
 ExtractorDef pluginDefinition();
-/** Sniffs with the three outputs holding what `before` holds. */
+/** Sniffs; the three outputs have the values of `before` first. */
 SniffResult sniff(MemorySource& source, const SniffResult& before = {});
-/** Creates an extractor without sniffing: the creator takes every source. */
+/** Creates an extractor without sniffing, because the creator takes every source. */
 Extractor openFile(MemorySource& source);
 
 }  // namespace android::ogm::test

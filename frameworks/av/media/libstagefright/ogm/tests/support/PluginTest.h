@@ -15,7 +15,7 @@
 
 namespace android::ogm::test {
 
-/** A source and what was opened from it; the extractor goes before its source. */
+/** A source and its extractor, which is freed first. */
 struct OpenedFile {
     std::unique_ptr<MemorySource> source;
     Extractor extractor;
@@ -23,13 +23,13 @@ struct OpenedFile {
     Extractor* operator->() { return &extractor; }
 };
 
-/** Drives the plug-in through its entry point and records all it logs and reads. */
+/** Uses the plug-in through its entry point and records its log lines and reads. */
 class PluginTest : public ::testing::Test {
   protected:
     PluginTest() {
         pluginDefinition();
         MemorySource warmUp(oneVideoOneAudioFile({}).bytes());
-        openFile(warmUp);  // finds the creator, so that no sniff stands among a test's events
+        openFile(warmUp);  // finds the creator, so that a test's events contain no sniff
         mEvents.clear();
     }
 
@@ -44,14 +44,14 @@ class PluginTest : public ::testing::Test {
 
     OpenedFile open(const OgmFile& file) { return open(sourceOf(file)); }
 
-    /** Opens the file and forgets what happened meanwhile. */
+    /** Opens the file and clears the events. */
     OpenedFile openQuietly(const OgmFile& file) {
         OpenedFile opened = open(file);
         mEvents.clear();
         return opened;
     }
 
-    /** The first `count` events, fewer when there are fewer. */
+    /** The first `count` events, or all if there are fewer. */
     std::vector<Event> firstEvents(size_t count) const {
         std::vector<Event> events = mEvents.events();
         events.resize(std::min(count, events.size()));

@@ -6,7 +6,7 @@
 
 namespace android::ogm::test {
 
-/** Numbers in no order, the same ones in every run. */
+/** Random numbers, the same in every run. */
 class Random {
   public:
     explicit Random(uint64_t seed = 1) : mNumbers(seed) {}

@@ -49,7 +49,7 @@ bool plausibleAt(const Bytes& bytes, size_t position) {
            (word >> 12 & 15) != 15 && (word >> 10 & 3) != 3;
 }
 
-/** 0 for a header that does not decode. */
+/** 0 for an invalid header. */
 size_t frameSizeOf(uint32_t word) {
     MpegAudioFrame frame;
     frame.version = static_cast<MpegVersion>(word >> 19 & 3);
@@ -275,7 +275,7 @@ std::optional<int64_t> ReferenceCutter::fetchTimestamp(uint64_t size) {
         return -1;
     }
     std::optional<int64_t> timeUs;
-    // A range that is used up exactly is forgotten, and one without bytes counts when it is first.
+    // A range that is exactly used up is removed; an empty range at the front still gives the time.
     while (size > 0) {
         if (mRanges.empty()) {
             return std::nullopt;

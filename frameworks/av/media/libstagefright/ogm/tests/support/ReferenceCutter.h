@@ -11,21 +11,21 @@
 namespace android::ogm::test {
 
 /**
- * Bytes of an AC-3 frame as the cutter measures it. From frmsizecod 3 on that is the standard's
- * next row, and 0 for 37. `fscod` is 0 to 2, `frmsizecod` 0 to 37.
+ * The size of an AC-3 frame that the cutter computes. From frmsizecod 3 on that is the standard's
+ * size for the next code, and 0 for 37. `fscod` is 0 to 2, `frmsizecod` 0 to 37.
  */
 size_t measuredAc3FrameSize(uint32_t frmsizecod, uint32_t fscod);
 
 /**
- * A second, deliberately plain implementation of how audio is cut: byte vectors that are copied at
- * every step, nothing shared with the plug-in. Streams cut at random and damaged at random are
- * given to both.
+ * A second, deliberately simple implementation of the cutters. It copies byte vectors at each step
+ * and shares no code with the plug-in. Both get the same random pieces and randomly damaged
+ * streams.
  */
 class ReferenceCutter {
   public:
     enum class Codec { kMpegAudio, kAc3, kDts };
 
-    /** What a piece leads to. */
+    /** The outcome of a piece. */
     struct Outcome {
         bool accepted = false;
         std::vector<AccessUnit> units;
@@ -35,7 +35,7 @@ class ReferenceCutter {
 
     explicit ReferenceCutter(Codec codec) : mCodec(codec) {}
 
-    /** Appends a piece and cuts what can be cut. Not to be called again after a fatal outcome. */
+    /** Appends a piece and cuts all units. Must not be called again after a fatal outcome. */
     Outcome feed(const Bytes& piece, int64_t timeUs);
 
     const Bytes& buffered() const { return mBuffer; }

@@ -9,7 +9,7 @@
 
 namespace android::ogm::test {
 
-/** A system property with a value of its own for as long as this object lives. */
+/** Sets a system property during its lifetime. */
 class ScopedProperty {
   public:
     ScopedProperty(std::string name, const std::string& value) : mName(std::move(name)) {
@@ -18,7 +18,7 @@ class ScopedProperty {
         mBefore = before;
         set(value);
     }
-    // An empty value counts as absent, so a property that was not there is absent again.
+    // An empty value is the same as an absent property, so this also removes a new property.
     ~ScopedProperty() { property_set(mName.c_str(), mBefore.c_str()); }
     ScopedProperty(const ScopedProperty&) = delete;
     ScopedProperty& operator=(const ScopedProperty&) = delete;

@@ -25,7 +25,7 @@ size_t bitsFor(uint32_t value) {
     return bits;
 }
 
-/** Writes the marker bits of one header, of which one may be cleared. */
+/** Writes the marker bits of a header; one of them may be cleared. */
 class Markers {
   public:
     Markers(BitWriter& writer, std::optional<size_t> cleared)

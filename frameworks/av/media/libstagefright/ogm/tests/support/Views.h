@@ -5,10 +5,10 @@
 #include "base/ByteBuffer.h"
 #include "base/ByteView.h"
 
-/** Between the bytes of tests and those of the plug-in. */
+/** Converts between the bytes of tests and those of the plug-in. */
 namespace android::ogm::test {
 
-/** The view that the plug-in's functions take; the bytes must outlive it. */
+/** A view for the plug-in's functions; the bytes must outlive it. */
 inline ByteView viewOf(const Bytes& bytes) {
     return {bytes.data(), bytes.size()};
 }

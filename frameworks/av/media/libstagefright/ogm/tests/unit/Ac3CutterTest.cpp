@@ -17,9 +17,9 @@ using ::testing::Pair;
 
 constexpr char kTooShort[] = "****NO enough data in AC3 ESQueue****";
 constexpr char kBadRate[] = "fscod=3,discard this frame";
-// Long enough for any call that ends, short enough for one that never ends and keeps what it makes.
+// Long enough for each call that ends, short enough for one that never ends and keeps its units.
 
-/** A frame with these codes whose length is the one that the cutter measures. */
+/** A frame with these codes and the length that the cutter computes. */
 Bytes frameOf(uint32_t fscod, uint32_t frmsizecod, uint32_t seed = 0) {
     Ac3Frame frame;
     frame.sampleRateCode = fscod;
@@ -49,7 +49,7 @@ LogLine incomplete(size_t size, size_t available) {
                       static_cast<int>(size), static_cast<int>(available)));
 }
 
-/** How AC-3 and E-AC-3 frames are cut out of bytes that arrive in any pieces. */
+/** Cuts AC-3 and E-AC-3 frames out of bytes that arrive in arbitrary pieces. */
 class Ac3CutterTest : public CutterTest {
   protected:
     Ac3CutterTest() { mCutter = cutterOf(OGA_AUDIO_AC3); }
@@ -91,7 +91,7 @@ TEST_F(Ac3CutterTest, EveryFrameSizeCodeAndRateHasTheLengthOfItsRow) {
 }
 
 TEST_F(Ac3CutterTest, FromFrameSizeCodeThreeOnTheRowIsTheStandardsNextOne) {
-    // 80 words, 160 bytes, is what the standard gives for code 3 at 48 kHz.
+    // The standard's size for code 3 at 48 kHz is 80 words, 160 bytes.
     EXPECT_THAT(feed(frameOf(0, 2), 1000), ElementsAre(AccessUnit{frameOf(0, 2), 1000}));
     Bytes frame = startOf(3, 0x40, pattern(185, 1));
     EXPECT_THAT(feed(frame, 2000), IsEmpty());
@@ -177,7 +177,7 @@ TEST_F(Ac3CutterTest, AReservedSampleRateDropsEverythingUpToTheSyncWord) {
     EXPECT_THAT(mEvents.lines(), ElementsAre(debugLine(kBadRate)));
     EXPECT_EQ(mCutter->buffered(), joined({tail(bad, 2), frame(1)}));
     EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(1000, bad.size() + kFrameSize)));
-    // The next call searches on from the byte after the sync word.
+    // The next call searches from the byte after the sync word on.
     EXPECT_EQ(mCutter->next(), (AccessUnit{frame(1), 1000}));
 }
 
@@ -202,7 +202,7 @@ TEST_F(Ac3CutterTest, TheWholeByteOfTheBitStreamIdDecidesWhichFrameItIs) {
         uint8_t byte;
         size_t size;
     };
-    // As AC-3 the codes 0 say 128 bytes, as E-AC-3 the size 0x234 says 1130.
+    // The size is 128 bytes if read as AC-3 (codes 0) and 1130 as E-AC-3 (size field 0x234).
     for (const auto& [byte, size] :
          {Case{0x00, 128}, Case{0x57, 128}, Case{0x58, 1130}, Case{0x80, 1130}, Case{0x87, 1130}}) {
         auto cutter = cutterOf(OGA_AUDIO_AC3);

@@ -31,7 +31,7 @@ LogLine dtsOffset(int offset) {
     return infoLine(formatted("found something resembling an DTS syncword at offset %d", offset));
 }
 
-/** What of a packet's bytes enters the elementary stream. */
+/** Which bytes of a packet are put into the elementary stream. */
 class AccessUnitCutterTest : public CutterTest {
   protected:
     /** Appends to a new cutter of this type. */

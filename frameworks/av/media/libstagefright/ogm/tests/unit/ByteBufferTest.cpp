@@ -51,7 +51,7 @@ TEST(ByteBufferTest, FilledAndEmptiedForLongItStaysInOneStorage) {
     }
 }
 
-/** 400 bytes that fill their storage, `dropped` of them taken off the front. */
+/** 400 bytes that fill their storage, of which the first `dropped` are dropped. */
 ByteBuffer fullOf400(size_t dropped) {
     ByteBuffer buffer(viewOf(pattern(100, 0)));
     buffer.append(viewOf(pattern(100, 1)));

@@ -7,12 +7,12 @@ namespace {
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
-/** Which streams of a file are searched, and what their formats gain. */
+/** Which streams of a file are searched, and which entries their formats get. */
 using CodecConfigStreamsTest = CodecConfigFixture;
 
 TEST_F(CodecConfigStreamsTest, TheFormatOfTheFirstStreamWithTheSerialNumberGetsTheConfiguration) {
     OgmFile file;
-    file.addHeader(kVideo, VideoHeader{});  // H.264, under the same number
+    file.addHeader(kVideo, VideoHeader{});  // H.264, with the same number
     VideoHeader header;
     header.subtype = "FMP4";
     file.addHeader(kVideo, header);

@@ -22,7 +22,7 @@ constexpr char kNoStartCode[] = "can't find start code for mpeg4 video";
 // A search that ends takes a few microseconds.
 constexpr std::chrono::milliseconds kEndlessSearch(200);
 
-/** A format that is completed from bytes given by hand. */
+/** Completes a format from bytes that a test provides. */
 class CodecConfigRoutineTest : public LogTest {
   protected:
     media_status_t configureVideo(const Bytes& bytes) {
@@ -90,7 +90,7 @@ TEST_F(Mpeg4VideoConfigTest, WhatFollowsTheVolUpToThePictureStaysInTheEsds) {
 }
 
 TEST_F(Mpeg4VideoConfigTest, BytesBeforeAVolThatIsTheFirstChunkStayInTheEsds) {
-    // The packet header byte of an encoder that writes nothing before the VOL.
+    // An encoder that writes nothing before the VOL except the packet's header byte.
     EXPECT_EQ(configureVideo(joined({{0x08}, vol(), vop(), vop()})), AMEDIA_OK);
     EXPECT_EQ(configuration(), joined({{0x08}, vol()}));
 }

@@ -7,7 +7,7 @@ namespace {
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
-/** The walk over the first data pages of a stream that is searched for its configuration. */
+/** The search of a stream's first data pages for its configuration. */
 using CodecConfigWalkTest = CodecConfigFixture;
 
 TEST_F(CodecConfigWalkTest, OnePageWithVolAndPictureIsReadOnceAndEndsTheWalk) {
@@ -48,7 +48,7 @@ TEST_F(CodecConfigWalkTest, APageThatIsNotEnoughIsCompletedByTheNext) {
                         "found MPEG4 video codec config (176 x 144)", "get csd success!",
                         "parse CSD data done!"});
     EXPECT_THAT(mEvents.events(), ElementsAreArray(expected));
-    // The packet's header byte stands before the VOL and is not told from it.
+    // The packet's header byte is before the VOL and treated as a part of it.
     EXPECT_EQ(configurationAt(), joined({{kSyncPacket}, vol()}));
 }
 
@@ -193,7 +193,7 @@ TEST_F(CodecConfigWalkTest, APageWithoutPayloadMakesABufferWithoutCapacity) {
     EXPECT_EQ(configurationAt(), vol());
 }
 
-/** Adds one page with a packet of `size` bytes that consists of one chunk which is no VOL. */
+/** Adds a page with a packet of `size` bytes: a single chunk that is not a VOL. */
 void addUselessPage(OgmFile& file, uint64_t granule, size_t size) {
     const Bytes chunk = joined({{0x00, 0x00, 0x01, 0xB2}, pattern(size - 5, 1)});
     file.addData(kVideo, granule, dataPacket(kPlainPacket, chunk));
@@ -213,7 +213,7 @@ TEST_F(CodecConfigWalkTest, TheBufferGrowsInStepsOf64KiB) {
 
 TEST_F(CodecConfigWalkTest, WhatHasBeenRemovedMakesRoomInTheBuffer) {
     OgmFile file = videoFile();
-    // Each page ends the chunk of the page before, which then goes.
+    // Each page ends the chunk of the page before, which is then removed.
     for (uint64_t i = 1; i < 5; ++i) {
         addUselessPage(file, i, 32000);
     }

@@ -23,7 +23,7 @@ Bytes frame(uint32_t number, DtsForm form = DtsForm::kCore16BitBigEndian) {
     return dtsFrame(form, kFrameSize, number);
 }
 
-/** How DTS frames are cut out of bytes that arrive in any pieces. */
+/** Cuts DTS frames out of bytes that arrive in arbitrary pieces. */
 class DtsCutterTest : public CutterTest {
   protected:
     DtsCutterTest() { mCutter = cutterOf(OGA_AUDIO_DTS); }

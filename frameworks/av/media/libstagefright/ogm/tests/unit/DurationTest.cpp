@@ -17,7 +17,7 @@ constexpr uint32_t kAudio = 2;
 
 class DurationTest : public PagesTest {
   protected:
-    /** The duration that is found; what happens before the scan is not recorded. */
+    /** The duration that is found; events before the scan are not recorded. */
     int64_t scan(const OgmFile& file, std::optional<int64_t> reportedSize = std::nullopt) {
         auto source = std::make_unique<MemorySource>(file.bytes(), &mEvents);
         source->setReportedSize(reportedSize.value_or(static_cast<int64_t>(file.size())));
@@ -27,7 +27,8 @@ class DurationTest : public PagesTest {
         return parseMaxTime(*mPages, streams);
     }
 
-    /** The same from `start` on, by a source that claims to be that and the tail long. */
+    /** The same with a scan from `start` on: the source reports `start` plus the tail as its size.
+     */
     int64_t scanFrom(int64_t start, const OgmFile& file) { return scan(file, start + kTailSize); }
 
     static OgmFile videoFile() {
@@ -62,7 +63,7 @@ TEST_F(DurationTest, AFileOfExactlyTheTailIsScannedFromItsStart) {
     while (file.size() + 65307 + 27 < static_cast<size_t>(kTailSize)) {
         file.add(OggPage(kVideo).granule(250).openPacket(filled(kFullPageBody, 1)));
     }
-    // The last page brings the file to its size: segments of 255 bytes and one shorter.
+    // The last page, of segments of 255 bytes and a shorter one, fills the file to its size.
     const size_t rest = static_cast<size_t>(kTailSize) - file.size();
     const size_t segments = (rest - kPageHeaderSize + 255) / 256;
     file.add(OggPage(kVideo).granule(251).packet(filled(rest - kPageHeaderSize - segments, 1)));
@@ -122,7 +123,7 @@ TEST_F(DurationTest, AnAudioGranuleOfAllOnesIsConvertedLikeAnyOther) {
 }
 
 TEST_F(DurationTest, TimesAreComparedAsSignedNumbers) {
-    // At one sample a second this granule position gives a time with the top bit set.
+    // At one sample per second this granule position gives a time whose top bit is set.
     OgmFile file = audioFile(1);
     file.addData(kAudio, 10000000000000, {0});
     file.addData(kAudio, 7, {0});

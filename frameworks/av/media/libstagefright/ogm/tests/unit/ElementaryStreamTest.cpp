@@ -33,7 +33,7 @@ const ChildResult& listRanEmpty() {
 
 constexpr size_t kSize = 100;
 
-/** The bytes of a stream, and what becomes of them. */
+/** Appends, takes and drops the bytes of a stream. */
 class ElementaryStreamTest : public LogTest {
   protected:
     void append(const Bytes& bytes, int64_t timeUs) {
@@ -114,7 +114,7 @@ TEST_F(ElementaryStreamTest, WhatWasSearchedIsForgottenWhenBytesGoAndNotWhenThey
     EXPECT_EQ(searchedAfter([this] { mStream.clear(); }), 0U);
 }
 
-/** Which time is given for bytes that came with times. */
+/** The times of bytes that came with times. */
 class FetchTimestampTest : public LogTest {
   protected:
     void add(std::initializer_list<std::pair<int64_t, size_t>> ranges) {

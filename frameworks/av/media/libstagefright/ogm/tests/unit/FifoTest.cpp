@@ -24,7 +24,7 @@ TEST(FifoTest, HoldsWhatADequeHoldsWhateverIsPushedAndPopped) {
     std::deque<uint32_t> model;
     Random random;
     for (uint32_t i = 0; i < 20000; ++i) {
-        // Grows and shrinks in turn, again and again down to nothing.
+        // Alternately grows and shrinks, many times until it is empty.
         const bool isGrowing = i / 500 % 2 == 0;
         if (model.empty() || random.happens(5, 8) == isGrowing) {
             fifo.emplace_back(uint32_t{i});

@@ -8,7 +8,7 @@ namespace {
 
 constexpr uint32_t kLayer3At128 = 0xFFFB9064;  // MPEG-1, 128 kbit/s, 44100 Hz: 417 bytes
 
-/** How a search for a confirmed header ends, and what it says meanwhile. */
+/** How a search for a confirmed header ends, and what it logs. */
 class FindMP3HeaderTest : public LogTest {
   protected:
     struct Result {
@@ -54,7 +54,7 @@ class FindMP3HeaderTest : public LogTest {
         return said(formatted("findMP3Header():size:%d,Not found MP3Headr,buf:", size) + bytes);
     }
 
-    /** A frame of 417 bytes that holds nothing like a header. */
+    /** A frame of 417 bytes in which nothing else looks like a header. */
     static Bytes frame(uint32_t seed = 0) { return filledFrame(kLayer3At128, 417, seed); }
     static Bytes filledFrame(uint32_t header, size_t size, uint32_t seed = 0) {
         return joined({bigEndian(header), filled(size - 4, static_cast<uint8_t>(0x11 + seed))});
@@ -91,14 +91,14 @@ TEST_F(FindMP3HeaderTest, ThreeBytesOfTheSecondHeaderConfirmTheFirst) {
 }
 
 TEST_F(FindMP3HeaderTest, TwoBytesOfTheSecondHeaderConfirmTheFirstOnlyAtSamplingRateIndexZero) {
-    // The missing byte counts as zero, and its two bits are all that tell the sampling rates apart.
+    // The missing byte is read as zero. Only its two bits of the sampling rate matter.
     EXPECT_EQ(search(head(joined({frame(0), frame(1)}), 419)), found(417, kLayer3At128));
     EXPECT_THAT(mEvents.lines(),
                 ::testing::ElementsAre(header1("FF FB 90 64"), sizes(417, 0, 419),
                                        header2("FF FB  0  0"), header3(" 0  0  0  0")));
     mEvents.clear();
     const Bytes at48kHz = filledFrame(0xFFFB9464, 384);
-    // Every later start has its next frame further back, until that lies after the bytes.
+    // From each later position the next frame is later too, until it is past the bytes.
     EXPECT_EQ(search(head(joined({at48kHz, at48kHz}), 386)), notFound(2));
     EXPECT_THAT(mEvents.lines(),
                 ::testing::ElementsAre(header1("FF FB 94 64"), sizes(384, 0, 386),
@@ -196,7 +196,7 @@ TEST_F(FindMP3HeaderTest, ANewCandidateAtTheVeryEndFailsWithoutAnotherTry) {
 }
 
 TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateIsDroppedForTheNextPosition) {
-    // A header by accident, and after it two real frames of which none lies 417 bytes on.
+    // An accidental header, then two real frames, neither of them 417 bytes after it.
     const Bytes bytes = joined({bigEndian(kLayer3At128), filled(5, 1), frame(1), frame(2)});
     EXPECT_EQ(search(bytes), found(426, kLayer3At128));
     EXPECT_THAT(mEvents.lines(),

@@ -40,7 +40,7 @@ TEST_F(HeaderPagesTest, EachPageIsSearchedForTwiceAndItsPacketReadWhole) {
                       debugLine("currPage.mNumSegments =1, pageDataSize =30"), ReadCall{28, 30, 30},
                       infoLine("Verify Header 01 76 6F 72 62 69\n"),
                       infoLine("Verify Vorbis Header\n"),
-                      // Both searches for the next page meet the end.
+                      // Both searches for the next page reach the end.
                       ReadCall{58, 4, 0}, errorLine("FindPage: readSize = 0"), ReadCall{58, 4, 0},
                       errorLine("FindPage: readSize = 0"),
                       infoLine("Cannot find a page start,LINE:2774 from 58\n")}));
@@ -87,7 +87,7 @@ TEST_F(HeaderPagesTest, WithJunkBeforeItItIsWhereTheJunkBegins) {
     file.addData(1, 1, {1});
     EXPECT_EQ(parse(file), 81);
     EXPECT_THAT(firstDataPageLines(), ElementsAre(infoLine("mFirstDataPageOffset = 81")));
-    // Each of the two searches says so.
+    // Each of the two searches logs it.
     EXPECT_EQ(mEvents.count(infoLine("*** Skip 9 bytes of junk from 81 to reach page start ***\n")),
               2U);
 }

@@ -36,7 +36,7 @@ LogLine notLocked(size_t size) {
     return warningLine(formatted("Not get mMP3Header, size:%d", static_cast<int>(size)));
 }
 
-/** How MPEG audio frames are cut out of bytes that arrive in any pieces. */
+/** Cuts MPEG audio frames out of bytes that arrive in arbitrary pieces. */
 class MpegAudioCutterTest : public CutterTest {
   protected:
     MpegAudioCutterTest() { mCutter = cutterOf(OGA_AUDIO_MP3); }
@@ -45,7 +45,7 @@ class MpegAudioCutterTest : public CutterTest {
         return mCutter->feed(piece, timeUs);
     }
 
-    /** Makes the cutter know its header: the time 1000 for two frames of which none is left. */
+    /** Makes the cutter confirm its header, with two frames of time 1000, both used up. */
     void lock() {
         ASSERT_THAT(feed(joined({frame(0), frame(1)}), 1000),
                     ElementsAre(AccessUnit{frame(1), 1000}));
@@ -146,7 +146,7 @@ TEST_F(MpegAudioCutterTest, RemainingRangesMakeLaterTimesLag) {
     EXPECT_THAT(feed(frame(2), 6000), ElementsAre(AccessUnit{frame(2), 5000}));
     EXPECT_THAT(feed(frame(3), 7000), ElementsAre(AccessUnit{frame(3), 6000}));
     EXPECT_THAT(feed(frame(4), 8000), ElementsAre(AccessUnit{frame(4), 7000}));
-    // Three hundred bytes late for good.
+    // All later times lag by three hundred bytes.
     EXPECT_THAT(mCutter->ranges(), ElementsAre(Pair(8000, 300U)));
     mCutter->clear();
     EXPECT_THAT(feed(frame(5), 9000), ElementsAre(AccessUnit{frame(5), 9000}));
@@ -185,8 +185,8 @@ TEST_F(MpegAudioCutterTest, ALockOnFewerThanFourBytesOfTheSecondHeaderThrowsBoth
         EXPECT_THAT(mEvents.lines(), Contains(infoLine("mMP3Header:fffb9040")));
         EXPECT_THAT(mEvents.lines(), Contains(infoLine(kSkipAll)));
         EXPECT_THAT(cutter->buffered(), IsEmpty());
-        // What is left of the second frame has no sync word until the third begins. The times lag
-        // by what was thrown away.
+        // The rest of the second frame has no sync word until the third begins. The times lag by
+        // the dropped bytes.
         EXPECT_THAT(cutter->feed(tail(stream, kFrameSize + bytes), 2000),
                     ElementsAre(AccessUnit{frame(2), 1000}, AccessUnit{frame(3), 1000}));
     }
@@ -233,7 +233,7 @@ TEST_F(MpegAudioCutterTest, FramesThreeBytesApartAreFoundAfterTheGap) {
 }
 
 TEST_F(MpegAudioCutterTest, UpTo131072BytesWithoutAConfirmedHeaderAreKept) {
-    // A header of the free format lets the first byte pass and is no candidate.
+    // A header of the free format passes as a sync word but is not a candidate.
     const Bytes bytes = joined({{0xFF, 0xFB, 0x00, 0x00}, filled(kSearchLimit - 4, 0x55)});
     EXPECT_THAT(feed(bytes, 1000), IsEmpty());
     EXPECT_THAT(mEvents.lines(), Contains(notLocked(kSearchLimit)));
@@ -299,7 +299,7 @@ TEST_F(MpegAudioCutterTest, FramesOfEveryVersionLayerAndRateAreCut) {
     }
 }
 
-/** Streams that arrive in pieces: where pieces may lie without loss, and where they may not. */
+/** Streams that arrive in pieces: which pieces lose frames and which do not. */
 class MpegAudioPiecesTest : public MpegAudioCutterTest {
   protected:
     static std::vector<Bytes> frames(uint32_t count) {
@@ -325,7 +325,7 @@ TEST_F(MpegAudioPiecesTest, AStreamInOnePieceGivesAllFramesButTheFirst) {
 }
 
 TEST_F(MpegAudioPiecesTest, OneByteAtATimeGivesNothing) {
-    // A single byte never begins a stream, so the buffer stays empty for ever.
+    // A single byte never begins a stream, so the buffer stays empty.
     EXPECT_THAT(feedAll(*mCutter, equalPieces(joinedAll(frames(5)), 1)), IsEmpty());
     EXPECT_THAT(mCutter->buffered(), IsEmpty());
 }
@@ -340,7 +340,7 @@ TEST_F(MpegAudioPiecesTest, OneByteAtATimeAfterALockGivesTheFramesUntilTheBuffer
 }
 
 TEST_F(MpegAudioPiecesTest, TheFirstFrameIsLostOnlyWhenTheSecondIsWholeAtTheLock) {
-    // Otherwise the next search begins at the front again, and knows the header.
+    // Otherwise the next search begins at the front again, with the header known.
     const Bytes stream = joined({frame(0), frame(1), frame(2)});
     for (const size_t atTheLock : {kFrameSize + 4, 2 * kFrameSize - 1, 2 * kFrameSize}) {
         auto cutter = cutterOf(OGA_AUDIO_MP3);

@@ -23,7 +23,7 @@ ogm::MpegAudioFrame findFrame(const Bytes& data, uint64_t offset = 0) {
 
 class MpegAudioFrameTest : public LogTest {
   protected:
-    /** What a lock finds; nothing when it fails. */
+    /** The offset and header that a lock finds; nothing if it fails. */
     static std::optional<std::pair<uint64_t, uint32_t>> lock(const Bytes& data) {
         uint64_t offset = 0;
         uint32_t reference = 0;

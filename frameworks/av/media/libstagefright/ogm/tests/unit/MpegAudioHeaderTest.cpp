@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint32_t kLayer3At128 = 0xFFFB9064;  // MPEG-1, 128 kbit/s, 44100 Hz: 417 bytes
 
-/** The fields of a header word, each as wide as it is there. */
+/** The fields of a header word, with their widths. */
 struct Fields {
     uint32_t sync = 0x7FF;
     uint32_t version = 3;
@@ -99,14 +99,14 @@ Decoded decode(uint32_t word) {
 
 constexpr Decoded kRefused{false, 0, 0, 0, 0, 1152};
 
-// kbit/s by bit-rate index 1 to 14: the five lists of ISO/IEC 11172-3 and 13818-3.
+// In kbit/s, by bit-rate index 1 to 14: the five lists of ISO/IEC 11172-3 and 13818-3.
 constexpr int kLayer1Of1[] = {32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448};
 constexpr int kLayer1Of2[] = {32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256};
 constexpr int kLayer2Of1[] = {32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384};
 constexpr int kLayer3Of1[] = {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320};
 constexpr int kLayer23Of2[] = {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160};
 
-// Hz by version bits and sampling-rate index; version 1 is reserved.
+// In Hz, by version bits and sampling-rate index; version 1 is reserved.
 constexpr int kRates[4][3] = {
         {11025, 12000, 8000}, {0, 0, 0}, {22050, 24000, 16000}, {44100, 48000, 32000}};
 
@@ -154,7 +154,7 @@ TEST(MpegAudioFrameSizeTest, EveryVersionLayerBitrateAndRateHasTheSizeOfItsTable
         ASSERT_EQ(decode(fields.word()), expectedOf(fields)) << std::hex << fields.word();
         accepted += expectedOf(fields).accepted ? 1 : 0;
     }
-    // 3 versions, 3 layers, 14 bit rates, 3 rates, and 5 bits that refuse nothing.
+    // 3 versions, 3 layers, 14 bit rates, 3 rates, and 5 bits that do not matter.
     EXPECT_EQ(accepted, 3U * 3U * 14U * 3U * 32U);
 }
 

@@ -29,7 +29,7 @@ Bytes bytesOf(MediaBufferHelper* buffer) {
     return Bytes(data, data + buffer->range_length());
 }
 
-/** A track of any stream type, those included that no file produces, fed by hand. */
+/** A track of any stream type, even one that no file has; tests pass its packets directly. */
 class OgmTrackTest : public LogTest {
   protected:
     ~OgmTrackTest() override {
@@ -53,7 +53,7 @@ class OgmTrackTest : public LogTest {
         return *mTrack;
     }
 
-    /** A started track whose first packet, and another, have been queued. */
+    /** A started track with this packet and another one in its queue. */
     OgmTrack& trackWith(uint32_t type, const Bytes& packet) {
         OgmTrack& track = startTrack(type);
         append(packet, kNewPacket);
@@ -99,7 +99,7 @@ TEST_F(OgmTrackTest, AudioIsSkippedWhileTheExtractorSeeksAndVideoIsNot) {
     EXPECT_EQ(mEvents.lines(),
               (std::vector{infoLine("********** Track Type[5] skip appending data because "
                                     "seeking*************\n")}));
-    // Before anything else is looked at.
+    // This is checked first.
     EXPECT_EQ(mTrack->appendData(nullptr, kNewPacket, kSeeking), AMEDIA_OK);
 }
 
@@ -155,7 +155,7 @@ TEST_F(OgmTrackTest, ReframedAudioLogsWhyItRefusesAPacket) {
     EXPECT_EQ(mEvents.lines().back(), errorLine("appendAudioData FAIL!"));
 }
 
-/** A stream's timing, and the time that its track has reached at granule position 8000. */
+/** A stream's timing, and the time of its track at granule position 8000. */
 struct Timing {
     uint32_t type;
     int64_t timeUnit;
@@ -172,7 +172,7 @@ TEST_P(TrackClockTest, RunsByTheFieldsOfItsStreamType) {
     EXPECT_EQ(track.currentTimeUs(), GetParam().timeUs);
 }
 
-// Video by the low 32 bits of the time unit as a signed number; audio by the sample rate alone.
+// Video uses the low 32 bits of the time unit as a signed number, audio only the sample rate.
 INSTANTIATE_TEST_SUITE_P(
         Streams, TrackClockTest,
         ::testing::Values(Timing{OGV_VIDEO_H264, 400000, 25, 320000000},

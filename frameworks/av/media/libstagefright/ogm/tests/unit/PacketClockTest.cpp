@@ -21,7 +21,7 @@ const char kNotValid[] =
         "********** mPreGranulePosition is not vaild, Skip appending this item*************\n";
 const LogLine kFell = infoLine(" *****Track Type[22] GranulePosition Error*****");
 
-/** A clock, the pages that it is told of, and the times that it then has. */
+/** A clock, the pages that it gets, and its times afterwards. */
 struct Times {
     const char* name;
     int32_t sampleRate;
@@ -104,7 +104,7 @@ INSTANTIATE_TEST_SUITE_P(
         Audio, PacketClockTimesTest,
         ::testing::Values(audio("InSamples", 44100, {44100, 88200}, 1000000),
                           audio("OfSamplesCutToMicroseconds", 44100, {50000, 60000}, 1133786),
-                          // A divisor close to 2^64 leaves nothing of any granule position.
+                          // A divisor close to 2^64 makes each time 0.
                           audio("AtANegativeRate", -1, {8000000, 16000000}, 0),
                           // A negative number.
                           audio("Of2To63MicrosecondsOrMore", 1, {9223372036855, 9223372036856},
@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(None, PacketClockTimesTest,
 
 class PacketClockTest : public LogTest {
   protected:
-    /** Enters pages of a whole file and forgets what was logged. */
+    /** Enters pages of a file from its start and clears the log. */
     static void enter(PacketClock& clock, const std::vector<uint64_t>& granules) {
         enterPages(clock, kFromTheStart, granules);
     }
@@ -258,7 +258,7 @@ TEST_F(PacketClockTest, AResetForgetsTheGranulesAndTheCountedPackets) {
     EXPECT_EQ(mAudio.granulePosition(), 1U);
 }
 
-/** Only re-framed audio is counted, whose times are computed otherwise: no file leads here. */
+/** No file gets here: only re-framed audio is counted, and its times are computed elsewhere. */
 class CountedPacketTest : public PacketClockTest {
   protected:
     CountedPacketTest() {
@@ -299,7 +299,7 @@ TEST_F(CountedPacketTest, TheDistanceLearntLastOutlivesAReset) {
     EXPECT_EQ(mAudio.packetTimeUs(5), 375000);
 }
 
-/** The time at which a frame of 40 ms is shown that comes at 1 s. */
+/** The time at which a frame of 40 ms with the time 1 s is shown. */
 int64_t shownAt(int32_t frameType, uint8_t followingBFrames, int32_t timeUnit = kVideoUnit) {
     OgmPacket packet;
     packet.timeUs = 1000000;

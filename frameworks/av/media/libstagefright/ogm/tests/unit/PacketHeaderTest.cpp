@@ -41,7 +41,7 @@ TEST_F(FrameHeaderTest, VideoHasOneByteWhateverItHolds) {
 TEST_F(FrameHeaderTest, AudioHasTheSizeGivenByItsFirstByte) {
     for (const uint32_t type : {2U, 3U, 4U, 5U, 6U, 9U}) {
         EXPECT_EQ(frameHeaderSize(type, viewOf({0x88, 1, 2, 3})), 3U) << type;
-        // Also where the packet is shorter.
+        // Even if the packet is shorter.
         EXPECT_EQ(frameHeaderSize(type, viewOf({0xC3, 1, 2, 3})), 10U) << type;
     }
     EXPECT_TRUE(mEvents.lines().empty());

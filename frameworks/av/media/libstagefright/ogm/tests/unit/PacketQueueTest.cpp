@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 constexpr uint32_t kSerialNo = 9;
 constexpr size_t k64KiB = 65536;
 
-/** A queue that is filled by hand; packets are told apart by their bytes. */
+/** A queue that a test fills; packets differ in their bytes. */
 class PacketQueueTest : public LogTest {
   protected:
     static void append(PacketQueue& packets, const Bytes& bytes) {
@@ -32,7 +32,7 @@ class PacketQueueTest : public LogTest {
     }
     void add(const Bytes& bytes) { add(mPackets, bytes); }
 
-    /** The bytes of the complete packets, which are taken out. */
+    /** Removes the complete packets and returns their bytes. */
     std::vector<Bytes> takeAll() {
         std::vector<Bytes> all;
         for (; mPackets.size() > 1; mPackets.popFront()) {
@@ -172,10 +172,10 @@ TEST_F(PacketQueueTest, AccessUnitsAreQueuedWholeAndWithoutALine) {
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
-/** Packets whose frame types are asked for. */
+/** The frame types of packets. */
 class QueuedFrameTypeTest : public PacketQueueTest {
   protected:
-    /** The type that a packet gets, and the lines of the typing. */
+    /** The type that a packet gets. The log then has only the lines about it. */
     int32_t typeOf(uint32_t streamType, const Bytes& packet) {
         PacketQueue packets(kSerialNo, streamType);
         add(packets, packet);
@@ -228,7 +228,7 @@ TEST_F(QueuedFrameTypeTest, AHeaderByteOfEightOverridesTheTypeButNotItsLine) {
 /** The B frames that follow the oldest packet. */
 class FollowingFramesTest : public PacketQueueTest {
   protected:
-    /** Queues MPEG-4 frames by their VOP coding types. */
+    /** Queues MPEG-4 frames of these VOP coding types and counts the following B frames. */
     uint8_t following(const std::vector<uint32_t>& codingTypes) {
         PacketQueue packets(kSerialNo, OGV_VIDEO_MP4);
         for (const uint32_t type : codingTypes) {

@@ -37,7 +37,8 @@ TEST(PacketStorageTest, PacketsInAQueueKeepTheirBytes) {
 }
 
 TEST(PacketStorageTest, PacketsInALongQueueKeepTheirBytes) {
-    constexpr uint32_t kPackets = 2000;  // several times what a queue holds before large pages
+    constexpr uint32_t kPackets =
+            2000;  // several times as many as in a queue before it uses large pages
     const auto sizeOf = [](uint32_t number) { return size_t{number} * 37 % 65025; };
     PacketStorage storage;
     std::deque<ByteBuffer> queue;
@@ -154,7 +155,7 @@ TEST(PacketStorageTest, APacketOfMoreThanALargePageKeepsItsBytes) {
 /** Packets of half a small block, all of which stay queued. */
 class StorageBlocksTest : public ::testing::Test {
   protected:
-    /** Takes packets; returns how many lie one after the other, and how many after the next gap. */
+    /** Takes packets; returns the numbers of packets between gaps in memory. */
     std::vector<size_t> packetsInARow(size_t count, size_t queued) {
         constexpr size_t kHalfABlock = 16384;
         std::vector<size_t> rows;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr size_t kHeaderPages = 81;
 
-/** A header page of 81 bytes, so that no page of interest begins at offset 0. */
+/** A file with a header page of 81 bytes, so that no tested page begins at offset 0. */
 OgmFile fileWithAHeader() {
     OgmFile file;
     file.addHeader(1, VideoHeader());
@@ -26,7 +26,7 @@ TEST_F(PageCursorTest, GoingToAPlaceAfterTheLastPageGoesToTheEnd) {
     EXPECT_TRUE(mCursor.isSet());
     EXPECT_EQ(mCursor.pageOffset(), int64_t{kHeaderPages});
     mEvents.clear();
-    // The next page is looked for at the end of the data.
+    // The next page is searched for at the end of the data.
     EXPECT_EQ(mCursor.enterNextPage(*mPages), AMEDIA_ERROR_END_OF_STREAM);
     EXPECT_EQ(mEvents.reads(), (std::vector{ReadCall{kHeaderPages, 4, 0}}));
 }
@@ -82,7 +82,7 @@ class PieceTest : public PageCursorTest {
         ASSERT_EQ(mCursor.goToPage(openPages(file), kPage, 0), AMEDIA_OK);
     }
 
-    /** The next piece, which is used up. */
+    /** Returns the next piece and moves past it. */
     std::optional<PacketPiece> take() {
         const std::optional<PacketPiece> piece = mCursor.nextPiece();
         if (piece) {
@@ -152,7 +152,7 @@ TEST_F(PieceTest, APageThatIsSkippedHasNoneLeft) {
     EXPECT_FALSE(take());
 }
 
-/** Walks from page to page. */
+/** Goes from page to page. */
 class NextPageTest : public PageCursorTest {
   protected:
     /** Two pages of 29 bytes after the header page. */

@@ -47,7 +47,7 @@ TEST(PcmTest, NothingIsWidenedToNothing) {
     EXPECT_EQ(widened({}), Bytes{});
 }
 
-/** A buffer of a group, and what is made of it. */
+/** Converts a buffer of a group. */
 class ReworkPcmTest : public LogTest {
   protected:
     ReworkPcmTest() {
@@ -100,7 +100,7 @@ TEST_F(ReworkPcmTest, EightBitsBecomeSixteenInABufferThatCarriesItsTimeAlone) {
     EXPECT_EQ(timeOf(mBuffer), 1000);
     EXPECT_EQ(targetTimeUs(), std::nullopt);
     EXPECT_EQ(mEvents.lines(), (std::vector{infoLine("OGA_AUDIO_PCM,mBitsPerSample == 8")}));
-    // The buffer of eight bits has gone back and serves again.
+    // The 8-bit buffer was released and is reused.
     MediaBufferHelper* const next = acquireBuffer(&mHelper, 0);
     EXPECT_EQ(next, before);
     next->release();

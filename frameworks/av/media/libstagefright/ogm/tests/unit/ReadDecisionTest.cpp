@@ -9,7 +9,7 @@ namespace {
 constexpr int32_t kOk = 0;
 constexpr int32_t kEndOfStream = -10006;
 constexpr int32_t kIo = -10007;
-// The framework's older status values, which nothing in the plug-in gives any more.
+// The framework's older status values, which nothing in the plug-in returns any more.
 constexpr int32_t kOldEndOfStream = -1011;
 constexpr int32_t kOldIo = -1004;
 

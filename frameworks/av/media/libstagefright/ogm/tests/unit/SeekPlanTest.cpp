@@ -17,7 +17,7 @@ TEST(SeekPlanTest, BelowThreeSecondsASeekGoesToTheStart) {
         EXPECT_EQ(chooseSeekGoal(timeUs, kUnknownDuration), SeekGoal::kStart) << timeUs;
     }
     EXPECT_EQ(chooseSeekGoal(3'000'000, kDurationUs), SeekGoal::kScan);
-    // Also in a file that ends there.
+    // Even in a file that ends there.
     EXPECT_EQ(chooseSeekGoal(1'000'000, 1'000'000), SeekGoal::kStart);
 }
 

@@ -17,12 +17,12 @@ const LogLine kSearchFails = errorLine("search Ogm signature fail\n");
 
 class SniffTest : public LogTest {
   protected:
-    /** By these bytes and no others. */
+    /** With a buffer of exactly these bytes. */
     bool acceptsExactly(const Bytes& bytes) {
         return sniffOgm(bytes.data(), static_cast<uint32_t>(bytes.size()), &mVorbis);
     }
 
-    /** By the first bytes of a file, with zeros after a short one. */
+    /** With the first bytes of a file; a short file is padded with zeros. */
     bool accepts(Bytes bytes) {
         bytes.resize(kSniffSize);
         return acceptsExactly(bytes);
@@ -165,7 +165,7 @@ TEST_F(SniffTest, ThePatternIsFoundAtTheLastPlaceThatIsTried) {
     const Bytes page = bytesOf("OggS");
     std::copy(page.begin(), page.end(), bytes.begin() + 1019);
     EXPECT_FALSE(accepts(bytes));
-    expectFound({}, 0);  // found, but the walk ends there
+    expectFound({}, 0);  // found, but the search ends there
 }
 
 TEST_F(SniffTest, ThePatternIsNotLookedForInTheLastFourBytes) {
@@ -178,7 +178,7 @@ TEST_F(SniffTest, ThePatternIsNotLookedForInTheLastFourBytes) {
 
 TEST_F(SniffTest, APageOfTwoSegmentsIsSteppedOverByItsFirstLacingValue) {
     Bytes bytes = OggPage(1).packet(filled(10, 'a')).packet(filled(20, 'b')).bytes();
-    // What lies 28 + 10 bytes further on is read as a page header, whatever it is.
+    // The bytes 28 + 10 bytes later are read as a page header, whatever they are.
     constexpr size_t kNextPage = 28 + 10;
     bytes.resize(kNextPage + 26, 0);
     append(bytes, {1, 60, 1});
@@ -238,7 +238,7 @@ TEST_F(SniffTest, EveryLengthOfAFileIsBounded) {
     file.addHeader(2, vorbisIdentificationHeader());
     file.addHeader(3, VideoHeader());
     for (size_t length = 5; length <= file.size(); ++length) {
-        // A copy of its own, so that a sanitizer sees a read past it.
+        // A separate copy, so that a sanitizer sees a read past it.
         const Bytes bytes = head(file.bytes(), length);
         EXPECT_EQ(acceptsExactly(bytes), length >= file.size() - 53 + 6) << length;
     }

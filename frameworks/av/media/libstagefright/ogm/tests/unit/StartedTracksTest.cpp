@@ -14,7 +14,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/** A track that counts what it is told. */
+/** A track that counts the calls it gets. */
 class FakeTrack {
   public:
     explicit FakeTrack(int64_t timeUs = 0) : mTimeUs(timeUs) {}
@@ -151,7 +151,7 @@ TEST_F(StartedTracksTest, ForgettingOneThatIsNotThereChangesNothing) {
     EXPECT_EQ(trackOf(7), &mFirst);
 }
 
-/** The time that tracks have reached, by the times of each; nothing for a forgotten one. */
+/** The time reached by tracks with these times; nothing stands for a destroyed track. */
 int64_t timeOfAll(const std::vector<std::optional<int64_t>>& times) {
     std::vector<std::unique_ptr<FakeTrack>> tracks;
     StartedTracks<FakeTrack> started;

@@ -90,7 +90,7 @@ TEST(StreamHeaderTest, OnlyTheLow32BitsOfTheVideoTimeUnitAreUsed) {
 TEST(StreamHeaderTest, TheFrameRateProductWrapsAt32Bits) {
     // 1000 x 10,000,000 is 1,410,065,408 in 32 bits.
     EXPECT_EQ(frameRate(100000, 1000), 14100);
-    // 300 x 10,000,000 is -1,294,967,296 as a signed number; the quotient is cut towards zero.
+    // 300 x 10,000,000 is -1,294,967,296 as a signed number; the quotient is truncated.
     EXPECT_EQ(frameRate(1000000, 300), -1294);
     EXPECT_EQ(frameRate(400000, 0x100000001), 25);
 }

@@ -17,7 +17,7 @@ constexpr uint32_t kExtensiveMetaData = 1;
 class StreamTableTest : public LogTest {
   protected:
     media_status_t add(const Bytes& packet, uint32_t serialNo = kSerialNo) {
-        // A MediaBuffer cannot be deleted: it goes with its one release.
+        // A MediaBuffer cannot be deleted; release() frees it.
         auto* const buffer = new MediaBuffer(packet.size());
         std::copy(packet.begin(), packet.end(), static_cast<uint8_t*>(buffer->data()));
         const media_status_t status = mStreams.parseOgmHeader(*buffer, serialNo);
@@ -25,7 +25,7 @@ class StreamTableTest : public LogTest {
         return status;
     }
 
-    /** A copy of the format of an entry that exists. */
+    /** A copy of the format of an entry, which must exist. */
     Format formatAt(size_t index, uint32_t flags = 0) {
         Format format;
         EXPECT_EQ(mStreams.getTrackMetaData(format.get(), index, flags), AMEDIA_OK);
@@ -118,7 +118,7 @@ TEST_F(StreamTableTest, ANegativeSampleRateIsSignExtended) {
 TEST_F(StreamTableTest, AVorbisHeaderIsRecognisedAndMakesNoTrack) {
     Bytes packet = vorbisIdentificationHeader();
     EXPECT_EQ(add(packet), AMEDIA_OK);
-    packet[0] = 0x81;  // the type of the packet is not looked at
+    packet[0] = 0x81;  // the type of the packet is ignored
     EXPECT_EQ(add(packet), AMEDIA_OK);
     EXPECT_EQ(mStreams.size(), 0U);
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("Verify Header 01 76 6F 72 62 69\n"),
@@ -198,7 +198,7 @@ TEST_F(StreamTableTest, AnUnknownAudioCodecMakesNoTrack) {
 TEST_F(StreamTableTest, AHeaderThatIsCutOffHasZerosInPlaceOfWhatIsMissing) {
     VideoHeader video;
     video.width = 0x0240;
-    // Within the width, which loses its high byte; after the subtype.
+    // The cut is within the width, which loses its high byte.
     EXPECT_EQ(add(head(video.bytes(), 46)), AMEDIA_OK);
     EXPECT_EQ(add(head(AudioHeader().bytes(), 17)), AMEDIA_OK);
     EXPECT_EQ(formatAt(0).int32(AMEDIAFORMAT_KEY_WIDTH), 0x40);
@@ -206,7 +206,7 @@ TEST_F(StreamTableTest, AHeaderThatIsCutOffHasZerosInPlaceOfWhatIsMissing) {
     EXPECT_EQ(formatAt(1).string(AMEDIAFORMAT_KEY_MIME), "audio/raw");
     EXPECT_EQ(formatAt(1).int32(AMEDIAFORMAT_KEY_SAMPLE_RATE), 0);
     EXPECT_EQ(formatAt(1).int32(AMEDIAFORMAT_KEY_CHANNEL_COUNT), 0);
-    // Within the subtype.
+    // The cut is within the subtype.
     EXPECT_EQ(add(head(VideoHeader().bytes(), 11)), AMEDIA_ERROR_UNSUPPORTED);
     EXPECT_EQ(mEvents.count(errorLine("unknow video codec: 48320000")), 1U);
 }
@@ -272,7 +272,7 @@ TEST_F(StreamTableTest, OnlyTheFirstRequestForExtensiveMetaDataSetsTheThumbnailT
     mEvents.clear();
     EXPECT_EQ(formatAt(1, kExtensiveMetaData).int64(AMEDIAFORMAT_KEY_THUMBNAIL_TIME), 0);
     EXPECT_EQ(formatAt(0, kExtensiveMetaData).int64(AMEDIAFORMAT_KEY_THUMBNAIL_TIME), std::nullopt);
-    // It stays where it was set.
+    // The entry stays in the stream's own format.
     EXPECT_EQ(formatAt(1).int64(AMEDIAFORMAT_KEY_THUMBNAIL_TIME), 0);
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("getTrackMetaData mime:audio/raw"),
                                              infoLine("getTrackMetaData, set thumbnail time"),

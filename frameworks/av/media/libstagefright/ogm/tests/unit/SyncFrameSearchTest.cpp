@@ -74,7 +74,7 @@ TEST_F(SyncFrameSearchTest, AnyFrameTooLateEndsARound) {
 }
 
 TEST_F(SyncFrameSearchTest, TheDistanceToATimeWraps) {
-    // From the smallest time of all every frame lies before, not after it.
+    // The difference to the smallest time wraps, so every frame appears to be before it.
     SyncFrameSearch search(INT64_MIN);
     EXPECT_EQ(searchQueue(search, {{0, kSync}}), Result::kFound);
 }
@@ -117,7 +117,7 @@ TEST_F(SyncFrameSearchTest, TheEndOfTheFileEndsTheSearchAfterOneMoreRound) {
     SyncFrameSearch search(10 * kSecond);
     search.noteEndOfFile();
     EXPECT_FALSE(search.isSearching());
-    // The round itself goes on as always.
+    // The round itself continues as usual.
     EXPECT_EQ(searchQueue(search, {{9 * kSecond, kSync}}), Result::kFound);
     search.stepBack();
     EXPECT_FALSE(search.isSearching());

@@ -61,7 +61,7 @@ BitWriter shortestForm() {
     return bits;
 }
 
-/** What follows fixed_vop_rate and its increment; the widths are those of the standard. */
+/** Adds the fields after fixed_vop_rate and its increment, with the standard's widths. */
 Bytes finished(BitWriter bits, uint32_t width, uint32_t height) {
     bits.put(1, 1).put(width, 13).put(1, 1).put(height, 13).put(1, 1).put(0, 1);
     return joined({{0x00, 0x00, 0x01, 0x20}, bits.bytes()});
