@@ -32,7 +32,7 @@ class PropertyStore {
     bool set(std::string_view name, std::string_view value);
 
     /**
-     * Returns how often a property has been set. A property that is read afterwards is at least as
+     * Returns how often properties have been set. A property that is read afterwards is at least as
      * new as this number.
      */
     uint32_t serial() const { return mSerial.load(); }

@@ -51,7 +51,7 @@ void __android_log_call_aborter(const char* abort_message) {
     gAborter.load()(abort_message);
 }
 
-// The device keeps the message for its crash dump; there is none here to keep it for.
+// The device keeps the message for its crash dump. Here there is no crash dump.
 void __android_log_default_aborter(const char* /*abort_message*/) {
     abort();
 }

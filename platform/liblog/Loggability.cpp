@@ -25,15 +25,15 @@ namespace {
 constexpr char kPersistentProperty[] = "persist.log.tag";
 constexpr char kProperty[] = "log.tag";
 
-/** Above every level: no property sets one. */
+/** Higher than all levels: no property sets one. */
 constexpr int kNotConfigured = std::numeric_limits<int>::max();
 
-/** A serial that no process ever reaches. */
+/** A serial that no process reaches. */
 constexpr uint32_t kNoSerial = std::numeric_limits<uint32_t>::max();
 
 /**
- * The lowest level that a property gives to any tag, valid until a property changes. Aligned so
- * that reads and writes are atomic.
+ * The lowest level in any property, valid until a property changes. Aligned so that reads and
+ * writes are atomic.
  */
 struct alignas(uint64_t) LowestLevel {
     uint32_t serial;
@@ -97,9 +97,9 @@ std::optional<int> levelInProperties(std::string_view tag) {
     return level;
 }
 
-/** Cached until a property changes: most messages are filtered out by this alone. */
+/** Cached until a property changes: this alone filters out most messages. */
 int lowestLevel() {
-    // Before the properties are read, so that a change meanwhile is seen the next time.
+    // Read before the properties, so that a change in the meantime is noticed the next time.
     const uint32_t serial = __system_property_area_serial();
     const LowestLevel known = gLowestLevel.load();
     if (known.serial == serial) {

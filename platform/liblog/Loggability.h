@@ -3,7 +3,7 @@
 
 namespace android::log {
 
-/** Returns true if a message of this priority and tag (null: the default tag) may pass. */
+/** Whether a message of this priority and tag (null: the default tag) is to be logged. */
 bool isLoggable(int priority, const char* tag, int defaultLevel);
 
 }  // namespace android::log

@@ -5,7 +5,7 @@
 
 namespace android::log {
 
-/** Passes the message to the process's logger if its buffer takes texts. */
+/** Passes the message to the process's logger if its buffer is one for texts. */
 void deliver(const __android_log_message& message);
 
 }  // namespace android::log

@@ -11,7 +11,7 @@ namespace {
 
 constexpr size_t kMaxNumItems = 256;
 
-// On the device the entries are those of a framework message, whose source fails the assertion.
+// On the device the entries are those of a framework message, so the assertion is in that source.
 constexpr char kTooManyItems[] =
         "frameworks/av/media/libstagefright/foundation/AMessage.cpp:210 "
         "CHECK(mItems.size() < kMaxNumItems) failed.";

@@ -37,8 +37,8 @@ using Value =
         std::variant<int32_t, int64_t, size_t, float, double, std::string, SharedBuffer, Rect>;
 
 /**
- * Named values in the order in which their names first appeared. Copying an entry shares the bytes
- * of a buffer and copies everything else.
+ * Named values, in the order in which their names were first set. A copied entry shares the bytes
+ * of a buffer; everything else is copied.
  */
 class FormatEntries {
   public:
@@ -48,8 +48,8 @@ class FormatEntries {
     };
 
     /**
-     * Returns the value of that name if it has exactly that type, else null. Every change
-     * invalidates it.
+     * Returns the value with this name if it has exactly this type, otherwise null. Any change of
+     * the entries invalidates it.
      */
     template <typename T>
     const T* find(std::string_view name) const {
@@ -71,7 +71,7 @@ class FormatEntries {
     const std::vector<Entry>& items() const { return mItems; }
 
   private:
-    /** Returns the number of entries if none has that name. */
+    /** Returns the index of the entry; the number of entries if none has this name. */
     size_t indexOf(std::string_view name) const;
     Value& findOrInsert(std::string_view name);
 

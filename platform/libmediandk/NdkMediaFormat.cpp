@@ -17,9 +17,8 @@ using android::mediandk::SharedBuffer;
 
 struct AMediaFormat {
     FormatEntries entries;
-    // The texts that getString() returned last, by name. A map, so that texts of other names stay
-    // in place. Kept when entries change, so that a pointer fetched before still points to the same
-    // text.
+    // The latest texts that getString() returned, by name. They stay when entries change, so that
+    // pointers returned earlier remain valid; a map keeps the texts of other names in place.
     std::map<std::string, std::string> fetchedStrings;
     std::string text;
 };

@@ -60,7 +60,7 @@ size_t ABitReader::numBitsLeft() const {
 }
 
 /**
- * Makes `n` bits, at most 32, ready for take(). If there are too few, consumes all and returns
+ * Loads `n` bits, at most 32, for take(). If there are too few, consumes all of them and returns
  * false.
  */
 bool ABitReader::fill(size_t n) {
@@ -75,7 +75,7 @@ bool ABitReader::fill(size_t n) {
     return true;
 }
 
-/** Takes `n` bits, at most 32, that fill() has made ready. */
+/** Takes `n` bits, at most 32, which fill() has loaded. */
 uint32_t ABitReader::take(size_t n) {
     mNumBits -= n;
     const auto value = static_cast<uint32_t>(mBits >> mNumBits);

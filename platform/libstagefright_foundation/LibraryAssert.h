@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// The library's own assertions. Their texts are observable and name a file and line of the device's
-// library, not the line in these sources:
+// The library's own assertions. Their texts are observable, so they name file and line of the
+// device's library, not of these sources:
 //
 //     if (prevCount <= 0) {
 //         checkFailed({"MediaBuffer", "MediaBuffer.cpp:122", "CHECK(prevCount > 0)"});
@@ -22,7 +22,7 @@ struct AssertionSite {
 /** Writes the text of the failed condition to stderr and the log, then ends the process. */
 [[noreturn]] void checkFailed(const AssertionSite& site);
 
-/** As checkFailed(), followed by the two compared values. */
+/** Like checkFailed(); the two compared values follow the text. */
 [[noreturn]] void comparisonFailed(const AssertionSite& site, int x, int y);
 
 }  // namespace android

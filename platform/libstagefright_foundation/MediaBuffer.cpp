@@ -44,8 +44,8 @@ void MediaBuffer::release() {
         delete this;
         return;
     }
-    // Once the count is 0 the group may lend the buffer again: from here on only the observer,
-    // which outlives its buffers, is used.
+    // When the count is 0, the group may lend the buffer again. From here on only the observer is
+    // used, which outlives its buffers.
     MediaBufferObserver* const observer = mObserver;
     const int prevCount = mRefCount.fetch_sub(1);
     if (prevCount <= 0) {
@@ -61,7 +61,7 @@ void MediaBuffer::add_ref() {
 }
 
 void MediaBuffer::set_range(size_t offset, size_t length) {
-    // The sum may wrap: such a range passes here, as on the device.
+    // The sum may wrap; such a range is accepted, as on the device.
     size_t end;
     (void)__builtin_add_overflow(offset, length, &end);
     if (end > mSize) {

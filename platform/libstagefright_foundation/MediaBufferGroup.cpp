@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kTag[] = "MediaBufferGroup";
 
-/** Half as much again, so that slowly growing requests do not make a new buffer each time. */
+/** Half as much again, so that slowly growing requests do not need a new buffer each time. */
 size_t withReserve(size_t requestedSize) {
     constexpr size_t kGreatest = std::numeric_limits<size_t>::max() / 3 * 2;
     return requestedSize < kGreatest ? requestedSize + requestedSize / 2 : requestedSize;
@@ -157,7 +157,7 @@ size_t MediaBufferGroup::largestSize() const {
 }
 
 void MediaBufferGroup::signalBufferReturned(MediaBufferBase*) {
-    // Under the lock: an acquirer that has just found the buffer in use is then waiting already.
+    // With the lock: a thread that has just found the buffer in use is then already waiting.
     const std::lock_guard<std::mutex> lock(mLock);
     mReturned.notify_one();
 }

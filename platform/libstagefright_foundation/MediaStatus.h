@@ -7,7 +7,7 @@
 namespace android {
 
 /**
- * Returns the status as the plug-in interface reports it. A value without a counterpart, such as
+ * Converts a status to that of the plug-in interface. A value without a counterpart, such as
  * WOULD_BLOCK, becomes AMEDIA_ERROR_UNKNOWN and is logged as an error.
  */
 media_status_t toMediaStatus(status_t status);

@@ -9,8 +9,8 @@ namespace {
 
 constexpr int32_t kNeverHeld = 1 << 28;
 
-// The object's own hold on the count block, kept beside the weak references in one atomic so that
-// whoever brings the sum to 0 frees the block.
+// The object's own reference to the count block. It is counted in the same atomic as the weak
+// references, so whoever brings the sum to 0 frees the block.
 constexpr int32_t kObjectHold = 1 << 30;
 
 bool isHeld(int32_t strongCount) {
@@ -67,9 +67,8 @@ bool RefBase::weakref_type::incStrongIfHeld() {
     return false;
 }
 
-// The object has no strong reference at the moment: it never had one, or its life was extended
-// beyond the last. The first such reference does not count as the first incStrong(): onFirstRef()
-// is not called.
+// The object has no strong reference now: it never had one, or its lifetime was extended beyond
+// the last one. onFirstRef() is not called for a reference that is added here.
 bool RefBase::weakref_type::reviveStrong(const void* id) {
     const bool extended = livesUntilLastWeak();
     if (extended && !mBase->onIncStrongAttempted(FIRST_INC_STRONG, id)) {
@@ -110,8 +109,8 @@ RefBase::~RefBase() {
 
 void RefBase::incStrong(const void* id) const {
     mRefs->incWeak(id);
-    // Adding first and taking the start value away afterwards keeps the count positive and away
-    // from "never held" for threads that come in between.
+    // Adding first and subtracting the initial value afterwards keeps the count positive and
+    // different from "never held" for other threads in between.
     if (mRefs->mStrong.fetch_add(1, std::memory_order_relaxed) == kNeverHeld) {
         mRefs->mStrong.fetch_sub(kNeverHeld, std::memory_order_relaxed);
         const_cast<RefBase*>(this)->onFirstRef();
@@ -139,7 +138,7 @@ void RefBase::decStrong(const void* id) const {
             delete this;
         }
     }
-    // The strong reference holds a weak one, which has kept the counts alive up to here.
+    // The strong reference includes a weak one, which has kept the count block until here.
     refs->decWeak(id);  // NOLINT(clang-analyzer-cplusplus.NewDelete)
 }
 

@@ -7,12 +7,12 @@
 
 #include "CapturedStderr.h"
 
-/** What ThrowingAborter throws in place of ending the process. */
+/** What ThrowingAborter throws instead of ending the process. */
 struct Aborted {
     std::string text;
 };
 
-/** While this object lives, the aborter leaves by throwing Aborted. */
+/** During its lifetime the aborter throws Aborted. */
 class ThrowingAborter {
   public:
     ThrowingAborter() { __android_log_set_aborter(abort); }
@@ -28,7 +28,7 @@ struct AbortRecord {
     std::string written;
 };
 
-/** Calls `failing` under a throwing aborter. */
+/** Calls `failing` with a throwing aborter. */
 template <typename Failing>
 AbortRecord recordAbort(Failing failing) {
     const CapturedStderr captured;

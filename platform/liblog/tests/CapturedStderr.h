@@ -6,7 +6,7 @@
 
 #include <string>
 
-/** Collects what is written to file descriptor 2 while this object lives. */
+/** Collects what is written to file descriptor 2 during its lifetime. */
 class CapturedStderr {
   public:
     CapturedStderr() : mFile(tmpfile()), mSavedDescriptor(dup(STDERR_FILENO)) {

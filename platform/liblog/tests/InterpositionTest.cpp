@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// This program brings its own functions of the same names, as a program that counts calls does.
+// This program defines its own functions with the same names, as a program that counts calls does.
 #include <android/log.h>
 #include <cutils/properties.h>
 #include <dlfcn.h>

@@ -9,7 +9,7 @@
 #include <cutils/properties.h>
 #include <gtest/gtest.h>
 
-/** Collects what reaches the logger, and leaves the log and its properties as they were found. */
+/** Collects what reaches the logger; afterwards restores the log and its properties. */
 class LogTest : public testing::Test {
   protected:
     struct Entry {

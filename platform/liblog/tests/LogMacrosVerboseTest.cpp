@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The macros as in debug builds, where LOG_NDEBUG is 0; through the header's second name.
+// The macros as in debug builds, where LOG_NDEBUG is 0; through the header's second path.
 #define LOG_NDEBUG 0
 #define LOG_TAG "LogMacrosVerboseTest"
 #include <utils/Log.h>

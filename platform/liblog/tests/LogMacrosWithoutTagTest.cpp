@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The macros without a tag of the source; through the header's third name.
+// The macros without LOG_TAG; through the header's third path.
 #include <cutils/log.h>
 
 #include "LogFixture.h"

@@ -21,7 +21,7 @@ namespace {
 constexpr uint8_t kBytes[] = {0x81, 0x82, 0x83, 0x84, 0x85, 0x86, 0x87, 0x88, 0x89};
 constexpr off64_t kSize = sizeof kBytes;
 
-/** A source over kBytes that notes its calls. */
+/** A source over kBytes that records its calls. */
 class FakeSource {
   public:
     FakeSource() {
@@ -202,7 +202,7 @@ TEST_F(DataSourceHelperTest, AFailedHalfWidthLeavesTheOutputAloneAndAFullOneSets
     EXPECT_EQ(0U, u64);
 }
 
-/** A helper over another place, as a plug-in makes one to read through a window. */
+/** A helper that reads from an offset on, as a plug-in might define it. */
 class ConstantHelper : public DataSourceHelper {
   public:
     using DataSourceHelper::DataSourceHelper;

@@ -3,7 +3,7 @@
 
 #include <media/MediaExtractorPluginApi.h>
 
-/** A buffer table whose functions note their arguments and return distinct values. */
+/** A buffer table whose functions record their arguments and return distinct values. */
 class FakeBuffer {
   public:
     FakeBuffer() {

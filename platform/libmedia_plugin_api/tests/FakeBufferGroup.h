@@ -3,7 +3,7 @@
 
 #include <media/MediaExtractorPluginApi.h>
 
-/** A buffer group table that notes its arguments and gives what the test has put ready. */
+/** A buffer group table that records its arguments and returns what the test has set. */
 class FakeBufferGroup {
   public:
     FakeBufferGroup() {

@@ -3,7 +3,7 @@
 
 #include <media/MediaExtractorPluginHelper.h>
 
-/** A track that notes its calls and gives what the test has put ready. */
+/** A track that records its calls and returns what the test has set. */
 class FakeTrack : public android::MediaTrackHelper {
   public:
     /** What outlives the track. */

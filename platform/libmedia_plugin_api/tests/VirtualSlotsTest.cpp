@@ -15,12 +15,12 @@ using android::MediaTrackHelper;
 
 namespace {
 
-/** The place of a virtual function in its class's table. A virtual destructor takes two places. */
+/** The index of a virtual function in its class's table. A virtual destructor takes two entries. */
 template <typename Function>
 size_t slotOf(Function function) {
     uintptr_t word = 0;
     memcpy(&word, &function, sizeof word);
-    // On some processors the lowest bit marks a virtual function, on others another word does.
+    // Some processors mark a virtual function by the lowest bit, others by another word.
     return (word & ~uintptr_t{1}) / sizeof(void*);
 }
 

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <media/NdkMediaFormat.h>
 
-/** A format that lives as long as the test. */
+/** A format for each test. */
 class FormatTest : public testing::Test {
   protected:
     ~FormatTest() override { AMediaFormat_delete(mFormat); }

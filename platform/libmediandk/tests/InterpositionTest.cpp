@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// This program brings its own setters and its own key, as a program that watches a plug-in does.
+// This program defines its own setters and its own key, as a program that observes a plug-in does.
 #include <media/NdkMediaFormat.h>
 
 #include <dlfcn.h>
@@ -13,7 +13,7 @@ int gOwnClears = 0;
 
 }  // namespace
 
-// The address sanitizer takes a variable that replaces the library's for a mistake.
+// The address sanitizer reports a variable that replaces the library's as an error.
 extern "C" __attribute__((visibility("default"))) const char* __asan_default_options() {
     return "detect_odr_violation=0";
 }

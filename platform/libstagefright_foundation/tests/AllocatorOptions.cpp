@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Tests ask for more memory than there is. The sanitizers' allocators are to give null then, like
-// malloc(), instead of ending the program; they ask these functions when they start.
+// Tests request more memory than there is. With these options the sanitizers' allocators then
+// return null, like malloc(), instead of ending the program. They call these functions when they
+// start.
 extern "C" {
 
 __attribute__((visibility("default"))) const char* __asan_default_options();

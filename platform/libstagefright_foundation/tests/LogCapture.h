@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-/** One line of the log, as the logger was given it. */
+/** A line of the log, as the logger gets it. */
 struct LogLine {
     int priority;
     std::string tag;
     std::string message;
 };
 
-/** Collects all log lines while it lives, instead of printing them. One at a time. */
+/** Collects all log lines during its lifetime instead of printing them. One at a time. */
 class LogCapture {
   public:
     LogCapture();

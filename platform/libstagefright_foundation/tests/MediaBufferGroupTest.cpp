@@ -20,7 +20,7 @@ namespace {
 
 constexpr size_t kMoreThanThereIs = std::numeric_limits<size_t>::max() / 2;
 
-/** Acquires without blocking; null when the group would block. */
+/** Acquires without blocking; null if the group would block. */
 MediaBufferBase* acquire(MediaBufferGroup& group, size_t size) {
     MediaBufferBase* buffer = nullptr;
     const android::status_t status = group.acquire_buffer(&buffer, true, size);
@@ -49,7 +49,7 @@ std::vector<size_t> freeSizes(MediaBufferGroup& group) {
 
 using Sizes = std::vector<size_t>;
 
-// The walk through all rules of finding, growing and replacing, with a limit far away.
+// Applies all rules of finding, growing and replacing, far below the limit.
 TEST(MediaBufferGroup, FindsGrowsAndReplacesInTheOrderOfItsRules) {
     MediaBufferGroup group;
     group.init(1, 256, 64);
@@ -59,7 +59,7 @@ TEST(MediaBufferGroup, FindsGrowsAndReplacesInTheOrderOfItsRules) {
     buffer->release();
     EXPECT_EQ(group.buffers(), 1u);
 
-    // A free buffer that is too small gives way to a larger one.
+    // A free buffer that is too small is replaced by a larger one.
     MediaBufferBase* first = acquire(group, 300);
     EXPECT_EQ(first->size(), 450u);
     EXPECT_EQ(group.buffers(), 1u);
@@ -69,14 +69,14 @@ TEST(MediaBufferGroup, FindsGrowsAndReplacesInTheOrderOfItsRules) {
     EXPECT_EQ(second->size(), 150u);
     EXPECT_EQ(group.buffers(), 2u);
 
-    // No size asked for: the new one is as large as the largest.
+    // No size requested: the new one is as large as the largest.
     buffer = acquire(group, 0);
     EXPECT_EQ(buffer->size(), 450u);
     EXPECT_EQ(group.buffers(), 3u);
     MediaBufferBase* third = buffer;
     buffer->release();
 
-    // The first that fits is taken, not the tightest.
+    // The first buffer that fits is lent, not the smallest.
     first->release();
     second->release();
     buffer = acquire(group, 200);
@@ -257,7 +257,7 @@ TEST(MediaBufferGroup, AFailedAllocationLeavesTheListAloneAndWouldBlock) {
     ASSERT_EQ(log.lines().size(), 2u);
     EXPECT_EQ(log.lines()[0].priority, ANDROID_LOG_ERROR);
     EXPECT_EQ(log.lines()[0].message, "no memory for a buffer of 13835058055282163710 bytes");
-    // A request of two thirds of all numbers or more gets no reserve on top.
+    // A request of two thirds of the maximum or more gets no reserve.
     EXPECT_EQ(log.lines()[1].message, "no memory for a buffer of 18446744073709551615 bytes");
     EXPECT_EQ(freeSizes(group), (Sizes{10}));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/** The number of blocks this program has from `operator new` and has not given back yet. */
+/** The number of blocks from `operator new` that have not been freed yet. */
 int liveAllocations();

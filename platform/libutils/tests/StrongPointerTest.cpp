@@ -160,8 +160,8 @@ TEST(StrongPointerDeathTest, FromExistingAbortsForAnObjectThatNobodyHolds) {
     EXPECT_DEATH(sp<TestObject>::fromExisting(new TestObject), "is not held by a strong reference");
 }
 
-// Frames of less than a page: at one of the depths the object and the frame share a page. The
-// reference taken beforehand keeps sp<> from deleting the object where they do not.
+// Frames are smaller than a page, so at one of the depths the object and the frame share a page. At
+// the other depths the reference taken before keeps sp<> from deleting the object.
 void holdLocalObjects(int depth) {
     volatile char padding[256];
     padding[0] = 0;

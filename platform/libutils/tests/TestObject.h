@@ -5,7 +5,7 @@
 
 #include <string>
 
-/** A reference-counted object that writes down what happens to it, one word for each event. */
+/** A reference-counted object that records its events, one word for each. */
 class TestObject : public android::RefBase {
   public:
     explicit TestObject(std::string* events = nullptr) : mEvents(events) {}

@@ -3,12 +3,12 @@
 
 /*
  * The layer below <cutils/properties.h>, part of the C library on the device. The log library reads
- * its levels here, so a program that brings its own property_get() does not see those reads.
+ * its levels with these functions, so a program with its own property_get() does not see the reads.
  */
 
 #include <stdint.h>
 
-/** Size of a buffer that holds any value, the final zero included. */
+/** Size of a buffer for any value, including the final zero. */
 #define PROP_VALUE_MAX 92
 
 #ifdef __cplusplus
@@ -17,8 +17,8 @@ extern "C" {
 #pragma GCC visibility push(default)
 
 /**
- * Copies a property's value, "" if it is absent, into `value`, which must have room for
- * PROP_VALUE_MAX bytes. Returns the length of what was copied.
+ * Copies a property's value, or "" if it is absent, into `value`, which must have room for
+ * PROP_VALUE_MAX bytes. Returns the length of the copied text.
  */
 int __system_property_get(const char* name, char* value);
 

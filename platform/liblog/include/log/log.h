@@ -2,15 +2,15 @@
 #pragma once
 
 /*
- * Log macros for sources that log under one tag:
+ * Log macros for sources that log with a single tag:
  *
  *     #define LOG_TAG "Example"
  *     #include <log/log.h>
  *     ...
  *     ALOGW("%d pages skipped", skipped);
  *
- * LOG_TAG must be defined before this header is first included, directly or through another header,
- * or else it is defined as NULL here, which means the default tag.
+ * Define LOG_TAG before this header is first included, directly or through another header.
+ * Otherwise it is NULL, which means the default tag.
  *
  * With LOG_NDEBUG set to 1, the default when NDEBUG is defined, verbose messages and LOG_FATAL_IF,
  * LOG_FATAL and ALOG_ASSERT produce no call. LOG_ALWAYS_FATAL_IF and LOG_ALWAYS_FATAL always do.
@@ -48,7 +48,8 @@
 #define ALOGW_IF(cond, ...) ((cond) ? ALOGW(__VA_ARGS__) : (void)0)
 #define ALOGE_IF(cond, ...) ((cond) ? ALOGE(__VA_ARGS__) : (void)0)
 
-/* The arguments are compiled even where nothing is logged, so that errors in them are found. */
+/* The arguments are always compiled, even if nothing is logged, so that errors in them are found.
+ */
 #if LOG_NDEBUG
 #define ALOGV(...) (0 ? ALOG(LOG_VERBOSE, LOG_TAG, __VA_ARGS__) : (void)0)
 #define ALOGV_IF(cond, ...) (0 && (cond) ? ALOG(LOG_VERBOSE, LOG_TAG, __VA_ARGS__) : (void)0)
@@ -66,7 +67,7 @@
                          ANDROID_LOG_ASSERT_FORMAT(0, ##__VA_ARGS__, NULL) \
                                  ANDROID_LOG_ASSERT_REST(__VA_ARGS__))
 
-/** Ends the process with the message, or else the condition's text, if the condition holds. */
+/** Ends the process if the condition holds; logs the message, or the condition if there is none. */
 #define LOG_ALWAYS_FATAL_IF(cond, ...) ((cond) ? ANDROID_LOG_ASSERT(#cond, ##__VA_ARGS__) : (void)0)
 
 /** Ends the process. */

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #pragma once
 
-/* Another name of the log macros. */
+/* Another path of <log/log.h>. */
 #include <log/log.h>

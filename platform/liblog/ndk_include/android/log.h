@@ -4,11 +4,12 @@
 /*
  * The log as a C interface. A message has a priority, a tag that names its source, and a text.
  *
- * A print function first checks priority and tag. Only a message that may pass is formatted and
- * given to the process's logger. The level of a tag is the first of these that exists: the property
- * persist.log.tag.TAG, log.tag.TAG, persist.log.tag, log.tag (the first letter is used: V, D, I, W,
- * E, F or A, S). If there is a minimum priority too, the lower of the two applies. If there is
- * neither, the caller's default applies, which is VERBOSE for the print functions.
+ * A print function first checks priority and tag. Only a message at or above the tag's level
+ * passes: it is formatted and passed to the process's logger. The level is the first letter (V, D,
+ * I, W, E, F or A, S) of the first of these properties that exists: persist.log.tag.TAG,
+ * log.tag.TAG, persist.log.tag, log.tag. If there is also a minimum priority, the lower of the two
+ * applies. If there is neither, the caller's default applies, which is VERBOSE for the print
+ * functions.
  *
  * All functions may be called from several threads at once. Texts passed in are copied or used
  * before the call returns. A null tag means the default tag.
@@ -47,11 +48,11 @@ typedef enum log_id {
     LOG_ID_SECURITY = 6,
     LOG_ID_KERNEL = 7,
     LOG_ID_MAX,
-    /** Wherever the logger sends messages that name no buffer. */
+    /** The logger's choice, for messages that name no buffer. */
     LOG_ID_DEFAULT = 0x7FFFFFFF,
 } log_id_t;
 
-/** What a logger receives. The texts are valid during the logger's call only. */
+/** A message for a logger. The texts are only valid during the logger's call. */
 struct __android_log_message {
     /** sizeof(struct __android_log_message). */
     size_t struct_size;
@@ -79,22 +80,22 @@ int __android_log_write(int prio, const char* tag, const char* text);
 int __android_log_print(int prio, const char* tag, const char* fmt, ...)
         __attribute__((__format__(printf, 3, 4)));
 
-/** As __android_log_print(), with an argument list. */
+/** Like __android_log_print(), with an argument list. */
 int __android_log_vprint(int prio, const char* tag, const char* fmt, va_list ap)
         __attribute__((__format__(printf, 3, 0)));
 
-/** As __android_log_write(), for one of the log buffers. */
+/** Like __android_log_write(), for one of the log buffers. */
 int __android_log_buf_write(int bufID, int prio, const char* tag, const char* text);
 
-/** As __android_log_print(), for one of the log buffers. */
+/** Like __android_log_print(), for one of the log buffers. */
 int __android_log_buf_print(int bufID, int prio, const char* tag, const char* fmt, ...)
         __attribute__((__format__(printf, 4, 5)));
 
 /**
- * Ends the process on behalf of a failed assertion. The text is the formatted message if `fmt` is
- * not null, else it names `cond`, which may be null too; it is cut at 1023 bytes. It is written to
- * file descriptor 2 as a bare line, logged as fatal, and passed to the aborter. If the aborter
- * returns, abort() is called.
+ * Ends the process after a failed assertion. The text is the formatted message, or, if `fmt` is
+ * null, contains `cond`, which may be null too. It is cut at 1023 bytes, written to file descriptor
+ * 2 as a line without a prefix, logged as fatal, and passed to the aborter. If the aborter returns,
+ * abort() is called.
  */
 void __android_log_assert(const char* cond, const char* tag, const char* fmt, ...)
         __attribute__((__noreturn__)) __attribute__((__format__(printf, 3, 4)));
@@ -102,7 +103,7 @@ void __android_log_assert(const char* cond, const char* tag, const char* fmt, ..
 /** Returns 1 if a message of this priority and tag may pass, else 0. */
 int __android_log_is_loggable(int prio, const char* tag, int default_prio);
 
-/** As __android_log_is_loggable(), for a tag of `len` bytes without a final zero. */
+/** Like __android_log_is_loggable(), for a tag of `len` bytes without a final zero. */
 int __android_log_is_loggable_len(int prio, const char* tag, size_t len, int default_prio);
 
 /** Sets the minimum priority, ANDROID_LOG_DEFAULT for none, and returns the previous one. */
@@ -118,8 +119,8 @@ void __android_log_set_default_tag(const char* tag);
 void __android_log_set_logger(__android_logger_function logger);
 
 /**
- * The default logger. On a device it feeds the log service; here it does what
- * __android_log_stderr_logger() does.
+ * The default logger. On a device it writes to the log service; here it is the same as
+ * __android_log_stderr_logger().
  */
 void __android_log_logd_logger(const struct __android_log_message* log_message);
 

@@ -9,8 +9,8 @@
 // the tables of its tracks come from malloc; the framework calls their `free` entry, which frees
 // what the table refers to, and then frees the table itself.
 //
-// Every entry of a table takes the table's own `data` or `handle` first. The order of the entries
-// is binary interface.
+// Each function in a table takes the table's own `data` or `handle` first. The order of the entries
+// is part of the binary interface.
 
 #include <stddef.h>
 #include <stdint.h>
@@ -40,7 +40,7 @@ struct CDataSource {
     void* handle;
 };
 
-/** How a read seeks first (bits 0 to 2, with SEEK), and whether it may wait. */
+/** Whether and how a read seeks first (SEEK, bits 0 to 2), and whether it may wait. */
 enum CMediaTrackReadOptions : uint32_t {
     SEEK_PREVIOUS_SYNC = 0,
     SEEK_NEXT_SYNC = 1,
@@ -54,7 +54,7 @@ enum CMediaTrackReadOptions : uint32_t {
 /** A buffer of a buffer group. */
 struct CMediaBuffer {
     void* handle;
-    /** Gives the buffer back to its group. */
+    /** Returns the buffer to its group. */
     void (*release)(void* handle);
     void* (*data)(void* handle);
     size_t (*size)(void* handle);
@@ -112,9 +112,9 @@ typedef CMediaExtractor* (*CreatorFunc)(CDataSource* source, void* meta);
 typedef void (*FreeMetaFunc)(void* meta);
 
 /**
- * Checks whether a file is one for this plug-in. Returns null if not. Otherwise returns the creator
+ * Checks whether this plug-in can open a file. Returns null if not. Otherwise returns the creator
  * and writes `*confidence`, which is not initialised on entry. `*meta` and `*freeMeta`, null on
- * entry, are written if the creator needs data. The greatest confidence above 0 wins.
+ * entry, are written if the creator needs data. The highest confidence above 0 wins.
  */
 typedef CreatorFunc (*SnifferFunc)(CDataSource* source, float* confidence, void** meta,
                                    FreeMetaFunc* freeMeta);
@@ -127,7 +127,7 @@ typedef struct {
 struct ExtractorDef {
     /** One of the EXTRACTORDEF_VERSION constants; says which member of `u` is used. */
     const uint32_t def_version;
-    /** Names the plug-in; not all zero. Of two with one UUID the greater version is used. */
+    /** Identifies the plug-in; not all zero. If two have the same UUID, the newer one is used. */
     media_uuid_t extractor_uuid;
     const uint32_t extractor_version;
     /** Not empty. Plug-ins are asked in the order of their names. */

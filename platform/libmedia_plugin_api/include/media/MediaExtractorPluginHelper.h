@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// C++ classes on either side of the plug-in interface: a plug-in derives its extractor and tracks
-// from MediaExtractorPluginHelper and MediaTrackHelper, returns them with wrap(), and reaches the
-// framework's tables through DataSourceHelper, MediaBufferGroupHelper and MediaBufferHelper.
+// C++ classes for both directions of the plug-in interface. A plug-in derives its extractor and
+// tracks from MediaExtractorPluginHelper and MediaTrackHelper and returns them with wrap(). It uses
+// the framework's tables through DataSourceHelper, MediaBufferGroupHelper and MediaBufferHelper.
 //
-// This header brings the log macros: define LOG_TAG before including it.
+// This header includes the log macros: define LOG_TAG before including it.
 
 #include <arpa/inet.h>
 #include <stdio.h>
@@ -26,8 +26,8 @@ class MediaTrackHelper;
 class MediaExtractorPluginHelper;
 
 /**
- * A buffer of the group handed to the track. Lives as long as its MediaBufferGroupHelper; deleting
- * it does not release the buffer, releasing the buffer does not delete it.
+ * A buffer of a track's group. Exists as long as its MediaBufferGroupHelper. Deleting it does not
+ * release the buffer, and releasing the buffer does not delete it.
  */
 class MediaBufferHelper {
   public:
@@ -97,12 +97,12 @@ class MediaBufferGroupHelper {
 class MediaTrackHelper {
   public:
     MediaTrackHelper() : mBufferGroup(nullptr) {}
-    /** Deletes the group helper, after the derived class is gone. */
+    /** Deletes the group helper, after the destructor of the derived class. */
     virtual ~MediaTrackHelper() { delete mBufferGroup; }
     MediaTrackHelper(const MediaTrackHelper&) = delete;
     MediaTrackHelper& operator=(const MediaTrackHelper&) = delete;
 
-    /** What a read is to do besides returning the next buffer. */
+    /** What a read shall do besides returning the next buffer. */
     class ReadOptions {
       public:
         enum SeekMode : int32_t {
@@ -207,7 +207,7 @@ class MediaExtractorPluginHelper {
     virtual media_status_t getTrackMetaData(AMediaFormat* meta, size_t index,
                                             uint32_t flags = 0) = 0;
 
-    /** Reports what is known of the file as a whole. */
+    /** Returns the format of the file as a whole. */
     virtual media_status_t getMetaData(AMediaFormat* meta) = 0;
 
     enum Flags {
@@ -267,7 +267,7 @@ inline CMediaExtractor* wrap(MediaExtractorPluginHelper* extractor) {
 class DataSourceHelper {
   public:
     explicit DataSourceHelper(CDataSource* csource) : mSource(csource) {}
-    /** Reads the same source as the other helper does, but not through it. */
+    /** Reads the same source as the other helper, but not through that helper. */
     explicit DataSourceHelper(DataSourceHelper* source) : mSource(source->mSource) {}
     virtual ~DataSourceHelper() = default;
 
@@ -346,7 +346,7 @@ namespace uuid_text {
 constexpr size_t kTextLength = 36;
 constexpr size_t kByteCount = 16;
 
-// Not a constant expression: a text that leads here does not compile where a constant is needed.
+// Not a constant expression: an invalid text does not compile where a constant is needed.
 [[noreturn]] inline void invalidCharacter() {
     abort();
 }

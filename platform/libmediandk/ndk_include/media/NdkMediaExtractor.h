@@ -2,8 +2,8 @@
 #pragma once
 
 /*
- * A media file as an app gets it: its tracks with their formats, and the samples of the selected
- * ones in the order of their times.
+ * A media file for an app: its tracks with their formats, and the samples of the selected tracks in
+ * the order of their times.
  *
  *     AMediaExtractor* extractor = AMediaExtractor_new();
  *     AMediaExtractor_setDataSourceFd(extractor, fd, 0, size);
@@ -34,7 +34,7 @@ extern "C" {
 struct AMediaExtractor;
 typedef struct AMediaExtractor AMediaExtractor;
 
-/** Of AMediaExtractor_getSampleFlags(). */
+/** Flags of AMediaExtractor_getSampleFlags(). */
 enum {
     AMEDIAEXTRACTOR_SAMPLE_FLAG_SYNC = 1,
     AMEDIAEXTRACTOR_SAMPLE_FLAG_ENCRYPTED = 2,
@@ -60,8 +60,7 @@ AMediaFormat* AMediaExtractor_getTrackFormat(AMediaExtractor*, size_t index);
 /** Includes the track's samples from now on. */
 media_status_t AMediaExtractor_selectTrack(AMediaExtractor*, size_t index);
 
-/* About the current sample. Without one, as at the end, these return -1, and 0 for the flags.
- */
+/* The current sample. If there is none, as at the end, these return -1, or 0 for the flags. */
 int AMediaExtractor_getSampleTrackIndex(AMediaExtractor*);
 int64_t AMediaExtractor_getSampleTime(AMediaExtractor*);
 uint32_t AMediaExtractor_getSampleFlags(AMediaExtractor*);

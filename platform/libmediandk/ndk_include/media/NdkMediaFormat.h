@@ -2,7 +2,7 @@
 #pragma once
 
 /*
- * A media format: what is known about a file, a track or a buffer, as a list of named values.
+ * A media format: a list of named values that describe a file, a track or a buffer.
  *
  *     AMediaFormat* format = AMediaFormat_new();
  *     AMediaFormat_setString(format, AMEDIAFORMAT_KEY_MIME, "audio/mpeg");
@@ -15,7 +15,7 @@
  * again replaces its value and type. A format holds at most 256 entries; one more ends the process
  * through the log's assertion.
  *
- * Nothing is locked: one format must not be used by two threads at once.
+ * There are no locks: two threads must not use the same format at the same time.
  */
 
 #include <stdbool.h>
@@ -57,8 +57,8 @@ bool AMediaFormat_getRect(AMediaFormat*, const char* name, int32_t* left, int32_
                           int32_t* right, int32_t* bottom);
 
 /**
- * The bytes belong to the format, and to those it was copied to or from: what is written through
- * the pointer shows in all of them. Valid while the entry exists in any of them.
+ * The bytes belong to the format and to its copies: bytes written through the pointer change in all
+ * of them. The pointer is valid while any of them has the entry.
  */
 bool AMediaFormat_getBuffer(AMediaFormat*, const char* name, void** data, size_t* size);
 
@@ -93,8 +93,8 @@ void AMediaFormat_clear(AMediaFormat*);
 media_status_t AMediaFormat_copy(AMediaFormat* to, AMediaFormat* from);
 
 /*
- * Names of entries. The pointers are variables of the library: their values are known when the
- * program runs, not when it is compiled.
+ * Names of entries. The pointers are variables of the library, so they are not compile-time
+ * constants.
  */
 /* Since API level 21. */
 extern const char* AMEDIAFORMAT_KEY_AAC_PROFILE;
@@ -244,8 +244,8 @@ extern const char* AMEDIAFORMAT_KEY_MPEGH_PROFILE_LEVEL_INDICATION;
 extern const char* AMEDIAFORMAT_KEY_MPEGH_REFERENCE_CHANNEL_LAYOUT;
 
 /*
- * Part of the interface by name only: the library of API level 33 does not define them, and a
- * program that uses one cannot be linked.
+ * Only declared: the library of API level 33 does not define them, so a program that uses one
+ * cannot be linked.
  */
 extern const char* AMEDIAFORMAT_KEY_AUDIO_PRESENTATION_PRESENTATION_ID;
 extern const char* AMEDIAFORMAT_KEY_AUDIO_PRESENTATION_PROGRAM_ID;

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// RefBase: base class of objects that live as long as somebody holds them through an sp<>.
+// RefBase: base class of objects that exist as long as an sp<> holds them.
 // wp<T>: a pointer that does not keep its object alive but knows whether it still exists.
 //
-// Each object owns a separately allocated count block. The strong count begins at 2^28, which means
-// "never held": such an object belongs to whoever made it and may be deleted with plain `delete`.
-// The first strong reference turns the count into 1, the last one that goes deletes the object. The
-// block lives until both the object and the last weak reference are gone; a strong reference
-// includes a weak one.
+// Each object owns a separately allocated count block. The strong count is initially 2^28, which
+// means "never held": such an object belongs to its creator and may be deleted with plain `delete`.
+// The first strong reference sets the count to 1; dropping the last one deletes the object. The
+// block is freed after both the object and the last weak reference. A strong reference includes a
+// weak one.
 
 #include <stdint.h>
 #include <sys/types.h>
@@ -25,12 +25,12 @@ class RefBase {
     /** Adds a strong reference; the first one ever calls onFirstRef(). `id` is only a label. */
     void incStrong(const void* id) const;
 
-    /** As incStrong(), but aborts unless the object is held already. */
+    /** Like incStrong(), but aborts unless the object is already held. */
     void incStrongRequireStrong(const void* id) const;
 
     /**
-     * Drops a strong reference. The last one calls onLastStrongRef() and deletes the object, unless
-     * its life was extended. One call too many aborts.
+     * Drops a strong reference. Dropping the last one calls onLastStrongRef() and deletes the
+     * object, unless its lifetime was extended. One call too many aborts.
      */
     void decStrong(const void* id) const;
 
@@ -52,12 +52,12 @@ class RefBase {
         void decWeak(const void* id);
 
         /**
-         * Tries to turn a weak reference into an additional strong one. Fails once the last strong
-         * reference has gone; succeeds for an object that was never held.
+         * Tries to add a strong reference to a weak one. Fails after the last strong reference was
+         * dropped; succeeds for an object that was never held.
          */
         bool attemptIncStrong(const void* id);
 
-        /** The number of weak references, those of the strong references included. */
+        /** The number of weak references, including those of the strong references. */
         int32_t getWeakCount() const;
 
       private:
@@ -93,22 +93,22 @@ class RefBase {
         OBJECT_LIFETIME_MASK = 1,
     };
 
-    /** With OBJECT_LIFETIME_WEAK the object lives until its last weak reference has gone. */
+    /** With OBJECT_LIFETIME_WEAK the object exists until its last weak reference is dropped. */
     void extendObjectLifetime(int32_t mode);
 
-    /** Flag of onIncStrongAttempted(): the object has no strong reference at the moment. */
+    /** Flag of onIncStrongAttempted(): the object has no strong reference now. */
     enum { FIRST_INC_STRONG = 1 };
 
-    /** Called once, with the first strong reference already counted. */
+    /** Called once, after the first strong reference was counted. */
     virtual void onFirstRef();
 
-    /** Called when the last strong reference has gone, before the object is deleted. */
+    /** Called after the last strong reference was dropped, before the object is deleted. */
     virtual void onLastStrongRef(const void* id);
 
-    /** For extended lives only: whether a weak reference may become strong again. Default: yes. */
+    /** Only for extended lifetimes: whether a weak reference may become strong. Default: yes. */
     virtual bool onIncStrongAttempted(uint32_t flags, const void* id);
 
-    /** For extended lives only: the last weak reference has gone, deletion follows. */
+    /** Only for extended lifetimes: the last weak reference was dropped, deletion follows. */
     virtual void onLastWeakRef(const void* id);
 
   private:
@@ -135,15 +135,15 @@ class wp {
 
     wp& operator=(wp<T> other) noexcept;
 
-    /** Returns a strong reference, or null when the object has none left. */
+    /** Returns a strong reference, or null if the object has none left. */
     sp<T> promote() const;
 
     void clear();
 
-    /** The raw pointer, good only for comparing. */
+    /** The raw pointer, only for comparisons. */
     T* unsafe_get() const { return m_ptr; }
 
-    // The block is compared too: a new object may lie at the address of a dead one.
+    // The block is compared too: a new object may have the address of a deleted one.
     bool operator==(const wp<T>& other) const {
         return m_ptr == other.m_ptr && m_refs == other.m_refs;
     }

@@ -5,12 +5,12 @@
 //
 //     sp<ABuffer> buffer = new ABuffer(size);   // count 1
 //     sp<ABuffer> second = buffer;              // count 2
-//     buffer.clear();                           // count 1; the object lives on in `second`
+//     buffer.clear();                           // count 1; `second` still holds the object
 //
 // An object that somebody deletes with plain `delete` must never be put into an sp<>, not even for
-// a moment: the count falls from 1 to 0 when the sp<> goes, and that deletes the object.
+// a moment: when the sp<> is destroyed, the count falls from 1 to 0, which deletes the object.
 //
-// The counts are atomic; one sp<> variable used by two threads needs a lock.
+// The counts are atomic, but an sp<> variable that two threads use needs a lock.
 
 #include <stdint.h>
 
@@ -24,7 +24,7 @@ namespace android {
 template <typename T>
 class wp;
 
-/** Ends the process: `object` was handed to an sp<> although it lies on the stack. */
+/** Ends the process: `object` was passed to an sp<> although it is on the stack. */
 [[noreturn]] void sp_report_stack_pointer(const void* object);
 
 template <typename T>
@@ -32,7 +32,7 @@ class sp {
   public:
     sp() : m_ptr(nullptr) {}
 
-    /** Takes a new reference on `other`, which may be null. Aborts for an object on the stack. */
+    /** Takes a new reference to `other`, which may be null. Aborts for an object on the stack. */
     sp(T* other);  // NOLINT(google-explicit-constructor): the platform's sp<> is implicit
     sp(const sp<T>& other);
     sp(sp<T>&& other) noexcept : m_ptr(std::exchange(other.m_ptr, nullptr)) {}
@@ -50,7 +50,7 @@ class sp {
     static sp<T> make(Args&&... args);
 
     /**
-     * Takes a reference on an object that is held already; aborts if it is not. Null gives null.
+     * Takes a reference to an object that is already held; aborts if it is not. Null gives null.
      */
     static sp<T> fromExisting(T* other);
 
@@ -59,7 +59,7 @@ class sp {
     static sp<T> cast(const sp<U>& other);
 
     sp& operator=(T* other);
-    // Copies and swaps, which is safe when both are the same.
+    // Copy and swap is safe even if both are the same.
     sp& operator=(const sp<T>& other);  // NOLINT(bugprone-unhandled-self-assignment)
     sp& operator=(sp<T>&& other) noexcept;
     template <typename U>
@@ -90,7 +90,7 @@ class sp {
             m_ptr->incStrong(this);
         }
     }
-    /** Takes over a reference that has been counted already. */
+    /** Takes over a reference that has already been counted. */
     void set_pointer(T* counted) { m_ptr = counted; }
     void swap(sp& other) noexcept { std::swap(m_ptr, other.m_ptr); }
 
@@ -161,8 +161,8 @@ sp<T> sp<T>::cast(const sp<U>& other) {
     return fromExisting(static_cast<T*>(other.get()));
 }
 
-// Every assignment builds the new reference before it drops the old one: the old object may be all
-// that keeps the new one alive.
+// Each assignment takes the new reference before it drops the old one, because the old object may
+// be the only holder of the new one.
 template <typename T>
 sp<T>& sp<T>::operator=(T* other) {
     sp<T>(other).swap(*this);
@@ -205,14 +205,14 @@ sp<T>& sp<T>::operator=(sp<U>&& other) {
 
 template <typename T>
 void sp<T>::clear() {
-    // The pointer is null before the object's destructor runs, which may come back to this sp<>.
+    // The pointer is null before the object's destructor runs, which may use this sp<>.
     if (T* old = std::exchange(m_ptr, nullptr)) {
         old->decStrong(this);
     }
 }
 
-// Pointers to unrelated objects have no order under the built-in operators, hence std::less and
-// its kin on the common pointer type.
+// The built-in operators define no order for pointers to unrelated objects, so std::less and the
+// like are used on the common pointer type.
 #define ANDROID_SP_COMPARE(op, functor)                                 \
     template <typename T, typename U>                                   \
     bool operator op(const sp<T>& x, const sp<U>& y) {                  \

@@ -11,11 +11,11 @@
 namespace android {
 
 /**
- * A block of bytes with a range that marks those in use. New storage is not cleared.
+ * A block of bytes with a range of used bytes. New storage is not cleared.
  *
- * A free-standing buffer is made with `new` and destroyed by one release(). It cannot be deleted,
- * nor held in an sp<>. A buffer of a group belongs to the group; it is used and released any number
- * of times.
+ * A buffer without a group is made with `new` and destroyed by its only release(). It cannot be
+ * deleted or held in an sp<>. A buffer of a group belongs to the group; it may be used and released
+ * any number of times.
  */
 class MediaBuffer : public MediaBufferBase {
   public:

@@ -13,7 +13,7 @@ namespace android {
 
 class MediaBufferBase;
 
-/** Notified when the last user of a buffer has released it. */
+/** Is notified when the last user of a buffer has released it. */
 class MediaBufferObserver {
   public:
     MediaBufferObserver() = default;
@@ -30,12 +30,12 @@ class MediaBufferObserver {
 class MediaBufferBase {
   public:
     /**
-     * Returns a free-standing buffer with its own storage. Out of memory: logs an error and returns
-     * null.
+     * Returns a buffer without a group, with its own storage. If memory runs out, logs an error and
+     * returns null.
      */
     static MediaBufferBase* Create(size_t size);
 
-    /** Drops one use. A buffer without an observer has no use count and deletes itself. */
+    /** Ends one use. A buffer without an observer has no use count and deletes itself. */
     virtual void release() = 0;
     /** Adds one use; only for buffers with an observer. */
     virtual void add_ref() = 0;
@@ -46,7 +46,7 @@ class MediaBufferBase {
 
     virtual size_t range_offset() const = 0;
     virtual size_t range_length() const = 0;
-    /** Aborts when the range ends beyond the storage. */
+    /** Aborts if the range ends after the storage. */
     virtual void set_range(size_t offset, size_t length) = 0;
 
     /** Sets the range to the whole storage; the format of the C table stays unchanged. */
@@ -59,9 +59,9 @@ class MediaBufferBase {
     virtual int refcount() const = 0;
 
     /**
-     * Returns the buffer's C table, which belongs to the buffer: made on the first call, the same
-     * each time. Its meta_data() makes the buffer's format on the first request. Only the current
-     * user of the buffer may call this.
+     * Returns the buffer's C table, which is made on the first call and belongs to the buffer. Its
+     * meta_data() makes the buffer's format on the first call. Only the current user of the buffer
+     * may call this.
      */
     CMediaBuffer* wrap();
 

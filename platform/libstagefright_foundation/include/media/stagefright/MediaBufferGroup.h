@@ -16,16 +16,15 @@
 namespace android {
 
 /**
- * An ordered list of buffers that are lent out and come back by release().
+ * An ordered list of buffers. acquire_buffer() lends a buffer, and its release() returns it.
  *
- * The growth limit, initially 0, is the number of buffers up to which an acquisition may add new
- * ones. All functions may be called from several threads. Destroying the group while a buffer is in
- * use aborts.
+ * Below the growth limit, initially 0 buffers, an acquisition may add a new buffer. All functions
+ * may be called from several threads. Destroying the group while a buffer is in use aborts.
  */
 class MediaBufferGroup : public MediaBufferObserver {
   public:
     explicit MediaBufferGroup(size_t growthLimit = 0);
-    /** As init() on a new group. */
+    /** A new group with init(). */
     MediaBufferGroup(size_t buffers, size_t buffer_size, size_t growthLimit = 0);
     ~MediaBufferGroup() override;
 
@@ -42,15 +41,15 @@ class MediaBufferGroup : public MediaBufferObserver {
      */
     void add_buffer(MediaBufferBase* buffer);
 
-    /** Returns true when a buffer is free or the growth limit allows a new one. */
+    /** Returns true if a buffer is free or the growth limit allows a new one. */
     bool has_buffers();
 
     /**
      * Lends the first free buffer of at least `requestedSize` bytes, its range reset to the whole
-     * storage. If there is none, a new buffer of 3/2 of the size (for a request of 0: of the
-     * largest existing size) replaces the smallest free buffer, or is added below the growth limit.
-     * Otherwise returns WOULD_BLOCK with a null buffer, or waits for a release without a time
-     * limit.
+     * storage. If there is none, a new buffer of 3/2 of that size (for a request of 0: of the
+     * largest existing size) replaces the smallest free buffer; if no buffer is free, it is added,
+     * below the growth limit. Otherwise waits for a release, without a time limit, or returns
+     * WOULD_BLOCK with a null buffer.
      */
     status_t acquire_buffer(MediaBufferBase** buffer, bool nonBlocking = false,
                             size_t requestedSize = 0);
@@ -61,15 +60,14 @@ class MediaBufferGroup : public MediaBufferObserver {
     void signalBufferReturned(MediaBufferBase* buffer) override;
 
     /**
-     * Returns the group's C table, which belongs to the group: the same each time. Where the group
-     * would return WOULD_BLOCK, the table's acquire_buffer logs an error and returns
-     * AMEDIA_ERROR_UNKNOWN.
+     * Returns the group's C table, which belongs to the group. Instead of WOULD_BLOCK, the table's
+     * acquire_buffer logs an error and returns AMEDIA_ERROR_UNKNOWN.
      */
     CMediaBufferGroup* wrap();
 
   private:
     MediaBufferBase* findOrMake(size_t requestedSize);
-    /** Returns the end if none is free and smaller. */
+    /** Returns the end if no free buffer is smaller. */
     std::vector<MediaBufferBase*>::iterator smallestFreeBelow(size_t size);
     size_t largestSize() const;
     void add_l(MediaBufferBase* buffer);

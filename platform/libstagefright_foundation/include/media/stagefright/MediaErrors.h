@@ -5,7 +5,7 @@
 
 namespace android {
 
-/** Status values (status_t) of media components, beside the general ones. */
+/** Status values (status_t) of media components, in addition to the general ones. */
 enum {
     MEDIA_ERROR_BASE = -1000,
 
@@ -15,7 +15,7 @@ enum {
     ERROR_UNSUPPORTED = MEDIA_ERROR_BASE - 10,
     ERROR_END_OF_STREAM = MEDIA_ERROR_BASE - 11,
 
-    /** No error: the format differs from here on. */
+    /** Not an error: the format changes from here on. */
     INFO_FORMAT_CHANGED = MEDIA_ERROR_BASE - 12,
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/** Placed in a class: its objects cannot be copied. The caller adds the semicolon. */
+/** In a class: its objects cannot be copied. The caller adds the semicolon. */
 #define DISALLOW_EVIL_CONSTRUCTORS(name) \
     name(const name&) = delete;          \
     name& operator=(const name&) = delete

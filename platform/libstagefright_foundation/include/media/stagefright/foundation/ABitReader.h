@@ -12,8 +12,7 @@ namespace android {
 /**
  * Reads numbers of 0 to 32 bits from a byte block, most significant bit first.
  *
- * A read that finds too few bits consumes those that are left. Reading 0 bits always succeeds and
- * returns 0.
+ * If too few bits are left, a read consumes them. Reading 0 bits always succeeds and returns 0.
  */
 class ABitReader {
   public:

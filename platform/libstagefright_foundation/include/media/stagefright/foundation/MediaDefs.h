@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// The MIME types by which the framework finds decoders. They are variables, not literals: no case
-// label, constexpr initialiser or literal concatenation can use them.
+// The MIME types by which the framework finds decoders. They are variables, so case labels,
+// constexpr initialisers and concatenated literals cannot use them.
 
 namespace android {
 
