@@ -17,11 +17,11 @@ enum class ExitCode : int {
     kNotTaken = 3,
     /** The extractor died or got stuck. */
     kDied = 4,
-    /** What was compared differs. */
+    /** The compared files differ. */
     kDiffer = 5,
-    /** What was checked plays with faults. */
+    /** The checked file plays with faults. */
     kFaults = 6,
-    /** What was checked does not play. */
+    /** The checked file does not play. */
     kDoesNotPlay = 7,
 };
 
@@ -29,7 +29,7 @@ constexpr ExitCode lastOf(ExitCode) {
     return ExitCode::kDoesNotPlay;
 }
 
-/** Ends the work on one file; `what()` is a sentence for people, without the file's name. */
+/** Ends the work on a file; `what()` is a sentence for users, without the file's name. */
 class ProbeError : public std::runtime_error {
   public:
     ProbeError(ExitCode code, const std::string& message)

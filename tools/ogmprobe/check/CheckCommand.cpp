@@ -75,19 +75,19 @@ class CheckRun {
 
     const CheckOptions& mOptions;
     Session& mSession;
-    /** About what is no file to check. */
+    /** Errors about names that are not files to check. */
     Report mReport;
     const bool mColor;
     const DecoderList mDecoders;
     bool mIsOne = false;
     ExitCode mWorst = ExitCode::kDone;
     Summary mSummary;
-    /** Only where they are needed at the end. */
+    /** Kept only if they are needed at the end. */
     std::vector<CheckedFile> mKept;
     ordered_json mJson = ordered_json::array();
 };
 
-/** Also reports names that are no file. */
+/** Also reports names that are not files. */
 std::vector<std::string> CheckRun::paths() {
     std::vector<std::string> all;
     std::vector<CheckedFile> none;
@@ -116,7 +116,7 @@ std::unique_ptr<NewFile> CheckRun::newPage() const {
                                                                              : Existing::kRefuse);
 }
 
-/** Several files side by side. One alone has messages, log lines and progress of its own. */
+/** Checks several files in parallel. A single file has its own messages, log lines and progress. */
 void CheckRun::checkAll(const std::vector<std::string>& paths) {
     if (mIsOne && paths.size() == 1 && mOptions.state.empty()) {
         const CheckedFile file = checkFile(paths.front(), mDecoders, mSession);
@@ -158,7 +158,7 @@ void CheckRun::show(const CheckedFile& file) {
     reportFailures(file);
 }
 
-/** Of what has faults and was opened: there is nothing to see of the rest. */
+/** Draws only files that were opened and have faults. */
 TimelineResults CheckRun::timelines() {
     if (mOptions.timelines.empty()) {
         return {};
@@ -180,7 +180,7 @@ TimelineResults CheckRun::timelines() {
     return results;
 }
 
-/** As a page in that folder needs it. */
+/** Relative to the folder of the page. */
 HtmlReport::Timeline seenFrom(const fs::path& folder, const TimelineResult& timeline) {
     std::error_code ignored;
     return {timeline.output.empty() ? "" : fs::relative(timeline.output, folder, ignored).string(),
@@ -226,7 +226,7 @@ ExitCode CheckRun::run() {
     checkAll(all);
     const auto drawn = timelines();
     if (page != nullptr) {
-        // A full disk must not cost the summary too.
+        // If the disk is full, the summary is still printed.
         mReport.guard([&] { writePage(*page, drawn); });
     }
     writeEnd();

@@ -8,7 +8,7 @@
 
 namespace ogmprobe::check {
 
-/** All there is to be said of a file, over several lines. */
+/** The full result of a file, over several lines. */
 std::string fullText(const CheckedFile& file, const std::string& decoders, bool color);
 
 /** "film.ogm: plays with faults: frames-lost, negative-times" */
@@ -26,7 +26,7 @@ std::string_view severityOf(const Reason& reason);
 /** "track 0, video, MPEG-4 Part 2, 176x144, 25 fps" */
 std::string titleOf(const CheckedTrack& track);
 
-/** The names of all reasons that a verdict rests on, each once, the worst first. */
+/** The names of all reasons for a verdict, each once, the worst first. */
 std::vector<std::string> namesOfReasons(const CheckedFile& file);
 
 }  // namespace ogmprobe::check

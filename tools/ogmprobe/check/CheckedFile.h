@@ -12,13 +12,13 @@
 
 namespace ogmprobe::check {
 
-/** A track, or a stream that has none. */
+/** A track, or a stream without a track. */
 struct CheckedTrack {
     std::optional<uint64_t> index;
     std::optional<uint32_t> serial;
-    /** "video", "audio", "other"; of a stream also what it announces itself as. */
+    /** "video", "audio", "other"; for a stream without a track also the kind in its header. */
     std::string kind;
-    /** For people. */
+    /** Name for users. */
     std::string codec;
     std::string mime;
     std::string format;
@@ -37,12 +37,12 @@ struct CheckedTrack {
 struct CheckedFile {
     std::string path;
     uint64_t sizeBytes = 0;
-    /** As the plug-in says; 0: unknown; nothing: not opened. */
+    /** From the plug-in; 0: unknown; nothing: not opened. */
     std::optional<int64_t> durationUs = {};
     std::vector<CheckedTrack> tracks = {};
-    /** Of the whole file. */
+    /** Reasons that concern the whole file. */
     std::vector<Reason> reasons = {};
-    /** What went wrong in the work itself, with its exit code. */
+    /** Why the check itself failed, with its exit code. */
     struct Failure {
         ExitCode code = ExitCode::kFile;
         std::string message;
@@ -52,13 +52,13 @@ struct CheckedFile {
     std::vector<Failure> failures = {};
 
     Verdict verdict() const;
-    /** That of the verdict, or of what kept a verdict from being found. */
+    /** That of the verdict, or, if the check failed, of the failure. */
     ExitCode exitCode() const;
     bool operator==(const CheckedFile&) const = default;
 };
 
 nlohmann::ordered_json toJson(const CheckedFile& file);
-/** Throws what `nlohmann::json` throws for JSON that is none of a checked file. */
+/** Throws the exceptions of `nlohmann::json` if the JSON is not that of a checked file. */
 CheckedFile checkedFileOf(const nlohmann::ordered_json& json);
 
 }  // namespace ogmprobe::check

@@ -22,7 +22,7 @@ namespace {
 using nlohmann::ordered_json;
 
 constexpr auto kTimeLimit = std::chrono::seconds(10);
-/** The decoders of the longest lists take a hundredth of that. */
+/** A hundred times the size of the longest lists' decoders. */
 constexpr uint64_t kMostAnswerBytes = uint64_t{16} << 20;
 
 [[noreturn]] void refuse(const std::string& sentence) {
@@ -78,7 +78,7 @@ ordered_json readConfined(const std::vector<std::string>& paths, const XmlFiles&
     return ordered_json::parse(*text);
 }
 
-/** Who reads hostile XML may ask for anything: only what a file there can include is read. */
+/** The process that reads hostile XML may request any path; only possible includes are read. */
 void addMissing(const ordered_json& missing, XmlFiles& files) {
     for (const auto& file : missing) {
         const std::string path = file.at("path");

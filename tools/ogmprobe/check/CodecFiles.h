@@ -9,8 +9,8 @@
 namespace ogmprobe::check {
 
 /**
- * Returns the decoders of these files and of those that they include. A process that can do nothing
- * else reads the XML. Throws `ProbeError` with `kFile` and a sentence that names the file.
+ * Returns the decoders of these files and of the files that they include. A sandboxed process reads
+ * the XML. Throws `ProbeError` with `kFile` and a sentence that names the file.
  */
 DecoderList decodersOfFiles(const std::vector<std::string>& paths);
 

@@ -60,7 +60,7 @@ void CodecListBuilder::end(const std::string& element) {
     }
 }
 
-/** An element with `update` adds to the earlier one of that name. */
+/** An element with `update` adds to the earlier element with the same name. */
 bool CodecListBuilder::beginCodec(const Attributes& attributes) {
     const std::string name = valueOf(attributes, "name");
     const auto known = std::find_if(mCodecs.begin(), mCodecs.end(),
@@ -120,7 +120,7 @@ void CodecListBuilder::noteFeature(const Attributes& attributes) {
     codec.onlyTunneled |= name == "tunneled-playback";
 }
 
-/** "slow-cpu" where that is enabled, "!slow-cpu" where it is not; of several any will do. */
+/** "slow-cpu": that is enabled; "!slow-cpu": it is not. If there are several, one must hold. */
 bool CodecListBuilder::variantApplies(std::string_view variant) const {
     for (std::string_view rest = variant; !rest.empty();) {
         const size_t comma = std::min(rest.find(','), rest.size());

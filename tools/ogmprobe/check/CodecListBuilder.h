@@ -22,13 +22,13 @@ class CodecListBuilder {
     bool begin(const std::string& element, const Attributes& attributes);
     void end(const std::string& element);
 
-    /** To be called after all has been read: settings apply to earlier elements too. */
+    /** To be called after all files: settings apply to earlier elements too. */
     std::vector<Decoder> decoders() const;
 
   private:
     struct Limit {
         Attributes attributes;
-        /** The variant in which alone it applies; empty: in all. */
+        /** The only variant in which it applies; empty: all. */
         std::string variant;
     };
 
@@ -58,13 +58,13 @@ class CodecListBuilder {
     /** Depths of elements, because a file may be included in the middle of another's. */
     size_t mInEncoders = 0;
     size_t mInSettings = 0;
-    /** Indices of what is being read; none outside. */
+    /** Indices of the elements that are being read; nothing outside of them. */
     std::optional<size_t> mCodec;
     std::optional<size_t> mType;
     std::string mVariant;
 };
 
-/** Adds what a <Limit> says; unknown names say nothing. */
+/** Adds the values of a <Limit>; ignores unknown names. */
 void addLimit(const Attributes& attributes, DecoderLimits& limits);
 
 }  // namespace ogmprobe::check

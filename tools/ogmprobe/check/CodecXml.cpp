@@ -26,7 +26,7 @@ bool isNameCharacter(char letter) {
            (letter >= '0' && letter <= '9') || letter == '_' || letter == '-' || letter == '.';
 }
 
-/** Neither hidden nor ".." nor empty. */
+/** Whether the name is neither hidden nor ".." nor empty. */
 bool isPlainName(std::string_view name) {
     return !name.empty() && name.front() != '.' &&
            std::all_of(name.begin(), name.end(), isNameCharacter);
@@ -40,7 +40,7 @@ Attributes attributesOf(const XML_Char** pairs) {
     return attributes;
 }
 
-/** Reads files into a builder, and those that they include. */
+/** Reads files, and the files that they include, into a builder. */
 class Reader {
   public:
     Reader(const XmlFiles& files, CodecXml& result) : mFiles(files), mResult(result) {}
@@ -137,7 +137,7 @@ void Reader::include(const Attributes& attributes) {
     }
 }
 
-/** Keeps only the first failure: the others follow from it. */
+/** Keeps only the first failure, because the others follow from it. */
 void Reader::fail(const std::string& reason) {
     if (mParser == nullptr) {
         mResult.error = reason;

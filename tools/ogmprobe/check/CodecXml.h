@@ -25,7 +25,7 @@ inline constexpr size_t kMostDecoders = 4096;
 /** Contents by their paths. */
 using XmlFiles = std::map<std::string, std::string>;
 
-/** A file that is included and was not among those given. */
+/** An included file that was not given. */
 struct MissingXml {
     std::string path;
     std::string includedBy;
@@ -34,26 +34,26 @@ struct MissingXml {
 struct CodecXml {
     std::vector<Decoder> decoders;
     std::vector<MissingXml> missing;
-    /** What is wrong, with file and line; empty if nothing is. */
+    /** The error, with file and line; empty if there is none. */
     std::string error;
 };
 
 /**
- * Returns the decoders of these files, which are read in that order, each with its included files
- * at their places. While files are missing, the decoders are incomplete.
+ * Returns the decoders of these files. They are read in this order; included files are read where
+ * they are included. While files are missing, the decoders are incomplete.
  */
 CodecXml readCodecXml(const std::vector<std::string>& paths, const XmlFiles& files);
 
 /**
- * The path of a file that another includes: beside it or in a folder below. Empty for a name that
- * leads elsewhere or does not end in ".xml".
+ * The path of an included file, which must be in the folder of the including file or below. Empty
+ * for other places and for names that do not end in ".xml".
  */
 std::string includedPath(const std::string& path, std::string_view href);
 
-/** Whether the other one can be such a file. */
+/** Whether the other path can be that of an included file. */
 bool canInclude(const std::string& path, const std::string& included);
 
-/** "8000,11025-48000" or "1-384000"; nothing that can be read gives nothing. */
+/** Reads "8000,11025-48000" or "1-384000"; empty if the text has no ranges. */
 Ranges parseRanges(std::string_view text);
 
 }  // namespace ogmprobe::check

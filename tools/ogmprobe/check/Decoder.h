@@ -9,7 +9,7 @@
 
 namespace ogmprobe::check {
 
-/** Both ends belong to it. */
+/** Both ends are included. */
 struct Range {
     double least = 0;
     double most = 0;
@@ -35,7 +35,7 @@ struct Extent {
     bool operator==(const Extent&) const = default;
 };
 
-/** What a decoder declares for one MIME type; nothing where it declares nothing. */
+/** What a decoder declares for a MIME type; nothing for limits that it does not declare. */
 struct DecoderLimits {
     std::optional<Extent> leastSize;
     std::optional<Extent> mostSize;
@@ -64,7 +64,7 @@ struct Decoder {
 
 /** The decoders of a device. */
 struct DecoderList {
-    /** For people: where it comes from. */
+    /** Where the list comes from, for users. */
     std::string source;
     std::vector<Decoder> decoders;
 };

@@ -16,7 +16,7 @@
 namespace ogmprobe::check {
 namespace {
 
-/** Where a list gives numbers of blocks without their size. */
+/** The block size if a list has numbers of blocks but no size. */
 constexpr Extent kUsualBlock = {16, 16};
 
 std::string numberText(double value) {
@@ -39,7 +39,7 @@ std::string rangesText(const Ranges& ranges) {
     return fmt::format("{}", fmt::join(parts, ", "));
 }
 
-/** The end of the ranges that the value is beyond. */
+/** The lowest or highest value of the ranges, whichever the value exceeds. */
 double nearestLimit(const Ranges& ranges, double value) {
     double most = 0;
     double least = std::numeric_limits<double>::max();
@@ -50,7 +50,7 @@ double nearestLimit(const Ranges& ranges, double value) {
     return value < least ? least : most;
 }
 
-/** What each side of a picture must keep to. */
+/** The limits of each side of a picture. */
 struct SizeRule {
     std::string_view name;
     std::optional<Extent> DecoderLimits::*limit;
@@ -66,7 +66,7 @@ constexpr std::array kSizeRules = {
                  [](int64_t side, int64_t limit) { return limit > 0 && side % limit != 0; }},
 };
 
-/** What a decoder does not declare to do. */
+/** What the track needs but the decoder does not declare. */
 class Complaints {
   public:
     Complaints(const Needs& needs, const Decoder& decoder)
@@ -140,7 +140,7 @@ void Complaints::judgeBlocks() {
     }
     const int32_t rate = mNeeds.frameRate.value_or(0);
     const double perSecond = blocks() * rate;
-    // Few of them ask nothing of a decoder, though the least may be above.
+    // A low number is never a problem for a decoder, even below the declared minimum.
     if (rate > 0 && !allows(mLimits.blocksPerSecond, perSecond) &&
         perSecond > nearestLimit(mLimits.blocksPerSecond, perSecond)) {
         complain("frame-rate-outside",
@@ -169,7 +169,7 @@ void Complaints::judgeRates() {
                  mLimits.frameRate);
     }
     const double bitrate = mNeeds.bitrate.value_or(0);
-    // Less than the least is no burden.
+    // Values below the declared minimum are no problem.
     if (bitrate > 0 && !allows(mLimits.bitrate, bitrate) &&
         bitrate > nearestLimit(mLimits.bitrate, bitrate)) {
         complain("bitrate-outside",

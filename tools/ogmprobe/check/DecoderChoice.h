@@ -11,7 +11,7 @@
 
 namespace ogmprobe::check {
 
-/** What a track needs from a decoder; nothing where the track does not say. */
+/** What a track needs from a decoder; nothing for unknown values. */
 struct Needs {
     std::string mime;
     std::optional<int32_t> width;
@@ -19,9 +19,9 @@ struct Needs {
     std::optional<int32_t> frameRate;
     std::optional<int32_t> sampleRate;
     std::optional<int32_t> channelCount;
-    /** Bits a second. */
+    /** Bits per second. */
     std::optional<double> bitrate;
-    /** By the headers inside the stream; empty if they do not say. */
+    /** From the headers inside the stream; empty if unknown. */
     std::string profile = {};
 };
 
@@ -33,7 +33,8 @@ struct DecoderChoice {
 };
 
 /**
- * Returns the decoder that fits best, the first of several; the reasons include what none can do.
+ * Returns the decoder that fits best, the first one if several do. The reasons include needs that
+ * no decoder declares.
  */
 DecoderChoice chooseDecoder(const Needs& needs, const DecoderList& list);
 

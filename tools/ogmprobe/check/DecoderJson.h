@@ -8,7 +8,7 @@
 namespace ogmprobe::check {
 
 nlohmann::ordered_json toJson(const Decoder& decoder);
-/** Throws what `nlohmann::json` throws for JSON that is none of a decoder. */
+/** Throws the exceptions of `nlohmann::json` if the JSON is not that of a decoder. */
 Decoder decoderOf(const nlohmann::ordered_json& json);
 
 }  // namespace ogmprobe::check

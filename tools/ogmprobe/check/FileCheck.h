@@ -12,7 +12,7 @@ namespace ogmprobe::check {
 /** Plays the file once, in a separate process, and judges it. Failures are part of the result. */
 CheckedFile checkFile(const std::string& path, const DecoderList& decoders, Session& session);
 
-/** The reason of what cannot be read at all. */
+/** The reason for a file that cannot be read at all. */
 inline constexpr const char* kCannotRead = "cannot-read";
 
 /** Throws `ProbeError` if the plug-in cannot be used with any file. */

@@ -28,7 +28,7 @@ std::string_view classOf(Verdict verdict) {
     return kClasses[static_cast<size_t>(verdict)];
 }
 
-/** What would turn the direction of writing, or is no character, is written as an escape. */
+/** Escapes invalid bytes and characters that change the direction of writing. */
 std::string shown(const std::string& text) {
     return escaped(visible(text));
 }
@@ -37,7 +37,7 @@ std::string cell(std::string_view attributes, const std::string& content) {
     return fmt::format("<td{}>{}</td>", attributes, content);
 }
 
-/** Sorted by the number, which need not be what is shown. */
+/** A cell that is sorted by the number and may show something else. */
 std::string numberCell(double number, const std::string& content) {
     return cell(fmt::format(" class=\"number\" data-sort=\"{:.10g}\"", number), content);
 }
@@ -102,7 +102,7 @@ std::string summaryRows(const Summary& summary) {
 
 std::string timelineCommand(const std::string& path) {
     const std::string stem = std::filesystem::path(path).stem().string();
-    // A name that begins like an option is no option.
+    // So that a name that begins with "-" is not taken as an option.
     const std::string file = path.starts_with('-') ? "./" + path : path;
     return fmt::format("ogmprobe timeline {} -o {}", quotedForShell(file),
                        quotedForShell("./" + stem + ".html"));

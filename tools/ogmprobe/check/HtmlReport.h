@@ -8,14 +8,14 @@
 
 namespace ogmprobe::check {
 
-/** A page about many files that needs nothing from elsewhere; its table can be sorted. */
+/** A self-contained page about many files; its table can be sorted. */
 class HtmlReport {
   public:
-    /** Of a file that is added. Both are empty where none was asked for. */
+    /** The timeline of a file. Both members are empty if none was requested. */
     struct Timeline {
-        /** Its path from the page's folder. */
+        /** Its path, relative to the page's folder. */
         std::string path = {};
-        /** Why it was not drawn. */
+        /** Why it could not be drawn. */
         std::string failure = {};
     };
 
@@ -27,7 +27,7 @@ class HtmlReport {
     std::string mRows;
 };
 
-/** The command that draws a file's timeline, as a shell takes it. */
+/** The shell command that draws a file's timeline. */
 std::string timelineCommand(const std::string& path);
 
 }  // namespace ogmprobe::check

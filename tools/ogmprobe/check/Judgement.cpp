@@ -19,7 +19,7 @@
 namespace ogmprobe::check {
 namespace {
 
-/** A finding of that name that is already a reason is counted there. */
+/** A further finding with the name of an existing reason only adds to that reason's count. */
 void addFinding(const Finding& finding, std::vector<Reason>& reasons) {
     if (reasonKind(finding.id) == nullptr) {
         return;
@@ -34,7 +34,7 @@ void addFinding(const Finding& finding, std::vector<Reason>& reasons) {
     }
 }
 
-/** The text of a reason for several findings is that of the first. */
+/** A reason for several findings has the text of the first one. */
 void nameNumbers(std::vector<Reason>& reasons) {
     for (Reason& reason : reasons) {
         if (reason.value > 1 && !reason.limit && reason.text.ends_with('.')) {
@@ -110,7 +110,7 @@ CheckedTrack judgeTrack(const Evidence& evidence, uint64_t index, const PlayedTr
     return track;
 }
 
-/** What the stream announces itself as: "video XVID" is a kind and a codec. */
+/** Kind and codec from the stream's header, such as "video XVID". */
 CheckedTrack withoutTrack(const Evidence& evidence, const OggStream& stream) {
     CheckedTrack track;
     track.serial = stream.serial;
@@ -145,7 +145,8 @@ std::vector<Reason>& concerned(const Finding& finding, CheckedFile& file) {
     return track == file.tracks.end() ? file.reasons : track->reasons;
 }
 
-/** What reasons are counted under beside their names, where they do not say so themselves. */
+/** Sets what distinguishes reasons with the same name in counts, if they do not set it themselves.
+ */
 void addSubjects(CheckedFile& file) {
     for (CheckedTrack& track : file.tracks) {
         for (Reason& reason : track.reasons) {
@@ -156,7 +157,7 @@ void addSubjects(CheckedFile& file) {
     }
 }
 
-/** Findings say why, where the file is one of pages. */
+/** If the file has pages, findings give the reason. */
 void judgeDuration(CheckedFile& file) {
     const auto isFound =
             std::any_of(file.reasons.begin(), file.reasons.end(),

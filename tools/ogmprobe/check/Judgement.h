@@ -12,10 +12,10 @@
 
 namespace ogmprobe::check {
 
-/** By the indices of tracks. */
+/** By track index. */
 using PlayedTracksPackets = std::map<uint64_t, PlayedPackets>;
 
-/** What a verdict is based on: a file that was played to its end, and explained. */
+/** The basis of a verdict: a file that was played to its end, with its findings. */
 struct Evidence {
     const Explanation& explanation;
     const PlayedTracksPackets& packets;
@@ -25,19 +25,19 @@ struct Evidence {
 /** Fills in tracks and reasons. */
 void judge(const Evidence& evidence, CheckedFile& file);
 
-/** Adds reasons about sound that does not fit the picture. */
+/** Adds reasons about audio that is not in sync with the video. */
 void judgeSync(const Explanation& explanation, CheckedFile& file);
 
 // Each of these adds reasons to a track.
 
-/** What the format lacks to configure a decoder. */
+/** About entries that the format lacks to configure a decoder. */
 void judgeFormat(const TrackDescription& track, std::vector<Reason>& reasons);
-/** Losses in the ledger of its stream. */
+/** About losses in the ledger of its stream. */
 void judgeLosses(const Ledger& ledger, const TrackDescription& track, std::vector<Reason>& reasons);
-/** Pictures that share one time. */
+/** About pictures with the same time. */
 void judgeTimes(const TrackDescription& track, const PlayedPackets& packets,
                 std::vector<Reason>& reasons);
-/** Sync frames. */
+/** About sync frames. */
 void judgeSeeking(const TrackDescription& track, const PlayedPackets& packets,
                   std::vector<Reason>& reasons);
 

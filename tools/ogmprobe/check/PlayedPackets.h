@@ -16,19 +16,20 @@ class PlayedPackets {
 
     uint64_t count() const { return mCount; }
     uint64_t syncCount() const { return mSyncCount; }
-    /** Returns enough of the first bytes for the headers inside a stream. */
+    /** Returns the first bytes, enough for the headers inside a stream. */
     const std::vector<uint8_t>& head() const { return mHead; }
     /** Returns bits per second; nothing if the track is too short. */
     std::optional<double> bitrate() const;
     /**
-     * Returns the longest time without a sync frame, also before the first and after the last; 0
-     * without any.
+     * Returns the longest time without a sync frame, including the times before the first and after
+     * the last one; 0 if there are no sync frames.
      */
     int64_t longestWithoutSyncUs() const;
 
-    /** Returns the packets that have the time of the one before. */
+    /** Returns the number of packets with the time of the packet before. */
     uint64_t sharedTimes() const { return mShared; }
-    /** Return the most packets in a row with one time, and the longest time to the next one. */
+    /** Return the most consecutive packets with one time, and the longest time to the next packet.
+     */
     uint64_t mostOfOneTime() const { return mLongestRun; }
     int64_t longestStepUs() const { return mLongestStepUs; }
 

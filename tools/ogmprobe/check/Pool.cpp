@@ -19,7 +19,7 @@ namespace {
 using PoolClock = std::chrono::steady_clock;
 
 constexpr int kTickMilliseconds = 200;
-/** An answer is what there is to be said of one file. */
+/** The largest answer: the result of one file. */
 constexpr uint64_t kMostAnswer = uint64_t{16} << 20;
 
 struct Running {

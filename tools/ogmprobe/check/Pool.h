@@ -9,10 +9,10 @@
 
 namespace ogmprobe::check {
 
-/** Work on one of many files, in a separate process. */
+/** The work on one of many files, in a separate process. */
 struct PoolTask {
     std::function<std::string()> work;
-    /** The process is killed after that time; 0: never. */
+    /** The process is killed after this time; 0: never. */
     double mostSeconds = 0;
 };
 
@@ -21,13 +21,13 @@ struct PoolAnswer {
     size_t task = 0;
     /** The result of the work; nothing if its process ended without one. */
     std::optional<std::string> text;
-    /** How it ended then: "signal 9", "it took more than 5 s". */
+    /** How it ended in that case: "signal 9", "it took more than 5 s". */
     std::string ending = {};
 };
 
 struct PoolRun {
     size_t jobs = 1;
-    /** Returns the next task; nothing when there are no more. */
+    /** Returns the next task; nothing if there are no more. */
     std::function<std::optional<PoolTask>()> next;
     /** Called in the order in which tasks end. An exception ends the run and all processes. */
     std::function<void(PoolAnswer)> done;

@@ -15,14 +15,14 @@ constexpr Verdict kEnd = Verdict::kDoesNotPlay;
 constexpr Verdict kUnknown = Verdict::kUnknown;
 
 constexpr std::array kKinds = {
-        // Of the whole file.
+        // About the whole file.
         ReasonKind{"cannot-read", kUnknown, "cannot be read"},
         ReasonKind{"plugin-unusable", kUnknown, "plug-in that cannot be used"},
         ReasonKind{"check-ended", kUnknown, "could not be checked"},
         ReasonKind{"extractor-ended", kEnd, "ends the extractor, or never lets it end"},
         ReasonKind{"not-taken", kEnd, "not taken by the extractor"},
         ReasonKind{"no-tracks", kEnd, "without a track"},
-        // Of a stream without a track.
+        // About a stream without a track.
         ReasonKind{"codec-not-supported", kEnd, "stream refused by the extractor"},
         ReasonKind{"vorbis-stream", kEnd, "Vorbis stream ignored"},
         ReasonKind{"theora-stream", kEnd, "Theora stream ignored"},
@@ -34,7 +34,7 @@ constexpr std::array kKinds = {
         ReasonKind{"header-cut-off", kEnd, "stream header cut off"},
         ReasonKind{"header-missing", kEnd, "stream header missing"},
         ReasonKind{"header-from-junk", kEnd, "stream header from junk"},
-        // Of what a track says.
+        // About a track's format.
         ReasonKind{"mime-missing", kEnd, "no MIME type"},
         ReasonKind{"size-missing", kEnd, "no picture size"},
         ReasonKind{"sample-rate-missing", kEnd, "no sample rate"},
@@ -48,7 +48,7 @@ constexpr std::array kKinds = {
         ReasonKind{"picture-size-differs", kFault, "picture size differs from the stream's"},
         ReasonKind{"audio-format-differs", kFault, "rate or channels differ from the stream's"},
         ReasonKind{"serial-number-twice", kFault, "serial number announced twice"},
-        // Of decoders.
+        // About decoders.
         ReasonKind{"no-decoder", kEnd, "no decoder"},
         ReasonKind{"size-outside", kEnd, "picture size outside of what decoders declare"},
         ReasonKind{"profile-outside", kEnd, "profile that no decoder declares"},
@@ -56,7 +56,7 @@ constexpr std::array kKinds = {
         ReasonKind{"channels-outside", kEnd, "more channels than decoders declare"},
         ReasonKind{"frame-rate-outside", kFault, "more pictures a second than decoders declare"},
         ReasonKind{"bitrate-outside", kFault, "bitrate outside of what decoders declare"},
-        // Of what comes out.
+        // About what is returned.
         ReasonKind{"track-without-packets", kEnd, "track without packets"},
         ReasonKind{"reading-failed", kFault, "reading fails"},
         ReasonKind{"frames-mostly-lost", kEnd, "most frames lost"},
@@ -77,14 +77,14 @@ constexpr std::array kKinds = {
         ReasonKind{"pages-missing", kFault, "pages missing"},
         ReasonKind{"junk-skipped", kFault, "junk between pages"},
         ReasonKind{"junk-searched-again", kFault, "junk searched again and again"},
-        // Of times.
+        // About times.
         ReasonKind{"negative-times", kFault, "times below 0"},
         ReasonKind{"times-step-back", kFault, "times that step back"},
         ReasonKind{"times-stand-still", kFault, "times that stand still"},
         ReasonKind{"pictures-share-times", kFault, "pictures that share a time"},
         ReasonKind{"audio-drifts", kFault, "sound that drifts from its pages"},
         ReasonKind{"audio-against-video", kFault, "audio against video"},
-        // Of seeking.
+        // About seeking.
         ReasonKind{"no-sync-frames", kFault, "no sync frames"},
         ReasonKind{"sync-frames-far-apart", kFault, "sync frames far apart"},
         ReasonKind{"duration-unknown", kFault, "duration unknown"},

@@ -27,7 +27,7 @@ std::string_view nameOf(Verdict verdict);
 /** The verdict and the title of a kind of reason. */
 struct ReasonKind {
     std::string_view id;
-    /** `kPlays`: only a note. */
+    /** `kPlays`: the reason is only a note. */
     Verdict verdict;
     std::string_view title;
 };
@@ -37,7 +37,7 @@ const ReasonKind* reasonKind(std::string_view id);
 
 /** Why a verdict is not better, or a note on a track that plays. */
 struct Reason {
-    /** For programs; never changes. */
+    /** Identifier for programs; never changes. */
     std::string id;
     Verdict verdict = Verdict::kPlays;
     /** One sentence, with the number that it is based on. */
@@ -45,13 +45,13 @@ struct Reason {
     /** That number, and the limit that it was compared with, if there are any. */
     std::optional<double> value = {};
     std::optional<double> limit = {};
-    /** Distinguishes reasons of one name where files are counted: "audio/ac3". */
+    /** Distinguishes reasons with the same name when files are counted: "audio/ac3". */
     std::string subject = {};
 
     bool operator==(const Reason&) const = default;
 };
 
-/** Returns a reason that the table has. */
+/** Returns a reason of the table's kind with this name. */
 Reason reasonOf(std::string_view id, std::string text, std::optional<double> value = {},
                 std::optional<double> limit = {});
 

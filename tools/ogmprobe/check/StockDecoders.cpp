@@ -19,7 +19,7 @@
 namespace ogmprobe::check {
 namespace {
 
-/** Empty columns say nothing. */
+/** Empty columns: unknown. */
 struct Video {
     std::string_view name;
     std::string_view mime;

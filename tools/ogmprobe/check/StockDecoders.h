@@ -12,8 +12,8 @@ namespace ogmprobe::check {
 DecoderList stockDecoders();
 
 /**
- * Returns the profiles of one of Android's own decoders, by the names in stream headers; none for
- * other decoders, whose lists do not include profiles.
+ * Returns the profiles of one of Android's own decoders, with the names in stream headers. Empty
+ * for other decoders, whose lists do not include profiles.
  */
 std::vector<std::string_view> profilesOf(std::string_view decoder);
 

@@ -19,9 +19,9 @@ namespace ogmprobe::check {
 namespace {
 
 /**
- * The sound without what has the time of the one before. What lies on one page has one time;
- * players go on from there by their own count of samples, so sound is where its times say only
- * where these change.
+ * The audio points without those that have the same time as the point before. All packets on a page
+ * have one time, and players continue from it by counting samples. So the times of audio are only
+ * meaningful where they change.
  */
 TrackSync whereTimesChange(TrackSync audio) {
     std::optional<int64_t> before;
@@ -34,7 +34,7 @@ TrackSync whereTimesChange(TrackSync audio) {
     return audio;
 }
 
-/** The pictures that are the first on their pages, for the same reason. */
+/** Only the first picture of each page, for the same reason. */
 TrackSync firstOnPages(TrackSync video, const OggFile& file) {
     std::optional<size_t> before;
     for (SyncPoint& point : video.points) {
@@ -62,7 +62,7 @@ double distanceAt(const PairPoint& point) {
 
 Reason apart(const TrackSync& audio, const TrackSync& video, const PairPoint& at) {
     const SyncPoint& heard = audio.points[at.audioPoint];
-    // The least number has no magnitude of its own type.
+    // The lowest number's magnitude does not fit its type.
     const int64_t lateUs = std::max(at.lateUs.certainUs(), -std::numeric_limits<int64_t>::max());
     return reasonOf(
             "audio-against-video",
@@ -88,7 +88,7 @@ void judgePair(const TrackSync& audio, const TrackSync& video, CheckedFile& file
     }
 }
 
-/** How far the pages' times of a sound come to be from its samples. */
+/** How far the times of an audio stream's pages drift from its samples. */
 double contentDriftUs(const TrackSync& audio) {
     std::optional<TimeRange> first;
     std::optional<TimeRange> last;

@@ -3,19 +3,19 @@
 
 #include <cstdint>
 
-/** The limits from which something is a fault. */
+/** The limits beyond which something is a fault. */
 namespace ogmprobe::check::threshold {
 
 /** A larger distance of audio and video is noticeable (ITU-R BT.1359 has a similar value). */
 inline constexpr int64_t kAudioAgainstVideoUs = 80'000;
 
 /**
- * Pictures of one time are shown at once, and none for some time after: not noticeable up to this
- * time.
+ * Pictures with the same time are shown at once, and then none for some time. Not noticeable up to
+ * this time.
  */
 inline constexpr int64_t kStandstillUs = 100'000;
 
-/** So few lost packets or frames of a track are not noticeable. */
+/** Up to this many lost packets or frames of a track are not noticeable. */
 inline constexpr uint64_t kUnnoticedLosses = 2;
 /** A track that loses a larger part of them cannot be watched or listened to. */
 inline constexpr double kBearableLoss = 0.5;

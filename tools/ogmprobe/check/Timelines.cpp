@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/** Letters that mean nothing to a browser or a shell. */
+/** Characters without a special meaning in a browser or a shell. */
 std::string plainName(const std::string& path) {
     std::string name = fs::path(path).stem().string();
     for (char& letter : name) {
@@ -28,7 +28,7 @@ std::string plainName(const std::string& path) {
     return name;
 }
 
-/** Why there is no timeline; empty if it was drawn. For a process of its own. */
+/** Runs in a separate process. Returns why there is no timeline; empty if it was drawn. */
 std::string failureOf(const std::string& path, const fs::path& output, bool force,
                       const GlobalOptions& global) {
     Console console(ColorMode::kNever, true);
@@ -50,8 +50,8 @@ std::string failureOf(const std::string& path, const fs::path& output, bool forc
 }
 
 /**
- * The file that a process is about to write, and leaves if it is killed. One that was there before
- * is not ours to remove.
+ * The unfinished file that a process leaves if it is killed. A file that existed before must not be
+ * removed.
  */
 class WatchedPart {
   public:
@@ -69,7 +69,7 @@ class WatchedPart {
     LeftoverFile mLeftover;
 };
 
-/** Draws them side by side, and shows how far it is. */
+/** Draws the timelines in parallel and shows progress. */
 class DrawingRun {
   public:
     DrawingRun(const TimelineRequest& request, Session& session)

@@ -9,7 +9,7 @@
 
 namespace ogmprobe::check {
 
-/** What draws timelines of the files into a folder. */
+/** How and where to draw timelines of the files. */
 struct TimelineRequest {
     const std::vector<std::string>& paths;
     /** It must exist. */
@@ -18,9 +18,9 @@ struct TimelineRequest {
     bool force = false;
 };
 
-/** A timeline, or why there is none. */
+/** A timeline, or the reason why there is none. */
 struct TimelineResult {
-    /** Empty: it was not drawn. */
+    /** Empty if it was not drawn. */
     std::string output;
     std::string failure;
 };

@@ -15,11 +15,11 @@
 namespace ogmprobe::check {
 namespace {
 
-/** A decoder of the type does not start without any of these. */
+/** An entry without which a decoder of the type does not start. */
 struct Configuration {
     std::string_view mime;
     std::string_view entry;
-    /** That does as well. */
+    /** An entry that can replace it; may be empty. */
     std::string_view instead;
 };
 
@@ -93,7 +93,7 @@ const char* idOfLoss(uint64_t lost, uint64_t inFile) {
     return share > threshold::kBearableLoss ? "frames-mostly-lost" : "frames-lost";
 }
 
-/** "AC-3 at 44100 Hz", where files that lose frames often have that in common. */
+/** "AC-3 at 44100 Hz": what files that lose frames often have in common. */
 std::string subjectOf(const TrackDescription& track) {
     return track.kind == TrackKind::kAudio && track.sampleRate
                    ? fmt::format("{} at {} Hz", track.codec.name, *track.sampleRate)

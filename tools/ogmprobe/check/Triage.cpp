@@ -18,16 +18,16 @@
 namespace ogmprobe::check {
 namespace {
 
-/** What plays a file slower than that has come to a stop. */
+/** A process that plays a file slower than this is considered to have stopped. */
 constexpr double kLeastBytesPerSecond = 1e6;
 constexpr double kPatience = 3;
-/** What a file costs beside its bytes, in bytes. */
+/** The cost of a file in addition to its size, in bytes. */
 constexpr uint64_t kCostOfFile = 200'000;
 
-/** How far the run is, measured in bytes, because files differ in size. */
-class Advancement {
+/** The run's progress, measured in bytes, because files differ in size. */
+class RunProgress {
   public:
-    explicit Advancement(Console& console) : mLine(console) {}
+    explicit RunProgress(Console& console) : mLine(console) {}
 
     void expect(uint64_t sizeBytes) {
         mWhole += sizeBytes + kCostOfFile;
@@ -62,7 +62,7 @@ class Advancement {
     size_t mFilesDone = 0;
 };
 
-/** Checks a file in a process that has neither messages nor progress to show. */
+/** Checks a file in a process without messages and progress. */
 std::string answerFor(const std::string& path, const DecoderList& decoders,
                       const GlobalOptions& options) {
     Console console(ColorMode::kNever, true);
@@ -120,7 +120,7 @@ class Run {
         return std::nullopt;
     }
 
-    /** A pipe can be read once only, and here. */
+    /** A pipe can only be read once, so it is read here. */
     bool canBeOpened(size_t index) {
         const std::string& path = mRequest.paths[index];
         try {
@@ -138,7 +138,7 @@ class Run {
                 mostSeconds(mEntries[index].sizeBytes())};
     }
 
-    /** The extractor has time limits of its own, which end it long before. */
+    /** The extractor's own time limits normally end it long before this. */
     double mostSeconds(uint64_t size) const {
         const double limit = mSession.options.timeoutSeconds;
         return limit <= 0 ? 0
@@ -185,9 +185,9 @@ class Run {
 
     const TriageRequest& mRequest;
     Session& mSession;
-    Advancement mAdvancement;
+    RunProgress mAdvancement;
     std::vector<Entry> mEntries;
-    /** Indices of entries, by the numbers of tasks. */
+    /** Indices of entries, by task number. */
     std::vector<size_t> mTasks;
     size_t mNext = 0;
     size_t mIsShown = 0;

@@ -13,20 +13,20 @@
 
 namespace ogmprobe::check {
 
-/** Many files to be checked side by side. */
+/** Many files to be checked in parallel. */
 struct TriageRequest {
     const std::vector<std::string>& paths;
     const DecoderList& decoders;
     size_t jobs = 1;
-    /** Knows what an earlier run found, and keeps what this one finds; may be null. */
+    /** Has the results of an earlier run and stores those of this run; may be null. */
     TriageState* state = nullptr;
-    /** Called with each file in the order of the paths. */
+    /** Called with each result, in the order of the paths. */
     std::function<void(const CheckedFile&)> show;
 };
 
 /**
- * Checks the files, each in a separate process, and shows progress. A process that dies, or never
- * ends, affects only its file. Throws `ProbeError` when the plug-in cannot be used.
+ * Checks the files, each in a separate process, and shows progress. A process that dies or never
+ * ends affects only its own file. Throws `ProbeError` if the plug-in cannot be used.
  */
 void triage(const TriageRequest& request, Session& session);
 

@@ -25,7 +25,7 @@ constexpr const char* kVersionMember = "ogmprobe_check_state";
 constexpr int64_t kNsPerSecond = 1'000'000'000;
 constexpr int kNewFileRights = 0644;
 
-/** JSON holds UTF-8 only, a path anything. */
+/** JSON allows only UTF-8, but a path may have any bytes. */
 std::string hexOfPath(const std::string& path) {
     return hexText({reinterpret_cast<const uint8_t*>(path.data()), path.size()});
 }
@@ -38,7 +38,7 @@ std::string pathOfHex(const std::string& hex) {
     return path;
 }
 
-/** Nothing if it cannot be read. */
+/** Nothing if the line cannot be read. */
 std::optional<std::string> everythingIn(int descriptor) {
     std::string text;
     std::array<char, 65536> bytes;
@@ -83,7 +83,7 @@ void TriageState::open() {
         throw ProbeError(ExitCode::kFile,
                          fmt::format("cannot open {}: {}", mPath, std::strerror(errno)));
     }
-    // Opening a pipe would block, and a device keeps nothing.
+    // Opening a pipe would block, and a device stores nothing.
     if (!isRegularFile(mFile.get())) {
         throw ProbeError(ExitCode::kFile, fmt::format("{} is no file to keep a state in", mPath));
     }
@@ -111,12 +111,12 @@ void TriageState::read(const std::string& circumstances) {
         take(text.substr(begin, end - begin));
     }
     if (begin < text.size()) {
-        // What follows begins a line of its own.
+        // What follows begins on a new line.
         append("\n");
     }
 }
 
-/** In a new file, or in place of a heading that was cut off. */
+/** For a new file, or if the heading was cut off. */
 void TriageState::writeHeading(const std::string& text, const std::string& circumstances) const {
     if (!text.empty() && !text.starts_with(fmt::format("{{\"{}\"", kVersionMember))) {
         throw ProbeError(ExitCode::kFile, fmt::format("{} is no state of a check", mPath));
@@ -141,7 +141,7 @@ void TriageState::requireHeading(const std::string& line, const std::string& cir
     }
 }
 
-/** A line that was cut off by a kill, and one that a disk has damaged, are no loss but of time. */
+/** Ignores lines that a kill has cut off or a disk has damaged: their files are checked again. */
 void TriageState::take(const std::string& line) {
     try {
         const auto json = ordered_json::parse(line);

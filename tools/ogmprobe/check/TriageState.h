@@ -12,7 +12,7 @@
 
 namespace ogmprobe::check {
 
-/** A file as it was when it was checked. */
+/** Identifies a file's version when it was checked. */
 struct FileIdentity {
     std::string path;
     uint64_t sizeBytes = 0;
@@ -24,24 +24,24 @@ struct FileIdentity {
     }
 };
 
-/** Returns nothing if the path is no file. */
+/** Returns nothing if the path is not a file. */
 std::optional<FileIdentity> identityOf(const std::string& path);
 
 /**
- * The results of many files, in a file that is only appended to: a line for each file, written at
- * once, so that a killed run loses only the files it was working on. An incomplete last line is
- * ignored.
+ * Stores the results of many files, one line for each file. Lines are only appended, each with a
+ * single write, so a killed run loses only the files that it was working on. An incomplete last
+ * line is ignored.
  */
 class TriageState {
   public:
     /**
-     * Opens or makes the file. `circumstances` is what verdicts depend on besides the files; a
-     * state with others is refused. Throws `ProbeError` with `kFile`, also while another run uses
-     * it.
+     * Opens or creates the file. `circumstances` is what verdicts depend on besides the files; a
+     * state with other circumstances is refused. Throws `ProbeError` with `kFile`, also if another
+     * run uses the file.
      */
     TriageState(const std::string& path, const std::string& circumstances);
 
-    /** Returns the result for the file in its present form. */
+    /** Returns the stored result for this version of the file. */
     const CheckedFile* find(const FileIdentity& file) const;
     /** Throws `ProbeError`. */
     void add(const FileIdentity& identity, const CheckedFile& file);

@@ -23,7 +23,7 @@ struct AudioFrame {
     uint32_t channels = 0;
     /** Per channel; 0 if the header does not say. */
     uint32_t samples = 0;
-    /** Equal for frames that one decoder can decode in sequence. */
+    /** Equal for frames that a decoder can decode one after the other. */
     uint32_t family = 0;
     /** It is played together with the frame before and adds no time. */
     bool addsToFrameBefore = false;
@@ -39,7 +39,7 @@ struct AudioFrame {
 /** The largest size of a frame's header. */
 inline constexpr size_t kAudioHeaderBytes = 16;
 
-/** Returns the frame whose header the bytes begin with; nothing if they begin with none. */
+/** Returns the frame whose header is at the beginning of the bytes; nothing if there is none. */
 std::optional<AudioFrame> audioFrameAt(AudioFraming framing, std::span<const uint8_t> bytes);
 
 /** ISO/IEC 11172-3 and 13818-3. */

@@ -22,13 +22,14 @@ enum class Packaging {
     kAvi,
     /** MS ADPCM after a RIFF header. */
     kAdpcmWav,
-    /** One buffer after the other. No common player opens it, but there is no file format. */
+    /** One buffer after the other. There is no file format for it, and no common player opens it.
+     */
     kBare,
 };
 
 /** What is known about a MIME type. */
 struct Codec {
-    /** For people. */
+    /** Name for users. */
     std::string name;
     /** Of an extracted file, with the dot. */
     std::string suffix;
@@ -38,8 +39,8 @@ struct Codec {
 };
 
 /**
- * Returns the codec of a MIME type. MPEG audio is distinguished by its layer (1 to 3) if that is
- * known, else by the MIME type. The name of an unknown type is the type itself, its suffix ".bin".
+ * Returns the codec of a MIME type. For MPEG audio the layer (1 to 3) decides if it is known. The
+ * name of an unknown type is the type itself, and its suffix is ".bin".
  */
 Codec codecOf(std::string_view mime, std::optional<int32_t> mpegAudioLayer);
 

@@ -10,20 +10,20 @@
 namespace ogmprobe {
 
 struct Comment {
-    /** As the file spells it; names are compared without case. */
+    /** As in the file; names are compared without case. */
     std::string name;
     std::string value;
 };
 
-/** A Vorbis comment header: a muxer's and its user's notes on a stream. */
+/** A Vorbis comment header, which describes a stream. */
 struct Comments {
     std::string vendor;
     std::vector<Comment> entries;
 };
 
 /**
- * Returns what can be read of a packet that begins with its type byte and "vorbis"; nothing for
- * others.
+ * Returns the readable part of a packet that begins with its type byte and "vorbis"; nothing for
+ * other packets.
  */
 std::optional<Comments> parseComments(std::span<const uint8_t> packet);
 

@@ -20,7 +20,7 @@ constexpr std::array<DtsForm, 4> kDtsCores = {{{{0x7f, 0xfe, 0x80, 0x01}, false,
                                                {{0xff, 0x1f, 0x00, 0xe8}, true, true}}};
 constexpr std::array<uint8_t, 4> kDtsSubstream = {0x64, 0x58, 0x20, 0x25};
 
-// Hz by SFREQ; 0 for reserved values.
+// In Hz, by SFREQ; 0 for reserved values.
 constexpr std::array<uint32_t, 16> kDtsRates = {
         0, 8000, 16000, 32000, 0, 0, 11025, 22050, 44100, 0, 0, 12000, 24000, 48000, 0, 0};
 

@@ -30,7 +30,7 @@ struct EsDescriptor {
     std::optional<DecoderConfig> decoderConfig;
 };
 
-/** Returns nothing if a descriptor exceeds the one that holds it, or the first has another tag. */
+/** Returns nothing if a descriptor exceeds its parent, or if the first one has another tag. */
 std::optional<EsDescriptor> parseEsDescriptor(std::span<const uint8_t> bytes);
 
 /** Returns the meaning of an object type indication: "MPEG-4 audio" for 0x40. */

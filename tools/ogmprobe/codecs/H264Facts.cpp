@@ -47,7 +47,7 @@ constexpr uint32_t kExtendedH264Aspect = 255;
 constexpr std::array<NamedCode, 4> kH264Chroma = {
         {{0, "monochrome"}, {1, "4:2:0"}, {2, "4:2:2"}, {3, "4:4:4"}}};
 
-/** Returns the unit without the bytes that keep a payload from looking like a start code. */
+/** Returns the unit without its emulation prevention bytes. */
 std::vector<uint8_t> unescaped(Bytes unit) {
     std::vector<uint8_t> bytes;
     size_t zeros = 0;

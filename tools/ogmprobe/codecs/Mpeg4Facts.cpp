@@ -24,7 +24,7 @@ constexpr std::array<NamedCode, 5> kSampleAspects = {
         {{1, "1:1"}, {2, "12:11"}, {3, "10:11"}, {4, "16:11"}, {5, "40:33"}}};
 constexpr uint32_t kExtendedAspect = 15;
 
-// ISO/IEC 14496-2, table 6-13; a layer that does not say has this one too.
+// ISO/IEC 14496-2, table 6-13; also the default of a layer without this field.
 constexpr std::array<NamedCode, 1> kChromaFormats = {{{1, "4:2:0"}}};
 
 /** Of `sprite_enable`. */
@@ -145,12 +145,12 @@ std::string printableBeginning(Bytes bytes) {
     return {bytes.begin(), end};
 }
 
-/** DivX marks a stream with two pictures in some packets by a p after its version. */
+/** If some packets have two pictures, DivX writes a p after its version. */
 bool saysPacked(const std::string& encoder) {
     return encoder.starts_with("DivX") && encoder.ends_with('p');
 }
 
-/** What the layer's user data say. */
+/** Reads the layer's user data. */
 void readUserData(Bytes stream, VideoFacts& facts) {
     for (auto data = afterStartCode(stream, 0xb2, 0xb2); data;
          data = afterStartCode(*data, 0xb2, 0xb2)) {

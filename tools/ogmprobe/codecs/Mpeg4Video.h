@@ -9,7 +9,7 @@ namespace ogmprobe {
 
 /**
  * Returns the bytes from the first video object layer (ISO/IEC 14496-2, start codes 00 00 01 20 to
- * 2F) on, if it comes before any picture; else empty.
+ * 2F) on; empty if a picture comes first.
  */
 std::span<const uint8_t> videoObjectLayer(std::span<const uint8_t> stream);
 
@@ -19,7 +19,8 @@ struct PictureSize {
 };
 
 /**
- * Returns the size in the first video object layer; nothing without one of rectangular pictures.
+ * Returns the size in the first video object layer; nothing if there is none or it is not
+ * rectangular.
  */
 std::optional<PictureSize> pictureSize(std::span<const uint8_t> stream);
 

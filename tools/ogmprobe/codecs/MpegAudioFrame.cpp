@@ -13,12 +13,12 @@ constexpr uint32_t kVersion2 = 2;
 constexpr uint32_t kNoVersion = 1;
 constexpr uint32_t kSingleChannel = 3;
 
-// Hz, of version 1.
+// In Hz, for version 1.
 constexpr std::array<uint32_t, 4> kMpegAudioRates = {44100, 48000, 32000, 0};
 
 using Bitrates = std::array<uint16_t, 16>;
 
-// kbit/s by bitrate_index. 0 is the free format, whose frames do not state their size.
+// In kbit/s, by bitrate_index. 0 is the free format, whose frames do not contain their size.
 constexpr std::array<Bitrates, 3> kVersion1Bitrates = {
         {{0, 32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448, 0},
          {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384, 0},

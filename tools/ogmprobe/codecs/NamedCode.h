@@ -9,7 +9,7 @@
 
 namespace ogmprobe {
 
-/** A row of a standard's table: what a code stands for. */
+/** A row of a standard's table: a code and its meaning. */
 struct NamedCode {
     uint32_t code;
     std::string_view name;

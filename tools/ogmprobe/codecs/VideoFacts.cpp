@@ -29,7 +29,8 @@ std::string pictureAspect(const VideoFacts& facts) {
     return fmt::format("{}:{}", wide / common, high / common);
 }
 
-/** `vop_coding_type` of MPEG-4 part 2, which stands first; `picture_coding_type` of MPEG-2. */
+/** `vop_coding_type` of MPEG-4 part 2, which is the first field; `picture_coding_type` of MPEG-2.
+ */
 std::optional<bool> isBPicture(std::span<const uint8_t> code) {
     constexpr uint8_t kMpeg4Picture = 0xb6;
     constexpr uint8_t kMpeg2Picture = 0x00;

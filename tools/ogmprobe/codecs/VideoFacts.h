@@ -20,7 +20,7 @@ struct VideoFacts {
     std::optional<bool> interlaced;
     /** "4:2:0" */
     std::string chroma;
-    // The next four of MPEG-4 part 2 alone.
+    // The next four are only for MPEG-4 part 2.
     /** "H.263", "MPEG", "MPEG with own matrices". */
     std::string quantizer;
     std::optional<bool> quarterPel;
@@ -28,9 +28,9 @@ struct VideoFacts {
     std::optional<uint32_t> warpPoints;
     /** The encoder says that packets may hold two pictures. */
     bool packed = false;
-    /** Length of the longest row among the first pictures. */
+    /** The most consecutive ones among the first pictures. */
     std::optional<uint32_t> bPictures;
-    /** The encoder's name for itself. */
+    /** The encoder's name. */
     std::string encoder;
 };
 
@@ -41,7 +41,7 @@ std::optional<VideoFacts> mpeg2Facts(std::span<const uint8_t> stream);
 /** Reads H.264 with start codes: its sequence parameter set. */
 std::optional<VideoFacts> h264Facts(std::span<const uint8_t> stream);
 
-/** Longest row of B pictures of MPEG-1, MPEG-2 and MPEG-4 part 2; nothing without pictures. */
+/** The most consecutive B pictures (MPEG-1, MPEG-2, MPEG-4 part 2); nothing without pictures. */
 std::optional<uint32_t> mostBPictures(std::span<const uint8_t> stream);
 
 /** "Advanced Simple profile, level 5, 176x144, sample aspect 1:1, progressive" */

@@ -72,11 +72,11 @@ void AviWriter::write(const Packet& packet) {
     head.text(kFrameChunk).u32(size);
     file().append(head.bytes());
     file().append(packet.bytes);
-    // Chunks begin at even places; the filler is not counted.
+    // Chunks begin at even offsets; the filler byte is not counted.
     if (size % 2 != 0) {
         file().append(std::vector<uint8_t>{0});
     }
-    // Places in the index are relative to the list's name.
+    // Offsets in the index are relative to the list's name.
     mFrames.push_back({4 + mDataSize, size, packet.isSync});
     mDataSize += kChunkHead + size + size % 2;
     mLargest = std::max(mLargest, size);

@@ -24,7 +24,7 @@ void CommandRecords::operator()(const TrackEnded& end) {
 }
 
 void CommandRecords::operator()(const LogLine& line) {
-    // A command that needs all lines as data records more than is to be shown.
+    // A command that needs all lines as data gets more lines than it shows.
     if (line.priority < mSession.options.logPriority.value_or(ANDROID_LOG_SILENT)) {
         return;
     }
@@ -102,7 +102,7 @@ void runLimited(JobRequest request, const GlobalOptions& options, Console& conso
                 const RecordSink& handler) {
     try {
         runShown(std::move(request), options, console, handler);
-    } catch (const GoesInCircles& circles) {
+    } catch (const EndlessRepetition& circles) {
         handler(Failure{ExitCode::kDied,
                         fmt::format("the extractor never ends: {}", circles.what())});
     }

@@ -16,8 +16,8 @@ namespace ogmprobe {
 inline constexpr const char* kNoTracks = "the file has no tracks that can be played";
 
 /**
- * Handles the records that all commands treat alike: failures go to the report, log lines to
- * standard error. A command's class adds the records that it wants, besides `using
+ * Handles the records that all commands treat in the same way: failures go to the report, log lines
+ * to standard error. A command's class adds its own records, and `using
  * CommandRecords::operator();`.
  */
 class CommandRecords {
@@ -68,7 +68,7 @@ void runShown(JobRequest request, const GlobalOptions& options, Console& console
               const RecordSink& handler);
 
 /**
- * The same for a handler that throws `GoesInCircles`: it then gets a failure, which ends the
+ * The same for a handler that throws `EndlessRepetition`: it then gets a failure, which ends the
  * records.
  */
 void runLimited(JobRequest request, const GlobalOptions& options, Console& console,

@@ -7,7 +7,7 @@
 
 namespace ogmprobe {
 
-// Each command reports failures and returns their exit code. They throw // `OutputError`.
+// Each command reports failures and returns their exit code. They throw `OutputError`.
 
 ExitCode runInfo(const InfoOptions& options, Session& session);
 ExitCode runPackets(const PacketsOptions& options, Session& session);

@@ -24,14 +24,14 @@ namespace fs = std::filesystem;
 /** Means standard output where a folder is expected. */
 constexpr const char* kStandardOutput = "-";
 
-/** The writing of one track into its file. */
+/** Writes a track into its file. */
 class Extraction {
   public:
     Extraction(const TrackDescription& track, std::unique_ptr<NewFile> file)
         : mTrack(track), mFile(std::move(file)), mWriter(makeStreamWriter(track, *mFile)) {}
 
     void write(const Packet& packet) {
-        // No part of the coded stream: players would take it for damage.
+        // Not a part of the coded stream: players would treat it as damage.
         const bool atStart = mBuffers == 0;
         ++mBuffers;
         if (atStart && isCommentHeader(packet.bytes)) {

@@ -33,8 +33,8 @@ class SeekTestRecords : public CommandRecords {
         }
     }
     void operator()(const SeekRange& range) { mRange = range; }
-    // Each seek lands somewhere, but a file that has taken over the plug-in's process may send
-    // anything.
+    // Each seek of a working plug-in has a landing. But a file that controls the plug-in's process
+    // may send any records.
     void operator()(const SeekLanded& seek) {
         if (!seek.landings.empty()) {
             mSeeks.push_back(seek);
@@ -136,7 +136,7 @@ std::string csvLines(const std::string& path, const SeekTestRecords& test) {
     return text;
 }
 
-/** The last target is excluded: nothing can be shown there. */
+/** The last target is excluded: there is nothing to show at the end. */
 ExitCode strictCode(const SeekTestRecords& test) {
     const auto& seeks = test.seeks();
     const bool allLand = std::all_of(seeks.begin(), seeks.end(), [&test](const SeekLanded& seek) {

@@ -78,8 +78,8 @@ class WavWriter : public StreamWriter {
 
     void write(const Packet& packet) override {
         std::span<const uint8_t> bytes = packet.bytes;
-        // What is left of an Ogg comment header may come first. It must not shift the samples that
-        // follow, or all of them would be noise.
+        // The rest of an Ogg comment header may come first. It must not shift the following
+        // samples, which would turn all of them into noise.
         if (file().size() == kWavHeaderSize && mChannels != 0) {
             bytes = bytes.first(bytes.size() - bytes.size() % blockAlign(mChannels));
         }
@@ -88,7 +88,7 @@ class WavWriter : public StreamWriter {
 
     void finish() override {
         const uint64_t dataBytes = file().size() - kWavHeaderSize;
-        // Chunks begin at even places; the filler is not counted.
+        // Chunks begin at even offsets; the filler byte is not counted.
         if (dataBytes % 2 != 0) {
             file().append(std::vector<uint8_t>{0});
         }
@@ -210,7 +210,7 @@ std::vector<uint8_t> adpcmWavHeader(uint32_t sampleRate, uint16_t channels, uint
     constexpr uint16_t kAdpcmFormat = 2;
     constexpr uint64_t kSampleBits = 4;
     constexpr uint64_t kBlockHead = 7;
-    // As fixed by the format, in pairs.
+    // Fixed by the format, in pairs.
     constexpr std::array<int16_t, 14> kCoefficients = {256, 0,   512, -256, 0,    0,   192,
                                                        64,  240, 0,   460,  -208, 392, -232};
     constexpr uint64_t kExtra = 4 + 2 * kCoefficients.size();

@@ -120,7 +120,7 @@ class Comparison {
 
     void show(const Side& side, Job job, PlayedFileRecords& records) {
         JobRequest request{side.path, std::move(job), mOptions.reads};
-        // A plug-in that differs in a later search alone must be found.
+        // A difference that is only in a later search must be found too.
         request.wholeSearches = true;
         runLimited(std::move(request), side.options, mSession.console, visitedBy(records));
     }

@@ -9,8 +9,8 @@ namespace ogmprobe {
 
 /**
  * Returns what a device returned for a file, from the lines that `ogmdump` wrote there. A failure
- * on the device, or a missing end, is the played file's failure. Throws `ProbeError` with `kFile`
- * if the file is no such dump, or one with seeks.
+ * on the device, or a missing end of the dump, becomes the played file's failure. Throws
+ * `ProbeError` with `kFile` if the file is not such a dump or is one with seeks.
  */
 PlayedFile readDeviceDump(const std::string& path);
 

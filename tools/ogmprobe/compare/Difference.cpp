@@ -35,7 +35,7 @@ void addMembers(const Difference& like, const ordered_json& a, const ordered_jso
     }
 }
 
-/** Returns whether entries of this name are compared as members of their own. */
+/** Returns whether entries of this name are compared as separate members. */
 bool isCompared(const std::string& name) {
     const std::array<const char*, 9> known = {
             AMEDIAFORMAT_KEY_MIME,          AMEDIAFORMAT_KEY_DURATION,
@@ -266,7 +266,7 @@ void addEnd(const PlayedFile& a, const PlayedFile& b, std::vector<Difference>& d
 
 using ReadPlace = std::vector<SourceRead>::const_iterator;
 
-/** Returns the read that is so many after the first of its run, or that of the next run. */
+/** Returns read number `distance` of the run at `place`, or the first read of the next run. */
 ordered_json readText(ReadPlace place, ReadPlace end, uint64_t distance) {
     if (place != end && distance >= place->count) {
         ++place;

@@ -40,13 +40,13 @@ std::string kindName(DifferenceKind kind);
 /** A difference between two played files, A and B. */
 struct Difference {  // NOLINT(bugprone-exception-escape): JSON values do not throw when moved.
     DifferenceKind kind = DifferenceKind::kOpening;
-    /** What differs; empty where only one thing can. */
+    /** What differs; empty if only one thing can. */
     std::string field;
     std::optional<uint64_t> track;
     /** The packet's number in its track, or the line's in the log, from 0. */
     std::optional<uint64_t> number;
     std::optional<int64_t> timeUs;
-    /** The values; null for what is not there. */
+    /** The values; null if absent. */
     nlohmann::ordered_json a;
     nlohmann::ordered_json b;
     /** By how much all of B's packets from this one on are later, if nothing else differs. */
@@ -56,8 +56,8 @@ struct Difference {  // NOLINT(bugprone-exception-escape): JSON values do not th
 };
 
 /**
- * Returns all differences but those of the log, reads and seeks: opening, container, tracks, then
- * packets in the order of their times, then how tracks and playing end.
+ * Returns all differences except those of the log, reads and seeks: opening, container, tracks,
+ * then packets in the order of their times, then the ends of tracks and of playing.
  */
 std::vector<Difference> differencesBetween(const PlayedFile& a, const PlayedFile& b);
 

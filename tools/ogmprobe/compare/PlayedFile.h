@@ -31,7 +31,7 @@ struct ComparedPacket {  // NOLINT(bugprone-exception-escape): comparing texts d
         return isSync == other.isSync && size == other.size && digest == other.digest &&
                entriesText() == other.entriesText();
     }
-    /** An order that puts equal packets side by side. */
+    /** An order in which equal packets are adjacent. */
     bool operator<(const ComparedPacket& other) const {
         return std::tie(timeUs, isSync, size, digest, entriesText()) <
                std::tie(other.timeUs, other.isSync, other.size, other.digest, other.entriesText());
@@ -49,10 +49,10 @@ struct ComparedTrack {
     std::optional<std::string> failure;
 };
 
-/** What one plug-in returned for one file. */
+/** What a plug-in returned for a file. */
 struct PlayedFile {
     std::optional<FileOpened> opened;
-    /** By their indices. */
+    /** By track index. */
     std::map<uint64_t, ComparedTrack> tracks;
     std::optional<Failure> failure;
     /** Digests of the log lines, in their order. */
@@ -76,7 +76,7 @@ class PlayedFileRecords : public CommandRecords {
 
     void operator()(const FileOpened& opened);
     void operator()(const TrackStarted& started);
-    /** Throws `GoesInCircles`. */
+    /** Throws `EndlessRepetition`. */
     void operator()(const PacketPlayed& played);
     void operator()(const TrackEnded& ended);
     void operator()(const Failure& failure);

@@ -10,12 +10,12 @@ namespace ogmprobe {
 enum class ColorMode { kAuto, kAlways, kNever };
 
 /**
- * Returns whether to colour output to the descriptor. The option beats `NO_COLOR`, which beats the
- * terminal; `NO_COLOR` applies when it is set and not empty.
+ * Returns whether to colour output to the descriptor. The option has priority over `NO_COLOR`,
+ * which applies if it is not empty; otherwise output to a terminal is coloured.
  */
 bool wantsColor(ColorMode mode, int descriptor);
 
-/** Returns the terminal's columns; 0 if it is no terminal or does not report them. */
+/** Returns the terminal's columns; 0 if it is not a terminal or does not report them. */
 size_t terminalColumns(int descriptor);
 
 /** Returns the text in grey, if colour is wanted. */

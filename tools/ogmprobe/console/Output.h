@@ -10,7 +10,7 @@ namespace ogmprobe {
 
 /**
  * Standard output cannot be written: its reader is gone or its disk is full. This is not a failure
- * of one file: the program ends.
+ * of a file; the program ends.
  */
 class OutputError : public std::runtime_error {
   public:

@@ -10,10 +10,10 @@
 namespace ogmprobe {
 namespace {
 
-/** From this number on damage is reported as a whole. */
+/** From this number on, damage is reported in a single finding. */
 constexpr size_t kTooManyToList = 10;
 
-/** A larger leap of page numbers is not a number of lost pages. */
+/** A larger jump of page numbers does not mean lost pages. */
 constexpr uint32_t kLargestLoss = 10000;
 
 /** Returns how many pages are lost between two pages of a stream, by their numbers. */
@@ -175,7 +175,7 @@ void explainChecksums(Explanation& explanation) {
     explanation.add(std::move(finding));
 }
 
-/** Returns whether another finding's damage explains the pages that are missing there. */
+/** Returns whether damage that another finding reports explains the missing pages. */
 bool damageBetween(const OggFile& file, const OggPage& before, const OggPage& after) {
     const auto isBetween = [&](const auto& range) {
         return range.offset >= before.end() && range.end() <= after.offset;
@@ -201,7 +201,7 @@ void explainMissingPages(Explanation& explanation) {
     });
 }
 
-/** Dropped packets, by page. */
+/** Dropped packets of a page. */
 void explainGranules(Explanation& explanation) {
     const OggPage* cause = nullptr;
     const OggPage* causeBefore = nullptr;

@@ -12,9 +12,9 @@
 namespace ogmprobe {
 namespace {
 
-/** The part at the end of a file in which the plug-in looks for the duration. */
+/** The part at the end of a file in which the plug-in searches for the duration. */
 constexpr uint64_t kTailSize = 650520;
-/** Tracks of a file may end at different times. */
+/** Tracks of a file may end at times that differ by this much. */
 constexpr double kToleranceUs = kUsPerSecond;
 
 uint64_t tailOffset(const OggFile& file) {
@@ -49,7 +49,7 @@ const OggPage* lastPage(const Explanation& explanation, const OggStream& stream)
     return found == stream.dataPages.rend() ? nullptr : &pages[*found];
 }
 
-/** Returns that page of the track that ends last. */
+/** Returns the same page for the track that ends last. */
 const OggPage* lastPage(const Explanation& explanation) {
     const OggPage* last = nullptr;
     for (const auto& [serial, stream] : explanation.file().streams()) {

@@ -36,7 +36,7 @@ constexpr std::array<EndCause, 9> kEndCauses = {{
         {"OgmExtractor:499 ", "The frames have more bytes than the packets brought."},
 }};
 
-/** `frmsizecod` of a frame that the plug-in's table has no row for. */
+/** `frmsizecod` of frames for which the plug-in's table has no row. */
 constexpr uint32_t kEndlessFrameCode = 37;
 
 bool hasEndlessAc3Frame(const Explanation& explanation) {

@@ -20,7 +20,7 @@ constexpr std::array<std::string_view, 4> kReadingEnds = {
         log_text::kNextGranuleFailed,
 };
 
-/** Streams of a file end at slightly different times. */
+/** Streams of a file may end at times that differ by this much. */
 constexpr int64_t kUsualLossUs = kUsPerSecond;
 
 std::optional<LoggedLine> lineOfTheEnd(const PluginTrace& trace) {
@@ -32,7 +32,7 @@ std::optional<LoggedLine> lineOfTheEnd(const PluginTrace& trace) {
     return std::nullopt;
 }
 
-/** Returns the pages with bytes of a track that were never cut into packets. */
+/** Returns the pages whose bytes of a track were never cut into packets. */
 std::vector<size_t> unreadPages(const Explanation& explanation, const OggStream& stream) {
     std::vector<size_t> unread;
     for (const size_t index : stream.dataPages) {

@@ -13,14 +13,14 @@ namespace ogmprobe {
 /** Returns the line as a log shows it, and how often it was written. */
 std::string lineText(const LoggedLine& line);
 
-/** Returns the findings for people. */
+/** Returns the findings as text. */
 std::string findingsText(const Explanation& explanation, const ExplainOptions& options, bool color);
 
 /** Writes the pages and the bytes between them, with the log lines that were written there. */
 void writePages(const Explanation& explanation, bool color, Output& output);
 
 /**
- * Returns a line for each stream: what the file holds, what was returned, and where the rest is.
+ * Returns a line for each stream: what the file has, what was returned, and where the rest is.
  */
 std::string ledgersText(const Explanation& explanation);
 

@@ -16,11 +16,11 @@ namespace ogmprobe {
 
 /** Something in the plug-in's results that a user may not expect, and its reason. */
 struct Finding {
-    /** For programs; never changes. */
+    /** Identifier for programs; never changes. */
     std::string id;
-    /** In plain words. */
+    /** A sentence for users. */
     std::string text;
-    /** The same with every such file: no sign of a fault. */
+    /** The same for every such file, so not a sign of a fault. */
     bool usual = false;
     std::optional<uint64_t> track;
     std::optional<uint32_t> serial;
@@ -33,7 +33,7 @@ struct Finding {
     std::optional<LoggedLine> line;
 };
 
-/** A file, what the plug-in did with it, and the findings of comparing the two. */
+/** A file, what the plug-in did with it, and the findings from comparing the two. */
 class Explanation {
   public:
     /** Both must outlive this object. */
@@ -42,7 +42,7 @@ class Explanation {
     const OggFile& file() const { return mFile; }
     const PluginTrace& trace() const { return mTrace; }
 
-    /** Returns accounts by serial number; none before they are set. */
+    /** Returns accounts by serial number; empty before they are set. */
     const std::map<uint32_t, StreamAccount>& accounts() const { return mAccounts; }
     void setAccounts(std::map<uint32_t, StreamAccount> accounts) {
         mAccounts = std::move(accounts);
@@ -97,7 +97,7 @@ void explainStreams(Explanation& explanation);
 void explainDuration(Explanation& explanation);
 /** Junk, damaged pages, lost and dropped packets. */
 void explainDamage(Explanation& explanation);
-/** What junk costs beyond being skipped. */
+/** The cost of junk, apart from skipping it. */
 void explainJunkSearches(Explanation& explanation);
 /** Packets from which no audio frame can be cut. */
 void explainAudio(Explanation& explanation);
@@ -107,13 +107,13 @@ void explainEnd(Explanation& explanation);
 void explainLedgers(Explanation& explanation);
 /** Formats that differ from the streams. */
 void explainFormats(Explanation& explanation);
-/** Times that are negative, stand still or step back. */
+/** Times that are negative, do not advance or step back. */
 void explainTimes(Explanation& explanation);
-/** Log lines that are wrong. */
+/** Log lines that say something wrong. */
 void explainLines(Explanation& explanation);
 
 /**
- * Returns what in the file ended the plug-in, or keeps it busy forever; empty if that is not known.
+ * Returns what in the file ended the plug-in, or makes it search forever; empty if unknown.
  */
 std::string causeOfEnd(const Explanation& explanation, const std::string& message);
 

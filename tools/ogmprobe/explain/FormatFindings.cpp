@@ -154,7 +154,7 @@ void explainAudioFormat(Explanation& explanation, const Subject& subject) {
     const auto differs = [](uint32_t inFrame, const std::optional<int32_t>& inFormat) {
         return inFrame != 0 && inFormat && static_cast<int64_t>(inFrame) != *inFormat;
     };
-    // The channels of DTS are more than its core says where there is one for low frequencies.
+    // If there is a low-frequency channel, DTS has more channels than its core header says.
     const bool knowsChannels = subject.account->kind.framing != AudioFraming::kDts;
     if (!differs(frame.sampleRate, subject.format().sampleRate) &&
         !(knowsChannels && differs(frame.channels, subject.format().channelCount))) {

@@ -7,7 +7,7 @@
 namespace ogmprobe {
 namespace {
 
-/** With so many reads, playing seems to stop. */
+/** With this many reads, playing seems to stop. */
 constexpr uint64_t kManyReads = 10'000'000;
 /** Fewer are not noticed. */
 constexpr uint64_t kFewReads = 100'000;

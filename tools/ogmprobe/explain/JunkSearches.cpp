@@ -29,7 +29,7 @@ void JunkSearches::add(const SourceRead& read) {
         return;
     }
     const auto& range = *std::prev(after);
-    // A read of a packet of four bytes is none of a search.
+    // A single read of four bytes is that of a packet, not a search.
     const bool isSearch = read.count > 1 || !mFile.pieceAt(read.offset, kSearched);
     if (isSearch && (begin < range.end() || isWithinPageAfter(mFile, range, begin))) {
         Cost& cost = mCosts[static_cast<size_t>(std::prev(after) - junk.begin())];

@@ -12,7 +12,8 @@ namespace ogmprobe {
 
 /**
  * Counts the searches for a page, while packets are read, that begin within junk or within the page
- * after it: junk is not added when the plug-in goes on from a page that it found after it.
+ * after it. They happen because the plug-in does not add the length of junk when it continues from
+ * the page after it.
  */
 class JunkSearches {
   public:

@@ -61,14 +61,15 @@ Change changeOf(const FileUnit& unit, const PlayedBuffer& buffer, const StreamAc
     if (unit.withForeignTail) {
         return Change::kForeignTail;
     }
-    if (account.kind.framing == AudioFraming::kAc3 && buffer.likeness.size == takenSize(unit) &&
-        buffer.likeness.size != unit.likeness.size) {
+    if (account.kind.framing == AudioFraming::kAc3 && buffer.fingerprint.size == takenSize(unit) &&
+        buffer.fingerprint.size != unit.fingerprint.size) {
         return Change::kAc3Table;
     }
     if (unit.hasOddHeader) {
         return Change::kPacketHeader;
     }
-    return account.kind.framing == AudioFraming::kDts && buffer.likeness.size < unit.likeness.size
+    return account.kind.framing == AudioFraming::kDts &&
+                           buffer.fingerprint.size < unit.fingerprint.size
                    ? Change::kCutAtSync
                    : Change::kUnknown;
 }

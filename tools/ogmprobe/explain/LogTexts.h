@@ -70,7 +70,7 @@ inline constexpr std::string_view kFrameWithoutRate = "fscod=3";
 inline constexpr std::string_view kFrameOfUnknownVersion = "[dequeueAccessUnitAC3]***wrong bsid";
 inline constexpr std::string_view kErrorWithoutError = "set  mDequeueMpegAudioOgm :";
 
-/** Lines below the level of warnings that are not routine. */
+/** Lines of interest whose level is lower than that of warnings. */
 inline constexpr auto kNotableLines = std::to_array<std::string_view>({
         " *****Track Type[",
         kJunkSkipped,

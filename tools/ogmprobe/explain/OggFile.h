@@ -20,7 +20,7 @@ constexpr uint64_t kNoGranule = ~uint64_t{0};
 
 struct OggPage {
     uint64_t offset = 0;
-    /** Of header and lacing table. */
+    /** Size of header and lacing table. */
     uint64_t headerSize = 0;
     uint64_t bodySize = 0;
     uint8_t version = 0;
@@ -28,15 +28,15 @@ struct OggPage {
     uint64_t granule = 0;
     uint32_t serial = 0;
     uint32_t sequence = 0;
-    /** Packets that end on the page. */
+    /** Number of packets that end on the page. */
     uint32_t packets = 0;
-    /** Bytes of the first packet, or piece of one, on the page. */
+    /** Bytes of the first packet, or piece of a packet, on the page. */
     uint64_t firstPieceSize = 0;
-    /** Bytes of the page beyond the end of the file. */
+    /** Number of the page's bytes that are beyond the end of the file. */
     uint64_t missingBytes = 0;
     bool checksumRight = true;
     bool beginsWithComment = false;
-    /** The header of the stream that the page announces, if it does. */
+    /** The header of the stream that the page announces, if any. */
     std::optional<StreamHeader> announced;
     /** Indices into the file's pieces: from the first up to, but not including, the second. */
     size_t firstPiece = 0;
@@ -51,13 +51,13 @@ struct OggPage {
     bool isReadable() const { return version == 0 && flags < 8; }
 };
 
-/** A packet, or the part of it on one page. */
+/** A packet, or the part of a packet that is on one page. */
 struct OggPiece {
     uint64_t offset = 0;
     uint32_t size = 0;
     /** Index of its page. */
     uint32_t page = 0;
-    /** The packet ends with it. */
+    /** Whether the packet ends with it. */
     bool endsPacket = false;
 };
 

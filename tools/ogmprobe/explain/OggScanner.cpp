@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view kCapturePattern = "OggS";
 constexpr std::string_view kCommentHeader = "\3vorbis";
 
-// Places of the fields in a page header.
+// Offsets of the fields in a page header.
 constexpr size_t kVersion = 4;
 constexpr size_t kFlags = 5;
 constexpr size_t kGranule = 6;

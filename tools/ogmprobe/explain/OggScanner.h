@@ -20,13 +20,13 @@ class OggScanner {
 
     uint64_t size() const { return mSource.size(); }
     /**
-     * Returns where the first capture pattern from the offset on begins; the file's size without
-     * one.
+     * Returns the offset of the first capture pattern from the offset on; the file's size if there
+     * is none.
      */
     uint64_t findPage(uint64_t offset);
     /**
-     * Returns the page that begins with the capture pattern there; adds its pieces, without their
-     * page.
+     * Returns the page whose capture pattern is there. Adds its pieces; their page index is not
+     * set.
      */
     OggPage page(uint64_t offset, std::vector<OggPiece>& pieces);
     /** Returns the bytes, as many as the file has; valid until the next call. */

@@ -19,7 +19,7 @@ namespace {
 /** The plug-in reads a page's header in two steps: this much, then the lacing table. */
 constexpr uint64_t kPageHeaderRead = 27;
 
-// No page is read so often, not even where one track waits for another.
+// No page is read this often, not even if one track waits for another.
 constexpr uint32_t kCircles = 16;
 
 constexpr std::array<std::pair<std::string_view, PieceEvent>, 7> kEvents = {{
@@ -54,7 +54,7 @@ void PluginTrace::add(const PacketPlayed& played) {
     if (track.buffers.empty()) {
         track.beginsWithComment = isCommentHeader(played.packet.bytes);
     }
-    track.buffers.push_back({Likeness(played.packet.bytes), played.packet.timeUs});
+    track.buffers.push_back({Fingerprint(played.packet.bytes), played.packet.timeUs});
     mLimit.add(played.packet);
 }
 
@@ -80,7 +80,7 @@ void PluginTrace::add(const SourceRead& read) {
     if (mCall.function == PluginFunction::kRead) {
         mJunkSearches.add(read);
     }
-    // Reads byte by byte are a search for a page; known pages are read otherwise.
+    // Byte-by-byte reads are a search for a page; known pages are read in another way.
     if (read.count > 1) {
         return;
     }
@@ -114,7 +114,7 @@ void PluginTrace::notePieceRead(const SourceRead& read) {
     if (!mPiece) {
         return;
     }
-    // Empty packets begin at one place.
+    // Empty packets begin at the same offset.
     const auto& pieces = mFile.pieces();
     while (pieces[*mPiece].size == 0 && mPieces[*mPiece].wasRead && *mPiece + 1 < pieces.size() &&
            pieces[*mPiece + 1].size == 0 && pieces[*mPiece + 1].offset == pieces[*mPiece].offset) {
@@ -140,7 +140,7 @@ void PluginTrace::notePayloadRead(const OggPage& page, size_t index, const Sourc
         return;
     }
     if (++mPages[index].timesCut > kCircles) {
-        throw GoesInCircles(
+        throw EndlessRepetition(
                 fmt::format("it returns to the page at offset {} without end", page.offset));
     }
 }
@@ -164,7 +164,7 @@ void PluginTrace::add(const LogLine& line) {
         return;
     }
     const auto page = mOffset ? mFile.pageAt(*mOffset) : std::nullopt;
-    // The same line again and again, as for each packet of a page, is one entry.
+    // A repeated line, as for each packet of a page, is one entry.
     const int64_t place = page ? static_cast<int64_t>(*page) : -1;
     const std::string key =
             fmt::format("{} {} {}", static_cast<int>(mCall.function), place, line.text);

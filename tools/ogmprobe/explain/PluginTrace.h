@@ -12,7 +12,7 @@
 #include "explain/JunkSearches.h"
 #include "explain/OggFile.h"
 #include "jobs/PlayLimit.h"
-#include "records/Likeness.h"
+#include "records/Fingerprint.h"
 #include "records/Records.h"
 
 namespace ogmprobe {
@@ -25,7 +25,7 @@ struct LoggedLine {
     PluginFunction function = PluginFunction::kNone;
     /** Where the call's last read before the line began; nothing if there was no read. */
     std::optional<int64_t> offset;
-    /** How often it was written there. */
+    /** How often it was written at this place. */
     uint64_t count = 0;
 };
 
@@ -42,15 +42,15 @@ enum class PieceEvent : uint8_t {
 
 /** A buffer that a track returned. */
 struct PlayedBuffer {
-    Likeness likeness;
+    Fingerprint fingerprint;
     int64_t timeUs = 0;
 };
 
-/** What one track returned. */
+/** What a track returned. */
 struct PlayedTrack {
     TrackDescription description;
     std::optional<uint32_t> serial;
-    /** The plug-in's number for the codec that the track was made with. */
+    /** The plug-in's number for the track's codec. */
     std::optional<int64_t> streamType;
     /** In the order of reading. */
     std::vector<PlayedBuffer> buffers;
@@ -80,7 +80,7 @@ class PluginTrace {
     void add(const LogLine& line);
 
     const std::optional<FileOpened>& opened() const { return mOpened; }
-    /** By their indices. */
+    /** By track index. */
     const std::map<uint64_t, PlayedTrack>& tracks() const { return mTracks; }
     const std::optional<Failure>& failure() const { return mFailure; }
     const std::vector<LoggedLine>& lines() const { return mLines; }
@@ -89,7 +89,7 @@ class PluginTrace {
     /** Pages that were searched for stream headers. */
     size_t headerPages() const { return mHeaderPages; }
     bool wasHeaderPage(size_t page) const { return mPages[page].searchedForHeader; }
-    /** Whether it was read to be handed on; by its index in the file. */
+    /** Whether a piece was read for a track, by the piece's index in the file. */
     bool wasRead(size_t piece) const { return mPieces[piece].wasRead; }
     bool said(PieceEvent event, size_t piece) const {
         return (mPieces[piece].events >> static_cast<unsigned>(event) & 1U) != 0;
@@ -99,13 +99,13 @@ class PluginTrace {
 
     const JunkSearches& junkSearches() const { return mJunkSearches; }
 
-    /** The first line that begins so. */
+    /** The first line with this beginning. */
     const LoggedLine* line(std::string_view beginning) const;
-    /** The first that was also written at a place from `offset` up to `end`. */
+    /** The first such line that was written at a place from `offset` up to `end`. */
     const LoggedLine* line(std::string_view beginning, uint64_t offset, uint64_t end) const;
-    /** All that were written there, in the order of the places. */
+    /** All such lines that were written there, in the order of the places. */
     std::vector<const LoggedLine*> linesAt(uint64_t offset, uint64_t end) const;
-    /** Of several tracks with the number the last gets the packets. */
+    /** If several tracks have the number, the last one, which gets the packets. */
     std::optional<uint64_t> trackOf(uint32_t serial) const;
 
   private:
@@ -135,7 +135,7 @@ class PluginTrace {
     std::multimap<int64_t, size_t> mLinesByOffset;
     std::vector<PageUse> mPages;
     std::vector<PieceUse> mPieces;
-    /** The one that was read last. */
+    /** The last one that was read. */
     std::optional<size_t> mPiece;
     bool mPieceIsNew = false;
     JunkSearches mJunkSearches;

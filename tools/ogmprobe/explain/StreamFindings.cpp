@@ -13,7 +13,7 @@
 namespace ogmprobe {
 namespace {
 
-/** The plug-in decides by this many bytes whether it accepts a file. */
+/** The plug-in reads this many bytes to decide whether it accepts a file. */
 constexpr uint64_t kSniffedBytes = 1024;
 
 constexpr std::array<std::string_view, 4> kHeaderSearchEnds = {
@@ -68,7 +68,7 @@ std::string refusalText(const OggFile& file, const PluginTrace& trace) {
                        kSniffedBytes, whereHeadersAre(file));
 }
 
-/** Why a stream has no track: for programs, for the list of pages, for people. */
+/** Why a stream has no track: for programs, for the list of pages, for users. */
 struct Reason {
     std::string id;
     std::string brief;
@@ -157,7 +157,7 @@ Reason whyNoTrack(const Explanation& explanation, size_t index) {
     return notAccepted(page.announced.value_or(StreamHeader({})), page, trace);
 }
 
-/** If junk holds another stream's header, the plug-in takes it for the page's own. */
+/** If junk contains another stream's header, the plug-in reads it as that of the page. */
 void explainForeignHeader(Explanation& explanation, const OggPage& page, const JunkRange& junk,
                           const LoggedLine& line) {
     Finding finding;
@@ -232,7 +232,7 @@ void explainUnannounced(Explanation& explanation, const OggStream& stream) {
     explanation.addNoTrack("no header page", std::move(finding));
 }
 
-/** A line ends the search for a codec configuration that the line before it begins. */
+/** One log line begins a search for a stream's codec configuration, another reports its failure. */
 void explainCodecConfigs(Explanation& explanation) {
     std::optional<uint32_t> serial;
     for (const LoggedLine& line : explanation.trace().lines()) {

@@ -14,7 +14,7 @@ constexpr std::string_view kVideo = "\1video";
 constexpr std::string_view kAudio = "\1audio";
 constexpr std::string_view kText = "\1text";
 
-// Places of the fields in a header of an OGM stream.
+// Offsets of the fields in an OGM stream header.
 constexpr size_t kName = 1;
 constexpr size_t kSubtype = 9;
 constexpr size_t kSubtypeSize = 4;
@@ -69,7 +69,7 @@ StreamHeader::StreamHeader(std::span<const uint8_t> packet) : kind(kindOf(packet
     }
 }
 
-// Wraps as the plug-in does, so that times can be compared with the plug-in's.
+// Wraps like the plug-in, so that times can be compared with the plug-in's.
 std::optional<int64_t> StreamHeader::timeUs(uint64_t granule) const {
     if (kind == StreamKind::kVideo && timeUnit != 0) {
         return static_cast<int64_t>(granule * timeUnit / kUnitsPerUs);

@@ -13,7 +13,7 @@ enum class StreamKind { kVideo, kAudio, kText, kVorbis, kTheora, kOther };
 /** "video", "audio", "text", "Vorbis", "Theora" or "unknown". */
 const char* kindName(StreamKind kind);
 
-/** The number of pages on which the plug-in looks for such packets. */
+/** The number of pages on which the plug-in searches for such packets. */
 inline constexpr size_t kHeaderPages = 121;
 
 /** The packet that announces a stream of an Ogg file. Fields beyond its end are 0. */
@@ -25,14 +25,14 @@ struct StreamHeader {
     uint64_t timeUnit = 0;
     uint64_t samplesPerUnit = 0;
     uint16_t bitsPerSample = 0;
-    /** Of audio. */
+    /** Only for audio. */
     uint16_t channels = 0;
-    /** Samples in a second, of Vorbis. */
+    /** Samples per second, only for Vorbis. */
     uint32_t vorbisRate = 0;
 
     explicit StreamHeader(std::span<const uint8_t> packet);
 
-    /** Returns the time of a granule position; nothing if the header does not say. */
+    /** Returns the time of a granule position; nothing if the header lacks what is needed. */
     std::optional<int64_t> timeUs(uint64_t granule) const;
     /** "video XVID", "audio 0055", "text", "Vorbis". */
     std::string name() const;

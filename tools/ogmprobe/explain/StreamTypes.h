@@ -12,7 +12,7 @@ inline constexpr int64_t kPcm = 5;
 inline constexpr int64_t kMpegAudio = 6;
 inline constexpr int64_t kAc3 = 7;
 inline constexpr int64_t kDts = 8;
-/** Audio codecs have smaller numbers. */
+/** The numbers of audio codecs are smaller. */
 inline constexpr int64_t kFirstVideo = 16;
 inline constexpr int64_t kMpeg4Video = 18;
 inline constexpr int64_t kMpegVideo = 19;

@@ -59,8 +59,8 @@ void explainNegative(Explanation& explanation, uint64_t index, const PlayedTrack
 }
 
 /**
- * Steps back, apart from those of pictures that are stored after a later one: these are not in
- * front of what was shown before it.
+ * Counts steps back in time, except those of pictures that are only stored after a later picture:
+ * these are not earlier than what was shown before that picture.
  */
 OddTimes stepsBack(const PlayedTrack& track) {
     OddTimes odd;
@@ -97,7 +97,7 @@ void explainStepsBack(Explanation& explanation, uint64_t index, const PlayedTrac
 /** Where a buffer's time comes from. */
 struct TimeSource {
     uint32_t page = 0;
-    /** Of the stream's page before that. */
+    /** From the stream's page before that. */
     uint64_t granule = 0;
 };
 

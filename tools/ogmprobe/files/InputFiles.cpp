@@ -49,7 +49,7 @@ bool isFolder(const fs::directory_entry& entry) {
     return !entry.is_symlink(ignored) && entry.is_directory(ignored);
 }
 
-/** One folder that cannot be listed costs its own files alone. */
+/** A folder that cannot be listed affects only its own files. */
 void addOgmFilesIn(const fs::path& folder, NamedFiles& files) {
     std::error_code error;
     fs::directory_iterator entry(folder, error);
@@ -69,7 +69,7 @@ void addOgmFilesIn(const fs::path& folder, NamedFiles& files) {
 }  // namespace
 
 std::string pathToOpen(const std::string& name) {
-    // By their names: a pipe can be read only once.
+    // By name, because a pipe can be read only once.
     static std::map<std::string, SpooledFile> spooled;
     const bool isStandardInput = name == kStandardInput;
     if (!isStandardInput && !isPipe(name)) {

@@ -12,14 +12,14 @@ inline constexpr const char* kStandardInput = "-";
 /**
  * Returns the path to open for a file that the user names. A plug-in reads at any offset, so
  * standard input or a pipe is first copied into a temporary file, which is deleted at the end of
- * the program. Not for the extractor's process. Throws `ProbeError` with `kFile`.
+ * the program. Not to be called in the extractor's process. Throws `ProbeError` with `kFile`.
  */
 std::string pathToOpen(const std::string& name);
 
-/** What a name stands for. */
+/** The files of a name. */
 struct NamedFiles {
     std::vector<std::string> paths;
-    /** Why folders in it could not be listed, a sentence each. */
+    /** For each folder that could not be listed, a sentence with the reason. */
     std::vector<std::string> failures = {};
 };
 

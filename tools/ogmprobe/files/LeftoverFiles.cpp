@@ -60,7 +60,7 @@ HeldSignals::~HeldSignals() {
 
 void removeLeftoverFilesOnSignals() {
     for (const int number : kEndingSignals) {
-        // A signal that is ignored, as under nohup, stays ignored.
+        // A signal that is ignored, as with nohup, stays ignored.
         if (std::signal(number, LeftoverFile::onSignal) == SIG_IGN) {
             std::signal(number, SIG_IGN);
         }

@@ -7,7 +7,7 @@
 namespace ogmprobe {
 
 /**
- * A file that is only needed for a time: it is removed with this object, or when a signal ends the
+ * A file that is only needed for a time. It is removed with this object, or when a signal ends the
  * program, unless forget() was called. For one thread.
  */
 class LeftoverFile {
@@ -28,15 +28,15 @@ class LeftoverFile {
 
     static void onSignal(int number);
 
-    // A list, because a signal handler can walk along it at any time.
+    // A linked list, because a signal handler may iterate over it at any time.
     static std::atomic<LeftoverFile*> sFirst;
     const char* mPath = nullptr;
     std::atomic<LeftoverFile*> mNext{nullptr};
 };
 
 /**
- * Blocks the signals that remove the files during its lifetime: for the moment between making a
- * file and watching it.
+ * During its lifetime, blocks the signals that remove the files. For the time between creating a
+ * file and registering it.
  */
 class HeldSignals {
   public:
@@ -54,8 +54,8 @@ class HeldSignals {
 void removeLeftoverFilesOnSignals();
 
 /**
- * For a process that was just forked: forgets the parent's files, and makes SIGTERM remove those
- * that this process watches from now on.
+ * For a process that was just forked: forgets the parent's files, and makes SIGTERM remove the
+ * files that this process registers from now on.
  */
 void removeOwnLeftoverFilesOnTermination();
 

@@ -11,20 +11,20 @@
 
 namespace ogmprobe {
 
-/** What to do if a file exists at the place of a new one. */
+/** What to do if the path of a new file exists. */
 enum class Existing { kRefuse, kOverwrite };
 
 /**
- * A file that gets its name only when it is whole. Until then it lies beside its place, under the
- * name with ".part" added; it is removed if it never becomes whole, be it that this object goes or
- * that ends the program.
+ * A file that gets its name only when it is complete. Until then its name has ".part" appended. If
+ * it is never completed, it is removed with this object, or when a signal ends the program.
  *
- * All functions throw `ProbeError` with `ExitCode::kFile` when the system refuses.
+ * All functions throw `ProbeError` with `ExitCode::kFile` if the system refuses.
  */
 class NewFile {
   public:
     /**
-     * Neither the part nor, later, the whole file replaces another one unless `existing` allows it.
+     * Neither the ".part" file nor, later, the complete file replaces another file unless
+     * `existing` allows it.
      */
     NewFile(std::filesystem::path path, Existing existing);
     /** Returns standard output as a file without a name, whose start cannot be replaced. */
@@ -37,16 +37,16 @@ class NewFile {
     const std::filesystem::path& partPath() const { return mPartPath; }
     uint64_t size() const { return mSize; }
 
-    /** Adds at the end. */
+    /** Appends bytes. */
     void append(std::span<const uint8_t> bytes);
     /** Replaces bytes at the beginning; does nothing if that is impossible. */
     void overwriteStart(std::span<const uint8_t> bytes);
 
-    // Nothing may be written after either.
+    // After either of these, nothing may be written.
 
     /** Gives the complete file its name. */
     void commit();
-    /** The file will never be whole, but stays under its ".part" name. */
+    /** The file will not be completed, but is kept under its ".part" name. */
     void keepPart();
 
   private:

@@ -16,8 +16,8 @@ class SpooledFile {
     static constexpr uint64_t kLimit = uint64_t{16} << 30;
 
     /**
-     * Reads the pipe to its end. Throws `ProbeError` with `kFile`, also when there are more bytes
-     * than the limit. `name` is the pipe's name in messages.
+     * Reads the pipe to its end. Throws `ProbeError` with `kFile`, also if the pipe exceeds the
+     * limit. `name` is the pipe's name in messages.
      */
     SpooledFile(int pipe, const std::string& name, uint64_t limit = kLimit);
 

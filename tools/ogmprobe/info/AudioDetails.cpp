@@ -48,7 +48,7 @@ void addLayout(uint32_t acmod, bool hasLow, AudioDetails& details) {
     details.layout += hasLow ? acmod > kAc3Stereo ? ".1" : " and a low channel" : "";
 }
 
-/** 0 is reserved, and means as much as 31. */
+/** 0 is reserved and treated as 31. */
 void addDialogue(uint32_t dialnorm, AudioDetails& details) {
     constexpr int32_t kLowest = 31;
     details.dialogueDb = dialnorm == 0 ? -kLowest : -static_cast<int32_t>(dialnorm);
@@ -97,7 +97,7 @@ std::string lameMarkAt(Bytes stream) {
     return std::string(stream.begin(), stream.begin() + (end - stream.begin()));
 }
 
-/** The mark that stands there most often: frames cut some of them off. */
+/** The most frequent mark, because frame boundaries cut some marks off. */
 std::string lameVersion(Bytes stream) {
     std::map<std::string, size_t> counts;
     auto from = stream.begin();

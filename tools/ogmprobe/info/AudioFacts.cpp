@@ -58,17 +58,17 @@ void addBitrate(const std::vector<FileUnit>& units, AudioFacts& facts) {
     }
     const auto [least, most] = std::minmax_element(
             units.begin(), units.end(),
-            [](const auto& a, const auto& b) { return a.likeness.size < b.likeness.size; });
+            [](const auto& a, const auto& b) { return a.fingerprint.size < b.fingerprint.size; });
     uint64_t bytes = 0;
     uint64_t samples = 0;
     for (const FileUnit& unit : units) {
-        bytes += unit.likeness.size;
+        bytes += unit.fingerprint.size;
         samples += unit.frame.addsToFrameBefore ? 0 : unit.frame.samples;
     }
     constexpr double kBits = 8;
     const double seconds = static_cast<double>(samples) / static_cast<double>(first.sampleRate);
     facts.bitrate = kBits * static_cast<double>(bytes) / seconds;
-    facts.constantBitrate = most->likeness.size - least->likeness.size <= slotSize(first);
+    facts.constantBitrate = most->fingerprint.size - least->fingerprint.size <= slotSize(first);
 }
 
 }  // namespace
@@ -99,7 +99,7 @@ std::optional<AudioFacts> framedAudioFacts(const OggFile& file, StreamPackets st
 }
 
 std::optional<AudioFacts> vorbisFacts(std::span<const uint8_t> header) {
-    // Places of the fields in the packet.
+    // Offsets of the fields in the packet.
     constexpr size_t kChannels = 11;
     constexpr size_t kRate = 12;
     constexpr size_t kNominalBitrate = 20;

@@ -19,9 +19,9 @@ struct AudioFacts {
     std::string coding;
     uint32_t sampleRate = 0;
     uint32_t channels = 0;
-    /** Bits per second; nothing if no header says. */
+    /** Bits per second; nothing if no header has it. */
     std::optional<double> bitrate;
-    /** All examined frames have the same bitrate; nothing if that is not known. */
+    /** Whether all examined frames have the same bitrate; nothing if unknown. */
     std::optional<bool> constantBitrate;
 };
 

@@ -17,10 +17,11 @@
 namespace ogmprobe {
 namespace {
 
-/** The largest bitrate is that of a second. */
+/** The largest bitrate is measured over one second. */
 constexpr int64_t kInterval = kUsPerSecond;
 
-/** So many bytes hold enough pictures to see how B pictures stand, and frames for a mark. */
+/** Enough bytes for several pictures, to count B pictures, and for frames with an encoder's mark.
+ */
 constexpr size_t kManyPictures = 1 << 18;
 constexpr size_t kManyFrames = 1 << 15;
 
@@ -32,7 +33,7 @@ struct VideoFamily {
     ReadFacts read;
 };
 
-/** Beginnings of FOURCCs in capital letters; all others are of MPEG-4 part 2. */
+/** Beginnings of FOURCCs in capital letters; all others mean MPEG-4 part 2. */
 constexpr std::array<VideoFamily, 20> kVideoFamilies = {{
         {"H264", h264Facts},  {"X264", h264Facts}, {"AVC", h264Facts},   {"DAVC", h264Facts},
         {"VSSH", h264Facts},  {"MPG", mpeg2Facts}, {"MPEG", mpeg2Facts}, {"MP2V", mpeg2Facts},
@@ -171,7 +172,7 @@ class StreamFactsBuilder {
     StreamFacts mFacts;
 };
 
-/** If the plug-in logs nothing, `explain` finds more. */
+/** If the plug-in logs nothing about it, `explain` finds more. */
 std::string whyNoTrack(const OggFile& file, const OggStream& stream, const TrackSources& sources) {
     if (!stream.announcement) {
         return "no header page";

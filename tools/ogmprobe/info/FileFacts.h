@@ -15,7 +15,7 @@
 
 namespace ogmprobe {
 
-/** What the file itself says about one of its streams, independent of the plug-in. */
+/** Facts about a stream from the file itself, without the plug-in. */
 struct StreamFacts {
     uint32_t serial = 0;
     /** "video", "audio", "text", "Vorbis", "Theora", "unknown". */
@@ -23,10 +23,10 @@ struct StreamFacts {
     /** FOURCC or format tag; empty for other kinds. */
     std::string codec;
     std::optional<uint64_t> track;
-    /** In a few words; empty for a stream with a track, and if nothing is known about tracks. */
+    /** Why it has no track; empty if it has one, and if nothing is known about tracks. */
     std::string whyNoTrack;
     std::optional<uint16_t> bitsPerSample;
-    /** Without headers. */
+    /** Number of packets, without headers. */
     uint64_t packets = 0;
     uint64_t bytes = 0;
     /** Percentage of the file's bytes that the stream's packets take. */
@@ -36,7 +36,7 @@ struct StreamFacts {
     /** Bits per second over the whole duration, and in the second with the most. */
     std::optional<double> averageBitrate;
     std::optional<double> largestBitrate;
-    /** Of video: pictures per second by the stream header. */
+    /** Only for video: pictures per second, from the stream header. */
     std::optional<double> frameRate;
     std::optional<VideoFacts> video;
     std::optional<AudioFacts> audio;
@@ -44,7 +44,7 @@ struct StreamFacts {
     Comments comments;
 };
 
-/** What the file itself says. */
+/** Facts from the file itself. */
 struct FileFacts {
     /** The longest duration of its streams. */
     std::optional<int64_t> durationUs;
@@ -57,10 +57,10 @@ struct FileFacts {
     uint64_t streamsWithoutTrack() const;
 };
 
-/** What the plug-in's log lines say about the tracks of streams. */
+/** Facts about the tracks of streams, from the plug-in's log lines. */
 struct TrackSources {
     uint64_t tracks = 0;
-    /** The streams that were accepted, one after the other, and the codecs that were not. */
+    /** The accepted streams, in order, and the refused codecs. */
     std::vector<uint32_t> accepted;
     bool refusedVideo = false;
     bool refusedAudio = false;

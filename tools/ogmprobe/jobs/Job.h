@@ -35,7 +35,7 @@ struct PlayRequest {
     std::vector<size_t> tracks;
     /** Empty: read from the beginning. */
     std::vector<int64_t> seeksUs;
-    /** At most so many packets of each track after each seek. */
+    /** Maximum number of packets of each track after each seek. */
     std::optional<uint64_t> count;
     /** Whether packets include the format entries of their buffers. */
     bool keepEntries = false;

@@ -123,7 +123,7 @@ PlayedTracks::PlayedTracks(const MediaFile& file, const std::vector<size_t>& sel
     startInPlayersOrder(tracks, kinds);
     std::optional<size_t> firstVideo;
     for (auto& track : tracks) {
-        // What a decoder is set up with is the started track's own format.
+        // A decoder is configured with the started track's own format.
         TrackDescription description = describeTrack(track->index(), track->format());
         if (description.kind == TrackKind::kVideo && !firstVideo) {
             firstVideo = mStreams.size();

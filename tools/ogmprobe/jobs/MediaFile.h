@@ -19,7 +19,7 @@ namespace ogmprobe {
 class MediaFile {
   public:
     /**
-     * Throws `ProbeError`: the file cannot be read, or the plug-in does not take it. Library and
+     * Throws `ProbeError` if the file cannot be read or the plug-in does not take it. Library and
      * source must outlive this object.
      */
     MediaFile(const PluginLibrary& library, FileSource& source);
@@ -57,13 +57,13 @@ class TrackStream : public PacketStream {
     std::optional<TrackEnded> mEnd;
 };
 
-/** Tracks of one file, ready to be read side by side. */
+/** Started tracks of a file, to be read together. */
 class PlayedTracks {
   public:
     /**
-     * Makes and starts tracks in the players' order, and records each; an empty selection means
-     * all. Throws `ProbeError`: `kUsage` for a track that the file does not have, `kFile` when one
-     * does not start. The file must outlive this object.
+     * Creates and starts tracks in the order of players, and records each. An empty selection means
+     * all tracks. Throws `ProbeError`: `kUsage` for a track that the file does not have, `kFile` if
+     * a track does not start. The file must outlive this object.
      */
     PlayedTracks(const MediaFile& file, const std::vector<size_t>& selection,
                  const RecordSink& sink);

@@ -8,8 +8,8 @@
 
 namespace ogmprobe {
 
-/** The plug-in reads, or returns, the same again and again. */
-class GoesInCircles : public std::runtime_error {
+/** The plug-in reads or returns the same again and again. */
+class EndlessRepetition : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
@@ -19,16 +19,16 @@ class PlayLimit {
   public:
     explicit PlayLimit(uint64_t fileSize) : mLimit(kExpansion * fileSize + kSmallFile) {}
 
-    /** Throws `GoesInCircles` when the packets exceed what any file can hold. */
+    /** Throws `EndlessRepetition` when the packets exceed what any file can hold. */
     void add(const Packet& packet) {
         mPlayed += kPacketCost + packet.bytes.size();
         if (mPlayed > mLimit) {
-            throw GoesInCircles("it has returned many times the bytes of the file");
+            throw EndlessRepetition("it has returned many times the bytes of the file");
         }
     }
 
   private:
-    // No file returns its bytes so many times, even where one track waits for another.
+    // No file returns its bytes this often, not even if one track waits for another.
     static constexpr uint64_t kExpansion = 8;
     static constexpr uint64_t kSmallFile = 1 << 20;
     // Empty packets must reach the limit too.

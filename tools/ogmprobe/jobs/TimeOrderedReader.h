@@ -19,13 +19,13 @@ class PacketStream {
     virtual ~PacketStream() = default;
 
     /**
-     * Returns the next packet, or with a seek the packet that the stream lands on. Returns nothing
-     * at the end; then it must not be called again before a seek.
+     * Returns the next packet; with a seek, the packet on which the stream lands. Returns nothing
+     * at the end; it must not be called again then, except with a seek.
      */
     virtual std::optional<Packet> read(const std::optional<SeekRequest>& seek) = 0;
 };
 
-/** A packet with its place among the packets of its stream. */
+/** A packet and its position in its stream. */
 struct OrderedPacket {
     /** Index of the stream in the reader's list. */
     size_t stream = 0;
@@ -38,19 +38,19 @@ struct OrderedPacket {
 };
 
 /**
- * Reads several streams side by side, always the one whose time is lowest. So a plug-in that finds
- * packets of all tracks while it reads the file never has to keep many of them.
+ * Reads several streams together, always the one with the lowest time. So a plug-in that finds
+ * packets of all tracks while it reads the file never has to queue many of them.
  *
- * A stream's place is the largest time it has reached, because times within a stream may go back.
+ * The time of a stream is the largest one that it has reached, because times may step back.
  */
 class TimeOrderedReader {
   public:
-    /** Streams must outlive the reader. The lead is the one that a seek moves first. */
+    /** Streams must outlive the reader. The lead is the stream that a seek moves first. */
     TimeOrderedReader(const std::vector<PacketStream*>& streams, size_t lead);
 
     /**
-     * Seeks as the players do: the lead to the sync frame closest to the target, then the others to
-     * the time of the packet that it returned (the target if it returned none; never below 0).
+     * Seeks like players: the lead to the sync frame closest to the target, then the others to the
+     * time of the packet that the lead returned (to the target if there was none; never below 0).
      */
     void seek(int64_t targetUs);
 

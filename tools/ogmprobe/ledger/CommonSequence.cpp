@@ -10,15 +10,15 @@ namespace {
 
 using Numbers = std::span<const uint32_t>;
 
-/** The most differences that are followed at a time; memory grows with their square. */
+/** The maximum number of differences in one stretch; memory grows with its square. */
 constexpr int64_t kMostDifferences = 1500;
 
-/** One stretch: from the beginnings to the ends, or as far as the limit allows. */
+/** Compares a stretch: from the beginnings to the ends, or as far as the limit allows. */
 class Stretch {
   public:
     Stretch(Numbers a, Numbers b) : mA(a), mB(b) {}
 
-    /** Adds the common elements and returns how far it has come. */
+    /** Adds the common elements and returns how far it got. */
     Pairing follow(size_t aBefore, size_t bBefore, std::vector<Pairing>& common) {
         const auto aSize = static_cast<int64_t>(mA.size());
         const auto bSize = static_cast<int64_t>(mB.size());
@@ -45,7 +45,7 @@ class Stretch {
         return mReached[static_cast<size_t>(d)][static_cast<size_t>(k + d)];
     }
 
-    /** Returns whether the path to the diagonal passes an element of b that a lacks. */
+    /** Returns whether the path to the diagonal skips an element of b that a lacks. */
     bool comesDown(int64_t d, int64_t k) {
         return k == -d || (k != d && at(d - 1, k - 1) < at(d - 1, k + 1));
     }
@@ -67,7 +67,7 @@ class Stretch {
         at(d, k) = x;
     }
 
-    /** Returns the diagonal that has come furthest; of several the nearest to both ends. */
+    /** Returns the diagonal that got furthest; if there are several, the nearest to both ends. */
     int64_t furthest(int64_t d) {
         int64_t best = -d;
         int64_t most = -1;
@@ -101,7 +101,7 @@ class Stretch {
 
     const Numbers mA;
     const Numbers mB;
-    /** For each number of differences, how far along a each diagonal has come. */
+    /** For each number of differences, how far each diagonal got in `a`. */
     std::vector<std::vector<int64_t>> mReached;
 };
 

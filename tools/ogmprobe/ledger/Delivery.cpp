@@ -9,18 +9,18 @@
 namespace ogmprobe {
 namespace {
 
-/** How far ahead to look for a buffer that only begins like the unit. */
+/** How far ahead to search for a buffer that only begins like the unit. */
 constexpr size_t kLookAhead = 16;
 
 using Key = std::pair<uint64_t, uint64_t>;
 
-Key keyOf(const Likeness& likeness) {
-    return {likeness.digest, likeness.size};
+Key keyOf(const Fingerprint& fingerprint) {
+    return {fingerprint.digest, fingerprint.size};
 }
 
 /** Returns the key of the buffer that the unit should become. */
 Key keyOf(const FileUnit& unit) {
-    return keyOf(unit.withForeignTail.value_or(unit.likeness));
+    return keyOf(unit.withForeignTail.value_or(unit.fingerprint));
 }
 
 /** The elements of one side as numbers, with their places. */
@@ -36,7 +36,7 @@ struct NumberedSide {
 
 class BufferComparison {
   public:
-    BufferComparison(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers)
+    BufferComparison(const std::vector<FileUnit>& units, const std::vector<Fingerprint>& buffers)
         : mUnits(units), mBuffers(buffers) {
         mDelivery.units.resize(units.size());
     }
@@ -74,7 +74,7 @@ class BufferComparison {
         return static_cast<uint32_t>(found - mKeys.begin());
     }
 
-    /** Leaves out what only one side has, which would slow the comparison down. */
+    /** Leaves out elements that only one side has, because they would slow the comparison down. */
     std::vector<Pairing> samePairs() const {
         NumberedSide buffers;
         std::vector<bool> isInBuffers(mKeys.size());
@@ -113,9 +113,9 @@ class BufferComparison {
         }
     }
 
-    std::optional<size_t> unitAlike(size_t from, size_t end, const Likeness& buffer) const {
+    std::optional<size_t> unitAlike(size_t from, size_t end, const Fingerprint& buffer) const {
         for (size_t i = from; i < std::min(end, from + kLookAhead); ++i) {
-            if (!mUnits[i].isLost && mUnits[i].likeness.beginsAlike(buffer)) {
+            if (!mUnits[i].isLost && mUnits[i].fingerprint.hasSameBeginning(buffer)) {
                 return i;
             }
         }
@@ -123,7 +123,7 @@ class BufferComparison {
     }
 
     const std::vector<FileUnit>& mUnits;
-    const std::vector<Likeness>& mBuffers;
+    const std::vector<Fingerprint>& mBuffers;
     /** Of the units, in order; the place of each is its number. */
     std::vector<Key> mKeys;
     Delivery mDelivery;
@@ -131,7 +131,7 @@ class BufferComparison {
 
 }  // namespace
 
-Delivery deliveryOf(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers) {
+Delivery deliveryOf(const std::vector<FileUnit>& units, const std::vector<Fingerprint>& buffers) {
     return BufferComparison(units, buffers).compare();
 }
 

@@ -9,7 +9,7 @@
 
 namespace ogmprobe {
 
-/** Which of a track's buffers holds which unit of the file. */
+/** Which of a track's buffers has which unit of the file. */
 struct Delivery {
     /** For each unit. */
     struct Unit {
@@ -31,6 +31,6 @@ struct Delivery {
  * Compares expected and returned buffers by their bytes, in order. Units that are known to be lost
  * are left out.
  */
-Delivery deliveryOf(const std::vector<FileUnit>& units, const std::vector<Likeness>& buffers);
+Delivery deliveryOf(const std::vector<FileUnit>& units, const std::vector<Fingerprint>& buffers);
 
 }  // namespace ogmprobe

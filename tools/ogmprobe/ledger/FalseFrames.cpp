@@ -24,9 +24,9 @@ class ArrivedBytes {
         }
     }
 
-    /** From the position on, where such a buffer stands. */
-    std::optional<uint64_t> find(const Likeness& buffer, uint64_t position) {
-        const uint64_t shown = std::min<uint64_t>(buffer.size, Likeness::kBeginning);
+    /** The position of such a buffer, searched from `position` on. */
+    std::optional<uint64_t> find(const Fingerprint& buffer, uint64_t position) {
+        const uint64_t shown = std::min<uint64_t>(buffer.size, Fingerprint::kBeginning);
         const auto beginning = std::span(buffer.beginning).first(shown);
         while (shown > 0 && position + buffer.size <= mBytes.size()) {
             const auto window = mBytes.at(position, kPartSize + shown);
@@ -37,7 +37,7 @@ class ArrivedBytes {
                 continue;
             }
             position += static_cast<uint64_t>(found - window.begin());
-            if (Likeness(mBytes.at(position, buffer.size)).isSame(buffer)) {
+            if (Fingerprint(mBytes.at(position, buffer.size)).isSame(buffer)) {
                 return position;
             }
             ++position;
@@ -85,7 +85,7 @@ class ArrivedBytes {
 
 FalseFrames falseFramesOf(const OggFile& file, const PluginTrace& trace,
                           const StreamPackets& packets, const Delivery& delivery,
-                          const std::vector<Likeness>& buffers, OggScanner& scanner) {
+                          const std::vector<Fingerprint>& buffers, OggScanner& scanner) {
     FalseFrames frames;
     if (delivery.foreign.empty()) {
         return frames;
@@ -93,7 +93,7 @@ FalseFrames falseFramesOf(const OggFile& file, const PluginTrace& trace,
     ArrivedBytes arrived(file, trace, packets, scanner);
     uint64_t position = 0;
     for (const size_t buffer : delivery.foreign) {
-        // They are cut out in the order in which they stand.
+        // They are cut in the order of their positions.
         if (const auto found = arrived.find(buffers[buffer], position)) {
             position = *found + buffers[buffer].size;
             ++frames.count;

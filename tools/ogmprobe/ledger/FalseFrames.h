@@ -12,7 +12,7 @@
 
 namespace ogmprobe {
 
-/** Buffers that are no frame of the file, but were cut out of what arrived of its packets. */
+/** Buffers that are not frames of the file, but were cut out of the bytes of its packets. */
 struct FalseFrames {
     uint64_t count = 0;
     /** Where in the file the first of them begins. */
@@ -20,11 +20,11 @@ struct FalseFrames {
 };
 
 /**
- * Looks for the foreign buffers of a stream of frames among the bytes that arrived of it. Throws
+ * Searches for the foreign buffers of a stream of frames in the stream's bytes that arrived. Throws
  * `ProbeError`.
  */
 FalseFrames falseFramesOf(const OggFile& file, const PluginTrace& trace,
                           const StreamPackets& packets, const Delivery& delivery,
-                          const std::vector<Likeness>& buffers, OggScanner& scanner);
+                          const std::vector<Fingerprint>& buffers, OggScanner& scanner);
 
 }  // namespace ogmprobe

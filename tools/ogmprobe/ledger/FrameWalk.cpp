@@ -55,7 +55,7 @@ class FrameWalk {
             (isConfirmed(header, end) || follows(position, header, before))) {
             return WalkedFrame{position, header.size, header};
         }
-        // What a DTS sync word begins is taken for a frame whatever its size field says.
+        // A DTS sync word always begins a frame, whatever its size field says.
         if (mFraming != AudioFraming::kDts) {
             return std::nullopt;
         }

@@ -9,18 +9,18 @@
 
 namespace ogmprobe {
 
-/** A frame and its place in an elementary stream. */
+/** A frame and its position in an elementary stream. */
 struct WalkedFrame {
     uint64_t position = 0;
-    /** By its header, or up to the next frame if the header is not confirmed. */
+    /** From its header; up to the next frame if the header is not confirmed. */
     uint64_t size = 0;
     AudioFrame header;
 };
 
 /**
- * Returns the whole frames of an elementary stream, found without the plug-in: each is followed by
- * another frame, by the end of a packet (`boundaries`, sorted) or by the end of the stream, or it
- * follows such a frame. Bytes between frames are skipped.
+ * Returns the complete frames of an elementary stream, found without the plug-in. A frame counts if
+ * another frame, the end of a packet (`boundaries`, sorted) or the end of the stream follows it, or
+ * if it follows such a frame. Bytes between frames are skipped.
  */
 std::vector<WalkedFrame> walkFrames(AudioFraming framing, StreamBytes& stream,
                                     const std::vector<uint64_t>& boundaries);

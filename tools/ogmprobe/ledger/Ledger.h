@@ -26,11 +26,11 @@ struct Loss {
 struct Ledger {
     uint32_t serial = 0;
     std::optional<uint64_t> track;
-    /** Frames are counted, not packets. */
+    /** Whether frames are counted instead of packets. */
     bool countsFrames = false;
     uint64_t inFile = 0;
     uint64_t returned = 0;
-    /** Of those returned: not as they are in the file. */
+    /** How many of those returned differ from the file. */
     uint64_t changed = 0;
     /**
      * Buffers that repeat an earlier one, and buffers that match no packet or frame of the file.

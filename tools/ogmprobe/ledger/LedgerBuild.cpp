@@ -93,8 +93,8 @@ void countHeadersRead(const PluginTrace& trace, StreamPackets& stream) {
 }
 
 /**
- * A piece that continues a packet is added to the open packet, even if that is another one: the
- * beginning of its own was dropped, or is not in the file.
+ * A piece that continues a packet is added to the open packet, even if it belongs to another one
+ * whose beginning was dropped or is not in the file.
  */
 void findForeignTails(const PluginTrace& trace, StreamPackets& stream) {
     FilePacket* open = nullptr;
@@ -121,11 +121,11 @@ void markLost(const PluginTrace& trace, StreamAccount& account) {
     }
 }
 
-std::vector<Likeness> likenesses(const PlayedTrack& track) {
-    std::vector<Likeness> all;
+std::vector<Fingerprint> fingerprintsOf(const PlayedTrack& track) {
+    std::vector<Fingerprint> all;
     all.reserve(track.buffers.size());
     for (const PlayedBuffer& buffer : track.buffers) {
-        all.push_back(buffer.likeness);
+        all.push_back(buffer.fingerprint);
     }
     return all;
 }
@@ -154,11 +154,11 @@ std::map<uint32_t, StreamAccount> accountsOf(const std::string& path, const OggF
         account.ledger.track = trace.trackOf(serial);
         account.packets = std::move(packets);
         countHeadersRead(trace, account.packets);
-        std::vector<Likeness> buffers;
+        std::vector<Fingerprint> buffers;
         if (account.ledger.track) {
             const PlayedTrack& track = trace.tracks().at(*account.ledger.track);
             account.kind = kindOfTrack(file, trace, track);
-            buffers = likenesses(track);
+            buffers = fingerprintsOf(track);
         }
         account.ledger.countsFrames = account.kind.framing.has_value();
         if (!account.kind.framing) {

@@ -7,17 +7,17 @@ namespace ogmprobe {
 enum class LossReason {
     kNoTrack,
     kNotPlayed,
-    /** Of pages. */
+    // Pages.
     kLastPage,
     kReadingStopped,
     kPassedOver,
-    /** Of packets. */
+    // Packets.
     kGranuleFell,
     kWithoutContent,
     kAfterStuckPacket,
     kEndReportedFirst,
     kStaysQueued,
-    /** Of frames. */
+    // Frames.
     kPieceTooShort,
     kNoSync,
     kNotConfirmed,
@@ -37,13 +37,13 @@ constexpr LossReason lastOf(LossReason) {
 }
 
 struct LossText {
-    /** For programs; never changes. */
+    /** Identifier for programs; never changes. */
     const char* id;
     /** In a few words, after a number: "4 on pages that are not read". */
     const char* brief;
-    /** As a whole sentence; null if another finding reports it. */
+    /** As a sentence; null if another finding reports it. */
     const char* text;
-    /** The same with every such file. */
+    /** The same for every such file. */
     bool usual;
 };
 

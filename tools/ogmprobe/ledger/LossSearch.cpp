@@ -21,7 +21,7 @@ uint64_t takenSize(const FileUnit& unit) {
     const AudioFrame& frame = unit.frame;
     return frame.kind == AudioFrame::Kind::kAc3 && frame.frameSizeCode >= kMissingRow
                    ? ac3FrameSize(frame.sampleRate, frame.frameSizeCode + 1)
-                   : unit.likeness.size;
+                   : unit.fingerprint.size;
 }
 
 LossSearch::LossSearch(const OggFile& file, const PluginTrace& trace, const StreamAccount& account)
@@ -40,7 +40,7 @@ LossSearch::LossSearch(const OggFile& file, const PluginTrace& trace, const Stre
         }
         mFirstQueued = mFirstQueued.value_or(i);
         mLastQueued = i;
-        mArrived = unit.position + unit.likeness.size;
+        mArrived = unit.position + unit.fingerprint.size;
         if (unit.isTooShort && !mStuck) {
             mStuck = i;
         }
@@ -140,7 +140,7 @@ LossReason LossSearch::reasonOfPacket(size_t index) const {
     return mLastOut && index < *mLastOut ? LossReason::kUnknown : reasonOfWaiting(index);
 }
 
-/** For a unit that has arrived, with no returned unit after it. */
+/** For a unit that has arrived and has no returned unit after it. */
 LossReason LossSearch::reasonOfWaiting(size_t index) const {
     if (!isPlayedToItsEnd()) {
         return LossReason::kNotPlayed;
@@ -162,7 +162,7 @@ LossReason LossSearch::reasonOfFrame(size_t index) const {
     if (isInFrameBefore(index)) {
         return LossReason::kInFrameBefore;
     }
-    if (isGivenUpAsFirst(index)) {
+    if (isLostAsFirst(index)) {
         return LossReason::kFirstFrame;
     }
     if (mLastOut && index < *mLastOut) {
@@ -172,8 +172,8 @@ LossReason LossSearch::reasonOfFrame(size_t index) const {
 }
 
 /**
- * For a frame that has arrived, with no returned frame after it: the first stays queued, the others
- * wait for bytes or are part of what the plug-in takes for the frame before.
+ * For a frame that has arrived and has no returned frame after it. The first of these stays queued;
+ * the others wait for bytes, or the plug-in treats them as a part of the frame before.
  */
 LossReason LossSearch::reasonOfWaitingFrame(size_t index) const {
     if (!mLastOut) {
@@ -181,8 +181,8 @@ LossReason LossSearch::reasonOfWaitingFrame(size_t index) const {
     }
     const PlayedTrack& track = mTrace.tracks().at(*mAccount.ledger.track);
     const FileUnit& last = mAccount.units[*mLastOut];
-    uint64_t taken =
-            last.position + track.buffers[*mAccount.delivery.units[*mLastOut].buffer].likeness.size;
+    uint64_t taken = last.position +
+                     track.buffers[*mAccount.delivery.units[*mLastOut].buffer].fingerprint.size;
     for (size_t i = *mLastOut + 1; i <= index; ++i) {
         const FileUnit& unit = mAccount.units[i];
         const bool isWithin = unit.position < taken;
@@ -225,14 +225,15 @@ bool LossSearch::isInFrameBefore(size_t index) const {
     }
     const PlayedTrack& track = mTrace.tracks().at(*mAccount.ledger.track);
     const auto& buffer = track.buffers[*mAccount.delivery.units[*before].buffer];
-    return mAccount.units[*before].position + buffer.likeness.size > mAccount.units[index].position;
+    return mAccount.units[*before].position + buffer.fingerprint.size >
+           mAccount.units[index].position;
 }
 
 /**
- * Returns whether it is the first frame that arrived, and the next one confirmed it and was
- * returned.
+ * Returns whether it is the first frame that arrived, and the next frame confirmed its header and
+ * was returned.
  */
-bool LossSearch::isGivenUpAsFirst(size_t index) const {
+bool LossSearch::isLostAsFirst(size_t index) const {
     if (index != mFirstQueued || !mFirstOut ||
         mAccount.units[index].frame.kind != AudioFrame::Kind::kMpegAudio) {
         return false;

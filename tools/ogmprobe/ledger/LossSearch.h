@@ -11,7 +11,7 @@ namespace ogmprobe {
  */
 uint64_t takenSize(const FileUnit& unit);
 
-/** Finds out why units of one stream were not returned, by the plug-in's reads and log lines. */
+/** Finds out, from the plug-in's reads and log lines, why units of a stream were not returned. */
 class LossSearch {
   public:
     /** All must outlive this object. */
@@ -30,7 +30,7 @@ class LossSearch {
     void findOut();
     bool isInFrameBefore(size_t unit) const;
     bool saidInUnit(PieceEvent event, const FileUnit& unit) const;
-    bool isGivenUpAsFirst(size_t unit) const;
+    bool isLostAsFirst(size_t unit) const;
     bool isFalseFrameNear(size_t unit) const;
     bool saidUpTo(PieceEvent event, size_t piece) const;
     size_t fileIndex(size_t piece) const { return mAccount.packets.pieces[piece]; }
@@ -42,7 +42,7 @@ class LossSearch {
     const StreamAccount& mAccount;
     /** The last piece of the stream that was read. */
     std::optional<size_t> mLastRead;
-    /** Where the arrived bytes of the elementary stream end. */
+    /** Where the bytes of the elementary stream that arrived end. */
     uint64_t mArrived = 0;
     /** The first and the last returned unit. */
     std::optional<size_t> mFirstOut;

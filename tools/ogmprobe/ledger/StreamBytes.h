@@ -19,9 +19,9 @@ class StreamBytes {
     void append(size_t piece, uint64_t fileOffset, uint64_t size);
     uint64_t size() const { return mSize; }
 
-    /** Returns the bytes, as many as there are; valid until the next call. Throws `ProbeError`. */
+    /** Returns the existing bytes of the range; valid until the next call. Throws `ProbeError`. */
     std::span<const uint8_t> at(uint64_t position, uint64_t count);
-    /** Returns the piece that holds the byte; there must be one. */
+    /** Returns the piece with the byte, which must exist. */
     size_t pieceAt(uint64_t position) const { return mExtents[extentAt(position)].piece; }
 
   private:

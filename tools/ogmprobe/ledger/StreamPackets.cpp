@@ -26,7 +26,7 @@ class PacketAssembly {
     StreamPackets take() { return std::move(mStream); }
 
   private:
-    /** Returns false if the file ends before the piece does. */
+    /** Returns false if the file ends within the piece. */
     bool addPiece(const OggFile& file, size_t index, bool isContinued, bool follows) {
         const OggPiece& piece = file.pieces()[index];
         const bool isThere = piece.offset + piece.size <= file.size();

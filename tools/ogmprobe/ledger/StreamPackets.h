@@ -16,11 +16,11 @@ struct FilePacket {
     size_t firstPiece = 0;
     size_t endPiece = 0;
     uint64_t size = 0;
-    /** Its last piece exists, and no page is missing in between. */
+    /** Whether its last piece exists and no page is missing in between. */
     bool isWhole = false;
-    /** It announces the stream. */
+    /** Whether it announces the stream. */
     bool isHeader = false;
-    /** A piece that continues a packet without a beginning: no packet of the file. */
+    /** Whether it is only a piece of a packet whose beginning is missing. */
     bool isOrphan = false;
     /** Pieces of other packets that the plug-in appends to this one. */
     std::vector<size_t> foreignTail;

@@ -12,10 +12,10 @@ namespace {
 
 constexpr std::string_view kComment = "\3vorbis";
 
-/** The plug-in sees no content in an audio packet of this size or less. */
+/** The plug-in treats an audio packet of this size or less as empty. */
 constexpr uint64_t kMostWithoutContent = 3;
 
-/** A duration of 0 says nothing. */
+/** A duration of 0 means unknown. */
 std::optional<uint64_t> lengthByFormat(std::span<const uint8_t> packet) {
     const uint64_t header = packet.empty() ? 0 : headerByFormat(packet.front());
     const uint64_t length = header > packet.size() ? 0 : numberAt(packet.first(header), 1, 8);
@@ -40,16 +40,16 @@ std::vector<uint8_t> narrowed(std::span<const uint8_t> samples) {
     return narrow;
 }
 
-Likeness likenessOf(std::span<const uint8_t> content, PcmChange change) {
+Fingerprint fingerprintOf(std::span<const uint8_t> content, PcmChange change) {
     switch (change) {
         case PcmChange::kWidenedFrom8:
-            return Likeness(widened(content));
+            return Fingerprint(widened(content));
         case PcmChange::kNarrowedFrom24:
-            return Likeness(narrowed(content));
+            return Fingerprint(narrowed(content));
         case PcmChange::kNone:
             break;
     }
-    return Likeness(content);
+    return Fingerprint(content);
 }
 
 /** Makes units from the packets of one stream. */
@@ -70,7 +70,8 @@ class UnitCount {
             units.push_back(unitOf(packet, bytes.at(0, packet.size)));
             if (!packet.foreignTail.empty()) {
                 addTail(bytes, packet);
-                units.back().withForeignTail = unitOf(packet, bytes.at(0, bytes.size())).likeness;
+                units.back().withForeignTail =
+                        unitOf(packet, bytes.at(0, bytes.size())).fingerprint;
             }
         }
         return units;
@@ -93,7 +94,7 @@ class UnitCount {
         std::vector<FileUnit> units;
         for (const WalkedFrame& frame : walkFrames(framing, bytes, boundaries)) {
             FileUnit unit;
-            unit.likeness = Likeness(bytes.at(frame.position, frame.size));
+            unit.fingerprint = Fingerprint(bytes.at(frame.position, frame.size));
             unit.firstPiece = bytes.pieceAt(frame.position);
             unit.lastPiece = bytes.pieceAt(frame.position + frame.size - 1);
             unit.position = frame.position;
@@ -153,8 +154,8 @@ class UnitCount {
         unit.contentSize = bytes.size() - std::min<uint64_t>(headerByFormat(flags), bytes.size());
         unit.isTooShort = header > bytes.size() || (isAudio && bytes.size() <= kMostWithoutContent);
         unit.hasOddHeader = isAudio && !unit.isComment && header != headerByFormat(flags);
-        unit.likeness = likenessOf(bytes.subspan(std::min<uint64_t>(header, bytes.size())),
-                                   mKind.pcmChange);
+        unit.fingerprint = fingerprintOf(bytes.subspan(std::min<uint64_t>(header, bytes.size())),
+                                         mKind.pcmChange);
         return unit;
     }
 

@@ -9,15 +9,15 @@
 #include "ledger/StreamBytes.h"
 #include "ledger/StreamPackets.h"
 #include "plugin/TrackDescription.h"
-#include "records/Likeness.h"
+#include "records/Fingerprint.h"
 
 namespace ogmprobe {
 
 /** What a track should return in one buffer: a packet's content, or a frame. */
 struct FileUnit {
-    Likeness likeness;
-    /** With the bytes of other packets, if the plug-in adds some. */
-    std::optional<Likeness> withForeignTail;
+    Fingerprint fingerprint;
+    /** With the bytes of other packets that the plug-in appends, if any. */
+    std::optional<Fingerprint> withForeignTail;
     /** Indices into the stream's pieces. */
     size_t firstPiece = 0;
     size_t lastPiece = 0;
@@ -29,9 +29,9 @@ struct FileUnit {
     uint64_t contentSize = 0;
     /** Of a frame. */
     AudioFrame frame;
-    /** The plug-in sees no content in the packet and cannot return it. */
+    /** The plug-in treats the packet as empty and cannot return it. */
     bool isTooShort = false;
-    /** The plug-in and the format differ on the size of the packet's header. */
+    /** The plug-in's rule for the size of the packet's header differs from the format's. */
     bool hasOddHeader = false;
     bool isComment = false;
     /** Its bytes were never read, or all were dropped. */
@@ -49,7 +49,7 @@ struct UnitKind {
     PcmChange pcmChange = PcmChange::kNone;
 };
 
-/** Returns all units of the stream but its header packets; for frames, also without comments. */
+/** Returns all units of the stream without header packets; for frames, also without comments. */
 std::vector<FileUnit> unitsOf(const OggFile& file, const StreamPackets& stream,
                               const UnitKind& kind, OggScanner& scanner);
 

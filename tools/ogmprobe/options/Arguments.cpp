@@ -18,7 +18,7 @@
 namespace ogmprobe {
 namespace {
 
-/** Room for the options of all commands, of which one is then taken. */
+/** The options of all commands; those of the chosen one are returned. */
 struct Collected {
     GlobalOptions global;
     InfoOptions info;
@@ -32,7 +32,7 @@ struct Collected {
     CheckOptions check;
 };
 
-/** A command, and what to call for its options. */
+/** A command and the function that sets its options. */
 struct Command {
     CLI::App* app;
     std::function<CommandOptions()> takeOptions;
@@ -66,7 +66,7 @@ std::vector<std::string> namesOf(const std::vector<Command>& commands) {
     return names;
 }
 
-/** Returns a sentence about a missing command, with the one that was probably intended. */
+/** Returns a sentence about a missing command, with a suggestion. */
 std::optional<std::string> complaintOfCommand(const std::vector<std::string>& arguments,
                                               const std::vector<std::string>& names) {
     const auto isName = [&names](const std::string& word) {
@@ -82,7 +82,7 @@ std::optional<std::string> complaintOfCommand(const std::vector<std::string>& ar
            (nearest ? "; did you mean " + *nearest + "?" : "");
 }
 
-/** The parser's own words for what is missing name no remedy. */
+/** The parser's own message about a missing argument does not say what to do. */
 std::string complaintOf(const CLI::ParseError& error) {
     const std::string complaint = error.what();
     if (complaint == "A subcommand is required") {
@@ -113,7 +113,7 @@ std::variant<Options, ExitCode> parseArguments(int argc, const char* const* argv
         return refuse(*complaint, err);
     }
     try {
-        // The parser takes them from the end on.
+        // The parser takes the arguments from the end.
         std::reverse(arguments.begin(), arguments.end());
         app.parse(arguments);
     } catch (const CLI::ParseError& error) {

@@ -34,7 +34,7 @@ bool looksLikeFile(const std::string& word) {
            access(word.c_str(), F_OK) == 0;
 }
 
-/** Letters that have to be changed, added or taken away, two that have changed places being one. */
+/** Number of letters to change, add, remove or swap with the next one. */
 size_t distanceBetween(const std::string& a, const std::string& b) {
     std::vector<std::vector<size_t>> cost(a.size() + 1, std::vector<size_t>(b.size() + 1));
     for (size_t i = 0; i <= a.size(); ++i) {

@@ -7,13 +7,13 @@
 
 namespace ogmprobe {
 
-/** Returns the command whose name is closest to the written one; nothing if none is close. */
+/** Returns the command whose name is most similar; nothing if none is. */
 std::optional<std::string> nearestName(const std::string& written,
                                        const std::vector<std::string>& names);
 
 /**
- * The arguments (without the program's name), with "info" in front where the first of them that
- * is no option names no command but looks like a file.
+ * Returns the arguments (without the program's name). If the first one that is not an option is not
+ * a command but looks like a file, "info" is put before them.
  */
 std::vector<std::string> withCommand(std::vector<std::string> arguments,
                                      const std::vector<std::string>& names);

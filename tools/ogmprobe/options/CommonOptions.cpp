@@ -20,7 +20,7 @@ const std::map<std::string, int> kLogLevels = {
 const std::map<std::string, ColorMode> kColorModes = {
         {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
 
-/** Turns a name into its number. `names` is what the help shows. */
+/** Converts a name to its number. The help shows `names`. */
 template <typename T>
 CLI::Validator oneOf(const std::map<std::string, T>& values, const std::string& names) {
     return {[values, names](std::string& text) -> std::string {
@@ -41,7 +41,7 @@ constexpr uint64_t kMostTracks = 100'000;
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
                      const char* examples) {
     CLI::App* command = app.add_subcommand(name, description);
-    // Options of every command may come after its name too.
+    // Global options may also come after the command's name.
     command->fallthrough();
     command->footer(examples);
     return command;

@@ -9,28 +9,28 @@
 
 #include "options/Options.h"
 
-/** Options that several commands have; they are described alike. */
+/** Options of several commands, with the same description for all. */
 namespace ogmprobe {
 
 inline constexpr const char* kCsvText = "Comma-separated values, with a heading";
 inline constexpr const char* kJsonText = "A JSON document; times are whole microseconds";
 
-/** Adds a command, after whose name the global options are accepted too. */
+/** Adds a command; the global options are also accepted after its name. */
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
                      const char* examples);
 
 void addGlobalOptions(CLI::App& app, GlobalOptions& options);
 
-/** The files and folders that a command is about; at least one. */
+/** The files and folders of a command; at least one. */
 void addFiles(CLI::App& command, std::vector<std::string>& files);
-/** `--track` and `--only-track`, of which one can be used. */
+/** `--track` and `--only-track`, which exclude each other. */
 void addTracks(CLI::App& command, TrackChoice& tracks);
 /** An option whose value is a time, in seconds or as h:mm:ss. */
 void addTime(CLI::App& command, const std::string& name, std::optional<int64_t>& timeUs,
              const char* description);
 
 void addJson(CLI::App& command, bool& json, const char* description = kJsonText);
-/** `--csv` and `--json`, of which one can be used. */
+/** `--csv` and `--json`, which exclude each other. */
 void addCsvAndJson(CLI::App& command, bool& csv, bool& json, const char* csvText = kCsvText,
                    const char* jsonText = kJsonText);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The commands that judge a file, or compare it.
+// The commands that judge or compare files.
 #include <CLI/CLI.hpp>
 #include <string>
 

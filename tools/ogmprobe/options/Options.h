@@ -20,9 +20,9 @@ struct GlobalOptions {
     /** Lowest log priority to show (`ANDROID_LOG_VERBOSE` and so on); nothing: no line is shown. */
     std::optional<int> logPriority;
     ColorMode color = ColorMode::kAuto;
-    /** How long the plug-in may stand still; 0: without limit. */
+    /** How long the plug-in may make no progress; 0: no limit. */
     double timeoutSeconds = 10;
-    /** Shows neither warnings nor progress. */
+    /** Hides warnings and progress. */
     bool quiet = false;
     /** Runs the plug-in unprotected in this process, for a debugger. */
     bool inProcess = false;
@@ -32,16 +32,16 @@ struct InfoOptions {
     std::vector<std::string> files;
     /** List all entries of all formats. */
     bool format = false;
-    /** Cut no long lines. */
+    /** Do not cut long lines. */
     bool verbose = false;
     bool json = false;
 };
 
 /** Tracks are named by their indices; empty: all. */
 struct TrackChoice {
-    /** To be shown while all tracks are played. */
+    /** Tracks to show; all tracks are played. */
     std::vector<size_t> shown;
-    /** To be played without the others. */
+    /** Tracks to play without the others. */
     std::vector<size_t> played;
 
     bool shows(uint64_t track) const {
@@ -54,7 +54,7 @@ struct PacketsOptions {
     TrackChoice tracks;
     /** Empty: read from the beginning. */
     std::vector<int64_t> seeksUs;
-    /** At most N buffers of each track after each seek. */
+    /** Maximum number of buffers of each track after each seek. */
     std::optional<uint64_t> count;
     /** Only packets of these times, the second not included. */
     std::optional<int64_t> fromUs;
@@ -69,7 +69,7 @@ struct PacketsOptions {
 struct SeekTestOptions {
     std::vector<std::string> files;
     uint32_t steps = 20;
-    /** Exit code 1 where a seek misses. */
+    /** Exit code 1 if a seek misses. */
     bool strict = false;
     bool json = false;
     bool csv = false;
@@ -85,16 +85,17 @@ struct ExtractOptions {
 
 struct TimelineOptions {
     std::vector<std::string> files;
-    /** Of one file: ends in ".html" or ".svg", which says what is written. Else a folder. */
+    /** For one file, a file name ending in ".html" or ".svg", which decides the format. Or a
+     * folder. */
     std::string output;
-    /** In a folder: drawings instead of pages. */
+    /** In a folder, write drawings instead of pages. */
     bool svg = false;
-    /** Spaces between the targets of seeks; 0: no seeks. */
+    /** Number of spaces between the targets of seeks; 0: no seeks. */
     uint32_t seekSteps = 8;
     /** Only packets of these times, the second not included. */
     std::optional<int64_t> fromUs;
     std::optional<int64_t> untilUs;
-    /** Add the time at which it was made. */
+    /** Add the time of creation. */
     bool date = false;
     bool force = false;
 };
@@ -102,7 +103,7 @@ struct TimelineOptions {
 struct ExplainOptions {
     std::vector<std::string> files;
     bool csv = false;
-    /** Exit code 1 where something unusual was found. */
+    /** Exit code 1 if something unusual was found. */
     bool strict = false;
     /** List the pages too. */
     bool pages = false;
@@ -123,7 +124,7 @@ struct CompareOptions {
     std::string a;
     /** Empty: the same file. */
     std::string b;
-    /** Lines that were written on a device, instead of B; empty: none. */
+    /** A device's dump to use as B; empty: none. */
     std::string device;
     /** Empty: the same plug-in. */
     std::string pluginB;
@@ -131,18 +132,18 @@ struct CompareOptions {
     std::optional<bool> logs;
     /** Whether reads of the files are compared. */
     bool reads = false;
-    /** Seeks to the ends of so many equal spaces are compared; 0: none. */
+    /** Number of equal spaces at whose ends seeks are compared; 0: no seeks. */
     uint32_t seeks = 0;
     bool json = false;
 };
 
 struct CheckOptions {
     std::vector<std::string> files;
-    /** Lists of a device's codecs; empty: those of a stock Android 13. */
+    /** Lists of a device's codecs; empty: the decoders of a stock Android 13. */
     std::vector<std::string> codecs;
-    /** Empty: results are not kept. */
+    /** Where to store results; empty: nowhere. */
     std::string state;
-    /** Files at a time; 0: as many as there are processors. */
+    /** Number of files at a time; 0: as many as there are processors. */
     size_t jobs = 0;
     /** A page about all files; empty: none. */
     std::string html;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The commands that show or write what the plug-in returns.
+// The commands that show or write the plug-in's output.
 #include <CLI/CLI.hpp>
 #include <optional>
 #include <string>

@@ -13,7 +13,7 @@
 /** Checks of option values; each describes itself in one line. */
 namespace ogmprobe {
 
-/** Not shown in the help: the option's text says enough. */
+/** Not shown in the help, because the option's text says enough. */
 inline CLI::Validator wholeNumber(uint64_t least, uint64_t most) {
     return {[least, most](const std::string& text) -> std::string {
                 uint64_t value = 0;

@@ -10,8 +10,8 @@
 namespace ogmprobe {
 
 /**
- * Caches the last blocks of a file, so that a search byte by byte needs no system call for each
- * byte. A mapping would do the same, but ends the process when the file shrinks.
+ * Caches the last blocks of a file, so that a byte-by-byte search needs no system call for each
+ * byte. A mapping would do the same, but would end the process if the file shrinks.
  */
 class BlockCache {
   public:
@@ -31,7 +31,7 @@ class BlockCache {
         return {block.bytes.get() + start, block.size - start};
     }
 
-    /** Reads the block that holds the byte. Returns false if it cannot be read as a whole. */
+    /** Reads the block with the byte. Returns false if it cannot be read completely. */
     bool load(uint64_t offset);
 
   private:

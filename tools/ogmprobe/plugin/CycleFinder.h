@@ -23,8 +23,8 @@ class CycleFinder {
                 mMatched = 1;
             }
         }
-        // The element to compare with moves on from time to time: the first ones need not be part
-        // of the cycle.
+        // The element to compare with is replaced from time to time, because the first ones may be
+        // before the cycle.
         if ((mCount & (mCount - 1)) == 0 && mPeriod == 0) {
             mAnchor = mCount;
         }

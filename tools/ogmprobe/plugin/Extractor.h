@@ -13,8 +13,8 @@
 namespace ogmprobe {
 
 /**
- * An extractor that a plug-in has created, freed with this object. Its tracks must be gone before
- * it, and its data source and library must outlive it.
+ * An extractor that a plug-in has created, freed with this object. Its tracks must be freed first,
+ * and its data source and library must outlive it.
  */
 class Extractor {
   public:

@@ -89,7 +89,7 @@ off64_t FileSource::offsetToRead(off64_t offset, bool searches) {
     return ReadWatch::continues(offset) ? endOfVainSearch(offset) : beginSearch(offset);
 }
 
-/** Where the first read of a search has to be done. */
+/** Where to do the first read of a search. */
 off64_t FileSource::beginSearch(off64_t offset) {
     const off64_t ahead = mRepeated.begin(offset);
     if (ahead == 0) {
@@ -102,7 +102,7 @@ off64_t FileSource::beginSearch(off64_t offset) {
     return offset + ahead;
 }
 
-/** The plug-in's own lines about each of the searches are missing. */
+/** Replaces the plug-in's own log lines about the shortened searches. */
 void FileSource::logRepeatedSearch() {
     if (const uint64_t rounds = mRepeated.takeRounds(); rounds != 0) {
         __android_log_print(ANDROID_LOG_INFO, "ogmprobe",
@@ -190,7 +190,7 @@ bool FileSource::readFromBlocks(uint64_t offset, uint8_t* data, size_t size) {
     return true;
 }
 
-// One system call may return fewer bytes in the middle of a file, which the plug-in would take for
+// A system call may return fewer bytes in the middle of a file, which the plug-in would treat as
 // the end.
 ssize_t FileSource::readWhole(off64_t offset, uint8_t* data, size_t size) {
     size_t done = 0;

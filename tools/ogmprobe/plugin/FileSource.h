@@ -35,9 +35,9 @@ class FileSource {
     android::CDataSource* table() { return &mTable; }
 
     /**
-     * Shortens a search of the plug-in that begins like an earlier one which found nothing up to
-     * the end of the file: its next read gets the result of the earlier search's last read. A
-     * search through the same junk as the one before ends in the same way (see `RepeatedSearch`);
+     * Shortens repeated searches of the plug-in. If a search begins like an earlier one that found
+     * nothing up to the end of the file, its next read gets the result of that search's last read.
+     * A search through the same junk as the previous one is shortened too (see `RepeatedSearch`);
      * one log line says how often. All reads that the searches would have made are counted and
      * recorded. This is correct for a plug-in whose searches depend only on the bytes, stop at the
      * first short read, and continue after junk as described there.
@@ -57,18 +57,18 @@ class FileSource {
     int error() const { return mError; }
 
   private:
-    /** The bytes that a plug-in reads at each place to find where a page begins. */
+    /** The number of bytes that a plug-in reads at each offset to find the beginning of a page. */
     static constexpr size_t kSearchedSize = 4;
     /**
-     * After so many equal reads, searches that begin at the same place are regarded as the same.
+     * After this many equal reads, searches that begin at the same offset are considered equal.
      */
     static constexpr uint64_t kLongSearch = 1 << 20;
     /** Before every valid offset. */
     static constexpr off64_t kNoSearch = std::numeric_limits<off64_t>::min();
 
     /**
-     * Does a read of that many bytes if it continues a search. It has to be fast: an empty large
-     * file takes a thousand million of them.
+     * Does a read of that size if it continues a search. It has to be fast: a large file of zeros
+     * takes a thousand million of them.
      */
     bool searchOn(off64_t offset, void* data) {
         if (!ReadWatch::continues(offset) || offset >= mSearchEnd) {
@@ -109,7 +109,7 @@ class FileSource {
     uint64_t mBytesRead = 0;
     bool mShortens = false;
     RepeatedSearch mRepeated;
-    /** Of the last search to the end of the file: its first and its last read, the short one. */
+    /** The first and the last, short read of the latest search that reached the end of the file. */
     off64_t mVainSearchBegin = kNoSearch;
     off64_t mVainSearchEnd = kNoSearch;
     int mError = 0;

@@ -13,7 +13,7 @@ constexpr std::string_view kNameSeparator = ": ";
 constexpr std::array<std::string_view, 8> kTypes = {"int32", "int64", "float",  "double",
                                                     "size",  "Rect",  "string", "data"};
 
-/** Returns whether a name and a typed value begin there: a text value may hold anything. */
+/** Returns whether a name and a typed value begin there. Needed because texts may have anything. */
 bool beginsEntry(std::string_view text) {
     const size_t colon = text.find(kNameSeparator);
     if (colon == std::string_view::npos) {

@@ -36,7 +36,7 @@ class PluginCall {
 
     /** Returns the marks. */
     static Vitals& vitals() noexcept { return *sVitals; }
-    /** Keeps the marks there from now on; null: only in this process. */
+    /** Stores the marks there from now on; null: only in this process. */
     static void keepIn(Vitals* vitals) noexcept;
 
   private:

@@ -30,7 +30,7 @@ constexpr PluginFunction lastOf(PluginFunction) {
     return PluginFunction::kFreeExtractor;
 }
 
-/** Returns a name for people: "read", "the track's free". */
+/** Returns a name for users: "read", "the track's free". */
 const char* functionName(PluginFunction function);
 
 }  // namespace ogmprobe

@@ -53,7 +53,7 @@ android::CreatorFunc sniff(const android::ExtractorDef& definition, android::CDa
                            SniffMeta* meta) {
     float confidence = 0;
     const PluginCall call(PluginFunction::kSniff);
-    // Both versions of the definition have the sniff function at the same place.
+    // Both versions of the definition have the sniff function at the same offset.
     const auto creator = definition.u.v2.sniff(source, &confidence, &meta->data, &meta->freeMeta);
     if (creator == nullptr) {
         // Data of a plug-in that does not recognise the file is ignored.
@@ -70,7 +70,7 @@ void PluginLibrary::Close::operator()(void* handle) const {
 }
 
 PluginLibrary::PluginLibrary(const std::filesystem::path& path) {
-    // Without a slash the linker would search its own folders instead.
+    // Without a slash the dynamic linker would search its own folders.
     const std::string absolute = std::filesystem::absolute(path).string();
     mHandle.reset(dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL));
     if (mHandle == nullptr) {

@@ -13,13 +13,13 @@
 namespace ogmprobe {
 
 /**
- * A plug-in's shared library, loaded and checked as the framework's loader does it. Must outlive
- * every extractor made from it.
+ * A plug-in's shared library, loaded and checked like in the framework's loader. Must outlive all
+ * its extractors.
  */
 class PluginLibrary {
   public:
     /**
-     * Throws `ProbeError` with `ExitCode::kFile` when the library cannot be loaded or the loader
+     * Throws `ProbeError` with `ExitCode::kFile` if the library cannot be loaded or the framework
      * would refuse its definition.
      */
     explicit PluginLibrary(const std::filesystem::path& path);
@@ -30,9 +30,9 @@ class PluginLibrary {
     std::string uuid() const;
 
     /**
-     * Sniffs the source and creates an extractor. Throws `ProbeError` with `ExitCode::kNotTaken`
-     * when the plug-in does not recognise the source or creates no extractor. The source must
-     * outlive the extractor.
+     * Sniffs the source and creates an extractor. Throws `ProbeError` with `ExitCode::kNotTaken` if
+     * the plug-in does not recognise the source or creates no extractor. The source must outlive
+     * the extractor.
      */
     std::unique_ptr<Extractor> open(android::CDataSource* source) const;
 

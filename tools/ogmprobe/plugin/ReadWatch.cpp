@@ -6,7 +6,7 @@
 namespace ogmprobe {
 namespace {
 
-// No search that ends repeats its reads so often without a difference.
+// No search that ends repeats its reads this often without a difference.
 constexpr uint64_t kProof = 256;
 
 // FNV-1a on whole numbers: different runs rarely have the same fingerprint.
@@ -47,7 +47,7 @@ void ReadWatch::onCycle(CycleHandler handler, Seconds limit) {
 
 void ReadWatch::add(int64_t offset, uint64_t size, int64_t result) noexcept {
     const Vitals& vitals = PluginCall::vitals();
-    // Reads that do not overlap are no search: packets of one byte each are read this way too.
+    // Reads that do not overlap are not a search: packets of one byte each are read this way too.
     const bool isAlike =
             size > 1 && size == vitals.runSize.get() && result == vitals.runResult.get();
     if (isAlike && continues(offset) && offset != Vitals::kNoRun) {

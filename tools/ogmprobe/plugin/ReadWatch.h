@@ -34,7 +34,7 @@ class ReadWatch {
     static bool continues(int64_t offset) noexcept {
         return PluginCall::vitals().runNext.get() == offset;
     }
-    /** To be called after such a read: the only work for each byte of a search. */
+    /** To be called after such a read. This is the only work for each byte of a search. */
     static void goOn(int64_t offset) noexcept { PluginCall::vitals().runNext.set(offset + 1); }
 
     /** To be called before any other record: records the current run of reads. */
@@ -44,8 +44,8 @@ class ReadWatch {
     static void beginCall();
 
     /**
-     * Sets the handler for a call that has repeated the same reads for that long; null, or a limit
-     * of 0: never.
+     * Sets the handler for a call that has repeated the same reads for this long. A null handler or
+     * a limit of 0 means never.
      */
     static void onCycle(CycleHandler handler, Seconds limit);
 

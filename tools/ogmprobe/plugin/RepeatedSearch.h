@@ -12,17 +12,17 @@
 namespace ogmprobe {
 
 /**
- * Notices a plug-in that goes through the same junk again and again, so that its searches need not
- * be done in full: it looks for a stream's next page, finds another stream's after the junk, and
- * goes on from where that page would end if there were no junk. With pages of a kilobyte a hole of
- * a gigabyte is so searched a million times, which would take days.
+ * Recognises a plug-in that searches the same junk again and again, so that its searches can be
+ * shortened. Such a plug-in searches for a stream's next page, finds a page of another stream after
+ * the junk, and continues from where that page would end if there were no junk. If pages have a
+ * kilobyte, it searches a hole of a gigabyte a million times, which would take days.
  *
- * Such a plug-in uses nothing of the page but its header. A search that is not done in full ends at
- * its first byte, and the reads of the header that follow are answered from the page's true place.
+ * It uses only the header of the page that it finds. A shortened search ends at its first byte, and
+ * the following reads of the header are answered from the page's real offset.
  */
 class RepeatedSearch {
   public:
-    /** A search begins there. Gives how far ahead it is known to end; 0: it is to be done. */
+    /** A search begins there. Returns how far ahead it is known to end; 0: it has to be done. */
     off64_t begin(off64_t offset) {
         const bool isKnown = mStage == Stage::kPageMeasured && offset == mBegin + mPageSize &&
                              mFound - offset >= kLeast;
@@ -35,22 +35,22 @@ class RepeatedSearch {
         return mAhead;
     }
 
-    /** How far ahead of where it is asked for a read that is no search has to be done. */
+    /** How far ahead of the requested offset a read that is not a search has to be done. */
     off64_t ahead() const { return mAhead; }
 
-    /** Whether a lacing table is read there, though it is as long as the reads of a search. */
+    /** Whether a read there is that of a lacing table, although its size is that of a search. */
     bool isLacingTable(off64_t offset) const {
         return mStage == Stage::kHeaderRead && offset + mAhead == mFound + mPageSize;
     }
 
-    /** What such a read gave, at its true place. A search was at `searchedUpTo` before. */
+    /** The result of such a read, at its real offset. `searchedUpTo`: where a search was before. */
     void read(off64_t offset, std::span<const uint8_t> bytes, off64_t searchedUpTo) {
         if (mStage == Stage::kSearching && offset == searchedUpTo) {
             mFound = offset;
             mPageSize = static_cast<off64_t>(bytes.size());
             mStage = Stage::kHeaderRead;
         } else if (mStage == Stage::kHeaderRead && offset == mFound + mPageSize) {
-            // The lacing table holds the sizes of what follows it.
+            // The lacing table has the sizes of the segments after it.
             mPageSize +=
                     std::accumulate(bytes.begin(), bytes.end(), static_cast<off64_t>(bytes.size()));
             mStage = Stage::kPageMeasured;
@@ -60,14 +60,14 @@ class RepeatedSearch {
         }
     }
 
-    /** Searches that were not done in full since this was called last. */
+    /** Number of shortened searches since the last call of this function. */
     uint64_t takeRounds() { return std::exchange(mRounds, 0); }
 
-    /** Where the page lies that was found last. */
+    /** Offset of the latest page that was found. */
     off64_t found() const { return mFound; }
 
   private:
-    /** Shorter searches are quick enough. */
+    /** Shorter searches are fast enough. */
     static constexpr off64_t kLeast = 1 << 16;
 
     enum class Stage { kOther, kSearching, kHeaderRead, kPageMeasured };

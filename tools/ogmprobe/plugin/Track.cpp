@@ -74,7 +74,7 @@ Track::~Track() {
         call.returned(mTable->stop(mTable->data));
     }
     mTable.reset();
-    // A buffer that the plug-in has kept is found here, and ends the process.
+    // If the plug-in has kept a buffer, this ends the process.
     const PluginCall call(PluginFunction::kFreeBuffers, mIndex);
     mGroup.reset();
 }

@@ -25,18 +25,18 @@ struct SeekRequest {
 };
 
 /**
- * One track of an extractor, used as the framework does: started with one buffer group for its
- * whole lifetime, stopped (if started) and freed at the end.
+ * A track of an extractor, used like in the framework: started with one buffer group for its whole
+ * lifetime, stopped (if started) and freed at the end.
  *
- * Must be gone before its extractor.
+ * Must be destroyed before its extractor.
  */
 class Track {
   public:
     struct ReadResult {
         media_status_t status;
-        /** Nothing on any status but `AMEDIA_OK`, and possibly even then. */
+        /** Nothing with any status except `AMEDIA_OK`, and possibly even with that one. */
         std::optional<Packet> packet;
-        /** The buffer bore no time, which the standard clients do not accept. */
+        /** The buffer had no time, which the standard clients do not accept. */
         bool withoutTime = false;
     };
 

@@ -160,7 +160,7 @@ ordered_json toJson(const std::vector<FormatEntry>& entries) {
     return list;
 }
 
-// The framework stops converting a format where one of these fails.
+// If one of these fails, the framework stops converting the format.
 std::vector<std::string> complaints(const TrackDescription& track) {
     std::vector<std::string> list;
     if (track.mime.empty()) {

@@ -20,7 +20,7 @@ enum class TrackKind { kVideo, kAudio, kOther };
  */
 struct TrackDescription {
     size_t index = 0;
-    /** Empty when absent. */
+    /** Empty if absent. */
     std::string mime;
     TrackKind kind = TrackKind::kOther;
     Codec codec;
@@ -42,7 +42,7 @@ void classify(TrackDescription& track);
 
 /** "video", "audio" or "other". */
 std::string kindName(TrackKind kind);
-/** "176x144, 25 fps" or "44100 Hz, 2 channels"; "-" for what is neither. */
+/** "176x144, 25 fps" or "44100 Hz, 2 channels"; "-" for other tracks. */
 std::string formatText(const TrackDescription& track);
 /** Returns the decoded ESDS, line by line; a single line if it is damaged. */
 std::vector<std::string> esdsLines(const std::vector<uint8_t>& esds);

@@ -31,12 +31,12 @@ struct Vitals {
     Shared<uint64_t> signsOfLife;
     /** The function that the plug-in is running. */
     Shared<PluginFunction> function;
-    /** Of the file that is read, once it is open. */
+    /** Size of the file, once it is open. */
     Shared<uint64_t> fileSize;
 
     /** Where a read would continue the current run of reads; `kNoRun`: there is none. */
     Shared<int64_t> runNext{kNoRun};
-    // As in `SourceRead`, of a run.
+    // The members of the run's `SourceRead`.
     Shared<int64_t> runOffset;
     Shared<uint64_t> runSize;
     Shared<int64_t> runResult;

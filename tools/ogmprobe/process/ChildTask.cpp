@@ -49,7 +49,7 @@ bool writeAnswer(int descriptor, const std::string& text) {
     return true;
 }
 
-/** Ends this process with its parent, but not before its files are removed. */
+/** Ends this process with its parent, after its files are removed. */
 void followParent(pid_t parent) {
     removeOwnLeftoverFilesOnTermination();
     prctl(PR_SET_PDEATHSIG, SIGTERM);

@@ -19,9 +19,9 @@ class ChildTask {
     using Work = std::function<std::string()>;
 
     enum class Rights {
-        /** The same as this process. */
+        /** It may do the same as this process. */
         kAll,
-        /** Only memory and the answer (see Sandbox.h). */
+        /** It may only use memory and send the answer (see Sandbox.h). */
         kSandboxed,
     };
 
@@ -36,12 +36,12 @@ class ChildTask {
     ChildTask(ChildTask&& other) noexcept;
     ChildTask& operator=(ChildTask&&) = delete;
 
-    /** Readable when there is more of the answer, or its end. */
+    /** Readable if there is more of the answer, or its end. */
     int descriptor() const { return mPipe.get(); }
-    /** Reads what has arrived; returns false when nothing more will. */
+    /** Reads what has arrived; returns false if nothing more will arrive. */
     bool readMore();
 
-    /** Returns the answer; nothing if the process ended without giving it. Call once. */
+    /** Returns the answer; nothing if the process ended without one. Call once. */
     std::optional<std::string> takeAnswer();
     /** Returns how the process ended if it gave no answer: "signal 9". */
     const std::string& ending() const { return mEnding; }

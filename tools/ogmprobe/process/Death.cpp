@@ -11,8 +11,7 @@
 
 #include "ExitCode.h"
 
-// Everything here that a signal handler reaches uses static memory and async-signal-safe calls
-// only.
+// All code here that a signal handler reaches uses only static memory and async-signal-safe calls.
 namespace ogmprobe::death {
 namespace {
 
@@ -49,7 +48,7 @@ void onSignal(int number, siginfo_t* info, void*) {
     end(Cause::kSignal, number, "");
 }
 
-// A stack overflow leaves no room for a handler on the stack that overflowed.
+// After a stack overflow the handler cannot run on the same stack.
 void useOwnSignalStack() {
     stack_t stack = {};
     stack.ss_sp = gSignalStack.data();

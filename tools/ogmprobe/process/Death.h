@@ -7,8 +7,9 @@
 namespace ogmprobe::death {
 
 /**
- * Writes the note on assertions of the plug-in and of the platform libraries, on fatal signals,
- * forbidden system calls, and when memory runs out. The note must outlive the process's work.
+ * From now on, writes the note at assertions of the plug-in and of the platform libraries, fatal
+ * signals and forbidden system calls, and when memory runs out. The note must outlive the process's
+ * work.
  */
 void catchAll(DeathNote& note);
 

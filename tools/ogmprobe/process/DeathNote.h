@@ -10,7 +10,7 @@
 
 namespace ogmprobe {
 
-/** Why a process ended, written by it into shared memory. Initially zeros. */
+/** Why a process ended. The process writes it into shared memory, which is initially zero. */
 struct DeathNote {
     enum class Cause : uint32_t {
         kNone,

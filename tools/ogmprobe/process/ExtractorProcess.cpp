@@ -61,7 +61,7 @@ SharedState* mapSharedState() {
     return new (memory) SharedState;
 }
 
-/** The two ends of the socket by which the processes wake each other. */
+/** The two ends of the socket with which the processes wake each other. */
 struct Doorbells {
     Doorbells() {
         std::array<int, 2> ends = {-1, -1};
@@ -223,7 +223,7 @@ void ExtractorProcess::reportProgress() const {
     }
 }
 
-// The writer wakes this side only after much data: the naps find the rest.
+// The writer wakes this side only after much data. Short waits find the rest.
 bool ExtractorProcess::waitForMore() {
     if (mGone) {
         return false;
@@ -238,7 +238,7 @@ bool ExtractorProcess::waitForMore() {
         if (mGone) {
             return false;
         }
-        // At most the intended time: both processes may have been stopped in the meantime.
+        // Not more than the intended time, because both processes may have been stopped meanwhile.
         const auto slept = std::min<Clock::duration>(Clock::now() - asleep, 2 * nap);
         const auto state = watch.observe(slept, vitals.signs());
         if (state != StandstillWatch::State::kAlive) {

@@ -32,7 +32,7 @@ class ExtractorProcess {
     ExtractorProcess(const ExtractorProcess&) = delete;
     ExtractorProcess& operator=(const ExtractorProcess&) = delete;
 
-    /** Passes on all records; one about a death or standstill comes last. Call once. */
+    /** Passes on all records; the last one reports a death or standstill. Call once. */
     void deliver(const RecordSink& handler);
 
   private:

@@ -17,8 +17,8 @@ namespace ogmprobe {
 namespace {
 
 /**
- * Passes records on within this process. Some are made while the plug-in runs: an exception must
- * not pass through it, so it waits until the call is over.
+ * Passes records on within this process. Some are made while the plug-in runs, and exceptions must
+ * not pass through it, so an exception of the sink is kept until the call has returned.
  */
 class DirectSink {
   public:

@@ -13,7 +13,7 @@ namespace ogmprobe {
 
 /** A job and its file. */
 struct JobRequest {
-    /** As the user names it. */
+    /** As the user wrote it. */
     std::string path;
     Job job;
     /** Whether calls, buffers and data-source reads are recorded too. */

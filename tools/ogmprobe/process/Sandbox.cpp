@@ -32,7 +32,7 @@ constexpr std::array kAllowed = {
         SCMP_SYS(futex), SCMP_SYS(sched_yield), SCMP_SYS(clock_gettime), SCMP_SYS(gettimeofday),
         SCMP_SYS(time), SCMP_SYS(nanosleep), SCMP_SYS(clock_nanosleep), SCMP_SYS(restart_syscall),
         SCMP_SYS(getrandom),
-        // Ending itself, and what leads to that.
+        // Ending the process.
         SCMP_SYS(getpid), SCMP_SYS(gettid), SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask),
         SCMP_SYS(rt_sigreturn), SCMP_SYS(sigaltstack), SCMP_SYS(exit), SCMP_SYS(exit_group)};
 
@@ -49,10 +49,10 @@ constexpr std::array kAllowedToSanitizers = {SCMP_SYS(stat),      SCMP_SYS(newfs
                                              SCMP_SYS(prlimit64), SCMP_SYS(prctl),
                                              SCMP_SYS(mincore),   SCMP_SYS(sched_getaffinity)};
 
-/** They try to run a program that knows names of functions, but do not need it. */
+/** They try to run a program that finds names of functions, but work without it. */
 constexpr std::array kDeniedToSanitizers = {SCMP_SYS(fork), SCMP_SYS(vfork), SCMP_SYS(clone)};
 
-/** Allowed where one argument has a certain value in the bits of a mask. */
+/** Allowed if an argument has a certain value in the bits of a mask. */
 struct AllowedIf {
     int call;
     unsigned argument;

@@ -6,8 +6,8 @@
 #include <string>
 
 /**
- * Restricts the process that runs the plug-in, so that a file that takes control of it gains
- * nothing. It may only read the open file, use limited memory, and write to its parent.
+ * Restricts the process that runs the plug-in, in case a file takes control of it. The process may
+ * only read the open file, use limited memory, and write to its parent.
  */
 namespace ogmprobe {
 
@@ -23,9 +23,9 @@ void detach(int parentProcess, int descriptor);
 constexpr int kParentDescriptor = 3;
 
 /**
- * Cannot be undone: no new privileges, limits on memory and written files, and a filter on system
- * calls that ends the process by SIGSYS. Returns why there is no filter if the kernel has none, as
- * under user-mode emulators; the rest applies even then.
+ * Cannot be undone: no new privileges, limits on memory and written files, and a filter for system
+ * calls that ends the process with SIGSYS. If the kernel has no such filter, as in user-mode
+ * emulators, returns the reason; everything else still applies.
  */
 std::optional<std::string> enterSandbox();
 

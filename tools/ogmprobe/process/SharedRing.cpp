@@ -78,7 +78,7 @@ void RingWriter::waitForRoom() {
 
 void RingWriter::wakeReader() {
     mShown = mWritten;
-    // The reader announces its sleep before it looks for bytes a last time.
+    // The reader announces its sleep before it checks for bytes a last time.
     std::atomic_thread_fence(std::memory_order_seq_cst);
     if (mMemory.readerWaits.exchange(0) != 0) {
         const char note = 0;
@@ -106,7 +106,7 @@ void RingReader::release() {
     mMemory.taken.store(mTaken);
     if (mMemory.writerWaits.exchange(0) != 0) {
         const char note = 0;
-        // If this fails the writer is gone, or has so many notes that it cannot be asleep.
+        // If this fails, the writer is gone, or has so many notifications that it cannot be asleep.
         [[maybe_unused]] const ssize_t ignored =
                 send(mDoorbell, &note, 1, MSG_DONTWAIT | MSG_NOSIGNAL);
     }
@@ -146,7 +146,7 @@ bool RingReader::prepareToSleep() {
 void RingReader::wakeUp() {
     mMemory.readerWaits.store(0);
     std::array<char, 64> notes;
-    // Remaining notes wake it once more.
+    // Remaining notifications wake it once more.
     [[maybe_unused]] const ssize_t ignored =
             recv(mDoorbell, notes.data(), notes.size(), MSG_DONTWAIT);
 }

@@ -32,7 +32,7 @@ class RingWriter {
   public:
     RingWriter(RingMemory& memory, int doorbell) : mMemory(memory), mDoorbell(doorbell) {}
 
-    /** Waits for room if needed; ends the process when the reader is gone. */
+    /** Waits for space if needed; ends the process if the reader is gone. */
     void write(const void* bytes, size_t size);
     /** Makes the written bytes visible to the reader, which is woken only after many bytes. */
     void publish();
@@ -50,7 +50,7 @@ class RingWriter {
     uint64_t mShown = 0;
 };
 
-/** The writer will write no more. */
+/** The writer will not write any more. */
 struct RingEnded {};
 
 /** No correct writer can have written the ring's contents. */
@@ -70,10 +70,10 @@ class RingReader {
 
     /** Throws `RingEnded`, `RingDamaged`, and whatever `Wait` throws. */
     void read(void* bytes, size_t size);
-    /** Frees the room of what was read for the writer. */
+    /** Makes the space of the read bytes available to the writer. */
     void release();
 
-    /** Must be called before going to sleep. Returns true when there is nothing to read. */
+    /** Must be called before going to sleep. Returns true if there is nothing to read. */
     bool prepareToSleep();
     void wakeUp();
 

@@ -7,8 +7,8 @@
 namespace ogmprobe {
 
 /**
- * Detects that a plug-in is stuck: nothing moves for the given time (no data-source read finishes,
- * no call returns), or it returns nothing for many times as long.
+ * Detects that a plug-in is stuck: for the given time no data-source read finishes and no call
+ * returns, or for many times as long it returns nothing.
  */
 class StandstillWatch {
   public:
@@ -16,19 +16,19 @@ class StandstillWatch {
 
     enum class State {
         kAlive,
-        /** Nothing moves. */
+        /** No read finishes and no call returns. */
         kStandsStill,
-        /** It moves but returns nothing. */
+        /** It reads, but returns nothing. */
         kNeverEnds,
     };
 
-    /** How many times longer than the limit it may take while something moves. */
+    /** How many times the limit it may take while reads finish or calls return. */
     static constexpr int kBusyFactor = 10;
 
     /** A limit of 0 means none. `signsOfLife` is the current count. */
     StandstillWatch(Duration limit, uint64_t signsOfLife) : mLimit(limit), mSigns(signsOfLife) {}
 
-    /** To be called after each stretch of time. */
+    /** To be called after each period of time. */
     State observe(Duration time, uint64_t signsOfLife) {
         mStill = signsOfLife == mSigns ? mStill + time : Duration{};
         mSigns = signsOfLife;

@@ -104,7 +104,7 @@ struct Progress {
 struct Failure {
     ExitCode code = ExitCode::kFile;
     std::string message;
-    /** The plug-in cannot be used: every other file would fail too. */
+    /** Whether the plug-in cannot be used at all, so that all files would fail. */
     bool ofPlugin = false;
 };
 
@@ -144,8 +144,8 @@ struct BufferRead {
 };
 
 /**
- * The plug-in has read its data source. A search byte by byte is one record: reads of the same size
- * and result, each beginning one byte after the previous one.
+ * The plug-in has read its data source. A byte-by-byte search is a single record: reads of the same
+ * size and result, each beginning one byte after the previous one.
  */
 struct SourceRead {
     /** Of the first read. */

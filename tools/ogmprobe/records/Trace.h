@@ -11,7 +11,7 @@ namespace ogmprobe {
  * The records that only some commands need: each call of the plug-in, each read of its data source,
  * each returned buffer. They are made only if a sink is set.
  *
- * There is one sink for the process, because a data-source read does not know who needs it.
+ * There is one sink per process, because a data-source read does not know who needs it.
  */
 class Trace {
   public:

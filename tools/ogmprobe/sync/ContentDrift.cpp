@@ -9,7 +9,7 @@ namespace {
 constexpr double kLeastSeconds = 1;
 constexpr double kMillion = 1e6;
 
-/** What lies between the granule positions of two pages, the second of which follows. */
+/** The audio between the granule positions of two pages, the second of which follows the first. */
 std::optional<int64_t> lengthBetween(const PageGroup& before, const PageGroup& group,
                                      GranuleReading reading) {
     if (reading != GranuleReading::kBeginning) {
@@ -20,7 +20,7 @@ std::optional<int64_t> lengthBetween(const PageGroup& before, const PageGroup& g
     return first && others ? std::optional(*first + *others) : std::nullopt;
 }
 
-/** By the headers of its frames, or else by that of the stream. */
+/** From the headers of its frames; if there are none, from that of the stream. */
 double rateOf(const StreamAccount& account, double rateOfStream) {
     return account.kind.framing && !account.units.empty() &&
                            account.units.front().frame.sampleRate != 0

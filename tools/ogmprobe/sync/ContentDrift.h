@@ -11,8 +11,8 @@ namespace ogmprobe {
 
 /**
  * Returns how much faster the granule positions of an audio stream rise than its samples are
- * played, in millionths: a player that follows the pages' times drops or repeats as much. Returns
- * nothing if the file does not show how long its packets last, or is too short.
+ * played, in millionths. A player that follows the pages' times drops or repeats this share of the
+ * samples. Returns nothing if the file is too short or does not show how long its packets last.
  */
 std::optional<double> contentDriftOf(const std::vector<PageGroup>& groups,
                                      const StreamAccount& account, const StreamHeader& header,

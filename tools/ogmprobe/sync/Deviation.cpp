@@ -7,7 +7,7 @@
 namespace ogmprobe {
 namespace {
 
-/** A drift from fewer points, or a shorter time, is mostly chance. */
+/** With fewer points, or a shorter time, a drift would be mostly chance. */
 constexpr size_t kLeastPoints = 8;
 constexpr int64_t kLeastSpanUs = 2 * kUsPerSecond;
 
@@ -19,8 +19,8 @@ T medianOf(std::vector<T> values) {
 }
 
 /**
- * The median of the slopes between points half the data apart, which single wild times do not
- * move (after Theil and Sen).
+ * The median of the slopes between points that are half the data apart. Single outliers do not
+ * change it (after Theil and Sen).
  */
 std::optional<double> driftOf(const std::vector<LatePoint>& points) {
     std::vector<LatePoint> chosen;

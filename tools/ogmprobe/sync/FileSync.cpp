@@ -7,10 +7,10 @@
 namespace ogmprobe {
 namespace {
 
-/** Pictures on both sides that are taken together where they are stored out of order. */
+/** How many pictures on each side are averaged if pictures are stored out of order. */
 constexpr size_t kPicturesAround = 4;
 
-/** As far as the type of a sum keeps all bits. */
+/** Up to this the sum is exact. */
 constexpr double kMostMean = 9.0e15;
 
 struct LateAt {
@@ -56,8 +56,9 @@ TimeRange meanOf(const LateAt* first, size_t count) {
 }
 
 /**
- * Pages say when a picture is stored, the plug-in says when it is shown. Some pictures move back
- * and others forward by the same amount, so that the mean of several pictures does not move.
+ * Pages have the time at which a picture is stored, the plug-in that at which it is shown. Some
+ * pictures are shifted back and others forward by the same amount, so the mean of several does not
+ * change.
  */
 std::vector<LateAt> smoothed(const std::vector<LateAt>& all) {
     std::vector<LateAt> smooth;
@@ -78,7 +79,7 @@ std::vector<LatePoint> latePoints(const TrackSync& audio, const std::vector<Pair
     return late;
 }
 
-/** The pages of both have different lengths, so the difference rises and falls with them. */
+/** Pages of audio and video have different lengths, so the difference rises and falls with them. */
 std::optional<double> driftBetween(const TrackSync& audio, const TrackSync& video) {
     const auto& ofAudio = audio.deviation.driftPpm;
     const auto& ofVideo = video.deviation.driftPpm;
@@ -117,7 +118,7 @@ std::vector<PairPoint> pairPointsOf(const TrackSync& audio, const TrackSync& vid
         if (!heard.lateUs) {
             continue;
         }
-        // The picture that is on show then.
+        // The picture that is shown at that time.
         auto shown = std::upper_bound(
                 pictures.begin(), pictures.end(), heard.pageUs->middleUs(),
                 [](int64_t timeUs, const LateAt& picture) { return timeUs < picture.timeUs; });

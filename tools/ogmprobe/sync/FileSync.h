@@ -21,7 +21,7 @@ struct PairSync {
     size_t audio = 0;
     size_t video = 0;
     std::vector<PairPoint> points;
-    /** Its indices are those of points. */
+    /** Its indices are those in `points`. */
     Deviation deviation;
 };
 
@@ -32,9 +32,9 @@ struct PairSync {
  *     const FileSync sync = fileSyncOf(file, trace, accountsOf(path, file, trace));
  */
 struct FileSync {
-    /** Of streams with a track, by the plug-in's numbers of the tracks. */
+    /** Streams with a track, in the order of the plug-in's track numbers. */
     std::vector<TrackSync> tracks;
-    /** Each audio track with the first video track. */
+    /** Each audio track, paired with the first video track. */
     std::vector<PairSync> pairs;
 };
 
@@ -45,7 +45,7 @@ FileSync fileSyncOf(const OggFile& file, const PluginTrace& trace,
                     const std::map<uint32_t, StreamAccount>& accounts,
                     const std::map<uint32_t, PageTimes>& times);
 
-/** Of the points with a difference; `audio` and `video` are of one file. */
+/** Compares the points with a difference; `audio` and `video` are from the same file. */
 std::vector<PairPoint> pairPointsOf(const TrackSync& audio, const TrackSync& video);
 
 }  // namespace ogmprobe

@@ -4,12 +4,12 @@
 namespace ogmprobe {
 namespace {
 
-/** Pages that speak for each reading. */
+/** The number of pages that support each reading. */
 struct Votes {
     size_t end = 0;
     size_t beginning = 0;
 
-    /** The granule position rises by `distance`; by the readings it should rise by the others. */
+    /** The granule position rises by `distance`; the other two are what each reading predicts. */
     void count(int64_t distance, int64_t byEnd, int64_t byBeginning) {
         end += distance == byEnd && distance != byBeginning ? 1 : 0;
         beginning += distance == byBeginning && distance != byEnd ? 1 : 0;

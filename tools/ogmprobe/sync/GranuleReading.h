@@ -8,8 +8,8 @@
 namespace ogmprobe {
 
 /**
- * Which time of the last packet that ends on a page the page's granule position is. By RFC 3533 it
- * is the end; common writers of OGM files write the beginning.
+ * Whether a page's granule position is the end or the beginning of the last packet that ends on the
+ * page. RFC 3533 says the end; common writers of OGM files write the beginning.
  */
 enum class GranuleReading { kUnknown, kEnd, kBeginning };
 
@@ -17,8 +17,9 @@ enum class GranuleReading { kUnknown, kEnd, kBeginning };
 const char* readingName(GranuleReading reading);
 
 /**
- * Finds out how the stream was written: the distances of granule positions fit the lengths of the
- * packets between by only one reading. If all lengths are equal only the first page shows it.
+ * Finds out how the stream was written: the distances of granule positions match the lengths of the
+ * packets between them for only one reading. If all lengths are equal, only the first page shows
+ * it.
  */
 GranuleReading readingOf(const std::vector<PageGroup>& groups);
 

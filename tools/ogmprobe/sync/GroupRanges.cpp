@@ -6,7 +6,7 @@
 namespace ogmprobe {
 namespace {
 
-/** By one of the two readings. */
+/** Counts the units of a group for one of the two readings. */
 class GroupCount {
   public:
     GroupCount(const PageGroup& group, const PageGroup* before, bool countsEnds)
@@ -35,7 +35,7 @@ class GroupCount {
         if (!forward) {
             return {mFloor, mGroup.granule};
         }
-        // What the page begins with follows what the one before ended with.
+        // The first unit of the page follows the last one of the page before.
         const bool isNext = unit == 0 && mCountsEnds;
         const int64_t least = std::min(*forward, mGroup.granule);
         return {least, isNext ? least : mGroup.granule};
@@ -60,7 +60,7 @@ class GroupCount {
     const PageGroup& mGroup;
     const bool mCountsEnds;
     int64_t mFloor = 0;
-    /** Where the first unit begins if nothing was left out. */
+    /** Where the first unit begins if nothing is missing. */
     std::optional<int64_t> mStart;
 };
 

@@ -17,9 +17,10 @@ struct GranuleRange {
 
 /**
  * Returns where each unit of the group begins. `before` is the previous group in the stream; null
- * for the first. Units are counted forward from the page before and backward from the group's own
- * page. If the two disagree, as where frames were left out, the unit begins somewhere between.
- * Units that cannot be counted begin between the granule positions of the two pages.
+ * for the first one. Units are counted forward from the page before and backward from the group's
+ * own page. If the two counts differ, for example because frames are missing, the unit begins
+ * somewhere between them. Units that cannot be counted begin between the granule positions of the
+ * two pages.
  */
 std::vector<GranuleRange> rangesOf(const PageGroup& group, const PageGroup* before,
                                    GranuleReading reading);

@@ -16,16 +16,16 @@ struct TimedUnit {
     std::optional<int64_t> length;
 };
 
-/** The units that end on one page with a granule position, and on those without one before it. */
+/** The units that end on a page with a granule position, or on pages without one before it. */
 struct PageGroup {
     int64_t granule = 0;
-    /** The page of the previous units is the stream's page just before this one. */
+    /** Whether the page of the previous units is the stream's page directly before this one. */
     bool follows = false;
-    /** Nothing of the stream comes before. */
+    /** Whether it is the stream's first group. */
     bool isFirst = false;
     std::vector<TimedUnit> units;
 
-    /** Of the units from `from` up to `end`; nothing where one is not known. */
+    /** The length of the units from `from` up to `end`; nothing if one of them is unknown. */
     std::optional<int64_t> lengthOf(size_t from, size_t end) const;
     std::optional<int64_t> length() const { return lengthOf(0, units.size()); }
     std::optional<int64_t> lastLength() const { return units.back().length; }

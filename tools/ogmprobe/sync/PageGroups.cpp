@@ -8,7 +8,7 @@
 namespace ogmprobe {
 namespace {
 
-/** What is more is no position that a writer has reached; sums with lengths fit. */
+/** No writer reaches a larger position; sums with lengths cannot overflow. */
 constexpr uint64_t kMostGranule = uint64_t{1} << 62;
 
 /** For each piece of the stream the page on which its packet ends; nothing if it does not. */
@@ -42,7 +42,7 @@ class Grouping {
   private:
     void addPage(size_t index) {
         const OggPage& page = mFile.pages()[index];
-        // Where all pages have one number, none is missing by it.
+        // If all pages have the same number, the numbers do not show missing pages.
         mIsGap = mIsGap || page.sequence > uint64_t{mSequence} + 1;
         mSequence = page.sequence;
         if (page.packets == 0 || page.granule > kMostGranule) {
@@ -80,7 +80,7 @@ class Grouping {
     std::vector<PageGroup> mGroups;
     size_t mNext = 0;
     uint32_t mSequence = 0;
-    /** Pages are missing since the last group. */
+    /** Whether pages are missing since the last group. */
     bool mIsGap = false;
 };
 

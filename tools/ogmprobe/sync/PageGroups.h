@@ -10,8 +10,8 @@
 namespace ogmprobe {
 
 /**
- * The units of the stream by the pages on which their packets end, without comments. The granule
- * position of a page is that of the last packet that ends there (RFC 3533, section 6).
+ * Groups the units of the stream, without comments, by the pages on which their packets end. The
+ * granule position of a page is that of the last packet that ends there (RFC 3533, section 6).
  */
 std::vector<PageGroup> pageGroupsOf(const OggFile& file, const StreamAccount& account);
 

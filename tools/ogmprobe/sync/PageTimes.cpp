@@ -11,7 +11,7 @@ namespace {
 
 using Groups = std::map<uint32_t, std::vector<PageGroup>>;
 
-/** Returns the reading on which the streams that show one agree; a file has one writer. */
+/** Returns the reading on which all streams that show one agree, because a file has one writer. */
 GranuleReading commonReading(const Groups& groups) {
     auto common = GranuleReading::kUnknown;
     for (const auto& [serial, ofStream] : groups) {

@@ -12,8 +12,8 @@
 #include "sync/TimeRange.h"
 
 /**
- * The times of a file's pages, without the plug-in. Granule positions are read by RFC 3533 and the
- * stream headers. If they do not say when a packet begins, they give a range. Used like this:
+ * The times of a file's pages, without the plug-in. They follow from granule positions (RFC 3533)
+ * and stream headers. If these do not determine when a packet begins, its time is a range. Usage:
  *
  *     const auto accounts = accountsOf(path, file, trace);
  *     for (const auto& [serial, times] : pageTimesOf(file, accounts)) {
@@ -22,19 +22,19 @@
  */
 namespace ogmprobe {
 
-/** Of one stream. */
+/** The times of a stream. */
 struct PageTimes {
     GranuleReading reading = GranuleReading::kUnknown;
-    /** The reading is that of the file's other streams: this one does not show it. */
+    /** Whether the reading was taken from other streams, because this one does not show it. */
     bool isReadLikeOthers = false;
     /**
-     * How much faster the pages' time goes than that of the audio on them, by its samples and their
-     * rate: millionths. Nothing where that is not known, and of video.
+     * How much faster the pages' time advances than that of their audio, which follows from samples
+     * and rate; in millionths. Nothing if unknown, and for video.
      */
     std::optional<double> contentDriftPpm;
     /** When each unit of the account begins; nothing if no page shows it, and for comments. */
     std::vector<std::optional<TimeRange>> units;
-    /** Indices of the units that are the first that end on their pages, rising. */
+    /** Rising indices of the units that are the first to end on their pages. */
     std::vector<size_t> firstOfPages;
 };
 

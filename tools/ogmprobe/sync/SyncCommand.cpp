@@ -18,7 +18,7 @@ using nlohmann::ordered_json;
 
 constexpr const char* kNotOgg = "the file has no Ogg pages to compare the times with";
 
-/** What was played, and what the pages say of it; nothing of a file that cannot be read. */
+/** A played file and the times of its pages; nothing if the file cannot be read. */
 class SyncedFile {
   public:
     SyncedFile(const std::string& path, Session& session) : mReport(session.console, path) {

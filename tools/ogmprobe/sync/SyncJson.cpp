@@ -20,7 +20,7 @@ ordered_json placeJson(const SyncPoint& point, const TimeRange& lateUs) {
             {"offset", point.offset}};
 }
 
-/** `place` makes the place out of an index. */
+/** `place` converts an index to a place. */
 template <typename Place>
 void addDeviation(const Deviation& deviation, const Place& place, ordered_json& json) {
     json["compared"] = deviation.compared;

@@ -15,24 +15,24 @@
 namespace ogmprobe {
 namespace {
 
-/** Less is no difference that anyone hears, nor any clock that counts frames can help. */
+/** Smaller differences are inaudible, and unavoidable with times that count frames. */
 constexpr int64_t kReportedLatenessUs = kUsPerMillisecond;
 constexpr double kReportedDriftPpm = 10;
 constexpr double kSecondsPerMinute = 60;
 
-/** The worst of a deviation: by how much for certain, and at what page time. */
+/** The largest certain deviation, and the page time at which it occurs. */
 struct Worst {
     int64_t lateUs = 0;
     int64_t atUs = 0;
 };
 
-/** `point` and `late` make a point and its difference out of an index. */
+/** `point` and `late` convert an index to a point and its difference. */
 template <typename PointAt, typename LateAt>
 Worst worstOf(const Deviation& deviation, const PointAt& point, const LateAt& late) {
     Worst worst;
     for (const auto& index : {deviation.earliest, deviation.latest}) {
         const int64_t lateUs = index ? late(*index).certainUs() : 0;
-        // The least number has no magnitude of its own type.
+        // The lowest number's magnitude does not fit its type.
         if (index &&
             std::abs(static_cast<double>(lateUs)) > std::abs(static_cast<double>(worst.lateUs))) {
             worst = {lateUs, point(*index).pageUs->leastUs};

@@ -8,7 +8,7 @@
 
 namespace ogmprobe {
 
-/** "audio runs up to 0.522 s early at 0:00:12.300", of the worst pair or track of a file. */
+/** "audio runs up to 0.522 s early at 0:00:12.300", for the worst pair or track of a file. */
 std::string worstSentence(const FileSync& sync);
 
 /** Tables of the tracks and pairs, and a sentence about each. */

@@ -8,7 +8,7 @@
 namespace ogmprobe {
 
 /**
- * `later` less `earlier`, or the nearest that fits: times come from the file and may be anything.
+ * `later` minus `earlier`, limited to what fits: times come from the file and may have any value.
  */
 constexpr int64_t nearestDifferenceUs(int64_t later, int64_t earlier) {
     int64_t difference = 0;
@@ -32,7 +32,7 @@ struct TimeRange {
                static_cast<int64_t>(
                        (static_cast<uint64_t>(mostUs) - static_cast<uint64_t>(leastUs)) / 2);
     }
-    /** Returns the least distance from 0, with its sign; 0 if the range includes it. */
+    /** Returns the value that is nearest to 0; 0 if the range includes it. */
     constexpr int64_t certainUs() const {
         return leastUs > 0 ? leastUs : std::min<int64_t>(mostUs, 0);
     }

@@ -23,8 +23,8 @@ SyncPoint pointOf(const OggFile& file, const StreamAccount& account, const PageT
 }
 
 /**
- * All packets of a page may come out with one time: only the first of each page shows what changes
- * from page to page.
+ * All packets of a page may have the same time, so only the first packet of each page shows what
+ * changes from page to page.
  */
 std::vector<LatePoint> latePoints(const std::vector<SyncPoint>& points, const PageTimes& times) {
     std::vector<LatePoint> late;

@@ -16,7 +16,7 @@ struct SyncPoint {
     size_t unit = 0;
     uint64_t offset = 0;
     std::optional<TimeRange> pageUs;
-    /** Of the buffer with it: its number in the track, and the plug-in's time. */
+    /** The number of its buffer in the track, and the plug-in's time. */
     std::optional<size_t> buffer;
     std::optional<int64_t> pluginUs;
     /** The plug-in's time minus the page's; negative if it is early. */
@@ -26,11 +26,11 @@ struct SyncPoint {
 /** Differences of times over a file. Indices say where they were found. */
 struct Deviation {
     size_t compared = 0;
-    /** Of those compared: how many differences are known exactly. */
+    /** How many of the compared differences are known exactly. */
     size_t exact = 0;
     /** The medians of the least and the greatest possible differences. */
     std::optional<TimeRange> offsetUs;
-    /** By how many microseconds per second the difference grows; nothing from few or short data. */
+    /** Growth of the difference in microseconds per second; nothing if there are too few data. */
     std::optional<double> driftPpm;
     /** Where it is earliest and latest for certain; nothing if it is never early, or late. */
     std::optional<size_t> earliest;
@@ -46,11 +46,11 @@ struct TrackSync {
     TrackKind kind = TrackKind::kOther;
     GranuleReading reading = GranuleReading::kUnknown;
     bool isReadLikeOthers = false;
-    /** Of the pages' time against the audio's own; see `PageTimes`. */
+    /** The drift of the pages' time against the audio's own; see `PageTimes`. */
     std::optional<double> contentDriftPpm;
     /** All packets or frames of the stream except comments, in the order of the file. */
     std::vector<SyncPoint> points;
-    /** Its indices are those of points. */
+    /** Its indices are those in `points`. */
     Deviation deviation;
 };
 

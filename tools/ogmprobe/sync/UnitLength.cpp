@@ -6,7 +6,7 @@ namespace {
 
 constexpr const char* kPcm = "0001";
 
-/** Nothing lasts longer; the sum over a page cannot overflow. */
+/** No unit lasts longer, so the sum over a page cannot overflow. */
 constexpr uint64_t kMostStated = UINT32_MAX;
 
 std::optional<int64_t> lengthOfFrame(const AudioFrame& frame) {

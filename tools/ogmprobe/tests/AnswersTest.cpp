@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the commands answer about the samples, and about damaged copies of them, is compared with
-// kept texts in data/answers/. After a change that was decided on:
+// Compares the output of the commands, for the samples and for damaged copies of them, with stored
+// texts in data/answers/. After an intended change:
 //
 //     OGMPROBE_UPDATE_ANSWERS=1 build/host/bin/ogmprobe_samples_test --gtest_filter='*Answers*'
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/** A command line; names of samples and of what `damagedCopies` makes stand for these files. */
+/** A command line. It contains names of samples and of the files that damagedCopies() makes. */
 struct Question {
     const char* name;
     std::vector<std::string> arguments;
@@ -122,7 +122,7 @@ std::string bytesOf(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/** The page numbered so, from 0, in a file of pages without damage. */
+/** The page with this number, from 0, in an undamaged file. */
 size_t pageOffset(const std::string& bytes, size_t number) {
     size_t offset = 0;
     for (size_t i = 0; i < number; ++i) {
@@ -131,7 +131,7 @@ size_t pageOffset(const std::string& bytes, size_t number) {
     return offset;
 }
 
-/** Copies of samples by their names, each with one thing changed. */
+/** Copies of samples, by their names, each with one change. */
 std::map<std::string, std::string> damagedCopies() {
     const auto sample = [](const char* name) { return bytesOf(fs::path(OGMPROBE_SAMPLES) / name); };
     std::map<std::string, std::string> copies;
@@ -172,7 +172,7 @@ std::string digestOf(const std::string& text) {
     return out.str();
 }
 
-/** The text, or if it is long its beginning with a digest of all of it. */
+/** The text; if it is long, only its beginning and a digest of the whole. */
 std::string shortened(const std::string& text) {
     constexpr int64_t kMostLines = 90;
     constexpr size_t kKept = 40;
@@ -195,7 +195,7 @@ std::string replacedAll(std::string text, const std::string& from, const std::st
     return text;
 }
 
-/** Asks the program in a folder with all files, and writes down the whole answer. */
+/** Runs the program in a folder with all files and returns its complete output. */
 class Asking {
   public:
     Asking() {
@@ -228,7 +228,7 @@ class Asking {
                                             : argument;
     }
 
-    /** Without the folders, and without times and processes of log lines. */
+    /** Removes the folders, and times and processes of log lines. */
     std::string plain(const std::string& text) const {
         static const std::regex stamp("\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d +\\d+ +\\d+\\]");
         const std::string paths = replacedAll(replacedAll(text, OGMPROBE_SAMPLES "/", ""),
@@ -253,7 +253,7 @@ class Asking {
     TemporaryFolder mFolder;
 };
 
-/** Sanitizers let the plug-in write to standard error, for the sake of their reports. */
+/** With sanitizers the plug-in may write to standard error, because of their reports. */
 std::string comparable(const std::string& answer) {
     const size_t begin = answer.find("--- standard error");
     const size_t end = answer.rfind("--- exit code");

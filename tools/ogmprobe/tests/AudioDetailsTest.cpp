@@ -16,7 +16,7 @@ Bytes withText(Bytes bytes, std::string_view text) {
     return bytes;
 }
 
-/** MPEG-1 layer III, 128 kbit/s, 44.1 kHz; junk in front. */
+/** MPEG-1 layer III, 128 kbit/s, 44.1 kHz, after some junk. */
 Bytes mpegFrame(uint8_t mode) {
     return {0x55, 0xff, 0xfb, 0x90, static_cast<uint8_t>(mode << 6)};
 }

@@ -51,7 +51,7 @@ TEST(AudioFrame, Ac3SaysSizeRateAndChannels) {
     EXPECT_EQ(frame->samples, 1536U);
     EXPECT_EQ(frame->sampleRate, 48000U);
     EXPECT_EQ(frame->channels, 2U);
-    // Three channels in front, two behind, and the low-frequency one.
+    // Three front channels, two rear channels, and the low-frequency channel.
     EXPECT_EQ(ac3FrameAt(Bytes{0x0b, 0x77, 0, 0, 0x14, 0x40, 0xe1, 0})->channels, 6U);
     EXPECT_FALSE(ac3FrameAt(Bytes{0x0b, 0x77, 0, 0, 0xd4, 0x40, 0x40, 0}));
     EXPECT_FALSE(ac3FrameAt(Bytes{0x0b, 0x77, 0, 0, 0x26, 0x40, 0x40, 0}));

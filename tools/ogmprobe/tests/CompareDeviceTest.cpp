@@ -10,7 +10,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/** What a device would print of the scripts of the fake plug-in. */
+/** What a device would print for a script of the fake plug-in. */
 std::vector<json> dumpOf(const std::vector<json>& tracks) {
     std::vector<json> lines = {{{"type", "header"}, {"schema_version", 1}, {"digest", "fnv1a64"}}};
     for (size_t i = 0; i < tracks.size(); ++i) {
@@ -46,7 +46,7 @@ class DeviceFile {
     }
 
     std::vector<json>& lines() { return mLines; }
-    /** The line of the buffer, counted over all tracks. */
+    /** The line of a buffer; buffers are counted over all tracks. */
     json& buffer(size_t number) { return mLines[3 + number]; }
 
     ProcessResult run(const std::vector<std::string>& options = {}) const {

@@ -10,7 +10,7 @@ using testing::HasSubstr;
 
 constexpr const char* kSample = OGMPROBE_SAMPLES "/mpeg4_b_mp3.ogm";
 
-/** A copy of the sample, edited, and what its comparison with the sample says. */
+/** An edited copy of the sample, and the result of comparing it with the sample. */
 class EditedSample {
   public:
     explicit EditedSample(const std::function<void(Bytes&)>& edit) {

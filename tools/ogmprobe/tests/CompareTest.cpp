@@ -13,7 +13,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-/** Two scripts and what the comparison of them says. */
+/** Two scripts and the result of comparing them. */
 class Pair {
   public:
     Pair(const json& a, const json& b)

@@ -21,7 +21,7 @@ constexpr const char* kSamples[] = {"mpeg4_b_mp3", "h264_mp3vbr",    "mpeg4_mp3_
                                     "mpeg2_ac3",   "mpeg4_2997_ac3", "mpeg4_vorbis",  "mjpeg"};
 constexpr size_t kFiles = 320;
 
-// Enough for everything that is looked at when a file is opened, and quick to write.
+// Enough for everything that is read when a file is opened, and fast to write.
 constexpr size_t kSampleBytes = 100000;
 
 std::string beginningOfSample(const std::string& name) {
@@ -32,11 +32,11 @@ std::string beginningOfSample(const std::string& name) {
     return bytes;
 }
 
-/** Damages bytes, each time in another way, and the same ways on every run. */
+/** Damages bytes: each call in another way, but all runs in the same ways. */
 class Damage {
   public:
     void operator()(std::string& bytes) {
-        // Where the headers are there is more to be damaged.
+        // Prefer the headers, where damage has more effect.
         const size_t reach = below(2) == 0 ? 1000 : bytes.size();
         const size_t place = below(reach);
         const size_t length = 1 + below(300);
@@ -80,7 +80,7 @@ class DamagedFiles : public testing::Test {
         }
     }
 
-    /** Most of the time goes into searches that never end. */
+    /** Most of the time is spent in searches that never end. */
     ProcessResult info(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), {"info", "--timeout", "0.1"});
         arguments.insert(arguments.end(), mPaths.begin(), mPaths.end());
@@ -121,7 +121,7 @@ TEST_F(DamagedFiles, AreEachNamedInText) {
     }
 }
 
-/** What the program says must not depend on whether searches are done in full. */
+/** The output must not depend on whether searches are shortened. */
 void expectAsInFull(const std::string& path, const std::vector<std::string>& explainOptions) {
     std::vector<std::string> explain = {"explain", "--json", path};
     explain.insert(explain.end(), explainOptions.begin(), explainOptions.end());
@@ -142,7 +142,7 @@ TEST(HoleAtTheEnd, IsReportedAsWithEachSearchDoneInFull) {
     expectAsInFull(folder.write("hole.ogm", bytes), {"--verbose", "--pages"});
 }
 
-/** The beginning of a sample, with zeros in front of a page. */
+/** The beginning of a sample, with zeros before a page. */
 std::string withHole(size_t size) {
     std::string bytes = beginningOfSample("mpeg4_b_mp3");
     return bytes.insert(bytes.find("OggS", bytes.size() / 2), size, '\0');

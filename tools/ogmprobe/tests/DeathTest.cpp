@@ -91,7 +91,7 @@ TEST(Death, OfWritingAllOverMemoryIsNoticed) {
     for (const char* mischief : {"scribble", "scribble noise", "scribble and hang"}) {
         const ProcessResult result = packetsEndingWith(mischief);
         EXPECT_EQ(result.exitCode, 4) << mischief;
-        // The extractor continues until the damage is seen, so any call may be reported.
+        // The extractor continues until the damage is noticed, so any call may be reported.
         EXPECT_THAT(result.err, ContainsRegex("a\\.fake: the extractor died( in [A-Za-z' ]+)?: it "
                                               "overwrote memory that is not its own"))
                 << mischief;

@@ -15,22 +15,22 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-Likeness likenessOf(std::string_view text) {
-    return Likeness({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+Fingerprint fingerprintOf(std::string_view text) {
+    return Fingerprint({reinterpret_cast<const uint8_t*>(text.data()), text.size()});
 }
 
 std::vector<FileUnit> unitsOf(std::initializer_list<std::string_view> texts) {
     std::vector<FileUnit> units;
     for (const auto text : texts) {
-        units.emplace_back().likeness = likenessOf(text);
+        units.emplace_back().fingerprint = fingerprintOf(text);
     }
     return units;
 }
 
-std::vector<Likeness> buffersOf(std::initializer_list<std::string_view> texts) {
-    std::vector<Likeness> buffers;
+std::vector<Fingerprint> buffersOf(std::initializer_list<std::string_view> texts) {
+    std::vector<Fingerprint> buffers;
     for (const auto text : texts) {
-        buffers.push_back(likenessOf(text));
+        buffers.push_back(fingerprintOf(text));
     }
     return buffers;
 }
@@ -82,7 +82,7 @@ TEST(Delivery, APacketWithTheSameBeginningIsReportedAsChanged) {
 
 TEST(Delivery, AKnownTailIsFoundExactly) {
     auto units = unitsOf({"a", "b"});
-    units[0].withForeignTail = likenessOf("a+tail");
+    units[0].withForeignTail = fingerprintOf("a+tail");
     const auto delivery = deliveryOf(units, buffersOf({"a+tail", "b"}));
     EXPECT_THAT(placesIn(delivery), ElementsAre(0, 1));
     EXPECT_TRUE(delivery.units[0].isChanged);

@@ -76,7 +76,7 @@ TEST(Deviation, TheWorstIsWhatIsCertain) {
     EXPECT_EQ(deviation.exact, 0U);
 }
 
-/** Each with a page's time in seconds, the plug-in's, and nothing else. */
+/** Points with only a page's time and the plug-in's time, in seconds. */
 TrackSync trackOf(const std::vector<std::pair<int64_t, int64_t>>& times) {
     TrackSync track;
     for (const auto& [pageUs, pluginUs] : times) {
@@ -101,7 +101,8 @@ TEST(PairPoints, AudioIsComparedWithThePictureOnShow) {
 }
 
 TEST(PairPoints, PicturesStoredOutOfOrderMakeNoDifference) {
-    // I P B B P B B ...: a P picture is shown two later, a B picture one earlier than it is stored.
+    // I P B B P B B ...: a P picture is shown two pictures later than stored, a B picture one
+    // earlier.
     std::vector<std::pair<int64_t, int64_t>> times;
     for (int64_t i = 0; i < 90; ++i) {
         times.emplace_back(i * 40, i * 40 + (i % 3 == 0 ? 80 : -40));

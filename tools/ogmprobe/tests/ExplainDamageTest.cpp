@@ -17,7 +17,7 @@ constexpr const char* kDropped =
 constexpr uint32_t kVideo = 1;
 constexpr uint32_t kAudio = 2;
 
-/** The page in the middle of the sample, of its video. */
+/** The video page in the middle of the sample. */
 constexpr size_t kPage = 10;
 
 TEST(ExplainDamage, OfACapturePatternSkipsThePage) {
@@ -81,7 +81,7 @@ TEST(ExplainDamage, OfAPageHeaderEndsPlayingBeforeIt) {
     file.expectNone("pages-missing");
 }
 
-/** Pages that belong to no track are passed over without a look at the next one. */
+/** After pages without a track, which are skipped without a look-up of the next page. */
 OgmFile damagedAfterPagesWithoutTrack(size_t pages) {
     OgmFile file;
     VideoHeader refused;
@@ -200,7 +200,7 @@ TEST(ExplainDamage, PacketsAreDroppedWhereTheGranuleFalls) {
                        kDropped);
 }
 
-/** A file with one audio track, a page for each packet. */
+/** A file with one audio track and one packet per page. */
 OgmFile audioFile(const std::string& tag, const std::vector<Bytes>& payloads) {
     OgmFile file;
     AudioHeader header;

@@ -207,7 +207,7 @@ TEST(ExplainFormats, AnErrorLineWithoutAnErrorIsReportedAsUsual) {
     EXPECT_THAT(found[0]["log"]["text"].get<std::string>(), HasSubstr("mDequeueMpegAudioOgm"));
 }
 
-/** Returns the text about the end that the file causes. */
+/** Returns the text about the death that the file causes. */
 std::string endOf(const Bytes& bytes) {
     const auto found = ExplainedFile(bytes).findings("extractor-ended");
     return found.empty() ? "" : found[0]["text"].get<std::string>();
@@ -238,7 +238,7 @@ TEST(ExplainFormats, WhatEndsTheExtractorIsNamed) {
 }
 
 TEST(ExplainFormats, AGranulePositionThatEndsTheExtractorIsNamed) {
-    // At 1 Hz a granule position is a number of seconds.
+    // At 1 Hz granule positions count seconds.
     AudioHeader header = audioHeader("0055");
     header.samplesPerUnit = 1;
     OgmFile file;

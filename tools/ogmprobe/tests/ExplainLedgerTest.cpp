@@ -16,10 +16,10 @@ using testing::StartsWith;
 
 constexpr uint32_t kVideo = 1;
 constexpr uint32_t kAudio = 2;
-/** An audio packet's first byte for which the plug-in takes off as much as the format says. */
+/** First byte of an audio packet for which the plug-in and the format have the same header size. */
 constexpr uint8_t kUsualAudio = 0x80;
 
-/** The ledger of the stream; it balances, and every loss has a reason. */
+/** The ledger of the stream. Checks that it balances and that each loss has a reason. */
 nlohmann::json ledgerOf(const Bytes& bytes, uint32_t serial) {
     const auto document = ExplainedFile(bytes).document();
     for (const auto& stream : document["streams"]) {
@@ -56,7 +56,7 @@ AudioHeader audioHeader(const std::string& tag, uint64_t rate = 44100) {
     return header;
 }
 
-/** A stream of audio, a packet a page, with a granule position of so many samples a packet. */
+/** An audio stream with one packet per page, whose granule positions rise by `samples`. */
 OgmFile audioFile(const AudioHeader& header, const std::vector<Bytes>& packets,
                   uint64_t samples = 1536) {
     OgmFile file;
@@ -157,7 +157,7 @@ TEST(ExplainLedger, CountsAPacketOverSeveralPagesOnce) {
     EXPECT_EQ(ledger["changed"], 0);
 }
 
-/** The file within an input for fuzzing, without what is done with it there. */
+/** The file in a fuzzing input, without the input's calls. */
 Bytes fuzzedFile(const std::string& name) {
     std::ifstream file(OGMPROBE_SAMPLES "/../../../fuzz/corpus/ogm_extractor_fuzzer/" + name,
                        std::ios::binary);
@@ -168,8 +168,8 @@ Bytes fuzzedFile(const std::string& name) {
     return bytes;
 }
 
-// After junk a look-up begins some bytes too early, here in a packet that is as large as what is
-// read of a page for its beginning.
+// After junk a look-up begins some bytes too early, here in a packet whose size is that of the
+// first read of a page header.
 TEST(ExplainLedger, APacketThatASearchMeetsIsNotRegardedAsRead) {
     const Bytes bytes = fuzzedFile("330ab538ff7790fb8917a7caa2bf28430a57389e");
     const auto ledger = ledgerOf(bytes, kVideo);

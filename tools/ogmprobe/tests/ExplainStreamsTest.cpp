@@ -12,7 +12,8 @@ constexpr uint32_t kVideo = 1;
 constexpr uint32_t kAudio = 2;
 constexpr uint32_t kOther = 7;
 
-/** A file whose last header announces the given stream, with a page of it after the first pages. */
+/** A file whose last header announces the given stream; one of its pages follows the first pages.
+ */
 OgmFile fileWith(const Bytes& header) {
     OgmFile file = videoAndAudio(0, 0);
     file.addHeader(kOther, header);

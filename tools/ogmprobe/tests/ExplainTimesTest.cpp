@@ -14,7 +14,7 @@ using testing::StartsWith;
 
 constexpr uint32_t kVideo = 1;
 
-/** A page for each granule position. */
+/** A file with a page for each granule position. */
 Bytes pagesWith(const std::vector<uint64_t>& granules) {
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
@@ -96,7 +96,7 @@ TEST(ExplainTimes, PicturesStoredOutOfOrderDoNotStepBack) {
     explained.expectNone("times-stand-still");
 }
 
-/** A page for each frame, of a stream with the format tag. */
+/** A file with a page for each frame of a stream with this format tag. */
 Bytes audioPages(const std::string& tag, uint64_t rate, uint64_t samples,
                  const std::vector<Bytes>& frames) {
     constexpr uint8_t kUsualAudio = 0x80;

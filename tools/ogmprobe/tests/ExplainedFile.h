@@ -26,7 +26,7 @@ inline Bytes sampleBytes(const std::string& name) {
     return bytes;
 }
 
-/** Where the pages of a whole file begin. */
+/** Offsets of the pages of an undamaged file. */
 inline std::vector<size_t> pageOffsets(const Bytes& file) {
     constexpr size_t kSegmentCount = 26;
     constexpr size_t kLacing = 27;
@@ -52,7 +52,7 @@ inline Bytes withGranule(Bytes bytes, size_t page, uint64_t granule) {
     return bytes;
 }
 
-/** Header pages, then video and audio pages in turn, with a packet each. */
+/** Header pages, then alternating video and audio pages with one packet each. */
 inline OgmFile videoAndAudio(size_t videoFrames, size_t audioPackets) {
     android::ogm::test::OneVideoOneAudio content;
     content.videoFrames = videoFrames;
@@ -61,7 +61,7 @@ inline OgmFile videoAndAudio(size_t videoFrames, size_t audioPackets) {
     return oneVideoOneAudioFile(content);
 }
 
-/** A file in a folder of its own, and what the program says about it with the real plug-in. */
+/** A file in a separate folder, and the program's output for it with the real plug-in. */
 class ExplainedFile {
   public:
     explicit ExplainedFile(const Bytes& bytes)
@@ -81,7 +81,7 @@ class ExplainedFile {
         return nlohmann::json::parse(run(all).out);
     }
 
-    /** All with the identifier. */
+    /** All findings with the identifier. */
     std::vector<nlohmann::json> findings(const std::string& id) const {
         std::vector<nlohmann::json> found;
         const nlohmann::json all = document();
@@ -93,7 +93,7 @@ class ExplainedFile {
         return found;
     }
 
-    /** The one with the identifier; its text and the text of its log line are compared. */
+    /** Compares text and log line of the finding with the identifier. */
     nlohmann::json expectOne(const std::string& id, const std::string& text,
                              const std::string& line) const {
         const auto found = findings(id);

@@ -98,7 +98,7 @@ TEST_F(ExtractTest, KeepsWhatWasReadWhenTheExtractorDies) {
     video["end"] = "crash";
     const ProcessResult result = extract(fakeFile({video, fakeAudio()}));
     EXPECT_EQ(result.exitCode, 4);
-    // Packets are read one ahead: the video's last one was not yet handed over.
+    // Packets are read one ahead: the video's last one was not passed on yet.
     EXPECT_EQ(namesInFolder(), (std::set<std::string>{"a.track0.h264.part", "a.track1.wav"}));
     EXPECT_EQ(contents("a.track0.h264.part").size(), 4U);
     EXPECT_THAT(result.err, HasSubstr("died in read"));

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// A plug-in whose "media files" are JSON scripts that say what the extractor is to do:
+// A plug-in whose "media files" are JSON scripts that say what the extractor does:
 //
-//   {"fake": true,                        without it the plug-in does not claim the file
+//   {"fake": true,                        without it the plug-in does not take the file
 //    "sniff": MISCHIEF, "create": MISCHIEF,
 //    "landing": 0,                         buffers by which each seek goes too far
 //    "container": {KEY: VALUE...},
@@ -10,13 +10,13 @@
 //                "buffers": [{"time_us": 0, "sync": 1, "hex": "00ff",
 //                             "log": "text", "entries": {KEY: VALUE...}}...],
 //                "start": STATUS,         what `start` returns
-//                "getFormat": MISCHIEF    when the extractor is asked for the track's format
+//                "getFormat": MISCHIEF    when the extractor's format of the track is requested
 //                "repeat": true,          begins again after the last buffer
 //                "end": MISCHIEF or STATUS, after the last buffer; end of stream by default
-//                "keep": true}]}          holds a buffer until after its group is gone
+//                "keep": true}]}          holds a buffer until after its group is freed
 //
 // MISCHIEF is one of the words in Mischief.cpp; "null" makes creation fail. A seek goes to the
-// first buffer at or after its time. What the framework calls is logged at info level.
+// first buffer at or after its time. The framework's calls are logged at info level.
 #define LOG_TAG "FakeExtractor"
 
 #include <media/MediaExtractorPluginApi.h>
@@ -59,7 +59,7 @@ std::string bytesOf(const std::string& hex) {
     return bytes;
 }
 
-// Keys that end in "Us" hold 64 bits, as those of the platform do.
+// Keys that end in "Us" have 64-bit values, like those of the platform.
 void fill(AMediaFormat* format, const json& values) {
     for (const auto& [key, value] : values.items()) {
         if (key == "esds") {

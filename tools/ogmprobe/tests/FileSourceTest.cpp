@@ -111,7 +111,7 @@ TEST(FileSource, ReadsAcrossBlocks) {
     expectRead(content.size() - 2, 4);
 }
 
-/** Searches files of zeros for something that is not there, as a plug-in does. */
+/** Searches files of zeros for something that they do not contain, as a plug-in does. */
 class LongSearchTest : public testing::Test {
   protected:
     static constexpr off64_t kSize = 3 << 20;
@@ -122,7 +122,7 @@ class LongSearchTest : public testing::Test {
     uint64_t search(FileSource& source, off64_t from) const {
         android::CDataSource* table = source.table();
         char bytes[4] = {};
-        // The run of reads before has an end.
+        // This ends the run of reads before.
         table->readAt(table->handle, 0, bytes, 1);
         uint64_t reads = 1;
         for (; table->readAt(table->handle, from, bytes, 4) == 4; ++from) {
@@ -161,7 +161,7 @@ TEST_F(LongSearchTest, IsDoneInFullByDefault) {
     EXPECT_EQ(search(source, 100), whole);
 }
 
-/** Looks for a page of another stream in a file with junk, as a plug-in does. */
+/** Searches for a page of another stream in a file with junk, as a plug-in does. */
 class RepeatedSearchTest : public testing::Test {
   protected:
     static constexpr off64_t kJunk = 200'000;
@@ -176,7 +176,7 @@ class RepeatedSearchTest : public testing::Test {
     }
 
     struct Result {
-        /** What the searches found, in all. */
+        /** The results of all searches. */
         uint64_t pages = 0;
         uint64_t calls = 0;
         bool operator==(const Result&) const = default;

@@ -103,7 +103,7 @@ TEST(Folder, WithoutOgmFilesIsAnErrorAndTheOthersContinue) {
     EXPECT_THAT(files[1]["errors"], IsEmpty());
 }
 
-/** A folder so deep that no path reaches it, as unreadable for root as for anyone. */
+/** A folder so deep that no path reaches it: even root cannot read it. */
 void makeUnreachable(const fs::path& folder) {
     const std::string name(250, 'd');
     int parent = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);

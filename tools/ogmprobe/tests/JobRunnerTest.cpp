@@ -27,7 +27,7 @@ GlobalOptions fakePluginOptions(bool inProcess) {
     return options;
 }
 
-/** A word for a record, and what it is about where that is worth knowing. */
+/** A word for a record, with some of its contents. */
 struct Word {
     std::string operator()(const CallBegun& call) const {
         return std::string("> ") + functionName(call.function);
@@ -69,7 +69,7 @@ class JobRunnerTest : public testing::TestWithParam<bool> {
         return words;
     }
 
-    /** With a file that the job does not look at. */
+    /** Runs the job with a file that it does not read. */
     JobRequest request(const Job& job) const { return {mPlugin.file(test::fakeFile({})), job}; }
 
     test::FakePlugin mPlugin;

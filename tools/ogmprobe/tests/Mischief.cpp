@@ -42,7 +42,7 @@ int descend(int levels) {
 }
 
 void overflowTheStack(android::CDataSource*) {
-    // More levels than any stack holds.
+    // More levels than fit on any stack.
     descend(1 << 30);
 }
 
@@ -77,7 +77,7 @@ void readForever(android::CDataSource* source) {
     }
 }
 
-/** Never the same twice, so that nobody can say whether it will end. */
+/** Never the same reads twice, so that nobody can know whether it will end. */
 void wanderForever(android::CDataSource* source) {
     off64_t size = 0;
     source->getSize(source->handle, &size);
@@ -87,7 +87,7 @@ void wanderForever(android::CDataSource* source) {
     }
 }
 
-/** As when a page is looked for byte by byte. */
+/** Like a byte-by-byte search for a page. */
 void searchOnce(android::CDataSource* source) {
     char bytes[4] = {};
     off64_t offset = 0;
@@ -122,7 +122,7 @@ void runProgram(android::CDataSource*) {
 void takeAllMemory(android::CDataSource*) {
     std::vector<std::vector<char>> blocks;
     while (true) {
-        // Not touched: it is the address space that is limited.
+        // Not touched, because the limit is on address space.
         blocks.emplace_back().reserve(1 << 20);
     }
 }

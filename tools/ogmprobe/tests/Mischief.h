@@ -8,12 +8,12 @@
 namespace ogmprobe::test {
 
 /**
- * Does what the word says; returns from what cannot be done, and from no word at all. The words are
- * those of the table in Mischief.cpp.
+ * Does what the word says; the table in Mischief.cpp lists the words. Returns if that is not
+ * possible or the word is empty.
  */
 void misbehave(const std::string& what, android::CDataSource* source);
 
-/** To be called while files can still be opened: finds the memory that other processes see too. */
+/** Finds memory that is shared with other processes. Call it while files can still be opened. */
 void lookForSharedMemory();
 
 }  // namespace ogmprobe::test

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 using Bytes = std::vector<uint8_t>;
 
-/** While it lives, no file grows beyond the size, as on a full disk. */
+/** During its lifetime no file grows beyond the size, as on a full disk. */
 class FullDisk {
   public:
     explicit FullDisk(rlim_t size) : mHandler(std::signal(SIGXFSZ, SIG_IGN)) {

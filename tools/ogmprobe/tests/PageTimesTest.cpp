@@ -27,7 +27,7 @@ auto between(int64_t leastUs, int64_t mostUs) {
     return Optional(TimeRange{leastUs, mostUs});
 }
 
-/** The times of the streams of a file, which no plug-in has played. */
+/** The times of a file's streams, without a plug-in. */
 std::map<uint32_t, PageTimes> timesOf(const OgmFile& made, UnitKind audio = {}) {
     const TemporaryFolder folder;
     const std::string path =

@@ -28,7 +28,7 @@ std::vector<const char*> commandOf(const std::string& program) {
 #endif
 }
 
-/** The two ends of a standard stream: the program's, and the one that is read here (or -1). */
+/** The two ends of a standard stream: the program's end, and the end that is read here (or -1). */
 struct Ends {
     int program = -1;
     int reader = -1;
@@ -60,7 +60,7 @@ Ends connect(StandardStream kind, uint16_t columns) {
     return {ends[1], ends[0]};
 }
 
-// The reader end of a terminal fails instead of ending when the last writer is gone.
+// When the last writer is gone, reading a terminal fails instead of reaching the end.
 void readToEnd(int descriptor, std::string& text) {
     char bytes[4096];
     ssize_t got = 0;
@@ -141,7 +141,7 @@ bool canOpenTerminal() {
 }
 
 bool canFilterSystemCalls() {
-    // Where filters may be set, what is wrong with this one is that it lies nowhere.
+    // If filters are allowed, this call fails because of the filter's address.
     return syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, 0, nullptr) != 0 && errno == EFAULT;
 }
 
@@ -151,7 +151,7 @@ ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessS
 
 ProcessResult runProgram(const std::string& program, const std::vector<std::string>& arguments,
                          const ProcessSetup& setup) {
-    // A program that does not read to the end must not end the test.
+    // A program that does not read its input to the end must not end the test.
     std::signal(SIGPIPE, SIG_IGN);
     StandardInput in(setup.in);
     const Ends out = connect(setup.out, setup.columns);

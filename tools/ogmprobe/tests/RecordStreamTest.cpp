@@ -26,7 +26,7 @@ TrackDescription someTrack() {
     return track;
 }
 
-/** One record of each kind, none of them plain zeros. */
+/** One record of each kind, none of them all zeros. */
 std::vector<Record> oneOfEach() {
     return {
             FileOpened{"name", "video/ogm", 5, 2, 1000, {{"key", "int32(1)"}}},
@@ -145,7 +145,7 @@ TEST_F(RecordStreamTest, DropsARecordInTheMiddleOfWhichTheWriterDied) {
     EXPECT_THROW(mReader.next(), RingEnded);
 }
 
-/** Records as they lie in a ring, to be damaged. */
+/** Records as stored in a ring, to be damaged. */
 class RecordsInRing {
   public:
     RecordsInRing() {
@@ -160,7 +160,7 @@ class RecordsInRing {
     uint64_t size() const { return mSize; }
     uint8_t& byte(size_t offset) { return mRing.memory().bytes[offset]; }
 
-    /** Reads on until the damage is found or nothing is left; gives the number of records. */
+    /** Reads until the damage is found or nothing is left; returns the number of records. */
     size_t readAll() {
         size_t count = 0;
         try {

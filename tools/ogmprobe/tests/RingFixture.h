@@ -31,7 +31,7 @@ class RingFixture {
 
     /** The writer is gone. To be called on its thread. */
     void hangUp() { mWriterBell.close(); }
-    /** The same, after it has shown all that it wrote. */
+    /** The same, after it has published all that it wrote. */
     void endWriting() {
         mWriter->flush();
         hangUp();

@@ -111,7 +111,7 @@ TEST(Samples, GiveTheirPacketsInTheOrderOfTheirTimes) {
         EXPECT_GE(reached, lastReachedUs);
         lastReachedUs = reached;
     }
-    // 150 pictures and 232 and 188 audio frames were muxed; a few at the end stay inside.
+    // 150 pictures and 232 and 188 audio frames were muxed; a few at the end are not returned.
     EXPECT_EQ(reachedUs.size(), 3U);
     EXPECT_GT(buffers.size(), 500U);
     EXPECT_LE(buffers.size(), 570U);

@@ -62,7 +62,7 @@ TEST_F(SharedRingTest, KeepsWhatWasNotPublished) {
 }
 
 TEST_F(SharedRingTest, CarriesPiecesOfAnySizeBetweenThreads) {
-    // Some are longer than the ring; in all it is gone round many times.
+    // Some are longer than the ring; together they fill it many times.
     std::minstd_rand random(1);
     std::vector<size_t> sizes = {kCapacity - 1, kCapacity, kCapacity + 1, 3 * kCapacity + 7};
     for (int i = 0; i < 2000; ++i) {

@@ -30,7 +30,7 @@ Bytes operator+(Bytes first, const Bytes& second) {
     return first;
 }
 
-// The smallest descriptor around the configuration.
+// The smallest descriptor with the configuration.
 Bytes esdsAround(const Bytes& configuration) {
     const auto size = static_cast<uint8_t>(configuration.size());
     const auto configSize = static_cast<uint8_t>(15 + size);

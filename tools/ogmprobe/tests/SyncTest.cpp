@@ -15,7 +15,7 @@ using testing::StartsWith;
 
 constexpr uint32_t kVideo = 1;
 constexpr uint32_t kAudio = 2;
-/** An audio packet's first byte for which the plug-in takes off as much as the format says. */
+/** First byte of an audio packet for which the plug-in and the format have the same header size. */
 constexpr uint8_t kUsualAudio = 0x80;
 
 class SyncedFile {
@@ -42,7 +42,7 @@ AudioHeader ac3Header() {
     return header;
 }
 
-/** So many frames in a packet each, on one page. */
+/** A page with this number of frames, each in its own packet. */
 OggPage ac3Page(uint64_t granule, size_t frames, uint32_t& seed) {
     OggPage page(kAudio);
     page.granule(granule);
@@ -55,8 +55,8 @@ OggPage ac3Page(uint64_t granule, size_t frames, uint32_t& seed) {
 }
 
 /**
- * Two seconds and more of both: a picture a page, and AC-3 of `frames` a page, whose granule
- * positions are `shift` plus the result of `scale` for its samples.
+ * More than two seconds of video and audio: one picture per page, and `frames` AC-3 frames per
+ * page, whose granule positions are `shift` plus the result of `scale` for the number of samples.
  */
 OgmFile fileWith(size_t frames, uint64_t shift = 0, double scale = 1) {
     constexpr size_t kPages = 80;
@@ -88,7 +88,7 @@ TEST(Sync, APacketAPageHasTheTimeOfThePages) {
         EXPECT_EQ(track["spread_us"], exactly(0));
         EXPECT_EQ(track["drift_ppm"], 0);
         EXPECT_TRUE(track["earliest"].is_null());
-        // Of 80 the plug-in withholds the last two.
+        // The plug-in does not return the last two of 80.
         EXPECT_EQ(track["compared"], 78);
         EXPECT_EQ(track["exact"], 78);
     }
@@ -138,7 +138,7 @@ TEST(Sync, ARateThatThePluginRoundsMakesItDrift) {
     }
     const json track = SyncedFile(file.bytes()).document()["tracks"][0];
     EXPECT_EQ(track["granules_are"], "unknown");
-    // 8000 and not 8000.5 samples a second.
+    // 8000 instead of 8000.5 samples per second.
     EXPECT_NEAR(track["drift_ppm"].get<double>(), 62.5, 0.5);
 }
 

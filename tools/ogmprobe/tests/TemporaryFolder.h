@@ -10,7 +10,7 @@
 
 namespace ogmprobe::test {
 
-/** A folder of its own for a test, gone with this object. */
+/** A test's own folder, removed with this object. */
 class TemporaryFolder {
   public:
     TemporaryFolder() {
@@ -28,7 +28,7 @@ class TemporaryFolder {
     const std::filesystem::path& path() const { return mPath; }
     std::string path(const std::string& name) const { return (mPath / name).string(); }
 
-    /** Gives the new file's path. */
+    /** Returns the new file's path. */
     std::string write(const std::string& name, const std::string& contents) const {
         std::ofstream(mPath / name, std::ios::binary) << contents;
         return path(name);

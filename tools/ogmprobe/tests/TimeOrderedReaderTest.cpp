@@ -14,8 +14,7 @@ using testing::ElementsAre;
 
 constexpr auto kNone = std::nullopt;
 
-/** Gives packets with the times of a script; a seek goes to the first time not before its target.
- */
+/** Returns packets with scripted times; a seek goes to the first time at or after its target. */
 class ScriptedStream : public PacketStream {
   public:
     ScriptedStream(std::string name, std::vector<int64_t> times, std::vector<std::string>& journal)

@@ -8,7 +8,7 @@
 
 namespace ogmprobe {
 
-/** Raised whenever a member of any JSON output changes its name, place, type or meaning. */
+/** To be raised when a member of any JSON output changes its name, place, type or meaning. */
 constexpr int kSchemaVersion = 1;
 
 /** Returns the value, or null. */

@@ -12,7 +12,7 @@
 namespace ogmprobe {
 namespace {
 
-// Beyond this a double no longer holds every microsecond.
+// Beyond this a double is no longer exact to the microsecond.
 constexpr double kMaxSeconds = 9.0e9;
 
 }  // namespace

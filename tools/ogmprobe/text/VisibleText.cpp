@@ -10,7 +10,7 @@
 namespace ogmprobe {
 namespace {
 
-/** A character, or a byte that belongs to none. */
+/** A character, or a byte that is not part of one. */
 struct Character {
     uint32_t code = 0;
     size_t size = 1;

@@ -14,10 +14,10 @@ namespace ogmprobe {
  */
 std::string visible(std::string_view text);
 
-/** Returns the columns of UTF-8 text; each character is regarded as one column wide. */
+/** Returns the columns of UTF-8 text; each character is assumed to be one column wide. */
 size_t columnsOf(std::string_view text);
 
-/** Returns UTF-8 text, cut to so many columns with an ellipsis if it is longer. */
+/** Returns UTF-8 text, cut to this number of columns with an ellipsis if it is longer. */
 std::string shortened(std::string_view text, size_t columns);
 
 }  // namespace ogmprobe

@@ -54,7 +54,7 @@ class ByteCurve {
         double bytes = 0;
     };
 
-    // Packets that all have one time last as long as the shortest window.
+    // If all packets have the same time, they last as long as the shortest window.
     static double lastsUs(const TimeGroup& group, const Timing& timing) {
         return timing.packetUs > 0 ? static_cast<double>(group.packets.size()) * timing.packetUs
                                    : kLeastWindowUs;

@@ -12,17 +12,17 @@ namespace ogmprobe::timeline {
 struct Bitrate {
     double startUs = 0;
     double windowUs = 0;
-    /** For each lane, each window. */
+    /** By lane, then by window. */
     std::vector<std::vector<double>> lanes;
-    /** Of all lanes together. */
+    /** The sum of all lanes. */
     std::vector<double> total;
     double highest = 0;
 };
 
 /**
- * Returns rates in windows of half a second, longer in files of more than two minutes. The bytes of
- * packets are spread over the time up to the next ones of their track, so that the times of pages
- * do not show in the windows.
+ * Returns rates in windows of half a second; longer ones in files of more than two minutes. The
+ * bytes of packets are spread over the time up to the next packets of their track, so that page
+ * boundaries are not visible in the windows.
  */
 Bitrate bitrateOf(const Timeline& timeline, const std::vector<Timing>& timings,
                   const TimeSpan& span);

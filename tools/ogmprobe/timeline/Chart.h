@@ -24,7 +24,7 @@ struct Chart {
     // An entry for each lane.
     std::vector<Timing> timings;
     std::vector<LaneBars> bars;
-    /** The style sheet colours a track by these: its kind and its number among that kind. */
+    /** The style sheet colours a track by these: its kind and its number within the kind. */
     std::vector<std::string> trackClasses;
 };
 

@@ -67,8 +67,8 @@ class EvidenceBuild {
 
     LostPacket lostPacket(const StreamAccount& account, size_t index, const char* reason) const {
         const FileUnit& unit = account.units[index];
-        return {timeOf(account, index), unit.likeness.size, pieceOf(account, unit.firstPiece).page,
-                reason};
+        return {timeOf(account, index), unit.fingerprint.size,
+                pieceOf(account, unit.firstPiece).page, reason};
     }
 
     void addToLane(const StreamAccount& account, Lane& lane) {

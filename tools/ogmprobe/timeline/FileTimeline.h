@@ -15,7 +15,7 @@ namespace ogmprobe::timeline {
 struct TimelineTask {
     const std::string& file;
     const std::filesystem::path& output;
-    /** Without their files and output. */
+    /** The options, except files and output. */
     const TimelineOptions& options;
 };
 
@@ -25,8 +25,8 @@ struct DrawnTimeline {
 };
 
 /**
- * Plays the file and draws its timeline. What goes wrong is reported, and stands in the drawing
- * too; of a file that the plug-in does not open nothing is drawn. Throws `ProbeError`.
+ * Plays the file and draws its timeline. Failures are reported, and are also in the drawing.
+ * Nothing is drawn for a file that the plug-in does not open. Throws `ProbeError`.
  */
 std::optional<DrawnTimeline> drawTimeline(const TimelineTask& task, Session& session,
                                           Report& report);

@@ -7,7 +7,7 @@
 namespace ogmprobe::timeline {
 namespace {
 
-// A packet needs up to 70 bytes of a page, a bin up to 170: less than 2 MB in both cases.
+// A packet takes up to 70 bytes in a page, a bin up to 170: less than 2 MB in both cases.
 constexpr size_t kMostPackets = 12000;
 constexpr size_t kMostBins = 9000;
 constexpr size_t kMostBinsOfALane = 3000;

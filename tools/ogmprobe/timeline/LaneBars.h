@@ -23,13 +23,13 @@ struct Bar {
 
 /** The packets in one of the equal parts of the time axis. */
 struct Bin {
-    /** Its number among all parts, including empty ones. */
+    /** Its index among all parts, including empty ones. */
     size_t number = 0;
     uint64_t packets = 0;
     uint64_t syncs = 0;
     uint64_t bytes = 0;
     uint64_t largest = 0;
-    /** Of each frame type. */
+    /** The packets of each frame type. */
     std::array<uint64_t, kFrameTypes> largestOf = {};
     /** The last file position in it. */
     uint64_t readUpTo = 0;

@@ -46,7 +46,7 @@ class LanePlot {
     double height() const { return base() + kMarkHeight; }
 
     std::string text() const {
-        // Other packets of its bin would hide a short gap.
+        // The other packets of its bin would hide a short gap.
         const std::string packets = mBars.bins ? bars() + gaps() : gaps() + bars();
         return syncs() + packets + baseLine() +
                marks("repeated", repeatedTimes(), base() + 2, base() + 7) +

@@ -19,8 +19,8 @@ int64_t nearestUs(double timeUs) {
 
 /**
  * Returns how much further the file was read for each packet than for the previous one, minus the
- * size of the packet `lead` places later: a plug-in that keeps so many packets ready reads that
- * one.
+ * size of the packet `lead` places later: the packet that a plug-in reads if it keeps that many
+ * packets ready.
  */
 Column positionsOf(const std::vector<PacketPoint>& packets, uint64_t lead) {
     Column column;

@@ -21,7 +21,7 @@ class PageColumns {
     /** Adds numbers and times stream by stream, because they rise steadily in each. */
     void addPages(const std::vector<FilePage>& pages);
     void addPackets(const std::vector<PacketPoint>& packets);
-    /** Adds ranges of times; unknown ones are left out. */
+    /** Adds ranges of times; omits unknown ones. */
     void addRanges(const std::vector<PacketPoint>& packets,
                    std::optional<TimeRange> PacketPoint::*range);
     void addLost(const std::vector<LostPacket>& packets);

@@ -7,8 +7,8 @@
 namespace ogmprobe::timeline {
 
 /**
- * The beginning of a page that needs nothing from elsewhere, up to its body. The sheet is its own
- * style; all pages share the rest.
+ * The beginning of a self-contained page, up to its body. `sheet` is the page's own style; all
+ * pages share the rest.
  */
 std::string pageHead(std::string_view title, const std::string& sheet);
 

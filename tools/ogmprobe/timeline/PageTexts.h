@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-/** The source files of the page, which the build turns into constants. */
+/** The source files of the page, which the build embeds as constants. */
 namespace ogmprobe::timeline {
 
 /** head.html: the beginning of each page, with names for the parts to fill in. */

@@ -9,7 +9,7 @@
 
 namespace ogmprobe::timeline {
 
-/** Returns a number for an SVG document: hundredths are enough for the largest zoom. */
+/** Returns a number for an SVG document. Hundredths are enough for the largest zoom. */
 inline std::string coordinate(double value) {
     return fmt::format("{}", std::round(value * 100) / 100);
 }

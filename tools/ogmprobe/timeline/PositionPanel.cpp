@@ -20,7 +20,7 @@ constexpr double kFlattestArc = 8;
 constexpr double kSteepestArc = 40;
 constexpr double kArcRise = 0.1;
 constexpr double kPositionBase = kPositionHeight - 1;
-// The column beside the plot that holds what opening read.
+// The column beside the plot that shows what opening read.
 constexpr double kOpeningX = kPlotLeft - 14;
 // Parts of the file that are closer than this cannot be distinguished.
 constexpr double kLeastDistance = 0.5;

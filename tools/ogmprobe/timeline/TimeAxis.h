@@ -13,7 +13,7 @@ namespace ogmprobe::timeline {
 /** Presentation time as a place between 0 and 1. */
 class TimeAxis {
   public:
-    /** From the first to the last time, with a little room on both sides. */
+    /** From the first to the last time, with a small margin on both sides. */
     explicit TimeAxis(const TimeSpan& span);
 
     double startUs() const { return mStartUs; }

@@ -11,7 +11,7 @@
 #include "records/Records.h"
 #include "sync/TimeRange.h"
 
-/** What a timeline shows of a file, collected while the file is played. */
+/** The contents of a file's timeline, collected while the file is played. */
 namespace ogmprobe::timeline {
 
 struct TimeSpan {
@@ -19,7 +19,7 @@ struct TimeSpan {
     int64_t lastUs = 0;
 };
 
-/** What is kept of a packet. */
+/** The stored data of a packet. */
 struct PacketPoint {
     int64_t timeUs = 0;
     uint64_t size = 0;
@@ -28,17 +28,17 @@ struct PacketPoint {
     bool isSync = false;
     FrameType type = FrameType::kUnknown;
     uint64_t digest = 0;
-    /** The page of the file that it begins on, by its number among them; nothing if unknown. */
+    /** Index of the page on which it begins; nothing if unknown. */
     std::optional<uint32_t> page = {};
-    /** When it begins by the file's pages; nothing if they do not show it. */
+    /** Its time by the file's pages; nothing if they do not show it. */
     std::optional<TimeRange> pageUs = {};
-    /** Of audio: how much later than the video it is played, compared with the pages. */
+    /** Only for audio: how late it is played relative to the video, compared with the pages. */
     std::optional<TimeRange> lateByVideoUs = {};
 };
 
 /** A packet or frame of the file that is not returned. */
 struct LostPacket {
-    /** By the file's pages. */
+    /** Its time by the file's pages. */
     int64_t timeUs = 0;
     uint64_t size = 0;
     uint32_t page = 0;
@@ -51,7 +51,7 @@ struct Lane {
     TrackDescription track;
     std::vector<PacketPoint> packets;
     std::vector<LostPacket> lost = {};
-    /** Frames are counted, not packets. */
+    /** Whether frames are counted instead of packets. */
     bool countsFrames = false;
 };
 
@@ -85,7 +85,7 @@ struct ShownFinding {
     std::string text;
     /** The log line that shows it; may be empty. */
     std::string line;
-    /** The same with every such file. */
+    /** The same for every such file. */
     bool usual = false;
     /** Indices of the lane or stream that it is about; neither: the whole file. */
     std::optional<size_t> lane;
@@ -101,11 +101,11 @@ struct Origin {
     std::string plugin;
     /** The digest of all bytes of the file. */
     std::optional<uint64_t> fileDigest;
-    /** Only if requested: without it the same file gives the same page. */
+    /** Only if requested, because without it the same file gives the same page. */
     std::string date;
 };
 
-/** What a step read from the file. */
+/** What a step of playing read from the file. */
 struct ReadCost {
     uint64_t reads = 0;
     uint64_t bytes = 0;

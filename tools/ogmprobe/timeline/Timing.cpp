@@ -9,7 +9,7 @@ namespace {
 
 // A single lost packet doubles the distance of its neighbours; times are rounded.
 constexpr double kGapFactor = 1.9;
-// Pages are cut before key frames: some groups are smaller than the distance to the next one.
+// Pages end before key frames, so some groups are smaller than the distance to the next one.
 constexpr size_t kGroupsAround = 2;
 
 std::vector<TimeGroup> groupsOf(const std::vector<PacketPoint>& packets) {

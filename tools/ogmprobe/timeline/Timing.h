@@ -9,7 +9,7 @@
 
 namespace ogmprobe::timeline {
 
-/** Packets of a track that are to be shown at the same time. */
+/** Packets of a track with the same time. */
 struct TimeGroup {
     int64_t timeUs = 0;
     /** Indices into the lane's packets, rising. */
@@ -31,14 +31,14 @@ struct Timing {
     std::vector<size_t> backwardSteps;
     /** Packets with the same time as an earlier one. */
     size_t repeatedTimes = 0;
-    /** How long a packet usually lasts; 0 when all have the same time. */
+    /** How long a packet usually lasts; 0 if all have the same time. */
     double packetUs = 0;
 };
 
 /**
- * A container may give one time to all packets of a page. A group of n packets therefore lasts n
- * times the usual length of a packet, and a gap is only where the next time is nearly twice as far
- * away as the largest group nearby lasts.
+ * A container may give all packets of a page the same time. So a group of n packets lasts n times
+ * the usual length of a packet. There is only a gap if the next time is nearly twice as far away as
+ * the length of the largest group nearby.
  */
 Timing timingOf(const std::vector<PacketPoint>& packets);
 

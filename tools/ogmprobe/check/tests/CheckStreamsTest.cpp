@@ -4,7 +4,7 @@
 
 #include "ExplainedFile.h"
 
-/** The command on files whose faults are made. */
+/** The command with files that tests build with faults. */
 namespace ogmprobe::test {
 namespace {
 
@@ -13,11 +13,11 @@ using nlohmann::json;
 using testing::HasSubstr;
 
 constexpr uint32_t kStream = 2;
-/** An audio packet's first byte for which the plug-in takes off as much as the format says. */
+/** First byte of an audio packet for which the plug-in and the format have the same header size. */
 constexpr uint8_t kPlainAudio = 0x80;
 constexpr size_t kFrames = 60;
 
-/** A device that plays everything. */
+/** A device with decoders for everything. */
 constexpr const char* kDolbyDevice = R"(<MediaCodecs><Decoders>
     <MediaCodec name="c2.x.mpeg4" type="video/mp4v-es"/>
     <MediaCodec name="c2.x.raw" type="audio/raw"/>
@@ -35,7 +35,7 @@ std::vector<Bytes> framesLike(Frame frame) {
     return frames;
 }
 
-/** A stream of audio, a packet a page. */
+/** An audio stream with one packet per page. */
 Bytes audioFile(const std::string& tag, uint64_t rate, const std::vector<Bytes>& packets,
                 uint64_t samples) {
     AudioHeader header;
@@ -50,7 +50,7 @@ Bytes audioFile(const std::string& tag, uint64_t rate, const std::vector<Bytes>&
     return file.bytes();
 }
 
-/** The member of "tracks" of that number, on the device above. */
+/** The member of "tracks" with this number, for the device above. */
 json trackOf(const Bytes& bytes, size_t track = 0) {
     const ExplainedFile file(bytes);
     const TemporaryFolder folder;
@@ -104,7 +104,7 @@ TEST(CheckStreamsTest, AacWithoutConfigurationDoesNotPlay) {
     EXPECT_EQ(track["verdict"], "does not play");
 }
 
-/** The file, with granule positions of its sound that run faster by that part. */
+/** The file, with granule positions of its audio that rise faster by this fraction. */
 Bytes withFasterSound(Bytes bytes, double part) {
     constexpr size_t kGranule = 6;
     constexpr size_t kSerial = 14;
@@ -126,7 +126,7 @@ TEST(CheckStreamsTest, SoundWhosePagesRunAwayFromItsSamplesIsAFault) {
     EXPECT_TRUE(reasonOf(trackOf(whole, 1), "audio-drifts").is_null());
     const json drift = reasonOf(trackOf(withFasterSound(whole, 1.03), 1), "audio-drifts");
     ASSERT_FALSE(drift.is_null());
-    // Of 6.2 seconds 3 in a hundred.
+    // 3 percent of 6.2 seconds.
     EXPECT_NEAR(drift["value"].get<double>(), 185'000, 5'000);
     EXPECT_EQ(drift["limit"], 80'000);
     EXPECT_TRUE(reasonOf(trackOf(withFasterSound(whole, 1.005), 1), "audio-drifts").is_null());

@@ -7,7 +7,7 @@
 #include "ExplainedFile.h"
 #include "FakeFile.h"
 
-/** The command on one file: verdicts, reasons, exit codes. */
+/** The command with one file: verdicts, reasons, exit codes. */
 namespace ogmprobe::test {
 namespace {
 
@@ -206,7 +206,7 @@ TEST(CheckTest, ADevicesListDecides) {
 TEST(CheckTest, SoundThatIsMoreThan80MillisecondsFromThePictureIsAFault) {
     EXPECT_THAT(idsOf(checked({sample("mpeg4_2997_ac3.ogm")}).at("tracks").at(1).at("reasons")),
                 AllOf(Contains("no-decoder"), Not(Contains("audio-against-video"))));
-    // Its frames have different sizes, and the plug-in takes their times from their bytes.
+    // Its frames have different sizes, and the plug-in computes their times from their bytes.
     EXPECT_THAT(idsOf(checked({sample("h264_mp3vbr.ogm")})["tracks"][1]["reasons"]),
                 Contains("audio-against-video"));
 }
@@ -220,7 +220,7 @@ TEST(CheckTest, LostFramesAreCountedFromTheLedger) {
     const Bytes bytes = sampleBytes("long_mpeg4_mp3.ogm");
     const std::vector<size_t> pages = pageOffsets(bytes);
     constexpr size_t kSerial = 14;
-    // Of the video: packets after a granule position that falls are dropped.
+    // In the video, packets after a falling granule position are dropped.
     const auto page = std::find_if(pages.begin() + 200, pages.end(),
                                    [&](size_t offset) { return bytes[offset + kSerial] == 0; });
     const ExplainedFile damaged(withGranule(bytes, *page, UINT64_MAX / 2));

@@ -7,7 +7,7 @@
 
 namespace ogmprobe::check {
 
-/** A file with one track, for these reasons. */
+/** A file with one track, which has these reasons. */
 inline CheckedFile checkedFile(const std::string& path, const std::vector<Reason>& ofTrack = {},
                                const std::vector<Reason>& ofFile = {}) {
     CheckedFile file;

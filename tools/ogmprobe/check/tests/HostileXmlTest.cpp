@@ -8,7 +8,7 @@
 #include "Process.h"
 #include "TemporaryFolder.h"
 
-/** Lists of codecs that want to do harm. */
+/** Hostile lists of codecs. */
 namespace ogmprobe::test {
 namespace {
 
@@ -18,7 +18,7 @@ using testing::Not;
 
 class HostileXmlTest : public testing::Test {
   protected:
-    /** Returns the message about a list of that content, which must be refused soon. */
+    /** Returns the message about a list with this content, which must be refused quickly. */
     std::string refusalOf(const std::string& text) {
         return refusalOfFile(mFolder.write("list.xml", text));
     }

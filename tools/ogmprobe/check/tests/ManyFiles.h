@@ -11,7 +11,7 @@
 
 namespace ogmprobe::test {
 
-/** Files of the fake plug-in in a folder, and the command on all of them. */
+/** A folder with files of the fake plug-in, and the command with all of them. */
 class ManyFiles : public testing::Test {
   protected:
     std::string add(const std::string& name, const std::string& mischief = "") const {

@@ -13,7 +13,7 @@
 namespace ogmprobe::check {
 namespace {
 
-/** The answers to these tasks, by their numbers. */
+/** The answers of these tasks, by task number. */
 std::map<size_t, PoolAnswer> answersOf(const std::vector<PoolTask>& tasks, size_t jobs) {
     std::map<size_t, PoolAnswer> answers;
     size_t next = 0;

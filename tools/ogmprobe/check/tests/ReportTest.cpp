@@ -95,7 +95,7 @@ TEST_F(ReportTest, ARunThatIsEndedWhileItDrawsLeavesNoPartsOfTimelines) {
             setup);
     EXPECT_TRUE(wasDrawing);
     EXPECT_EQ(result.exitCode, -SIGINT);
-    // The processes that draw end after the program.
+    // The drawing processes end after the program.
     for (int i = 0; i < 1000 && !fs::is_empty(path("drawings")); ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }

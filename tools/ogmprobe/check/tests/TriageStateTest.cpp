@@ -28,7 +28,7 @@ class TriageStateTest : public testing::Test {
         std::ifstream file(path());
         return {std::istreambuf_iterator<char>(file), {}};
     }
-    /** What opening it throws. */
+    /** The message of the exception that opening it throws. */
     std::string refusal(const std::string& circumstances) const {
         return refusalOf(path(), circumstances);
     }

@@ -14,7 +14,7 @@
 
 #include "ManyFiles.h"
 
-/** The command on many files. */
+/** The command with many files. */
 namespace ogmprobe::test {
 namespace {
 
@@ -72,7 +72,7 @@ TEST_F(TriageTest, NoMischiefOfOneFileTouchesAnother) {
         if (name.ends_with("good.ogm")) {
             EXPECT_EQ(file["verdict"], "plays");
         } else if (!name.ends_with("overrun.ogm")) {
-            // One byte too far is only seen by a sanitizer.
+            // Only a sanitizer notices an access of one byte too far.
             EXPECT_EQ(file["verdict"], "does not play") << name;
         }
     }

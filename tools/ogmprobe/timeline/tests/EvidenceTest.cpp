@@ -18,7 +18,7 @@ using testing::HasSubstr;
 using testing::Lt;
 using testing::SizeIs;
 
-/** What a page says of a file that the real plug-in plays. */
+/** The page of a file that the real plug-in plays. */
 class TimelineEvidence : public testing::Test {
   protected:
     timeline::test::UnpackedPage pageOf(const Bytes& bytes,

@@ -8,12 +8,12 @@
 
 #include "Timeline.h"
 
-/** Timelines made up for tests. */
+/** Timelines for tests. */
 namespace ogmprobe::timeline::test {
 
 inline constexpr int64_t kPictureUs = 40000;
 
-/** One byte each, read one after the other. */
+/** Packets of one byte, read one after the other. */
 inline std::vector<PacketPoint> packetsAt(const std::vector<int64_t>& timesUs) {
     std::vector<PacketPoint> packets;
     for (const int64_t timeUs : timesUs) {

@@ -18,7 +18,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-/** Draws timelines of scripts for the fake plug-in, beside them. */
+/** Draws timelines of scripts for the fake plug-in, in the scripts' folder. */
 class TimelineCommand : public testing::Test {
   protected:
     ProcessResult run(const json& script, const std::string& output,
@@ -37,7 +37,7 @@ class TimelineCommand : public testing::Test {
     size_t fileCount() const {
         return static_cast<size_t>(std::distance(fs::directory_iterator(folder().path()), {}));
     }
-    /** What the page's script gets to know. */
+    /** The data for the page's script. */
     timeline::test::UnpackedPage dataOf(const std::string& name) const {
         return timeline::test::UnpackedPage(folder().read(name));
     }

@@ -35,7 +35,7 @@ TEST(Timing, HasAGapWhereAPacketIsMissing) {
 }
 
 TEST(Timing, CountsAllPacketsOfATimeForTheLengthOfTheGroup) {
-    // Pages of three packets, which all bear the time of their page.
+    // Pages of three packets, which all have the time of their page.
     const Timing timing = timingOf(packetsAt({0, 0, 0, 120000, 120000, 120000, 240000, 240000}));
     EXPECT_EQ(timing.packetUs, 40000);
     EXPECT_EQ(timing.repeatedTimes, 5U);

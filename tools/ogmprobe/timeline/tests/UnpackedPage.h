@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-/** What a page's script reads out of a page, read by a second implementation. */
+/** A second implementation of how a page's script reads the page. */
 namespace ogmprobe::timeline::test {
 
-/** The text of the page's script element with that identifier. */
+/** The text of the page's script element with this identifier. */
 inline std::string scriptText(const std::string& page, const std::string& id) {
     const std::string begin = "id=\"" + id + "\">";
     const size_t from = page.find(begin) + begin.size();

@@ -9,23 +9,23 @@
 namespace ogmprobe {
 
 /**
- * Identifies bytes without keeping them. Equal beginnings with different rests suggest the same
- * bytes with some cut off or added.
+ * Identifies bytes without storing them. Equal beginnings with different rests suggest the same
+ * bytes, with some cut off or added.
  */
-struct Likeness {
+struct Fingerprint {
     static constexpr size_t kBeginning = 16;
 
     uint64_t size = 0;
     uint64_t digest = 0;
     std::array<uint8_t, kBeginning> beginning{};
 
-    Likeness() = default;
-    explicit Likeness(std::span<const uint8_t> bytes);
+    Fingerprint() = default;
+    explicit Fingerprint(std::span<const uint8_t> bytes);
 
-    bool isSame(const Likeness& other) const {
+    bool isSame(const Fingerprint& other) const {
         return size == other.size && digest == other.digest;
     }
-    bool beginsAlike(const Likeness& other) const;
+    bool hasSameBeginning(const Fingerprint& other) const;
 };
 
 }  // namespace ogmprobe

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "records/Likeness.h"
+#include "records/Fingerprint.h"
 
 #include <algorithm>
 
@@ -7,11 +7,12 @@
 
 namespace ogmprobe {
 
-Likeness::Likeness(std::span<const uint8_t> bytes) : size(bytes.size()), digest(fnv1a64(bytes)) {
+Fingerprint::Fingerprint(std::span<const uint8_t> bytes)
+    : size(bytes.size()), digest(fnv1a64(bytes)) {
     std::copy_n(bytes.begin(), std::min(bytes.size(), kBeginning), beginning.begin());
 }
 
-bool Likeness::beginsAlike(const Likeness& other) const {
+bool Fingerprint::hasSameBeginning(const Fingerprint& other) const {
     constexpr uint64_t kEnough = 4;
     const uint64_t common = std::min({size, other.size, uint64_t{kBeginning}});
     return common >= kEnough &&
