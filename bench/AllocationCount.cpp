@@ -14,8 +14,8 @@ void countOne() {
 
 }  // namespace
 
-// Replace the C library's functions of these names, in the libraries of this process too. The
-// measured code runs in one thread, so no count is lost.
+// These replace the C library's functions, also for the libraries of this process. The measured
+// code runs in one thread, so no count is lost.
 extern "C" {
 
 void* __libc_malloc(size_t size);

@@ -26,7 +26,8 @@ constexpr uint32_t kAudioSerialNo = 2;
 constexpr uint8_t kAudioPacketFlags = 0x80;
 
 /**
- * Sizes that vary like those of encoded pictures: once large, then between half and one and a half.
+ * Sizes that vary like those of encoded pictures: first a large one, then 0.5 to 1.5 times the
+ * usual size.
  */
 size_t frameSize(size_t index, size_t keyFrameSize, size_t typicalSize) {
     if (index % kFramesPerKeyFrame == 0) {

@@ -12,7 +12,7 @@
 /** The files that are measured: the same bytes on every machine and in every run. */
 namespace android::ogm::bench {
 
-/** One stream of a file. Its packets repeat, so that a file of any length is made of a few. */
+/** A stream of a file. A few packets repeat, for a file of any length. */
 struct ContentStream {
     uint32_t serialNo;
     test::Bytes header;
@@ -36,8 +36,8 @@ Content h264AndPcm();
 using Sink = std::function<void(const uint8_t* data, size_t size)>;
 
 /**
- * Writes the pages of the content, streams interleaved by time, until at least `size` bytes are out
- * and each stream has come to the end of a page.
+ * Writes the pages of the content, with streams interleaved by time, until at least `size` bytes
+ * are written and each stream is at the end of a page.
  */
 void writePages(const Content& content, size_t size, const Sink& sink);
 

@@ -177,8 +177,8 @@ void peakMemory(State& state, const BenchFile& file) {
 
 /**
  * Measures the cost of a buffer in files of different lengths, which are generated while they are
- * read. They take turns, and a short file is read several times in its turn, up to the bytes of the
- * longest, so that other work of the machine disturbs all of them alike.
+ * read. They take turns, and in its turn a short file is read several times, up to the size of the
+ * longest. So other work of the machine disturbs all of them equally.
  */
 class Lengths {
   public:
@@ -214,7 +214,8 @@ class Lengths {
     }
 
     void readRound(int64_t size, Meter& meter) {
-        // A long file finds its period in the processor's cache, so a short one must as well.
+        // A long file has its repeated part in the processor's cache, so a short one must have it
+        // there too.
         RepeatedSource source(mContent, static_cast<size_t>(std::min<int64_t>(kPeriodSize, size)),
                               size);
         for (int64_t i = 0; i < filesInRound(size); ++i) {

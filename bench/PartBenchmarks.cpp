@@ -68,7 +68,7 @@ class FedCutter {
   public:
     explicit FedCutter(uint32_t type) : mPackets(1, type), mCutter(makeAccessUnitCutter(type)) {}
 
-    /** Passes bytes that lie where a track's packets do. */
+    /** Passes bytes in the same kind of memory as a track's packets. */
     void append(const Bytes& bytes) {
         ByteBuffer piece = mPackets.makePiece(bytes.size());
         std::copy(bytes.begin(), bytes.end(), piece.data());
@@ -127,7 +127,7 @@ void cutFrames(State& state, uint32_t type, const std::vector<Bytes>& frames) {
                                         }));
 }
 
-/** Appends pieces without a second sync word, so that they are kept and searched. */
+/** Appends pieces without a second sync word, so they are stored and searched. */
 void searchFrames(State& state, uint32_t type, const Bytes& start) {
     constexpr size_t kPieceSize = 64;
     const Bytes piece = test::pattern(kPieceSize, 1);

@@ -14,13 +14,13 @@
 
 namespace android::ogm::bench {
 
-/** Loads the plug-in once and returns its description. Throws when there is none. */
+/** Loads the plug-in once and returns its description. Throws if there is none. */
 const ExtractorDef& plugin();
 
-/** The framework's part for one opened file. Buffers are released at once. */
+/** Acts as the framework for an opened file. Buffers are released at once. */
 class Player {
   public:
-    /** Sniffs the source and opens it; throws when the plug-in refuses it. */
+    /** Sniffs the source and opens it; throws if the plug-in refuses it. */
     explicit Player(Source& source);
     ~Player();
     Player(const Player&) = delete;
@@ -31,11 +31,11 @@ class Player {
     size_t trackCount() const { return mTracks.size(); }
     int64_t durationUs() const;
 
-    /** Reads once. Returns false when no buffer came. */
+    /** Reads once. Returns false if there was no buffer. */
     bool read(size_t track, uint32_t options = 0, int64_t seekUs = 0);
     bool seekAndRead(size_t track, int64_t seekUs);
 
-    /** Reads all tracks to their ends, always from the one that has come least far. */
+    /** Reads all tracks to their ends, always from the one with the lowest time. */
     void readInTimeOrder();
     void readTrackToEnd(size_t track);
 

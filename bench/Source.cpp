@@ -15,7 +15,7 @@ namespace android::ogm::bench {
 
 namespace {
 
-/** As the platform's file source refuses a read. */
+/** The status with which the platform's file source refuses a read. */
 constexpr ssize_t kReadRefused = -2147483648LL;
 
 [[noreturn]] void fail(const std::string& path) {

@@ -35,7 +35,7 @@ constexpr int kNameWidth = 34;
 constexpr int kColumnWidth = 11;
 
 constexpr const char* kRead = "/time_order";
-/** What the read in time order is compared with, and the words for it. */
+/** A benchmark with which the read in time order is compared, and the text for it. */
 constexpr struct {
     const char* name;
     const char* text;

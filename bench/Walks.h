@@ -7,7 +7,7 @@
 
 #include "Source.h"
 
-/** The yardsticks that the plug-in is compared with. */
+/** The benchmarks with which the plug-in is compared. */
 namespace android::ogm::bench {
 
 struct WalkResult {

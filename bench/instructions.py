@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Tells where the instructions of a buffer go, from callgrind's records of reading a short file and a
-long one, written without compression; what start and opening take falls out of the difference.
+"""Shows where the instructions of a buffer are spent. Reads callgrind's records, written without
+compression, of reading a short and a long file; the difference excludes start and opening.
 
 Usage: instructions.py SHORT_RECORD SHORT_BUFFERS LONG_RECORD LONG_BUFFERS
 """
@@ -11,7 +11,7 @@ import sys
 
 PLUGIN = "libogmextractor.so"
 LIBRARIES = "the rest of the C and C++ libraries, called by the plug-in"
-# What a call from the plug-in into another object is for.
+# The purposes of calls from the plug-in into other objects.
 CALLED = {
     "libc.so": LIBRARIES,
     "libstdc++.so": LIBRARIES,

@@ -19,8 +19,8 @@ function(ogm_embed_texts target)
             -P ${OGM_WRITE_TEXTS}
         DEPENDS ${files} ${OGM_WRITE_TEXTS}
         VERBATIM)
-    # A separate library: with a command in the target itself, its sources would be compiled only after all
-    # libraries that it is linked with.
+    # A separate library. If the command were in the target itself, the target's sources would wait for all
+    # libraries that it links.
     add_library(${target}_texts OBJECT ${source})
     target_include_directories(${target}_texts PRIVATE
         ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/..)

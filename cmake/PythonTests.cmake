@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: Apache-2.0
-# Debian's own interpreter is the one that sees Debian's modules.
+# Only Debian's own interpreter finds Debian's modules.
 set(Python3_ROOT_DIR /usr)
 set(Python3_FIND_STRATEGY LOCATION)
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
-# Runs the functions of the class `name` in `script` in one process, or shared among SHARDS that run side
-# by side: many take less time than an interpreter to start. scripts/count_tests.py counts them one by one
-# all the same. `argument` is what is tested. The functions whose names match EXCEPT are left out.
+# Runs the functions of the class `name` in `script` in one process, or in SHARDS parallel processes,
+# because many take less time than starting an interpreter. scripts/count_tests.py still counts each of
+# them. `argument` is what is tested. Functions whose names match EXCEPT are left out.
 function(ogm_add_python_tests name script argument)
     cmake_parse_arguments(option "" "EXCEPT;SHARDS" "" ${ARGN})
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${script})

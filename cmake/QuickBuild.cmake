@@ -1,20 +1,20 @@
 # SPDX-License-Identifier: Apache-2.0
-# Most of the time that a source takes goes into headers and templates that its neighbours use too.
-# With this option they are read once for several sources. That hides includes that are missing;
-# static analysis reads each source by itself and finds those.
+# Most of the compile time of a source is spent on headers and templates that other sources use too.
+# With this option they are read once for several sources. That hides missing includes; static
+# analysis compiles each source separately and finds them.
 option(OGM_QUICK_BUILD "Compile sources of the tool together, and parse the plug-in's headers once" OFF)
-# More build a whole program sooner; fewer compile less again after a change.
+# A larger number builds a whole program faster; a smaller one compiles less again after a change.
 set(OGM_QUICK_BATCH 16 CACHE STRING "How many sources are compiled together")
 
-# Compiles several sources at a time; none may define what another defines under the same name.
+# Compiles several sources together; no two may define the same name.
 function(ogm_compile_together target)
     set_target_properties(${target} PROPERTIES
         UNITY_BUILD ${OGM_QUICK_BUILD} UNITY_BUILD_BATCH_SIZE ${OGM_QUICK_BATCH}
         UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
 endfunction()
 
-# Headers, and what their templates become, that are compiled once for several targets; GCC would want the
-# same macros for all of them.
+# Headers and template instances that are compiled once for several targets. GCC would need the same
+# macros in all of them.
 set(OGM_SHARES_HEADERS OFF)
 if(OGM_QUICK_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     set(OGM_SHARES_HEADERS ON)
@@ -34,7 +34,7 @@ function(ogm_share_headers name)
     endif()
 endfunction()
 
-# Parses the C++ library's headers once. Others depend on what a source defines before it includes them.
+# Parses the C++ library's headers once. Other headers depend on macros that a source defines first.
 function(ogm_parse_once target)
     if(OGM_QUICK_BUILD)
         target_precompile_headers(${target} PRIVATE

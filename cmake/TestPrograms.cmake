@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-# The sources of a test program are compiled together, but for those after ALONE, which define macros or
+# The sources of a test program are compiled together, except those after ALONE, which define macros or
 # names that others define too.
 function(ogm_compile_quickly target)
     cmake_parse_arguments(option "" "" "ALONE" ${ARGN})
@@ -13,7 +13,7 @@ function(ogm_add_test_headers kind)
     set(headers ogm_test_headers_${kind})
     ogm_add_shared_headers(${headers} <gmock/gmock.h> <gtest/gtest.h> ${ARGN})
     target_link_libraries(${headers} PRIVATE GTest::gmock)
-    # As programs are.
+    # As for programs.
     set_target_properties(${headers} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
     target_compile_options(${headers} PRIVATE -fPIE -O0 -U_FORTIFY_SOURCE)
 endfunction()
@@ -26,7 +26,7 @@ if(OGM_SHARES_HEADERS)
     target_compile_features(ogm_test_headers_tool PRIVATE cxx_std_20)
 endif()
 
-# OGM_TEST_HEADERS names the kind where it does not follow from the program's own options.
+# OGM_TEST_HEADERS names the kind if it does not follow from the program's own options.
 function(ogm_share_test_headers target)
     set(kind plain)
     get_target_property(options ${target} COMPILE_OPTIONS)
@@ -38,17 +38,17 @@ function(ogm_share_test_headers target)
     ogm_share_headers(ogm_test_headers_${kind} ${target})
 endfunction()
 
-# CTest learns what takes long by running it, and then begins with that: at the end nothing long is left
-# to one core. This is for its first run.
+# CTest measures how long tests take and starts with the longest ones, so that no long test is left at the
+# end on one core. This is for its first run.
 function(ogm_start_early test)
     set_tests_properties(${test} PROPERTIES COST 10)
 endfunction()
 
-# Runs the program's tests in one process, or shared among so many that run side by side: starting a
-# process for each test takes longer than most of the tests. scripts/count_tests.py counts them one by
-# one all the same. An emulator takes so long to start that there it is one process.
-# A test program is run about once after each compilation, which takes far longer: so nothing is optimised
-# but what an emulator runs.
+# Runs the program's tests in one process, or in this number of parallel processes, because starting a
+# process for each test takes longer than most of the tests. scripts/count_tests.py still counts each of
+# them. Under an emulator, which takes long to start, it is always one process.
+# A test program is run about once after each compilation, which takes far longer. So it is not optimised,
+# except for an emulator.
 function(ogm_discover_tests target)
     target_compile_options(${target} PRIVATE $<IF:$<BOOL:${CMAKE_CROSSCOMPILING}>,-O1,-O0> -U_FORTIFY_SOURCE)
     ogm_share_test_headers(${target})

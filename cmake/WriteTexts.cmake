@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 # Run by ogm_embed_texts: writes the C++ source OUTPUT, which defines the constants of HEADER. TEXTS is as
-# there, but with commas between the constants; their files lie in FOLDER.
+# there, but with commas between the constants; their files are in FOLDER.
 set(source "// SPDX-License-Identifier: Apache-2.0\n#include \"${HEADER}\"\n")
 string(APPEND source "\nnamespace ${NAMESPACE} {\n\n")
 string(REPLACE "," ";" texts "${TEXTS}")

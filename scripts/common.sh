@@ -38,7 +38,7 @@ is_installed() {
         grep --quiet --extended-regexp "^(all|$machine) installed\$"
 }
 
-# Names those of the packages that are missing.
+# Lists those of the packages that are missing.
 print_missing() {
     local package
     for package in "$@"; do
@@ -48,7 +48,7 @@ print_missing() {
     done
 }
 
-# Installs those of the packages that are missing, after it has named them.
+# Lists and installs those of the packages that are missing.
 install_missing() {
     local missing as_root=()
     mapfile -t missing < <(print_missing "$@")

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # shellcheck shell=bash
-# Sourced by scripts that take minutes: runs steps, shows each with its progress and its time, and
-# counts what passed, failed and was skipped.
+# Sourced by scripts that take minutes: runs steps, shows the progress and time of each, and counts
+# passed, failed and skipped tests.
 
 readonly skip_code=77 # Of a step that cannot run here; its last line says why.
 step_lines=()
@@ -29,7 +29,7 @@ show_progress() {
     printf '\r\033[K'
 }
 
-# Adds what the step counted itself in its last line, or the step as one.
+# Adds the counts in the step's last line; without such a line counts the step as one.
 count_step() {
     local code=$1 last=$2
     if [[ $last =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed,\ ([0-9]+)\ skipped$ ]]; then
@@ -48,8 +48,7 @@ count_step() {
     fi
 }
 
-# Runs a command; if it does not fail, only what it skipped is shown of what it prints. Returns its exit
-# code.
+# Runs a command and returns its exit code. If it does not fail, shows only the lines about skipped tests.
 step() {
     local name=$1 log code=0 began=$SECONDS process last result="done"
     shift
@@ -89,7 +88,7 @@ say_and_skip() {
     return "$skip_code"
 }
 
-# Says that a step cannot run here, and why.
+# Reports that a step cannot run here, and why.
 skip() {
     step "$1" say_and_skip "$2" || true
 }

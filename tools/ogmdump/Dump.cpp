@@ -99,7 +99,7 @@ class Dumper {
         return dumpSamples();
     }
 
-    /** One after the other, as apps do. */
+    /** Selects all tracks, one after the other, as apps do. */
     std::optional<Failure> selectTracks() {
         const size_t count = AMediaExtractor_getTrackCount(mExtractor.get());
         for (size_t i = 0; i < count; ++i) {

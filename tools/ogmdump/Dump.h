@@ -15,7 +15,7 @@ struct DumpOptions {
     std::string path;
     /** Empty: reads from the beginning. */
     std::vector<int64_t> seeksUs;
-    /** At most so many samples of each track after each seek. */
+    /** Maximum number of samples of each track after each seek. */
     uint64_t count = UINT64_MAX;
 };
 

@@ -12,7 +12,7 @@
 
 namespace ogmdump {
 
-/** What is written of a sample. */
+/** The data of a sample's line. */
 struct Sample {
     size_t track = 0;
     int64_t timeUs = 0;
@@ -29,14 +29,14 @@ uint64_t digestOf(const uint8_t* bytes, size_t size);
  */
 class SampleLines {
   public:
-    /** At most so many lines for each track. */
+    /** Maximum number of lines for each track. */
     SampleLines(FILE* out, size_t tracks, uint64_t count)
         : mOut(out), mCount(count), mTracks(tracks) {}
 
     void add(const Sample& sample);
     /** Writes all waiting lines; the count of samples starts again. */
     void end();
-    /** All tracks have their lines, and all that is in them is known. */
+    /** Whether all tracks have all their lines, with complete data. */
     bool isFull() const;
 
   private:
@@ -47,7 +47,7 @@ class SampleLines {
     };
     struct Track {
         uint64_t samples = 0;
-        /** Of its line that waits, counted from the first one ever. */
+        /** Number of its waiting line, counted from the first line of all. */
         std::optional<size_t> waiting;
     };
 

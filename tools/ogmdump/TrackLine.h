@@ -8,7 +8,7 @@
 
 namespace ogmdump {
 
-/** What a track's format says. */
+/** The values in a track's format. */
 std::string trackLine(size_t index, AMediaFormat* format);
 
 }  // namespace ogmdump

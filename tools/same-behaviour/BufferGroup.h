@@ -51,9 +51,9 @@ const AMediaFormat* formatOf(const Buffer& buffer);
 void giveBack(Buffer* buffer);
 
 /**
- * A group that chooses its buffers as the framework's does: the first free one that is large
- * enough, else a new one of 3/2 of the size in place of the smallest free one, else one more. Its
- * buffers keep their addresses until the process ends.
+ * A group that chooses its buffers like the framework's: the first free one that is large enough;
+ * otherwise a new one of 3/2 of the size, which replaces the smallest free one or is added. Buffers
+ * keep their addresses until the process ends.
  */
 class BufferGroup {
   public:

@@ -15,7 +15,7 @@ struct Field {
     size_t width;
 };
 
-/** Where the fields of a page header lie. */
+/** Offsets and sizes of the fields of a page header. */
 constexpr Field kFields[] = {
         {0, 4},            // capture pattern
         {4, 1},            // version

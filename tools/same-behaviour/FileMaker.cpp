@@ -133,8 +133,8 @@ void addHeaders(Random* random, const std::vector<Stream>& streams, test::OgmFil
 }
 
 /**
- * The stream with most packets left is the likeliest to be next, so pages are roughly in order of
- * time.
+ * The more packets a stream has left, the more likely it is the next one. So pages are roughly in
+ * the order of their times.
  */
 size_t nextWriter(Random* random, const std::vector<PageWriter>& writers) {
     size_t all = 0;

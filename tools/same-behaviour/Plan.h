@@ -14,12 +14,12 @@
 #include "Bytes.h"
 #include "SessionInput.h"
 
-/** What is done in a session. All is fixed before a plug-in is loaded. */
+/** The steps of a session. All are fixed before a plug-in is loaded. */
 namespace android::ogm::trace {
 
 using test::Bytes;
 
-/** What `getSize` does. */
+/** The behaviour of `getSize`. */
 struct SizeAnswer {
     status_t status = OK;
     /** Nothing: no size is stored. */
@@ -28,7 +28,7 @@ struct SizeAnswer {
 
 enum class Action : uint8_t {
     kSniff,
-    /** Frees what was open. */
+    /** Frees what was open before. */
     kOpen,
     kCountTracks,
     kFileFormat,
@@ -48,7 +48,8 @@ enum class Action : uint8_t {
     kGetFormat,
     kNullGetFormat,
     kNonBlocking,
-    /** Reads up to `number` buffers, the first with `options` and `time`; stops when none comes. */
+    /** Reads up to `number` buffers, the first with `options` and `time`; stops if there is none.
+     */
     kRead,
     kReadAndKeep,
     kReleaseKept,
@@ -75,7 +76,7 @@ struct Step {
 };
 
 struct Plan {
-    /** Identifies the session, and says what is special in it. */
+    /** Identifies the session and describes what is special in it. */
     std::string name;
     Bytes file;
     SizeAnswer size;

@@ -5,8 +5,8 @@
 #include <string>
 
 /**
- * The program has its own log, properties, media formats and fopen. A plug-in that it loads binds
- * to these instead of those in the libraries that it names, so each call is recorded.
+ * The program has its own log, properties, media formats and fopen. A plug-in that it loads uses
+ * these instead of those in the plug-in's libraries, so each call is recorded.
  */
 namespace android::ogm::trace {
 

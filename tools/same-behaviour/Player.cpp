@@ -13,7 +13,7 @@ namespace android::ogm::trace {
 
 namespace {
 
-/** More would use up the 64 buffers of a group, and a read that finds none waits forever. */
+/** With more, the 64 buffers of a group could run out, and a read would wait forever. */
 constexpr size_t kMaxKept = 60;
 
 int64_t int64Of(const AMediaFormat* format, const char* key) {

@@ -13,7 +13,7 @@
 
 namespace android::ogm::trace {
 
-/** A track as the framework holds it. Each call and its result is recorded. */
+/** A track as in the framework. Each call and its result is recorded. */
 class PlayedTrack {
   public:
     PlayedTrack(CMediaTrack* track, std::string name, const GroupFault& groupFault);
@@ -24,7 +24,7 @@ class PlayedTrack {
     void stop();
     void getFormat(bool isNull);
     void askNonBlocking();
-    /** Returns the buffer, or null if none came. */
+    /** Returns the buffer; null if there is none. */
     Buffer* read(uint32_t options, int64_t timeUs);
     void keep(Buffer* buffer) { mKept.push_back(buffer); }
     void releaseKept();
@@ -41,7 +41,7 @@ class PlayedTrack {
     bool mStarted = false;
 };
 
-/** Plays the framework's part in a session, and records it. */
+/** Acts as the framework in a session and records it. */
 class Player {
   public:
     Player(GetExtractorDef entry, const Plan& plan);

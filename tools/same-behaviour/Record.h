@@ -8,18 +8,18 @@
 #include <string_view>
 
 /**
- * The record of a session: everything that a plug-in does and that can be seen from outside, one
- * line of text per event. Usually only a digest of the lines is kept.
+ * The record of a session: everything that can be observed of a plug-in, one line of text per
+ * event. Usually only a digest of the lines is stored.
  *
  * The state is on a Tape in shared memory, so that it survives a process that ends in the middle.
  */
 namespace android::ogm::trace {
 
 enum class Kind : uint8_t {
-    /** What the framework's side calls, and what the call returns. */
+    /** A call by the framework, and its result. */
     kCall,
     kResult,
-    /** What the plug-in calls. */
+    /** Calls by the plug-in. */
     kLog,
     kSource,
     kFormat,
@@ -68,7 +68,7 @@ void flushRecord();
 /** Why a process ended, as its exit status. */
 enum ExitStatus { kReturned = 0, kRanOn = 3, kStoodStill = 4, kEndedItself = 5 };
 
-/** Records an event. Ends the process when there are too many. */
+/** Records an event. Ends the process if there are too many. */
 void record(Kind kind, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 /** Records the event as the last one and ends the process. */

@@ -10,7 +10,7 @@
 
 namespace android::ogm::trace {
 
-/** What is kept of a session. */
+/** The result of a session. */
 struct Digest {
     uint64_t digest;
     uint64_t events;
@@ -27,9 +27,9 @@ struct RunSettings {
 };
 
 /**
- * Plays sessions with a plug-in, each in a separate process: whatever happens there is its record.
- * The plug-in is loaded in a separate process too, so that several can run one after the other,
- * each with the platform libraries beside it.
+ * Runs sessions with a plug-in, each in a separate process, so that even a crash is recorded. The
+ * plug-in is loaded in a separate process too, so that several plug-ins can run one after the
+ * other, each with the platform libraries beside it.
  */
 class Runner {
   public:

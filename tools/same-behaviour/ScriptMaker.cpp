@@ -17,7 +17,8 @@ constexpr std::string_view kThemeNames[] = {
 constexpr size_t kUsedSlots = 4;
 constexpr size_t kEndless = 100000;
 
-/** Seek times as fuzz::seekTimeUs knows them by the upper two bits; most lie within short files. */
+/** Kinds of seek times, as in the upper two bits for fuzz::seekTimeUs; most are within short files.
+ */
 uint16_t randomTime(Random* random) {
     constexpr size_t kMilliseconds = size_t{1} << 14;
     constexpr size_t kAroundTheEnd = size_t{2} << 14;

@@ -9,7 +9,7 @@
 
 namespace android::ogm::trace {
 
-/** What a session concentrates on. */
+/** The focus of a session. */
 enum class Theme {
     kMixed,
     kSeeks,

@@ -26,7 +26,7 @@ constexpr std::string_view kDts = "2001";
 constexpr std::string_view kAudioCodecs[] = {"0055", "0055", "0055", "0050", "2000", "2000",
                                              "2001", "0001", "0001", "0002", "00ff", "0160"};
 constexpr std::string_view kUnknownCodec = "XVID";
-/** One in so many codecs is unknown. */
+/** One in this many codecs is unknown. */
 constexpr size_t kUnknownOneIn = 30;
 constexpr uint64_t kOddTimeUnits[] = {0, 1, 333667, uint64_t{1} << 32, ~uint64_t{0}};
 

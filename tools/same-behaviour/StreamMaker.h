@@ -24,7 +24,7 @@ struct StreamSize {
     size_t maxPacket = 2000;
 };
 
-/** Return streams of all codecs, known and unknown; some headers hold unusual values. */
+/** Return streams of all codecs, known and unknown; some headers have unusual values. */
 Stream videoStream(Random* random, uint32_t serialNo, const StreamSize& size);
 Stream audioStream(Random* random, uint32_t serialNo, const StreamSize& size);
 /** Returns a stream without a track. */

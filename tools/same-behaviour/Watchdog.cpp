@@ -17,12 +17,13 @@ namespace {
 
 constexpr int64_t kMicrosecondsASecond = 1'000'000;
 constexpr int64_t kTickUs = 100'000;
-/** No call that ends computes for as long between two events. */
+/** Calls that end never compute this long between two events. */
 constexpr int64_t kMaxComputingUs = 2 * kMicrosecondsASecond;
-/** A process that uses less time than this for many ticks waits for something that never comes. */
+/** If a process uses less time than this for many ticks, it waits for something that never comes.
+ */
 constexpr int64_t kWaitingUs = 1000;
 constexpr int kMaxWaitingTicks = 30;
-/** Sessions need a small part of it. */
+/** Sessions need only a small part of it. */
 constexpr int64_t kMaxMemoryKiB = int64_t{3} << 19;
 
 uint64_t gLastEvents = 0;

@@ -4,8 +4,8 @@
 namespace android::ogm::trace {
 
 /**
- * Ends this process with kStoodStill when nothing more is recorded: it computes, waits for a lock,
- * or takes memory without end. Processor time is measured, so that a busy machine changes nothing.
+ * Ends this process with kStoodStill if nothing more is recorded, because it computes, waits for a
+ * lock, or takes memory without end. It measures processor time, so a busy machine has no effect.
  */
 void watchThisProcess();
 

@@ -19,9 +19,8 @@
 
 /*
  * Replaces the device's public extractor: implements its functions with a plug-in that is loaded
- * into the program itself. The plug-in is the one beside the program, or the one that
- * OGMDUMP_PLUGIN names. Of the selected tracks the one whose sample has the least time is current,
- * as on a device.
+ * into the program itself. The plug-in is the one beside the program, or the one in OGMDUMP_PLUGIN.
+ * As on a device, the current track is the selected one whose sample has the lowest time.
  */
 
 namespace {
@@ -65,7 +64,7 @@ std::filesystem::path pluginPath() {
 }  // namespace
 
 struct AMediaExtractor {
-    // Each uses those before it as long as it exists.
+    // Each member uses those before it during its lifetime.
     std::optional<ogmprobe::PluginLibrary> library;
     std::optional<ogmprobe::FileSource> source;
     std::unique_ptr<ogmprobe::Extractor> extractor;

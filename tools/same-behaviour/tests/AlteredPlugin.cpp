@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The real plug-in but for one thing, which the environment variable OGM_ALTERATION names.
+// The real plug-in with one change, which the environment variable OGM_ALTERATION names.
 #include <android/log.h>
 #include <cutils/properties.h>
 #include <dlfcn.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The program as its users run it, with the real plug-in and with one that differs on demand.
+// Runs the program like a user, with the real plug-in and with one that differs on demand.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -72,9 +72,9 @@ TEST(SameBehaviourTest, AKindThatIsLeftOutMakesNoDifference) {
 
 struct Alteration {
     const char* name;
-    /** In the first event that differs. */
+    /** A text in the first event that differs. */
     const char* event;
-    /** Kinds of events left out, so that no call of the alteration's own is the difference. */
+    /** Kinds of events to leave out, because the change itself makes such calls. */
     const char* leftOut = "property";
 };
 

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
-# Takes the place of an NDK in a check of the preset `android`: Debian's compiler for 64-bit Arm,
-# and for the NDK's headers and libraries those of the preset `arm64`. What comes out runs under
-# emulation, not on a device.
+# Replaces an NDK in a check of the preset `android`: Debian's compiler for 64-bit Arm, and instead of
+# the NDK's headers and libraries those of the preset `arm64`. The result runs in an emulator, not on
+# a device.
 include(${CMAKE_CURRENT_LIST_DIR}/../../../arm64-toolchain.cmake)
 set(ANDROID TRUE)
 cmake_path(SET root NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../../../..)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Bars of packets: of each where there is room, else of the largest in each few pixels.
+// Bars of packets: one for each packet if there is space, otherwise for the largest within some pixels.
 
 const COLUMN = 3;
 const BAR_PART = 0.72;
@@ -34,7 +34,7 @@ class RowBars {
         return (end - from) * COLUMN <= Math.max(coveredUs / view.lengthUs * view.width, 4 * COLUMN);
     }
 
-    /** `bar(x, width, size, kind, isPacket)`; of a column the taller ones come first. */
+    /** `bar(x, width, size, kind, isPacket)`; in a column the taller bars come first. */
     forEach(bar) {
         if (this.showsPackets()) {
             this.forEachPacket(bar);

@@ -10,7 +10,7 @@ const make = (name, attributes = {}, ...children) => {
     return element;
 };
 
-/** A canvas whose numbers are pixels of the page, however fine those of the screen are. */
+/** A canvas whose coordinates are pixels of the page, whatever the screen's resolution is. */
 class Plot {
     constructor(height, label) {
         this.height = height;
@@ -28,7 +28,7 @@ class Plot {
         this.context.setTransform(scale, 0, 0, scale, 0, 0);
     }
 
-    /** An empty ground, with the lines of the time axis. */
+    /** An empty background with the lines of the time axis. */
     clear() {
         const {context, width, height} = this;
         context.globalAlpha = 1;
@@ -58,7 +58,7 @@ class Plot {
         context.fillText(text, left, y);
     }
 
-    /** Slanting lines over an area, which what lies below shows through. */
+    /** Transparent slanted lines over an area. */
     hatch(colour, left, top, width, height) {
         const {context} = this;
         const right = Math.min(this.width, left + width);
@@ -105,7 +105,7 @@ const isCrowded = (times) => {
     return count * CROWDED > view.width;
 };
 
-/** Calls with the place of each of the rising times in view; for what is not crowded. */
+/** Calls with the place of each visible time; the times must rise. For marks that are not crowded. */
 const forEachMark = (times, draw) => {
     const end = upperBound(times, timeAt(view.width + 4));
     for (let i = lowerBound(times, timeAt(-4)); i < end; ++i) {

@@ -101,7 +101,7 @@ const fitChart = () => {
     drawAll();
 };
 
-/** The panel, and the place in its plot, under a point of the window. */
+/** The panel under a point of the window, and the position in its plot. */
 const panelUnder = (clientX, clientY) => {
     for (const panel of chart.panels.filter((each) => !each.element.hidden)) {
         const box = panel.plot.canvas.getBoundingClientRect();

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-// Findings on the picture: a strip with all that have a time, shades in the lanes that they are
-// about, and badges beside the lanes for those that hold all the time.
+// Findings in the picture: a strip with all that have a time, shades in their lanes, and badges
+// beside the lanes for findings about the whole time.
 
 const FINDING_ROW = 18;
 const MOST_FINDING_ROWS = 6;
 const LEAST_FINDING_WIDTH = 18;
-// Whoever covers more than this part of the time would shade all.
+// A finding that covers more than this part of the time would shade everything.
 const WIDEST_SHADE = 0.5;
 const MOST_SENTENCES = 3;
 
@@ -36,7 +36,7 @@ const drawFindings = (plot, isWanted) => {
     }
 };
 
-/** The sentences of what is shaded there. */
+/** The sentences of the findings that are shaded there. */
 const findingTexts = (x, lane, refused) => timedFindings
     .filter((finding) => finding.lane === lane && finding.refused === refused &&
         isShown("findings") && xOf(finding.fromUs) <= x + 3 &&
@@ -60,7 +60,7 @@ class FindingPanel {
         this.title = "Findings";
         this.className = "findings";
         this.seriesName = "findings";
-        // Zooming in only moves them apart.
+        // Zooming in only increases their distance.
         const rows = rowsOfFindings().reduce((most, {row}) => Math.max(most, row + 1), 1);
         this.plot = new Plot(rows * FINDING_ROW + 4,
             `${counted(findings.length, "finding")}, which the list shows`);
@@ -74,7 +74,7 @@ class FindingPanel {
     box({finding, row}) {
         const begin = xOf(finding.fromUs);
         const width = Math.max(LEAST_FINDING_WIDTH, xOf(finding.toUs) - begin);
-        // At the right edge short ones stay whole.
+        // At the right edge short ones stay complete.
         const left = begin <= view.width ? Math.min(begin, Math.max(0, view.width - width)) : begin;
         return {left, top: 2 + row * FINDING_ROW, width, height: FINDING_ROW - 3};
     }

@@ -16,7 +16,7 @@ const placeText = (finding) => {
 const chosenRow = document.getElementById("chosen");
 const sideList = matchMedia("(min-width: 1400px)");
 
-/** In the list if that is beside the picture; else below the picture. */
+/** In the list if that is beside the picture; otherwise below the picture. */
 const showChosen = (finding) => {
     if (sideList.matches) {
         findingButtons.get(finding.number).scrollIntoView({block: "nearest"});

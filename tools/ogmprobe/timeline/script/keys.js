@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Keys, with the chart in focus: a walk from packet to packet, and ways to move.
+// Keys while the chart has the focus: going from packet to packet, and moving.
 
 const walk = {lane: 0, index: -1};
 

@@ -8,7 +8,7 @@ const REFUSED_HEIGHT = 44;
 const HEAD = 7;
 const FOOT = 14;
 
-/** The top of a scale for what is in view of the rows. */
+/** The top of a scale for the visible part of the rows. */
 const topOf = (rows) => {
     const found = [0, 0, 0, 0];
     for (const row of rows) {
@@ -111,7 +111,7 @@ class LanePanel {
 
     drawSyncs() {
         const {plot, lane} = this;
-        // Marks side by side are but a shade.
+        // Adjacent marks would only look like a shade.
         if (isCrowded(lane.syncTimes)) {
             plot.rectangle(colours.muted, 0, 1, view.width, 2);
             return;
@@ -182,7 +182,7 @@ class LanePanel {
     }
 }
 
-/** A stream that the plug-in makes no track of, by what the file's pages say. */
+/** A stream without a track, as the file's pages show it. */
 class RefusedPanel {
     constructor(stream) {
         this.stream = stream;

@@ -40,12 +40,12 @@ class PacketRow {
         return sums;
     }
 
-    /** Indices, in the order of time, of the packets with a slot that begins in the time. */
+    /** Indices, in the order of time, of the packets whose slots begin within the time. */
     range(fromUs, toUs) {
         return [lowerBound(this.begins, fromUs), lowerBound(this.begins, toUs)];
     }
 
-    /** The packet in whose slot the time lies, or the nearest. */
+    /** The packet whose slot contains the time, or the nearest packet. */
     near(timeUs) {
         const next = Math.min(upperBound(this.begins, timeUs), this.count - 1);
         const before = Math.max(0, upperBound(this.begins, timeUs) - 1);
@@ -61,7 +61,7 @@ class PacketRow {
         return found;
     }
 
-    /** Bytes up to the time, those of a packet spread over its slot. */
+    /** Bytes up to the time; the bytes of a packet are spread over its slot. */
     bytesUpTo(timeUs) {
         const i = upperBound(this.begins, timeUs) - 1;
         if (i < 0) {
@@ -157,7 +157,7 @@ const rangesFrom = (reader, count) => {
     return {known, least, most};
 };
 
-/** How late packets are, in the order of time, by a function of their places in the file. */
+/** How late packets are, in the order of time, from a function of their index in the file. */
 const latenessOf = (row, known, leastOf, mostOf) => new Lateness(
     Float64Array.from(row.order, leastOf), Float64Array.from(row.order, mostOf),
     Uint8Array.from(row.order, (file) => known[file]));
@@ -195,7 +195,7 @@ const refusedFrom = (reader, info, index) => {
     return {...info, index, row, name: `Without a track: ${info.name}`};
 };
 
-/** All of the page, once it is unpacked. */
+/** All data of the page, after unpacking. */
 const film = {pages: null, lanes: [], refused: []};
 
 const fillFilm = (bytes) => {

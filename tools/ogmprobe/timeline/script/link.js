@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The view is in the address after "#", so that a link shows the same.
+// The address contains the view after "#", so that a link shows the same view.
 
 const LINK_DELAY_MS = 250;
 
@@ -25,7 +25,7 @@ const writeLink = () => {
     history.replaceState(null, "", link.written || location.pathname + location.search);
 };
 
-/** Not for each step of a movement: browsers allow only so many. */
+/** Not for each step of a movement, because browsers limit the number of changes. */
 const writeLinkSoon = () => {
     clearTimeout(link.timer);
     link.timer = setTimeout(writeLink, LINK_DELAY_MS);

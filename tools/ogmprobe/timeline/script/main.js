@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Puts it all together once the numbers are unpacked.
+// Starts everything after the numbers are unpacked.
 
 const goTo = (text) => {
     const [from, to] = text.split(/\s+(?:to|-)\s+|\s*\.\.\s*/).map(parsedTime);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A span of time that was measured: how long it is, and what lies in it.
+// A measured span of time: its length and its contents.
 
 const measured = {fromUs: null, toUs: null};
 const measureRow = document.getElementById("measured");

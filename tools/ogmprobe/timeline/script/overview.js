@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The whole time in a narrow strip: the bitrate, findings, and a frame around what is shown.
+// The whole time in a narrow strip: the bitrate, findings, and a frame around the view.
 
 const OVERVIEW_HEIGHT = 36;
 
@@ -24,7 +24,7 @@ class OverviewPanel {
         return (timeUs - outline.axis.startUs) / outline.axis.lengthUs * view.width;
     }
 
-    /** The sums of all tracks' rates; they change with the width alone. */
+    /** The sums of all tracks' rates; they only change with the width. */
     rates() {
         if (this.ratesWidth !== view.width) {
             const windowUs = windowOf(outline.axis.lengthUs);
@@ -38,7 +38,7 @@ class OverviewPanel {
         return this.known;
     }
 
-    /** All but the frame, which alone changes with the view. */
+    /** Everything except the frame, which is the only part that changes with the view. */
     drawPicture() {
         const {picture} = this;
         picture.fit(view.width);
@@ -79,7 +79,7 @@ class OverviewPanel {
         plot.context.strokeRect(left + 1, 1, Math.max(2, width - 2), OVERVIEW_HEIGHT - 2);
     }
 
-    /** Brings that place into the middle of the view. */
+    /** Moves this place to the middle of the view. */
     moveTo(x) {
         setView(this.timeAt(x) - view.lengthUs / 2, view.lengthUs);
     }

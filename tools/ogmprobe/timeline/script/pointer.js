@@ -100,7 +100,7 @@ const release = (event) => {
         return;
     }
     const wasTap = event.type === "pointerup" && !grip.hasMoved && grip.mode === "pan";
-    // The second finger of a pinch leaves nothing to drag.
+    // With the second finger of a pinch, dragging ends.
     grip.mode = null;
     chart.element.classList.remove("moving");
     if (wasTap) {

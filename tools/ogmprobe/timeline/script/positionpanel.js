@@ -92,7 +92,7 @@ class PositionPanel {
         }
     }
 
-    // The longer, the higher: arcs that land at one place stay apart.
+    // Longer arcs are higher, so that arcs to the same place stay separate.
     drawWay(from, to) {
         const {context} = this.plot;
         const rise = Math.min(MOST_ARC, Math.max(LEAST_ARC, Math.abs(to - from) * 0.1));

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// Levels of detail: the maxima of blocks of 16 values, of 16 such blocks, and so on, so that the
-// largest of any range is found in a few steps.
+// Levels of detail: the maxima of blocks of 16 values, of 16 such blocks, and so on. With these the
+// maximum of any range is found in a few steps.
 
 const BLOCK_BITS = 4;
 const BLOCK = 1 << BLOCK_BITS;
 
-/** The greatest value of each of several kinds. */
+/** The maximum for each of several kinds. */
 class Pyramid {
-    /** `kindOf(i)` is a number below `kinds`; less than 0 leaves the value out. */
+    /** `kindOf(i)` is a number below `kinds`; if it is negative, the value is ignored. */
     constructor(values, kinds, kindOf) {
         Object.assign(this, {values, kinds, kindOf, levels: []});
         let above = this.firstLevel();
@@ -44,7 +44,7 @@ class Pyramid {
         return level;
     }
 
-    /** Raises `result`, an array with a number for each kind, to the greatest from `from` on. */
+    /** Raises `result`, an array with a number for each kind, to the maxima from `from` on. */
     addRange(from, end, result) {
         const {values, kindOf} = this;
         let i = from;
@@ -61,7 +61,7 @@ class Pyramid {
         }
     }
 
-    /** The largest block that begins there and ends in time; the number of the block after it. */
+    /** The largest block that begins there and ends within the range; the index after the block. */
     addBlocks(first, end, result) {
         const {kinds, levels} = this;
         let level = 0;
@@ -79,7 +79,7 @@ class Pyramid {
     }
 }
 
-/** The least and the greatest value of a range. */
+/** The minimum and the maximum of a range. */
 class Extent {
     constructor(values) {
         this.most = new Pyramid(values, 1, () => 0);

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// What is pointed at, with the packets of the same time in all lanes, and the row of a packet that
-// was pinned.
+// What the pointer is over, with the packets of the same time in all lanes, and the details of a
+// pinned packet.
 
 const selection = {spot: null, pinned: null};
 
 const tooltip = document.getElementById("tooltip");
 const pinnedRow = document.getElementById("pinned");
 
-/** For screen readers: what keys and buttons brought forth. */
+/** For screen readers: the results of keys and buttons. */
 const say = (text) => {
     document.getElementById("said").textContent = text;
 };
@@ -46,7 +46,7 @@ const digestText = (lane, file) => {
     return count < 8 ? `${text}\u2026` : text;
 };
 
-/** The packet that is lit in the panel: the one pointed at, and in other lanes that of its time. */
+/** The packet to highlight in the panel: the one under the pointer; in other lanes that of its time. */
 const litIn = (panel) => {
     const spot = selection.spot ?? selection.pinned;
     if (!spot || spot.timeUs === null) {
@@ -73,7 +73,7 @@ const hideTooltip = () => {
     tooltip.hidden = true;
 };
 
-/** Beside the place, clear of the window's edges. */
+/** Beside the place, within the window. */
 const showTooltip = (text, clientX, clientY) => {
     tooltip.textContent = text;
     tooltip.hidden = false;
@@ -104,7 +104,7 @@ const pointNowhere = () => {
 
 const linesOfPage = (page) => film.pages.lines.get(page) ?? [];
 
-/** The time that the pages say, and how far off it the plug-in's is. */
+/** The time by the pages, and the difference to the plug-in's time. */
 const timeRows = (lane, index, file) => {
     if (!lane.pageTimes.known[file]) {
         return [];

@@ -5,7 +5,7 @@ const SYNC_HEIGHT = 84;
 const SYNC_MIDDLE = SYNC_HEIGHT / 2;
 const SYNC_COLUMN = 2;
 
-/** How late packets are: from the one row to the other, in the order of time. */
+/** How late packets are, from one row to the other, in the order of time. */
 class Lateness {
     constructor(least, most, known) {
         Object.assign(this, {least, most, known});
@@ -65,7 +65,7 @@ class SyncPanel {
     draw(lit) {
         const {plot} = this;
         plot.clear();
-        // A scale of less would show how numbers are rounded.
+        // A finer scale would only show rounding.
         this.top = roundedUp(Math.max(1000, this.extent()));
         plot.rectangle(colours.muted, 0, SYNC_MIDDLE, view.width, 1);
         this.shownLanes().forEach((lane) => this.drawLane(lane));

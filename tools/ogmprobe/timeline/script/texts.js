@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Numbers and times as people read them.
+// Numbers and times as text.
 
 const seconds = (timeUs) => `${(timeUs / 1e6).toFixed(6)} s`;
 
@@ -38,7 +38,7 @@ const lengthText = (lengthUs) => {
     return `${Number((lengthUs / unit).toPrecision(4))} ${name}`;
 };
 
-/** The time, in microseconds, that "1:02:03.5", "2:03" or "62.5" names; NaN if it names none. */
+/** Reads "1:02:03.5", "2:03" or "62.5" as a time in microseconds; NaN for other texts. */
 const parsedTime = (text) => {
     const match = /^(-?)(?:(?:(\d+):)?(\d+):)?(\d+(?:\.\d*)?|\.\d+) ?s?$/.exec(text.trim());
     if (!match) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Where packets are on the time axis. A container may give one time to all packets of a page: those
-// share the time up to the next ones, each in its own slot.
+// Where packets are on the time axis. A container may give all packets of a page the same time: these
+// share the time up to the next packets, each with its own slot.
 
 /** Returns the first index from which `isReached` is true for all; it is true for none before. */
 const firstIndex = (count, isReached) => {
@@ -30,7 +30,7 @@ const orderOf = (times) => {
     return isSorted ? order : order.sort((a, b) => times[a] - times[b] || a - b);
 };
 
-/** Calls with the first index, the index after the last, and the time of all in between. */
+/** Calls with the first index, the index after the last, and the time of these packets. */
 const forEachGroup = (times, order, visit) => {
     for (let from = 0; from < order.length;) {
         const timeUs = times[order[from]];
@@ -43,7 +43,7 @@ const forEachGroup = (times, order, visit) => {
     }
 };
 
-/** How long a packet usually lasts, by what a sample of groups says. */
+/** How long a packet usually lasts, estimated from a sample of groups. */
 const usualLength = (times, order) => {
     const lengths = [];
     const stride = Math.ceil(order.length / 20000);
@@ -58,7 +58,7 @@ const usualLength = (times, order) => {
     return Float64Array.from(lengths).sort()[lengths.length >> 1] || 0;
 };
 
-/** `limits`: where the slots of a group end early, because a gap follows: by the next time. */
+/** `limits`: where the slots of a group end early because a gap follows, by the next time. */
 const slotsOf = (times, order, usualUs, limits, longestUs) => {
     const begins = new Float64Array(order.length);
     const ends = new Float64Array(order.length);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the page carries: an outline in JSON, and columns of numbers that are packed (Packing.h).
+// The data of the page: an outline in JSON, and packed columns of numbers (Packing.h).
 "use strict";
 
 const outline = JSON.parse(document.getElementById("outline").textContent);
@@ -29,7 +29,7 @@ class ColumnReader {
         return this.bytes.subarray(begin, this.offset);
     }
 
-    /** Seven bits a byte, the lowest first. Products keep what is longer than 32 bits. */
+    /** Seven bits per byte, the lowest first. Multiplies, because shifts have only 32 bits. */
     numbers(count) {
         const bytes = this.raw();
         const result = new Float64Array(count);

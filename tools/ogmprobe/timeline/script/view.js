@@ -38,7 +38,7 @@ const zoomAll = () => glide(outline.axis.startUs, outline.axis.lengthUs);
 const wantsNoMotion = matchMedia("(prefers-reduced-motion: reduce)");
 const GLIDE_MS = 180;
 
-/** Goes there, in a short movement unless the reader wants none. */
+/** Moves the view there, animated unless the reader prefers reduced motion. */
 const glide = (startUs, lengthUs) => {
     cancelAnimationFrame(glide.frame);
     if (wantsNoMotion.matches) {
@@ -59,7 +59,7 @@ const glide = (startUs, lengthUs) => {
     glide.frame = requestAnimationFrame(step);
 };
 
-/** Shows from the one time to the other with room around them. */
+/** Shows the span between the two times, with a margin. */
 const glideToSpan = (fromUs, toUs, leastUs) => {
     const lengthUs = Math.max((toUs - fromUs) * 1.5, leastUs);
     glide((fromUs + toUs - lengthUs) / 2, lengthUs);

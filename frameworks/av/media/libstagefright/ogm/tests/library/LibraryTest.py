@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Checks the built plug-in as a file: what a device's loader would make of it.
+"""Checks the built plug-in as a file, like a device's loader.
 
 Usage: LibraryTest.py LIBRARY [unittest arguments]
 """
@@ -14,8 +14,8 @@ from elftools.elf.elffile import ELFFile
 
 ENTRY_POINT = "GETEXTRACTORDEF"
 
-# What the plug-in may take from the platform. Each exists on every device of API level 29 or later,
-# but for the one key of the maker's.
+# The symbols that the plug-in may import from the platform. Except for the maker's key, all exist on
+# each device of API level 29 or later.
 PLATFORM_IMPORTS = {
     *("AMediaFormat_" + name for name in (
         "copy", "delete", "getInt32", "getInt64", "getString", "new",
@@ -26,7 +26,7 @@ PLATFORM_IMPORTS = {
     "__android_log_assert", "__android_log_print",
     "property_get", "property_get_int32",
 }
-# From the C library: memory, text, one dump file and locks. Nothing that reaches further.
+# From the C library: only memory, text, one dump file and locks.
 C_IMPORTS = {
     "malloc", "free", "posix_memalign", "madvise",
     "memcmp", "memcpy", "memmove", "memset", "memchr", "memmem",
@@ -37,12 +37,12 @@ C_IMPORTS = {
     "__stack_chk_fail", "__stack_chk_guard", "__cxa_finalize", "__cxa_atexit", "__getauxval",
     "__memcpy_chk", "__memmove_chk", "__memset_chk", "__strlen_chk",
     "__snprintf_chk",
-    # For properties, where the platform's library for them cannot be linked with.
+    # For properties, if the platform's library for them cannot be linked.
     "__system_property_get", "strnlen", "strtoimax", "__errno", "__errno_location",
 }
 WEAK_START_UP_HOOKS = {"__gmon_start__", "_ITM_deregisterTMCloneTable", "_ITM_registerTMCloneTable"}
 
-# Outside a tree there is no libcutils to link with for a device, and no shared C++ library there.
+# Outside a tree there is no libcutils and no shared C++ library to link for a device.
 DEVICE_LIBRARIES = {
     "libmediandk.so", "libmediandk.zor.so", "liblog.so", "libc.so", "libm.so", "libdl.so"}
 DESKTOP_LIBRARIES = {
