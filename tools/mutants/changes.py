@@ -130,7 +130,7 @@ def conditions(text):
 def places_of_conditions(text):
     for found in CONDITION.finditer(text):
         end = closing_of(text, found.end() - 1)
-        # After a declaration of its own.
+        # After a separate declaration.
         yield max(found.end(), text.rfind("; ", found.end(), end) + 2), end
     for found in CHOICE.finditer(text):
         end = len(text[: found.start()].rstrip())

@@ -57,7 +57,7 @@ enum class Action : uint8_t {
 
     /** Seeks in each started track, to where the previous one landed. */
     kPlayerSeek,
-    /** Reads all started tracks in turn, at most `number` times. */
+    /** Reads all started tracks alternately, at most `number` times. */
     kDrain,
     /** The tracks in the slots stay. */
     kFreeExtractor,

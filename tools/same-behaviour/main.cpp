@@ -126,7 +126,7 @@ void addCommonOptions(CLI::App* app, Options* options) {
     app->add_option("--sessions", options->plans.generated, "Made-up sessions")
             ->capture_default_str();
     app->add_option("--seed", options->plans.seed, "What they follow from")->capture_default_str();
-    app->add_option("--max-events", options->run.maxEvents, "A session ends after so many events")
+    app->add_option("--max-events", options->run.maxEvents, "A session ends after this many events")
             ->capture_default_str();
     app->add_option("--jobs", options->run.jobs, "Sessions at the same time")
             ->capture_default_str();

@@ -330,17 +330,17 @@ std::optional<Difference> firstReadDifference(const PlayedFile& a, const PlayedF
     Difference difference;
     difference.kind = DifferenceKind::kRead;
     // Searches that begin at the same place differ where the shorter one ends.
-    uint64_t alike = 0;
+    uint64_t equalReads = 0;
     if (inA != a.reads.end() && inB != b.reads.end() && inA->offset == inB->offset &&
         inA->size == inB->size && inA->result == inB->result) {
-        alike = std::min(inA->count, inB->count);
+        equalReads = std::min(inA->count, inB->count);
     }
-    difference.number = alike;
+    difference.number = equalReads;
     for (auto read = a.reads.begin(); read != inA; ++read) {
         *difference.number += read->count;
     }
-    difference.a = readText(inA, a.reads.end(), alike);
-    difference.b = readText(inB, b.reads.end(), alike);
+    difference.a = readText(inA, a.reads.end(), equalReads);
+    difference.b = readText(inB, b.reads.end(), equalReads);
     return difference;
 }
 

@@ -7,7 +7,7 @@ An example is a fenced block marked "console". A line that begins with "$ " is a
 follows is its output, where a line of three dots matches any lines. The commands of a document run
 one after the other in one folder with copies of the sample files. Those of a block marked "console /data"
 have a folder of that name, which is another one than the machine's. With OGM_UPDATE_EXAMPLES=1 in the
-environment the outputs in the documents are replaced by the real ones, but for those with dots.
+environment the outputs in the documents are replaced by the real ones, except those with dots.
 """
 
 import os

@@ -101,10 +101,10 @@ class BufferComparison {
     /** Between two pairs, matches buffers that begin like a unit. */
     void compareRest(size_t unit, size_t endUnit, size_t buffer, size_t endBuffer) {
         for (; buffer < endBuffer; ++buffer) {
-            const auto alike = unitAlike(unit, endUnit, mBuffers[buffer]);
-            if (alike) {
-                mDelivery.units[*alike] = {buffer, true};
-                unit = *alike + 1;
+            const auto similar = similarUnit(unit, endUnit, mBuffers[buffer]);
+            if (similar) {
+                mDelivery.units[*similar] = {buffer, true};
+                unit = *similar + 1;
             } else if (numberOf(keyOf(mBuffers[buffer]))) {
                 mDelivery.repeated.push_back(buffer);
             } else {
@@ -113,7 +113,7 @@ class BufferComparison {
         }
     }
 
-    std::optional<size_t> unitAlike(size_t from, size_t end, const Fingerprint& buffer) const {
+    std::optional<size_t> similarUnit(size_t from, size_t end, const Fingerprint& buffer) const {
         for (size_t i = from; i < std::min(end, from + kLookAhead); ++i) {
             if (!mUnits[i].isLost && mUnits[i].fingerprint.hasSameBeginning(buffer)) {
                 return i;

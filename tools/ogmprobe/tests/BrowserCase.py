@@ -34,7 +34,7 @@ def contrast(first, second):
 
 
 class BrowserCase(unittest.TestCase):
-    """All tests share a browser, which takes seconds to start; each has a tab of its own."""
+    """All tests share a browser, which takes seconds to start; each has its own tab."""
 
     # What the browser may log, or a part of it.
     expected_complaint = None

@@ -78,7 +78,7 @@ TEST(Mpeg4Facts, SayWhatDecodersFindHard) {
     BitWriter bits = secondVersionLayer();
     bits.put(1, 1).put(1, 1);                      // interlaced, obmc_disable
     bits.put(2, 2).put(3, 6).put(1, 2).put(0, 1);  // global motion by three points
-    bits.put(0, 1).put(1, 1).put(1, 1);            // 8 bits, a matrix of its own
+    bits.put(0, 1).put(1, 1).put(1, 1);            // 8 bits, with a matrix
     bits.put(8, 8).put(9, 8).put(0, 8).put(0, 1);  // it is cut short
     bits.put(1, 1).put(0, 8);                      // quarter_sample
     const auto facts = mpeg4Facts(bits.bytes());

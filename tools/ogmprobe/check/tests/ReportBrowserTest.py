@@ -56,7 +56,7 @@ class ReportInBrowser(BrowserCase):
                     if button.text.startswith(title))
 
     def sorted_by(self, title):
-        """The names after a click, and what assistive software is told of the order."""
+        """The names after a click, and the order that assistive software gets."""
         self.heading(title).click()
         order = self.heading(title).find_element("xpath", "..").get_attribute("aria-sort")
         return self.names(), order
@@ -68,12 +68,12 @@ class ReportInBrowser(BrowserCase):
     def assertSorts(self, title, key):
         """By that key of the file upwards, then downwards."""
         for order, reverse in (("ascending", False), ("descending", True)):
-            names, told = self.sorted_by(title)
+            names, announced = self.sorted_by(title)
             keys = [key(self.files[name]) for name in names]
             self.assertEqual(sorted(FILMS), sorted(names))
             self.assertGreater(len(set(keys)), 1)
             self.assertEqual(sorted(keys, reverse=reverse), keys)
-            self.assertEqual(order, told)
+            self.assertEqual(order, announced)
 
     def test_ListsTheFilesByTheirPaths(self):
         self.assertEqual(sorted(FILMS), self.names())

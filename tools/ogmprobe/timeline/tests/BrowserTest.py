@@ -576,26 +576,26 @@ class TimelineInBrowser(BrowserCase):
     # Looks
 
     def test_HasTextsAndMarksOfEnoughContrastInLightAndDark(self):
-        papers = []
+        backgrounds = []
         for dark in (False, True):
             self.open(dark=dark)
-            papers.append(self.script("return getComputedStyle(document.body).backgroundColor"))
+            backgrounds.append(self.script("return getComputedStyle(document.body).backgroundColor"))
             inks = self.script(
                 "return [...document.querySelectorAll('h1, h2, td, th, p, li, button, summary, dt, "
                 ".details, .title, .place, code')].filter((element) => element.offsetParent)"
                 ".map((element) => getComputedStyle(element).color)"
                 ".filter((colour) => colour !== getComputedStyle(document.body).backgroundColor)")
             self.assertGreater(len(inks), 50)
-            for ground in (papers[-1], self.colour("ground")):
+            for ground in (backgrounds[-1], self.colour("ground")):
                 for ink in set(inks):
                     self.assertGreater(contrast(ink, ground), 4.5, ink)
                 for mark in self.script("return COLOUR_NAMES"):
                     if mark not in ("paper", "ground", "grid", "area"):
                         self.assertGreater(contrast(self.colour(mark), ground), 3, mark)
             for badge in ("finding", "usual"):
-                self.assertGreater(contrast(self.colour(badge), papers[-1]), 4.5, badge)
-        self.assertGreater(luminance(papers[0]), 0.8)
-        self.assertLess(luminance(papers[1]), 0.05)
+                self.assertGreater(contrast(self.colour(badge), backgrounds[-1]), 4.5, badge)
+        self.assertGreater(luminance(backgrounds[0]), 0.8)
+        self.assertLess(luminance(backgrounds[1]), 0.05)
 
     def test_ChangesItsColoursWithTheSystem(self):
         self.open()
@@ -659,7 +659,7 @@ class TimelineInBrowser(BrowserCase):
             "return performance.getEntriesByType('resource').map((entry) => entry.name)"))
 
     def test_DrawingsAreShownByThemselves(self):
-        papers = []
+        backgrounds = []
         for dark in (False, True):
             self.load(self.page_of("mpeg4_mp3_ac3.ogm", "svg"), dark=dark)
             self.assertNoComplaints()
@@ -668,10 +668,10 @@ class TimelineInBrowser(BrowserCase):
             self.assertBoxesApart(self.script(
                 "return [...document.querySelectorAll('svg text, svg .swatch')].map((element) =>"
                 "({name: element.textContent, ...element.getBoundingClientRect().toJSON()}))"))
-            papers.append(self.script(
+            backgrounds.append(self.script(
                 "return getComputedStyle(document.querySelector('.paper')).fill"))
-        self.assertGreater(luminance(papers[0]), 0.8)
-        self.assertLess(luminance(papers[1]), 0.05)
+        self.assertGreater(luminance(backgrounds[0]), 0.8)
+        self.assertLess(luminance(backgrounds[1]), 0.05)
 
     # Long files
 

@@ -49,7 +49,7 @@ void checkSearch(ogm::ByteView stream, uint64_t begin) {
     uint64_t offset = begin;
     uint32_t header = 0;
     if (ogm::findMP3Header(stream, &offset, &header) != ogm::kMP3HeaderFound) {
-        require(header == 0, "a header is told that was not found");
+        require(header == 0, "a header is returned that was not found");
         return;
     }
     uint64_t frameSize = 0;

@@ -66,7 +66,7 @@ void run(const SessionInput& input, int64_t offset, int64_t maxSkip) {
         require(maxSkip < 1 || found - offset < maxSkip, "too much has been skipped");
         readPageAt(pages, found);
     } else {
-        require(found == 0, "a place is told without a page");
+        require(found == 0, "an offset is returned without a page");
         require(status == AMEDIA_ERROR_END_OF_STREAM ||
                         (status == AMEDIA_ERROR_UNSUPPORTED && maxSkip > 0),
                 "the status of a search");

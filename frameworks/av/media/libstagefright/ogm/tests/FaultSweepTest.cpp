@@ -90,7 +90,7 @@ class Session {
         }
     }
 
-    /** Reads to the end of all tracks in turn, seeks to a few places, and reads a little there. */
+    /** Reads all tracks alternately to their ends, then seeks to a few times and reads a little. */
     void play() {
         readInTurn(kMaxBuffers);
         for (const int64_t timeUs : {4 * kSecond, 60 * kSecond, 3100 * kSecond / 1000}) {

@@ -141,7 +141,7 @@ struct Reading {
     ptrdiff_t peak = 0;
 };
 
-/** Reads the three tracks in the order of their times, which is in turn. */
+/** Reads the three tracks in the order of their times: alternately. */
 Reading readInTimeOrder(LongFile& file) {
     Reading reading;
     const CountedAllocations counted;

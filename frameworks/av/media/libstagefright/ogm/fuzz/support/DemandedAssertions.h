@@ -9,7 +9,7 @@ namespace android::ogm::fuzz {
 struct DemandedAssertion {
     /** Empty: the program's name. */
     std::string_view tag;
-    /** '#' stands for a decimal number. */
+    /** '#' matches a decimal number. */
     std::string_view text;
     /** Whether a file can cause it; the others need a mistake of the plug-in. */
     bool byFile;

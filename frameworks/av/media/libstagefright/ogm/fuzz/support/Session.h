@@ -41,7 +41,7 @@ class Session {
     void getTrackMetaData(size_t index, uint32_t flags);
     void getTrack(size_t index);
     void playerSeek(const Call& call);
-    /** Reads all tracks in turn, at most `count` buffers each. */
+    /** Reads all tracks alternately, at most `count` buffers each. */
     void drain(size_t count);
     /** Reads up to `count` buffers with the seek, if any, on the first. */
     void readRun(TrackSlot& track, size_t count, uint32_t options, int64_t seekUs);

@@ -11,13 +11,13 @@
 
 namespace android::ogm::test {
 
-/** Reads typed entries; nothing for an entry that is absent or of another type. */
+/** Reads typed entries; returns nothing for an entry that is absent or has another type. */
 std::optional<std::string> stringOf(AMediaFormat* format, const char* key);
 std::optional<int32_t> int32Of(AMediaFormat* format, const char* key);
 std::optional<int64_t> int64Of(AMediaFormat* format, const char* key);
 std::optional<Bytes> bufferOf(AMediaFormat* format, const char* key);
 
-/** A media format of its own. */
+/** Owns a media format. */
 class Format {
   public:
     Format() : mFormat(AMediaFormat_new()) {}
@@ -27,7 +27,7 @@ class Format {
     std::optional<int32_t> int32(const char* key) const { return int32Of(get(), key); }
     std::optional<int64_t> int64(const char* key) const { return int64Of(get(), key); }
     std::optional<Bytes> buffer(const char* key) const { return bufferOf(get(), key); }
-    /** All entries, in the platform's own words. */
+    /** All entries, as the platform's text. */
     std::string text() const { return AMediaFormat_toString(get()); }
 
   private:

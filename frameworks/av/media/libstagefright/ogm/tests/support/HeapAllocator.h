@@ -5,7 +5,7 @@
 
 namespace android::ogm::test {
 
-/** Every piece in a heap block of its own, so that a sanitizer sees a step out of it. */
+/** Allocates each piece in its own heap block, so that a sanitizer sees an access outside of it. */
 class HeapAllocator final : public PieceAllocator {
   public:
     ByteBuffer makePiece(size_t size) override { return ByteBuffer(size); }

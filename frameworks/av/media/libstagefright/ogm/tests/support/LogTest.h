@@ -8,7 +8,7 @@
 
 namespace android::ogm::test {
 
-/** Records what is logged. */
+/** Records the log. */
 class LogTest : public ::testing::Test {
   protected:
     EventLog mEvents;
