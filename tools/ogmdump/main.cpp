@@ -26,10 +26,10 @@ constexpr const char* kUsageText =
 
 std::optional<int64_t> microseconds(const char* text) {
     constexpr double kUsPerSecond = 1e6;
-    constexpr double kMostSeconds = 9e9;
+    constexpr double kMaxSeconds = 9e9;
     char* end = nullptr;
     const double seconds = std::strtod(text, &end);
-    if (end == text || *end != '\0' || !(std::abs(seconds) <= kMostSeconds)) {
+    if (end == text || *end != '\0' || !(std::abs(seconds) <= kMaxSeconds)) {
         return std::nullopt;
     }
     return std::llround(seconds * kUsPerSecond);

@@ -27,8 +27,8 @@ class PageWriter {
         for (const Bytes& packet : stream.packets) {
             addSegments(packet);
         }
-        constexpr size_t kMostSegments[] = {1, 2, 3, 5, 8, 8, 15, 40, 250};
-        mMostSegments = random->oneOf(kMostSegments);
+        constexpr size_t kMaxSegments[] = {1, 2, 3, 5, 8, 8, 15, 40, 250};
+        mMaxSegments = random->oneOf(kMaxSegments);
         mOddGranules = random->oneIn(6);
     }
 
@@ -42,7 +42,7 @@ class PageWriter {
             page.continued();
         }
         size_t ended = 0;
-        for (size_t i = mRandom->between(1, mMostSegments); i > 0 && !isDone(); --i) {
+        for (size_t i = mRandom->between(1, mMaxSegments); i > 0 && !isDone(); --i) {
             const Segment& segment = mSegments[mNext++];
             page.lacing(static_cast<uint8_t>(segment.bytes.size())).body(segment.bytes);
             ended += segment.endsPacket ? 1 : 0;
@@ -79,7 +79,7 @@ class PageWriter {
     const uint64_t mGranuleStep;
     std::vector<Segment> mSegments;
     size_t mNext = 0;
-    size_t mMostSegments = 1;
+    size_t mMaxSegments = 1;
     bool mOddGranules = false;
     uint64_t mGranule = 0;
     uint32_t mSequence = 1;

@@ -23,7 +23,7 @@ using nlohmann::ordered_json;
 
 constexpr auto kTimeLimit = std::chrono::seconds(10);
 /** A hundred times the size of the longest lists' decoders. */
-constexpr uint64_t kMostAnswerBytes = uint64_t{16} << 20;
+constexpr uint64_t kMaxAnswerBytes = uint64_t{16} << 20;
 
 [[noreturn]] void refuse(const std::string& sentence) {
     throw ProbeError(ExitCode::kFile, sentence);
@@ -32,7 +32,7 @@ constexpr uint64_t kMostAnswerBytes = uint64_t{16} << 20;
 std::string contentsOf(const std::string& path, const std::string& includedBy) {
     errno = 0;
     std::ifstream file(pathToOpen(path), std::ios::binary);
-    std::string text(kMostXmlBytes + 1, '\0');
+    std::string text(kMaxXmlBytes + 1, '\0');
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
     if (!file.is_open() || file.bad() || (file.gcount() == 0 && errno != 0)) {
         const std::string reason = errno != 0 ? std::strerror(errno) : "it cannot be read";
@@ -43,9 +43,9 @@ std::string contentsOf(const std::string& path, const std::string& includedBy) {
                                      path, includedBy, reason));
     }
     text.resize(static_cast<size_t>(file.gcount()));
-    if (text.size() > kMostXmlBytes) {
+    if (text.size() > kMaxXmlBytes) {
         refuse(fmt::format("{} is larger than {}: it is no list of codecs", path,
-                           sizeText(kMostXmlBytes)));
+                           sizeText(kMaxXmlBytes)));
     }
     return text;
 }
@@ -68,7 +68,7 @@ std::string answer(const std::vector<std::string>& paths, const XmlFiles& files)
 
 ordered_json readConfined(const std::vector<std::string>& paths, const XmlFiles& files) {
     ChildTask task([&] { return answer(paths, files); }, ChildTask::Rights::kSandboxed,
-                   kMostAnswerBytes);
+                   kMaxAnswerBytes);
     const auto text = task.waitForAnswer(kTimeLimit);
     if (!text) {
         refuse(fmt::format(
@@ -83,8 +83,8 @@ void addMissing(const ordered_json& missing, XmlFiles& files) {
     for (const auto& file : missing) {
         const std::string path = file.at("path");
         const std::string includedBy = file.at("included_by");
-        if (files.size() >= kMostXmlFiles) {
-            refuse(fmt::format("the lists of codecs include more than {} files", kMostXmlFiles));
+        if (files.size() >= kMaxXmlFiles) {
+            refuse(fmt::format("the lists of codecs include more than {} files", kMaxXmlFiles));
         }
         if (files.contains(includedBy) && canInclude(includedBy, path)) {
             files.emplace(path, contentsOf(path, includedBy));

@@ -13,7 +13,7 @@
 namespace ogmprobe::check {
 namespace {
 
-constexpr size_t kMostRanges = 64;
+constexpr size_t kMaxRanges = 64;
 
 std::string_view trimmed(std::string_view text) {
     const size_t first = text.find_first_not_of(' ');
@@ -88,7 +88,7 @@ constexpr std::array<std::pair<std::string_view, RangesMember>, 6> kRangeLimits 
 
 Ranges parseRanges(std::string_view text) {
     Ranges ranges;
-    while (!text.empty() && ranges.size() < kMostRanges) {
+    while (!text.empty() && ranges.size() < kMaxRanges) {
         const size_t comma = std::min(text.find(','), text.size());
         if (const auto range = rangeOf(text.substr(0, comma))) {
             ranges.push_back(*range);
@@ -106,8 +106,8 @@ void addLimit(const Attributes& attributes, DecoderLimits& limits) {
         }
     };
     if (name == "size") {
-        set(limits.leastSize, attribute(attributes, "min"));
-        set(limits.mostSize, attribute(attributes, "max"));
+        set(limits.minSize, attribute(attributes, "min"));
+        set(limits.maxSize, attribute(attributes, "max"));
     } else if (name == "alignment") {
         set(limits.alignment, attribute(attributes, "value"));
     } else if (name == "block-size") {

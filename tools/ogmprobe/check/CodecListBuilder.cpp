@@ -82,7 +82,7 @@ bool CodecListBuilder::beginCodec(const Attributes& attributes) {
     if (const std::string mime = valueOf(attributes, "type"); !mime.empty()) {
         beginType(mime);
     }
-    return mCodecs.size() <= kMostDecoders;
+    return mCodecs.size() <= kMaxDecoders;
 }
 
 void CodecListBuilder::beginType(const std::string& mime) {

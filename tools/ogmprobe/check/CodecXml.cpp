@@ -78,8 +78,8 @@ void Reader::read(const std::string& path) {
         mResult.missing.push_back({path, mPaths.empty() ? "" : mPaths.back()});
         return;
     }
-    if (++mRead > kMostXmlFiles) {
-        fail(fmt::format("there are more than {} files", kMostXmlFiles));
+    if (++mRead > kMaxXmlFiles) {
+        fail(fmt::format("there are more than {} files", kMaxXmlFiles));
         return;
     }
     const Parser parser(XML_ParserCreate(nullptr));
@@ -102,8 +102,8 @@ void Reader::start(const std::string& name, const Attributes& attributes) {
     if (!mResult.error.empty()) {
         return;
     }
-    if (++mDepth > kMostXmlDepth) {
-        fail(fmt::format("its elements are nested more than {} deep", kMostXmlDepth));
+    if (++mDepth > kMaxXmlDepth) {
+        fail(fmt::format("its elements are nested more than {} deep", kMaxXmlDepth));
         return;
     }
     if (mDepth == 1 && name != "MediaCodecs" && name != "Included") {
@@ -111,7 +111,7 @@ void Reader::start(const std::string& name, const Attributes& attributes) {
     } else if (name == "Include") {
         include(attributes);
     } else if (!mBuilder.begin(name, attributes)) {
-        fail(fmt::format("it lists more than {} decoders", kMostDecoders));
+        fail(fmt::format("it lists more than {} decoders", kMaxDecoders));
     }
 }
 
@@ -130,8 +130,8 @@ void Reader::include(const Attributes& attributes) {
         fail("its <Include> names no .xml file beside it or in a folder below");
     } else if (std::find(mPaths.begin(), mPaths.end(), path) != mPaths.end()) {
         fail(fmt::format("it includes {}, which is being read already", path));
-    } else if (mPaths.size() >= kMostIncludeDepth) {
-        fail(fmt::format("files include each other more than {} deep", kMostIncludeDepth));
+    } else if (mPaths.size() >= kMaxIncludeDepth) {
+        fail(fmt::format("files include each other more than {} deep", kMaxIncludeDepth));
     } else {
         read(path);
     }

@@ -16,11 +16,11 @@
 namespace ogmprobe::check {
 
 /** Limits that no list of codecs exceeds. */
-inline constexpr size_t kMostXmlDepth = 32;
-inline constexpr size_t kMostIncludeDepth = 8;
-inline constexpr size_t kMostXmlFiles = 64;
-inline constexpr size_t kMostXmlBytes = size_t{1} << 20;
-inline constexpr size_t kMostDecoders = 4096;
+inline constexpr size_t kMaxXmlDepth = 32;
+inline constexpr size_t kMaxIncludeDepth = 8;
+inline constexpr size_t kMaxXmlFiles = 64;
+inline constexpr size_t kMaxXmlBytes = size_t{1} << 20;
+inline constexpr size_t kMaxDecoders = 4096;
 
 /** Contents by their paths. */
 using XmlFiles = std::map<std::string, std::string>;

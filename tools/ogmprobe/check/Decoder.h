@@ -37,8 +37,8 @@ struct Extent {
 
 /** What a decoder declares for a MIME type; nothing for limits that it does not declare. */
 struct DecoderLimits {
-    std::optional<Extent> leastSize;
-    std::optional<Extent> mostSize;
+    std::optional<Extent> minSize;
+    std::optional<Extent> maxSize;
     std::optional<Extent> alignment;
     std::optional<Extent> blockSize;
     Ranges blockCount;

@@ -58,9 +58,9 @@ struct SizeRule {
 };
 
 constexpr std::array kSizeRules = {
-        SizeRule{"at most", &DecoderLimits::mostSize,
+        SizeRule{"at most", &DecoderLimits::maxSize,
                  [](int64_t side, int64_t limit) { return side > limit; }},
-        SizeRule{"at least", &DecoderLimits::leastSize,
+        SizeRule{"at least", &DecoderLimits::minSize,
                  [](int64_t side, int64_t limit) { return side < limit; }},
         SizeRule{"multiples of", &DecoderLimits::alignment,
                  [](int64_t side, int64_t limit) { return limit > 0 && side % limit != 0; }},

@@ -14,8 +14,8 @@ using ExtentMember = std::optional<Extent> DecoderLimits::*;
 using RangesMember = Ranges DecoderLimits::*;
 
 constexpr std::array<std::pair<const char*, ExtentMember>, 4> kExtents = {{
-        {"least_size", &DecoderLimits::leastSize},
-        {"most_size", &DecoderLimits::mostSize},
+        {"least_size", &DecoderLimits::minSize},
+        {"most_size", &DecoderLimits::maxSize},
         {"alignment", &DecoderLimits::alignment},
         {"block_size", &DecoderLimits::blockSize},
 }};

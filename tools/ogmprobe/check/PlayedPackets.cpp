@@ -49,7 +49,7 @@ void PlayedPackets::add(const Packet& packet) {
 
 std::optional<double> PlayedPackets::bitrate() const {
     const int64_t spanUs = timeDifferenceUs(mMostUs, mLeastUs);
-    if (spanUs < threshold::kLeastBitrateSpanUs) {
+    if (spanUs < threshold::kMinBitrateSpanUs) {
         return std::nullopt;
     }
     return static_cast<double>(mBytes) * kBits * static_cast<double>(kUsPerSecond) /

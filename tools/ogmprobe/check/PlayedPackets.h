@@ -30,7 +30,7 @@ class PlayedPackets {
     uint64_t sharedTimes() const { return mShared; }
     /** Return the most consecutive packets with one time, and the longest time to the next packet.
      */
-    uint64_t mostOfOneTime() const { return mLongestRun; }
+    uint64_t mostWithOneTime() const { return mLongestRun; }
     int64_t longestStepUs() const { return mLongestStepUs; }
 
   private:

@@ -20,17 +20,17 @@ using PoolClock = std::chrono::steady_clock;
 
 constexpr int kTickMilliseconds = 200;
 /** The largest answer: the result of one file. */
-constexpr uint64_t kMostAnswer = uint64_t{16} << 20;
+constexpr uint64_t kMaxAnswer = uint64_t{16} << 20;
 
 struct Running {
     size_t number;
-    double mostSeconds;
+    double maxSeconds;
     PoolClock::time_point began;
     ChildTask task;
 
     bool isOverdue() const {
-        return mostSeconds > 0 &&
-               std::chrono::duration<double>(PoolClock::now() - began).count() > mostSeconds;
+        return maxSeconds > 0 &&
+               std::chrono::duration<double>(PoolClock::now() - began).count() > maxSeconds;
     }
 };
 
@@ -56,8 +56,8 @@ class Pool {
                 mIsEmpty = true;
                 return;
             }
-            mRunning.push_back({mBegun++, next->mostSeconds, PoolClock::now(),
-                                ChildTask(next->work, ChildTask::Rights::kAll, kMostAnswer)});
+            mRunning.push_back({mBegun++, next->maxSeconds, PoolClock::now(),
+                                ChildTask(next->work, ChildTask::Rights::kAll, kMaxAnswer)});
         }
     }
 
@@ -86,7 +86,7 @@ class Pool {
             const auto current = running++;
             if (current->isOverdue()) {
                 PoolAnswer answer{current->number, std::nullopt,
-                                  fmt::format("it took more than {:g} s", current->mostSeconds)};
+                                  fmt::format("it took more than {:g} s", current->maxSeconds)};
                 mRunning.erase(current);
                 mRun.done(std::move(answer));
             }

@@ -13,7 +13,7 @@ namespace ogmprobe::check {
 struct PoolTask {
     std::function<std::string()> work;
     /** The process is killed after this time; 0: never. */
-    double mostSeconds = 0;
+    double maxSeconds = 0;
 };
 
 struct PoolAnswer {

@@ -23,14 +23,14 @@ namespace {
 struct Video {
     std::string_view name;
     std::string_view mime;
-    Extent mostSize;
+    Extent maxSize;
     std::string_view blockCount;
     std::string_view blocksPerSecond;
     std::string_view bitrate;
     std::string_view unusable = {};
 };
 
-constexpr Extent kLeastSize = {2, 2};
+constexpr Extent kMinSize = {2, 2};
 constexpr Extent kAlignment = {2, 2};
 constexpr Extent kBlockSize = {16, 16};
 
@@ -108,8 +108,8 @@ constexpr std::array kProfiles = {
 Decoder decoderOf(const Video& row) {
     Decoder decoder{std::string(row.name), std::string(row.mime), {}, std::string(row.unusable)};
     DecoderLimits& limits = decoder.limits;
-    limits.leastSize = kLeastSize;
-    limits.mostSize = row.mostSize;
+    limits.minSize = kMinSize;
+    limits.maxSize = row.maxSize;
     limits.alignment = kAlignment;
     limits.blockSize = kBlockSize;
     limits.blockCount = parseRanges(row.blockCount);

@@ -24,6 +24,6 @@ inline constexpr double kBearableLoss = 0.5;
 inline constexpr int64_t kSyncDistanceUs = 15'000'000;
 
 /** Shorter streams do not show a bitrate. */
-inline constexpr int64_t kLeastBitrateSpanUs = 1'000'000;
+inline constexpr int64_t kMinBitrateSpanUs = 1'000'000;
 
 }  // namespace ogmprobe::check::threshold

@@ -148,7 +148,7 @@ void judgeTimes(const TrackDescription& track, const PlayedPackets& packets,
             fmt::format("{} of {} have the time of the one before, so that up to {} are shown at "
                         "once and none for up to {} s after",
                         packets.sharedTimes(), counted(packets.count(), "picture"),
-                        packets.mostOfOneTime(), secondsText(packets.longestStepUs())),
+                        packets.mostWithOneTime(), secondsText(packets.longestStepUs())),
             static_cast<double>(packets.longestStepUs()),
             static_cast<double>(threshold::kStandstillUs)));
 }

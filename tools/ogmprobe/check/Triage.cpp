@@ -19,8 +19,8 @@ namespace ogmprobe::check {
 namespace {
 
 /** A process that plays a file slower than this is considered to have stopped. */
-constexpr double kLeastBytesPerSecond = 1e6;
-constexpr double kPatience = 3;
+constexpr double kMinBytesPerSecond = 1e6;
+constexpr double kTimeoutFactor = 3;
 /** The cost of a file in addition to its size, in bytes. */
 constexpr uint64_t kCostOfFile = 200'000;
 
@@ -135,15 +135,15 @@ class Run {
     PoolTask taskOf(size_t index) const {
         const std::string& path = mRequest.paths[index];
         return {[this, &path] { return answerFor(path, mRequest.decoders, mSession.options); },
-                mostSeconds(mEntries[index].sizeBytes())};
+                maxSeconds(mEntries[index].sizeBytes())};
     }
 
     /** The extractor's own time limits normally end it long before this. */
-    double mostSeconds(uint64_t size) const {
+    double maxSeconds(uint64_t size) const {
         const double limit = mSession.options.timeoutSeconds;
         return limit <= 0 ? 0
-                          : kPatience * limit * StandstillWatch::kBusyFactor +
-                                    static_cast<double>(size) / kLeastBytesPerSecond;
+                          : kTimeoutFactor * limit * StandstillWatch::kBusyFactor +
+                                    static_cast<double>(size) / kMinBytesPerSecond;
     }
 
     void take(const PoolAnswer& answer) {

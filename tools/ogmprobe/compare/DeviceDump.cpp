@@ -25,7 +25,7 @@ using nlohmann::json;
 constexpr const char* kConfiguration = "csd-0";
 /** Enough for a format with a codec's configuration. */
 constexpr size_t kLongestLine = 1 << 20;
-constexpr uint64_t kMostTracks = 100'000;
+constexpr uint64_t kMaxTracks = 100'000;
 
 /** Throws `json::exception` if the member exists and is not a number that fits. */
 template <typename T>
@@ -46,7 +46,7 @@ uint64_t digestFrom(const std::string& text) {
 
 uint64_t trackFrom(const json& number) {
     const auto track = number.get<uint64_t>();
-    if (!number.is_number_unsigned() || track >= kMostTracks) {
+    if (!number.is_number_unsigned() || track >= kMaxTracks) {
         throw ProbeError(ExitCode::kFile, "a track's number is out of range");
     }
     return track;

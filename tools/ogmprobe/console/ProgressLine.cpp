@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kPatience = 500ms;
+constexpr auto kDelay = 500ms;
 constexpr auto kInterval = 200ms;
 
 constexpr int kWidth = 20;
@@ -38,7 +38,7 @@ std::string progressText(const Advance& advance, std::string_view name, std::chr
                        sizeText(advance.size), time.count());
 }
 
-ProgressLine::ProgressLine(Console& console) : mConsole(console), mNext(mBegan + kPatience) {}
+ProgressLine::ProgressLine(Console& console) : mConsole(console), mNext(mBegan + kDelay) {}
 
 bool ProgressLine::isDue(Clock::time_point now) {
     if (!mConsole.showsProgress() || now < mNext) {

@@ -13,7 +13,7 @@ struct MisleadingLine {
     std::string_view beginning;
     /** The function that writes it; any for `kNone`. */
     PluginFunction function;
-    uint64_t leastCount;
+    uint64_t minCount;
     const char* id;
     const char* text;
 };
@@ -40,7 +40,7 @@ void explainLines(Explanation& explanation) {
         const auto& lines = explanation.trace().lines();
         const auto line = std::find_if(lines.begin(), lines.end(), [&](const LoggedLine& entry) {
             return entry.text.starts_with(misleading.beginning) &&
-                   entry.count >= misleading.leastCount &&
+                   entry.count >= misleading.minCount &&
                    (misleading.function == PluginFunction::kNone ||
                     misleading.function == entry.function);
         });

@@ -15,7 +15,7 @@ namespace ogmprobe {
 namespace {
 
 /** About a minute of sound shows whether the bitrate varies. */
-constexpr size_t kMostPackets = 2000;
+constexpr size_t kMaxPackets = 2000;
 
 constexpr std::array<std::pair<std::string_view, AudioFraming>, 4> kFramings = {{
         {"0050", AudioFraming::kMpegAudio},
@@ -86,7 +86,7 @@ std::optional<AudioFacts> framedAudioFacts(const OggFile& file, StreamPackets st
     if (!framing) {
         return std::nullopt;
     }
-    stream.packets.resize(std::min(stream.packets.size(), kMostPackets));
+    stream.packets.resize(std::min(stream.packets.size(), kMaxPackets));
     const UnitKind kind{TrackKind::kAudio, framing};
     const std::vector<FileUnit> units = unitsOf(file, stream, kind, scanner);
     if (units.empty()) {

@@ -19,7 +19,7 @@ class StreamReader {
         : mSource(pathToOpen(path)), mFile(file) {}
 
     std::vector<uint8_t> body(const OggPage& page) {
-        std::vector<uint8_t> bytes(std::min<uint64_t>(page.bodySize, kMostHeaderBytes));
+        std::vector<uint8_t> bytes(std::min<uint64_t>(page.bodySize, kMaxHeaderBytes));
         const auto* table = mSource.table();
         const ssize_t got = table->readAt(table->handle, static_cast<off64_t>(page.bodyOffset()),
                                           bytes.data(), bytes.size());
@@ -33,8 +33,8 @@ class StreamReader {
     template <typename Enough>
     std::vector<uint8_t> bodiesFrom(const OggStream& stream, size_t first, const Enough& enough) {
         std::vector<uint8_t> bytes;
-        const size_t end = std::min(stream.dataPages.size(), first + kMostHeaderPages);
-        for (size_t i = first; i < end && bytes.size() < kMostHeaderBytes; ++i) {
+        const size_t end = std::min(stream.dataPages.size(), first + kMaxHeaderPages);
+        for (size_t i = first; i < end && bytes.size() < kMaxHeaderBytes; ++i) {
             const OggPage& page = mFile.pages()[stream.dataPages[i]];
             const std::vector<uint8_t> more = body(page);
             bytes.insert(bytes.end(), more.begin(), more.end());
@@ -47,8 +47,8 @@ class StreamReader {
 
   private:
     /** Far more than the headers of any stream need. */
-    static constexpr size_t kMostHeaderBytes = size_t{1} << 20;
-    static constexpr size_t kMostHeaderPages = 64;
+    static constexpr size_t kMaxHeaderBytes = size_t{1} << 20;
+    static constexpr size_t kMaxHeaderPages = 64;
 
     FileSource mSource;
     const OggFile& mFile;

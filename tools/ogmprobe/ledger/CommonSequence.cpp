@@ -11,7 +11,7 @@ namespace {
 using Numbers = std::span<const uint32_t>;
 
 /** The maximum number of differences in one stretch; memory grows with its square. */
-constexpr int64_t kMostDifferences = 1500;
+constexpr int64_t kMaxDifferences = 1500;
 
 /** Compares a stretch: from the beginnings to the ends, or as far as the limit allows. */
 class Stretch {
@@ -30,7 +30,7 @@ class Stretch {
             }
             const bool isDone = diagonal >= -d && diagonal <= d && (d - diagonal) % 2 == 0 &&
                                 at(d, diagonal) >= aSize;
-            if (!isDone && d < kMostDifferences) {
+            if (!isDone && d < kMaxDifferences) {
                 continue;
             }
             diagonal = isDone ? diagonal : furthest(d);

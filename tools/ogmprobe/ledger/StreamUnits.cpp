@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kComment = "\3vorbis";
 
 /** The plug-in treats an audio packet of this size or less as empty. */
-constexpr uint64_t kMostWithoutContent = 3;
+constexpr uint64_t kMaxEmptyPacket = 3;
 
 /** A duration of 0 means unknown. */
 std::optional<uint64_t> lengthByFormat(std::span<const uint8_t> packet) {
@@ -152,7 +152,7 @@ class UnitCount {
         unit.isComment = holdsAt(bytes, 0, kComment);
         unit.statedLength = lengthByFormat(bytes);
         unit.contentSize = bytes.size() - std::min<uint64_t>(headerByFormat(flags), bytes.size());
-        unit.isTooShort = header > bytes.size() || (isAudio && bytes.size() <= kMostWithoutContent);
+        unit.isTooShort = header > bytes.size() || (isAudio && bytes.size() <= kMaxEmptyPacket);
         unit.hasOddHeader = isAudio && !unit.isComment && header != headerByFormat(flags);
         unit.fingerprint = fingerprintOf(bytes.subspan(std::min<uint64_t>(header, bytes.size())),
                                          mKind.pcmChange);

@@ -34,7 +34,7 @@ CLI::Validator oneOf(const std::map<std::string, T>& values, const std::string& 
             names};
 }
 
-constexpr uint64_t kMostTracks = 100'000;
+constexpr uint64_t kMaxTracks = 100'000;
 
 }  // namespace
 
@@ -81,7 +81,7 @@ void addTracks(CLI::App& command, TrackChoice& tracks) {
     auto* played = command.add_option("--only-track", tracks.played,
                                       "Play only this track; may be repeated");
     for (CLI::Option* option : {shown, played}) {
-        option->type_name("N")->check(wholeNumber(0, kMostTracks))->allow_extra_args(false);
+        option->type_name("N")->check(wholeNumber(0, kMaxTracks))->allow_extra_args(false);
     }
     shown->excludes(played);
 }

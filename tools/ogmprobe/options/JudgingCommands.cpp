@@ -11,8 +11,8 @@
 namespace ogmprobe {
 namespace {
 
-constexpr uint64_t kMostComparedSeeks = 1'000'000;
-constexpr uint64_t kMostJobs = 256;
+constexpr uint64_t kMaxComparedSeeks = 1'000'000;
+constexpr uint64_t kMaxJobs = 256;
 
 CLI::Validator html() {
     return {[](const std::string& path) -> std::string {
@@ -68,7 +68,7 @@ CLI::App* addCompare(CLI::App& app, CompareOptions& options) {
                               "Compare the reads of the file too: their order, places and sizes");
     auto* seeks = command->add_option("--seeks", options.seeks,
                                       "Compare seeks to the ends of N equal spaces too");
-    seeks->type_name("N")->check(wholeNumber(1, kMostComparedSeeks));
+    seeks->type_name("N")->check(wholeNumber(1, kMaxComparedSeeks));
     auto* logs = command->add_flag_callback(
             "--logs", [&options] { options.logs = true; },
             "Compare the log lines too (default with --plugin-b)");
@@ -96,7 +96,7 @@ CLI::App* addCheck(CLI::App& app, CheckOptions& options) {
     command->add_option("--jobs", options.jobs,
                         "N files at a time (default: the number of processors)")
             ->type_name("N")
-            ->check(wholeNumber(1, kMostJobs));
+            ->check(wholeNumber(1, kMaxJobs));
     command->add_option("--state", options.state,
                         "Keep the results there, and continue where an earlier run ended")
             ->type_name("FILE");

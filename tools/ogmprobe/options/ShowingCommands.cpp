@@ -14,8 +14,8 @@
 namespace ogmprobe {
 namespace {
 
-constexpr uint64_t kMostSteps = 1'000'000;
-constexpr uint64_t kMostDrawnSteps = 50;
+constexpr uint64_t kMaxSteps = 1'000'000;
+constexpr uint64_t kMaxDrawnSteps = 50;
 
 void addSeeks(CLI::App& command, std::vector<int64_t>& seeksUs) {
     command.add_option_function<std::vector<std::string>>(
@@ -76,7 +76,7 @@ CLI::App* addSeekTest(CLI::App& app, SeekTestOptions& options) {
     command->add_option("--steps", options.steps, "Spaces between the targets")
             ->type_name("N")
             ->capture_default_str()
-            ->check(wholeNumber(1, kMostSteps));
+            ->check(wholeNumber(1, kMaxSteps));
     command->add_flag("--strict", options.strict,
                       "Exit code 1 if a seek to any time but the last goes to the end");
     addCsvAndJson(*command, options.csv, options.json);
@@ -113,7 +113,7 @@ CLI::App* addTimeline(CLI::App& app, TimelineOptions& options) {
                         "Spaces between the targets of seeks; 0: no seeks")
             ->type_name("N")
             ->capture_default_str()
-            ->check(wholeNumber(0, kMostDrawnSteps));
+            ->check(wholeNumber(0, kMaxDrawnSteps));
     addTime(*command, "--from", options.fromUs, "Draw only packets from this time on");
     addTime(*command, "--to", options.untilUs, "Draw only packets before this time");
     command->add_flag("--date", options.date, "Write the time of making it into the page");

@@ -29,7 +29,7 @@ constexpr size_t kPipeRead = 65536;
 
 /** How long a process may take to end after its answer. */
 constexpr auto kNap = std::chrono::milliseconds(1);
-constexpr int kMostNaps = 5000;
+constexpr int kMaxWaits = 5000;
 
 void requireStarted(bool success) {
     if (!success) {
@@ -73,7 +73,7 @@ void followParent(pid_t parent) {
 
 }  // namespace
 
-ChildTask::ChildTask(const Work& work, Rights rights, uint64_t mostBytes) : mMostBytes(mostBytes) {
+ChildTask::ChildTask(const Work& work, Rights rights, uint64_t maxBytes) : mMaxBytes(maxBytes) {
     std::array<int, 2> ends = {-1, -1};
     requireStarted(pipe2(ends.data(), O_CLOEXEC) == 0);
     mPipe = Descriptor(ends[0]);
@@ -91,7 +91,7 @@ ChildTask::ChildTask(const Work& work, Rights rights, uint64_t mostBytes) : mMos
 }
 
 ChildTask::ChildTask(ChildTask&& other) noexcept
-    : mMostBytes(other.mMostBytes),
+    : mMaxBytes(other.mMaxBytes),
       mPipe(std::move(other.mPipe)),
       mProcess(std::exchange(other.mProcess, -1)),
       mAnswer(std::move(other.mAnswer)),
@@ -114,12 +114,12 @@ bool ChildTask::readMore() {
         return false;
     }
     mAnswer.append(bytes.data(), static_cast<size_t>(got));
-    return mAnswer.size() <= mMostBytes;
+    return mAnswer.size() <= mMaxBytes;
 }
 
 std::optional<std::string> ChildTask::takeAnswer() {
-    if (mAnswer.size() > mMostBytes) {
-        mEnding = fmt::format("its answer has more than {} bytes", mMostBytes);
+    if (mAnswer.size() > mMaxBytes) {
+        mEnding = fmt::format("its answer has more than {} bytes", mMaxBytes);
         return std::nullopt;
     }
     const int status = reapSoon();
@@ -152,7 +152,7 @@ std::optional<std::string> ChildTask::waitForAnswer(std::chrono::milliseconds li
 /** A process that has closed its end of the pipe must end soon. */
 int ChildTask::reapSoon() {
     int status = 0;
-    for (int i = 0; i < kMostNaps; ++i) {
+    for (int i = 0; i < kMaxWaits; ++i) {
         if (waitpid(mProcess, &status, WNOHANG) == mProcess) {
             mProcess = -1;
             return status;

@@ -26,10 +26,10 @@ class ChildTask {
     };
 
     /**
-     * Starts the process. There must be no other threads. An answer of more than `mostBytes` is
+     * Starts the process. There must be no other threads. An answer of more than `maxBytes` is
      * refused. Throws `ProbeError` with `kFile`.
      */
-    ChildTask(const Work& work, Rights rights, uint64_t mostBytes);
+    ChildTask(const Work& work, Rights rights, uint64_t maxBytes);
     /** Kills the process if it still runs. */
     ~ChildTask();
 
@@ -53,7 +53,7 @@ class ChildTask {
     int reap();
     int reapSoon();
 
-    const uint64_t mMostBytes;
+    const uint64_t mMaxBytes;
     Descriptor mPipe;
     pid_t mProcess = -1;
     std::string mAnswer;

@@ -36,8 +36,8 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto kFirstNap = 1ms;
-constexpr auto kLongestNap = 200ms;
+constexpr auto kFirstWait = 1ms;
+constexpr auto kMaxWait = 200ms;
 
 /** The process is stuck; `what()` says where. */
 class Stuck : public std::runtime_error {
@@ -230,22 +230,22 @@ bool ExtractorProcess::waitForMore() {
     }
     const Vitals& vitals = mShared->vitals;
     StandstillWatch watch(mLimit, vitals.signs());
-    auto nap = std::chrono::milliseconds(kFirstNap);
+    auto interval = std::chrono::milliseconds(kFirstWait);
     while (mRing->prepareToSleep()) {
         const auto asleep = Clock::now();
-        sleep(nap);
+        sleep(interval);
         mRing->wakeUp();
         if (mGone) {
             return false;
         }
         // Not more than the intended time, because both processes may have been stopped meanwhile.
-        const auto slept = std::min<Clock::duration>(Clock::now() - asleep, 2 * nap);
+        const auto slept = std::min<Clock::duration>(Clock::now() - asleep, 2 * interval);
         const auto state = watch.observe(slept, vitals.signs());
         if (state != StandstillWatch::State::kAlive) {
             throw Stuck(overdueSentence(state, mLimit, vitals));
         }
         reportProgress();
-        nap = std::min<std::chrono::milliseconds>(2 * nap, kLongestNap);
+        interval = std::min<std::chrono::milliseconds>(2 * interval, kMaxWait);
     }
     mRing->wakeUp();
     return true;

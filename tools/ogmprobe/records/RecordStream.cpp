@@ -17,7 +17,7 @@ constexpr uint16_t kEnd = 0xffff;
 // Far above what a working extractor returns. The writer cuts longer fields.
 constexpr uint64_t kLongestText = uint64_t{1} << 16;
 constexpr uint64_t kLongestList = uint64_t{1} << 16;
-constexpr uint64_t kMostBytes = uint64_t{1} << 30;
+constexpr uint64_t kMaxBytes = uint64_t{1} << 30;
 
 /** Memory for bytes is allocated as they arrive: a length alone does not allocate more. */
 constexpr uint64_t kBytesAtOnce = uint64_t{1} << 20;
@@ -46,7 +46,7 @@ class FieldWriter {
     }
 
     void put(const std::vector<uint8_t>& bytes) {
-        const uint64_t size = std::min<uint64_t>(bytes.size(), kMostBytes);
+        const uint64_t size = std::min<uint64_t>(bytes.size(), kMaxBytes);
         put(size);
         mRing.write(bytes.data(), size);
     }
@@ -112,7 +112,7 @@ class FieldReader {
     }
 
     void get(std::vector<uint8_t>& bytes) {
-        const uint64_t whole = size(kMostBytes);
+        const uint64_t whole = size(kMaxBytes);
         bytes.clear();
         while (bytes.size() < whole) {
             const uint64_t done = bytes.size();

@@ -6,7 +6,7 @@
 namespace ogmprobe {
 namespace {
 
-constexpr double kLeastSeconds = 1;
+constexpr double kMinSeconds = 1;
 constexpr double kMillion = 1e6;
 
 /** The audio between the granule positions of two pages, the second of which follows the first. */
@@ -48,8 +48,8 @@ std::optional<double> contentDriftOf(const std::vector<PageGroup>& groups,
     const double rate = static_cast<double>(header.samplesPerUnit) *
                         static_cast<double>(kUnitsPerSecond) / static_cast<double>(header.timeUnit);
     const double seconds = samples / rateOf(account, rate);
-    return seconds < kLeastSeconds ? std::nullopt
-                                   : std::optional((granules / rate / seconds - 1) * kMillion);
+    return seconds < kMinSeconds ? std::nullopt
+                                 : std::optional((granules / rate / seconds - 1) * kMillion);
 }
 
 }  // namespace ogmprobe

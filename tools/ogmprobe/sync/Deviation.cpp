@@ -8,8 +8,8 @@ namespace ogmprobe {
 namespace {
 
 /** With fewer points, or a shorter time, a drift would be mostly chance. */
-constexpr size_t kLeastPoints = 8;
-constexpr int64_t kLeastSpanUs = 2 * kUsPerSecond;
+constexpr size_t kMinPoints = 8;
+constexpr int64_t kMinSpanUs = 2 * kUsPerSecond;
 
 template <typename T>
 T medianOf(std::vector<T> values) {
@@ -26,7 +26,7 @@ std::optional<double> driftOf(const std::vector<LatePoint>& points) {
     std::vector<LatePoint> chosen;
     std::copy_if(points.begin(), points.end(), std::back_inserter(chosen),
                  [](const LatePoint& point) { return point.showsDrift; });
-    if (chosen.size() < kLeastPoints) {
+    if (chosen.size() < kMinPoints) {
         return std::nullopt;
     }
     const size_t half = chosen.size() / 2;
@@ -34,7 +34,7 @@ std::optional<double> driftOf(const std::vector<LatePoint>& points) {
     for (size_t i = 0; i + half < chosen.size(); ++i) {
         const LatePoint& from = chosen[i];
         const LatePoint& to = chosen[i + half];
-        if (nearestDifferenceUs(to.timeUs, from.timeUs) >= kLeastSpanUs / 2) {
+        if (nearestDifferenceUs(to.timeUs, from.timeUs) >= kMinSpanUs / 2) {
             const double rise = static_cast<double>(to.lateUs.middleUs()) -
                                 static_cast<double>(from.lateUs.middleUs());
             slopes.push_back(rise * static_cast<double>(kUsPerSecond) /

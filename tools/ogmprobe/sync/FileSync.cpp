@@ -11,7 +11,7 @@ namespace {
 constexpr size_t kPicturesAround = 4;
 
 /** Up to this the sum is exact. */
-constexpr double kMostMean = 9.0e15;
+constexpr double kMaxMean = 9.0e15;
 
 struct LateAt {
     int64_t timeUs = 0;
@@ -50,7 +50,7 @@ TimeRange meanOf(const LateAt* first, size_t count) {
     }
     const auto part = [count](double sum) {
         return static_cast<int64_t>(
-                std::clamp(sum / static_cast<double>(count), -kMostMean, kMostMean));
+                std::clamp(sum / static_cast<double>(count), -kMaxMean, kMaxMean));
     };
     return {part(least), part(most)};
 }

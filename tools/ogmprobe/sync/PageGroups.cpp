@@ -9,7 +9,7 @@ namespace ogmprobe {
 namespace {
 
 /** No writer reaches a larger position; sums with lengths cannot overflow. */
-constexpr uint64_t kMostGranule = uint64_t{1} << 62;
+constexpr uint64_t kMaxGranule = uint64_t{1} << 62;
 
 /** For each piece of the stream the page on which its packet ends; nothing if it does not. */
 std::vector<std::optional<uint32_t>> endPages(const OggFile& file, const StreamPackets& packets) {
@@ -45,7 +45,7 @@ class Grouping {
         // If all pages have the same number, the numbers do not show missing pages.
         mIsGap = mIsGap || page.sequence > uint64_t{mSequence} + 1;
         mSequence = page.sequence;
-        if (page.packets == 0 || page.granule > kMostGranule) {
+        if (page.packets == 0 || page.granule > kMaxGranule) {
             return;
         }
         PageGroup group;

@@ -7,7 +7,7 @@ namespace {
 constexpr const char* kPcm = "0001";
 
 /** No unit lasts longer, so the sum over a page cannot overflow. */
-constexpr uint64_t kMostStated = UINT32_MAX;
+constexpr uint64_t kMaxStated = UINT32_MAX;
 
 std::optional<int64_t> lengthOfFrame(const AudioFrame& frame) {
     if (frame.addsToFrameBefore) {
@@ -31,7 +31,7 @@ std::optional<int64_t> lengthOf(const FileUnit& unit, const UnitKind& kind,
     if (kind.framing) {
         return lengthOfFrame(unit.frame);
     }
-    if (unit.statedLength && *unit.statedLength <= kMostStated) {
+    if (unit.statedLength && *unit.statedLength <= kMaxStated) {
         return static_cast<int64_t>(*unit.statedLength);
     }
     if (header.kind == StreamKind::kVideo) {

@@ -174,10 +174,10 @@ std::string digestOf(const std::string& text) {
 
 /** The text; if it is long, only its beginning and a digest of the whole. */
 std::string shortened(const std::string& text) {
-    constexpr int64_t kMostLines = 90;
+    constexpr int64_t kMaxLines = 90;
     constexpr size_t kKept = 40;
     const int64_t lines = std::count(text.begin(), text.end(), '\n');
-    if (lines <= kMostLines) {
+    if (lines <= kMaxLines) {
         return text;
     }
     size_t end = 0;

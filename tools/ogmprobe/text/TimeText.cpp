@@ -65,8 +65,8 @@ std::optional<int64_t> parseTime(std::string_view text) {
     if (colon == std::string_view::npos) {
         return parseSeconds(text);
     }
-    constexpr int64_t kMostColons = 2;
-    if (std::count(text.begin(), text.end(), ':') > kMostColons) {
+    constexpr int64_t kMaxColons = 2;
+    if (std::count(text.begin(), text.end(), ':') > kMaxColons) {
         return std::nullopt;
     }
     int64_t minutes = 0;

@@ -9,8 +9,8 @@
 namespace ogmprobe::timeline {
 namespace {
 
-constexpr double kLeastWindowUs = kUsPerSecond / 2.0;
-constexpr double kMostWindows = 240;
+constexpr double kMinWindowUs = kUsPerSecond / 2.0;
+constexpr double kMaxWindows = 240;
 
 /** The bytes of a lane up to a time. */
 class ByteCurve {
@@ -57,7 +57,7 @@ class ByteCurve {
     // If all packets have the same time, they last as long as the shortest window.
     static double lastsUs(const TimeGroup& group, const Timing& timing) {
         return timing.packetUs > 0 ? static_cast<double>(group.packets.size()) * timing.packetUs
-                                   : kLeastWindowUs;
+                                   : kMinWindowUs;
     }
 
     void add(double timeUs, double bytes) {
@@ -75,8 +75,8 @@ Bitrate bitrateOf(const Timeline& timeline, const std::vector<Timing>& timings,
     rate.startUs = static_cast<double>(span.firstUs);
     const double lengthUs = static_cast<double>(span.lastUs) - rate.startUs;
     // A shorter last window would show a wrong rate.
-    const double windows = std::clamp(std::floor(lengthUs / kLeastWindowUs), 1.0, kMostWindows);
-    rate.windowUs = lengthUs > 0 ? lengthUs / windows : kLeastWindowUs;
+    const double windows = std::clamp(std::floor(lengthUs / kMinWindowUs), 1.0, kMaxWindows);
+    rate.windowUs = lengthUs > 0 ? lengthUs / windows : kMinWindowUs;
     rate.total.resize(static_cast<size_t>(windows));
     for (size_t i = 0; i < timeline.lanes.size(); ++i) {
         const ByteCurve curve(timeline.lanes[i], timings[i]);

@@ -32,7 +32,7 @@ constexpr double kSwatchSize = 12;
 constexpr double kMarkWidth = 4;
 constexpr double kSwatchGap = 6;
 constexpr double kEntryGap = 14;
-constexpr int kMostTicks = 12;
+constexpr int kMaxTicks = 12;
 
 struct LegendEntry {
     std::string cssClass;
@@ -132,7 +132,7 @@ std::string timeAxisElement(const Chart& chart, double top, double bottom) {
     std::string text = fmt::format(
             "<g class=\"times\" transform=\"translate({})\" data-top=\"{}\" data-bottom=\"{}\">\n",
             kPlotLeft, coordinate(top), coordinate(bottom));
-    for (const Tick& tick : ticksOf(chart.axis, kMostTicks)) {
+    for (const Tick& tick : ticksOf(chart.axis, kMaxTicks)) {
         const double x = plotX(chart, tick.timeUs);
         text += PathData().move(x, top).vertical(bottom).element("grid");
         text += fmt::format("<text class=\"label tick\" x=\"{}\" y=\"{}\">{}</text>\n",

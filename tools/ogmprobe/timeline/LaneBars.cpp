@@ -8,9 +8,9 @@ namespace ogmprobe::timeline {
 namespace {
 
 // A packet takes up to 70 bytes in a page, a bin up to 170: less than 2 MB in both cases.
-constexpr size_t kMostPackets = 12000;
-constexpr size_t kMostBins = 9000;
-constexpr size_t kMostBinsOfALane = 3000;
+constexpr size_t kMaxPackets = 12000;
+constexpr size_t kMaxBins = 9000;
+constexpr size_t kMaxBinsOfALane = 3000;
 
 LaneBars packetBars(const Lane& lane, const Timing& timing) {
     LaneBars result;
@@ -83,8 +83,8 @@ Detail detailOf(const Timeline& timeline) {
         packets += lane.packets.size();
     }
     const size_t lanes = std::max<size_t>(timeline.lanes.size(), 1);
-    const size_t bins = std::clamp<size_t>(kMostBins / lanes, 1, kMostBinsOfALane);
-    return {packets <= kMostPackets, bins};
+    const size_t bins = std::clamp<size_t>(kMaxBins / lanes, 1, kMaxBinsOfALane);
+    return {packets <= kMaxPackets, bins};
 }
 
 LaneBars barsOf(const Lane& lane, const Timing& timing, const TimeAxis& axis,

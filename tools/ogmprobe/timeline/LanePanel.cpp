@@ -23,7 +23,7 @@ constexpr double kMarkHeight = 13;
 constexpr double kWidestBar = 6;
 constexpr double kWidestHead = 4;
 constexpr double kBarPart = 0.72;
-constexpr double kLeastLineSpacing = 4;
+constexpr double kMinLineSpacing = 4;
 constexpr size_t kLongestName = 25;
 
 /** Returns an attribute for lines with some space between them. */
@@ -116,7 +116,7 @@ class LanePlot {
         const double spacing = kPlotWidth / static_cast<double>(places(timesUs).size());
         // Adjacent lines would merge into one area.
         const std::string lines =
-                spacing < kLeastLineSpacing ? "" : marks("sync", timesUs, 0, base());
+                spacing < kMinLineSpacing ? "" : marks("sync", timesUs, 0, base());
         return lines + marks("head", timesUs, 0, kHeadHeight - 1, widthOf(spacing, kWidestHead));
     }
 

@@ -36,14 +36,14 @@ Column positionsOf(const std::vector<PacketPoint>& packets, uint64_t lead) {
 
 /** Returns the lead that makes the column shortest. */
 uint64_t leadOf(const std::vector<PacketPoint>& packets) {
-    constexpr uint64_t kMostLead = 16;
+    constexpr uint64_t kMaxLead = 16;
     constexpr size_t kSample = 2000;
     const std::vector<PacketPoint> sample(
             packets.begin(),
             packets.begin() + static_cast<ptrdiff_t>(std::min(packets.size(), kSample)));
     uint64_t best = sample.size();
     size_t least = positionsOf(sample, best).bytes().size();
-    for (uint64_t lead = 0; lead <= kMostLead; ++lead) {
+    for (uint64_t lead = 0; lead <= kMaxLead; ++lead) {
         if (const size_t size = positionsOf(sample, lead).bytes().size(); size < least) {
             least = size;
             best = lead;

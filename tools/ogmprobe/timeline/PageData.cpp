@@ -17,14 +17,14 @@ using nlohmann::ordered_json;
 
 // Digests cannot be compressed, so those of many packets are cut to limit the page's size.
 constexpr uint64_t kDigestBytesOfAPage = 500000;
-constexpr uint64_t kLeastDigestBytes = 2;
+constexpr uint64_t kMinDigestBytes = 2;
 
 uint64_t digestBytes(const Timeline& timeline) {
     uint64_t packets = 1;
     for (const Lane& lane : timeline.lanes) {
         packets += lane.packets.size();
     }
-    return std::clamp(kDigestBytesOfAPage / packets, kLeastDigestBytes, sizeof(uint64_t));
+    return std::clamp(kDigestBytesOfAPage / packets, kMinDigestBytes, sizeof(uint64_t));
 }
 
 ordered_json laneJson(const Chart& chart, size_t index, uint64_t lead) {

@@ -23,7 +23,7 @@ constexpr double kPositionBase = kPositionHeight - 1;
 // The column beside the plot that shows what opening read.
 constexpr double kOpeningX = kPlotLeft - 14;
 // Parts of the file that are closer than this cannot be distinguished.
-constexpr double kLeastDistance = 0.5;
+constexpr double kMinDistance = 0.5;
 
 class PositionPlot {
   public:
@@ -42,7 +42,7 @@ class PositionPlot {
         bool open = false;
         for (const auto& [begin, end] : cost.extents.parts()) {
             const double top = std::min(y(end), y(begin) - 1);
-            if (open && drawnTo - y(begin) < kLeastDistance) {
+            if (open && drawnTo - y(begin) < kMinDistance) {
                 drawnTo = std::min(drawnTo, top);
                 continue;
             }

@@ -45,7 +45,7 @@ TEST_F(CodecFilesTest, FilesAndWhatTheyIncludeMakeOneList) {
     const DecoderList list = decodersOfFiles({first, second});
     ASSERT_EQ(list.decoders.size(), 2U);
     EXPECT_EQ(list.decoders[0].name, "b");
-    EXPECT_EQ(list.decoders[1].limits.mostSize->height, 48);
+    EXPECT_EQ(list.decoders[1].limits.maxSize->height, 48);
     EXPECT_THAT(list.source, EndsWith("swcodec.xml (2 decoders)"));
 }
 

@@ -35,10 +35,10 @@ TEST(CodecXmlTest, ADecoderHasItsNameItsTypeAndItsLimits) {
     EXPECT_EQ(found.name, "c2.a.avc");
     EXPECT_EQ(found.mime, "video/avc");
     EXPECT_EQ(found.unusable, "");
-    EXPECT_EQ(found.limits.leastSize->width, 64);
-    EXPECT_EQ(found.limits.leastSize->height, 32);
-    EXPECT_EQ(found.limits.mostSize->width, 1920);
-    EXPECT_EQ(found.limits.mostSize->height, 1088);
+    EXPECT_EQ(found.limits.minSize->width, 64);
+    EXPECT_EQ(found.limits.minSize->height, 32);
+    EXPECT_EQ(found.limits.maxSize->width, 1920);
+    EXPECT_EQ(found.limits.maxSize->height, 1088);
     EXPECT_EQ(found.limits.alignment->height, 4);
     EXPECT_EQ(found.limits.blockSize->height, 8);
     EXPECT_EQ(found.limits.blockCount.at(0).most, 8160);
@@ -99,9 +99,9 @@ TEST(CodecXmlTest, LimitsOfAVariantApplyWhereItIsEnabled) {
     const std::string element = R"(<MediaCodec name="a" type="video/avc" variant="slow,!slow">
         <Variant name="!slow"><Limit name="size" max="4080x4080"/></Variant>
         <Variant name="slow"><Limit name="size" max="2048x2048"/></Variant></MediaCodec>)";
-    EXPECT_EQ(decoder(element).limits.mostSize->width, 4080);
+    EXPECT_EQ(decoder(element).limits.maxSize->width, 4080);
     EXPECT_EQ(decoder(element, R"(<Settings><Variant name="slow" enabled="true"/></Settings>)")
-                      .limits.mostSize->width,
+                      .limits.maxSize->width,
               2048);
     EXPECT_EQ(decoder(R"(<MediaCodec name="a" type="video/avc" variant="slow"/>)").unusable,
               "belongs to the variant slow, which is not enabled");
@@ -123,7 +123,7 @@ TEST(CodecXmlTest, AnUpdateAddsToTheDecoderOfItsName) {
         <MediaCodec name="a" type="video/avc" update="true"><Limit name="size" max="64x64"/>
         </MediaCodec><MediaCodec name="b" type="video/avc" update="true"/>)");
     EXPECT_EQ(found.name, "a");
-    EXPECT_EQ(found.limits.mostSize->width, 64);
+    EXPECT_EQ(found.limits.maxSize->width, 64);
 }
 
 TEST(CodecXmlTest, AFileIsIncludedWhereItIsNamed) {
@@ -170,7 +170,7 @@ TEST(CodecXmlTest, AFileCanIncludeWhatLiesBesideItOrBelow) {
 TEST(CodecXmlTest, MoreFilesThanAnyDeviceHasAreRefused) {
     XmlFiles files;
     std::vector<std::string> paths;
-    for (size_t i = 0; i <= kMostXmlFiles; ++i) {
+    for (size_t i = 0; i <= kMaxXmlFiles; ++i) {
         paths.push_back(std::to_string(i) + ".xml");
         files[paths.back()] = "<MediaCodecs/>";
     }
@@ -187,7 +187,7 @@ TEST(CodecXmlTest, AFileThatIncludesItselfIsRefused) {
 
 TEST(CodecXmlTest, FilesThatIncludeEachOtherTooDeepAreRefused) {
     XmlFiles files;
-    for (size_t i = 0; i <= kMostIncludeDepth; ++i) {
+    for (size_t i = 0; i <= kMaxIncludeDepth; ++i) {
         files["f" + std::to_string(i) + ".xml"] =
                 "<Included><Include href=\"f" + std::to_string(i + 1) + ".xml\"/></Included>";
     }
@@ -198,14 +198,14 @@ TEST(CodecXmlTest, FilesThatIncludeEachOtherTooOftenAreRefused) {
     const std::string twice =
             R"(<Included><Include href="NEXT"/><Include href="NEXT"/></Included>)";
     XmlFiles files;
-    for (size_t i = 0; i < kMostIncludeDepth - 1; ++i) {
+    for (size_t i = 0; i < kMaxIncludeDepth - 1; ++i) {
         std::string text = twice;
         for (size_t at = 0; (at = text.find("NEXT")) != std::string::npos;) {
             text.replace(at, 4, "f" + std::to_string(i + 1) + ".xml");
         }
         files["f" + std::to_string(i) + ".xml"] = text;
     }
-    files["f" + std::to_string(kMostIncludeDepth - 1) + ".xml"] = "<Included/>";
+    files["f" + std::to_string(kMaxIncludeDepth - 1) + ".xml"] = "<Included/>";
     EXPECT_THAT(readCodecXml({"f0.xml"}, files).error, HasSubstr("more than 64 files"));
 }
 
@@ -226,7 +226,7 @@ TEST(CodecXmlTest, ElementsThatAreNestedTooDeepAreRefused) {
 
 TEST(CodecXmlTest, MoreDecodersThanAnyDeviceHasAreRefused) {
     std::string many = "<MediaCodecs><Decoders>";
-    for (size_t i = 0; i <= kMostDecoders; ++i) {
+    for (size_t i = 0; i <= kMaxDecoders; ++i) {
         many += "<MediaCodec name=\"" + std::to_string(i) + "\" type=\"a\"/>";
     }
     EXPECT_THAT(read(many).error, EndsWith("more than 4096 decoders"));

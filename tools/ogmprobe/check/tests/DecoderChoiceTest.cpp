@@ -13,8 +13,8 @@ using testing::IsEmpty;
 
 Decoder videoDecoder(const std::string& name) {
     Decoder decoder{name, "video/avc", {}, ""};
-    decoder.limits.leastSize = Extent{16, 16};
-    decoder.limits.mostSize = Extent{640, 480};
+    decoder.limits.minSize = Extent{16, 16};
+    decoder.limits.maxSize = Extent{640, 480};
     decoder.limits.alignment = Extent{2, 2};
     decoder.limits.blockSize = Extent{16, 16};
     decoder.limits.blockCount = {{1, 1200}};
@@ -136,7 +136,7 @@ TEST(DecoderChoiceTest, AProfileThatAKnownDecoderDoesNotTakeIsRefused) {
 
 TEST(DecoderChoiceTest, OfSeveralTheOneWithTheLeastComplaintsIsTaken) {
     Decoder larger = videoDecoder("larger");
-    larger.limits.mostSize = Extent{1920, 1088};
+    larger.limits.maxSize = Extent{1920, 1088};
     larger.limits.blockCount.clear();
     const DecoderList list{"", {videoDecoder("smaller"), larger}};
     EXPECT_EQ(chooseDecoder(video(64, 64, 25), list).name, "smaller");

@@ -54,7 +54,7 @@ TEST(PlayedPacketsTest, PacketsOfOneTimeAreCountedWithTheStepAfterThem) {
         packets.add(packet(timeUs, false, 1));
     }
     EXPECT_EQ(packets.sharedTimes(), 3U);
-    EXPECT_EQ(packets.mostOfOneTime(), 3U);
+    EXPECT_EQ(packets.mostWithOneTime(), 3U);
     EXPECT_EQ(packets.longestStepUs(), 120'000);
 }
 

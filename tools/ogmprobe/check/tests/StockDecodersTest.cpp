@@ -37,7 +37,7 @@ TEST(StockDecodersTest, EachDecoderDeclaresWhatCanBeRead) {
     EXPECT_GT(list.decoders.size(), 10U);
     for (const Decoder& decoder : list.decoders) {
         const DecoderLimits& limits = decoder.limits;
-        EXPECT_TRUE(limits.mostSize || !limits.channelCount.empty() || !limits.sampleRate.empty())
+        EXPECT_TRUE(limits.maxSize || !limits.channelCount.empty() || !limits.sampleRate.empty())
                 << decoder.name;
     }
 }

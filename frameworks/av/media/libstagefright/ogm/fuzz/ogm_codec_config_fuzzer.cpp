@@ -30,7 +30,7 @@ bool configure(bool isAudio, ogm::ByteBuffer* collected, AMediaFormat* format) {
         return status == AMEDIA_OK;
     }
     if (searchesForever(collected->view())) {
-        throw DemandedEnd{};
+        throw IntendedEnd{};
     }
     const size_t before = collected->size();
     const media_status_t status = ogm::configureMpeg4Video(collected, format);

@@ -42,7 +42,7 @@ void cutAll(CutterDriver* cutter, const ReferenceCutter::Outcome& expected) {
         // An assertion, or an empty unit that is found again and again.
         const std::optional<AccessUnit> cut = cutter->next();
         require(cut && cut->bytes.empty(), "the process should have ended");
-        throw DemandedEnd{};
+        throw IntendedEnd{};
     }
     require(!cutter->next(), "there is an access unit too many");
 }

@@ -11,7 +11,7 @@ namespace android::ogm::fuzz {
  * The plug-in's sources are built with exceptions for the fuzz targets. Unwinding destroys all
  * objects, so the leak check stays valid and the next run starts clean.
  */
-struct DemandedEnd {};
+struct IntendedEnd {};
 
 /** Reports a finding: ends the process with a message. */
 [[noreturn]] void finding(const char* format, ...) __attribute__((format(printf, 1, 2)));
@@ -23,13 +23,13 @@ inline void require(bool condition, const char* message) {
     }
 }
 
-/** Runs `body`; false if a DemandedEnd left it. */
+/** Runs `body`; false if a IntendedEnd left it. */
 template <typename Body>
 bool endsByItself(Body&& body) {
     try {
         body();
         return true;
-    } catch (const DemandedEnd&) {
+    } catch (const IntendedEnd&) {
         return false;
     }
 }

@@ -58,7 +58,7 @@ void MemoryWatch::check(AllocationKind kind, size_t size) {
     const bool isTooOften = mRequests > kRequestsOfACall + kRequestsPerByte * delivered;
     if (mMayGrow && mRequests > kRequestsOfAGrowingQueue) {
         if ((isTooLarge || isTooMuch || isTooOften) && kind == AllocationKind::kNew) {
-            throw DemandedEnd{};
+            throw IntendedEnd{};
         }
         return;
     }

@@ -9,7 +9,7 @@ namespace android::ogm::fuzz {
 /**
  * Watches the heap during a session. The bytes that the source has returned limit the size of a
  * request and the memory in use. Endless cutting of access units takes memory without reading:
- * that is a demanded end if there is an AC-3 track, whose frames may be empty, and a finding
+ * that is a intended end if there is an AC-3 track, whose frames may be empty, and a finding
  * otherwise.
  */
 class MemoryWatch {

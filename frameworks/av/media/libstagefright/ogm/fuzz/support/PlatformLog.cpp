@@ -6,8 +6,8 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "DemandedAssertions.h"
 #include "Ends.h"
+#include "IntendedAssertions.h"
 
 namespace android::ogm::fuzz {
 
@@ -54,10 +54,10 @@ void __android_log_assert(const char* condition, const char* tag, const char* fo
         (void)std::vsnprintf(text, sizeof(text), format, arguments);
         va_end(arguments);
     }
-    const DemandedAssertion* const demanded = findDemandedAssertion(tag, text);
-    if (demanded == nullptr || !demanded->byFile) {
+    const IntendedAssertion* const intended = findIntendedAssertion(tag, text);
+    if (intended == nullptr || !intended->byFile) {
         finding("assertion under \"%s\": %s %s", tag == nullptr ? "" : tag, text,
                 condition == nullptr ? "" : condition);
     }
-    throw DemandedEnd{};
+    throw IntendedEnd{};
 }

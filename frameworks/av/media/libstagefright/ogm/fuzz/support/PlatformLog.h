@@ -2,7 +2,7 @@
 #pragma once
 
 /**
- * Replaces the platform's log in the fuzz targets. Intended assertions are thrown as DemandedEnd,
+ * Replaces the platform's log in the fuzz targets. Intended assertions are thrown as IntendedEnd,
  * all others are findings. Nothing is written.
  */
 namespace android::ogm::fuzz {

@@ -114,7 +114,7 @@ void ScriptedSource::endSilence() {
     const bool sizeIsKnown =
             mInput.sizeKind != ReportedSize::kUnknown && mInput.reportedSize(mFile.size()) != 0;
     require(!sizeIsKnown, "a call goes on reading a source that gives nothing any more");
-    throw DemandedEnd{};
+    throw IntendedEnd{};
 }
 
 ssize_t ScriptedSource::applyFaults(size_t size, ssize_t available) const {
@@ -158,7 +158,7 @@ void ScriptedSource::watchPayload(const uint8_t* data, size_t size, ssize_t coun
     mSearched.insert(mSearched.end(), data, data + size);
     const ByteView searched(mSearched.data(), mSearched.size());
     if (searchesForever(searched)) {
-        throw DemandedEnd{};
+        throw IntendedEnd{};
     }
     // A start code that was found once is found again, or the one after the removed bytes is.
     mSearching = startCodePosition(searched) == kSearchedPositions;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "DemandedAssertions.h"
+#include "IntendedAssertions.h"
 
 #include <algorithm>
 #include <cctype>
@@ -45,7 +45,7 @@ bool matches(std::string_view pattern, std::string_view text) {
 
 }  // namespace
 
-const DemandedAssertion* findDemandedAssertion(const char* tag, std::string_view text) {
+const IntendedAssertion* findIntendedAssertion(const char* tag, std::string_view text) {
     const std::string_view tagText = tag == nullptr ? std::string_view() : tag;
     if (!tagText.empty()) {
         if (text.substr(0, kPluginFolder.size()) != kPluginFolder) {
@@ -53,7 +53,7 @@ const DemandedAssertion* findDemandedAssertion(const char* tag, std::string_view
         }
         text.remove_prefix(kPluginFolder.size());
     }
-    for (const DemandedAssertion& row : kDemandedAssertions) {
+    for (const IntendedAssertion& row : kIntendedAssertions) {
         if (row.tag == tagText && matches(row.text, text)) {
             return &row;
         }

@@ -6,7 +6,7 @@
 /** The intended assertions: the table of docs/behaviour.md. A test compares the two. */
 namespace android::ogm::fuzz {
 
-struct DemandedAssertion {
+struct IntendedAssertion {
     /** Empty: the program's name. */
     std::string_view tag;
     /** '#' matches a decimal number. */
@@ -18,7 +18,7 @@ struct DemandedAssertion {
 /** Begins the texts of the plug-in's own assertions. */
 inline constexpr std::string_view kPluginFolder = "frameworks/av/media/libstagefright/ogm/";
 
-inline constexpr DemandedAssertion kDemandedAssertions[] = {
+inline constexpr IntendedAssertion kIntendedAssertions[] = {
         {"OgmExtractor", "OgmExtractor:499 CHECK(!mRangeInfos.empty()) failed.", false},
         {"OgmExtractor", "OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: # vs. 0", true},
         {"OgmExtractor", "OgmExtractor:735 Should not be here. ", false},
@@ -55,6 +55,6 @@ inline constexpr DemandedAssertion kDemandedAssertions[] = {
 };
 
 /** The row with this tag (null: the program's name) and text; null if there is none. */
-const DemandedAssertion* findDemandedAssertion(const char* tag, std::string_view text);
+const IntendedAssertion* findIntendedAssertion(const char* tag, std::string_view text);
 
 }  // namespace android::ogm::fuzz

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "DemandedAssertions.h"
+#include "IntendedAssertions.h"
 
 #include <android/log.h>
 #include <gmock/gmock.h>
@@ -85,7 +85,7 @@ std::vector<Row> documentedRows() {
 
 std::vector<Row> tableRows() {
     std::vector<Row> rows;
-    for (const DemandedAssertion& row : kDemandedAssertions) {
+    for (const IntendedAssertion& row : kIntendedAssertions) {
         rows.push_back({std::string(row.tag), std::string(row.text), row.byFile});
     }
     return rows;
@@ -95,37 +95,37 @@ std::string pluginText(const std::string& text) {
     return std::string(kPluginFolder) + text;
 }
 
-TEST(DemandedAssertionsTest, TheTableIsTheOneOfTheDocumentation) {
+TEST(IntendedAssertionsTest, TheTableIsTheOneOfTheDocumentation) {
     const std::vector<Row> documented = documentedRows();
     ASSERT_FALSE(documented.empty());
     EXPECT_THAT(tableRows(), ::testing::UnorderedElementsAreArray(documented));
 }
 
-TEST(DemandedAssertionsTest, ValuesMayBeAnyNumber) {
+TEST(IntendedAssertionsTest, ValuesMayBeAnyNumber) {
     for (const char* value : {"-1", "0", "-9223372036854775808"}) {
         const std::string text = pluginText(
                 std::string("OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: ") + value + " vs. 0");
-        EXPECT_NE(findDemandedAssertion("OgmExtractor", text), nullptr) << text;
+        EXPECT_NE(findIntendedAssertion("OgmExtractor", text), nullptr) << text;
     }
 }
 
-TEST(DemandedAssertionsTest, AnotherTextTagOrFolderIsNotDemanded) {
+TEST(IntendedAssertionsTest, AnotherTextTagOrFolderIsNotIntended) {
     const std::string text = "Ogmavc_utils:560 CHECK(br.getBits(1)) failed.";
-    EXPECT_NE(findDemandedAssertion("avc_utils", pluginText(text)), nullptr);
-    EXPECT_EQ(findDemandedAssertion("OgmExtractor", pluginText(text)), nullptr);
-    EXPECT_EQ(findDemandedAssertion(nullptr, pluginText(text)), nullptr);
-    EXPECT_EQ(findDemandedAssertion("avc_utils", text), nullptr);
-    EXPECT_EQ(findDemandedAssertion("avc_utils", pluginText(text + " ")), nullptr);
-    EXPECT_EQ(findDemandedAssertion("avc_utils",
+    EXPECT_NE(findIntendedAssertion("avc_utils", pluginText(text)), nullptr);
+    EXPECT_EQ(findIntendedAssertion("OgmExtractor", pluginText(text)), nullptr);
+    EXPECT_EQ(findIntendedAssertion(nullptr, pluginText(text)), nullptr);
+    EXPECT_EQ(findIntendedAssertion("avc_utils", text), nullptr);
+    EXPECT_EQ(findIntendedAssertion("avc_utils", pluginText(text + " ")), nullptr);
+    EXPECT_EQ(findIntendedAssertion("avc_utils",
                                     pluginText("Ogmavc_utils:561 CHECK(br.getBits(1)) failed.")),
               nullptr);
-    EXPECT_EQ(findDemandedAssertion(
+    EXPECT_EQ(findIntendedAssertion(
                       "OgmExtractor",
                       pluginText("OgmExtractor:717 CHECK_GE( timeUs,0ll) failed: - vs. 0")),
               nullptr);
 }
 
-TEST(DemandedAssertionsTest, OneThatAFileCanCauseLeavesTheRun) {
+TEST(IntendedAssertionsTest, OneThatAFileCanCauseLeavesTheRun) {
     const auto assertion = [] {
         __android_log_assert(nullptr, "avc_utils", "%sOgmavc_utils:%d CHECK(br.getBits(1)) failed.",
                              kPluginFolder.data(), 605);
@@ -133,7 +133,7 @@ TEST(DemandedAssertionsTest, OneThatAFileCanCauseLeavesTheRun) {
     EXPECT_FALSE(endsByItself(assertion));
 }
 
-TEST(DemandedAssertionsTest, EveryOtherAssertionEndsTheProcess) {
+TEST(IntendedAssertionsTest, EveryOtherAssertionEndsTheProcess) {
     EXPECT_DEATH(__android_log_assert(nullptr, "OgmExtractor", "%sOgmExtractor:735 %s",
                                       kPluginFolder.data(), "Should not be here. "),
                  "finding: assertion under \"OgmExtractor\": .*735 Should not be here");
