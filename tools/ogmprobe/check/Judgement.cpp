@@ -145,8 +145,7 @@ std::vector<Reason>& concerned(const Finding& finding, CheckedFile& file) {
     return track == file.tracks.end() ? file.reasons : track->reasons;
 }
 
-/** Sets what distinguishes reasons with the same name in counts, if they do not set it themselves.
- */
+/** Unsupported codecs are counted separately for each kind and codec. */
 void addSubjects(CheckedFile& file) {
     for (CheckedTrack& track : file.tracks) {
         for (Reason& reason : track.reasons) {
