@@ -44,7 +44,7 @@ TEST(BoolPropertyTest, AnAbsentPropertyAndANullKeyAreTheDefault) {
     EXPECT_EQ(kDefault, property_get_bool(nullptr, kDefault));
 }
 
-TEST(BoolPropertyTest, LeavesErrnoAlone) {
+TEST(BoolPropertyTest, DoesNotChangeErrno) {
     errno = EXDEV;
     EXPECT_EQ(1, parsed("yes"));
     EXPECT_EQ(EXDEV, errno);

@@ -101,7 +101,7 @@ TEST(IntegerPropertyTest, AnAbsentPropertyAndANullKeyAreTheDefault) {
     EXPECT_EQ(kDefault, property_get_int64(nullptr, kDefault));
 }
 
-TEST(IntegerPropertyTest, LeavesErrnoAloneEvenWhenOutOfRange) {
+TEST(IntegerPropertyTest, DoesNotChangeErrnoEvenWhenOutOfRange) {
     for (const char* value : {"1", "abc", "99999999999999999999"}) {
         errno = EXDEV;
         parsed32(value);

@@ -110,7 +110,7 @@ TEST(PropertiesTest, ANullOrEmptyNameCannotBeSet) {
     EXPECT_EQ(-1, property_set("", "value"));
 }
 
-TEST(PropertiesTest, LeavesErrnoAlone) {
+TEST(PropertiesTest, DoesNotChangeErrno) {
     errno = EXDEV;
     property_set("test.errno", "1");
     get("test.errno", "");

@@ -72,7 +72,7 @@ TEST_F(LoggabilityTest, ThePropertiesAreReadFromTheMostSpecificOn) {
     EXPECT_EQ(ANDROID_LOG_DEBUG, level());
 }
 
-TEST_F(LoggabilityTest, ThePropertyOfAnotherTagDoesNotCount) {
+TEST_F(LoggabilityTest, ThePropertyOfAnotherTagIsNotUsed) {
     setProperty("log.tag.LoggabilityTestMore", "E");
     setProperty("log.tag.Loggability", "E");
     EXPECT_EQ(ANDROID_LOG_VERBOSE, level());
@@ -146,7 +146,7 @@ TEST_F(LoggabilityTest, TagsInTurnKeepTheirLevels) {
     }
 }
 
-TEST_F(LoggabilityTest, LeavesErrnoAlone) {
+TEST_F(LoggabilityTest, DoesNotChangeErrno) {
     errno = EXDEV;
     level();
     EXPECT_EQ(EXDEV, errno);

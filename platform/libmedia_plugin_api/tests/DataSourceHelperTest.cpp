@@ -183,7 +183,7 @@ TEST_F(DataSourceHelperTest, AnyOtherWidthIsFalseWithoutARead) {
     EXPECT_TRUE(mSource.reads.empty());
 }
 
-TEST_F(DataSourceHelperTest, AFailedHalfWidthLeavesTheOutputAloneAndAFullOneSetsIt0) {
+TEST_F(DataSourceHelperTest, AFailedHalfWidthDoesNotChangeTheOutputAndAFullOneSetsIt0) {
     mSource.readError = -1;
     uint16_t u16 = 7;
     uint32_t u32 = 7;
@@ -220,7 +220,7 @@ TEST_F(DataSourceHelperTest, NumbersAreReadThroughTheVirtualReadAt) {
     EXPECT_TRUE(mSource.reads.empty());
 }
 
-TEST_F(DataSourceHelperTest, AHelperMadeFromAnotherReadsTheSameSourceAndNotThroughIt) {
+TEST_F(DataSourceHelperTest, AHelperMadeFromAnotherReadsTheSameSourceDirectly) {
     ConstantHelper original(mSource.table());
     DataSourceHelper shared(&original);
     uint16_t u16 = 0;

@@ -107,7 +107,7 @@ TEST_F(FormatValuesTest, DeletingGivesOkAndAllowsNull) {
     EXPECT_EQ(AMEDIA_OK, AMediaFormat_delete(nullptr));
 }
 
-TEST_F(FormatValuesTest, EachTypeGivesBackWhatWasSet) {
+TEST_F(FormatValuesTest, EachTypeReturnsTheValueThatWasSet) {
     AMediaFormat_setInt32(mFormat, "int32", INT32_MIN);
     AMediaFormat_setInt64(mFormat, "int64", INT64_MIN);
     AMediaFormat_setSize(mFormat, "size", SIZE_MAX);

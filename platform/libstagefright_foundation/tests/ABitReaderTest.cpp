@@ -46,7 +46,7 @@ TEST(ABitReader, ReadingNoBitsSucceedsEvenAtTheEnd) {
     EXPECT_EQ(empty.getBits(0), 0u);
 }
 
-TEST(ABitReader, AFailedReadLeavesTheOutputAloneAndConsumesTheRest) {
+TEST(ABitReader, AFailedReadDoesNotChangeTheOutputAndConsumesTheRest) {
     ABitReader reader(kBytes, 2);
     EXPECT_EQ(reader.getBits(4), 1u);
     uint32_t out = 77;

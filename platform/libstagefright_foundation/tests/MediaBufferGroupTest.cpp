@@ -249,7 +249,7 @@ TEST(MediaBufferGroup, HasBuffersWhileOneIsFreeOrTheListIsBelowTheLimit) {
     second->release();
 }
 
-TEST(MediaBufferGroup, AFailedAllocationLeavesTheListAloneAndWouldBlock) {
+TEST(MediaBufferGroup, AFailedAllocationDoesNotChangeTheListAndWouldBlock) {
     MediaBufferGroup group(1, 10, 4);
     LogCapture log;
     EXPECT_EQ(acquire(group, kMoreThanThereIs), nullptr);

@@ -175,7 +175,7 @@ TEST_F(ArgumentsTest, SaysInOneLineWhichValuesMakeSense) {
     }
 }
 
-TEST_F(ArgumentsTest, TakesAFileAloneForInfo) {
+TEST_F(ArgumentsTest, TreatsAFileWithoutACommandAsInfo) {
     EXPECT_THAT(command<InfoOptions>({"film.ogm"}).files, ElementsAre("film.ogm"));
     EXPECT_TRUE(command<InfoOptions>({"--json", "film.ogm"}).json);
 }

@@ -21,7 +21,7 @@ TEST(NearestName, IsEmptyWhereNoNameIsNear) {
     EXPECT_EQ(nearestName("frobnicate", kNames), std::nullopt);
 }
 
-TEST(WithCommand, TakesAFileAloneForInfo) {
+TEST(WithCommand, TreatsAFileWithoutACommandAsInfo) {
     EXPECT_EQ(withCommand({"film.ogm"}, kNames), (Words{"info", "film.ogm"}));
     EXPECT_EQ(withCommand({"-"}, kNames), (Words{"info", "-"}));
     EXPECT_EQ(withCommand({"--json", "a/film"}, kNames), (Words{"info", "--json", "a/film"}));

@@ -154,7 +154,7 @@ TEST(CompareDevice, AFailureThereIsReported) {
     EXPECT_THAT(file.differences(), ElementsAre(HasSubstr("opening: taken in A, ")));
 }
 
-TEST(CompareDevice, WhatIsNoDumpIsRefused) {
+TEST(CompareDevice, AFileThatIsNotADumpIsRefused) {
     const DeviceFile file;
     const std::string header = R"({"type":"header","schema_version":1,"digest":"fnv1a64"})";
     for (const std::string& text : {

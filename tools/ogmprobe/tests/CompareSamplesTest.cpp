@@ -39,7 +39,7 @@ TEST(CompareSamples, ACopyIsTheSameDownToTheLog) {
     EXPECT_THAT(result.out, HasSubstr("\nNo difference: 2 tracks, 363 packets, 2136 log lines\n"));
 }
 
-TEST(CompareSamples, ADamagedByteIsFoundInItsPacketAlone) {
+TEST(CompareSamples, ADamagedByteIsFoundOnlyInItsPacket) {
     const EditedSample damaged([](Bytes& bytes) { bytes[pageOffsets(bytes)[10] + 60] ^= 1; });
     const auto document = damaged.document();
     EXPECT_EQ(document["exit_code"], 5);
@@ -50,7 +50,7 @@ TEST(CompareSamples, ADamagedByteIsFoundInItsPacketAlone) {
     EXPECT_EQ(document["tracks"][1]["first_difference"], nullptr);
 }
 
-TEST(CompareSamples, WhatACutTailLacksIsOnlyInTheWholeFile) {
+TEST(CompareSamples, PacketsOfACutTailAreOnlyInTheWholeFile) {
     const EditedSample cut([](Bytes& bytes) { bytes.resize(150000); });
     const auto document = cut.document();
     EXPECT_EQ(document["tracks"][1]["packets"], nlohmann::json({{"a", 218}, {"b", 138}}));

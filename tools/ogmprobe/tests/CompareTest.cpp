@@ -176,7 +176,7 @@ TEST(Compare, OfFilesThatDieInTheSameWayHasTheCodeOfTheDeath) {
     EXPECT_EQ(Pair(dying, dying).document(4)["same"], true);
 }
 
-TEST(Compare, CutsShortWhatNeverEnds) {
+TEST(Compare, EndsAListThatNeverEnds) {
     json endless = fakeFile({fakeVideo()});
     endless["tracks"][0]["repeat"] = true;
     const json document = Pair(endless, original()).document(5);

@@ -21,7 +21,7 @@ TEST(TimeRange, ADifferenceHoldsAllThatItCanBe) {
     EXPECT_EQ(nearestDifferenceUs(INT64_MIN, 1), INT64_MIN);
 }
 
-TEST(TimeRange, CertainIsWhatIsNearestToZero) {
+TEST(TimeRange, TheCertainValueIsTheNearestToZero) {
     EXPECT_EQ((TimeRange{-5, 3}).certainUs(), 0);
     EXPECT_EQ((TimeRange{2, 3}).certainUs(), 2);
     EXPECT_EQ((TimeRange{-7, -3}).certainUs(), -3);
@@ -67,7 +67,7 @@ TEST(Deviation, FewOrShortDataShowNoDrift) {
     EXPECT_FALSE(deviationOf(points).driftPpm);
 }
 
-TEST(Deviation, TheWorstIsWhatIsCertain) {
+TEST(Deviation, TheWorstIsOnlyTheCertainPart) {
     const Deviation deviation = deviationOf(
             {{0, 0, {-900, 5}, true}, {1, 1, {-300, -200}, true}, {2, 2, {-100, 400}, true}});
     EXPECT_EQ(deviation.earliest, 1U);

@@ -217,7 +217,7 @@ std::string endOfLayer(const VideoObjectLayer& layer) {
     return endOf(mpeg4File(joined({visualObjectSequence(), layer.bytes()})).bytes());
 }
 
-TEST(ExplainFormats, WhatEndsTheExtractorIsNamed) {
+TEST(ExplainFormats, TheCauseOfADeathIsNamed) {
     VideoObjectLayer layer;
     layer.clearMarker = 0;
     EXPECT_THAT(endOfLayer(layer), HasSubstr(" A marker bit of a video object layer header is 0."));

@@ -344,7 +344,7 @@ TEST(ExplainLedger, ADtsFrameWithASyncWordInsideIsCutInTwo) {
     EXPECT_EQ(ExplainedFile(file.bytes()).findings("dts-frames-late").size(), 1U);
 }
 
-TEST(ExplainLedger, WhatOnlyBeginsLikeAFrameIsCalledAFalseOne) {
+TEST(ExplainLedger, BytesThatOnlyBeginLikeAFrameAreCalledAFalseFrame) {
     std::vector<Bytes> frames = ac3Frames(60, {});
     constexpr size_t kDamaged = 20;
     constexpr ptrdiff_t kPlace = 50;

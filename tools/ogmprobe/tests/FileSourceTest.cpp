@@ -27,7 +27,7 @@ class FileSourceTest : public testing::Test {
     std::string mBytes;
 };
 
-TEST_F(FileSourceTest, ReadsWhatIsThere) {
+TEST_F(FileSourceTest, ReadsTheExistingBytes) {
     EXPECT_EQ(readAt(2, 4), 4);
     EXPECT_EQ(mBytes, "2345");
 }

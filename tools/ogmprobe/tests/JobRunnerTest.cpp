@@ -145,7 +145,7 @@ TEST_P(JobRunnerTest, LeavesReadsThatDoNotOverlapApart) {
     EXPECT_EQ(std::count(words.begin(), words.end(), "source"), 8);
 }
 
-TEST_P(JobRunnerTest, MakesAFailureOfWhatTheJobThrows) {
+TEST_P(JobRunnerTest, ConvertsAnExceptionOfTheJobToAFailure) {
     const Job job = [](const JobContext&) { throw ProbeError(ExitCode::kUsage, "no such thing"); };
     EXPECT_THAT(wordsOf(request(job), options()), ElementsAre("failure no such thing"));
 }

@@ -71,7 +71,7 @@ TEST(Packets, OfOneTrackAreThoseOfAPlayingOfAll) {
     EXPECT_THAT(result.err, testing::Not(HasSubstr("warning")));
 }
 
-TEST(Packets, OfATrackAloneShowWhatDiffers) {
+TEST(Packets, OfOnlyOneTrackWarnAboutTheOthers) {
     const FakePlugin plugin;
     const std::string file = plugin.file(fakeFile({fakeVideo(), fakeAudio()}));
     const ProcessResult result =

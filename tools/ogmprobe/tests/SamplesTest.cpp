@@ -201,7 +201,7 @@ TEST(Samples, HaveThePacketsBitratesAndTagsOfTheirStreams) {
     EXPECT_EQ(streamsOf("divx3_pcm16.ogm")[1]["bits_per_sample"], 16);
 }
 
-TEST(Samples, HaveWhatTheHeadersInsideTheirVideoSay) {
+TEST(Samples, HaveTheFactsOfTheHeadersInTheirVideo) {
     EXPECT_EQ(streamsOf("mpeg4_b_mp3.ogm")[0]["video"]["interlaced"], false);
     EXPECT_EQ(streamsOf("mpeg4_b_mp3.ogm")[0]["video"]["width"], 176);
     EXPECT_EQ(streamsOf("mpeg2_ac3.ogm")[0]["video"]["profile"], "Main");

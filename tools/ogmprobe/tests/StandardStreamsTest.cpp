@@ -33,7 +33,7 @@ TEST_F(StandardStreamsTest, EndQuietlyWhenNobodyReadsTheOutput) {
     }
 }
 
-TEST_F(StandardStreamsTest, EndAnEndlessListWhenNobodyReadsOn) {
+TEST_F(StandardStreamsTest, EndAnEndlessListWhenNobodyReads) {
     auto video = fakeVideo();
     video["repeat"] = true;
     ProcessSetup setup;
@@ -169,7 +169,7 @@ TEST_F(ProgressTest, IsNotShownToThoseWhoWantQuiet) {
     EXPECT_EQ(run({"--quiet", "packets"}, StandardStream::kTerminal).err, "");
 }
 
-TEST_F(ProgressTest, IsNotShownByWhatTakesLessThanHalfASecond) {
+TEST_F(ProgressTest, IsNotShownForLessThanHalfASecond) {
     if (!canOpenTerminal()) {
         GTEST_SKIP() << "no pseudo-terminal here";
     }

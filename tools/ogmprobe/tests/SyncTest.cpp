@@ -95,7 +95,7 @@ TEST(Sync, APacketAPageHasTheTimeOfThePages) {
     EXPECT_EQ(document["summary"], "audio keeps with the video");
 }
 
-TEST(Sync, FramesThatShareAPageAreEarlyByWhatLiesBeforeThem) {
+TEST(Sync, FramesOnOnePageAreEarlyByTheFramesBeforeThem) {
     const json audio = SyncedFile(fileWith(4).bytes()).document()["tracks"][1];
     // A frame lasts 32 ms.
     EXPECT_EQ(audio["packets"][0]["late_us"], exactly(0));

@@ -129,7 +129,7 @@ TEST_F(TimeOrderedReaderTest, ReadsOnAfterASeekFromTheEnd) {
     EXPECT_THAT(rest(reader), ElementsAre("0:40"));
 }
 
-TEST_F(TimeOrderedReaderTest, LeavesADroppedStreamAloneUntilTheNextSeek) {
+TEST_F(TimeOrderedReaderTest, DoesNotReadADroppedStreamUntilTheNextSeek) {
     auto video = stream("video", {0, 40});
     auto audio = stream("audio", {10, 50});
     TimeOrderedReader reader({&video, &audio}, 0);

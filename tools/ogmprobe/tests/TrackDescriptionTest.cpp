@@ -63,7 +63,7 @@ TEST(TrackDescription, TreatsValuesOfAnotherTypeAsAbsent) {
     EXPECT_EQ(formatText(track), "?x144, ? fps");
 }
 
-TEST(TrackDescription, HasNullsInJsonForWhatIsAbsent) {
+TEST(TrackDescription, HasNullsInJsonForAbsentValues) {
     const auto json = toJson(describeTrack(3, videoFormat(176, 144)));
     EXPECT_EQ(json["index"], 3);
     EXPECT_EQ(json["width"], 176);
@@ -91,7 +91,7 @@ TEST(TrackDescription, DecodesTheEsds) {
                             "video object layer, 4 bytes: 00 00 01 20"));
 }
 
-TEST(TrackDescription, ShowsAVideoObjectLayerOnceWhenItIsAllThereIs) {
+TEST(TrackDescription, ShowsAVideoObjectLayerOnceWhenThereIsNothingElse) {
     EXPECT_THAT(esdsLines({3, 24, 0, 0, 0, 4, 19, 0x40, 0, 0, 0, 0, 0,
                            0, 0,  0, 0, 0, 0, 0,  5,    4, 0, 0, 1, 0x20}),
                 ElementsAre(_, _,

@@ -96,7 +96,7 @@ TEST(Usage, ContinuesAfterABadFileAndExitsWithTheLargestCode) {
     EXPECT_THAT(result.out, HasSubstr("a.fake: video/fake"));
 }
 
-TEST(Usage, TakesAFileAloneForInfo) {
+TEST(Usage, TreatsAFileWithoutACommandAsInfo) {
     const FakePlugin plugin;
     const std::string file = plugin.file(fakeFile({fakeVideo()}));
     EXPECT_EQ(FakePlugin::run({file}).out, FakePlugin::run({"info", file}).out);

@@ -74,7 +74,7 @@ BitWriter secondVersionLayer() {
     return bits;
 }
 
-TEST(Mpeg4Facts, SayWhatDecodersFindHard) {
+TEST(Mpeg4Facts, NameFeaturesThatAreHardForDecoders) {
     BitWriter bits = secondVersionLayer();
     bits.put(1, 1).put(1, 1);                      // interlaced, obmc_disable
     bits.put(2, 2).put(3, 6).put(1, 2).put(0, 1);  // global motion by three points

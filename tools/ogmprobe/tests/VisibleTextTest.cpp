@@ -6,7 +6,7 @@
 namespace ogmprobe {
 namespace {
 
-TEST(VisibleText, LeavesOrdinaryTextAlone) {
+TEST(VisibleText, DoesNotChangeOrdinaryText) {
     EXPECT_EQ(visible("a film (2).ogm"), "a film (2).ogm");
     EXPECT_EQ(visible("fünf 映画.ogm"), "fünf 映画.ogm");
 }

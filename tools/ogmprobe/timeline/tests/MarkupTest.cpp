@@ -8,7 +8,7 @@
 namespace ogmprobe::timeline::test {
 namespace {
 
-TEST(Escaped, IsWhatWouldBeMarkup) {
+TEST(Escaped, ReplacesMarkup) {
     EXPECT_EQ(escaped("<b title=\"a\" id='b'>&amp;"),
               "&lt;b title=&quot;a&quot; id=&#39;b&#39;&gt;&amp;amp;");
     EXPECT_EQ(escaped("película 映画 (1).ogm"), "película 映画 (1).ogm");

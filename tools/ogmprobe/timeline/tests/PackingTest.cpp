@@ -30,7 +30,7 @@ TEST(Column, KeepsSmallNumbersOfEitherSignShort) {
     EXPECT_THAT(column.bytes(), ElementsAre(0, 1, 2, 127, 0x80, 1));
 }
 
-TEST(SteadyColumn, HasZerosForWhatRisesSteadily) {
+TEST(SteadyColumn, HasZerosForSteadilyRisingNumbers) {
     SteadyColumn column;
     for (const int64_t number : {5, 15, 25, 35}) {
         column.add(number);
@@ -38,7 +38,7 @@ TEST(SteadyColumn, HasZerosForWhatRisesSteadily) {
     EXPECT_THAT(column.column().bytes(), ElementsAre(10, 10, 0, 0));
 }
 
-TEST(PackedColumns, UnpackToWhatWasPacked) {
+TEST(PackedColumns, UnpackToTheSameNumbers) {
     for (const size_t count : {0, 1, 2, 3, 1000}) {
         Column column;
         for (size_t i = 0; i < count; ++i) {

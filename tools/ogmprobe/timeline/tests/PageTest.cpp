@@ -113,7 +113,7 @@ TEST(TimelinePage, ShowsFailures) {
     }
 }
 
-TEST(TimelinePage, SaysWhatMadeItOfWhichFile) {
+TEST(TimelinePage, NamesTheProgramThePluginAndTheFile) {
     Timeline timeline = picturesAt({0, 40000});
     timeline.origin = {"probe 1.0", "Plug-in", 0x123, ""};
     EXPECT_THAT(pageOf(timeline),
@@ -246,7 +246,7 @@ TEST(TimelineData, PutsFindingsWhereTheyAre) {
     EXPECT_TRUE(found[1]["fromUs"].is_null());
 }
 
-TEST(TimelineCut, KeepsWhatLiesInTheTime) {
+TEST(TimelineCut, KeepsWhatIsWithinTheTime) {
     Timeline timeline = picturesAt({0, 40000, 80000, 120000});
     timeline.lanes[0].lost = {{30000, 1, 0, ""}, {50000, 1, 0, ""}};
     timeline.seeks = {{0, 0, true, {}}, {60000, 0, true, {}}};

@@ -62,7 +62,7 @@ TEST(Timing, PutsGroupsInTheOrderOfTheirTimes) {
     EXPECT_THAT(timing.groups[1].packets, ElementsAre(0, 2));
 }
 
-TEST(Timing, OfOneTimeAloneHasNoLength) {
+TEST(Timing, OfASingleTimeHasNoLength) {
     const Timing timing = timingOf(packetsAt({5, 5}));
     EXPECT_EQ(timing.packetUs, 0);
     EXPECT_THAT(timing.gaps, IsEmpty());

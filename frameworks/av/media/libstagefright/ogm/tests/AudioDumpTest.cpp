@@ -46,7 +46,7 @@ TEST_F(AudioDumpTest, EveryAudioBufferIsAppendedWithItsWholeCapacity) {
               tail(head(tail(dumped, kBufferSize), kBufferSize), kPacketSize));
 }
 
-TEST_F(AudioDumpTest, TheFileIsOpenedForAppendingOnceABuffer) {
+TEST_F(AudioDumpTest, TheFileIsOpenedForAppendingForEachBuffer) {
     const ScopedProperty dump(kDumpProperty, "1");
     const DumpFile file;
     OpenedFile opened = openFileOf();

@@ -325,7 +325,7 @@ TEST_F(DemuxerTest, APageWhoseFirstPacketFailsIsLookedAheadOfAgain) {
                                              ReadCall{140, 1, 1}, ReadCall{109, 4, 0}));
 }
 
-TEST_F(DemuxerTest, APageThatIsEnteredIsLookedAheadOfOnlyOnce) {
+TEST_F(DemuxerTest, ForEachPageTheNextGranuleIsLookedUpOnlyOnce) {
     OgmFile file = videoFile();
     file.add(OggPage(kVideo).granule(3).packet(frame(0)).packet(frame(1)).packet(frame(2)));
     file.addPages(kVideo, {frame(3)}, 4);

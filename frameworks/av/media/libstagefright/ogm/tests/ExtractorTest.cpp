@@ -69,7 +69,7 @@ TEST_F(ExtractorTest, AVorbisStreamWithAVideoStreamGivesOneTrack) {
     EXPECT_THAT(mEvents.lines(), ElementsAre(infoLine("Extractor return countTrackers = 1\n")));
 }
 
-TEST_F(ExtractorTest, AFileWithATextStreamAloneHasNoTracks) {
+TEST_F(ExtractorTest, AFileWithOnlyATextStreamHasNoTracks) {
     OgmFile file;
     file.addHeader(1, textHeader());
     OpenedFile opened = openQuietly(file);

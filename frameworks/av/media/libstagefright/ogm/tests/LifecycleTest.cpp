@@ -41,7 +41,7 @@ TEST_F(LifecycleTest, StoppingTheSelectedTrackSelectsTheSmallestSerialNumberLeft
     EXPECT_FALSE(movesTheFile(*seven));
 }
 
-TEST_F(LifecycleTest, StoppingAnotherTrackLeavesTheSelectionAlone) {
+TEST_F(LifecycleTest, StoppingAnotherTrackDoesNotChangeTheSelection) {
     OpenedFile opened = openQuietly(fileWith({5, 7, 3}));
     auto five = opened->startedTrack(0);
     auto seven = opened->startedTrack(1);

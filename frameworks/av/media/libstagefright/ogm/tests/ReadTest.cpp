@@ -71,7 +71,7 @@ TEST_F(ReadTest, AFullQueueIsReadWithoutTheFile) {
     EXPECT_THAT(mEvents.reads(), IsEmpty());
 }
 
-TEST_F(ReadTest, PacketsOfAnotherTrackPileUpWhileAQueueFills) {
+TEST_F(ReadTest, PacketsOfAnotherTrackAreQueuedWhileAQueueFills) {
     // 20 audio pages come before the video pages.
     OgmFile file;
     file.addHeader(kVideo, VideoHeader());
@@ -197,7 +197,7 @@ TEST_F(ReadTest, ACommentPacketComesOutLikeAnyOther) {
     EXPECT_EQ(frames[1].bytes, content.framePayload(0));
 }
 
-TEST_F(ReadTest, WhatIsWrittenComesOutOfBothTracks) {
+TEST_F(ReadTest, BothTracksReturnWhatWasWritten) {
     OneVideoOneAudio content;
     content.comments = false;
     OpenedFile opened = open(oneVideoOneAudioFile(content));

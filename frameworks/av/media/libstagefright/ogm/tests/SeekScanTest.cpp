@@ -235,7 +235,7 @@ TEST_F(SeekScanTest, AStepThatCannotReadLeavesTheTimeOfTheStepBefore) {
     EXPECT_EQ(result.bytes, audioPayload(41, 4096));
 }
 
-TEST_F(SeekScanTest, AStepThatCannotReadAtOnceEndsTheScanWhereItIs) {
+TEST_F(SeekScanTest, AStepWhoseFirstReadFailsEndsTheScanThere) {
     OpenedFile opened = openQuietly(pacedAudioFile(1000));
     opened.source->setFault(faultAtOffset(pageOffset(170), 0));
     const ReadResult result = seek(opened, 20 * kSecond);

@@ -200,7 +200,7 @@ TEST_F(SeekTest, BeyondTheLastPageOfAFileWithUnknownDurationTheStreamEnds) {
     EXPECT_EQ(track->readAt(0).bytes, audioPayload(0));
 }
 
-TEST_F(SeekTest, ASeekForgetsWhatWasQueuedAndAHalfAssembledPacket) {
+TEST_F(SeekTest, ASeekDropsTheQueueAndTheOpenPacket) {
     // The queue holds ten packets and the beginning of an eleventh when the seek comes.
     OpenedFile opened = openQuietly(pacedAudioFile(1000));
     auto track = opened->startedTrack(0);

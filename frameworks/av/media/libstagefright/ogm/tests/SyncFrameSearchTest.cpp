@@ -181,7 +181,7 @@ TEST_F(SyncFrameSearchTest, ASeekToTheEndOfTheFileSearchesNothing) {
     EXPECT_THAT(searchLines(), IsEmpty());
 }
 
-TEST_F(SyncFrameSearchTest, ATrackThatAnotherOneOfItsStreamHasReplacedForgetsWhatLiesTooLate) {
+TEST_F(SyncFrameSearchTest, AReplacedTrackDropsPacketsThatAreTooLate) {
     start(regularFile(400, {28}));
     EXPECT_EQ(mTrack->readAt(30 * kSecond).timeUs, 28 * kSecond);
     // All packets go to the new track, so the queued ones are not replaced.
@@ -316,7 +316,7 @@ TEST_F(SeekingFlagTest, AfterAFailedSearchAudioIsDroppedUntilTheNextSeekOfTheSel
     EXPECT_EQ(mEvents.count(infoLine(kDropped)), 0U);
 }
 
-TEST_F(SeekingFlagTest, AnotherTrackMeetsTheFailureThatEndedTheSearch) {
+TEST_F(SeekingFlagTest, AnotherTrackReachesTheFailureThatEndedTheSearch) {
     OpenedFile opened = openQuietly(twoTracks());
     auto video = opened->startedTrack(0);
     auto audio = opened->startedTrack(1);

@@ -112,7 +112,7 @@ TEST_F(ThreadTest, EachTrackReadFromItsOwnThreadGivesAllItsPackets) {
     EXPECT_EQ(counts[2].get(), kPackets - 2);
 }
 
-TEST_F(ThreadTest, SeeksOfTheSelectedTrackDisturbNoReadOfAnother) {
+TEST_F(ThreadTest, SeeksOfTheSelectedTrackDoNotDisturbReadsOfAnother) {
     std::vector<std::future<void>> readers;
     std::atomic<size_t> reading = kStreams - 1;
     for (size_t i = 1; i < kStreams; ++i) {

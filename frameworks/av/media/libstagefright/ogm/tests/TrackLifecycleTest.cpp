@@ -27,7 +27,7 @@ class TrackLifecycleTest : public PluginTest {
     }
 };
 
-TEST_F(TrackLifecycleTest, StartIsLoggedAndLeavesARegisteredTrackAlone) {
+TEST_F(TrackLifecycleTest, StartIsLoggedAndDoesNotChangeARegisteredTrack) {
     OpenedFile opened = open(streams({3}));
     const auto track = opened->track(0);
     mEvents.clear();
@@ -105,7 +105,7 @@ TEST_F(TrackLifecycleTest, TheBufferGroupBeginsWithOneBufferOf256BytesAndGrows) 
     EXPECT_EQ(track->read().capacity, 450U);
 }
 
-TEST_F(TrackLifecycleTest, UpTo64BuffersAreOutAtOnce) {
+TEST_F(TrackLifecycleTest, UpTo64BuffersCanBeHeldAtOnce) {
     OgmFile file;
     file.addHeader(1, VideoHeader());
     file.addPages(1, std::vector<Bytes>(80, dataPacket(0, {1})));

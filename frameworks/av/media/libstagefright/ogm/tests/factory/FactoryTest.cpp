@@ -118,7 +118,7 @@ TEST_F(FactoryTest, APluginThatAnswersLessLoses) {
     EXPECT_EQ(kOurExtractor, winnerAgainst("librival04extractor.so"));
 }
 
-TEST_F(FactoryTest, APluginThatAnswersLessTakesWhatOursDoesNot) {
+TEST_F(FactoryTest, APluginWithLowerConfidenceGetsTheFilesThatOursRefuses) {
     EXPECT_EQ("Rival 0.4", winnerFor(factoryWith({"librival04extractor.so"}), noOgmFile()));
 }
 
@@ -142,14 +142,14 @@ TEST_F(FactoryTest, AnAnswerOfNothingNeverWins) {
     EXPECT_EQ("nobody", winnerFor(factoryWith({"librivalunsureextractor.so"}), noOgmFile()));
 }
 
-TEST_F(FactoryTest, WhatAnOutbidSniffHandedOnIsFreed) {
+TEST_F(FactoryTest, TheMetaOfALosingSniffIsFreed) {
     const ExtractorFactory factory = factoryWith({"librivalafterextractor.so"});
     MemorySource source(ogmFile());
     const auto extractor = factory.open(source.table());
     EXPECT_EQ(0, unfreedMeta(factory, "ZZ rival"));
 }
 
-TEST_F(FactoryTest, WhatTheWinningSniffHandedOnIsFreedAfterCreation) {
+TEST_F(FactoryTest, TheMetaOfTheWinningSniffIsFreedAfterCreation) {
     const ExtractorFactory factory = factoryWith({"librival06extractor.so"});
     MemorySource source(ogmFile());
     const auto extractor = factory.open(source.table());
@@ -163,7 +163,7 @@ TEST_F(FactoryTest, ALibraryWhoseFileNameLacksExtractorIsIgnored) {
     EXPECT_THAT(ExtractorFactory({mFolder.path()}).names(), IsEmpty());
 }
 
-TEST_F(FactoryTest, WhatIsNoLibraryIsPassedOver) {
+TEST_F(FactoryTest, AFileThatIsNotALibraryIsSkipped) {
     std::ofstream(mFolder.path() / "libnoextractor.so") << "no library";
     EXPECT_THAT(factoryWith({}).names(), ElementsAre(kOurName));
 }
@@ -201,7 +201,7 @@ TEST_F(FactoryTest, AMissingFolderIsNoError) {
     EXPECT_THAT(factory.names(), ElementsAre(kOurName));
 }
 
-TEST_F(FactoryTest, AnExtractorKeepsItsLibraryWhenTheFactoryIsGone) {
+TEST_F(FactoryTest, AnExtractorKeepsItsLibraryAfterTheFactoryIsFreed) {
     MemorySource source(ogmFile());
     std::unique_ptr<ExtractorFactory::OpenedExtractor> extractor;
     {

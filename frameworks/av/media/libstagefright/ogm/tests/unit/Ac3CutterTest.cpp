@@ -380,7 +380,7 @@ TEST_F(Ac3CutterTest, RandomPiecesOfTwoBytesOrMoreGiveTheFramesOfTheWhole) {
     }
 }
 
-TEST_F(Ac3CutterTest, RandomPiecesOfADamagedStreamGiveWhatAPlainCutterGives) {
+TEST_F(Ac3CutterTest, RandomPiecesOfADamagedStreamGiveTheSameAsTheReferenceCutter) {
     const Bytes temptations{0x0B, 0x77, 0xC0, 0x00, 0x26, 0x58, 0x88, 0x40};
     for (uint32_t seed = 0; seed < 300; ++seed) {
         const Bytes stream = damaged(joinedAll(frames(12)), temptations, seed);

@@ -107,7 +107,7 @@ TEST_P(AlignmentTest, BytesAfterOthersAreAllAppendedWhateverTheyAre) {
     EXPECT_THAT(mEvents.lines(), IsEmpty());
 }
 
-TEST_P(AlignmentTest, AStreamThatWasClearedIsAlignedAnew) {
+TEST_P(AlignmentTest, AStreamThatWasClearedIsAlignedAgain) {
     auto cutter = appended(GetParam().type, joined({GetParam().bytes, pattern(5, 1)}));
     cutter->clear();
     EXPECT_THAT(cutter->buffered(), IsEmpty());

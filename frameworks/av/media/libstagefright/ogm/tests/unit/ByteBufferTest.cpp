@@ -20,7 +20,7 @@ TEST(ByteBufferTest, OneOfNoBytesHasANonNullPointer) {
     EXPECT_NE(ByteBuffer(size_t{0}).data(), nullptr);
 }
 
-TEST(ByteBufferTest, AppendingKeepsWhatIsThere) {
+TEST(ByteBufferTest, AppendingKeepsTheExistingBytes) {
     ByteBuffer buffer(viewOf({1, 2}));
     buffer.append(viewOf({3}));
     buffer.append(ByteView());
@@ -38,7 +38,7 @@ TEST(ByteBufferTest, DroppingTheFrontKeepsTheRest) {
     EXPECT_TRUE(buffer.empty());
 }
 
-TEST(ByteBufferTest, FilledAndEmptiedForLongItStaysInOneStorage) {
+TEST(ByteBufferTest, FilledAndEmptiedManyTimesItKeepsItsStorage) {
     ByteBuffer buffer(viewOf(pattern(100, 0)));
     buffer.append(viewOf(pattern(100, 1)));  // room for twice that from here on
     const uint8_t* const storage = buffer.data();

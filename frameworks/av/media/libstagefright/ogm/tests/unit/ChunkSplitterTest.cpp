@@ -25,7 +25,7 @@ TEST(ChunkSplitterTest, AStartCodeInTheLastThreeBytesEndsTheChunk) {
     EXPECT_EQ(chunkSize({0x00, 0x00, 0x01, 0xB0, 0x01, 0x02, 0x00, 0x00}), -11);
 }
 
-TEST(ChunkSplitterTest, TheShortestChunkIsTheStartCodeAlone) {
+TEST(ChunkSplitterTest, TheShortestChunkIsOnlyTheStartCode) {
     EXPECT_EQ(chunkSize({0x00, 0x00, 0x01, 0x00, 0x00, 0x01}), 3);
 }
 
@@ -38,7 +38,7 @@ TEST(ChunkSplitterTest, TheFirstOfSeveralStartCodesEndsTheChunk) {
     EXPECT_EQ(chunkSize(joined({code, code, code})), 5);
 }
 
-TEST(ChunkSplitterTest, WithoutAnotherStartCodeTheEndIsNotKnown) {
+TEST(ChunkSplitterTest, WithoutAnotherStartCodeTheEndIsUnknown) {
     EXPECT_EQ(chunkSize(joined({{0x00, 0x00, 0x01, 0xB6}, pattern(1000, 1)})), -11);
 }
 

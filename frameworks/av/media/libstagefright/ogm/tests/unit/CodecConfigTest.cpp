@@ -73,7 +73,7 @@ TEST_F(Mpeg4VideoConfigTest, AGroupOfPicturesEndsTheConfigurationToo) {
     EXPECT_EQ(configuration(), vol());
 }
 
-TEST_F(Mpeg4VideoConfigTest, WhatPrecedesTheVolIsRemovedFromTheBuffer) {
+TEST_F(Mpeg4VideoConfigTest, BytesBeforeTheVolAreRemovedFromTheBuffer) {
     ByteBuffer buffer(
             viewOf(joined({{0x08}, visualObjectSequence(), visualObject(), vol(), vop(), vop()})));
     EXPECT_EQ(configureMpeg4Video(&buffer, mFormat.get()), AMEDIA_OK);
@@ -82,7 +82,7 @@ TEST_F(Mpeg4VideoConfigTest, WhatPrecedesTheVolIsRemovedFromTheBuffer) {
     EXPECT_EQ(mEvents.count(infoLine("WAIT_FOR_VOL_START")), 3U);
 }
 
-TEST_F(Mpeg4VideoConfigTest, WhatFollowsTheVolUpToThePictureStaysInTheEsds) {
+TEST_F(Mpeg4VideoConfigTest, BytesFromTheVolToThePictureStayInTheEsds) {
     const Bytes userData = joined({{0x00, 0x00, 0x01, 0xB2}, pattern(20, 1)});
     EXPECT_EQ(configureVideo(joined({vol(), userData, vop(), vop()})), AMEDIA_OK);
     EXPECT_EQ(configuration(), joined({vol(), userData}));

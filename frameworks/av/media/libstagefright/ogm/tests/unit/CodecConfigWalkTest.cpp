@@ -10,7 +10,7 @@ using ::testing::IsEmpty;
 /** The search of a stream's first data pages for its configuration. */
 using CodecConfigWalkTest = CodecConfigFixture;
 
-TEST_F(CodecConfigWalkTest, OnePageWithVolAndPictureIsReadOnceAndEndsTheWalk) {
+TEST_F(CodecConfigWalkTest, OnePageWithVolAndPictureIsReadOnceAndEndsTheSearch) {
     OgmFile file = videoFile();
     const OggPage page = OggPage(kVideo).granule(1).packet(wholeConfiguration());
     const size_t offset = file.add(page);
@@ -211,7 +211,7 @@ TEST_F(CodecConfigWalkTest, TheBufferGrowsInStepsOf64KiB) {
                 ::testing::ElementsAre(growthLine(65536), growthLine(131072), growthLine(196608)));
 }
 
-TEST_F(CodecConfigWalkTest, WhatHasBeenRemovedMakesRoomInTheBuffer) {
+TEST_F(CodecConfigWalkTest, RemovedBytesMakeRoomInTheBuffer) {
     OgmFile file = videoFile();
     // Each page ends the chunk of the page before, which is then removed.
     for (uint64_t i = 1; i < 5; ++i) {

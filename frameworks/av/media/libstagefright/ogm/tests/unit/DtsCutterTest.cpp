@@ -209,7 +209,7 @@ TEST_F(DtsCutterTest, RandomPiecesGiveTheFramesOfTheWholeOnceTheFirstHoldsASyncW
     }
 }
 
-TEST_F(DtsCutterTest, RandomPiecesOfADamagedStreamGiveWhatAPlainCutterGives) {
+TEST_F(DtsCutterTest, RandomPiecesOfADamagedStreamGiveTheSameAsTheReferenceCutter) {
     const Bytes temptations{0x7F, 0xFE, 0x80, 0x01, 0x64, 0x58, 0x20, 0x25, 0x1F, 0xFF, 0xE8};
     for (uint32_t seed = 0; seed < 300; ++seed) {
         const Bytes stream = damaged(joinedAll(frames(12)), temptations, seed);

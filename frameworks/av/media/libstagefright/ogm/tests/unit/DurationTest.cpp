@@ -84,7 +84,7 @@ TEST_F(DurationTest, OnlyTheTailIsScanned) {
             mEvents.holds(infoLine("*** Skip 28 bytes of junk from 82 to reach page start ***\n")));
 }
 
-TEST_F(DurationTest, TheScanReadsPageHeadersAloneAndEndsAtTheEndOfTheData) {
+TEST_F(DurationTest, TheScanReadsOnlyPageHeadersAndEndsAtTheEndOfTheData) {
     OgmFile file = videoFile();
     file.addData(kVideo, 100, filled(50, 1));
     scanFrom(81, file);
@@ -164,7 +164,7 @@ TEST_F(DurationTest, JunkIsSkippedAndCounted) {
             mEvents.holds(infoLine("*** Skip 6 bytes of junk from 81 to reach page start ***\n")));
 }
 
-TEST_F(DurationTest, APageThatCannotBeReadEndsTheScanWithWhatWasFound) {
+TEST_F(DurationTest, APageThatCannotBeReadEndsTheScanWithTheDurationSoFar) {
     OgmFile file = videoFile();
     file.addData(kVideo, 100, {0});
     file.add(OggPage(kVideo).granule(9999).flags(0x40));

@@ -98,7 +98,7 @@ TEST_F(ElementaryStreamTest, AStreamThatIsClearedHasNeitherBytesNorRanges) {
     EXPECT_THAT(rangesOf(mStream), IsEmpty());
 }
 
-TEST_F(ElementaryStreamTest, WhatWasSearchedIsForgottenWhenBytesGoAndNotWhenTheyCome) {
+TEST_F(ElementaryStreamTest, TheSearchedPositionIsResetByDroppingBytesButNotByAppending) {
     const auto searchedAfter = [this](const std::function<void()>& step) {
         mStream.clear();
         append({1, 2, 3, 4}, 1000);

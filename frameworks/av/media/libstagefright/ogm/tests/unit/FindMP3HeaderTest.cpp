@@ -206,7 +206,7 @@ TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateIsDroppedForTheNextPosition) {
                                        header2("FF FB 90 64"), header3("64 13 13 13")));
 }
 
-TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateStaysInHandAndItsFrameMovesOn) {
+TEST_F(FindMP3HeaderTest, AnUnconfirmedCandidateStaysAndTheSearchMovesOn) {
     // No other header: its size is tried from each later position, to the end of the bytes.
     EXPECT_EQ(search(joined({frame(), filled(13, 0x11)})), notFound(13));
     EXPECT_EQ(mEvents.count(header1("FF FB 90 64")), 1U);

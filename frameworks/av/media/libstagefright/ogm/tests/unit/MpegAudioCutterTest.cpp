@@ -80,7 +80,7 @@ TEST_F(MpegAudioCutterTest, TheFirstFrameIsLostAndItsBytesAreChargedToTheSecond)
     EXPECT_THAT(feed(frame(2), 3000), ElementsAre(AccessUnit{frame(2), 3000}));
 }
 
-TEST_F(MpegAudioCutterTest, AFrameThatArrivesWholeComesOutAtOnce) {
+TEST_F(MpegAudioCutterTest, AFrameThatArrivesCompletelyIsCutAtOnce) {
     lock();
     for (uint32_t i = 2; i < 10; ++i) {
         EXPECT_THAT(feed(frame(i), i * 1000), ElementsAre(AccessUnit{frame(i), i * 1000}));
@@ -369,7 +369,7 @@ TEST_F(MpegAudioPiecesTest, PiecesOfAnEqualSizeGiveAllFramesExceptPerhapsTheFirs
     }
 }
 
-TEST_F(MpegAudioPiecesTest, RandomPiecesOfASoundStreamGiveWhatAPlainCutterGives) {
+TEST_F(MpegAudioPiecesTest, RandomPiecesOfAnUndamagedStreamGiveTheSameAsTheReferenceCutter) {
     for (uint32_t seed = 0; seed < 300; ++seed) {
         const auto pieces = randomPieces(joinedAll(frames(12)), seed, 1, 1 + seed * 3);
         auto cutter = cutterOf(OGA_AUDIO_MP3);
@@ -380,7 +380,7 @@ TEST_F(MpegAudioPiecesTest, RandomPiecesOfASoundStreamGiveWhatAPlainCutterGives)
     }
 }
 
-TEST_F(MpegAudioPiecesTest, RandomPiecesOfADamagedStreamGiveWhatAPlainCutterGives) {
+TEST_F(MpegAudioPiecesTest, RandomPiecesOfADamagedStreamGiveTheSameAsTheReferenceCutter) {
     const Bytes temptations{0xFF, 0xFB, 0x90, 0x94, 0x00, 0xF0, 0xFA};
     for (uint32_t seed = 0; seed < 300; ++seed) {
         const Bytes stream = damaged(joinedAll(frames(12)), temptations, seed);

@@ -146,7 +146,7 @@ TEST_F(PacketClockTest, AVideoTimeIsLoggedWithItsPage) {
                                      "mCurrentPageSamplesOut:0\n")));
 }
 
-TEST_F(PacketClockTest, AnAudioTimeIsLoggedAlone) {
+TEST_F(PacketClockTest, OnlyTheTimeOfAudioIsLogged) {
     enter(mAudio, {8000, 16000});
     EXPECT_EQ(mAudio.packetTimeUs(5), 1000000);
     EXPECT_EQ(mAudio.accessUnitTimeUs(6), 1000000);
@@ -171,13 +171,13 @@ TEST_F(PacketClockTest, AClockWithoutRateTimesPacketsBeforeTheFirstPageAndOthers
                 ElementsAre(errorLine(kNotValid), infoLine(kNotValid), infoLine(kNotValid)));
 }
 
-TEST_F(PacketClockTest, AGranuleThatFallsIsLoggedWithWhatReplacesIt) {
+TEST_F(PacketClockTest, AGranuleThatFallsIsLoggedWithItsReplacement) {
     enter(mVideo, {25, 3});
     EXPECT_THAT(mEvents.lines(),
                 ElementsAre(kFell, infoLine(" *****Track Type[22] update GP 0, 3*****")));
 }
 
-TEST_F(PacketClockTest, AGranuleThatFallsToZeroIsLoggedAlone) {
+TEST_F(PacketClockTest, AGranuleThatFallsToZeroIsLoggedWithoutAReplacement) {
     enter(mVideo, {25, 0});
     EXPECT_THAT(mEvents.lines(), ElementsAre(kFell));
 }

@@ -116,7 +116,7 @@ TEST_F(PacketQueueTest, TheBytesOfAnOpenPacketThatWasTakenOutBeginTheNextOne) {
     EXPECT_THAT(takeAll(), ElementsAre(Bytes{1, 2}));
 }
 
-TEST_F(PacketQueueTest, ClearingDropsTheOpenPacketTooAndBeginsAnew) {
+TEST_F(PacketQueueTest, ClearingDropsTheOpenPacketTooAndRestarts) {
     add({1});
     add({2});
     mPackets.clear();

@@ -67,7 +67,7 @@ TEST(PacketStorageTest, LargePacketsOfAQueueThatHasBecomeShortKeepTheirBytes) {
     }
 }
 
-TEST(PacketStorageTest, WhateverIsQueuedKeepsItsBytesHoweverTheQueueGrowsAndShrinks) {
+TEST(PacketStorageTest, QueuedPacketsKeepTheirBytesHoweverTheQueueGrowsAndShrinks) {
     constexpr size_t kLongest = 1500;
     PacketStorage storage;
     std::deque<std::pair<uint32_t, ByteBuffer>> queue;
@@ -129,7 +129,7 @@ TEST(PacketStorageTest, PacketsBeginAtMultiplesOf16BytesWithNothingElseBetweenTh
     }
 }
 
-TEST(PacketStorageTest, GivingBackWhatLiesElsewhereChangesNothing) {
+TEST(PacketStorageTest, GivingBackBytesOfAnotherStorageChangesNothing) {
     PacketStorage storage;
     const ByteBuffer first = filledPacket(storage, 100, 1, 0);
     ByteBuffer moved = storage.take(100, 1);
@@ -192,7 +192,7 @@ TEST_F(StorageBlocksTest, AQueueOf255PacketsStaysInSmallBlocks) {
               std::vector<size_t>(kPacketsTwoLargePagesOn / 2, 2));
 }
 
-TEST_F(StorageBlocksTest, BlocksOfALongQueueAreCountedAnewOnceItWasShort) {
+TEST_F(StorageBlocksTest, BlocksOfALongQueueAreCountedAgainAfterItWasShort) {
     EXPECT_EQ(packetsInARow(126, 256), std::vector<size_t>(63, 2));
     EXPECT_EQ(packetsInARow(2, 255), std::vector<size_t>(1, 2));
     EXPECT_EQ(packetsInARow(kPacketsTwoLargePagesOn, 256), largePagesAfter64Blocks());
@@ -203,7 +203,7 @@ TEST(PacketStorageTest, APacketOfNoBytesHasAnAddressToReadTo) {
     EXPECT_NE(storage.take(0, 0).data(), nullptr);
 }
 
-TEST(PacketStorageTest, APacketThatGrowsLeavesItsNeighboursAlone) {
+TEST(PacketStorageTest, APacketThatGrowsDoesNotChangeItsNeighbours) {
     PacketStorage storage;
     ByteBuffer first = filledPacket(storage, 5, 1, 0);
     const ByteBuffer second = filledPacket(storage, 50, 2, 1);

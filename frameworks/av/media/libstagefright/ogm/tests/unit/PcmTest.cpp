@@ -93,7 +93,7 @@ TEST_F(ReworkPcmTest, TwentyFourBitsBecomeSixteenInTheSameBuffer) {
     EXPECT_TRUE(mEvents.lines().empty());
 }
 
-TEST_F(ReworkPcmTest, EightBitsBecomeSixteenInABufferThatCarriesItsTimeAlone) {
+TEST_F(ReworkPcmTest, EightBitsBecomeSixteenInABufferWithOnlyItsTime) {
     const MediaBufferHelper* const before = mBuffer;
     EXPECT_EQ(reworked(8, {0x80, 0x00}), (Bytes{0x00, 0x00, 0x00, 0x80}));
     EXPECT_NE(mBuffer, before);

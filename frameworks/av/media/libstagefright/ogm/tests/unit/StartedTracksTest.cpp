@@ -100,7 +100,7 @@ TEST_F(StartedTracksTest, StoppingTheSelectedOneSelectsTheSmallestSerialNumberLe
     EXPECT_THAT(mEvents.lines(), ElementsAre(stopped(5, 3), stopped(3, -2), stopped(-2, -1)));
 }
 
-TEST_F(StartedTracksTest, StoppingAnotherOneLeavesTheSelectionAlone) {
+TEST_F(StartedTracksTest, StoppingAnotherOneDoesNotChangeTheSelection) {
     mTracks.add(5, &mFirst);
     mTracks.add(3, &mSecond);
     mTracks.trackStop(3);

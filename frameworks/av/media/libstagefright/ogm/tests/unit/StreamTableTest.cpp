@@ -195,7 +195,7 @@ TEST_F(StreamTableTest, AnUnknownAudioCodecMakesNoTrack) {
                                              errorLine("invalid audio codec")));
 }
 
-TEST_F(StreamTableTest, AHeaderThatIsCutOffHasZerosInPlaceOfWhatIsMissing) {
+TEST_F(StreamTableTest, MissingFieldsOfAHeaderThatIsCutOffAreZero) {
     VideoHeader video;
     video.width = 0x0240;
     // The cut is within the width, which loses its high byte.
