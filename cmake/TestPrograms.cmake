@@ -7,6 +7,16 @@ function(ogm_compile_quickly target)
     set_source_files_properties(${option_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
+# A test program is run about once after each compilation, which takes far longer. So it is not optimised,
+# except for the plug-in's tests under an emulator. The tool's tests mostly wait for programs they start.
+function(ogm_set_test_options target kind)
+    set(level -O0)
+    if(CMAKE_CROSSCOMPILING AND kind STREQUAL "plugin")
+        set(level -O1)
+    endif()
+    target_compile_options(${target} PRIVATE ${level} -U_FORTIFY_SOURCE)
+endfunction()
+
 # The kinds of test programs that share GoogleTest's headers: as C++ 17, without run-time type information
 # as in the plug-in, and for the tool.
 function(ogm_add_test_headers kind)
@@ -15,7 +25,8 @@ function(ogm_add_test_headers kind)
     target_link_libraries(${headers} PRIVATE GTest::gmock)
     # As for programs.
     set_target_properties(${headers} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
-    target_compile_options(${headers} PRIVATE -fPIE -O0 -U_FORTIFY_SOURCE)
+    target_compile_options(${headers} PRIVATE -fPIE)
+    ogm_set_test_options(${headers} ${kind})
 endfunction()
 
 if(OGM_SHARES_HEADERS)
@@ -27,7 +38,7 @@ if(OGM_SHARES_HEADERS)
 endif()
 
 # OGM_TEST_HEADERS names the kind if it does not follow from the program's own options.
-function(ogm_share_test_headers target)
+function(ogm_compile_as_test target)
     set(kind plain)
     get_target_property(options ${target} COMPILE_OPTIONS)
     if(DEFINED OGM_TEST_HEADERS)
@@ -35,6 +46,7 @@ function(ogm_share_test_headers target)
     elseif("-fno-rtti" IN_LIST options)
         set(kind plugin)
     endif()
+    ogm_set_test_options(${target} ${kind})
     ogm_share_headers(ogm_test_headers_${kind} ${target})
 endfunction()
 
@@ -46,15 +58,15 @@ endfunction()
 
 # Runs the program's tests in one process, or in this number of parallel processes, because starting a
 # process for each test takes longer than most of the tests. scripts/count_tests.py still counts each of
-# them. Under an emulator, which takes long to start, it is always one process.
-# A test program is run about once after each compilation, which takes far longer. So it is not optimised,
-# except for an emulator.
+# them. Under an emulator, which takes long to start, there are half as many processes.
 function(ogm_discover_tests target)
-    target_compile_options(${target} PRIVATE $<IF:$<BOOL:${CMAKE_CROSSCOMPILING}>,-O1,-O0> -U_FORTIFY_SOURCE)
-    ogm_share_test_headers(${target})
+    ogm_compile_as_test(${target})
     set(shards ${ARGN} 1)
     list(GET shards 0 count)
-    if(CMAKE_CROSSCOMPILING OR count EQUAL 1)
+    if(CMAKE_CROSSCOMPILING)
+        math(EXPR count "(${count} + 1) / 2")
+    endif()
+    if(count EQUAL 1)
         add_test(NAME ${target} COMMAND ${target})
         return()
     endif()
