@@ -14,10 +14,9 @@ namespace {
 constexpr std::string_view kCapturePattern = "OggS";
 constexpr size_t kGranuleOffset = 6;
 constexpr size_t kSerialNoOffset = 14;
-constexpr size_t kSegmentCountOffset = 26;
 
 size_t pageSize(const uint8_t* page) {
-    const size_t segments = page[kSegmentCountOffset];
+    const size_t segments = page[test::kSegmentCountOffset];
     size_t size = test::kPageHeaderSize + segments;
     for (size_t i = 0; i < segments; ++i) {
         size += page[test::kPageHeaderSize + i];

@@ -14,7 +14,6 @@ namespace android::ogm::bench {
 namespace {
 
 constexpr size_t kBlockSize = 65536;
-constexpr size_t kSegmentCountOffset = 26;
 constexpr uint8_t kUnterminated = 255;
 
 /** libogg's state of each stream of a file. */
@@ -75,7 +74,7 @@ std::vector<PayloadPlace> payloadPlaces(const MappedFile& file) {
     size_t page = 0;
     while (page < file.size()) {
         const uint8_t* const lacing = file.data() + page + test::kPageHeaderSize;
-        const size_t segments = file.data()[page + kSegmentCountOffset];
+        const size_t segments = file.data()[page + test::kSegmentCountOffset];
         PayloadPlace piece{page + test::kPageHeaderSize + segments, 0};
         for (size_t i = 0; i < segments; ++i) {
             piece.size += lacing[i];

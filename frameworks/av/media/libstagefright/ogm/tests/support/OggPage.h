@@ -9,6 +9,8 @@
 namespace android::ogm::test {
 
 inline constexpr size_t kPageHeaderSize = 27;
+/** Where in the header the size of the lacing table is, one byte. */
+inline constexpr size_t kSegmentCountOffset = 26;
 /** The largest body: 255 segments of 255 bytes. */
 inline constexpr size_t kFullPageBody = size_t{255} * 255;
 inline constexpr uint8_t kContinuedPacket = 0x01;
