@@ -19,7 +19,7 @@ using nlohmann::json;
 
 constexpr const char* kSamples[] = {"mpeg4_b_mp3", "h264_mp3vbr",    "mpeg4_mp3_ac3", "divx3_pcm16",
                                     "mpeg2_ac3",   "mpeg4_2997_ac3", "mpeg4_vorbis",  "mjpeg"};
-constexpr size_t kFiles = 320;
+constexpr size_t kFiles = 160;
 
 // Enough for everything that is read when a file is opened, and fast to write.
 constexpr size_t kSampleBytes = 100000;
@@ -65,7 +65,7 @@ class Damage {
     size_t below(size_t limit) { return mRandom() % limit; }
     char byte() { return static_cast<char>(mRandom()); }
 
-    std::minstd_rand mRandom{1};
+    std::minstd_rand mRandom{2};
 };
 
 class DamagedFiles : public testing::Test {
@@ -138,7 +138,7 @@ void expectAsInFull(const std::string& path, const std::vector<std::string>& exp
 TEST(HoleAtTheEnd, IsReportedAsWithEachSearchDoneInFull) {
     const TemporaryFolder folder;
     std::string bytes = beginningOfSample("mpeg4_b_mp3");
-    bytes.resize(bytes.size() + (3 << 20));
+    bytes.resize(bytes.size() + (1 << 20));
     expectAsInFull(folder.write("hole.ogm", bytes), {"--verbose", "--pages"});
 }
 
@@ -150,7 +150,7 @@ std::string withHole(size_t size) {
 
 TEST(HoleInTheMiddle, IsReportedAsWithEachSearchDoneInFull) {
     const TemporaryFolder folder;
-    const std::string path = folder.write("hole.ogm", withHole(300'000));
+    const std::string path = folder.write("hole.ogm", withHole(100'000));
     expectAsInFull(path, {"--verbose"});
     const json document = json::parse(runProbe({"explain", "--json", path}).out);
     const auto& findings = document["findings"];
@@ -159,7 +159,7 @@ TEST(HoleInTheMiddle, IsReportedAsWithEachSearchDoneInFull) {
     });
     ASSERT_NE(found, findings.end());
     EXPECT_THAT((*found)["text"].get<std::string>(),
-                testing::ContainsRegex("^300000 bytes of junk at offset [0-9]+ are searched [0-9]+ "
+                testing::ContainsRegex("^100000 bytes of junk at offset [0-9]+ are searched [0-9]+ "
                                        "times more, with [0-9]+ reads, while the next page "));
 }
 
@@ -176,7 +176,7 @@ TEST(HoleInTheMiddle, IsCalledAStandstillWhereItIsLarge) {
 TEST(HoleInTheMiddle, IsSearchedInFullOnceForEachLookUp) {
     const TemporaryFolder folder;
     const ProcessResult result =
-            runProbe({"packets", "--log", "info", folder.write("hole.ogm", withHole(100'000'000))});
+            runProbe({"packets", "--log", "info", folder.write("hole.ogm", withHole(10'000'000))});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.err, testing::ContainsRegex("[0-9]+ more searches of the same junk for the "
                                                    "page at [0-9]+ were not done in full"));
