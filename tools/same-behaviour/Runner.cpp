@@ -149,7 +149,11 @@ std::vector<std::string> inLines(const std::string& text) {
 }  // namespace
 
 Runner::Runner(std::string plugin, const PlanList& plans, const RunSettings& settings)
-    : mPlugin(std::move(plugin)), mPlans(plans), mSettings(settings) {}
+    : mPlugin(std::move(plugin)), mPlans(plans), mSettings(settings) {
+    if (waitFor(inNewProcess([this] { (void)load(mPlugin); })) != 0) {
+        throw std::runtime_error("no session can be played");
+    }
+}
 
 std::vector<Digest> Runner::digests() const {
     SharedArray<Digest> results(mPlans.size() + 1);

@@ -33,6 +33,7 @@ struct RunSettings {
  */
 class Runner {
   public:
+    /** Throws if the plug-in cannot be loaded. */
     Runner(std::string plugin, const PlanList& plans, const RunSettings& settings);
 
     std::vector<Digest> digests() const;

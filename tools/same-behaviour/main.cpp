@@ -73,8 +73,10 @@ uint64_t eventsOf(const std::vector<Digest>& digests) {
 
 int compare(const Options& options) {
     const PlanList plans(options.plans);
-    const auto one = Runner(options.plugin, plans, options.run).digests();
-    const auto other = Runner(options.otherPlugin, plans, options.run).digests();
+    const Runner runner(options.plugin, plans, options.run);
+    const Runner otherRunner(options.otherPlugin, plans, options.run);
+    const auto one = runner.digests();
+    const auto other = otherRunner.digests();
     std::vector<size_t> different;
     for (size_t i = 0; i < plans.size(); ++i) {
         if (!(one[i] == other[i])) {
