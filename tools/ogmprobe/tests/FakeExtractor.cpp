@@ -24,6 +24,7 @@
 #include <media/NdkMediaFormat.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -234,13 +235,22 @@ android::CreatorFunc sniff(android::CDataSource* source, float* confidence, void
 
 const char* kTypes[] = {"fake", nullptr};
 
+/** Whether the environment asks for a definition without this, which a loader refuses. */
+bool lacks(const char* what) {
+    const char* asked = std::getenv("FAKE_EXTRACTOR_LACKS");
+    return asked != nullptr && std::strcmp(asked, what) == 0;
+}
+
 }  // namespace
 
 extern "C" __attribute__((visibility("default"))) android::ExtractorDef GETEXTRACTORDEF() {
     ogmprobe::test::lookForSharedMemory();
-    return {android::EXTRACTORDEF_VERSION,
-            android::UUID("6f1c53a0-7b0a-4d57-9d2e-3a54c1f0e8b7"),
+    return {lacks("version") ? android::EXTRACTORDEF_VERSION + 1 : android::EXTRACTORDEF_VERSION,
+            lacks("uuid") ? android::media_uuid_t{}
+                          : android::UUID("6f1c53a0-7b0a-4d57-9d2e-3a54c1f0e8b7"),
             1,
-            "Fake Extractor",
-            {.v3 = {sniff, kTypes}}};
+            lacks("name")      ? nullptr
+            : lacks("letters") ? ""
+                               : "Fake Extractor",
+            {.v3 = {sniff, lacks("types") ? nullptr : kTypes}}};
 }
