@@ -15,8 +15,9 @@
 //                "end": MISCHIEF or STATUS, after the last buffer; end of stream by default
 //                "keep": true}]}          holds a buffer until after its group is gone
 //
-// MISCHIEF is one of the words in Mischief.cpp; "null" makes creation fail. A seek goes to the
-// first buffer at or after its time. What the framework calls is logged at info level.
+// MISCHIEF is one of the words in Mischief.cpp, or "assert TEXT"; "null" makes creation fail. A
+// seek goes to the first buffer at or after its time. What the framework calls is logged at info
+// level.
 #define LOG_TAG "FakeExtractor"
 
 #include <media/MediaExtractorPluginApi.h>
