@@ -6,6 +6,7 @@
 
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "Asking.h"
@@ -43,14 +44,56 @@ Words joined(Words first, const Words& second) {
     return first;
 }
 
-/** Each command in each form, with the options before it and the file after it. */
-std::vector<Words> commandLines(const Words& options, const std::string& file) {
+/** Each command in each form, with the options before it and the files after it. */
+std::vector<Words> commandLines(const Words& options, const Words& names) {
     std::vector<Words> lines;
     for (const Command& command : commands()) {
-        const Words files = command.takesTwoFiles ? Words{file, "mjpeg.ogm"} : Words{file};
+        const Words files = command.takesTwoFiles ? Words{names.front(), "mjpeg.ogm"} : names;
         for (const Words& form : command.forms) {
             lines.push_back(joined(joined(joined(joined(options, {command.name}), form), files),
                                    command.needs));
+        }
+    }
+    return lines;
+}
+
+/** How the program is asked for help, and for its version. */
+std::vector<Words> helpLines() {
+    std::vector<Words> lines = {{"--help"}, {"--version"}};
+    for (const Command& command : commands()) {
+        lines.push_back({command.name, "--help"});
+    }
+    return lines;
+}
+
+/** Each option that takes a number or a time, with odd values: most are refused. */
+std::vector<Words> oddValues() {
+    // What comes before the value, and what after it.
+    const std::vector<std::tuple<Words, Words, Words>> options = {
+            {{"--timeout"}, {"info", "mjpeg.ogm"}, {"0", "-1", "x", "", "1e400", "nan"}},
+            {{"packets", "mjpeg.ogm", "--count"},
+             {},
+             {"-1", "x", "1.5", "", "99999999999999999999"}},
+            {{"packets", "mjpeg.ogm", "--track"}, {}, {"-1", "x", "1", "99999999999999999999"}},
+            {{"packets", "mjpeg.ogm", "--only-track"}, {}, {"-1", "x", "1"}},
+            {{"packets", "mjpeg.ogm", "--seek"},
+             {},
+             {"-1", "x", "1:60", "1:2:3:4", "99999999999999", ""}},
+            {{"packets", "mjpeg.ogm", "--from"}, {}, {"-1", "x", "1:60:00"}},
+            {{"packets", "mjpeg.ogm", "--to"}, {}, {"0", "-1", "x"}},
+            {{"seektest", "mjpeg.ogm", "--steps"},
+             {},
+             {"0", "-1", "x", "1.5", "99999999999999999999"}},
+            {{"compare", "mjpeg.ogm", "mjpeg.ogm", "--seeks"}, {}, {"0", "-1", "x"}},
+            {{"check", "mjpeg.ogm", "--jobs"}, {}, {"0", "-1", "x", "100000"}},
+            {{"timeline", "mjpeg.ogm", "-o", "out/", "--seek-steps"},
+             {},
+             {"-1", "x", "99999999999999999999"}},
+    };
+    std::vector<Words> lines;
+    for (const auto& [before, after, values] : options) {
+        for (const std::string& value : values) {
+            lines.push_back(joined(joined(before, {value}), after));
         }
     }
     return lines;
@@ -70,19 +113,26 @@ std::ostream& operator<<(std::ostream& out, const Table& table) {
 
 const std::vector<Table>& tables() {
     static const std::vector<Table> all = {
-            {"all_of_a_missing_file", commandLines({}, "no_such_file.ogm")},
-            {"all_of_an_empty_file", commandLines({}, "empty.ogm")},
-            {"all_of_no_media", commandLines({}, "text.ogm")},
-            {"all_of_a_folder", commandLines({}, "folder.ogm")},
-            {"all_below_a_file", commandLines({}, "text.ogm/below.ogm")},
-            {"all_of_standard_input", commandLines({}, "-")},
-            {"all_without_a_plugin", commandLines({"--plugin", "text.ogm"}, "mjpeg.ogm")},
-            {"all_in_colour", commandLines({"--color", "always"}, "marker.ogm")},
-            {"all_quietly", commandLines({"--quiet"}, "marker.ogm")},
-            {"all_in_this_process", commandLines({"--in-process"}, "mjpeg.ogm")},
-            {"all_to_a_full_device", commandLines({}, "mjpeg.ogm"), StandardStream::kFullDevice},
-            {"all_to_a_closed_pipe", commandLines({}, "mjpeg.ogm"), StandardStream::kClosedPipe},
-            {"all_with_nobody_to_complain_to", commandLines({}, "no_such_file.ogm"),
+            {"all_of_a_missing_file", commandLines({}, {"no_such_file.ogm"})},
+            {"all_of_an_empty_file", commandLines({}, {"empty.ogm"})},
+            {"all_of_no_media", commandLines({}, {"text.ogm"})},
+            {"all_of_a_folder", commandLines({}, {"folder.ogm"})},
+            {"all_below_a_file", commandLines({}, {"text.ogm/below.ogm"})},
+            {"all_of_standard_input", commandLines({}, {"-"})},
+            {"all_without_a_plugin", commandLines({"--plugin", "text.ogm"}, {"mjpeg.ogm"})},
+            {"all_of_several_files",
+             commandLines({}, {"mjpeg.ogm", "text.ogm", "version.ogm", "no_such_file.ogm"})},
+            {"all_of_the_same_name_twice",
+             {{"extract", "mjpeg.ogm", "mjpeg.ogm", "-o", "out/"},
+              {"timeline", "mjpeg.ogm", "mjpeg.ogm", "-o", "out/"}}},
+            {"all_help", helpLines()},
+            {"all_odd_values", oddValues()},
+            {"all_in_colour", commandLines({"--color", "always"}, {"marker.ogm"})},
+            {"all_quietly", commandLines({"--quiet"}, {"marker.ogm"})},
+            {"all_in_this_process", commandLines({"--in-process"}, {"mjpeg.ogm"})},
+            {"all_to_a_full_device", commandLines({}, {"mjpeg.ogm"}), StandardStream::kFullDevice},
+            {"all_to_a_closed_pipe", commandLines({}, {"mjpeg.ogm"}), StandardStream::kClosedPipe},
+            {"all_with_nobody_to_complain_to", commandLines({}, {"no_such_file.ogm"}),
              StandardStream::kCaptured, StandardStream::kClosedPipe},
     };
     return all;

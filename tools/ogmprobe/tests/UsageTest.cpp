@@ -99,6 +99,17 @@ TEST(Usage, ExitsWithTwoForALibraryThatIsNoPlugin) {
               "ogmprobe: error: " + path + " is no plug-in: it lacks GETEXTRACTORDEF\n");
 }
 
+TEST(Usage, ExitsWithTwoWithoutAPluginBesideTheProgram) {
+    const FakePlugin plugin;
+    const std::string file = plugin.file(fakeFile({fakeVideo()}));
+    const std::string program = plugin.folder().path("ogmprobe");
+    std::filesystem::copy_file(OGMPROBE_PROGRAM, program);
+    const ProcessResult result = runProgram(program, {"info", file});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.err,
+              "ogmprobe: error: there is no plug-in beside this program; name one with --plugin\n");
+}
+
 TEST(Usage, WarnsOfFormatsThatMakeClientsFail) {
     const FakePlugin plugin;
     const std::string videoLost =
