@@ -124,7 +124,7 @@ const std::vector<Table>& tables() {
              commandLines({}, {"mjpeg.ogm", "text.ogm", "version.ogm", "no_such_file.ogm"})},
             {"all_of_the_same_name_twice",
              {{"extract", "mjpeg.ogm", "mjpeg.ogm", "-o", "out/"},
-              {"timeline", "mjpeg.ogm", "mjpeg.ogm", "-o", "out/"}}},
+              {"timeline", "mjpeg.ogm", "mjpeg.ogm", "--svg", "-o", "out/"}}},
             {"all_help", helpLines()},
             {"all_odd_values", oddValues()},
             {"all_in_colour", commandLines({"--color", "always"}, {"marker.ogm"})},
