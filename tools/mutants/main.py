@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Makes one-place changes in the plug-in's sources and shows those that its tests do not notice."""
+"""Makes one-place changes in the plug-in's or the tool's sources and shows what no test notices."""
 
 import argparse
 import collections
@@ -8,45 +8,49 @@ import itertools
 import pathlib
 import queue
 import random
+import subprocess
 import sys
 
+import build
 import changes
+import plugin
+import tool
 import trial
 
-FOLDERS = ["", "include", "audio", "base", "codec", "packet", "page", "seek", "stream"]
+WORKSHOPS = {"plugin": plugin.PluginWorkshop, "tool": tool.ToolWorkshop}
 
 
 def parse_arguments():
     parser = argparse.ArgumentParser(prog="scripts/mutants", description=__doc__)
+    parser.add_argument("--of", choices=WORKSHOPS, default="plugin", help="whose sources (plugin)")
     parser.add_argument("--sample", type=int, metavar="N", help="try N changes, taken at random")
     parser.add_argument("--seed", type=int, default=1, metavar="S", help="of the sample (1)")
     parser.add_argument("--jobs", type=int, default=2, metavar="J", help="tried at a time (2)")
     parser.add_argument("--quick", action="store_true", help="leave out the slowest tests")
     parser.add_argument("--list", action="store_true", help="only show the changes")
     parser.add_argument("--project", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
-    parser.add_argument("--build", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument(
         "sources", nargs="*", metavar="SOURCE[:LINE]",
-        help="relative to the plug-in's folder, for example seek/SeekPlan.cpp:28; all unless given",
+        help="relative to the folder of all, for example seek/SeekPlan.cpp:28; all unless given",
     )  # fmt: skip
     return parser.parse_args()
 
 
-def sources_of(plugin):
+def sources_of(root, folders):
     return sorted(
-        str(path.relative_to(plugin))
-        for folder in FOLDERS
-        for path in (plugin / folder).iterdir()
+        str(path.relative_to(root))
+        for folder in folders
+        for path in (root / folder).iterdir()
         if path.suffix in (".cpp", ".h")
     )
 
 
-def mutants_of(plugin, wanted):
+def mutants_of(root, sources):
     """All mutants of the sources, or of the lines, that are named."""
     found = []
-    for name in wanted or sources_of(plugin):
+    for name in sources:
         source, _, line = name.partition(":")
-        text = (plugin / source).read_text()
+        text = (root / source).read_text()
         found += [
             trial.Mutant(source, change)
             for change in changes.changes_of(text)
@@ -55,31 +59,45 @@ def mutants_of(plugin, wanted):
     return found
 
 
-def show(plugin, mutant):
-    text = (plugin / mutant.source).read_text()
+def show(root, mutant):
+    text = (root / mutant.source).read_text()
     where = f"{mutant.source}:{mutant.change.line(text)}"
     print(f"{where}: {mutant.change.kind}\n{mutant.change.diff(text)}", flush=True)
+
+
+def build_unchanged(kind, project, folder):
+    """Its messages go where they do not mix with the changes that are shown."""
+    configure = ["cmake", *kind.CONFIGURED, "-B", str(folder)]
+    compile_and_link = ["cmake", "--build", str(folder), "--target", *kind.BUILT]
+    for command in (configure, compile_and_link):
+        subprocess.run(command, cwd=project, check=True, stdout=sys.stderr)
 
 
 class Run:
     """Tries mutants until as many compiled as were asked for."""
 
-    def __init__(self, options, mutants):
-        self.plugin = options.project / trial.PLUGIN
+    def __init__(self, options, root, mutants):
+        self.root = root
         self.mutants = mutants
         self.wanted = options.sample or len(mutants)
         self.workshops = queue.Queue()
-        build = trial.Build(options.project, options.build)
-        for number in range(options.jobs):
-            folder = options.build.parent / f"job{number}"
-            self.workshops.put(trial.Workshop(build, folder, options.quick))
         self.jobs = options.jobs
+        self._open_workshops(options)
 
-    def passes_unchanged(self):
+    def _open_workshops(self, options):
+        kind = WORKSHOPS[options.of]
+        folder = options.project / "build/mutants"
+        build_unchanged(kind, options.project, folder / options.of)
+        unchanged = build.Build(folder / options.of, self.root, kind.LINKED)
+        for number in range(self.jobs):
+            job = folder / f"{options.of}.{number}"
+            self.workshops.put(kind(unchanged, job, options.quick))
+
+    def failing_unchanged(self):
         workshop = self.workshops.get()
-        passes = workshop.passes_unchanged()
+        failing = workshop.failing_unchanged()
         self.workshops.put(workshop)
-        return passes
+        return failing
 
     def _try_out(self, mutant):
         workshop = self.workshops.get()
@@ -105,7 +123,7 @@ class Run:
                 mutant, outcome = running.pop(done), done.result()
                 counts[outcome] += 1
                 if outcome is trial.Outcome.SURVIVED:
-                    show(self.plugin, mutant)
+                    show(self.root, mutant)
                 elif outcome is not trial.Outcome.KILLED:
                     begin(1)
                 self._show_progress(counts)
@@ -118,17 +136,18 @@ class Run:
 
 def main():
     options = parse_arguments()
-    plugin = options.project / trial.PLUGIN
-    mutants = mutants_of(plugin, options.sources)
+    kind = WORKSHOPS[options.of]
+    root = options.project / kind.ROOT
+    mutants = mutants_of(root, options.sources or sources_of(root, kind.FOLDERS))
     if options.sample:
         random.Random(options.seed).shuffle(mutants)
     if options.list:
         for mutant in mutants[: options.sample]:
-            show(plugin, mutant)
+            show(root, mutant)
         return 0
-    run = Run(options, mutants)
-    if not run.passes_unchanged():
-        print("The tests fail without a change", file=sys.stderr)
+    run = Run(options, root, mutants)
+    if failing := run.failing_unchanged():
+        print(f"Fails without a change: {failing.program} {failing.tests}", file=sys.stderr)
         return 2
     counts = run.outcomes()
     killed, survived = counts[trial.Outcome.KILLED], counts[trial.Outcome.SURVIVED]

@@ -1,40 +1,27 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Builds the tests with one changed source, and runs them."""
+"""Builds tests with one changed source, and runs them. What is changed is for others to say."""
 
 import dataclasses
 import enum
-import json
+import itertools
 import math
 import os
 import pathlib
 import re
 import resource
-import shlex
 import shutil
+import signal
 import subprocess
+import time
 
-PLUGIN = pathlib.PurePath("frameworks/av/media/libstagefright/ogm")
-STATIC_LIBRARY = "lib/static/libogmextractor_static.a"
-PLUGIN_LIBRARY = "lib/extractors/libogmextractor.so"
 # A mutant is compiled once and run once.
 COMPILER_OPTIONS = ["-w", "-Wno-error"]
 
-# What takes longest comes last, when nothing else has noticed the change. These take nine tenths of
-# the time of all.
-SLOW_TESTS = {
-    "ogm_unit_test": (
-        "DtsCutterTest.*Pieces*:FifoTest.ItsEnd*:"
-        "PacketStorageTest.PacketsIn*:PacketStorageTest.Large*:PacketStorageTest.Whatever*"
-    ),
-    "ogm_plugin_test": (
-        "*FaultSweepTest.*:*RandomSeekTest.*:EndlessSearchTest.*:WaitingTrackTest.*"
-    ),
-}
 # A change with which the tests never end is noticed too: they may take as many times longer.
 MOST_TIMES_LONGER = 3
 UNMEASURED_SECONDS = 300
 # Of a machine that does other work too; for tests that wait for ever.
-REAL_SECONDS_PER_CPU_SECOND = 20
+MOST_TIMES_LONGER_BY_THE_CLOCK = 10
 MEMORY_BYTES = 2 << 30
 
 
@@ -47,234 +34,220 @@ class Outcome(enum.Enum):
 
 @dataclasses.dataclass(frozen=True)
 class Mutant:
-    """A source of the plug-in, relative to its folder, and one change of it, or none."""
+    """A source, relative to the folder of all, and one change of it, or none."""
 
     source: str
     change: object
 
 
-class Build:
-    """The build of the unchanged sources: its objects and commands serve all trials."""
+@dataclasses.dataclass(frozen=True)
+class Step:
+    """Tests of a program; `tests` is a filter as GoogleTest takes it."""
 
-    def __init__(self, project, folder):
-        self.folder = folder
-        self.plugin = project / PLUGIN
-        self.commands = {}
-        for entry in json.loads((folder / "compile_commands.json").read_text()):
-            arguments = shlex.split(entry["command"])
-            output = arguments[arguments.index("-o") + 1]
-            self.commands[output] = (arguments, entry["file"])
-        self.links = {
-            name: self._ninja("commands", name).splitlines()[-1]
-            for name in ("ogm_unit_test", "ogm_plugin_test", "ogmextractor")
-        }
-        self.files = self._files()
-        # What the tests of a program may take, once that was measured.
-        self.cpu_seconds = {}
+    program: str
+    tests: str
 
-    def _ninja(self, tool, *arguments):
-        command = ["ninja", "-C", str(self.folder), "-t", tool, *arguments]
-        return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
-    def _files(self):
-        """For each object the files it was made of."""
-        files = {output: {source} for output, (_, source) in self.commands.items()}
-        output = None
-        for line in self._ninja("deps").splitlines():
-            if line.startswith("    "):
-                files.setdefault(output, set()).add(os.path.join(self.folder, line.strip()))
-            elif ": #deps" in line:
-                output = line.split(":")[0]
-        # The plug-in's folder names itself once as an include path.
-        return {
-            output: {os.path.normpath(path) for path in paths} for output, paths in files.items()
-        }
+@dataclasses.dataclass(frozen=True)
+class Seconds:
+    """Of the processor, for each process, and by the clock."""
 
-    def objects(self, target):
-        """Without the precompiled headers, which hold none of the plug-in's."""
-        return [o for o in self.commands if f"/{target}.dir/" in o and o.endswith(".o")]
-
-    def objects_of(self, source, target):
-        """Those of a target that a source is part of."""
-        path = str(self.plugin / source)
-        return [output for output in self.objects(target) if path in self.files[output]]
-
-    def holds(self, output, name):
-        """Whether an object was made of a file of that name; several sources make one object."""
-        return any(os.path.basename(path) == name for path in self.files[output])
+    cpu: float
+    clock: float
 
 
 class Workshop:
     """A folder in which one mutant after the other is built and tried."""
 
+    # Of the sources' folder; the targets that are made of them; commands that tests run under.
+    ROOT = pathlib.PurePath()
+    TARGETS = ()
+    CONTAINED = ()
+
     def __init__(self, build, folder, is_quick):
         self.build = build
         self.is_quick = is_quick
         self.folder = folder
-        self.library = folder / PLUGIN_LIBRARY
         self.overlay = folder / "sources"
-        self.library.parent.mkdir(parents=True, exist_ok=True)
-        self._link_plugin_test()
+        self.temporary = folder / "tmp"
+        self.folder.mkdir(parents=True, exist_ok=True)
 
-    def _link_plugin_test(self):
-        """The plug-in's tests with the path of this folder's library in place of the build's."""
-        objects = self.build.objects("ogm_test_support")
-        output = next(o for o in objects if self.build.holds(o, "Plugin.cpp"))
-        arguments, _ = self.build.commands[output]
-        changed = [
-            re.sub(r"^-DOGM_PLUGIN_PATH=.*", f'-DOGM_PLUGIN_PATH="{self.library}"', argument)
-            for argument in arguments
+    def all_steps(self):
+        """The tests that a change of any source may go through."""
+        raise NotImplementedError
+
+    def passes(self, mutant, replaced):
+        """Whether all tests pass with these objects in place of those of the build."""
+        raise NotImplementedError
+
+    def link_unchanged(self):
+        raise NotImplementedError
+
+    def try_out(self, mutant):
+        self._write(mutant)
+        replaced = self.compile(mutant, *self.TARGETS)
+        if not replaced:
+            return Outcome.NOT_COMPILED
+        if not self.passes(mutant, replaced):
+            return Outcome.KILLED
+        return Outcome.SAME_CODE if self._is_same_code(mutant) else Outcome.SURVIVED
+
+    def failing_unchanged(self):
+        """Returns the first step that fails without a change. Learns how long each takes."""
+        self.link_unchanged()
+        return next((step for step in self.all_steps() if not self._measure(step)), None)
+
+    def compile_with_definition(self, output, name, value):
+        """Returns an object of the build, compiled with another value of a macro."""
+        command = [
+            re.sub(rf"^-D{name}=.*", f'-D{name}="{value}"', argument)
+            for argument in self.build.compile_command(output)
         ]
-        changed[changed.index("-o") + 1] = str(self.folder / "Plugin.o")
-        self._run(changed, check=True)
-        self._link("ogm_plugin_test", {}, [str(self.folder / "Plugin.o")], check=True)
+        compiled = str(self.folder / f"{name}.o")
+        command[command.index("-o") + 1] = compiled
+        self.run(command, check=True)
+        return compiled
 
-    def _run(self, command, check=False):
-        return subprocess.run(
-            command, cwd=self.build.folder, check=check, stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-        ).returncode == 0  # fmt: skip
-
-    def _link(self, target, replaced, first=(), check=False):
-        """Links a program or the library with other objects in place of the build's.
-
-        The plug-in's objects come first: of an inline function that tests use too theirs is taken.
-        """
-        command = self.build.links[target]
-        if STATIC_LIBRARY in command:
-            command = command.replace(STATIC_LIBRARY, "")
-            first = [replaced.get(o, o) for o in self.build.objects("ogmextractor_static")]
-        for before, after in replaced.items():
-            command = command.replace(f" {before} ", f" {after} ")
-        output = self.library if target == "ogmextractor" else self.folder / target
-        command = re.sub(r" -o \S+ ", f" -o {output} {' '.join(first)} ", command, count=1)
-        return self._run(["sh", "-c", command], check)
-
-    def _compile(self, mutant, target, options=(), only_with=None):
+    def compile(self, mutant, *targets, only_with=None):
         """Compiles the objects that the mutant is part of, all or those that also hold another
         file; None if one does not compile."""
         replaced = {}
-        for number, output in enumerate(self.build.objects_of(mutant.source, target)):
-            if only_with and not self.build.holds(output, only_with):
-                continue
-            arguments, source = self.build.commands[output]
-            if source == str(self.build.plugin / mutant.source):
-                changed = str(self.overlay / mutant.source)
-                arguments = [changed if argument == source else argument for argument in arguments]
-            compiled = str(self.folder / f"{target}{number}.o")
-            includes = [f"-I{self.overlay}", f"-I{self.overlay / 'include'}"]
-            command = [arguments[0], *includes, *arguments[1:], *COMPILER_OPTIONS, *options]
-            command[command.index("-o") + 1] = compiled
-            if not self._run(command):
-                return None
-            replaced[output] = compiled
+        for target in targets:
+            for output in self.build.objects_of(mutant.source, target):
+                if only_with and not self.build.holds(output, only_with):
+                    continue
+                replaced[output] = str(self.folder / f"{target}{len(replaced)}.o")
+                if not self.run(self._compile_command(mutant, output, replaced[output])):
+                    return None
         return replaced
+
+    def _compile_command(self, mutant, output, compiled, optimise=False):
+        source = self.build.source_of(output)
+        changed = str(self._changed_source(mutant, source))
+        command = self.build.compile_command(output)
+        command = [changed if argument == str(source) else argument for argument in command]
+        command[command.index("-o") + 1] = compiled
+        command[1:1] = [f"-I{self.overlay}", f"-I{self.overlay / 'include'}"]
+        command += COMPILER_OPTIONS
+        if not optimise:
+            return command
+        return [*without_compiled_headers(command), "-O2"]
+
+    def _changed_source(self, mutant, source):
+        """The source, or the one that includes several, with the changed one in its place."""
+        original = self.build.root / mutant.source
+        if source == original:
+            return self.overlay / mutant.source
+        text = source.read_text()
+        if f'"{original}"' not in text:
+            return source
+        combined = self.folder / source.name
+        combined.write_text(text.replace(f'"{original}"', f'"{self.overlay / mutant.source}"'))
+        return combined
 
     def _is_same_code(self, mutant):
         """Whether the compiler sees no difference once it optimises."""
-        codes = []
-        for change in (mutant.change, None):
-            self._write(Mutant(mutant.source, change))
-            objects = self._compile(mutant, "ogmextractor_static", ["-O2"])
-            # Some code that compiles does not with optimisation.
-            if objects is None:
+        compiled = self.folder / "optimised.o"
+        outputs = [self.build.objects_of(mutant.source, target) for target in self.TARGETS]
+        for output in itertools.chain(*outputs):
+            codes = []
+            for change in (mutant.change, None):
+                one = Mutant(mutant.source, change)
+                self._write(one)
+                # Some code that compiles does not with optimisation.
+                if not self.run(self._compile_command(one, output, str(compiled), optimise=True)):
+                    return False
+                codes.append(compiled.read_bytes())
+            if codes[0] != codes[1]:
                 return False
-            codes.append([pathlib.Path(path).read_bytes() for path in objects.values()])
-        return codes[0] == codes[1]
+        return True
 
     def _write(self, mutant):
         shutil.rmtree(self.overlay, ignore_errors=True)
         path = self.overlay / mutant.source
         # With its neighbours, which it includes as lying beside it.
         shutil.copytree(
-            (self.build.plugin / mutant.source).parent, path.parent,
+            (self.build.root / mutant.source).parent, path.parent,
             ignore=lambda folder, names: [n for n in names if pathlib.Path(folder, n).is_dir()],
         )  # fmt: skip
         if mutant.change is not None:
             path.write_text(mutant.change.apply(path.read_text()))
 
-    def _passes(self, target, tests):
+    def link(self, target, output, replaced=(), first=(), without="", check=False):
+        """Links a target of the build with other objects in place of its own.
+
+        Of what stands in a library or is inline, those that come first are taken. An object that
+        stands in a library is linked only where the library's would be: not all programs have what
+        it needs itself.
+        """
+        command = self.build.links[target].replace(without, "")
+        added = list(first)
+        for before, after in dict(replaced).items():
+            if f" {before} " in command:
+                command = command.replace(f" {before} ", f" {after} ")
+            else:
+                added += ["-Wl,--start-lib", after, "-Wl,--end-lib"]
+        command = re.sub(r" -o \S+ ", f" -o {output} {' '.join(added)} ", command, count=1)
+        return self.run(["sh", "-c", command], check)
+
+    def run(self, command, check=False):
+        return subprocess.run(
+            command, cwd=self.build.folder, check=check, stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+        ).returncode == 0  # fmt: skip
+
+    def passes_step(self, step):
         """Whether the tests of a program pass, and end."""
-        command = [str(self.folder / target), "--gtest_fail_fast", "--gtest_filter=" + tests]
-        seconds = self.build.cpu_seconds.get((target, tests), UNMEASURED_SECONDS)
+        shutil.rmtree(self.temporary, ignore_errors=True)
+        self.temporary.mkdir()
+        program = str(self.folder / step.program)
+        command = [*self.CONTAINED, program, "--gtest_fail_fast", "--gtest_filter=" + step.tests]
+        seconds = self.build.seconds.get(step, Seconds(UNMEASURED_SECONDS, UNMEASURED_SECONDS))
+        process = subprocess.Popen(
+            command, cwd=self.folder, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL, preexec_fn=lambda: begin_tests(seconds.cpu),
+            env={**os.environ, "TMPDIR": str(self.temporary)}, start_new_session=True,
+        )  # fmt: skip
         try:
-            return subprocess.run(
-                command, cwd=self.folder, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                stderr=subprocess.DEVNULL, preexec_fn=lambda: limit_resources(seconds),
-                timeout=REAL_SECONDS_PER_CPU_SECOND * seconds,
-            ).returncode == 0  # fmt: skip
+            return process.wait(seconds.clock) == 0
         except subprocess.TimeoutExpired:
             return False
+        finally:
+            end_group(process)
 
-    def _measure(self, target, tests):
+    def _measure(self, step):
         """Runs tests and learns how long they take; nothing else may run meanwhile."""
-        before = cpu_seconds_of_children()
-        passes = self._passes(target, tests)
-        seconds = cpu_seconds_of_children() - before
-        self.build.cpu_seconds[target, tests] = math.ceil(MOST_TIMES_LONGER * seconds) + 1
+        clock, cpu = time.monotonic(), cpu_seconds_of_children()
+        passes = self.passes_step(step)
+        self.build.seconds[step] = Seconds(
+            math.ceil(MOST_TIMES_LONGER * (cpu_seconds_of_children() - cpu)) + 1,
+            math.ceil(MOST_TIMES_LONGER_BY_THE_CLOCK * (time.monotonic() - clock)) + 10,
+        )
         return passes
 
-    def passes_unchanged(self):
-        """Whether all tests pass without a change. Learns how long they take."""
-        return (
-            self._link("ogm_unit_test", {})
-            and self._link("ogmextractor", {})
-            and all(
-                self._measure(target, tests)
-                for target, slow in SLOW_TESTS.items()
-                for tests in (["-" + slow] if self.is_quick else ["-" + slow, slow])
-            )
-        )
 
-    def try_out(self, mutant):
-        self._write(mutant)
-        replaced = self._compile(mutant, "ogmextractor_static")
-        if not replaced:
-            return Outcome.NOT_COMPILED
-        passes = self._passes_header if mutant.source.endswith(".h") else self._passes_source
-        if not passes(mutant, replaced):
-            return Outcome.KILLED
-        return Outcome.SAME_CODE if self._is_same_code(mutant) else Outcome.SURVIVED
-
-    def _passes_source(self, _mutant, replaced):
-        return (
-            self._link("ogm_unit_test", replaced)
-            and self._passes_quick("ogm_unit_test")
-            and self._link("ogmextractor", replaced)
-            and self._passes_quick("ogm_plugin_test")
-            and self._passes_slow()
-        )
-
-    def _passes_header(self, mutant, replaced):
-        """The tests of parts include it too, which takes long to compile: its own come first."""
-        own_tests = f"{pathlib.PurePath(mutant.source).stem}Test.cpp"
-        # It may be the size of something, which all have to agree on.
-        is_for_all = mutant.change.kind == "number"
-        return (
-            self._link("ogmextractor", replaced)
-            and self._passes_quick("ogm_plugin_test")
-            and (is_for_all or self._passes_parts(mutant, replaced, own_tests))
-            and self._passes_parts(mutant, replaced)
-            and self._passes_slow()
-        )
-
-    def _passes_parts(self, mutant, replaced, only_with=None):
-        tests = self._compile(mutant, "ogm_unit_test", only_with=only_with)
-        # They may also check something at compile time.
-        return (
-            tests is not None
-            and self._link("ogm_unit_test", {**replaced, **tests})
-            and self._passes_quick("ogm_unit_test")
-        )
-
-    def _passes_quick(self, target):
-        return self._passes(target, "-" + SLOW_TESTS[target])
-
-    def _passes_slow(self):
-        return self.is_quick or all(self._passes(*tests) for tests in SLOW_TESTS.items())
+def without_compiled_headers(command):
+    """Clang refuses headers that were compiled with other options; GCC parses them again."""
+    if "-include-pch" not in command:
+        return command
+    # -Xclang -include-pch -Xclang COMPILED -Xclang -include -Xclang HEADER
+    begin = command.index("-include-pch") - 1
+    return command[:begin] + command[begin + 8 :]
 
 
-def limit_resources(cpu_seconds):
+def end_group(process):
+    """Ends what a process started, as long as that has not left its group."""
+    try:
+        os.killpg(process.pid, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
+    process.wait()
+
+
+def begin_tests(cpu_seconds):
+    """In the new process. What runs in the background ignores signals that tests send."""
+    for number in (signal.SIGHUP, signal.SIGINT, signal.SIGQUIT):
+        signal.signal(number, signal.SIG_DFL)
     resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY_BYTES, MEMORY_BYTES))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))

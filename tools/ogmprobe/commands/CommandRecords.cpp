@@ -64,8 +64,10 @@ void warnOfOnlyTracks(const TrackChoice& choice, Report& report) {
     }
 }
 
-ExitCode forEachFile(const std::vector<std::string>& names, Session& session,
-                     const std::function<ExitCode(const std::string& path, bool several)>& work) {
+ExitCode forEachFile(
+        const std::vector<std::string>& names, Session& session,
+        const std::function<ExitCode(const std::string& path, bool several)>& work,
+        const std::function<void(const std::string& name, Report& report)>& withoutFiles) {
     ExitCode worst = ExitCode::kDone;
     std::vector<std::string> paths;
     for (const std::string& name : names) {
@@ -78,6 +80,9 @@ ExitCode forEachFile(const std::vector<std::string>& names, Session& session,
             }
         });
         worst = std::max(worst, report.worst());
+        if (report.worst() != ExitCode::kDone) {
+            withoutFiles(name, report);
+        }
     }
     const bool several = names.size() > 1 || paths.size() > 1;
     for (const std::string& path : paths) {

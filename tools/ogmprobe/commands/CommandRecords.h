@@ -57,11 +57,15 @@ RecordSink visitedBy(Records& records) {
 void warnOfOnlyTracks(const TrackChoice& choice, Report& report);
 
 /**
- * Calls the function with each file that the names refer to, and whether there are several. Returns
- * the largest of its codes.
+ * Calls `work` with each file that the names refer to, and whether there are several. Returns the
+ * largest of its codes. Before that calls `withoutFiles` with each name whose files were not all
+ * found: what a program reads has the error too.
  */
-ExitCode forEachFile(const std::vector<std::string>& names, Session& session,
-                     const std::function<ExitCode(const std::string& path, bool several)>& work);
+ExitCode forEachFile(
+        const std::vector<std::string>& names, Session& session,
+        const std::function<ExitCode(const std::string& path, bool several)>& work,
+        const std::function<void(const std::string& name, Report& report)>& withoutFiles =
+                [](const std::string&, Report&) {});
 
 /** Calls `runJob` and shows progress on the console. */
 void runShown(JobRequest request, const GlobalOptions& options, Console& console,

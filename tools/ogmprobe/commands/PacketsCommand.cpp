@@ -84,12 +84,20 @@ std::unique_ptr<PacketList> makeList(const PacketsOptions& options, Output& outp
 ExitCode runPackets(const PacketsOptions& options, Session& session) {
     const auto list = makeList(options, session.output);
     list->begin();
-    return forEachFile(options.files, session, [&](const std::string& path, bool isOneOfMany) {
-        if (isOneOfMany || options.csv) {
-            list->file(path);
-        }
-        return listPackets(path, options, session, *list);
-    });
+    return forEachFile(
+            options.files, session,
+            [&](const std::string& path, bool isOneOfMany) {
+                if (isOneOfMany || options.csv) {
+                    list->file(path);
+                }
+                return listPackets(path, options, session, *list);
+            },
+            [&](const std::string& name, const Report& report) {
+                if (options.json) {
+                    list->file(name);
+                    list->end(report);
+                }
+            });
 }
 
 }  // namespace ogmprobe

@@ -168,9 +168,17 @@ ExitCode runSeekTest(const SeekTestOptions& options, Session& session) {
     if (options.csv) {
         session.output.write("file,target,landed,off_target,sync,reads,bytes\n");
     }
-    return forEachFile(options.files, session, [&](const std::string& path, bool isOneOfMany) {
-        return testFile(path, isOneOfMany, options, session);
-    });
+    return forEachFile(
+            options.files, session,
+            [&](const std::string& path, bool isOneOfMany) {
+                return testFile(path, isOneOfMany, options, session);
+            },
+            [&](const std::string& name, Report& report) {
+                if (options.json) {
+                    session.output.write(
+                            seekTestDocument(name, SeekTestRecords(session, report), report));
+                }
+            });
 }
 
 }  // namespace ogmprobe

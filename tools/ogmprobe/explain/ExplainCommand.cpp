@@ -134,9 +134,16 @@ ExitCode runExplain(const ExplainOptions& options, Session& session) {
     if (options.csv) {
         session.output.write("file,id,usual,track,serial,offset,time,text\n");
     }
-    return forEachFile(options.files, session, [&](const std::string& path, bool isOneOfMany) {
-        return explainFile(path, isOneOfMany, options, session);
-    });
+    return forEachFile(
+            options.files, session,
+            [&](const std::string& path, bool isOneOfMany) {
+                return explainFile(path, isOneOfMany, options, session);
+            },
+            [&](const std::string& name, const Report& report) {
+                if (options.json) {
+                    session.output.write(toDocument(failureDocument(name, report)));
+                }
+            });
 }
 
 }  // namespace ogmprobe

@@ -49,16 +49,16 @@ class SyncedFile {
     std::optional<FileSync> mSync;
 };
 
-ordered_json syncDocument(const std::string& path, const SyncedFile& synced) {
-    const auto& sync = synced.sync();
+ordered_json syncDocument(const std::string& path, const std::optional<FileSync>& sync,
+                          const Report& report) {
     return {{"schema_version", kSchemaVersion},
             {"path", path},
-            {"exit_code", static_cast<int>(synced.report().worst())},
+            {"exit_code", static_cast<int>(report.worst())},
             {"summary", sync ? ordered_json(worstSentence(*sync)) : ordered_json(nullptr)},
             {"tracks", sync ? tracksJson(*sync) : ordered_json::array()},
             {"pairs", sync ? pairsJson(*sync) : ordered_json::array()},
-            {"errors", synced.report().errorsJson()},
-            {"warnings", synced.report().warningsJson()}};
+            {"errors", report.errorsJson()},
+            {"warnings", report.warningsJson()}};
 }
 
 std::string textOf(const std::string& path, bool isOneOfMany, const SyncOptions& options,
@@ -76,7 +76,7 @@ ExitCode syncFile(const std::string& path, bool isOneOfMany, const SyncOptions& 
     const SyncedFile synced(path, session);
     const auto& sync = synced.sync();
     if (options.json) {
-        session.output.write(toDocument(syncDocument(path, synced)));
+        session.output.write(toDocument(syncDocument(path, sync, synced.report())));
     } else if (sync && options.csv) {
         session.output.write(syncCsvLines(path, *sync));
     } else if (sync) {
@@ -91,9 +91,16 @@ ExitCode runSync(const SyncOptions& options, Session& session) {
     if (options.csv) {
         session.output.write(kSyncCsvHeading);
     }
-    return forEachFile(options.files, session, [&](const std::string& path, bool isOneOfMany) {
-        return syncFile(path, isOneOfMany, options, session);
-    });
+    return forEachFile(
+            options.files, session,
+            [&](const std::string& path, bool isOneOfMany) {
+                return syncFile(path, isOneOfMany, options, session);
+            },
+            [&](const std::string& name, const Report& report) {
+                if (options.json) {
+                    session.output.write(toDocument(syncDocument(name, std::nullopt, report)));
+                }
+            });
 }
 
 }  // namespace ogmprobe

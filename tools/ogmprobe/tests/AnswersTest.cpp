@@ -5,26 +5,15 @@
 //     OGMPROBE_UPDATE_ANSWERS=1 build/host/bin/ogmprobe_samples_test --gtest_filter='*Answers*'
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <map>
-#include <regex>
-#include <set>
-#include <sstream>
+#include <string>
+#include <vector>
 
-#include "Process.h"
-#include "TemporaryFolder.h"
-#include "process/Sanitizers.h"
+#include "Asking.h"
 
 namespace ogmprobe::test::answers_test {
 namespace {
 
-namespace fs = std::filesystem;
-
-/** A command line. It contains names of samples and of the files that damagedCopies() makes. */
+/** A command line; names of samples and of what `damagedCopies` makes stand for these files. */
 struct Question {
     const char* name;
     std::vector<std::string> arguments;
@@ -117,161 +106,13 @@ const std::vector<Question>& questions() {
     return all;
 }
 
-std::string bytesOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-/** The page with this number, from 0, in an undamaged file. */
-size_t pageOffset(const std::string& bytes, size_t number) {
-    size_t offset = 0;
-    for (size_t i = 0; i < number; ++i) {
-        offset = bytes.find("OggS", offset + 1);
-    }
-    return offset;
-}
-
-/** Copies of samples, by their names, each with one change. */
-std::map<std::string, std::string> damagedCopies() {
-    const auto sample = [](const char* name) { return bytesOf(fs::path(OGMPROBE_SAMPLES) / name); };
-    std::map<std::string, std::string> copies;
-    const std::string ac3 = sample("mpeg2_ac3.ogm");
-    copies["cut.ogm"] = ac3.substr(0, ac3.size() / 2);
-    copies["junk.ogm"] = ac3;
-    copies["junk.ogm"].insert(pageOffset(ac3, 40), 3000, '\x55');
-    copies["header.ogm"] = ac3;
-    copies["header.ogm"][pageOffset(ac3, 1)] = 'x';
-    copies["frames.ogm"] = ac3;
-    for (size_t page = 0, at = 0; (at = copies["frames.ogm"].find("\x0b\x77", at)) != ac3.npos;) {
-        copies["frames.ogm"][at] = ++page % 7 == 0 ? '\0' : '\x0b';
-        ++at;
-    }
-    const std::string audio = sample("mpeg4_b_mp3.ogm");
-    copies["checksum.ogm"] = audio;
-    copies["checksum.ogm"][pageOffset(audio, 30) + 100] ^= 1;
-    copies["granule.ogm"] = audio;
-    copies["granule.ogm"].replace(pageOffset(audio, 60) + 6, 8, std::string(8, '\x01'));
-    copies["marker.ogm"] = audio;
-    copies["marker.ogm"][407] = '\0';
-    const std::string three = sample("mpeg4_mp3_ac3.ogm");
-    copies["version.ogm"] = three;
-    copies["version.ogm"][pageOffset(three, 50) + 4] = '\x07';
-    copies["text.ogm"] = "no media\n";
-    return copies;
-}
-
-std::string digestOf(const std::string& text) {
-    constexpr uint64_t kStart = 0xcbf29ce484222325;
-    constexpr uint64_t kPrime = 0x100000001b3;
-    uint64_t digest = kStart;
-    for (const char letter : text) {
-        digest = (digest ^ static_cast<uint8_t>(letter)) * kPrime;
-    }
-    std::ostringstream out;
-    out << std::hex << digest;
-    return out.str();
-}
-
-/** The text; if it is long, only its beginning and a digest of the whole. */
-std::string shortened(const std::string& text) {
-    constexpr int64_t kMaxLines = 90;
-    constexpr size_t kKept = 40;
-    const int64_t lines = std::count(text.begin(), text.end(), '\n');
-    if (lines <= kMaxLines) {
-        return text;
-    }
-    size_t end = 0;
-    for (size_t i = 0; i < kKept; ++i) {
-        end = text.find('\n', end) + 1;
-    }
-    return text.substr(0, end) + "... " + std::to_string(lines) + " lines, digest " +
-           digestOf(text) + "\n";
-}
-
-std::string replacedAll(std::string text, const std::string& from, const std::string& to) {
-    for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {
-        text.replace(at, from.size(), to);
-    }
-    return text;
-}
-
-/** Runs the program in a folder with all files and returns its complete output. */
-class Asking {
-  public:
-    Asking() {
-        for (const auto& [name, bytes] : damagedCopies()) {
-            mFolder.write(name, bytes);
-        }
-        fs::create_directory(mFolder.path("out"));
-    }
-
-    std::string answerTo(const Question& question) const {
-        std::vector<std::string> arguments;
-        std::string line = "$ ogmprobe";
-        for (const std::string& argument : question.arguments) {
-            arguments.push_back(pathOf(argument));
-            line += " " + argument;
-        }
-        const ProcessResult result = runProbe(arguments);
-        return line + "\n" + shortened(plain(result.out)) + "--- standard error\n" +
-               shortened(plain(result.err)) + "--- exit code " + std::to_string(result.exitCode) +
-               "\n" + writtenFiles();
-    }
-
-  private:
-    std::string pathOf(const std::string& argument) const {
-        const fs::path sample = fs::path(OGMPROBE_SAMPLES) / argument;
-        const bool isOutput = argument.rfind("out/", 0) == 0;
-        const bool isFile = argument.find(".ogm") != std::string::npos;
-        return isFile && fs::exists(sample) ? sample.string()
-               : isOutput || isFile         ? mFolder.path(argument)
-                                            : argument;
-    }
-
-    /** Removes the folders, and times and processes of log lines. */
-    std::string plain(const std::string& text) const {
-        static const std::regex stamp("\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d +\\d+ +\\d+\\]");
-        const std::string paths = replacedAll(replacedAll(text, OGMPROBE_SAMPLES "/", ""),
-                                              mFolder.path().string() + "/", "");
-        return std::regex_replace(paths, stamp, "TIME PROCESS THREAD]");
-    }
-
-    std::string writtenFiles() const {
-        std::set<std::string> lines;
-        for (const auto& entry : fs::directory_iterator(mFolder.path("out"))) {
-            const std::string bytes = bytesOf(entry.path());
-            lines.insert(entry.path().filename().string() + ": " + std::to_string(bytes.size()) +
-                         " bytes, digest " + digestOf(plain(bytes)) + "\n");
-        }
-        std::string text;
-        for (const std::string& line : lines) {
-            text += "--- wrote " + line;
-        }
-        return text;
-    }
-
-    TemporaryFolder mFolder;
-};
-
-/** With sanitizers the plug-in may write to standard error, because of their reports. */
-std::string comparable(const std::string& answer) {
-    const size_t begin = answer.find("--- standard error");
-    const size_t end = answer.rfind("--- exit code");
-    return kSanitized && begin < end ? answer.substr(0, begin) + answer.substr(end) : answer;
-}
-
 class Answers : public testing::TestWithParam<Question> {};
 
 TEST_P(Answers, AreTheKeptOnes) {
     if (!canFilterSystemCalls()) {
         GTEST_SKIP() << "each answer has a warning more where system calls are not filtered";
     }
-    const fs::path kept = fs::path(OGMPROBE_ANSWERS) / (std::string(GetParam().name) + ".txt");
-    const std::string answer = Asking().answerTo(GetParam());
-    if (std::getenv("OGMPROBE_UPDATE_ANSWERS") != nullptr) {
-        std::ofstream(kept, std::ios::binary) << answer;
-    }
-    EXPECT_EQ(comparable(answer), comparable(bytesOf(kept)));
+    answers::expectKept(GetParam().name, answers::Asking().answerTo(GetParam().arguments));
 }
 
 INSTANTIATE_TEST_SUITE_P(OnSamples, Answers, testing::ValuesIn(questions()),
@@ -280,13 +121,9 @@ INSTANTIATE_TEST_SUITE_P(OnSamples, Answers, testing::ValuesIn(questions()),
 TEST(AnswersFolder, HoldsNoUnusedAnswer) {
     std::set<std::string> asked;
     for (const Question& question : questions()) {
-        asked.insert(std::string(question.name) + ".txt");
+        asked.insert(question.name);
     }
-    std::set<std::string> kept;
-    for (const auto& entry : fs::directory_iterator(OGMPROBE_ANSWERS)) {
-        kept.insert(entry.path().filename().string());
-    }
-    EXPECT_EQ(kept, asked);
+    EXPECT_EQ(answers::keptNames("all_", false), asked);
 }
 
 }  // namespace

@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "BitWriter.h"
 
 namespace ogmprobe {
 namespace {
@@ -49,6 +53,74 @@ TEST(AudioDetails, OfEnhancedAc3SayNothingOfTheService) {
     EXPECT_EQ(audioDetailsText(
                       ac3AudioDetails(Bytes{0x0b, 0x77, 0x00, 0x7f, 0x3f, 0x87, 0x00, 0, 0, 0})),
               "3/2.1, dialogue at -28 dB");
+}
+
+/** A header of AC-3 at 48 kHz and 128 kbit/s. */
+Bytes ac3Header(uint32_t service, uint32_t layout, bool hasLow, uint32_t dialogue) {
+    test::BitWriter bits;
+    bits.put(0x0b77, 16).put(0, 16).put(0x14, 8).put(8, 5).put(service, 3).put(layout, 3);
+    bits.put(0xf, layout != 1 && layout % 2 != 0 ? 2 : 0);
+    bits.put(0xf, layout >= 4 ? 2 : 0);
+    bits.put(0xf, layout == 2 ? 2 : 0);
+    bits.put(hasLow ? 1 : 0, 1).put(dialogue, 5).put(0, 24);
+    return bits.bytes();
+}
+
+TEST(AudioDetails, NameEachLayoutOfAc3) {
+    struct Case {
+        const char* alone;
+        const char* withLow;
+    };
+    const std::vector<Case> layouts = {{"dual mono", "dual mono and a low channel"},
+                                       {"mono", "mono and a low channel"},
+                                       {"stereo", "stereo and a low channel"},
+                                       {"3/0", "3/0.1"},
+                                       {"2/1", "2/1.1"},
+                                       {"3/1", "3/1.1"},
+                                       {"2/2", "2/2.1"},
+                                       {"3/2", "3/2.1"}};
+    for (uint32_t layout = 0; layout < layouts.size(); ++layout) {
+        const auto alone = ac3AudioDetails(ac3Header(0, layout, false, 20));
+        EXPECT_EQ(alone.layout, layouts[layout].alone);
+        EXPECT_EQ(alone.dialogueDb, -20) << layout;
+        const auto withLow = ac3AudioDetails(ac3Header(0, layout, true, 1));
+        EXPECT_EQ(withLow.layout, layouts[layout].withLow);
+        EXPECT_EQ(withLow.dialogueDb, -1) << layout;
+    }
+}
+
+TEST(AudioDetails, NameEachServiceOfAc3) {
+    const std::vector<std::string> services = {"complete main",
+                                               "music and effects",
+                                               "for the visually impaired",
+                                               "for the hearing impaired",
+                                               "dialogue",
+                                               "commentary",
+                                               "emergency",
+                                               "voice-over"};
+    for (uint32_t service = 0; service < services.size(); ++service) {
+        EXPECT_EQ(ac3AudioDetails(ac3Header(service, 2, false, 31)).service, services[service]);
+    }
+}
+
+TEST(AudioDetails, TakeAMarkOnlyAsFarAsItIsAVersion) {
+    const std::vector<std::pair<std::string, std::string>> marks = {
+            {"LAME", ""},
+            {"LAMEr", ""},
+            {"LAME3", "LAME3"},
+            {"LAME3.90a", "LAME3.90a"},
+            {"LAME3.90b.", "LAME3.90b"},
+            {"LAME3.90c", "LAME3.90"},
+            {"LAME3.90rr", "LAME3.90r"},
+            {"LAME3.100.9", "LAME3.100.9"},
+            {"LAME3.100.999", "LAME3.100.99"},
+            {"LAME3.100.99r", "LAME3.100.99"},
+            {"LAME3.100.9r", "LAME3.100.9r"},
+            {"LAME/:", ""},
+    };
+    for (const auto& [text, version] : marks) {
+        EXPECT_EQ(mpegAudioDetails(withText(mpegFrame(0), text)).encoder, version) << text;
+    }
 }
 
 TEST(AudioDetails, AreEmptyWithoutAHeader) {

@@ -3,7 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
 #include <vector>
+
+#include "BitWriter.h"
+#include "codecs/BitReader.h"
 
 namespace ogmprobe {
 namespace {
@@ -108,6 +112,61 @@ TEST(AudioFrame, DtsSaysItsSizeInEachForm) {
     EXPECT_EQ(substream->kind, AudioFrame::Kind::kDtsSubstream);
     EXPECT_EQ(substream->size, 0x1235U);
     EXPECT_FALSE(dtsFrameAt(Bytes{0x7f, 0xfe, 0x80}));
+}
+
+/** The fields of a core from its sync word on, in one of the forms in which DTS is stored. */
+Bytes dtsCore(uint32_t channels, uint32_t rate, bool fourteenBits, bool littleEndian) {
+    test::BitWriter fields;
+    fields.put(0x7ffe8001, 32).put(1, 1).put(31, 5).put(0, 1).put(15, 7).put(1005, 14);
+    fields.put(channels, 6).put(rate, 4).put(0, 22);
+    // 14 bits of each word are used; the sign of the word is repeated before them.
+    const Bytes& plain = fields.bytes();
+    BitReader bits(plain);
+    test::BitWriter words;
+    const unsigned width = fourteenBits ? 14 : 16;
+    for (unsigned used = 0; used + width <= 8 * plain.size(); used += width) {
+        const uint32_t word = bits.take(width);
+        const bool isNegative = fourteenBits && word >> 13 != 0;
+        words.put(isNegative ? 3 : 0, 16 - width).put(word, width);
+    }
+    Bytes bytes = words.bytes();
+    for (size_t i = 0; littleEndian && i + 1 < bytes.size(); i += 2) {
+        std::swap(bytes[i], bytes[i + 1]);
+    }
+    return bytes;
+}
+
+TEST(AudioFrame, DtsHasTheSameFieldsInEachOfItsFourForms) {
+    for (const bool fourteenBits : {false, true}) {
+        for (const bool littleEndian : {false, true}) {
+            const Bytes core = dtsCore(9, 13, fourteenBits, littleEndian);
+            const auto frame = dtsFrameAt(core);
+            ASSERT_TRUE(frame) << fourteenBits << littleEndian;
+            EXPECT_EQ(frame->fourteenBits, fourteenBits);
+            EXPECT_EQ(frame->littleEndian, littleEndian);
+            EXPECT_EQ(frame->size, fourteenBits ? 1006U * 16 / 14 : 1006U);
+            EXPECT_EQ(frame->samples, 512U);
+            EXPECT_EQ(frame->sampleRate, 48000U);
+            EXPECT_EQ(frame->channels, 5U);
+            for (size_t i = 0; i < 4; ++i) {
+                Bytes other = core;
+                other[i] ^= 1;
+                EXPECT_FALSE(dtsFrameAt(other)) << i;
+            }
+        }
+    }
+}
+
+TEST(AudioFrame, DtsSaysItsRateAndItsChannelsByTables) {
+    const std::vector<uint32_t> rates = {0,     8000, 16000, 32000, 0,     0,     11025, 22050,
+                                         44100, 0,    0,     12000, 24000, 48000, 0,     0};
+    for (uint32_t code = 0; code < rates.size(); ++code) {
+        EXPECT_EQ(dtsFrameAt(dtsCore(2, code, false, false))->sampleRate, rates[code]) << code;
+    }
+    const std::vector<uint32_t> channels = {1, 2, 2, 2, 2, 3, 3, 4, 4, 5, 0, 0};
+    for (uint32_t code = 0; code < channels.size(); ++code) {
+        EXPECT_EQ(dtsFrameAt(dtsCore(code, 13, false, false))->channels, channels[code]) << code;
+    }
 }
 
 }  // namespace

@@ -7,6 +7,7 @@ namespace {
 
 using nlohmann::json;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -180,6 +181,44 @@ TEST(CompareDevice, AFileThatIsNotADumpIsRefused) {
     EXPECT_THAT(file.runWith(std::string(2000000, ' ')).err, HasSubstr("line 1: it is too long"));
     EXPECT_THAT(file.runWith(header + "\n{\"type\":\"seek\",\"target_us\":0}").err,
                 HasSubstr("line 2: it was made with seeks, which are not compared"));
+}
+
+TEST(CompareDevice, SaysWhatIsWrongWithALineOfADump) {
+    DeviceFile file;
+    const std::string header = R"({"type":"header","schema_version":1,"digest":"fnv1a64"})";
+    const std::string track = "\n" + file.lines()[1].dump();
+    const auto buffer = [](const std::string& digest) {
+        return R"(
+{"type":"buffer","track":0,"time_us":0,"size":1,"sync":true,"digest":")" +
+               digest + "\"}";
+    };
+    const std::vector<std::pair<std::string, std::string>> cases = {
+            {"", "it is empty"},
+            {"text", "line 1 is not from ogmdump"},
+            {"{\"type\":\"end\"}", "line 1: it does not begin with a header line"},
+            {R"({"type":"header","schema_version":2,"digest":"fnv1a64"})",
+             "line 1: it is of another version than this program's"},
+            {R"({"type":"header","schema_version":1,"digest":"md5"})",
+             "line 1: it is of another version than this program's"},
+            {header + "\n{\"type\":\"other\"}", "line 2: a line has an unknown type"},
+            {header + "\n{\"type\":\"track\",\"index\":-1}",
+             "line 2: a track's number is out of range"},
+            {header + "\n{\"type\":\"track\",\"index\":100000}",
+             "line 2: a track's number is out of range"},
+            {header + "\n{\"type\":\"track\",\"index\":99999}", "line 2 is not from ogmdump"},
+            {header + buffer("0"), "line 2: a buffer is of a track that has no line"},
+            {header + track + buffer("0g"), "line 3: a digest is no hexadecimal number"},
+            {header + track + buffer(""), "line 3: a digest is no hexadecimal number"},
+            {header + track + buffer("10000000000000000"),
+             "line 3: a digest is no hexadecimal number"},
+            {std::string((1 << 20) + 2, ' '), "line 1: it is too long"},
+            {std::string((1 << 20), ' ') + "\n", "line 1 is not from ogmdump"},
+    };
+    for (const auto& [text, reason] : cases) {
+        const auto result = file.runWith(text);
+        EXPECT_EQ(result.exitCode, 2) << reason;
+        EXPECT_THAT(result.err, EndsWith("no dump of a device: " + reason + "\n"));
+    }
 }
 
 TEST(CompareDevice, IgnoresWhatADeviceDoesNotReport) {

@@ -4,6 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace ogmprobe {
 namespace {
 
@@ -66,10 +70,49 @@ TEST(EsDescriptor, PassesOverTheOptionalFields) {
     EXPECT_THAT(es->tags, ElementsAre(3, 6));
 }
 
+TEST(EsDescriptor, HasTheDirectionBesideTheTypeOfTheStream) {
+    Bytes bytes = kEsds;
+    bytes[10] = 0x13;
+    const auto es = parseEsDescriptor(bytes);
+    ASSERT_TRUE(es && es->decoderConfig);
+    EXPECT_EQ(es->decoderConfig->streamType, 4);
+    EXPECT_TRUE(es->decoderConfig->upStream);
+}
+
+TEST(EsDescriptor, HasEachByteOfItsNumbers) {
+    Bytes bytes = kEsds;
+    for (size_t i = 3; i < 5; ++i) {
+        bytes[i] = static_cast<uint8_t>(i);
+    }
+    for (size_t i = 11; i < 22; ++i) {
+        bytes[i] = static_cast<uint8_t>(0xa0 + i);
+    }
+    const auto es = parseEsDescriptor(bytes);
+    ASSERT_TRUE(es && es->decoderConfig);
+    EXPECT_EQ(es->esId, 0x0304);
+    EXPECT_EQ(es->decoderConfig->bufferSizeDb, 0xabacadU);
+    EXPECT_EQ(es->decoderConfig->maxBitrate, 0xaeafb0b1U);
+    EXPECT_EQ(es->decoderConfig->avgBitrate, 0xb2b3b4b5U);
+}
+
+TEST(EsDescriptor, PassesOverEachOptionalFieldAlone) {
+    EXPECT_THAT(parseEsDescriptor(Bytes{3, 7, 0, 1, 0x80, 4, 1, 6, 0})->tags, ElementsAre(3, 6));
+    EXPECT_THAT(parseEsDescriptor(Bytes{3, 8, 0, 1, 0x40, 2, 4, 1, 6, 0})->tags, ElementsAre(3, 6));
+    EXPECT_THAT(parseEsDescriptor(Bytes{3, 7, 0, 1, 0x20, 4, 1, 6, 0})->tags, ElementsAre(3, 6));
+    EXPECT_THAT(parseEsDescriptor(Bytes{3, 5, 0, 1, 0x1f, 6, 0})->tags, ElementsAre(3, 6));
+}
+
 TEST(ObjectTypeName, KnowsTheTypesOfTheStandard) {
-    EXPECT_EQ(objectTypeName(0x20), "MPEG-4 Part 2 video");
-    EXPECT_EQ(objectTypeName(0x40), "MPEG-4 audio");
-    EXPECT_EQ(objectTypeName(0x00), "unknown");
+    const std::vector<std::pair<uint8_t, std::string>> names = {
+            {0x00, "unknown"},      {0x20, "MPEG-4 Part 2 video"},
+            {0x21, "H.264"},        {0x40, "MPEG-4 audio"},
+            {0x60, "MPEG-2 video"}, {0x61, "MPEG-2 video"},
+            {0x69, "MPEG-2 audio"}, {0x6a, "MPEG-1 video"},
+            {0x6b, "MPEG-1 audio"}, {0x6c, "JPEG"},
+            {0xff, "unknown"}};
+    for (const auto& [value, name] : names) {
+        EXPECT_EQ(objectTypeName(value), name) << int{value};
+    }
 }
 
 }  // namespace

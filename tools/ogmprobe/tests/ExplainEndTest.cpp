@@ -113,5 +113,93 @@ TEST(ExplainEnd, ADeathIsReportedWithTheLastRead) {
               "read was at offset 0.");
 }
 
+TEST(ExplainEnd, AnAssertionOfThePluginIsExplained) {
+    const std::vector<std::pair<std::string, std::string>> causes = {
+            {"Ogmavc_utils:542 CHECK(x) failed.",
+             " A video object layer header is of fine granularity scalable video."},
+            {"Ogmavc_utils:573 CHECK(x) failed.",
+             " A video object layer header is not of rectangular pictures."},
+            {"Ogmavc_utils:589 CHECK(x) failed.",
+             " A video object layer header has a fixed rate and a resolution of 0."},
+            {"Ogmavc_utils:768 CHECK(x) failed.",
+             " There are more than 16361 bytes between the video object layer header and the first "
+             "picture."},
+            {"Ogmavc_utils:1 CHECK(br.getBits(1)) failed.",
+             " A marker bit of a video object layer header is 0."},
+            {"Ogmavc_utils:2 CHECK(getBitsGraceful(1)) failed.",
+             " A video object layer header, or the beginning of an AC-3 frame, is cut off."},
+            {"OgmExtractor:717 CHECK(x) failed.",
+             " An MPEG audio frame has a negative time: its granule position is too large."},
+            {"OgmExtractor:783 CHECK(x) failed.",
+             " A DTS frame has a negative time: its granule position is too large."},
+            {"OgmExtractor:499 CHECK(x) failed.",
+             " The frames have more bytes than the packets brought."},
+            {"OgmExtractor:4990 CHECK(x) failed.", ""},
+    };
+    for (const auto& [assertion, cause] : causes) {
+        const auto findings = fakeFindings("assert " + assertion, 4);
+        ASSERT_EQ(findings.size(), 1U);
+        EXPECT_EQ(findings[0]["text"],
+                  "Playing did not end: the extractor died in read: " + assertion + cause +
+                          " The last read was at offset 0.");
+    }
+}
+
+TEST(ExplainEnd, ATrackThatDoesNotStartIsReported) {
+    const FakePlugin plugin;
+    auto video = fakeVideo();
+    video["start"] = -10001;
+    const ProcessResult result =
+            FakePlugin::run({"explain", "--json", plugin.file(fakeFile({video}))});
+    EXPECT_EQ(result.exitCode, 2);
+    const auto findings = nlohmann::json::parse(result.out)["findings"];
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0]["id"], "not-played");
+    EXPECT_EQ(findings[0]["text"],
+              "The file was not played to its end: track 0 does not start: AMEDIA_ERROR_MALFORMED "
+              "(-10001).");
+}
+
+TEST(ExplainEnd, AFileThatBeginsWithDataIsReadAgainAndAgain) {
+    OgmFile file;
+    file.addData(1, 1, dataPacket(kSyncPacket, pattern(50, 1)));
+    file.addHeader(1, VideoHeader());
+    for (int i = 2; i <= 30; ++i) {
+        file.addData(1, i, dataPacket(kSyncPacket, pattern(50, i)));
+    }
+    const auto findings = ExplainedFile(file.bytes()).findings("extractor-ended");
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_THAT(findings[0]["text"].get<std::string>(),
+                HasSubstr("The file begins with a data page, and offset 0 means an unknown place, "
+                          "so that page is read again and again."));
+}
+
+TEST(ExplainLines, WhatMisleadsIsNamedWhereItIsLogged) {
+    struct Case {
+        std::string line;
+        size_t count;
+        std::string id;
+    };
+    for (const Case& expected :
+         {Case{"getNextGranulePosition failed,set averGranulePosition to 0 now", 1,
+               "average-logged-wrong"},
+          Case{"*** Skip 3", 1, "junk-look-up-early"}, Case{"other", 2, ""}}) {
+        const FakePlugin plugin;
+        auto video = fakeVideo();
+        for (size_t i = 0; i < expected.count; ++i) {
+            video["buffers"][i]["log"] = expected.line;
+        }
+        const auto document = nlohmann::json::parse(
+                FakePlugin::run({"explain", "--json", plugin.file(fakeFile({video}))}).out);
+        const auto& findings = document["findings"];
+        ASSERT_EQ(findings.size(), expected.id.empty() ? 0U : 1U) << document;
+        if (!expected.id.empty()) {
+            EXPECT_EQ(findings[0]["id"], expected.id);
+            EXPECT_EQ(findings[0]["usual"], true);
+            EXPECT_EQ(findings[0]["log"]["text"], expected.line);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace ogmprobe::test::explain_end_test

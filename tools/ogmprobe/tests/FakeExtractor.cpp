@@ -15,8 +15,9 @@
 //                "end": MISCHIEF or STATUS, after the last buffer; end of stream by default
 //                "keep": true}]}          holds a buffer until after its group is freed
 //
-// MISCHIEF is one of the words in Mischief.cpp; "null" makes creation fail. A seek goes to the
-// first buffer at or after its time. The framework's calls are logged at info level.
+// MISCHIEF is one of the words in Mischief.cpp, or "assert TEXT"; "null" makes creation fail. A
+// seek goes to the first buffer at or after its time. The framework's calls are logged at info
+// level.
 #define LOG_TAG "FakeExtractor"
 
 #include <media/MediaExtractorPluginApi.h>
@@ -24,6 +25,7 @@
 #include <media/NdkMediaFormat.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -234,13 +236,22 @@ android::CreatorFunc sniff(android::CDataSource* source, float* confidence, void
 
 const char* kTypes[] = {"fake", nullptr};
 
+/** Whether the environment asks for a definition without this, which a loader refuses. */
+bool lacks(const char* what) {
+    const char* asked = std::getenv("FAKE_EXTRACTOR_LACKS");
+    return asked != nullptr && std::strcmp(asked, what) == 0;
+}
+
 }  // namespace
 
 extern "C" __attribute__((visibility("default"))) android::ExtractorDef GETEXTRACTORDEF() {
     ogmprobe::test::lookForSharedMemory();
-    return {android::EXTRACTORDEF_VERSION,
-            android::UUID("6f1c53a0-7b0a-4d57-9d2e-3a54c1f0e8b7"),
+    return {lacks("version") ? android::EXTRACTORDEF_VERSION + 1 : android::EXTRACTORDEF_VERSION,
+            lacks("uuid") ? android::media_uuid_t{}
+                          : android::UUID("6f1c53a0-7b0a-4d57-9d2e-3a54c1f0e8b7"),
             1,
-            "Fake Extractor",
-            {.v3 = {sniff, kTypes}}};
+            lacks("name")      ? nullptr
+            : lacks("letters") ? ""
+                               : "Fake Extractor",
+            {.v3 = {sniff, lacks("types") ? nullptr : kTypes}}};
 }

@@ -194,6 +194,10 @@ const std::map<std::string, void (*)(android::CDataSource*)> kMischief = {
 }  // namespace
 
 void misbehave(const std::string& what, android::CDataSource* source) {
+    const std::string assertion = "assert ";
+    if (what.rfind(assertion, 0) == 0) {
+        __android_log_assert("false", LOG_TAG, "%s", what.c_str() + assertion.size());
+    }
     const auto mischief = kMischief.find(what);
     if (mischief != kMischief.end()) {
         mischief->second(source);

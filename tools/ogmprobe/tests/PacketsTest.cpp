@@ -174,6 +174,26 @@ TEST(Packets, OfOtherTracksContinueWhenOneCannotBeRead) {
               "reading track 0 failed: AMEDIA_ERROR_IO (-10007)");
 }
 
+TEST(Packets, EndWithTheNameOfTheStatusThatAReadReturned) {
+    const FakePlugin plugin;
+    for (const auto& [status, name] :
+         std::vector<std::pair<int, std::string>>{{-10000, "AMEDIA_ERROR_UNKNOWN"},
+                                                  {-10001, "AMEDIA_ERROR_MALFORMED"},
+                                                  {-10002, "AMEDIA_ERROR_UNSUPPORTED"},
+                                                  {-10005, "AMEDIA_ERROR_INVALID_OPERATION"},
+                                                  {-10007, "AMEDIA_ERROR_IO"},
+                                                  {-10008, "AMEDIA_ERROR_WOULD_BLOCK"},
+                                                  {-10004, "status"}}) {
+        auto video = fakeVideo();
+        video["end"] = status;
+        const std::string file = plugin.file(fakeFile({video}));
+        const ProcessResult result = FakePlugin::run({"packets", file});
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.err, "ogmprobe: error: " + file + ": reading track 0 failed: " + name +
+                                      " (" + std::to_string(status) + ")\n");
+    }
+}
+
 TEST(Packets, WithoutATimeOrWithoutABufferAreFailures) {
     const FakePlugin plugin;
     auto withoutTime = fakeVideo();

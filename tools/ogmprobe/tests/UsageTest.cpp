@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -70,6 +71,84 @@ TEST(Usage, ExitsWithTwoForAPluginThatCannotBeLoaded) {
     EXPECT_THAT(result.err, HasSubstr("cannot load the plug-in"));
 }
 
+TEST(Usage, ExitsWithTwoForAPluginThatTheFrameworkWouldRefuse) {
+    const FakePlugin plugin;
+    const std::string file = plugin.file(fakeFile({fakeVideo()}));
+    for (const auto& [lacking, reason] :
+         {std::pair{"version", "definition version 4"}, std::pair{"uuid", "no UUID"},
+          std::pair{"name", "no name"}, std::pair{"letters", "no name"},
+          std::pair{"types", "no list of types"}}) {
+        ProcessSetup setup;
+        setup.environment = {{"FAKE_EXTRACTOR_LACKS", lacking}};
+        const ProcessResult result = FakePlugin::run({"info", file}, setup);
+        EXPECT_EQ(result.exitCode, 2) << lacking;
+        EXPECT_EQ(result.err, "ogmprobe: error: the loader refuses " OGMPROBE_FAKE_PLUGIN ": " +
+                                      std::string(reason) + "\n");
+    }
+}
+
+TEST(Usage, ExitsWithTwoForALibraryThatIsNoPlugin) {
+    const FakePlugin plugin;
+    const std::string file = plugin.file(fakeFile({fakeVideo()}));
+    Dl_info library = {};
+    ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "__cxa_throw"), &library), 0);
+    const std::string path = library.dli_fname;
+    const ProcessResult result = runProbe({"--plugin", path, "info", file});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.err,
+              "ogmprobe: error: " + path + " is no plug-in: it lacks GETEXTRACTORDEF\n");
+}
+
+TEST(Usage, ExitsWithTwoWithoutAPluginBesideTheProgram) {
+    const FakePlugin plugin;
+    const std::string file = plugin.file(fakeFile({fakeVideo()}));
+    const std::string program = plugin.folder().path("ogmprobe");
+    std::filesystem::copy_file(OGMPROBE_PROGRAM, program);
+    const ProcessResult result = runProgram(program, {"info", file});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.err,
+              "ogmprobe: error: there is no plug-in beside this program; name one with --plugin\n");
+}
+
+TEST(Usage, WarnsOfFormatsThatMakeClientsFail) {
+    const FakePlugin plugin;
+    const std::string videoLost =
+            "track 0 has no picture size: clients lose the rest of its format";
+    const std::string audioLost =
+            "track 0 has no sample rate or channel count: clients lose the rest of its format";
+    struct Case {
+        nlohmann::json track;
+        const char* key;
+        nlohmann::json value;
+        std::string warning;
+    };
+    for (const Case& expected : {
+                 Case{fakeVideo(), "mime", nullptr, "track 0 has no MIME type: clients abort"},
+                 Case{fakeVideo(), "width", nullptr, videoLost},
+                 Case{fakeVideo(), "height", nullptr, videoLost},
+                 Case{fakeVideo(), "width", 0, videoLost},
+                 Case{fakeVideo(), "height", -1, videoLost},
+                 Case{fakeVideo(), "height", 1, ""},
+                 Case{fakeAudio(), "sample-rate", nullptr, audioLost},
+                 Case{fakeAudio(), "sample-rate", 0, audioLost},
+                 Case{fakeAudio(), "channel-count", nullptr, audioLost},
+                 Case{fakeAudio(), "channel-count", -1, audioLost},
+                 Case{fakeAudio(), "channel-count", 0, ""},
+         }) {
+        nlohmann::json track = expected.track;
+        track["format"].erase(expected.key);
+        if (!expected.value.is_null()) {
+            track["format"][expected.key] = expected.value;
+        }
+        const std::string file = plugin.file(fakeFile({track}));
+        EXPECT_EQ(FakePlugin::run({"info", file}).err,
+                  expected.warning.empty()
+                          ? ""
+                          : "ogmprobe: warning: " + file + ": " + expected.warning + "\n")
+                << expected.key << " " << expected.value;
+    }
+}
+
 TEST(Usage, ExitsWithThreeForAFileThatThePluginDoesNotClaim) {
     const FakePlugin plugin;
     const ProcessResult result =
@@ -84,7 +163,7 @@ TEST(Usage, ExitsWithThreeForAFileThatThePluginClaimsButRefuses) {
     script["create"] = "null";
     const ProcessResult result = FakePlugin::run({"info", plugin.file(script)});
     EXPECT_EQ(result.exitCode, 3);
-    EXPECT_THAT(result.err, HasSubstr("refused"));
+    EXPECT_THAT(result.err, HasSubstr("recognised, but refused by the Fake Extractor"));
 }
 
 TEST(Usage, ContinuesAfterABadFileAndExitsWithTheLargestCode) {

@@ -4,11 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "BitWriter.h"
 
 namespace ogmprobe {
 namespace {
 
+using test::BitWriter;
 using Bytes = std::vector<uint8_t>;
 
 const Bytes kObjectLayer = {0x00, 0x00, 0x01, 0x20, 0x08, 0xd4, 0x8d, 0x08, 0x00, 0xcd,
@@ -43,26 +47,6 @@ TEST(Mpeg4Facts, AreEmptyWhereTheLayerIsMissingOrCutOff) {
     EXPECT_FALSE(mpeg4Facts(Bytes{0x00, 0x00, 0x01, 0xb6, 0x00}));
     EXPECT_FALSE(mpeg4Facts(std::span(kObjectLayer).first(9)));
 }
-
-/** Writes bits from the most significant one on. */
-class BitWriter {
-  public:
-    BitWriter& put(uint32_t value, unsigned count) {
-        for (; count > 0; --count) {
-            if (mUsed % 8 == 0) {
-                mBytes.push_back(0);
-            }
-            mBytes.back() |= static_cast<uint8_t>((value >> (count - 1) & 1U) << (7 - mUsed % 8));
-            ++mUsed;
-        }
-        return *this;
-    }
-    const Bytes& bytes() const { return mBytes; }
-
-  private:
-    Bytes mBytes;
-    unsigned mUsed = 0;
-};
 
 /** A layer of version 2, up to its size; the size is 176x144. */
 BitWriter secondVersionLayer() {
@@ -143,6 +127,85 @@ TEST(Mpeg2Facts, AreThoseOfMpeg1WithoutAnExtension) {
     const auto facts = mpeg2Facts(kSequence);
     ASSERT_TRUE(facts);
     EXPECT_EQ(videoFactsText(*facts), "MPEG-1, 720x576, progressive, 4:2:0");
+}
+
+/** A sequence of 720x576 with its extension. */
+Bytes mpeg2Sequence(uint32_t aspect, uint32_t profile, uint32_t level, uint32_t chroma) {
+    BitWriter bits;
+    bits.put(0x1b3, 32).put(720, 12).put(576, 12).put(aspect, 4).put(3, 4);
+    bits.put(0x1b5, 32).put(1, 4).put(1, 1).put(profile, 3).put(level, 4).put(1, 1).put(chroma, 2);
+    bits.put(0, 17);
+    return bits.bytes();
+}
+
+TEST(Mpeg2Facts, HaveTheNamesOfTheirCodes) {
+    using Names = std::vector<std::pair<uint32_t, std::string>>;
+    for (const auto& [code, name] : Names{{0, ""},
+                                          {1, "1:1"},
+                                          {2, "4:3 picture"},
+                                          {3, "16:9 picture"},
+                                          {4, "2.21:1 picture"},
+                                          {5, ""}}) {
+        EXPECT_EQ(mpeg2Facts(mpeg2Sequence(code, 4, 8, 1))->aspect, name) << code;
+    }
+    for (const auto& [code, name] : Names{{0, ""},
+                                          {1, "High"},
+                                          {2, "Spatially Scalable"},
+                                          {3, "SNR Scalable"},
+                                          {4, "Main"},
+                                          {5, "Simple"},
+                                          {6, ""}}) {
+        EXPECT_EQ(mpeg2Facts(mpeg2Sequence(3, code, 8, 1))->profile, name) << code;
+    }
+    for (const auto& [code, name] :
+         Names{{3, ""}, {4, "High"}, {5, ""}, {6, "High 1440"}, {8, "Main"}, {10, "Low"}}) {
+        EXPECT_EQ(mpeg2Facts(mpeg2Sequence(3, 4, code, 1))->level, name) << code;
+    }
+    for (const auto& [code, name] : Names{{0, ""}, {1, "4:2:0"}, {2, "4:2:2"}, {3, "4:4:4"}}) {
+        EXPECT_EQ(mpeg2Facts(mpeg2Sequence(3, 4, 8, code))->chroma, name) << code;
+    }
+}
+
+TEST(Mpeg2Facts, AreOfMpeg1WithoutAWholeExtensionOfTheSequence) {
+    const Bytes whole = mpeg2Sequence(1, 4, 8, 1);
+    const size_t extension = 8;
+    for (size_t size = whole.size() - 1; size > extension + 6; --size) {
+        EXPECT_EQ(mpeg2Facts(std::span(whole).first(size))->profile, "Main") << size;
+    }
+    for (size_t size = extension; size <= extension + 6; ++size) {
+        EXPECT_EQ(videoFactsText(*mpeg2Facts(std::span(whole).first(size))),
+                  "MPEG-1, 720x576, sample aspect 1:1, 5:4 picture, progressive, 4:2:0")
+                << size;
+    }
+    Bytes another = whole;
+    another[extension + 4] = 0x24;
+    EXPECT_EQ(mpeg2Facts(another)->profile, "MPEG-1") << "with a display extension alone";
+}
+
+TEST(Mpeg2Facts, AreNoneOfASequenceThatIsCutOff) {
+    EXPECT_FALSE(mpeg2Facts(std::span(kSequence).first(7)));
+    EXPECT_TRUE(mpeg2Facts(std::span(kSequence).first(8)));
+}
+
+TEST(VideoFactsText, NamesOnlyWhatIsKnown) {
+    VideoFacts facts;
+    EXPECT_EQ(videoFactsText(facts), "");
+    facts.width = 720;
+    facts.height = 576;
+    facts.aspect = "16:11";
+    EXPECT_EQ(videoFactsText(facts), "720x576, sample aspect 16:11, 20:11 picture");
+    facts.bPictures = 0;
+    facts.packed = true;
+    EXPECT_EQ(videoFactsText(facts),
+              "720x576, sample aspect 16:11, 20:11 picture, no B pictures, packed");
+    facts.aspect = "0:11";
+    facts.bPictures = 1;
+    EXPECT_EQ(videoFactsText(facts),
+              "720x576, sample aspect 0:11, up to 1 B picture in a row, packed");
+    facts.aspect = "16:0";
+    facts.bPictures = 3;
+    facts.packed = false;
+    EXPECT_EQ(videoFactsText(facts), "720x576, sample aspect 16:0, up to 3 B pictures in a row");
 }
 
 TEST(H264Facts, AreThoseOfTheSequenceParameterSet) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "check/CodecXml.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "CodecXmlText.h"
 
 namespace ogmprobe::check {
 namespace {
@@ -11,19 +11,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-CodecXml read(const std::string& text) {
-    return readCodecXml({"device/media_codecs.xml"}, {{"device/media_codecs.xml", text}});
-}
-
-/** The only decoder of a list with these elements. */
-Decoder decoder(const std::string& elements, const std::string& settings = "") {
-    const CodecXml xml = read("<MediaCodecs>" + settings + "<Decoders>" + elements +
-                              "</Decoders></MediaCodecs>");
-    EXPECT_EQ(xml.error, "");
-    EXPECT_THAT(xml.decoders, SizeIs(1));
-    return xml.decoders.empty() ? Decoder() : xml.decoders.front();
-}
 
 TEST(CodecXmlTest, ADecoderHasItsNameItsTypeAndItsLimits) {
     const Decoder found = decoder(R"(<MediaCodec name="c2.a.avc" type="video/avc">

@@ -3,11 +3,13 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <map>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 namespace ogmprobe::check {
@@ -29,6 +31,24 @@ std::string waitForever() {
     while (true) {
         pause();
     }
+}
+
+TEST(PoolTest, OnlyTheProcessorsThatThisThreadMayUseAreAvailable) {
+    // A thread of its own: what it may use does not change for others.
+    std::thread([] {
+        cpu_set_t usable;
+        ASSERT_EQ(sched_getaffinity(0, sizeof(usable), &usable), 0);
+        EXPECT_EQ(availableProcessors(), static_cast<size_t>(CPU_COUNT(&usable)));
+        cpu_set_t first;
+        CPU_ZERO(&first);
+        int processor = 0;
+        while (!CPU_ISSET(processor, &usable)) {
+            ++processor;
+        }
+        CPU_SET(processor, &first);
+        ASSERT_EQ(sched_setaffinity(0, sizeof(first), &first), 0);
+        EXPECT_EQ(availableProcessors(), 1U);
+    }).join();
 }
 
 TEST(PoolTest, EachTaskHasItsAnswer) {

@@ -86,10 +86,16 @@ class UnpackedPage {
     }
     std::vector<uint8_t> digests(size_t lane) const { return of(lane, 5); }
 
-  private:
+    /** Any column by its place among all, in each way in which columns are written. */
+    const std::vector<uint8_t>& bytesAt(size_t column) const { return mColumns.at(column); }
+    std::vector<uint64_t> numbersAt(size_t column) const { return numbers(bytesAt(column)); }
+    std::vector<int64_t> signedAt(size_t column) const { return differences(bytesAt(column)); }
+    std::vector<int64_t> steadyAt(size_t column) const { return steady(bytesAt(column)); }
+
     static constexpr size_t kOfPages = 6;
     static constexpr size_t kOfALane = 18;
 
+  private:
     const std::vector<uint8_t>& of(size_t lane, size_t column) const {
         return mColumns.at(kOfPages + lane * kOfALane + column);
     }
