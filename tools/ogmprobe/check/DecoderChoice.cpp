@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <string_view>
 #include <utility>
@@ -39,15 +40,21 @@ std::string rangesText(const Ranges& ranges) {
     return fmt::format("{}", fmt::join(parts, ", "));
 }
 
-/** The lowest or highest value of the ranges, whichever the value exceeds. */
+/** The end of a range that is nearest to the value, which none of the ranges holds. */
 double nearestLimit(const Ranges& ranges, double value) {
-    double most = 0;
-    double least = std::numeric_limits<double>::max();
+    double nearest = std::numeric_limits<double>::infinity();
     for (const Range& range : ranges) {
-        most = std::max(most, range.most);
-        least = std::min(least, range.least);
+        const double limit = value < range.least ? range.least : range.most;
+        if (std::abs(limit - value) < std::abs(nearest - value)) {
+            nearest = limit;
+        }
     }
-    return value < least ? least : most;
+    return nearest;
+}
+
+bool isAboveAll(const Ranges& ranges, double value) {
+    return std::all_of(ranges.begin(), ranges.end(),
+                       [value](const Range& range) { return value > range.most; });
 }
 
 /** The limits of each side of a picture. */
@@ -142,7 +149,7 @@ void Complaints::judgeBlocks() {
     const double perSecond = blocks() * rate;
     // A low number is never a problem for a decoder, even below the declared minimum.
     if (rate > 0 && !allows(mLimits.blocksPerSecond, perSecond) &&
-        perSecond > nearestLimit(mLimits.blocksPerSecond, perSecond)) {
+        isAboveAll(mLimits.blocksPerSecond, perSecond)) {
         complain("frame-rate-outside",
                  fmt::format("{} pictures a second of {}x{} are {:.10g} blocks a second", rate,
                              *mNeeds.width, *mNeeds.height, perSecond),
@@ -170,8 +177,7 @@ void Complaints::judgeRates() {
     }
     const double bitrate = mNeeds.bitrate.value_or(0);
     // Values below the declared minimum are no problem.
-    if (bitrate > 0 && !allows(mLimits.bitrate, bitrate) &&
-        bitrate > nearestLimit(mLimits.bitrate, bitrate)) {
+    if (bitrate > 0 && !allows(mLimits.bitrate, bitrate) && isAboveAll(mLimits.bitrate, bitrate)) {
         complain("bitrate-outside",
                  fmt::format("{} on average ({:.0f} bits a second)", rateText(bitrate), bitrate),
                  bitrate, mLimits.bitrate);

@@ -214,6 +214,10 @@ TEST(Compare, FailsForAMissingFile) {
     EXPECT_THAT(document["differences"], IsEmpty());
 }
 
+TEST(Compare, WhereInABufferItsBytesBeginIsNoDifference) {
+    EXPECT_EQ(Pair(original(), withBuffer(1, "offset", 3)).document(0)["same"], true);
+}
+
 TEST(Compare, ReadsTheLogOnlyOnRequest) {
     json other = original();
     other["tracks"][0]["buffers"][0]["log"] = "something else";

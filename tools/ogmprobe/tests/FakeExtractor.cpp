@@ -8,6 +8,7 @@
 //    "container": {KEY: VALUE...},
 //    "tracks": [{"format": {KEY: VALUE...},
 //                "buffers": [{"time_us": 0, "sync": 1, "hex": "00ff",
+//                             "offset": 0,     where in the buffer the bytes begin
 //                             "log": "text", "entries": {KEY: VALUE...}}...],
 //                "start": STATUS,         what `start` returns
 //                "getFormat": MISCHIEF    when the extractor's format of the track is requested
@@ -113,12 +114,15 @@ class FakeTrack : public android::MediaTrackHelper {
             ALOGI("%s", buffer["log"].get<std::string>().c_str());
         }
         const std::string bytes = bytesOf(buffer.value("hex", ""));
-        const media_status_t status = mBufferGroup->acquire_buffer(out, false, bytes.size());
+        const size_t offset = buffer.value("offset", size_t{0});
+        const media_status_t status =
+                mBufferGroup->acquire_buffer(out, false, offset + bytes.size());
         if (status != AMEDIA_OK) {
             return status;
         }
-        std::memcpy((*out)->data(), bytes.data(), bytes.size());
-        (*out)->set_range(0, bytes.size());
+        std::memset((*out)->data(), 0, offset);
+        std::memcpy(static_cast<char*>((*out)->data()) + offset, bytes.data(), bytes.size());
+        (*out)->set_range(offset, bytes.size());
         AMediaFormat_clear((*out)->meta_data());
         if (buffer.contains("time_us")) {
             AMediaFormat_setInt64((*out)->meta_data(), AMEDIAFORMAT_KEY_TIME_US,

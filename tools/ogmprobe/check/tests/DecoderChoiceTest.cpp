@@ -119,6 +119,32 @@ TEST(DecoderChoiceTest, SoundMustHaveARateAndChannelsThatAreDeclared) {
     EXPECT_EQ(choice.reasons[1].text, "6 channels; a declares at most 2");
 }
 
+TEST(DecoderChoiceTest, TheLimitIsTheNearestEndOfARange) {
+    Decoder decoder{"a", "audio/ac3", {}, ""};
+    decoder.limits.sampleRate = {{7350, 8000}, {32000, 44100}};
+    Needs needs;
+    needs.mime = "audio/ac3";
+    const std::vector<std::pair<int32_t, double>> limits = {{7000, 7350},   {8001, 8000},
+                                                            {19999, 8000},  {20001, 32000},
+                                                            {31999, 32000}, {48000, 44100}};
+    for (const auto& [rate, limit] : limits) {
+        needs.sampleRate = rate;
+        const DecoderChoice choice = chooseDecoder(needs, {"", {decoder}});
+        ASSERT_THAT(idsOf(choice), ElementsAre("sample-rate-outside"));
+        EXPECT_EQ(choice.reasons[0].limit, limit) << rate;
+    }
+}
+
+TEST(DecoderChoiceTest, ABitrateBetweenTwoRangesIsNoFault) {
+    Decoder decoder = videoDecoder("v");
+    decoder.limits.bitrate = {{1000, 2000}, {4000, 8000}};
+    Needs needs = video(64, 64, 25);
+    needs.bitrate = 3000;
+    EXPECT_THAT(idsOf(chooseDecoder(needs, {"", {decoder}})), IsEmpty());
+    needs.bitrate = 8001;
+    EXPECT_THAT(idsOf(chooseDecoder(needs, {"", {decoder}})), ElementsAre("bitrate-outside"));
+}
+
 TEST(DecoderChoiceTest, AProfileThatAKnownDecoderDoesNotTakeIsRefused) {
     Needs needs;
     needs.mime = "video/mp4v-es";
