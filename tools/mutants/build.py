@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""What the build of the unchanged sources was made of, and how."""
+"""The build of the unchanged sources: its objects, their sources and commands."""
 
 import json
 import os
@@ -9,10 +9,10 @@ import subprocess
 
 
 class Build:
-    """The build of the unchanged sources: its objects and commands serve all trials."""
+    """The build of the unchanged sources. All trials use its objects and commands."""
 
     def __init__(self, folder, root, linked):
-        """`root` is the folder of the sources, `linked` the targets that are linked again."""
+        """`root` is the folder of the sources, `linked` the targets that each trial links again."""
         self.folder = folder
         self.root = root
         self.commands = {}
@@ -22,7 +22,7 @@ class Build:
             self.commands[output] = (arguments, entry["file"])
         self.links = {name: self._ninja("commands", name).splitlines()[-1] for name in linked}
         self.files = self._files()
-        # What the tests of a step may take, once that was measured.
+        # Time limit of each step of tests, after it has been measured.
         self.seconds = {}
 
     def _ninja(self, tool, *arguments):
@@ -30,7 +30,7 @@ class Build:
         return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
     def _files(self):
-        """For each object the files it was made of."""
+        """The source and headers of each object."""
         files = {output: {source} for output, (_, source) in self.commands.items()}
         output = None
         for line in self._ninja("deps").splitlines():
@@ -38,24 +38,24 @@ class Build:
                 files.setdefault(output, set()).add(os.path.join(self.folder, line.strip()))
             elif ": #deps" in line:
                 output = line.split(":")[0]
-        # The plug-in's folder names itself once as an include path.
+        # One include path of the plug-in ends with `/.`.
         return {
             output: {os.path.normpath(path) for path in paths} for output, paths in files.items()
         }
 
     def objects(self, target):
-        """Without the precompiled headers, which hold none of the sources that are changed."""
+        """All objects of a target except precompiled headers, which contain no changed source."""
         return [o for o in self.commands if f"/{target}.dir/" in o and o.endswith(".o")]
 
     def objects_of(self, source, target):
-        """Those of a target that a source is part of, first the one that is named like it."""
+        """The objects of a target that contain a source; the one with its name comes first."""
         path = self.root / source
         own = str(path.with_suffix(".cpp"))
         found = [output for output in self.objects(target) if str(path) in self.files[output]]
         return sorted(found, key=lambda output: own not in self.files[output])
 
     def holds(self, output, name):
-        """Whether an object was made of a file of that name; several sources make one object."""
+        """Whether an object contains a file of that name. An object may have several sources."""
         return any(os.path.basename(path) == name for path in self.files[output])
 
     def compile_command(self, output):

@@ -10,8 +10,8 @@ STATIC_LIBRARY = "lib/static/libogmextractor_static.a"
 PARTS = "ogm_unit_test"
 LOADED = "ogm_plugin_test"
 
-# What takes longest comes last, when nothing else has noticed the change. These take nine tenths of
-# the time of all.
+# The slowest tests come last, if nothing else has noticed the change. They take nine tenths of the
+# whole time.
 SLOW_TESTS = {
     PARTS: (
         "DtsCutterTest.*Pieces*:FifoTest.ItsEnd*:"
@@ -28,8 +28,8 @@ class PluginWorkshop(Workshop):
     FOLDERS = ("", "include", "audio", "base", "codec", "packet", "page", "seek", "stream")
     TARGETS = (STATIC_TARGET,)
     LINKED = (PARTS, LOADED, "ogmextractor")
-    # Neither optimised nor with anything for a debugger: a change is compiled once and run once.
-    # By gcc, which compiles again with optimisation and the headers that were parsed without.
+    # Without optimisation and debug information, because a change is compiled once and run once.
+    # With gcc, which can use the precompiled headers when it compiles again with optimisation.
     CONFIGURED = (
         "--preset", "bench", "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0", "-DOGM_PROBE=OFF",
     )  # fmt: skip
@@ -63,8 +63,8 @@ class PluginWorkshop(Workshop):
         return self._link("ogmextractor", self.library, replaced)
 
     def _link(self, target, output, replaced):
-        """The plug-in's objects come first: of an inline function that tests use too theirs is
-        taken."""
+        """The plug-in's objects come first, so that the linker takes their copies of inline
+        functions, not those of the tests."""
         objects = [replaced.get(o, o) for o in self.build.objects(STATIC_TARGET)]
         tests = {o: c for o, c in replaced.items() if f"/{STATIC_TARGET}.dir/" not in o}
         return self.link(target, output, tests, first=objects, without=STATIC_LIBRARY)
@@ -78,9 +78,9 @@ class PluginWorkshop(Workshop):
         )
 
     def _passes_header(self, mutant, replaced):
-        """The tests of parts include it too, which takes long to compile: its own come first."""
+        """Unit tests include the header too and compile slowly, so its own tests come first."""
         own_tests = f"{pathlib.PurePath(mutant.source).stem}Test.cpp"
-        # It may be the size of something, which all have to agree on.
+        # It may be a size that all objects must agree on.
         is_for_all = mutant.change.kind == "number"
         return (
             self._link_library(replaced)
@@ -91,7 +91,7 @@ class PluginWorkshop(Workshop):
 
     def _passes_parts(self, mutant, replaced, only_with=None):
         tests = self.compile(mutant, PARTS, only_with=only_with)
-        # They may also check something at compile time.
+        # A failed compilation is noticed too: tests may check something at compile time.
         return (
             tests is not None
             and self._link_parts({**replaced, **tests})

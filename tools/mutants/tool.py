@@ -9,7 +9,7 @@ TOOL = "ogmprobe"
 PARTS = "ogmprobe_parts_test"
 CHECK = "ogmprobe_check_test"
 TIMELINE = "ogmprobe_timeline_test"
-# These are linked with targets of the tool's sources, the other tests run the program.
+# These are linked with the tool's own libraries; the other tests run the program.
 PARTS_TARGETS = ("ogmprobe_options", "ogmprobe_parts")
 TIMELINE_TARGETS = (*PARTS_TARGETS, "ogmprobe_timeline")
 CHECK_TARGETS = (*TIMELINE_TARGETS, "ogmprobe_check")
@@ -22,7 +22,7 @@ TIMELINE_SAMPLES = "ogmprobe_timeline_samples_test"
 RUNNING_TESTS = (SAMPLES, PROGRAM, CHECK_PROGRAM, TIMELINE_PROGRAM, TIMELINE_SAMPLES)
 
 ANSWERS = "OnSamples/Answers.*"
-# These wait for time limits, or search long files. They take two thirds of the time of all.
+# These wait for time limits or search long files. They take two thirds of the whole time.
 SLOW_TESTS = {
     PARTS: "RepeatedSearchTest.EndsEarly*",
     SAMPLES: "HoleInTheMiddle.*:HoleAtTheEnd.*:ExplainFormats.AnAc3FrameOfNoSize*:Samples.Give*",
@@ -39,7 +39,7 @@ QUICK = {
 } | {SAMPLES: Step(SAMPLES, f"-{ANSWERS}:{SLOW_TESTS[SAMPLES]}")}
 SLOW = [Step(program, tests) for program, tests in SLOW_TESTS.items()]
 
-# The tests of the room that a source stands in come first.
+# The tests of the folder of a source come first.
 LINKED_TESTS_OF = {"check": CHECK, "timeline": TIMELINE}
 RUNNING_TESTS_OF = {"check": (CHECK_PROGRAM,), "timeline": (TIMELINE_PROGRAM, TIMELINE_SAMPLES)}
 
@@ -64,21 +64,21 @@ class ToolWorkshop(Workshop):
     )  # fmt: skip
     TARGETS = (*CHECK_TARGETS, TOOL)
     LINKED = (TOOL, *LINKED_TESTS, *RUNNING_TESTS)
-    # The tool does not optimise what is no release; plug-in and platform, which are not changed,
-    # run sooner. Each source is an object, so that little is compiled after a change.
+    # The tool is only optimised in releases. Plug-in and platform do not change, so they are
+    # optimised to run faster. Each source is a separate object: little is compiled after a change.
     CONFIGURED = (
         "--preset", "host", "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O2", "-DOGM_EXTRAS=OFF",
         "-DOGM_QUICK_BATCH=1",
     )  # fmt: skip
     BUILT = LINKED
-    # The tool ends processes that it started: a change of their numbers must not end others.
+    # The tool kills processes that it started. With a changed process number it could kill others.
     CONTAINED = (
         "unshare", "--user", "--map-root-user", "--pid", "--fork", "--mount-proc", "--kill-child",
     )  # fmt: skip
 
     def __init__(self, build, folder, is_quick):
         super().__init__(build, folder, is_quick)
-        # The program looks for the plug-in in a folder beside its own.
+        # The program looks for the plug-in in a folder next to its own.
         (folder / "bin").mkdir(exist_ok=True)
         library = folder / "lib"
         if not library.is_symlink():
@@ -112,7 +112,7 @@ class ToolWorkshop(Workshop):
     def _link_changed(self, target, mutant, replaced):
         if target == TOOL:
             return self.link(TOOL, self.program, replaced)
-        # Tests of parts include a header too.
+        # Unit tests include the header too.
         tests = self.compile(mutant, target)
         if tests is None:
             return False

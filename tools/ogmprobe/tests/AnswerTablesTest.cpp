@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// What every command answers under one circumstance after the other: files that cannot be read,
-// output that cannot be written, colours. The answers to a circumstance are one kept text in
-// data/answers/, which is updated as AnswersTest.cpp says.
+// Compares the output of every command under different conditions (files that cannot be read,
+// output that cannot be written, colours) with stored texts in data/answers/, one for each
+// condition. AnswersTest.cpp says how to update them.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -16,7 +16,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/** A command, the forms of its answer, and what it needs besides a file. */
+/** A command, the options for its output formats, and other options that it needs. */
 struct Command {
     const char* name;
     std::vector<Words> forms;
@@ -44,7 +44,7 @@ Words joined(Words first, const Words& second) {
     return first;
 }
 
-/** Each command in each form, with the options before it and the files after it. */
+/** Each command in each output format, with global options and files. */
 std::vector<Words> commandLines(const Words& options, const Words& names) {
     std::vector<Words> lines;
     for (const Command& command : commands()) {
@@ -57,7 +57,7 @@ std::vector<Words> commandLines(const Words& options, const Words& names) {
     return lines;
 }
 
-/** How the program is asked for help, and for its version. */
+/** The command lines that print help or the version. */
 std::vector<Words> helpLines() {
     std::vector<Words> lines = {{"--help"}, {"--version"}};
     for (const Command& command : commands()) {
@@ -66,9 +66,9 @@ std::vector<Words> helpLines() {
     return lines;
 }
 
-/** Each option that takes a number or a time, with odd values: most are refused. */
+/** Each option that takes a number or a time, with odd values. Most are refused. */
 std::vector<Words> oddValues() {
-    // What comes before the value, and what after it.
+    // The words before the value, those after it, and the values.
     const std::vector<std::tuple<Words, Words, Words>> options = {
             {{"--timeout"}, {"info", "mjpeg.ogm"}, {"0", "-1", "x", "", "1e400", "nan"}},
             {{"packets", "mjpeg.ogm", "--count"},
@@ -99,7 +99,7 @@ std::vector<Words> oddValues() {
     return lines;
 }
 
-/** All command lines of one circumstance. */
+/** All command lines under one condition. */
 struct Table {
     const char* name;
     std::vector<Words> lines;

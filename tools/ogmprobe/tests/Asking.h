@@ -19,7 +19,7 @@
 #include "TemporaryFolder.h"
 #include "process/Sanitizers.h"
 
-/** Whole answers of the program, compared with kept texts in data/answers/. */
+/** Compares the program's whole output with stored texts in data/answers/. */
 namespace ogmprobe::test::answers {
 
 namespace fs = std::filesystem;
@@ -29,7 +29,7 @@ inline std::string bytesOf(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/** The page numbered so, from 0, in a file of pages without damage. */
+/** The offset of the page with this number, from 0, in an undamaged file. */
 inline size_t pageOffset(const std::string& bytes, size_t number) {
     size_t offset = 0;
     for (size_t i = 0; i < number; ++i) {
@@ -38,7 +38,7 @@ inline size_t pageOffset(const std::string& bytes, size_t number) {
     return offset;
 }
 
-/** Copies of samples by their names, each with one thing changed. */
+/** Copies of samples, by their names, each with one change. */
 inline std::map<std::string, std::string> damagedCopies() {
     const auto sample = [](const char* name) { return bytesOf(fs::path(OGMPROBE_SAMPLES) / name); };
     std::map<std::string, std::string> copies;
@@ -80,7 +80,7 @@ inline std::string digestOf(const std::string& text) {
     return out.str();
 }
 
-/** The text, or if it is long its beginning with a digest of all of it. */
+/** The text; of a long text only the beginning, and a digest of the whole. */
 inline std::string shortened(const std::string& text) {
     constexpr int64_t kMostLines = 90;
     constexpr size_t kKept = 40;
@@ -103,7 +103,7 @@ inline std::string replacedAll(std::string text, const std::string& from, const 
     return text;
 }
 
-/** Asks the program in a folder with all files, and writes down the whole answer. */
+/** Runs the program with samples and the files of a temporary folder, and records its output. */
 class Asking {
   public:
     Asking() {
@@ -128,7 +128,7 @@ class Asking {
                "\n" + writtenFiles();
     }
 
-    /** The folder that commands write into, empty again. */
+    /** Empties the folder that commands write to. */
     void clearOutput() const {
         fs::remove_all(mFolder.path("out"));
         fs::create_directory(mFolder.path("out"));
@@ -144,7 +144,7 @@ class Asking {
                                             : argument;
     }
 
-    /** Without the folders, and without times and processes of log lines. */
+    /** The text without folder names, and without times and process numbers of log lines. */
     std::string plain(const std::string& text) const {
         static const std::regex stamp("\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d +\\d+ +\\d+\\]");
         const std::string paths = replacedAll(replacedAll(text, OGMPROBE_SAMPLES "/", ""),
@@ -169,7 +169,7 @@ class Asking {
     TemporaryFolder mFolder;
 };
 
-/** Sanitizers let the plug-in write to standard error, for the sake of their reports. */
+/** With sanitizers the plug-in may write to standard error, so that their reports are seen. */
 inline std::string comparable(std::string answer) {
     const std::string begin = "--- standard error";
     for (size_t at = 0; kSanitized && (at = answer.find(begin, at)) != std::string::npos;) {
@@ -178,7 +178,7 @@ inline std::string comparable(std::string answer) {
     return answer;
 }
 
-/** Compares an answer with the kept one of that name, or keeps it where that was asked for. */
+/** Compares the output with the stored text of that name, or stores it on request. */
 inline void expectKept(const std::string& name, const std::string& answer) {
     const fs::path kept = fs::path(OGMPROBE_ANSWERS) / (name + ".txt");
     if (std::getenv("OGMPROBE_UPDATE_ANSWERS") != nullptr) {
@@ -187,7 +187,7 @@ inline void expectKept(const std::string& name, const std::string& answer) {
     EXPECT_EQ(comparable(answer), comparable(bytesOf(kept)));
 }
 
-/** The names of kept answers that begin so, or of all others. */
+/** The names of the stored texts that have this prefix, or of all others. */
 inline std::set<std::string> keptNames(const std::string& beginning, bool beginSo) {
     std::set<std::string> names;
     for (const auto& entry : fs::directory_iterator(OGMPROBE_ANSWERS)) {

@@ -6,7 +6,7 @@
 
 namespace ogmprobe::test {
 
-/** Writes bits from the most significant one on. */
+/** Writes bits, the most significant first. */
 class BitWriter {
   public:
     BitWriter& put(uint32_t value, unsigned count) {

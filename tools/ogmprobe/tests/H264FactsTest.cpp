@@ -18,13 +18,13 @@ using Part = std::function<void(BitWriter&)>;
 constexpr uint32_t kBaseline = 66;
 constexpr uint32_t kHigh = 100;
 
-/** A sequence parameter set in the order of its fields; what varies is written by functions. */
+/** A sequence parameter set in the order of its fields; functions write what varies. */
 struct ParameterSet {
     uint32_t profile = kBaseline;
     uint32_t level = 30;
-    /** Of the profiles that say one. */
+    /** Only in profiles that have this field. */
     Part chroma = [](BitWriter&) {};
-    /** By the size of a picture itself, type 2. */
+    /** Type 2: the picture order count follows from the decoding order. */
     Part order = [](BitWriter& bits) { bits.golomb(2); };
     bool framesOnly = true;
     Part crop = [](BitWriter& bits) { bits.put(0, 1); };
@@ -44,7 +44,7 @@ Bytes written(const ParameterSet& set) {
     set.crop(bits);
     set.aspect(bits);
     bits.put(0x80, 8);
-    // The zeros that a reader of too many bits would need.
+    // Zeros for a reader that would read too many bits.
     Bytes bytes = bits.bytes();
     bytes.insert(bytes.end(), {0xff, 0xff, 0xff, 0xff});
     return bytes;
@@ -110,7 +110,7 @@ TEST(H264Chroma, IsNamedAndThoseOfThreePlanesSayWhetherTheyAreSeparate) {
     }
 }
 
-/** The depths of samples, a flag, and all scaling lists; two lists end early. */
+/** The bit depths, a flag, and all scaling lists, two of which end early. */
 void putScalingLists(BitWriter& bits, uint32_t chroma) {
     bits.golomb(chroma).put(0, chroma == 3 ? 1 : 0).golomb(2).golomb(1).put(1, 1).put(1, 1);
     for (int list = 0; list < (chroma == 3 ? 12 : 8); ++list) {
@@ -118,7 +118,7 @@ void putScalingLists(BitWriter& bits, uint32_t chroma) {
         const bool isAbsent = list == 2;
         bits.put(isAbsent ? 0 : 1, 1);
         for (int i = 0; i < size && !isAbsent; ++i) {
-            // The scale that ends a list is 0: 8 less than the first, or so far round.
+            // A scale of 0 ends a list: the delta is -8, or the equal value modulo 256.
             const bool ends = (list == 1 && i == 0) || (list == 7 && i == 1);
             bits.signedGolomb(!ends ? 1 : i == 0 ? -8 : -9);
             if (ends) {
@@ -190,7 +190,7 @@ TEST(H264Aspect, CanBeSpelledOutOrLeftOut) {
     ParameterSet set;
     set.aspect = [](BitWriter& bits) { bits.put(3, 2).put(255, 8).put(1000, 16).put(999, 16); };
     EXPECT_EQ(h264Facts(written(set))->aspect, "1000:999");
-    // With no aspect, or with nothing at all about how pictures are shown.
+    // Without an aspect ratio, or without any display information.
     set.aspect = [](BitWriter& bits) { bits.put(2, 2).put(1, 8); };
     EXPECT_EQ(h264Facts(written(set))->aspect, "");
     set.aspect = [](BitWriter& bits) { bits.put(1, 2).put(1, 8); };
@@ -207,7 +207,7 @@ TEST(H264Facts, AreThoseOfTheParameterSetBetweenOtherUnits) {
 
 TEST(H264Facts, AreThoseWithoutTheBytesThatHideStartCodes) {
     ParameterSet set;
-    // A size whose code has three bytes of zeros.
+    // A size whose code contains three zero bytes.
     set.aspect = [](BitWriter& bits) { bits.put(3, 2).put(255, 8).put(0, 16).put(3, 16); };
     Bytes bytes = written(set);
     BitWriter aligned;

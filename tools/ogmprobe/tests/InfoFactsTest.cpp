@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What `info` finds in the file itself, by files that are written for it.
+// What `info` reports of the file itself, for generated files.
 #include <OgmStreamHeaders.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ namespace {
 using namespace android::ogm::test;
 using nlohmann::json;
 
-/** Headers of three codecs in one packet: each reader finds its own, by its width. */
+/** Headers of three codecs in one packet, each with another width. */
 const Bytes kHeadersOfAll = {0x00, 0x00, 0x01, 0x20, 0x08, 0xd4, 0x8d, 0x08, 0x00, 0xcd, 0x05,
                              0x84, 0x12, 0x14, 0x10, 0x3f, 0x00, 0x00, 0x01, 0xb3, 0x2d, 0x02,
                              0x40, 0x33, 0xff, 0xff, 0xe0, 0x18, 0x00, 0x00, 0x01, 0x67, 0x64,
@@ -52,7 +52,7 @@ OgmFile fileOf(const std::string& fourcc, const std::vector<std::string>& commen
     return file;
 }
 
-/** The answer about a file, in the form that the options ask for. */
+/** The output for a file with these options. */
 std::string answerTo(const OgmFile& file, const std::vector<std::string>& options = {}) {
     const TemporaryFolder folder;
     const Bytes& bytes = file.bytes();

@@ -17,14 +17,14 @@ using Part = std::function<void(BitWriter&)>;
 
 constexpr uint32_t kMarker = 1;
 
-/** A video object layer in the order of its fields; what varies is written by functions. */
+/** A video object layer in the order of its fields; functions write what varies. */
 struct Layer {
     uint32_t type = 1;
     uint32_t version = 1;
     Part aspect = [](BitWriter& bits) { bits.put(1, 4); };
     Part control = [](BitWriter& bits) { bits.put(0, 1); };
     uint32_t shape = 0;
-    /** The resolution of times, and a fixed duration of pictures if there is one. */
+    /** The time resolution, and a fixed picture duration if there is one. */
     Part rate = [](BitWriter& bits) { bits.put(25, 16).put(kMarker, 1).put(0, 1); };
     Part sprite = [](BitWriter& bits) { bits.put(0, 1); };
     Part precision = [](BitWriter& bits) { bits.put(0, 1); };
@@ -131,14 +131,14 @@ TEST(Mpeg4Layer, HasAFixedRateInAsManyBitsAsItsResolutionNeeds) {
     }
 }
 
-/** Points of a sprite, their accuracy, and whether brightness changes. */
+/** Warping points of a sprite, their accuracy, and whether brightness changes. */
 void putPoints(BitWriter& bits, uint32_t points) {
     bits.put(points, 6).put(3, 2).put(0, 1);
 }
 
 TEST(Mpeg4Layer, PassesOverASpriteAndSaysByHowManyPointsAllMoves) {
     Layer layer;
-    // Width, height, left and top of a still sprite with a marker each, and a flag at the end.
+    // Width, height, left and top of a static sprite with a marker bit each, then a flag.
     layer.sprite = [](BitWriter& bits) {
         bits.put(1, 1);
         for (int i = 0; i < 4; ++i) {

@@ -8,7 +8,7 @@
 namespace ogmprobe::sync_text_test {
 namespace {
 
-/** Two packets of a track that are returned; the second one is so late. */
+/** Two returned packets of a track; the second is late by this time. */
 TrackSync track(uint64_t number, TrackKind kind, const TimeRange& lateUs) {
     TrackSync track;
     track.track = number;
@@ -73,7 +73,7 @@ TEST(SyncText, OfSeveralTracksTheWorstOneIsNamed) {
               "track 0 (video) is up to 0.004 s late at 0:01:01.500000");
 }
 
-/** An audio track against the video; the second of its points is so late. */
+/** An audio track compared with the video; the second point is late by this time. */
 PairSync pair(size_t audio, const TimeRange& lateUs) {
     PairSync pair;
     pair.audio = audio;

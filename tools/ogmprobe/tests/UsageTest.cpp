@@ -91,7 +91,7 @@ TEST(Usage, ExitsWithTwoForALibraryThatIsNoPlugin) {
     const FakePlugin plugin;
     const std::string file = plugin.file(fakeFile({fakeVideo()}));
     Dl_info library = {};
-    ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "__cxa_throw"), &library), 0);
+    ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "__cxa_get_globals"), &library), 0);
     const std::string path = library.dli_fname;
     const ProcessResult result = runProbe({"--plugin", path, "info", file});
     EXPECT_EQ(result.exitCode, 2);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What `check` says in words about one track, with the number and the limit that it says it by.
+// The sentences of `check` about one track, each with the measured value and its limit.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 using nlohmann::json;
 
-/** A reason as a program reads it: its name, the sentence, what was measured, and the limit. */
+/** A reason in the JSON document: identifier, sentence, measured value and limit. */
 struct Said {
     std::string id;
     std::string text;
@@ -119,7 +119,7 @@ TEST(CheckSentences, NameHowFarSyncFramesAreApart) {
     EXPECT_EQ(saidIn(checked(fakeFile({video}))["tracks"][0]["reasons"]), (std::vector<Said>{}));
 }
 
-/** A list with one decoder of this type and with this limit. */
+/** A list with one decoder of this type with this limit. */
 std::string listWith(const TemporaryFolder& folder, const std::string& mime,
                      const std::string& limit) {
     return folder.write("list.xml", R"(<MediaCodecs><Decoders><MediaCodec name="c2.x" type=")" +
@@ -127,7 +127,7 @@ std::string listWith(const TemporaryFolder& folder, const std::string& mime,
                                             "/></MediaCodec></Decoders></MediaCodecs>");
 }
 
-/** What is said about 64x48 at 30 pictures a second, or about 8000 Hz, 1 channel. */
+/** The reasons for video of 64x48 at 30 pictures per second, or audio of 8000 Hz and 1 channel. */
 std::vector<Said> saidAgainst(const json& track, const std::string& limit) {
     const TemporaryFolder folder;
     const std::string list = listWith(folder, track["format"]["mime"], limit);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The many forms in which lists of codecs say the same, and what is just allowed.
+// Different forms of lists of codecs with the same meaning, and values at the limits.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

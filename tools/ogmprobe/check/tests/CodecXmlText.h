@@ -10,7 +10,7 @@
 
 namespace ogmprobe::check {
 
-/** What a list of codecs with this text says. */
+/** Parses a list of codecs with this text. */
 inline CodecXml read(const std::string& text) {
     return readCodecXml({"device/media_codecs.xml"}, {{"device/media_codecs.xml", text}});
 }

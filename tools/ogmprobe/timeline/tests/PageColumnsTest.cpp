@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a page's script finds in its columns, apart from the packets themselves.
+// The columns of a page's data, apart from the packets themselves.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -43,7 +43,7 @@ TEST(PageColumns, HaveThePagesOfTheFileWithTheirStreams) {
                       {185, 20, 7, 2, std::nullopt}};
     const UnpackedPage page = unpacked(timeline);
     EXPECT_EQ(page.outline()["pages"], 4);
-    // How far each begins after the end of the one before; sizes; streams by their serial numbers.
+    // The distance of each page from the end of the one before; sizes; streams by serial number.
     EXPECT_THAT(page.signedAt(0), ElementsAre(0, 0, 5, 0));
     EXPECT_THAT(page.numbersAt(1), ElementsAre(100, 50, 30, 20));
     EXPECT_THAT(page.numbersAt(2), ElementsAre(1, 0, 1, 1));
