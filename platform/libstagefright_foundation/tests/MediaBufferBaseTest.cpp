@@ -27,12 +27,12 @@ TEST_F(MediaBufferBaseTest, TheTableIsMadeOnceAndItsHandleIsTheBuffer) {
 
 TEST_F(MediaBufferBaseTest, TheTableForwardsToTheBuffer) {
     EXPECT_EQ(mTable->data(mTable->handle), mBuffer->data());
-    EXPECT_EQ(mTable->size(mTable->handle), 10u);
+    EXPECT_EQ(mTable->size(mTable->handle), 10U);
     mTable->set_range(mTable->handle, 2, 3);
-    EXPECT_EQ(mBuffer->range_offset(), 2u);
-    EXPECT_EQ(mBuffer->range_length(), 3u);
-    EXPECT_EQ(mTable->range_offset(mTable->handle), 2u);
-    EXPECT_EQ(mTable->range_length(mTable->handle), 3u);
+    EXPECT_EQ(mBuffer->range_offset(), 2U);
+    EXPECT_EQ(mBuffer->range_length(), 3U);
+    EXPECT_EQ(mTable->range_offset(mTable->handle), 2U);
+    EXPECT_EQ(mTable->range_length(mTable->handle), 3U);
 }
 
 TEST_F(MediaBufferBaseTest, TheFormatIsMadeOnceAndSurvivesAReset) {

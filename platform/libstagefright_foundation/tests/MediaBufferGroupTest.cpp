@@ -55,24 +55,24 @@ TEST(MediaBufferGroup, FindsGrowsAndReplacesInTheOrderOfItsRules) {
     group.init(1, 256, 64);
 
     MediaBufferBase* buffer = acquire(group, 100);
-    EXPECT_EQ(buffer->size(), 256u);
+    EXPECT_EQ(buffer->size(), 256U);
     buffer->release();
-    EXPECT_EQ(group.buffers(), 1u);
+    EXPECT_EQ(group.buffers(), 1U);
 
     // A free buffer that is too small is replaced by a larger one.
     MediaBufferBase* first = acquire(group, 300);
-    EXPECT_EQ(first->size(), 450u);
-    EXPECT_EQ(group.buffers(), 1u);
+    EXPECT_EQ(first->size(), 450U);
+    EXPECT_EQ(group.buffers(), 1U);
 
     // None is free: the list grows.
     MediaBufferBase* second = acquire(group, 100);
-    EXPECT_EQ(second->size(), 150u);
-    EXPECT_EQ(group.buffers(), 2u);
+    EXPECT_EQ(second->size(), 150U);
+    EXPECT_EQ(group.buffers(), 2U);
 
     // No size requested: the new one is as large as the largest.
     buffer = acquire(group, 0);
-    EXPECT_EQ(buffer->size(), 450u);
-    EXPECT_EQ(group.buffers(), 3u);
+    EXPECT_EQ(buffer->size(), 450U);
+    EXPECT_EQ(group.buffers(), 3U);
     MediaBufferBase* third = buffer;
     buffer->release();
 
@@ -81,13 +81,13 @@ TEST(MediaBufferGroup, FindsGrowsAndReplacesInTheOrderOfItsRules) {
     second->release();
     buffer = acquire(group, 200);
     EXPECT_EQ(buffer, first);
-    EXPECT_EQ(buffer->size(), 450u);
+    EXPECT_EQ(buffer->size(), 450U);
     buffer->release();
     EXPECT_EQ(freeSizes(group), (Sizes{450, 150, 450}));
 
     // All are free and too small: the smallest is replaced, in its place.
     buffer = acquire(group, 500);
-    EXPECT_EQ(buffer->size(), 750u);
+    EXPECT_EQ(buffer->size(), 750U);
     buffer->release();
     EXPECT_EQ(freeSizes(group), (Sizes{450, 750, 450}));
     EXPECT_EQ(acquire(group, 0), first);
@@ -110,12 +110,12 @@ TEST(MediaBufferGroup, ReplacementIsPreferredToGrowth) {
 TEST(MediaBufferGroup, ABufferOfExactlyTheRequestedSizeFits) {
     MediaBufferGroup group(1, 10, 8);
     MediaBufferBase* buffer = acquire(group, 10);
-    EXPECT_EQ(buffer->size(), 10u);
+    EXPECT_EQ(buffer->size(), 10U);
     buffer->release();
 }
 
 TEST(MediaBufferGroup, NewBuffersHaveThreeHalvesOfTheRequestTruncated) {
-    for (size_t request : {1u, 2u, 3u, 65535u}) {
+    for (size_t request : {1U, 2U, 3U, 65535U}) {
         MediaBufferGroup group(1);
         MediaBufferBase* buffer = acquire(group, request);
         EXPECT_EQ(buffer->size(), request * 3 / 2);
@@ -127,7 +127,7 @@ TEST(MediaBufferGroup, AnEmptyGroupBelowItsLimitMakesABufferOfNoBytesForARequest
     MediaBufferGroup group(1);
     MediaBufferBase* buffer = acquire(group, 0);
     ASSERT_NE(buffer, nullptr);
-    EXPECT_EQ(buffer->size(), 0u);
+    EXPECT_EQ(buffer->size(), 0U);
     buffer->release();
 }
 
@@ -137,7 +137,7 @@ TEST(MediaBufferGroup, WithLimitZeroTheNumberOfBuffersNeverGrows) {
     MediaBufferBase* buffer = acquire(group, 5);
     EXPECT_EQ(acquire(group, 5), nullptr);
     buffer->release();
-    EXPECT_EQ(group.buffers(), 1u);
+    EXPECT_EQ(group.buffers(), 1U);
 }
 
 TEST(MediaBufferGroup, WithLimitZeroATooSmallFreeBufferIsStillReplaced) {
@@ -179,8 +179,8 @@ TEST(MediaBufferGroup, ALimitBelowTheNumberOfBuffersIsRaisedWithAWarning) {
     LogCapture log;
     MediaBufferGroup group;
     group.init(3, 10, 2);
-    EXPECT_EQ(group.buffers(), 3u);
-    ASSERT_EQ(log.lines().size(), 1u);
+    EXPECT_EQ(group.buffers(), 3U);
+    ASSERT_EQ(log.lines().size(), 1U);
     EXPECT_EQ(log.lines()[0].priority, ANDROID_LOG_WARN);
     EXPECT_EQ(log.lines()[0].tag, "MediaBufferGroup");
     EXPECT_EQ(log.lines()[0].message, "growth limit 2 raised to 3 buffers");
@@ -197,10 +197,10 @@ TEST(MediaBufferGroup, AddingAtTheLimitDropsFreeBuffersFromTheFront) {
     MediaBufferGroup group(3, 10, 3);
     MediaBufferBase* first = acquire(group, 0);
     group.add_buffer(new MediaBuffer(40));
-    EXPECT_EQ(group.buffers(), 3u);
+    EXPECT_EQ(group.buffers(), 3U);
     EXPECT_EQ(freeSizes(group), (Sizes{10, 40}));
     group.init(1, 50, 2);
-    EXPECT_EQ(group.buffers(), 2u);
+    EXPECT_EQ(group.buffers(), 2U);
     EXPECT_EQ(freeSizes(group), (Sizes{50}));
     first->release();
 }
@@ -209,7 +209,7 @@ TEST(MediaBufferGroup, AddingAtTheLimitAddsEvenWhenNothingCanBeDropped) {
     MediaBufferGroup group(1, 10, 1);
     MediaBufferBase* first = acquire(group, 0);
     group.add_buffer(new MediaBuffer(20));
-    EXPECT_EQ(group.buffers(), 2u);
+    EXPECT_EQ(group.buffers(), 2U);
     first->release();
     EXPECT_EQ(freeSizes(group), (Sizes{10, 20}));
 }
@@ -227,11 +227,11 @@ TEST(MediaBufferGroup, AnAcquiredBufferHasOneUseAndTheWholeStorageAsRange) {
     EXPECT_EQ(buffer->refcount(), 1);
     buffer->set_range(3, 4);
     buffer->release();
-    EXPECT_EQ(buffer->range_offset(), 3u);
-    EXPECT_EQ(buffer->range_length(), 4u);
+    EXPECT_EQ(buffer->range_offset(), 3U);
+    EXPECT_EQ(buffer->range_length(), 4U);
     EXPECT_EQ(acquire(group, 4), buffer);
-    EXPECT_EQ(buffer->range_offset(), 0u);
-    EXPECT_EQ(buffer->range_length(), 10u);
+    EXPECT_EQ(buffer->range_offset(), 0U);
+    EXPECT_EQ(buffer->range_length(), 10U);
     buffer->release();
 }
 
@@ -254,7 +254,7 @@ TEST(MediaBufferGroup, AFailedAllocationDoesNotChangeTheListAndWouldBlock) {
     LogCapture log;
     EXPECT_EQ(acquire(group, kMoreThanThereIs), nullptr);
     EXPECT_EQ(acquire(group, std::numeric_limits<size_t>::max()), nullptr);
-    ASSERT_EQ(log.lines().size(), 2u);
+    ASSERT_EQ(log.lines().size(), 2U);
     EXPECT_EQ(log.lines()[0].priority, ANDROID_LOG_ERROR);
     EXPECT_EQ(log.lines()[0].message, "no memory for a buffer of 13835058055282163710 bytes");
     // A request of two thirds of the maximum or more gets no reserve.
@@ -266,8 +266,8 @@ TEST(MediaBufferGroup, InitStopsAddingWhenMemoryEnds) {
     LogCapture log;
     MediaBufferGroup group;
     group.init(3, kMoreThanThereIs, 3);
-    EXPECT_EQ(group.buffers(), 0u);
-    EXPECT_EQ(log.lines().size(), 1u);
+    EXPECT_EQ(group.buffers(), 0U);
+    EXPECT_EQ(log.lines().size(), 1U);
 }
 
 TEST(MediaBufferGroupDeathTest, DestroyingTheGroupWithABufferInUseAborts) {

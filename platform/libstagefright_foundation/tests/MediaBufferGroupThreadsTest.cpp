@@ -39,13 +39,13 @@ TEST(MediaBufferGroupThreads, ABlockedAcquisitionStartsOverAndMayReplaceTheRetur
     std::thread waiter([&] {
         MediaBufferBase* buffer = nullptr;
         EXPECT_EQ(group.acquire_buffer(&buffer, false, 20), android::OK);
-        EXPECT_EQ(buffer->size(), 30u);
+        EXPECT_EQ(buffer->size(), 30U);
         buffer->release();
     });
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     held->release();
     waiter.join();
-    EXPECT_EQ(group.buffers(), 1u);
+    EXPECT_EQ(group.buffers(), 1U);
 }
 
 TEST(MediaBufferGroupThreads, EachBufferHasOneUserAtATime) {
@@ -69,7 +69,7 @@ TEST(MediaBufferGroupThreads, EachBufferHasOneUserAtATime) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(group.buffers(), 2u);
+    EXPECT_EQ(group.buffers(), 2U);
 }
 
 }  // namespace

@@ -34,25 +34,25 @@ TEST_F(MediaBufferGroupWrapper, TheTableIsMadeOnceAndItsHandleIsTheGroup) {
 
 TEST_F(MediaBufferGroupWrapper, InitAlwaysGivesTrue) {
     EXPECT_TRUE(init(2, 10, 2));
-    EXPECT_EQ(mGroup.buffers(), 2u);
+    EXPECT_EQ(mGroup.buffers(), 2U);
     LogCapture log;
     EXPECT_TRUE(init(2, std::numeric_limits<size_t>::max() / 2, 2));
-    EXPECT_EQ(mGroup.buffers(), 2u);
+    EXPECT_EQ(mGroup.buffers(), 2U);
 }
 
 TEST_F(MediaBufferGroupWrapper, AddBufferMakesABufferOfTheSize) {
     mTable->add_buffer(mTable->handle, 33);
     CMediaBuffer* buffer = nullptr;
     ASSERT_EQ(acquire(&buffer, 0), AMEDIA_OK);
-    EXPECT_EQ(buffer->size(buffer->handle), 33u);
+    EXPECT_EQ(buffer->size(buffer->handle), 33U);
     buffer->release(buffer->handle);
 }
 
 TEST_F(MediaBufferGroupWrapper, AddBufferAddsNothingWithoutMemory) {
     LogCapture log;
     mTable->add_buffer(mTable->handle, std::numeric_limits<size_t>::max() / 2);
-    EXPECT_EQ(mGroup.buffers(), 0u);
-    EXPECT_EQ(log.lines().size(), 1u);
+    EXPECT_EQ(mGroup.buffers(), 0U);
+    EXPECT_EQ(log.lines().size(), 1U);
 }
 
 TEST_F(MediaBufferGroupWrapper, TheTableOfABufferIdentifiesItAcrossUses) {
@@ -88,7 +88,7 @@ TEST_F(MediaBufferGroupWrapper, AFailedNonBlockingAcquisitionGivesTheUnknownErro
     CMediaBuffer* buffer = held;
     EXPECT_EQ(acquire(&buffer, 1), AMEDIA_ERROR_UNKNOWN);
     EXPECT_EQ(buffer, nullptr);
-    ASSERT_EQ(log.lines().size(), 1u);
+    ASSERT_EQ(log.lines().size(), 1U);
     EXPECT_EQ(log.lines()[0].priority, ANDROID_LOG_ERROR);
     EXPECT_EQ(log.lines()[0].message, "status -11 has no media status, reported as unknown error");
     held->release(held->handle);

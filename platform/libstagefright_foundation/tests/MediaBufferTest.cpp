@@ -35,9 +35,9 @@ class CountingObserver : public MediaBufferObserver {
 TEST(MediaBuffer, BeginsWithoutAGroupAndWithTheWholeStorageAsRange) {
     auto* buffer = new MediaBuffer(100);
     ASSERT_NE(buffer->data(), nullptr);
-    EXPECT_EQ(buffer->size(), 100u);
-    EXPECT_EQ(buffer->range_offset(), 0u);
-    EXPECT_EQ(buffer->range_length(), 100u);
+    EXPECT_EQ(buffer->size(), 100U);
+    EXPECT_EQ(buffer->range_offset(), 0U);
+    EXPECT_EQ(buffer->range_length(), 100U);
     EXPECT_EQ(buffer->refcount(), 0);
     memset(buffer->data(), 1, 100);
     buffer->release();
@@ -54,9 +54,9 @@ TEST(MediaBuffer, DataDoesNotMoveWithTheRange) {
     void* data = buffer->data();
     buffer->set_range(4, 6);
     EXPECT_EQ(buffer->data(), data);
-    EXPECT_EQ(buffer->range_offset(), 4u);
-    EXPECT_EQ(buffer->range_length(), 6u);
-    EXPECT_EQ(buffer->size(), 10u);
+    EXPECT_EQ(buffer->range_offset(), 4U);
+    EXPECT_EQ(buffer->range_length(), 6U);
+    EXPECT_EQ(buffer->size(), 10U);
     buffer->release();
 }
 
@@ -64,7 +64,7 @@ TEST(MediaBuffer, ARangeWhoseEndWrapsAroundPasses) {
     auto* buffer = new MediaBuffer(10);
     buffer->set_range(kSizeMax, 11);
     EXPECT_EQ(buffer->range_offset(), kSizeMax);
-    EXPECT_EQ(buffer->range_length(), 11u);
+    EXPECT_EQ(buffer->range_length(), 11U);
     buffer->release();
 }
 
@@ -72,8 +72,8 @@ TEST(MediaBuffer, ResetMakesTheRangeTheWholeStorage) {
     auto* buffer = new MediaBuffer(10);
     buffer->set_range(1, 2);
     buffer->reset();
-    EXPECT_EQ(buffer->range_offset(), 0u);
-    EXPECT_EQ(buffer->range_length(), 10u);
+    EXPECT_EQ(buffer->range_offset(), 0U);
+    EXPECT_EQ(buffer->range_length(), 10U);
     buffer->release();
 }
 
@@ -97,11 +97,11 @@ TEST(MediaBuffer, TheObserverIsNotifiedWhenTheLastUseEnds) {
 TEST(MediaBuffer, CreateGivesABufferOrNullWithAnErrorLine) {
     MediaBufferBase* buffer = MediaBufferBase::Create(10);
     ASSERT_NE(buffer, nullptr);
-    EXPECT_EQ(buffer->size(), 10u);
+    EXPECT_EQ(buffer->size(), 10U);
     buffer->release();
     LogCapture log;
     EXPECT_EQ(MediaBufferBase::Create(kSizeMax / 2), nullptr);
-    ASSERT_EQ(log.lines().size(), 1u);
+    ASSERT_EQ(log.lines().size(), 1U);
     EXPECT_EQ(log.lines()[0].priority, ANDROID_LOG_ERROR);
     EXPECT_EQ(log.lines()[0].tag, "MediaBuffer");
     EXPECT_EQ(log.lines()[0].message, "no memory for a buffer of 9223372036854775807 bytes");

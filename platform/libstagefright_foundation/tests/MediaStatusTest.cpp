@@ -26,7 +26,7 @@ TEST(MediaStatus, AnyOtherStatusBecomesTheUnknownErrorWithAnErrorLine) {
     for (android::status_t status : {-11, -12, -1010, 1}) {
         LogCapture log;
         EXPECT_EQ(toMediaStatus(status), AMEDIA_ERROR_UNKNOWN);
-        ASSERT_EQ(log.lines().size(), 1u);
+        ASSERT_EQ(log.lines().size(), 1U);
         EXPECT_EQ(log.lines()[0].priority, ANDROID_LOG_ERROR);
         EXPECT_EQ(log.lines()[0].message,
                   "status " + std::to_string(status) +
