@@ -49,19 +49,20 @@ void print(const char* mark, const std::vector<std::string>& lines, size_t begin
     }
 }
 
-void showDifference(const Options& options, const PlanList& plans, size_t session) {
+/** Plays the session once more with both, and prints the first events that differ. */
+void showDifference(const Runner& runner, const Runner& otherRunner, size_t session,
+                    size_t context) {
     constexpr size_t kFollowing = 4;
-    const auto one = Runner(options.plugin, plans, options.run).lines(session);
-    const auto other = Runner(options.otherPlugin, plans, options.run).lines(session);
+    const auto one = runner.lines(session);
+    const auto other = otherRunner.lines(session);
     const auto [difference, ignored] =
             std::mismatch(one.begin(), one.end(), other.begin(), other.end());
     const auto first = static_cast<size_t>(difference - one.begin());
-    std::printf("\nsession %zu: %s\n", session, plans.plan(session).name.c_str());
     if (first == one.size() && first == other.size()) {
         std::printf("  played once more, both do the same: a session that depends on chance\n");
         return;
     }
-    print(" ", one, first - std::min(first, options.context), first);
+    print(" ", one, first - std::min(first, context), first);
     print("-", one, first, first + kFollowing);
     print("+", other, first, first + kFollowing);
 }
@@ -89,7 +90,8 @@ int compare(const Options& options) {
         std::printf("  session %zu: %s\n", session, plans.plan(session).name.c_str());
     }
     for (size_t i = 0; i < std::min(options.shown, different.size()); ++i) {
-        showDifference(options, plans, different[i]);
+        std::printf("\nsession %zu: %s\n", different[i], plans.plan(different[i]).name.c_str());
+        showDifference(runner, otherRunner, different[i], options.context);
     }
     return different.empty() ? kSame : kDifferent;
 }

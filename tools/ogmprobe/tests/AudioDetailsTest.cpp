@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "info/AudioDetails.h"
 
+#include <BitWriter.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "BitWriter.h"
 
 namespace ogmprobe {
 namespace {
@@ -57,7 +56,7 @@ TEST(AudioDetails, OfEnhancedAc3SayNothingOfTheService) {
 
 /** A header of AC-3 at 48 kHz and 128 kbit/s. */
 Bytes ac3Header(uint32_t service, uint32_t layout, bool hasLow, uint32_t dialogue) {
-    test::BitWriter bits;
+    android::ogm::test::BitWriter bits;
     bits.put(0x0b77, 16).put(0, 16).put(0x14, 8).put(8, 5).put(service, 3).put(layout, 3);
     bits.put(0xf, layout != 1 && layout % 2 != 0 ? 2 : 0);
     bits.put(0xf, layout >= 4 ? 2 : 0);

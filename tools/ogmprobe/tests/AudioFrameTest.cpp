@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "codecs/AudioFrame.h"
 
+#include <BitWriter.h>
 #include <gtest/gtest.h>
 
 #include <utility>
 #include <vector>
 
-#include "BitWriter.h"
 #include "codecs/BitReader.h"
 
 namespace ogmprobe {
@@ -116,13 +116,13 @@ TEST(AudioFrame, DtsSaysItsSizeInEachForm) {
 
 /** The fields of a core from its sync word on, in one of the forms in which DTS is stored. */
 Bytes dtsCore(uint32_t channels, uint32_t rate, bool fourteenBits, bool littleEndian) {
-    test::BitWriter fields;
+    android::ogm::test::BitWriter fields;
     fields.put(0x7ffe8001, 32).put(1, 1).put(31, 5).put(0, 1).put(15, 7).put(1005, 14);
     fields.put(channels, 6).put(rate, 4).put(0, 22);
     // 14 bits of each word are used; the sign of the word is repeated before them.
     const Bytes& plain = fields.bytes();
     BitReader bits(plain);
-    test::BitWriter words;
+    android::ogm::test::BitWriter words;
     const unsigned width = fourteenBits ? 14 : 16;
     for (unsigned used = 0; used + width <= 8 * plain.size(); used += width) {
         const uint32_t word = bits.take(width);

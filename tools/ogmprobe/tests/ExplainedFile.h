@@ -28,15 +28,14 @@ inline Bytes sampleBytes(const std::string& name) {
 
 /** Offsets of the pages of an undamaged file. */
 inline std::vector<size_t> pageOffsets(const Bytes& file) {
-    constexpr size_t kSegmentCount = 26;
-    constexpr size_t kLacing = 27;
+    using namespace android::ogm::test;
     std::vector<size_t> offsets;
     for (size_t offset = 0; offset < file.size();) {
         offsets.push_back(offset);
-        const size_t segments = file[offset + kSegmentCount];
-        size_t size = kLacing + segments;
+        const size_t segments = file[offset + kSegmentCountOffset];
+        size_t size = kPageHeaderSize + segments;
         for (size_t i = 0; i < segments; ++i) {
-            size += file[offset + kLacing + i];
+            size += file[offset + kPageHeaderSize + i];
         }
         offset += size;
     }

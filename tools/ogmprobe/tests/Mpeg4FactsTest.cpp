@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <BitWriter.h>
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <utility>
 #include <vector>
 
-#include "BitWriter.h"
 #include "codecs/VideoFacts.h"
 
 namespace ogmprobe::mpeg4_facts_test {
 namespace {
 
-using test::BitWriter;
+using android::ogm::test::BitWriter;
 using Bytes = std::vector<uint8_t>;
 using Part = std::function<void(BitWriter&)>;
 

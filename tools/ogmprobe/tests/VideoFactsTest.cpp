@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "codecs/VideoFacts.h"
 
+#include <BitWriter.h>
 #include <gtest/gtest.h>
 
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "BitWriter.h"
-
 namespace ogmprobe {
 namespace {
 
-using test::BitWriter;
+using android::ogm::test::BitWriter;
 using Bytes = std::vector<uint8_t>;
 
 const Bytes kObjectLayer = {0x00, 0x00, 0x01, 0x20, 0x08, 0xd4, 0x8d, 0x08, 0x00, 0xcd,

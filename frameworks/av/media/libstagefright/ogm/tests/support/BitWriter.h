@@ -15,6 +15,19 @@ class BitWriter {
         return *this;
     }
 
+    /** Exp-Golomb codes (ISO/IEC 14496-10, 9.1), the second with a sign. */
+    BitWriter& golomb(uint32_t value) {
+        size_t bits = 1;
+        while ((value + 1) >> bits != 0) {
+            ++bits;
+        }
+        return put(0, bits - 1).put(value + 1, bits);
+    }
+    BitWriter& signedGolomb(int32_t value) {
+        return golomb(value > 0 ? 2 * static_cast<uint32_t>(value) - 1
+                                : 2 * static_cast<uint32_t>(-value));
+    }
+
     /** The bytes so far; the last one is padded with zero bits. */
     const Bytes& bytes() const { return mBytes; }
 
