@@ -10,7 +10,7 @@ PARTS = "ogmprobe_parts_test"
 CHECK = "ogmprobe_check_test"
 TIMELINE = "ogmprobe_timeline_test"
 # These are linked with the tool's own libraries; the other tests run the program.
-PARTS_TARGETS = ("ogmprobe_options", "ogmprobe_parts")
+PARTS_TARGETS = ("ogmprobe_options", "ogmprobe_parts", "ogmprobe_reports")
 TIMELINE_TARGETS = (*PARTS_TARGETS, "ogmprobe_timeline")
 CHECK_TARGETS = (*TIMELINE_TARGETS, "ogmprobe_check")
 LINKED_TESTS = {PARTS: PARTS_TARGETS, CHECK: CHECK_TARGETS, TIMELINE: TIMELINE_TARGETS}

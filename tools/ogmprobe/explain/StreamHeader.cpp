@@ -15,7 +15,7 @@ constexpr std::string_view kAudio = "\1audio";
 constexpr std::string_view kText = "\1text";
 
 // Offsets of the fields in an OGM stream header.
-constexpr size_t kName = 1;
+constexpr size_t kCodecName = 1;
 constexpr size_t kSubtype = 9;
 constexpr size_t kSubtypeSize = 4;
 constexpr size_t kTimeUnit = 17;
@@ -27,7 +27,7 @@ constexpr size_t kChannels = 45;
 constexpr size_t kVorbisRate = 12;
 
 StreamKind kindOf(std::span<const uint8_t> packet) {
-    if (holdsAt(packet, kName, "vorbis")) {
+    if (holdsAt(packet, kCodecName, "vorbis")) {
         return StreamKind::kVorbis;
     }
     if (holdsAt(packet, 0, kVideo)) {
@@ -39,7 +39,7 @@ StreamKind kindOf(std::span<const uint8_t> packet) {
     if (holdsAt(packet, 0, kText)) {
         return StreamKind::kText;
     }
-    return holdsAt(packet, kName, "theora") ? StreamKind::kTheora : StreamKind::kOther;
+    return holdsAt(packet, kCodecName, "theora") ? StreamKind::kTheora : StreamKind::kOther;
 }
 
 std::string codecOf(std::span<const uint8_t> packet) {
