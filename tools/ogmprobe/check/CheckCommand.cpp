@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "check/CheckText.h"
 #include "check/CodecFiles.h"
@@ -44,10 +44,11 @@ std::string circumstancesOf(const DecoderList& decoders, const GlobalOptions& op
     for (const Decoder& decoder : decoders.decoders) {
         list += toLine(toJson(decoder));
     }
-    std::ifstream plugin(pluginPath(options), std::ios::binary);
-    const std::string library{std::istreambuf_iterator<char>(plugin), {}};
+    const std::ifstream plugin(pluginPath(options), std::ios::binary);
+    std::ostringstream library;
+    library << plugin.rdbuf();
     return fmt::format("ogmprobe {}, plug-in {:016x}, decoders {:016x}", OGMPROBE_VERSION,
-                       digestOf(library), digestOf(list));
+                       digestOf(library.str()), digestOf(list));
 }
 
 /** Checks all files and shows the results. */

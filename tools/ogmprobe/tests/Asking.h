@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "FileText.h"
 #include "Process.h"
 #include "TemporaryFolder.h"
 #include "process/Sanitizers.h"
@@ -23,11 +24,6 @@
 namespace ogmprobe::test::answers {
 
 namespace fs = std::filesystem;
-
-inline std::string bytesOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 /** The offset of the page with this number, from 0, in an undamaged file. */
 inline size_t pageOffset(const std::string& bytes, size_t number) {
@@ -40,7 +36,9 @@ inline size_t pageOffset(const std::string& bytes, size_t number) {
 
 /** Copies of samples, by their names, each with one change. */
 inline std::map<std::string, std::string> damagedCopies() {
-    const auto sample = [](const char* name) { return bytesOf(fs::path(OGMPROBE_SAMPLES) / name); };
+    const auto sample = [](const char* name) {
+        return fileText(fs::path(OGMPROBE_SAMPLES) / name);
+    };
     std::map<std::string, std::string> copies;
     const std::string ac3 = sample("mpeg2_ac3.ogm");
     copies["cut.ogm"] = ac3.substr(0, ac3.size() / 2);
@@ -107,7 +105,8 @@ inline std::string replacedAll(std::string text, const std::string& from, const 
 class Asking {
   public:
     Asking() {
-        for (const auto& [name, bytes] : damagedCopies()) {
+        static const std::map<std::string, std::string> copies = damagedCopies();
+        for (const auto& [name, bytes] : copies) {
             mFolder.write(name, bytes);
         }
         fs::create_directory(mFolder.path("out"));
@@ -155,7 +154,7 @@ class Asking {
     std::string writtenFiles() const {
         std::set<std::string> lines;
         for (const auto& entry : fs::directory_iterator(mFolder.path("out"))) {
-            const std::string bytes = bytesOf(entry.path());
+            const std::string bytes = fileText(entry.path());
             lines.insert(entry.path().filename().string() + ": " + std::to_string(bytes.size()) +
                          " bytes, digest " + digestOf(plain(bytes)) + "\n");
         }
@@ -184,7 +183,7 @@ inline void expectKept(const std::string& name, const std::string& answer) {
     if (std::getenv("OGMPROBE_UPDATE_ANSWERS") != nullptr) {
         std::ofstream(kept, std::ios::binary) << answer;
     }
-    EXPECT_EQ(comparable(answer), comparable(bytesOf(kept)));
+    EXPECT_EQ(comparable(answer), comparable(fileText(kept)));
 }
 
 /** The names of the stored texts that have this prefix, or of all others. */

@@ -179,6 +179,7 @@ TEST(Compare, OfFilesThatDieInTheSameWayHasTheCodeOfTheDeath) {
 TEST(Compare, EndsAListThatNeverEnds) {
     json endless = fakeFile({fakeVideo()});
     endless["tracks"][0]["repeat"] = true;
+    endless["tracks"][0]["buffers"][0]["hex"] = std::string(2000, 'a');
     const json document = Pair(endless, original()).document(5);
     EXPECT_EQ(document["errors"][0],
               json({{"exit_code", 4},

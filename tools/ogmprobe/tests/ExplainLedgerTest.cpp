@@ -2,9 +2,6 @@
 #include <ElementaryStreams.h>
 #include <OgmStreamHeaders.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "ExplainedFile.h"
 
 namespace ogmprobe::test::explain_ledger_test {
@@ -161,9 +158,7 @@ TEST(ExplainLedger, CountsAPacketOverSeveralPagesOnce) {
 
 /** The file in a fuzzing input, without the input's calls. */
 Bytes fuzzedFile(const std::string& name) {
-    std::ifstream file(OGMPROBE_SAMPLES "/../../../fuzz/corpus/ogm_extractor_fuzzer/" + name,
-                       std::ios::binary);
-    Bytes bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    Bytes bytes = sampleBytes("../../../fuzz/corpus/ogm_extractor_fuzzer/" + name);
     const size_t faults = bytes.at(0) >> 2 & 3U;
     const size_t calls = 4 + 4 * faults;
     bytes.erase(bytes.begin(), bytes.begin() + static_cast<int64_t>(calls + 1 + 4 * bytes[calls]));

@@ -4,9 +4,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
+
+#include "FileText.h"
 
 namespace ogmprobe::test {
 
@@ -33,10 +34,7 @@ class TemporaryFolder {
         std::ofstream(mPath / name, std::ios::binary) << contents;
         return path(name);
     }
-    std::string read(const std::string& name) const {
-        std::ifstream file(mPath / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
+    std::string read(const std::string& name) const { return fileText(mPath / name); }
 
   private:
     std::filesystem::path mPath;

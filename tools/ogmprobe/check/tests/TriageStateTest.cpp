@@ -24,10 +24,7 @@ using testing::HasSubstr;
 class TriageStateTest : public testing::Test {
   protected:
     std::string path() const { return (mFolder.path() / "state").string(); }
-    std::string text() const {
-        std::ifstream file(path());
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string text() const { return mFolder.read("state"); }
     /** The message of the exception that opening it throws. */
     std::string refusal(const std::string& circumstances) const {
         return refusalOf(path(), circumstances);
