@@ -14,7 +14,7 @@ readonly build_packages=(
 # What checks the host build; the browser shows the pages that ogmprobe writes.
 readonly quick_packages=(
     clang clang-format lld python3 python3-jsonschema python3-pyelftools
-    chromium chromium-driver python3-selenium
+    chromium-headless-shell
     libbenchmark-dev libogg-dev pkg-config zsh fish
 )
 # Sanitizers, fuzzing, static analysis, packages, and the parser of Android's build files.
