@@ -2,6 +2,7 @@
 """Holds the schemas against what the program writes: SchemaTest.py PROGRAM FAKE_PLUGIN SAMPLES."""
 
 import copy
+import functools
 import json
 import pathlib
 import subprocess
@@ -36,6 +37,7 @@ def closed(schema):
     return result
 
 
+@functools.cache
 def validator(name):
     all_schemas = {key: closed(schema) for key, schema in schemas().items()}
     store = {f"{key}.json": schema for key, schema in all_schemas.items()}
