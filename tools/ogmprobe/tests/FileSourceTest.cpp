@@ -164,7 +164,7 @@ TEST_F(LongSearchTest, IsDoneInFullByDefault) {
 /** Searches for a page of another stream in a file with junk, as a plug-in does. */
 class RepeatedSearchTest : public testing::Test {
   protected:
-    static constexpr off64_t kJunk = 200'000;
+    static constexpr off64_t kJunk = 150'000;
     static constexpr uint64_t kPageSize = 1028;
 
     RepeatedSearchTest() {
