@@ -31,8 +31,9 @@ class PlayLimit {
     // No file returns its bytes this often, not even if one track waits for another.
     static constexpr uint64_t kExpansion = 8;
     static constexpr uint64_t kSmallFile = 1 << 20;
-    // Empty packets must reach the limit too.
-    static constexpr uint64_t kPacketCost = 1;
+    // Empty packets must reach the limit soon too. In a file each has a byte of a lacing table, and
+    // 255 of them a page header, so a file of empty packets stays below the limit.
+    static constexpr uint64_t kPacketCost = 8;
 
     uint64_t mLimit;
     uint64_t mPlayed = 0;

@@ -197,8 +197,8 @@ class FaultSweepTest : public ::testing::Test {
 
 TEST_F(FaultSweepTest, EveryReadOfAShortVideoAndPcmFileMayFail) {
     OneVideoOneAudio content;
-    content.videoFrames = 12;
-    content.audioPackets = 12;
+    content.videoFrames = 7;
+    content.audioPackets = 7;
     sweep(oneVideoOneAudioFile(content).bytes(), 1, kReadBudgetOfATinyFile);
 }
 
