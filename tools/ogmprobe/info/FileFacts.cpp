@@ -18,7 +18,7 @@ namespace ogmprobe {
 namespace {
 
 /** The largest bitrate is measured over one second. */
-constexpr int64_t kInterval = kUsPerSecond;
+constexpr int64_t kBitrateInterval = kUsPerSecond;
 
 /** Enough bytes for several pictures, to count B pictures, and for frames with an encoder's mark.
  */
@@ -105,7 +105,7 @@ class StreamFactsBuilder {
             mFacts.bytes += page.bodySize - std::min(page.missingBytes, page.bodySize);
             if (const auto timeUs = mFile.timeUs(page); timeUs && page.granule != kNoGranule) {
                 mFacts.durationUs = std::max(mFacts.durationUs.value_or(0), *timeUs);
-                bytesByInterval[*timeUs / kInterval] += page.bodySize;
+                bytesByInterval[*timeUs / kBitrateInterval] += page.bodySize;
             }
         }
         constexpr double kPercent = 100;
