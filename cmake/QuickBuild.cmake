@@ -6,7 +6,7 @@ option(OGM_QUICK_BUILD "Compile sources of the tool together, and parse the plug
 # A larger number builds a whole program faster; a smaller one compiles less again after a change.
 set(OGM_QUICK_BATCH 16 CACHE STRING "How many sources are compiled together")
 
-# GCC spends a sixth of its time on combined sources on collecting garbage; without it they need 0.9 GB.
+# GCC spends a sixth of its time on combined sources on collecting garbage; without it they need 1 GB.
 if(OGM_QUICK_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options("SHELL:--param ggc-min-expand=500" "SHELL:--param ggc-min-heapsize=1000000")
 endif()
