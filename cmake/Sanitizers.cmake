@@ -12,4 +12,7 @@ endif()
 if(ogm_sanitizer_flags)
     add_compile_options(${ogm_sanitizer_flags})
     add_link_options(${ogm_sanitizer_flags})
+    # The descriptions of the checks are megabytes of addresses. A program at a fixed address does not have
+    # to adjust them each time it starts.
+    add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-no-pie>)
 endif()

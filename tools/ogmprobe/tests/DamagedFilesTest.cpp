@@ -82,7 +82,7 @@ class DamagedFiles : public testing::Test {
 
     /** Most of the time is spent in searches that never end. */
     ProcessResult info(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), {"info", "--timeout", "0.1"});
+        arguments.insert(arguments.begin(), {"info", "--timeout", "0.05"});
         arguments.insert(arguments.end(), mPaths.begin(), mPaths.end());
         return runProbe(arguments);
     }

@@ -81,9 +81,10 @@ class ExplainedFile {
     }
 
     /** All findings with the identifier. */
-    std::vector<nlohmann::json> findings(const std::string& id) const {
+    std::vector<nlohmann::json> findings(const std::string& id,
+                                         const std::vector<std::string>& options = {}) const {
         std::vector<nlohmann::json> found;
-        const nlohmann::json all = document();
+        const nlohmann::json all = document(options);
         for (const auto& finding : all["findings"]) {
             if (finding["id"] == id) {
                 found.push_back(finding);
