@@ -252,7 +252,7 @@ TEST_F(DemuxerTest, ADamagedPageHeaderBeforeTheEndOfTheFileIsReadAgainForever) {
     }
     OgmFile damaged = file;
     damaged.add(OggPage(kAudio).version(1).packet(filled(255, 1)));
-    constexpr std::chrono::milliseconds kLimit(500);
+    constexpr std::chrono::milliseconds kLimit(200);
     const auto readVideo = [this](const OgmFile& bytes) { startedVideo(bytes)->read(); };
     EXPECT_EQ(runInChild([&] { readVideo(damaged); }, kLimit), outOfTime());
     EXPECT_EQ(runInChild([&] { readVideo(file); }), returned());

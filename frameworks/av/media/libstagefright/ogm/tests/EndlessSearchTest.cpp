@@ -8,7 +8,7 @@
 namespace android::ogm::test::endless_search_test {
 namespace {
 
-constexpr std::chrono::milliseconds kLimit(500);
+constexpr std::chrono::milliseconds kLimit(200);
 constexpr int64_t kSeekUs = 4000000;
 
 /** A cursor at offset 0 is treated as not set, so it goes to the first page again. */

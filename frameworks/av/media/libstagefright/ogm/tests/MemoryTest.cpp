@@ -170,7 +170,7 @@ TEST(MemoryTest, ATimeOrderedReadTakesNoMoreMemoryForALongerFile) {
     LongFile warmUp(kMegabyte);
     readInTimeOrder(warmUp);
     LongFile shorter(8 * kMegabyte);
-    LongFile longer(64 * kMegabyte);
+    LongFile longer(32 * kMegabyte);
     const Reading one = readInTimeOrder(shorter);
     const Reading other = readInTimeOrder(longer);
     for (size_t i = 0; i < one.buffers.size(); ++i) {

@@ -20,7 +20,7 @@ using ::testing::IsEmpty;
 constexpr size_t kEsdsHeaderSize = 25;
 constexpr char kNoStartCode[] = "can't find start code for mpeg4 video";
 // A search that ends takes a few microseconds.
-constexpr std::chrono::milliseconds kEndlessSearch(200);
+constexpr std::chrono::milliseconds kEndlessSearch(100);
 
 /** Completes a format from bytes that a test provides. */
 class CodecConfigRoutineTest : public LogTest {

@@ -73,7 +73,7 @@ TEST(PacketStorageTest, QueuedPacketsKeepTheirBytesHoweverTheQueueGrowsAndShrink
     std::deque<std::pair<uint32_t, ByteBuffer>> queue;
     Random random;
     bool isGrowing = true;
-    for (uint32_t i = 0; i < 30000; ++i) {
+    for (uint32_t i = 0; i < 12000; ++i) {
         if (queue.empty() || queue.size() > kLongest) {
             isGrowing = queue.empty();
         }
