@@ -211,7 +211,7 @@ TEST(ReadingWithoutEnd, IsReportedAsStuckWhenTheSameReadsAreRepeated) {
 }
 
 TEST(ReadingWithoutEnd, IsNotCalledStuckWhereItMayEnd) {
-    const ProcessResult result = packetsOf(videoThatEndsWith("wander"), {"--timeout", "0.2"});
+    const ProcessResult result = packetsOf(videoThatEndsWith("wander"), {"--timeout", "0.1"});
     EXPECT_EQ(result.exitCode, 4);
     EXPECT_THAT(result.err, ContainsRegex("a\\.fake: the extractor has not finished in read: "
                                           "still searching at [0-9]+ B of [0-9]+ B after [0-9]+ s; "

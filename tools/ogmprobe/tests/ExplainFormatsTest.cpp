@@ -339,7 +339,7 @@ TEST(ExplainFormats, AnAc3FrameOfNoSizeIsNamed) {
         frames.push_back(frame.bytes());
     }
     EXPECT_THAT(
-            endOf(audioFile(audioHeader("2000"), frames).bytes(), {"--timeout", "1"}),
+            endOf(audioFile(audioHeader("2000"), frames).bytes(), {"--timeout", "0.3"}),
             HasSubstr(" An AC-3 frame has a size code (37) for which the plug-in's table says 0 "
                       "bytes: it is returned again and again."));
 }

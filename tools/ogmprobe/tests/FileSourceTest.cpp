@@ -5,6 +5,7 @@
 #include <unistd.h>
 #include <utils/Errors.h>
 
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -185,22 +186,24 @@ class RepeatedSearchTest : public testing::Test {
     static Result lookUp(FileSource& source) {
         Result result;
         android::CDataSource* table = source.table();
-        std::string bytes(255, '\0');
+        char bytes[27] = {};
         const auto read = [&](off64_t offset, size_t size) {
             ++result.calls;
-            return table->readAt(table->handle, offset, bytes.data(), size) ==
-                   static_cast<ssize_t>(size);
+            return table->readAt(table->handle, offset, bytes, size) == static_cast<ssize_t>(size);
+        };
+        const auto beginsWith = [&](const char(&expected)[5]) {
+            return std::memcmp(bytes, expected, 4) == 0;
         };
         for (off64_t begin = 1; begin < kJunk; begin += kPageSize) {
             off64_t found = begin;
-            while (read(found, 4) && !bytes.starts_with("OggS")) {
+            while (read(found, 4) && !beginsWith("OggS")) {
                 ++found;
             }
             read(found, 27);
-            EXPECT_TRUE(bytes.starts_with("OggS"));
+            EXPECT_TRUE(beginsWith("OggS"));
             EXPECT_EQ(bytes[26], 4);
             read(found + 27, 4);
-            EXPECT_EQ(bytes.substr(0, 4), "\xff\xff\xff\xe8");
+            EXPECT_TRUE(beginsWith("\xff\xff\xff\xe8"));
             ++result.pages;
         }
         return result;
