@@ -80,9 +80,9 @@ class DamagedFiles : public testing::Test {
         }
     }
 
-    /** Most of the time is spent in searches that never end. */
+    /** Searches that never end are given up soon. */
     ProcessResult info(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), {"info", "--timeout", "0.05"});
+        arguments.insert(arguments.begin(), {"info", "--timeout", "0.1"});
         arguments.insert(arguments.end(), mPaths.begin(), mPaths.end());
         return runProbe(arguments);
     }
@@ -112,6 +112,8 @@ TEST_F(DamagedFiles, EachHaveTheirFateInOneJsonDocument) {
 }
 
 TEST_F(DamagedFiles, AreEachNamedInText) {
+    // Among the last ones is one that the extractor never finishes.
+    mPaths.erase(mPaths.begin(), mPaths.end() - kFiles / 4);
     const ProcessResult result = info({});
     EXPECT_EQ(result.exitCode, 4);
     for (const std::string& path : mPaths) {
