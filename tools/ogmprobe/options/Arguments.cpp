@@ -38,22 +38,47 @@ struct Command {
     std::function<CommandOptions()> takeOptions;
 };
 
+/** Adds a command; the global options are also accepted after its name. */
 template <typename T>
-Command commandOf(CLI::App* app, T& options) {
-    return {app, [&options] { return CommandOptions(std::move(options)); }};
+Command commandOf(CLI::App& app, T& options, const char* name, const char* description,
+                  const char* examples) {
+    CLI::App* command = app.add_subcommand(name, description);
+    command->fallthrough();
+    command->footer(examples);
+    // Adding the options of all commands would take half of the program's start.
+    command->preparse_callback([command, &options](size_t) { addOptions(*command, options); });
+    return {command, [&options] { return CommandOptions(std::move(options)); }};
 }
 
 std::vector<Command> addCommands(CLI::App& app, Collected& collected) {
     return {
-            commandOf(addInfo(app, collected.info), collected.info),
-            commandOf(addPackets(app, collected.packets), collected.packets),
-            commandOf(addSeekTest(app, collected.seekTest), collected.seekTest),
-            commandOf(addExtract(app, collected.extract), collected.extract),
-            commandOf(addTimeline(app, collected.timeline), collected.timeline),
-            commandOf(addExplain(app, collected.explain), collected.explain),
-            commandOf(addSync(app, collected.sync), collected.sync),
-            commandOf(addCompare(app, collected.compare), collected.compare),
-            commandOf(addCheck(app, collected.check), collected.check),
+            commandOf(app, collected.info, "info",
+                      "Show what the files are and which tracks they hold", kInfoExamples),
+            commandOf(app, collected.packets, "packets",
+                      "List the buffers of all tracks in the order of their times",
+                      kPacketsExamples),
+            commandOf(app, collected.seekTest, "seektest",
+                      "Seek to evenly spaced times and show where each seek lands "
+                      "and what it costs",
+                      kSeekTestExamples),
+            commandOf(app, collected.extract, "extract", "Write each track's buffers into a file",
+                      kExtractExamples),
+            commandOf(app, collected.timeline, "timeline",
+                      "Draw the packets of all tracks over time", kTimelineExamples),
+            commandOf(app, collected.explain, "explain",
+                      "Say why tracks are missing, the duration is odd, bytes are "
+                      "skipped or packets are not returned",
+                      kExplainExamples),
+            commandOf(app, collected.sync, "sync",
+                      "Compare the plug-in's times with those of the file's pages, and audio with "
+                      "video",
+                      kSyncExamples),
+            commandOf(app, collected.compare, "compare",
+                      "Show the first difference between two files, or between two plug-ins on one "
+                      "file",
+                      kCompareExamples),
+            commandOf(app, collected.check, "check",
+                      "Say whether a device will play the files, and why not", kCheckExamples),
     };
 }
 

@@ -5,17 +5,17 @@
 
 #include "options/Options.h"
 
-/** Each function adds a command, whose options are written to `options`, and returns it. */
+/** Each function adds the options of a command, whose values are written to `options`. */
 namespace ogmprobe {
 
-CLI::App* addInfo(CLI::App& app, InfoOptions& options);
-CLI::App* addPackets(CLI::App& app, PacketsOptions& options);
-CLI::App* addSeekTest(CLI::App& app, SeekTestOptions& options);
-CLI::App* addExtract(CLI::App& app, ExtractOptions& options);
-CLI::App* addTimeline(CLI::App& app, TimelineOptions& options);
-CLI::App* addExplain(CLI::App& app, ExplainOptions& options);
-CLI::App* addSync(CLI::App& app, SyncOptions& options);
-CLI::App* addCompare(CLI::App& app, CompareOptions& options);
-CLI::App* addCheck(CLI::App& app, CheckOptions& options);
+void addOptions(CLI::App& command, InfoOptions& options);
+void addOptions(CLI::App& command, PacketsOptions& options);
+void addOptions(CLI::App& command, SeekTestOptions& options);
+void addOptions(CLI::App& command, ExtractOptions& options);
+void addOptions(CLI::App& command, TimelineOptions& options);
+void addOptions(CLI::App& command, ExplainOptions& options);
+void addOptions(CLI::App& command, SyncOptions& options);
+void addOptions(CLI::App& command, CompareOptions& options);
+void addOptions(CLI::App& command, CheckOptions& options);
 
 }  // namespace ogmprobe

@@ -38,15 +38,6 @@ constexpr uint64_t kMaxTracks = 100'000;
 
 }  // namespace
 
-CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
-                     const char* examples) {
-    CLI::App* command = app.add_subcommand(name, description);
-    // Global options may also come after the command's name.
-    command->fallthrough();
-    command->footer(examples);
-    return command;
-}
-
 void addGlobalOptions(CLI::App& app, GlobalOptions& options) {
     app.add_option("--plugin", options.pluginPath,
                    "The plug-in's library (default: the one beside the program)")

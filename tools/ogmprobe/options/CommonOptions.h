@@ -15,10 +15,6 @@ namespace ogmprobe {
 inline constexpr const char* kCsvText = "Comma-separated values, with a heading";
 inline constexpr const char* kJsonText = "A JSON document; times are whole microseconds";
 
-/** Adds a command; the global options are also accepted after its name. */
-CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
-                     const char* examples);
-
 void addGlobalOptions(CLI::App& app, GlobalOptions& options);
 
 /** The files and folders of a command; at least one. */

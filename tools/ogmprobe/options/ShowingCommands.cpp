@@ -7,7 +7,6 @@
 
 #include "options/CommandLines.h"
 #include "options/CommonOptions.h"
-#include "options/HelpTexts.h"
 #include "options/Validators.h"
 #include "text/TimeText.h"
 
@@ -33,92 +32,74 @@ void addSeeks(CLI::App& command, std::vector<int64_t>& seeksUs) {
 
 }  // namespace
 
-CLI::App* addInfo(CLI::App& app, InfoOptions& options) {
-    CLI::App* command = addCommand(
-            app, "info", "Show what the files are and which tracks they hold", kInfoExamples);
-    addFiles(*command, options.files);
-    command->add_flag("--format", options.format, "List all entries of all formats");
-    command->add_flag("--verbose", options.verbose, "Do not cut long lines of bytes");
-    addJson(*command, options.json);
-    return command;
+void addOptions(CLI::App& command, InfoOptions& options) {
+    addFiles(command, options.files);
+    command.add_flag("--format", options.format, "List all entries of all formats");
+    command.add_flag("--verbose", options.verbose, "Do not cut long lines of bytes");
+    addJson(command, options.json);
 }
 
-CLI::App* addPackets(CLI::App& app, PacketsOptions& options) {
-    CLI::App* command =
-            addCommand(app, "packets", "List the buffers of all tracks in the order of their times",
-                       kPacketsExamples);
-    addFiles(*command, options.files);
-    addTracks(*command, options.tracks);
-    addSeeks(*command, options.seeksUs);
-    command->add_option("--count", options.count, "At most N buffers of each track")
+void addOptions(CLI::App& command, PacketsOptions& options) {
+    addFiles(command, options.files);
+    addTracks(command, options.tracks);
+    addSeeks(command, options.seeksUs);
+    command.add_option("--count", options.count, "At most N buffers of each track")
             ->type_name("N")
             ->check(wholeNumber(1, UINT64_MAX));
-    addTime(*command, "--from", options.fromUs, "List only buffers from this time on");
-    addTime(*command, "--to", options.untilUs, "List only buffers before this time");
-    command->callback([&options] {
+    addTime(command, "--from", options.fromUs, "List only buffers from this time on");
+    addTime(command, "--to", options.untilUs, "List only buffers before this time");
+    command.callback([&options] {
         if (options.fromUs && options.untilUs && *options.untilUs <= *options.fromUs) {
             throw CLI::ValidationError("--to", "the time is not after that of --from");
         }
     });
-    command->add_flag("--sync-only", options.syncOnly, "List only sync frames");
-    command->add_flag("--clock", options.clock, "Times as h:mm:ss instead of seconds");
-    addCsvAndJson(*command, options.csv, options.json, kCsvText,
+    command.add_flag("--sync-only", options.syncOnly, "List only sync frames");
+    command.add_flag("--clock", options.clock, "Times as h:mm:ss instead of seconds");
+    addCsvAndJson(command, options.csv, options.json, kCsvText,
                   "JSON lines; times are whole microseconds");
-    return command;
 }
 
-CLI::App* addSeekTest(CLI::App& app, SeekTestOptions& options) {
-    CLI::App* command = addCommand(app, "seektest",
-                                   "Seek to evenly spaced times and show where each seek lands "
-                                   "and what it costs",
-                                   kSeekTestExamples);
-    addFiles(*command, options.files);
-    command->add_option("--steps", options.steps, "Spaces between the targets")
+void addOptions(CLI::App& command, SeekTestOptions& options) {
+    addFiles(command, options.files);
+    command.add_option("--steps", options.steps, "Spaces between the targets")
             ->type_name("N")
             ->capture_default_str()
             ->check(wholeNumber(1, kMaxSteps));
-    command->add_flag("--strict", options.strict,
-                      "Exit code 1 if a seek to any time but the last goes to the end");
-    addCsvAndJson(*command, options.csv, options.json);
-    return command;
+    command.add_flag("--strict", options.strict,
+                     "Exit code 1 if a seek to any time but the last goes to the end");
+    addCsvAndJson(command, options.csv, options.json);
 }
 
-CLI::App* addExtract(CLI::App& app, ExtractOptions& options) {
-    CLI::App* command =
-            addCommand(app, "extract", "Write each track's buffers into a file", kExtractExamples);
-    addFiles(*command, options.files);
-    command->add_option("-o,--output", options.folder,
-                        "Folder for the files, made if it does not exist; - for one track on "
-                        "standard output")
+void addOptions(CLI::App& command, ExtractOptions& options) {
+    addFiles(command, options.files);
+    command.add_option("-o,--output", options.folder,
+                       "Folder for the files, made if it does not exist; - for one track on "
+                       "standard output")
             ->type_name("DIR")
             ->required()
             ->check(anyName());
-    addTracks(*command, options.tracks);
-    command->add_flag("--force", options.force, "Overwrite files that exist");
-    return command;
+    addTracks(command, options.tracks);
+    command.add_flag("--force", options.force, "Overwrite files that exist");
 }
 
-CLI::App* addTimeline(CLI::App& app, TimelineOptions& options) {
-    CLI::App* command = addCommand(app, "timeline", "Draw the packets of all tracks over time",
-                                   kTimelineExamples);
-    addFiles(*command, options.files);
-    command->add_option("-o,--output", options.output,
-                        "The new page (.html) or drawing (.svg); for several files their folder, "
-                        "made if it does not exist")
+void addOptions(CLI::App& command, TimelineOptions& options) {
+    addFiles(command, options.files);
+    command.add_option("-o,--output", options.output,
+                       "The new page (.html) or drawing (.svg); for several files their folder, "
+                       "made if it does not exist")
             ->type_name("OUT")
             ->required()
             ->check(anyName());
-    command->add_flag("--svg", options.svg, "In a folder: drawings instead of pages");
-    command->add_option("--seek-steps", options.seekSteps,
-                        "Spaces between the targets of seeks; 0: no seeks")
+    command.add_flag("--svg", options.svg, "In a folder: drawings instead of pages");
+    command.add_option("--seek-steps", options.seekSteps,
+                       "Spaces between the targets of seeks; 0: no seeks")
             ->type_name("N")
             ->capture_default_str()
             ->check(wholeNumber(0, kMaxDrawnSteps));
-    addTime(*command, "--from", options.fromUs, "Draw only packets from this time on");
-    addTime(*command, "--to", options.untilUs, "Draw only packets before this time");
-    command->add_flag("--date", options.date, "Write the time of making it into the page");
-    command->add_flag("--force", options.force, "Overwrite a file that exists");
-    return command;
+    addTime(command, "--from", options.fromUs, "Draw only packets from this time on");
+    addTime(command, "--to", options.untilUs, "Draw only packets before this time");
+    command.add_flag("--date", options.date, "Write the time of making it into the page");
+    command.add_flag("--force", options.force, "Overwrite a file that exists");
 }
 
 }  // namespace ogmprobe
