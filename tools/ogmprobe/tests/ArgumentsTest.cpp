@@ -121,6 +121,13 @@ TEST_F(ArgumentsTest, TakesBothSidesOfAComparison) {
     EXPECT_EQ(command<CompareOptions>({"compare", "a", "b", "--no-logs"}).logs, false);
 }
 
+TEST_F(ArgumentsTest, TakesNamesOfCommandsAfterTheFirstAsFiles) {
+    EXPECT_THAT(command<InfoOptions>({"info", "info"}).files, ElementsAre("info"));
+    EXPECT_THAT(command<SyncOptions>({"sync", "a", "packets", "--csv"}).files,
+                ElementsAre("a", "packets"));
+    expectUsageError({"sync", "packets", "--sync-only"});
+}
+
 TEST_F(ArgumentsTest, RefusesWhatItDoesNotKnowOrMisses) {
     expectUsageError({});
     expectUsageError({"frobnicate"});
