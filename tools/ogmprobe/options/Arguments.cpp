@@ -40,8 +40,8 @@ struct Command {
 
 /** Adds a command; the global options are also accepted after its name. */
 template <typename T>
-Command commandOf(CLI::App& app, T& options, const char* name, const char* description,
-                  const char* examples) {
+Command addCommand(CLI::App& app, T& options, const char* name, const char* description,
+                   const char* examples) {
     CLI::App* command = app.add_subcommand(name, description);
     command->fallthrough();
     command->footer(examples);
@@ -52,33 +52,34 @@ Command commandOf(CLI::App& app, T& options, const char* name, const char* descr
 
 std::vector<Command> addCommands(CLI::App& app, Collected& collected) {
     return {
-            commandOf(app, collected.info, "info",
-                      "Show what the files are and which tracks they hold", kInfoExamples),
-            commandOf(app, collected.packets, "packets",
-                      "List the buffers of all tracks in the order of their times",
-                      kPacketsExamples),
-            commandOf(app, collected.seekTest, "seektest",
-                      "Seek to evenly spaced times and show where each seek lands "
-                      "and what it costs",
-                      kSeekTestExamples),
-            commandOf(app, collected.extract, "extract", "Write each track's buffers into a file",
-                      kExtractExamples),
-            commandOf(app, collected.timeline, "timeline",
-                      "Draw the packets of all tracks over time", kTimelineExamples),
-            commandOf(app, collected.explain, "explain",
-                      "Say why tracks are missing, the duration is odd, bytes are "
-                      "skipped or packets are not returned",
-                      kExplainExamples),
-            commandOf(app, collected.sync, "sync",
-                      "Compare the plug-in's times with those of the file's pages, and audio with "
-                      "video",
-                      kSyncExamples),
-            commandOf(app, collected.compare, "compare",
-                      "Show the first difference between two files, or between two plug-ins on one "
-                      "file",
-                      kCompareExamples),
-            commandOf(app, collected.check, "check",
-                      "Say whether a device will play the files, and why not", kCheckExamples),
+            addCommand(app, collected.info, "info",
+                       "Show what the files are and which tracks they hold", kInfoExamples),
+            addCommand(app, collected.packets, "packets",
+                       "List the buffers of all tracks in the order of their times",
+                       kPacketsExamples),
+            addCommand(app, collected.seekTest, "seektest",
+                       "Seek to evenly spaced times and show where each seek lands and what it "
+                       "costs",
+                       kSeekTestExamples),
+            addCommand(app, collected.extract, "extract", "Write each track's buffers into a file",
+                       kExtractExamples),
+            addCommand(app, collected.timeline, "timeline",
+                       "Draw the packets of all tracks over time", kTimelineExamples),
+            addCommand(app, collected.explain, "explain",
+                       "Say why tracks are missing, the duration is odd, bytes are skipped or "
+                       "packets are not returned",
+                       kExplainExamples),
+            addCommand(app, collected.sync, "sync",
+                       "Compare the plug-in's times with those of the file's pages, and audio with "
+                       "video",
+                       kSyncExamples),
+            addCommand(
+                    app, collected.compare, "compare",
+                    "Show the first difference between two files, or between two plug-ins on one "
+                    "file",
+                    kCompareExamples),
+            addCommand(app, collected.check, "check",
+                       "Say whether a device will play the files, and why not", kCheckExamples),
     };
 }
 
