@@ -338,8 +338,9 @@ TEST(ExplainFormats, AnAc3FrameOfNoSizeIsNamed) {
         frame.seed = i;
         frames.push_back(frame.bytes());
     }
+    // The limit of memory ends it first, where there is one.
     EXPECT_THAT(
-            endOf(audioFile(audioHeader("2000"), frames).bytes(), {"--timeout", "0.3"}),
+            endOf(audioFile(audioHeader("2000"), frames).bytes(), {"--timeout", "3"}),
             HasSubstr(" An AC-3 frame has a size code (37) for which the plug-in's table says 0 "
                       "bytes: it is returned again and again."));
 }
