@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 #include "ExitCode.h"
@@ -79,14 +81,11 @@ std::span<const uint8_t> OggScanner::bytes(uint64_t offset, size_t count) {
     if (offset < mWindowOffset || offset + count > mWindowOffset + mWindow.size()) {
         mWindow.resize(std::max(count, kWindowSize));
         mWindowOffset = offset;
-        const auto* table = mSource.table();
-        const ssize_t got = table->readAt(table->handle, static_cast<off64_t>(offset),
-                                          mWindow.data(), mWindow.size());
-        if (got < 0) {
-            throw ProbeError(ExitCode::kFile,
-                             std::string("cannot read: ") + std::strerror(mSource.error()));
+        const std::optional<size_t> got = mFile.read(offset, mWindow);
+        if (!got) {
+            throw ProbeError(ExitCode::kFile, std::string("cannot read: ") + std::strerror(errno));
         }
-        mWindow.resize(static_cast<size_t>(got));
+        mWindow.resize(*got);
     }
     const auto rest = std::span(mWindow).subspan(offset - mWindowOffset);
     return rest.first(std::min(count, rest.size()));

@@ -8,7 +8,7 @@
 
 #include "explain/OggFile.h"
 #include "files/InputFiles.h"
-#include "plugin/FileSource.h"
+#include "files/ReadableFile.h"
 
 namespace ogmprobe {
 
@@ -16,9 +16,9 @@ namespace ogmprobe {
 class OggScanner {
   public:
     /** Throws `ProbeError` with `kFile`. */
-    explicit OggScanner(const std::string& path) : mSource(pathToOpen(path)) {}
+    explicit OggScanner(const std::string& path) : mFile(pathToOpen(path)) {}
 
-    uint64_t size() const { return mSource.size(); }
+    uint64_t size() const { return mFile.size(); }
     /**
      * Returns the offset of the first capture pattern from the offset on; the file's size if there
      * is none.
@@ -33,7 +33,7 @@ class OggScanner {
     std::span<const uint8_t> bytes(uint64_t offset, size_t count);
 
   private:
-    FileSource mSource;
+    ReadableFile mFile;
     std::vector<uint8_t> mWindow;
     uint64_t mWindowOffset = 0;
 };

@@ -8,7 +8,7 @@
 
 #include "explain/OggFile.h"
 #include "files/InputFiles.h"
-#include "plugin/FileSource.h"
+#include "files/ReadableFile.h"
 
 namespace ogmprobe {
 
@@ -16,14 +16,11 @@ namespace ogmprobe {
 class StreamReader {
   public:
     StreamReader(const std::string& path, const OggFile& file)
-        : mSource(pathToOpen(path)), mFile(file) {}
+        : mContent(pathToOpen(path)), mFile(file) {}
 
     std::vector<uint8_t> body(const OggPage& page) {
         std::vector<uint8_t> bytes(std::min<uint64_t>(page.bodySize, kMaxHeaderBytes));
-        const auto* table = mSource.table();
-        const ssize_t got = table->readAt(table->handle, static_cast<off64_t>(page.bodyOffset()),
-                                          bytes.data(), bytes.size());
-        bytes.resize(static_cast<size_t>(std::max<ssize_t>(got, 0)));
+        bytes.resize(mContent.read(page.bodyOffset(), bytes).value_or(0));
         return bytes;
     }
 
@@ -50,7 +47,7 @@ class StreamReader {
     static constexpr size_t kMaxHeaderBytes = size_t{1} << 20;
     static constexpr size_t kMaxHeaderPages = 64;
 
-    FileSource mSource;
+    ReadableFile mContent;
     const OggFile& mFile;
 };
 

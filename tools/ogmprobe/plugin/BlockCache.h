@@ -7,6 +7,8 @@
 #include <memory>
 #include <span>
 
+#include "files/ReadableFile.h"
+
 namespace ogmprobe {
 
 /**
@@ -17,8 +19,8 @@ class BlockCache {
   public:
     static constexpr size_t kBlockSize = size_t{1} << 16;
 
-    /** Caches the file's first `size` bytes. The descriptor must outlive this object. */
-    BlockCache(int descriptor, uint64_t size);
+    /** The file must outlive this object. */
+    explicit BlockCache(const ReadableFile& file) : mFile(file) {}
 
     /** Returns the cached bytes from the offset to the end of its block; may be empty. */
     std::span<const uint8_t> from(uint64_t offset) const {
@@ -44,8 +46,7 @@ class BlockCache {
         std::unique_ptr<uint8_t[]> bytes;
     };
 
-    const int mDescriptor;
-    const uint64_t mSize;
+    const ReadableFile& mFile;
     std::array<Block, kBlocks> mBlocks;
 };
 

@@ -2,18 +2,13 @@
 #include "plugin/FileSource.h"
 
 #include <android/log.h>
-#include <fcntl.h>
-#include <fmt/core.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <utils/Errors.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cinttypes>
 #include <cstring>
-
-#include "ExitCode.h"
+#include <optional>
 
 namespace ogmprobe {
 namespace {
@@ -21,45 +16,9 @@ namespace {
 // The flag by which the framework marks a local file.
 constexpr uint32_t kIsLocalFile = 16;
 
-[[noreturn]] void failToOpen(const char* reason) {
-    throw ProbeError(ExitCode::kFile, fmt::format("cannot open: {}", reason));
-}
-
-// A plug-in reads at any offset: a pipe or a socket cannot do that.
-off64_t sizeOfSeekable(int descriptor) {
-    struct stat status = {};
-    if (fstat(descriptor, &status) != 0) {
-        failToOpen(std::strerror(errno));
-    }
-    if (S_ISDIR(status.st_mode)) {
-        failToOpen(std::strerror(EISDIR));
-    }
-    const off64_t end = lseek64(descriptor, 0, SEEK_END);
-    if (end < 0) {
-        failToOpen(std::strerror(errno));
-    }
-    return end;
-}
-
 }  // namespace
 
-FileSource::FileSource(const std::string& path) : mTable(makeTable(this)) {
-    mDescriptor = open64(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (mDescriptor < 0) {
-        failToOpen(std::strerror(errno));
-    }
-    try {
-        mSize = sizeOfSeekable(mDescriptor);
-        mBlocks.emplace(mDescriptor, static_cast<uint64_t>(mSize));
-    } catch (const ProbeError&) {
-        close(mDescriptor);
-        throw;
-    }
-}
-
-FileSource::~FileSource() {
-    close(mDescriptor);
-}
+FileSource::FileSource(const std::string& path) : mFile(path), mTable(makeTable(this)) {}
 
 ssize_t FileSource::readAt(off64_t offset, void* data, size_t size) {
     const bool searches = size == kSearchedSize && !mRepeated.isLacingTable(offset);
@@ -151,7 +110,7 @@ void FileSource::searchOnFrom(off64_t offset, size_t size, ssize_t got) {
     if (size != kSearchedSize || got != static_cast<ssize_t>(kSearchedSize)) {
         return;
     }
-    const std::span<const uint8_t> bytes = mBlocks->from(static_cast<uint64_t>(offset));
+    const std::span<const uint8_t> bytes = mBlocks.from(static_cast<uint64_t>(offset));
     if (bytes.size() >= kSearchedSize) {
         mSearched = bytes.data();
         mSearchBegin = offset;
@@ -163,51 +122,33 @@ ssize_t FileSource::readUncounted(off64_t offset, uint8_t* data, size_t size) {
     if (offset < 0) {
         return android::UNKNOWN_ERROR;
     }
-    if (offset >= mSize) {
-        return 0;
+    const auto start = static_cast<uint64_t>(offset);
+    const uint64_t rest = mFile.size() - std::min(start, mFile.size());
+    const std::span<uint8_t> bytes(data, std::min<uint64_t>(size, rest));
+    if (bytes.size() < BlockCache::kBlockSize && readFromBlocks(start, bytes)) {
+        return static_cast<ssize_t>(bytes.size());
     }
-    const size_t available = std::min(size, static_cast<size_t>(mSize - offset));
-    if (available < BlockCache::kBlockSize &&
-        readFromBlocks(static_cast<uint64_t>(offset), data, available)) {
-        return static_cast<ssize_t>(available);
+    const std::optional<size_t> got = mFile.read(start, bytes);
+    if (!got) {
+        mError = mError != 0 ? mError : errno;
+        return android::UNKNOWN_ERROR;
     }
-    return readWhole(offset, data, available);
+    return static_cast<ssize_t>(*got);
 }
 
 /** Returns false if a block cannot be read; less than a block may still be readable. */
-bool FileSource::readFromBlocks(uint64_t offset, uint8_t* data, size_t size) {
-    while (size > 0) {
-        if (mBlocks->from(offset).empty() && !mBlocks->load(offset)) {
+bool FileSource::readFromBlocks(uint64_t offset, std::span<uint8_t> bytes) {
+    while (!bytes.empty()) {
+        if (mBlocks.from(offset).empty() && !mBlocks.load(offset)) {
             return false;
         }
-        const std::span<const uint8_t> bytes = mBlocks->from(offset);
-        const size_t piece = std::min(size, bytes.size());
-        std::memcpy(data, bytes.data(), piece);
+        const std::span<const uint8_t> cached = mBlocks.from(offset);
+        const size_t piece = std::min(bytes.size(), cached.size());
+        std::memcpy(bytes.data(), cached.data(), piece);
         offset += piece;
-        data += piece;
-        size -= piece;
+        bytes = bytes.subspan(piece);
     }
     return true;
-}
-
-// A system call may return fewer bytes in the middle of a file, which the plug-in would treat as
-// the end.
-ssize_t FileSource::readWhole(off64_t offset, uint8_t* data, size_t size) {
-    size_t done = 0;
-    while (done < size) {
-        const ssize_t got =
-                pread64(mDescriptor, data + done, size - done, offset + static_cast<off64_t>(done));
-        if (got == 0) {
-            break;
-        }
-        if (got > 0) {
-            done += static_cast<size_t>(got);
-        } else if (errno != EINTR) {
-            mError = mError != 0 ? mError : errno;
-            return android::UNKNOWN_ERROR;
-        }
-    }
-    return static_cast<ssize_t>(done);
 }
 
 android::CDataSource FileSource::makeTable(FileSource* source) {
@@ -220,7 +161,7 @@ android::CDataSource FileSource::makeTable(FileSource* source) {
                        : source->readAt(offset, data, size);
     };
     table.getSize = [](void* handle, off64_t* size) -> android::status_t {
-        *size = static_cast<FileSource*>(handle)->mSize;
+        *size = static_cast<off64_t>(static_cast<FileSource*>(handle)->size());
         return android::OK;
     };
     table.flags = [](void*) -> uint32_t { return kIsLocalFile; };

@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <optional>
 #include <span>
 #include <string>
 
+#include "files/ReadableFile.h"
 #include "plugin/BlockCache.h"
 #include "plugin/ReadWatch.h"
 #include "plugin/RepeatedSearch.h"
@@ -26,7 +26,6 @@ class FileSource {
   public:
     /** Throws `ProbeError` with `ExitCode::kFile` when the file cannot be opened for reading. */
     explicit FileSource(const std::string& path);
-    ~FileSource();
 
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
@@ -51,7 +50,7 @@ class FileSource {
     /** Returns where the last read that returned bytes ended. */
     uint64_t readUpTo() const { return mReadUpTo; }
 
-    uint64_t size() const { return static_cast<uint64_t>(mSize); }
+    uint64_t size() const { return mFile.size(); }
 
     /** Returns the first system error of a read, as an `errno` value; 0 without one. */
     int error() const { return mError; }
@@ -87,8 +86,7 @@ class FileSource {
     void logRepeatedSearch();
     void noteRead(off64_t offset, std::span<const uint8_t> bytes);
     ssize_t readUncounted(off64_t offset, uint8_t* data, size_t size);
-    bool readFromBlocks(uint64_t offset, uint8_t* data, size_t size);
-    ssize_t readWhole(off64_t offset, uint8_t* data, size_t size);
+    bool readFromBlocks(uint64_t offset, std::span<uint8_t> bytes);
     void searchOnFrom(off64_t offset, size_t size, ssize_t got);
     static bool isLongSearch(off64_t offset);
     void noteEndOfSearch(off64_t offset, size_t size, ssize_t got);
@@ -96,9 +94,8 @@ class FileSource {
 
     static android::CDataSource makeTable(FileSource* source);
 
-    int mDescriptor = -1;
-    off64_t mSize = 0;
-    std::optional<BlockCache> mBlocks;
+    ReadableFile mFile;
+    BlockCache mBlocks{mFile};
     uint64_t mReadUpTo = 0;
     uint64_t mReads = 0;
     uint64_t mSearchReads = 0;
