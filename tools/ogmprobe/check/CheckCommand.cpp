@@ -24,6 +24,7 @@
 #include "files/InputFiles.h"
 #include "files/NewFile.h"
 #include "files/OutputFolder.h"
+#include "process/PluginPath.h"
 #include "records/Digest.h"
 #include "text/Json.h"
 

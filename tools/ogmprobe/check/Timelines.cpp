@@ -10,6 +10,7 @@
 
 #include "FileTimeline.h"
 #include "check/Pool.h"
+#include "console/ProgressLine.h"
 #include "files/LeftoverFiles.h"
 #include "files/NewFile.h"
 

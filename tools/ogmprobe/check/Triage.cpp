@@ -10,6 +10,7 @@
 
 #include "check/FileCheck.h"
 #include "check/Pool.h"
+#include "console/ProgressLine.h"
 #include "files/InputFiles.h"
 #include "process/StandstillWatch.h"
 #include "text/Json.h"

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "console/ProgressLine.h"
 #include "files/InputFiles.h"
 #include "jobs/PlayLimit.h"
 #include "text/LogText.h"

@@ -9,7 +9,7 @@
 #include "commands/Report.h"
 #include "commands/Session.h"
 #include "process/JobRunner.h"
-#include "records/Records.h"
+#include "records/RecordSink.h"
 
 namespace ogmprobe {
 

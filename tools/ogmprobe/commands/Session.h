@@ -3,7 +3,6 @@
 
 #include "console/Console.h"
 #include "console/Output.h"
-#include "console/ProgressLine.h"
 #include "options/Options.h"
 
 namespace ogmprobe {

@@ -12,6 +12,7 @@
 #include <tuple>
 #include <utility>
 
+#include "plugin/TrackJson.h"
 #include "text/Hex.h"
 #include "text/Json.h"
 #include "text/TimeArithmetic.h"

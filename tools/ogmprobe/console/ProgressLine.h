@@ -2,22 +2,13 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "console/Advance.h"
 #include "console/Console.h"
 
 namespace ogmprobe {
-
-/** The progress of the work on a file. */
-struct Advance {
-    /** "opening", "reading". */
-    std::string_view doing;
-    uint64_t position = 0;
-    /** 0: not known yet. */
-    uint64_t size = 0;
-};
 
 /** "[=====               ]  25 %"; the part is from 0 to 1. */
 std::string progressBar(double part);

@@ -6,6 +6,7 @@
 #include "commands/Report.h"
 #include "commands/Session.h"
 #include "explain/PluginTrace.h"
+#include "records/RecordSink.h"
 
 namespace ogmprobe {
 

@@ -12,6 +12,7 @@
 #include "commands/Commands.h"
 #include "files/InputFiles.h"
 #include "info/FactsText.h"
+#include "plugin/TrackJson.h"
 #include "text/Hex.h"
 #include "text/Json.h"
 #include "text/NumberText.h"

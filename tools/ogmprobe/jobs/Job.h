@@ -7,11 +7,12 @@
 #include <optional>
 #include <vector>
 
-#include "plugin/FileSource.h"
-#include "plugin/PluginLibrary.h"
-#include "records/Records.h"
+#include "records/RecordSink.h"
 
 namespace ogmprobe {
+
+class FileSource;
+class PluginLibrary;
 
 /** The parts that a job uses. */
 struct JobContext {

@@ -11,7 +11,7 @@
 #include "plugin/FileSource.h"
 #include "plugin/PluginLibrary.h"
 #include "plugin/TrackDescription.h"
-#include "records/Records.h"
+#include "records/RecordSink.h"
 
 namespace ogmprobe {
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <media/NdkMediaError.h>
+
 #include <cstddef>
 #include <optional>
 

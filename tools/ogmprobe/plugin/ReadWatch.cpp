@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "plugin/ReadWatch.h"
 
+#include <chrono>
+
 #include "records/Trace.h"
 
 namespace ogmprobe {
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::chrono::duration<double> gLimit{};
+Clock::time_point gCallBegan;
 
 // No search that ends repeats its reads this often without a difference.
 constexpr uint64_t kProof = 256;
@@ -37,12 +44,12 @@ void ReadWatch::endRun() {
 
 void ReadWatch::beginCall() {
     sFinder.clear();
-    sCallBegan = std::chrono::steady_clock::now();
+    gCallBegan = Clock::now();
 }
 
-void ReadWatch::onCycle(CycleHandler handler, Seconds limit) {
-    sHandler = limit.count() > 0 ? handler : nullptr;
-    sLimit = limit;
+void ReadWatch::onCycle(CycleHandler handler, double limitSeconds) {
+    sHandler = limitSeconds > 0 ? handler : nullptr;
+    gLimit = std::chrono::duration<double>(limitSeconds);
 }
 
 void ReadWatch::add(int64_t offset, uint64_t size, int64_t result) noexcept {
@@ -76,7 +83,7 @@ void ReadWatch::judge() noexcept {
     if (rounds < kProof || rounds % 64 != 0) {
         return;
     }
-    if (std::chrono::steady_clock::now() - sCallBegan > sLimit) {
+    if (Clock::now() - gCallBegan > gLimit) {
         sHandler({sFinder.period(), PluginCall::vitals().runOffset.get(), rounds});
     }
 }

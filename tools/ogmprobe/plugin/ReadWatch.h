@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 
 #include "plugin/CycleFinder.h"
@@ -15,8 +14,6 @@ namespace ogmprobe {
  */
 class ReadWatch {
   public:
-    using Seconds = std::chrono::duration<double>;
-
     /** The same reads again and again within one call. */
     struct Cycle {
         uint64_t reads;
@@ -44,10 +41,10 @@ class ReadWatch {
     static void beginCall();
 
     /**
-     * Sets the handler for a call that has repeated the same reads for this long. A null handler or
-     * a limit of 0 means never.
+     * Sets the handler for a call that has repeated the same reads for so many seconds. A null
+     * handler or a limit of 0 means never.
      */
-    static void onCycle(CycleHandler handler, Seconds limit);
+    static void onCycle(CycleHandler handler, double limitSeconds);
 
   private:
     static void beginRun(const SourceRead& read) noexcept;
@@ -55,8 +52,6 @@ class ReadWatch {
 
     static inline CycleFinder sFinder;
     static inline CycleHandler sHandler = nullptr;
-    static inline Seconds sLimit{};
-    static inline std::chrono::steady_clock::time_point sCallBegan;
 };
 
 }  // namespace ogmprobe

@@ -9,13 +9,11 @@
 
 #include "codecs/Esds.h"
 #include "codecs/Mpeg4Video.h"
+#include "plugin/Format.h"
 #include "text/Hex.h"
-#include "text/Json.h"
 
 namespace ogmprobe {
 namespace {
-
-using nlohmann::ordered_json;
 
 TrackKind kindOf(std::string_view mime) {
     if (mime.starts_with("video/")) {
@@ -26,32 +24,6 @@ TrackKind kindOf(std::string_view mime) {
 
 std::string known(std::optional<int32_t> value) {
     return value ? fmt::format("{}", *value) : "?";
-}
-
-ordered_json esdsJson(const std::vector<uint8_t>& bytes) {
-    ordered_json json = {{"bytes", hexText(bytes)}, {"valid", false}};
-    const auto es = parseEsDescriptor(bytes);
-    if (!es) {
-        return json;
-    }
-    json["valid"] = true;
-    json["tags"] = es->tags;
-    json["es_id"] = es->esId;
-    json["flags"] = es->flags;
-    if (!es->decoderConfig) {
-        return json;
-    }
-    const DecoderConfig& config = *es->decoderConfig;
-    json["object_type_indication"] = config.objectTypeIndication;
-    json["stream_type"] = config.streamType;
-    json["buffer_size_db"] = config.bufferSizeDb;
-    json["max_bitrate"] = config.maxBitrate;
-    json["avg_bitrate"] = config.avgBitrate;
-    if (config.decoderSpecificInfo) {
-        json["decoder_specific_info"] = hexText(*config.decoderSpecificInfo);
-        json["video_object_layer"] = hexText(videoObjectLayer(*config.decoderSpecificInfo));
-    }
-    return json;
 }
 
 void addDecoderConfig(const DecoderConfig& config, std::vector<std::string>& lines) {
@@ -134,30 +106,6 @@ std::vector<std::string> esdsLines(const std::vector<uint8_t>& esds) {
         addDecoderConfig(*es->decoderConfig, lines);
     }
     return lines;
-}
-
-ordered_json toJson(const TrackDescription& track) {
-    return {{"index", track.index},
-            {"mime", track.mime},
-            {"kind", kindName(track.kind)},
-            {"codec", track.codec.name},
-            {"duration_us", orNull(track.durationUs)},
-            {"width", orNull(track.width)},
-            {"height", orNull(track.height)},
-            {"frame_rate", orNull(track.frameRate)},
-            {"sample_rate", orNull(track.sampleRate)},
-            {"channel_count", orNull(track.channelCount)},
-            {"mpeg_audio_layer", orNull(track.mpegAudioLayer)},
-            {"esds", track.esds ? esdsJson(*track.esds) : ordered_json(nullptr)},
-            {"format", toJson(track.entries)}};
-}
-
-ordered_json toJson(const std::vector<FormatEntry>& entries) {
-    auto list = ordered_json::array();
-    for (const FormatEntry& entry : entries) {
-        list.push_back({{"name", entry.name}, {"value", entry.value}});
-    }
-    return list;
 }
 
 // If one of these fails, the framework stops converting the format.

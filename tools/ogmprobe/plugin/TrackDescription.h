@@ -2,15 +2,16 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "codecs/Codec.h"
-#include "plugin/Format.h"
+#include "plugin/FormatEntries.h"
 
 namespace ogmprobe {
+
+class Format;
 
 enum class TrackKind { kVideo, kAudio, kOther };
 
@@ -46,9 +47,6 @@ std::string kindName(TrackKind kind);
 std::string formatText(const TrackDescription& track);
 /** Returns the decoded ESDS, line by line; a single line if it is damaged. */
 std::vector<std::string> esdsLines(const std::vector<uint8_t>& esds);
-nlohmann::ordered_json toJson(const TrackDescription& track);
-/** Returns an object for each entry. */
-nlohmann::ordered_json toJson(const std::vector<FormatEntry>& entries);
 
 /** Returns sentences that say why a player could not use the format; empty if it could. */
 std::vector<std::string> complaints(const TrackDescription& track);

@@ -98,7 +98,7 @@ void dieOfCycle(const ReadWatch::Cycle& cycle) {
                               const GlobalOptions& options) {
     death::catchAll(shared.note);
     PluginCall::keepIn(&shared.vitals);
-    ReadWatch::onCycle(dieOfCycle, ReadWatch::Seconds(options.timeoutSeconds));
+    ReadWatch::onCycle(dieOfCycle, options.timeoutSeconds);
     RingWriter ring(shared.ring, kParentDescriptor);
     RecordWriter writer(ring);
     const RecordSink sink = [&writer](const Record& record) { writer.write(record); };

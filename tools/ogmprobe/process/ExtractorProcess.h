@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -12,6 +13,7 @@
 #include "process/JobRunner.h"
 #include "process/SharedRing.h"
 #include "process/StandstillWatch.h"
+#include "records/RecordSink.h"
 
 namespace ogmprobe {
 

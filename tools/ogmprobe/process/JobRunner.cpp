@@ -4,13 +4,16 @@
 #include <android/log.h>
 
 #include <exception>
-#include <filesystem>
+#include <functional>
 #include <optional>
 
 #include "files/InputFiles.h"
+#include "plugin/FileSource.h"
 #include "plugin/PluginCall.h"
+#include "plugin/PluginLibrary.h"
 #include "plugin/ReadWatch.h"
 #include "process/ExtractorProcess.h"
+#include "process/PluginPath.h"
 #include "records/Trace.h"
 
 namespace ogmprobe {
@@ -65,8 +68,6 @@ void logIntoSink(const __android_log_message* message) {
 class Recording {
   public:
     Recording(const JobRequest& request, const GlobalOptions& options, const RecordSink& sink) {
-        // Reads by this program itself are not reported.
-        ReadWatch::endRun();
         gLogSink = &sink;
         __android_log_set_logger(logIntoSink);
         __android_log_set_minimum_priority(options.logPriority.value_or(ANDROID_LOG_SILENT));
@@ -89,19 +90,6 @@ void runInProcess(const JobRequest& request, const GlobalOptions& options,
 }
 
 }  // namespace
-
-std::filesystem::path pluginPath(const GlobalOptions& options) {
-    if (!options.pluginPath.empty()) {
-        return options.pluginPath;
-    }
-    const auto program = std::filesystem::read_symlink("/proc/self/exe");
-    const auto found = PluginLibrary::findBeside(program.parent_path());
-    if (!found) {
-        throw ProbeError(ExitCode::kFile,
-                         "there is no plug-in beside this program; name one with --plugin");
-    }
-    return *found;
-}
 
 void runJob(const JobRequest& request, const GlobalOptions& options, const RecordSink& handler) {
     JobRequest toOpen = request;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <string>
 
-#include "console/ProgressLine.h"
+#include "console/Advance.h"
 #include "jobs/Job.h"
 #include "options/Options.h"
+#include "records/RecordSink.h"
 
 namespace ogmprobe {
 
@@ -23,11 +23,6 @@ struct JobRequest {
     /** Called from time to time while the plug-in works; may be empty. */
     std::function<void(const Advance&)> progress = {};
 };
-
-/**
- * Returns the plug-in that the options name, or the one beside the program. Throws `ProbeError`.
- */
-std::filesystem::path pluginPath(const GlobalOptions& options);
 
 /**
  * Runs the job with the plug-in that the options name, in a separate process unless they say

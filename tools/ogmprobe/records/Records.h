@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <variant>
@@ -163,8 +162,5 @@ struct SourceRead {
 using Record = std::variant<FileOpened, TrackListed, TrackStarted, PlaybackReady, SeekBegun,
                             PacketPlayed, TrackEnded, SeekRange, SeekLanded, Progress, Failure,
                             LogLine, Unconfined, CallBegun, CallEnded, BufferRead, SourceRead>;
-
-/** Receives the records one by one. */
-using RecordSink = std::function<void(const Record&)>;
 
 }  // namespace ogmprobe

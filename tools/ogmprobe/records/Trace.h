@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "records/Records.h"
+#include "records/RecordSink.h"
 
 namespace ogmprobe {
 

@@ -12,6 +12,7 @@
 #include <filesystem>
 
 #include "FakeFile.h"
+#include "plugin/FileSource.h"
 #include "plugin/PluginCall.h"
 
 namespace ogmprobe {

@@ -11,10 +11,10 @@ class ReadWatchTest : public testing::Test {
     ReadWatchTest() {
         sCycles = 0;
         ReadWatch::beginCall();
-        ReadWatch::onCycle([](const ReadWatch::Cycle&) { ++sCycles; }, ReadWatch::Seconds(kAtOnce));
+        ReadWatch::onCycle([](const ReadWatch::Cycle&) { ++sCycles; }, kAtOnce);
     }
     ~ReadWatchTest() override {
-        ReadWatch::onCycle(nullptr, {});
+        ReadWatch::onCycle(nullptr, 0);
         ReadWatch::endRun();
     }
 

@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "RingFixture.h"
+#include "plugin/TrackJson.h"
 #include "records/RecordFields.h"
 
 namespace ogmprobe {

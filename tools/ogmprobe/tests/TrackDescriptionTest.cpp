@@ -6,6 +6,9 @@
 #include <media/NdkMediaFormat.h>
 #include <nlohmann/json.hpp>
 
+#include "plugin/Format.h"
+#include "plugin/TrackJson.h"
+
 namespace ogmprobe {
 namespace {
 
