@@ -17,7 +17,7 @@ import soong
 # What a module of the tree is built from here, where it is not one target of the same name.
 TARGETS = {
     "libogmextractor": ["ogmextractor_static", "platform_mediandk_zor"],
-    "libogmextractor_fuzz_support": ["ogm_fuzz_support"],
+    "libogmextractor_fuzz_support": ["ogm_fuzz_support", "ogm_fuzz_session"],
     "libogmextractor_keys": ["platform_mediandk_zor"],
     "libogmextractor_test_files": ["ogm_test_files"],
     "libogmextractor_test_support": ["ogm_test_support"],

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "ElementaryStreams.h"
 
@@ -37,7 +38,7 @@ uint32_t wordAt(const Bytes& bytes, size_t position) {
 
 bool standsAt(const Bytes& bytes, size_t position, std::initializer_list<uint8_t> text) {
     return position + text.size() <= bytes.size() &&
-           std::equal(text.begin(), text.end(), bytes.begin() + position);
+           std::equal(text.begin(), text.end(), bytes.begin() + static_cast<ptrdiff_t>(position));
 }
 
 bool plausibleAt(const Bytes& bytes, size_t position) {
