@@ -11,6 +11,12 @@ if(OGM_QUICK_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options("SHELL:--param ggc-min-expand=500" "SHELL:--param ggc-min-heapsize=1000000")
 endif()
 
+# For code like that of test programs: it runs about once after each compilation, which takes far longer, also
+# under an emulator.
+function(ogm_do_not_optimise target)
+    target_compile_options(${target} PRIVATE -O0 -U_FORTIFY_SOURCE)
+endfunction()
+
 # Compiles several sources together; no two may define the same name.
 function(ogm_compile_together target)
     set_target_properties(${target} PROPERTIES

@@ -7,12 +7,6 @@ function(ogm_compile_quickly target)
     set_source_files_properties(${option_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
-# A test program is run about once after each compilation, which takes far longer, also under an emulator.
-# So it is not optimised.
-function(ogm_set_test_options target)
-    target_compile_options(${target} PRIVATE -O0 -U_FORTIFY_SOURCE)
-endfunction()
-
 # The kinds of test programs that share GoogleTest's headers: as C++ 17, without run-time type information
 # as in the plug-in, and for the tool.
 function(ogm_add_test_headers kind)
@@ -22,7 +16,7 @@ function(ogm_add_test_headers kind)
     # As for programs.
     set_target_properties(${headers} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
     target_compile_options(${headers} PRIVATE -fPIE)
-    ogm_set_test_options(${headers})
+    ogm_do_not_optimise(${headers})
 endfunction()
 
 if(OGM_SHARES_HEADERS)
@@ -42,7 +36,7 @@ function(ogm_compile_as_test target)
     elseif("-fno-rtti" IN_LIST options)
         set(kind plugin)
     endif()
-    ogm_set_test_options(${target})
+    ogm_do_not_optimise(${target})
     ogm_share_headers(ogm_test_headers_${kind} ${target})
 endfunction()
 

@@ -56,7 +56,7 @@ ReadableFile::~ReadableFile() {
 
 // A system call may return fewer bytes in the middle of a file.
 std::optional<size_t> ReadableFile::read(uint64_t offset, std::span<uint8_t> bytes) const {
-    const size_t size = std::min<uint64_t>(bytes.size(), mSize - std::min(offset, mSize));
+    const size_t size = std::min<uint64_t>(bytes.size(), sizeFrom(offset));
     size_t done = 0;
     while (done < size) {
         const ssize_t got = pread64(mDescriptor, bytes.data() + done, size - done,

@@ -20,6 +20,8 @@ class ReadableFile {
 
     /** Returns the size when the file was opened, in bytes. */
     uint64_t size() const { return mSize; }
+    /** Returns how many of these bytes are at the offset and after it. */
+    uint64_t sizeFrom(uint64_t offset) const { return offset < mSize ? mSize - offset : 0; }
 
     /**
      * Reads the bytes from the offset on, up to that size. Returns their number, which is smaller

@@ -15,9 +15,8 @@ bool BlockCache::load(uint64_t offset) {
         block.bytes.reset(new uint8_t[kBlockSize]);
     }
     const std::optional<size_t> got = mFile.read(start, {block.bytes.get(), kBlockSize});
-    const uint64_t rest = mFile.size() - std::min(start, mFile.size());
     block.number = kNoBlock;
-    if (got != std::min<uint64_t>(kBlockSize, rest)) {
+    if (got != std::min<uint64_t>(kBlockSize, mFile.sizeFrom(start))) {
         return false;
     }
     block.size = *got;

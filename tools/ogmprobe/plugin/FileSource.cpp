@@ -123,8 +123,7 @@ ssize_t FileSource::readUncounted(off64_t offset, uint8_t* data, size_t size) {
         return android::UNKNOWN_ERROR;
     }
     const auto start = static_cast<uint64_t>(offset);
-    const uint64_t rest = mFile.size() - std::min(start, mFile.size());
-    const std::span<uint8_t> bytes(data, std::min<uint64_t>(size, rest));
+    const std::span<uint8_t> bytes(data, std::min<uint64_t>(size, mFile.sizeFrom(start)));
     if (bytes.size() < BlockCache::kBlockSize && readFromBlocks(start, bytes)) {
         return static_cast<ssize_t>(bytes.size());
     }

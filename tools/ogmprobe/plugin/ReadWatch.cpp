@@ -3,6 +3,7 @@
 
 #include <chrono>
 
+#include "plugin/CycleFinder.h"
 #include "records/Trace.h"
 
 namespace ogmprobe {
@@ -10,6 +11,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+CycleFinder gFinder;
+ReadWatch::CycleHandler gHandler = nullptr;
 std::chrono::duration<double> gLimit{};
 Clock::time_point gCallBegan;
 
@@ -36,19 +39,19 @@ void ReadWatch::endRun() {
     if (run.count != 0) {
         vitals.runNext.set(Vitals::kNoRun);
         Trace::add<SourceRead>(run);
-        if (sHandler != nullptr) {
-            sFinder.add(fingerprint(run));
+        if (gHandler != nullptr) {
+            gFinder.add(fingerprint(run));
         }
     }
 }
 
 void ReadWatch::beginCall() {
-    sFinder.clear();
+    gFinder.clear();
     gCallBegan = Clock::now();
 }
 
 void ReadWatch::onCycle(CycleHandler handler, double limitSeconds) {
-    sHandler = limitSeconds > 0 ? handler : nullptr;
+    gHandler = limitSeconds > 0 ? handler : nullptr;
     gLimit = std::chrono::duration<double>(limitSeconds);
 }
 
@@ -72,19 +75,19 @@ void ReadWatch::beginRun(const SourceRead& read) noexcept {
     vitals.runSize.set(read.size);
     vitals.runResult.set(read.result);
     vitals.runNext.set(static_cast<int64_t>(static_cast<uint64_t>(read.offset) + 1));
-    if (sHandler != nullptr) {
+    if (gHandler != nullptr) {
         judge();
     }
 }
 
 void ReadWatch::judge() noexcept {
-    const uint64_t rounds = sFinder.rounds();
+    const uint64_t rounds = gFinder.rounds();
     // Reading the clock for each read would be slow.
     if (rounds < kProof || rounds % 64 != 0) {
         return;
     }
     if (Clock::now() - gCallBegan > gLimit) {
-        sHandler({sFinder.period(), PluginCall::vitals().runOffset.get(), rounds});
+        gHandler({gFinder.period(), PluginCall::vitals().runOffset.get(), rounds});
     }
 }
 

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 
-#include "plugin/CycleFinder.h"
 #include "plugin/PluginCall.h"
 
 namespace ogmprobe {
@@ -49,9 +48,6 @@ class ReadWatch {
   private:
     static void beginRun(const SourceRead& read) noexcept;
     static void judge() noexcept;
-
-    static inline CycleFinder sFinder;
-    static inline CycleHandler sHandler = nullptr;
 };
 
 }  // namespace ogmprobe

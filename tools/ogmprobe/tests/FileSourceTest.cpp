@@ -5,11 +5,13 @@
 #include <unistd.h>
 #include <utils/Errors.h>
 
+#include <cerrno>
 #include <cstring>
 #include <limits>
 #include <string>
 
 #include "ExitCode.h"
+#include "NextDescriptor.h"
 #include "TemporaryFolder.h"
 
 namespace ogmprobe {
@@ -237,6 +239,19 @@ TEST(FileSource, SurvivesAFileThatShrinks) {
     ASSERT_EQ(truncate(path.c_str(), 2), 0);
     EXPECT_EQ(table->readAt(table->handle, 2 * BlockCache::kBlockSize, bytes, 4), 0);
     EXPECT_EQ(source.error(), 0);
+}
+
+TEST_F(FileSourceTest, ReportsAReadThatFailsAndKeepsItsError) {
+    const std::string path = mFolder.write("other", "0123456789");
+    const test::NextDescriptor descriptor;
+    FileSource source(path);
+    descriptor.makeUnreadable();
+    android::CDataSource* table = source.table();
+    char bytes[4] = {};
+    EXPECT_EQ(table->readAt(table->handle, 2, bytes, 4), android::UNKNOWN_ERROR);
+    EXPECT_EQ(source.error(), EBADF);
+    EXPECT_EQ(source.reads(), 1U);
+    EXPECT_EQ(source.bytesRead(), 0U);
 }
 
 TEST_F(FileSourceTest, DescribesItselfAsALocalFile) {

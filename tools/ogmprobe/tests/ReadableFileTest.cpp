@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "ExitCode.h"
+#include "NextDescriptor.h"
 #include "TemporaryFolder.h"
 
 namespace ogmprobe {
@@ -51,6 +53,24 @@ TEST_F(ReadableFileTest, ReadsLessFromAFileThatHasShrunk) {
     ASSERT_EQ(truncate(mPath.c_str(), 3), 0);
     EXPECT_EQ(read(1, 4), "12");
     EXPECT_EQ(read(5, 4), "");
+}
+
+TEST_F(ReadableFileTest, ReturnsNothingAndTheErrorOfAReadThatFails) {
+    const std::string path = mFolder.write("other", "0123456789");
+    const test::NextDescriptor descriptor;
+    const ReadableFile file(path);
+    descriptor.makeUnreadable();
+    std::vector<uint8_t> bytes(4);
+    EXPECT_FALSE(file.read(2, bytes));
+    EXPECT_EQ(errno, EBADF);
+    EXPECT_EQ(file.read(10, bytes), 0U) << "nothing to read there";
+}
+
+TEST_F(ReadableFileTest, KnowsHowManyBytesAreFromAnOffsetOn) {
+    EXPECT_EQ(mFile.sizeFrom(0), 10U);
+    EXPECT_EQ(mFile.sizeFrom(7), 3U);
+    EXPECT_EQ(mFile.sizeFrom(10), 0U);
+    EXPECT_EQ(mFile.sizeFrom(std::numeric_limits<uint64_t>::max()), 0U);
 }
 
 TEST_F(ReadableFileTest, CannotBeMadeFromAFolderOrANameWithoutAFile) {
