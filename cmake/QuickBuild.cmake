@@ -24,6 +24,22 @@ function(ogm_compile_together target)
         UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
 endfunction()
 
+set(OGM_EMPTY_SOURCE ${PROJECT_BINARY_DIR}/Empty.cpp)
+file(CONFIGURE OUTPUT ${OGM_EMPTY_SOURCE} CONTENT "")
+
+# Does not compile the sources of these libraries again, but links the archives that another preset's build
+# has made of them.
+function(ogm_link_from_build preset)
+    foreach(library IN LISTS ARGN)
+        set(archive ${PROJECT_SOURCE_DIR}/build/${preset}/lib/static/lib${library}.a)
+        if(NOT EXISTS ${archive})
+            message(FATAL_ERROR "The preset ${preset} must be built first: it has no ${archive}")
+        endif()
+        set_target_properties(${library} PROPERTIES SOURCES ${OGM_EMPTY_SOURCE})
+        target_link_libraries(${library} INTERFACE ${archive})
+    endforeach()
+endfunction()
+
 # Headers and template instances that are compiled once for several targets. GCC would need the same
 # macros in all of them.
 set(OGM_SHARES_HEADERS OFF)
@@ -32,8 +48,7 @@ if(OGM_QUICK_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
 endif()
 
 function(ogm_add_shared_headers name)
-    file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/Empty.cpp CONTENT "")
-    add_library(${name} OBJECT ${PROJECT_BINARY_DIR}/Empty.cpp)
+    add_library(${name} OBJECT ${OGM_EMPTY_SOURCE})
     target_precompile_headers(${name} PRIVATE ${ARGN})
 endfunction()
 
