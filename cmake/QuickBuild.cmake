@@ -28,14 +28,18 @@ set(OGM_EMPTY_SOURCE ${PROJECT_BINARY_DIR}/Empty.cpp)
 file(CONFIGURE OUTPUT ${OGM_EMPTY_SOURCE} CONTENT "")
 
 # Does not compile the sources of these libraries again, but links the archives that another preset's build
-# has made of them.
+# has made of them. Libraries of objects are parts of such archives.
 function(ogm_link_from_build preset)
     foreach(library IN LISTS ARGN)
+        set_target_properties(${library} PROPERTIES SOURCES ${OGM_EMPTY_SOURCE})
+        get_target_property(type ${library} TYPE)
+        if(type STREQUAL "OBJECT_LIBRARY")
+            continue()
+        endif()
         set(archive ${PROJECT_SOURCE_DIR}/build/${preset}/lib/static/lib${library}.a)
         if(NOT EXISTS ${archive})
             message(FATAL_ERROR "The preset ${preset} must be built first: it has no ${archive}")
         endif()
-        set_target_properties(${library} PROPERTIES SOURCES ${OGM_EMPTY_SOURCE})
         target_link_libraries(${library} INTERFACE ${archive})
     endforeach()
 endfunction()
