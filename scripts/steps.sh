@@ -50,11 +50,34 @@ count_step() {
 
 # Runs a command and returns its exit code. If it does not fail, shows only the lines about skipped tests.
 step() {
-    local name=$1 log code=0 began=$SECONDS process last result="done"
+    local name=$1 log
     shift
     log=$(mktemp)
     "$@" >"$log" 2>&1 </dev/null &
-    process=$!
+    finish_step "$name" "$log" "$!" "$SECONDS"
+}
+
+# Starts a step that uses the processors only while the steps after it leave them idle. finish_beside
+# waits for it. There can be one at a time.
+start_beside() {
+    beside_name="$1, beside the other steps"
+    beside_log=$(mktemp)
+    beside_began=$SECONDS
+    shift
+    chrt --idle 0 "$@" >"$beside_log" 2>&1 </dev/null &
+    beside_process=$!
+    trap 'kill "$beside_process" 2>/dev/null' EXIT
+    echo "       $beside_name ..."
+}
+
+finish_beside() {
+    trap - EXIT
+    finish_step "$beside_name" "$beside_log" "$beside_process" "$beside_began"
+}
+
+# Shows a step that has been started until it ends, then its result, which it returns.
+finish_step() {
+    local name=$1 log=$2 process=$3 began=$4 code=0 last result="done"
     if [ -t 1 ]; then
         show_progress "$name" "$log" "$process" "$began"
     else

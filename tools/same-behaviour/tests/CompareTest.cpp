@@ -82,7 +82,7 @@ class AlterationTest : public ::testing::TestWithParam<Alteration> {};
 
 TEST_P(AlterationTest, IsFoundAndShown) {
     const Outcome outcome = compare(
-            GetParam().name, std::string("--sessions 25 --max-events 3000 --show 1 --leave-out ") +
+            GetParam().name, std::string("--sessions 20 --max-events 3000 --show 1 --leave-out ") +
                                      GetParam().leftOut);
     EXPECT_EQ(1, outcome.status) << outcome.text;
     const size_t begin = outcome.text.find("\n  + ");

@@ -22,30 +22,6 @@ constexpr size_t kReadBudget = 60000;
 constexpr size_t kReadBudgetOfATinyFile = 2500;
 constexpr size_t kMaxBuffers = 1000;
 
-enum class Fault { kRefused, kShort, kNothing };
-
-ReadFault faultFrom(size_t first, Fault fault, Lasting lasting, size_t budget) {
-    return [=](const ReadRequest& request) -> std::optional<ssize_t> {
-        if (request.index >= budget) {
-            return 0;
-        }
-        const bool hit =
-                lasting == Lasting::kOnce ? request.index == first : request.index >= first;
-        if (!hit) {
-            return std::nullopt;
-        }
-        switch (fault) {
-            case Fault::kRefused:
-                return kReadRefused;
-            case Fault::kShort:
-                return static_cast<ssize_t>(request.size) - (request.size > 0 ? 1 : 0);
-            case Fault::kNothing:
-                return 0;
-        }
-        return std::nullopt;
-    };
-}
-
 struct Frame {
     Bytes bytes;
     int64_t timeUs;
@@ -153,12 +129,13 @@ class FaultSweepTest : public ::testing::Test {
         mReplay = healthy.replay();
         ASSERT_FALSE(mReplay.empty());
         for (size_t read = 0; read < reads && !HasFailure(); read += stride) {
-            for (const Fault fault : {Fault::kRefused, Fault::kShort, Fault::kNothing}) {
+            for (const Failure failure : {Failure::kRefused, Failure::kShort, Failure::kNothing}) {
                 for (const Lasting lasting : {Lasting::kOnce, Lasting::kFromThenOn}) {
                     SCOPED_TRACE("read " + std::to_string(read) + ", fault " +
-                                 std::to_string(static_cast<int>(fault)) +
+                                 std::to_string(static_cast<int>(failure)) +
                                  (lasting == Lasting::kOnce ? ", once" : ", from then on"));
-                    playWithFault(bytes, read, healthy, faultFrom(read, fault, lasting, mBudget));
+                    playWithFault(bytes, read, healthy,
+                                  sweptFault(read, failure, lasting, mBudget));
                 }
             }
         }

@@ -7,11 +7,29 @@
 
 namespace android::ogm::test {
 
+namespace {
+
+bool isHit(const ReadRequest& request, size_t index, Lasting lasting) {
+    return lasting == Lasting::kOnce ? request.index == index : request.index >= index;
+}
+
+ssize_t resultOf(const ReadRequest& request, Failure failure) {
+    switch (failure) {
+        case Failure::kRefused:
+            return kReadRefused;
+        case Failure::kShort:
+            return static_cast<ssize_t>(request.size) - (request.size > 0 ? 1 : 0);
+        case Failure::kNothing:
+            break;
+    }
+    return 0;
+}
+
+}  // namespace
+
 ReadFault faultyRead(size_t index, ssize_t result, Lasting lasting) {
     return [=](const ReadRequest& request) -> std::optional<ssize_t> {
-        const bool hit =
-                lasting == Lasting::kOnce ? request.index == index : request.index >= index;
-        return hit ? std::optional(result) : std::nullopt;
+        return isHit(request, index, lasting) ? std::optional(result) : std::nullopt;
     };
 }
 
@@ -31,6 +49,16 @@ ReadFault faultOnHit(int64_t offset, size_t hit, ssize_t result) {
 ReadFault faultForSize(size_t size, ssize_t result) {
     return [=](const ReadRequest& request) -> std::optional<ssize_t> {
         return request.size == size ? std::optional(result) : std::nullopt;
+    };
+}
+
+ReadFault sweptFault(size_t index, Failure failure, Lasting lasting, size_t budget) {
+    return [=](const ReadRequest& request) -> std::optional<ssize_t> {
+        if (request.index >= budget) {
+            return 0;
+        }
+        return isHit(request, index, lasting) ? std::optional(resultOf(request, failure))
+                                              : std::nullopt;
     };
 }
 

@@ -37,6 +37,13 @@ ReadFault faultOnHit(int64_t offset, size_t hit, ssize_t result);
 /** Every read of exactly this size returns `result`. */
 ReadFault faultForSize(size_t size, ssize_t result);
 
+/** How a read fails: it is refused, a byte is missing, or it returns nothing. */
+enum class Failure { kRefused, kShort, kNothing };
+
+/** Read number `index` fails; reads from number `budget` on return nothing, which ends each search.
+ */
+ReadFault sweptFault(size_t index, Failure failure, Lasting lasting, size_t budget);
+
 /**
  * A data source over bytes in memory that behaves like the platform's file source: it refuses
  * negative offsets, and a read is short at the end of the bytes and returns 0 at or after it.
