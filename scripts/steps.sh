@@ -57,22 +57,28 @@ step() {
     finish_step "$name" "$log" "$!" "$SECONDS"
 }
 
-# Starts a step that uses the processors only while the steps after it leave them idle. finish_beside
-# waits for it. There can be one at a time.
+# Starts a step that uses the processors only while the steps after it leave them idle; where the kernel
+# refuses that, it only has a lower priority. finish_beside waits for it. There can be one at a time.
 start_beside() {
+    local idle=(chrt --idle 0)
+    if ! "${idle[@]}" true 2>/dev/null; then
+        idle=(nice)
+    fi
     beside_name="$1, beside the other steps"
     beside_log=$(mktemp)
     beside_began=$SECONDS
     shift
-    chrt --idle 0 "$@" >"$beside_log" 2>&1 </dev/null &
+    "${idle[@]}" "$@" >"$beside_log" 2>&1 </dev/null &
     beside_process=$!
     trap 'kill "$beside_process" 2>/dev/null' EXIT
     echo "       $beside_name ..."
 }
 
 finish_beside() {
+    local code=0
+    finish_step "$beside_name" "$beside_log" "$beside_process" "$beside_began" || code=$?
     trap - EXIT
-    finish_step "$beside_name" "$beside_log" "$beside_process" "$beside_began"
+    return "$code"
 }
 
 # Shows a step that has been started until it ends, then its result, which it returns.

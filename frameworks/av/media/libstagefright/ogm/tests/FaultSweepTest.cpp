@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "ElementaryStreams.h"
 #include "MemorySource.h"
@@ -116,6 +118,30 @@ class Session {
     std::vector<bool> mIsVideo;
     size_t mReadsAtOpen = 0;
 };
+
+TEST(SweptFault, HitsTheReadItNamesInItsWayOnceOrFromThenOn) {
+    constexpr size_t kBudget = 9;
+    const auto resultsOf = [](Failure failure, Lasting lasting) {
+        const ReadFault fault = sweptFault(3, failure, lasting, kBudget);
+        std::vector<std::optional<ssize_t>> results;
+        for (const size_t index : {2, 3, 4}) {
+            results.push_back(fault({index, 0, 100}));
+        }
+        return results;
+    };
+    using Results = std::vector<std::optional<ssize_t>>;
+    EXPECT_EQ(resultsOf(Failure::kRefused, Lasting::kOnce),
+              (Results{std::nullopt, kReadRefused, std::nullopt}));
+    EXPECT_EQ(resultsOf(Failure::kShort, Lasting::kFromThenOn), (Results{std::nullopt, 99, 99}));
+    EXPECT_EQ(resultsOf(Failure::kNothing, Lasting::kOnce),
+              (Results{std::nullopt, 0, std::nullopt}));
+}
+
+TEST(SweptFault, LetsNothingBeReadAfterTheBudget) {
+    const ReadFault fault = sweptFault(3, Failure::kRefused, Lasting::kOnce, 9);
+    EXPECT_EQ(fault({8, 0, 100}), std::nullopt);
+    EXPECT_EQ(fault({9, 0, 100}), 0);
+}
 
 /** Makes one read after the other fail, each in three ways, once and permanently. */
 class FaultSweepTest : public ::testing::Test {
