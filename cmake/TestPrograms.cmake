@@ -7,6 +7,10 @@ function(ogm_compile_quickly target)
     set_source_files_properties(${option_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
+# For test programs of the tool, some of which are never built with sanitizers by scripts/test: an index
+# outside of a container ends them.
+set(OGM_CONTAINER_CHECKS _GLIBCXX_ASSERTIONS)
+
 # The kinds of test programs that share GoogleTest's headers: as C++ 17, without run-time type information
 # as in the plug-in, and for the tool.
 function(ogm_add_test_headers kind)
@@ -25,6 +29,7 @@ if(OGM_SHARES_HEADERS)
     target_compile_options(ogm_test_headers_plugin PRIVATE -fno-rtti)
     ogm_add_test_headers(tool <nlohmann/json.hpp>)
     target_compile_features(ogm_test_headers_tool PRIVATE cxx_std_20)
+    target_compile_definitions(ogm_test_headers_tool PRIVATE ${OGM_CONTAINER_CHECKS})
 endif()
 
 # OGM_TEST_HEADERS names the kind if it does not follow from the program's own options.
@@ -37,6 +42,9 @@ function(ogm_compile_as_test target)
         set(kind plugin)
     endif()
     ogm_do_not_optimise(${target})
+    if(kind STREQUAL "tool")
+        target_compile_definitions(${target} PRIVATE ${OGM_CONTAINER_CHECKS})
+    endif()
     ogm_share_headers(ogm_test_headers_${kind} ${target})
 endfunction()
 
@@ -46,9 +54,26 @@ function(ogm_start_early test)
     set_tests_properties(${test} PROPERTIES COST 10)
 endfunction()
 
-# Runs the program's tests in one process, or in this number of parallel processes, because starting a
-# process for each test takes longer than most of the tests. scripts/count_tests.py still counts each of
-# them. Under an emulator, which takes long to start, there are half as many processes.
+# Runs a command with the environment in one process, or in this number of parallel processes that share its
+# tests, because starting a process for each test takes longer than most of the tests.
+# scripts/count_tests.py still counts each of them.
+function(ogm_add_shards name count command environment)
+    if(count EQUAL 1)
+        add_test(NAME ${name} COMMAND ${command})
+        set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}")
+        return()
+    endif()
+    math(EXPR last "${count} - 1")
+    foreach(shard RANGE ${last})
+        add_test(NAME ${name}.${shard} COMMAND ${command})
+        set(shares ${environment} GTEST_TOTAL_SHARDS=${count} GTEST_SHARD_INDEX=${shard})
+        set_tests_properties(${name}.${shard} PROPERTIES ENVIRONMENT "${shares}")
+        ogm_start_early(${name}.${shard})
+    endforeach()
+endfunction()
+
+# Runs the tests of a program, in this number of processes (default: one). Under an emulator, which takes
+# long to start, there are half as many.
 function(ogm_discover_tests target)
     ogm_compile_as_test(${target})
     set(shards ${ARGN} 1)
@@ -56,15 +81,31 @@ function(ogm_discover_tests target)
     if(CMAKE_CROSSCOMPILING)
         math(EXPR count "(${count} + 1) / 2")
     endif()
-    if(count EQUAL 1)
-        add_test(NAME ${target} COMMAND ${target})
+    ogm_add_shards(${target} ${count} ${target} "")
+endfunction()
+
+# The same for a program that only starts ogmprobe. With OGM_DRIVER_BUILD that build's program does it, on
+# this machine, and the environment tells it what to start and which tests to leave out.
+function(ogm_discover_driver_tests target)
+    if(NOT OGM_DRIVER_BUILD)
+        ogm_discover_tests(${target} ${ARGN})
         return()
     endif()
-    math(EXPR last "${count} - 1")
-    foreach(shard RANGE ${last})
-        add_test(NAME ${target}.${shard} COMMAND ${target})
-        set_tests_properties(${target}.${shard} PROPERTIES
-            ENVIRONMENT "GTEST_TOTAL_SHARDS=${count};GTEST_SHARD_INDEX=${shard}")
-        ogm_start_early(${target}.${shard})
-    endforeach()
+    ogm_compile_as_test(${target})
+    set_target_properties(${target} PROPERTIES EXCLUDE_FROM_ALL ON)
+    set(environment
+        TESTED_PROGRAM=$<TARGET_FILE:ogmprobe>
+        TESTED_FAKE_PLUGIN=$<TARGET_FILE:fakeextractor>
+        TESTED_OWN_PLUGIN=$<TARGET_FILE:ogmextractor>
+        TESTED_OTHER_LIBRARY=$<TARGET_FILE:platform::log>
+        TESTED_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}
+        TESTED_SANITIZER=${OGM_SANITIZE})
+    if(CMAKE_CROSSCOMPILING)
+        # As in the list of sources.
+        list(APPEND environment GTEST_FILTER=-*Answer*)
+    endif()
+    set(shards ${ARGN} 1)
+    list(GET shards 0 count)
+    ogm_add_shards(${target} ${count}
+        ${PROJECT_SOURCE_DIR}/build/${OGM_DRIVER_BUILD}/bin/${target} "${environment}")
 endfunction()

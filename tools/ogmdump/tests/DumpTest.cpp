@@ -21,7 +21,7 @@ ProcessResult runDump(const std::vector<std::string>& arguments) {
 /** With the plug-in of the tests. */
 ProcessResult runFake(const std::vector<std::string>& arguments) {
     ProcessSetup setup;
-    setup.environment = {{"OGMDUMP_PLUGIN", OGMPROBE_FAKE_PLUGIN}};
+    setup.environment = {{"OGMDUMP_PLUGIN", testedBuild().fakePlugin}};
     return runProgram(OGMDUMP_PROGRAM, arguments, setup);
 }
 

@@ -69,11 +69,10 @@ TEST(CompareSamples, ALogLineThatDiffersIsReportedWithItsCall) {
 
 TEST(CompareSamples, APluginThatDoesNotTakeTheFileIsADifference) {
     const ProcessResult result =
-            runProbe({"compare", kSample, "--plugin-b", OGMPROBE_FAKE_PLUGIN, "--no-logs"});
+            runProbe({"compare", kSample, "--plugin-b", testedBuild().fakePlugin, "--no-logs"});
     EXPECT_EQ(result.exitCode, 5);
     EXPECT_THAT(result.out,
-                HasSubstr("\nB: " + std::string(kSample) +
-                          " with " OGMPROBE_FAKE_PLUGIN
+                HasSubstr("\nB: " + std::string(kSample) + " with " + testedBuild().fakePlugin +
                           "\nFirst difference: opening: taken in A, \"not recognised by the Fake "
                           "Extractor\" in B\n"));
     EXPECT_THAT(result.out, EndsWith("218     0        218          0                   0\n"));

@@ -69,9 +69,8 @@ TEST(Compare, OfEqualFilesSaysWhatIsEqual) {
     const Pair pair(original(), original());
     const ProcessResult result = pair.run();
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out, "A: " + pair.pathA() +
-                                  " with " OGMPROBE_FAKE_PLUGIN "\nB: " + pair.pathB() +
-                                  " with " OGMPROBE_FAKE_PLUGIN
+    const std::string with = " with " + testedBuild().fakePlugin;
+    EXPECT_EQ(result.out, "A: " + pair.pathA() + with + "\nB: " + pair.pathB() + with +
                                   "\nNo difference: 2 tracks, 5 packets, log not compared "
                                   "(--logs)\n");
     EXPECT_THAT(result.err, IsEmpty());
@@ -256,12 +255,12 @@ TEST(Compare, OfTwoPluginsTakesOneFileAndLooksAtTheLog) {
     const FakePlugin plugin;
     const std::string file = plugin.file(original());
     const ProcessResult same =
-            FakePlugin::run({"compare", file, "--plugin-b", OGMPROBE_FAKE_PLUGIN});
+            FakePlugin::run({"compare", file, "--plugin-b", testedBuild().fakePlugin});
     EXPECT_EQ(same.exitCode, 0);
     EXPECT_THAT(same.out, HasSubstr("No difference: 2 tracks, 5 packets, "));
     EXPECT_THAT(same.out, HasSubstr(" log lines\n"));
     const ProcessResult without =
-            FakePlugin::run({"compare", file, "--plugin-b", OGMPROBE_FAKE_PLUGIN, "--no-logs"});
+            FakePlugin::run({"compare", file, "--plugin-b", testedBuild().fakePlugin, "--no-logs"});
     EXPECT_THAT(without.out, HasSubstr("log not compared"));
 }
 

@@ -129,7 +129,7 @@ void expectAsInFull(const std::string& path, const std::vector<std::string>& exp
     explain.insert(explain.end(), explainOptions.begin(), explainOptions.end());
     for (const std::vector<std::string>& command :
          {explain, {"seektest", "--json", path}, {"packets", "--json", path}}) {
-        std::vector<std::string> inFull = {"--plugin", OGMPROBE_OWN_PLUGIN};
+        std::vector<std::string> inFull = {"--plugin", testedBuild().ownPlugin};
         inFull.insert(inFull.end(), command.begin(), command.end());
         const ProcessResult result = runProbe(command);
         EXPECT_EQ(result.exitCode, 0) << result.err;

@@ -45,7 +45,7 @@ class FakePlugin {
     }
 
     static ProcessResult run(std::vector<std::string> arguments, const ProcessSetup& setup = {}) {
-        arguments.insert(arguments.begin(), {"--plugin", OGMPROBE_FAKE_PLUGIN});
+        arguments.insert(arguments.begin(), {"--plugin", testedBuild().fakePlugin});
         return runProbe(arguments, setup);
     }
 

@@ -23,7 +23,7 @@ using testing::HasSubstr;
 
 GlobalOptions fakePluginOptions(bool inProcess) {
     GlobalOptions options;
-    options.pluginPath = OGMPROBE_FAKE_PLUGIN;
+    options.pluginPath = test::testedBuild().fakePlugin;
     options.inProcess = inProcess;
     return options;
 }

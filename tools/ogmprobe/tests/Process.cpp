@@ -20,12 +20,16 @@
 namespace ogmprobe::test {
 namespace {
 
+std::string fromEnvironment(const char* name, const char* otherwise) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : otherwise;
+}
+
 std::vector<const char*> commandOf(const std::string& program) {
-#ifdef OGMPROBE_EMULATOR
-    return {OGMPROBE_EMULATOR, program.c_str()};
-#else
+    if (testedBuild().isEmulated()) {
+        return {testedBuild().emulator.c_str(), program.c_str()};
+    }
     return {program.c_str()};
-#endif
 }
 
 /** The two ends of a standard stream: the program's end, and the end that is read here (or -1). */
@@ -130,6 +134,18 @@ class StandardInput {
 
 }  // namespace
 
+const TestedBuild& testedBuild() {
+    static const TestedBuild build = {
+            fromEnvironment("TESTED_PROGRAM", OGMPROBE_PROGRAM),
+            fromEnvironment("TESTED_FAKE_PLUGIN", OGMPROBE_FAKE_PLUGIN),
+            fromEnvironment("TESTED_OWN_PLUGIN", OGMPROBE_OWN_PLUGIN),
+            fromEnvironment("TESTED_OTHER_LIBRARY", OGMPROBE_OTHER_LIBRARY),
+            fromEnvironment("TESTED_EMULATOR", OGMPROBE_EMULATOR),
+            fromEnvironment("TESTED_SANITIZER", OGMPROBE_SANITIZER),
+    };
+    return build;
+}
+
 bool canOpenTerminal() {
     int ends[2] = {-1, -1};
     if (openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) != 0) {
@@ -141,12 +157,15 @@ bool canOpenTerminal() {
 }
 
 bool canFilterSystemCalls() {
+    if (testedBuild().isEmulated()) {
+        return false;
+    }
     // If filters are allowed, this call fails because of the filter's address.
     return syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, 0, nullptr) != 0 && errno == EFAULT;
 }
 
 ProcessResult runProbe(const std::vector<std::string>& arguments, const ProcessSetup& setup) {
-    return runProgram(OGMPROBE_PROGRAM, arguments, setup);
+    return runProgram(testedBuild().program, arguments, setup);
 }
 
 ProcessResult runProgram(const std::string& program, const std::vector<std::string>& arguments,

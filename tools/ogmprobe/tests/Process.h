@@ -48,13 +48,34 @@ struct ProcessSetup {
     std::function<void(pid_t)> meanwhile;
 };
 
+/** The files of the build that is tested. */
+struct TestedBuild {
+    std::string program;
+    /** The plug-in that follows a script. */
+    std::string fakePlugin;
+    /** The plug-in beside the program. */
+    std::string ownPlugin;
+    /** A library that is no plug-in. */
+    std::string otherLibrary;
+    /** What runs the build's programs; empty if this machine does. */
+    std::string emulator;
+    /** Its sanitizers: "address-undefined", "thread" or none. */
+    std::string sanitizer;
+
+    bool isEmulated() const { return !emulator.empty(); }
+    bool isSanitized() const { return !sanitizer.empty(); }
+};
+
+/** This program's build, or another one that the environment names. */
+const TestedBuild& testedBuild();
+
 /** Whether this machine has terminals; a container may have none. */
 bool canOpenTerminal();
 
 /** Whether system calls can be filtered here; an emulator cannot do this. */
 bool canFilterSystemCalls();
 
-/** Runs the program, of this build, and waits for its end. */
+/** Runs the program, of the tested build, and waits for its end. */
 ProcessResult runProgram(const std::string& program, const std::vector<std::string>& arguments,
                          const ProcessSetup& setup = {});
 

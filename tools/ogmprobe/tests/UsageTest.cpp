@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -82,17 +81,15 @@ TEST(Usage, ExitsWithTwoForAPluginThatTheFrameworkWouldRefuse) {
         setup.environment = {{"FAKE_EXTRACTOR_LACKS", lacking}};
         const ProcessResult result = FakePlugin::run({"info", file}, setup);
         EXPECT_EQ(result.exitCode, 2) << lacking;
-        EXPECT_EQ(result.err, "ogmprobe: error: the loader refuses " OGMPROBE_FAKE_PLUGIN ": " +
-                                      std::string(reason) + "\n");
+        EXPECT_EQ(result.err, "ogmprobe: error: the loader refuses " + testedBuild().fakePlugin +
+                                      ": " + reason + "\n");
     }
 }
 
 TEST(Usage, ExitsWithTwoForALibraryThatIsNoPlugin) {
     const FakePlugin plugin;
     const std::string file = plugin.file(fakeFile({fakeVideo()}));
-    Dl_info library = {};
-    ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "__cxa_get_globals"), &library), 0);
-    const std::string path = library.dli_fname;
+    const std::string& path = testedBuild().otherLibrary;
     const ProcessResult result = runProbe({"--plugin", path, "info", file});
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.err,
@@ -103,7 +100,7 @@ TEST(Usage, ExitsWithTwoWithoutAPluginBesideTheProgram) {
     const FakePlugin plugin;
     const std::string file = plugin.file(fakeFile({fakeVideo()}));
     const std::string program = plugin.folder().path("ogmprobe");
-    std::filesystem::copy_file(OGMPROBE_PROGRAM, program);
+    std::filesystem::copy_file(testedBuild().program, program);
     const ProcessResult result = runProgram(program, {"info", file});
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.err,
