@@ -24,6 +24,23 @@ function(ogm_compile_together target)
         UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
 endfunction()
 
+# Compiles those of the plug-in's sources together that have the same log tag. After a change of one of them
+# all are compiled again, so this is for builds that are built once.
+option(OGM_QUICK_PLUGIN "Compile the plug-in's sources together" OFF)
+function(ogm_compile_plugin_together target)
+    if(NOT OGM_QUICK_PLUGIN)
+        return()
+    endif()
+    get_target_property(sources ${target} SOURCES)
+    foreach(source IN LISTS sources)
+        file(STRINGS ${source} tag REGEX "^#define LOG_TAG \"OgmExtractor\"$")
+        if(NOT tag)
+            set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+        endif()
+    endforeach()
+    ogm_compile_together(${target})
+endfunction()
+
 set(OGM_EMPTY_SOURCE ${PROJECT_BINARY_DIR}/Empty.cpp)
 file(CONFIGURE OUTPUT ${OGM_EMPTY_SOURCE} CONTENT "")
 
