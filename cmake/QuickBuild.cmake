@@ -32,6 +32,8 @@ function(ogm_compile_plugin_together target)
         return()
     endif()
     get_target_property(sources ${target} SOURCES)
+    # A source that loses its tag would have that of the others.
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources})
     foreach(source IN LISTS sources)
         file(STRINGS ${source} tag REGEX "^#define LOG_TAG \"OgmExtractor\"$")
         if(NOT tag)

@@ -57,7 +57,7 @@ endfunction()
 # Runs a command with the environment in one process, or in this number of parallel processes that share its
 # tests, because starting a process for each test takes longer than most of the tests.
 # scripts/count_tests.py still counts each of them.
-function(ogm_add_shards name count command environment)
+function(ogm_add_shards name command environment count)
     if(count EQUAL 1)
         add_test(NAME ${name} COMMAND ${command})
         set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}")
@@ -81,14 +81,14 @@ function(ogm_discover_tests target)
     if(CMAKE_CROSSCOMPILING)
         math(EXPR count "(${count} + 1) / 2")
     endif()
-    ogm_add_shards(${target} ${count} ${target} "")
+    ogm_add_shards(${target} ${target} "" ${count})
 endfunction()
 
-# The same for a program that only starts ogmprobe. With OGM_DRIVER_BUILD that build's program does it, on
+# The same for a program that only starts ogmprobe, in this number of processes. With OGM_DRIVER_BUILD that build's program does it, on
 # this machine, and the environment tells it what to start and which tests to leave out.
-function(ogm_discover_driver_tests target)
+function(ogm_discover_driver_tests target count)
     if(NOT OGM_DRIVER_BUILD)
-        ogm_discover_tests(${target} ${ARGN})
+        ogm_discover_tests(${target} ${count})
         return()
     endif()
     ogm_compile_as_test(${target})
@@ -101,11 +101,9 @@ function(ogm_discover_driver_tests target)
         TESTED_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}
         TESTED_SANITIZER=${OGM_SANITIZE})
     if(CMAKE_CROSSCOMPILING)
-        # As in the list of sources.
+        # The program of this build would not contain them; see the list of its sources.
         list(APPEND environment GTEST_FILTER=-*Answer*)
     endif()
-    set(shards ${ARGN} 1)
-    list(GET shards 0 count)
-    ogm_add_shards(${target} ${count}
-        ${PROJECT_SOURCE_DIR}/build/${OGM_DRIVER_BUILD}/bin/${target} "${environment}")
+    ogm_add_shards(${target} ${PROJECT_SOURCE_DIR}/build/${OGM_DRIVER_BUILD}/bin/${target}
+        "${environment}" ${count})
 endfunction()

@@ -134,8 +134,8 @@ class StandardInput {
 
 }  // namespace
 
-const TestedBuild& testedBuild() {
-    static const TestedBuild build = {
+TestedBuild buildFromEnvironment() {
+    return {
             fromEnvironment("TESTED_PROGRAM", OGMPROBE_PROGRAM),
             fromEnvironment("TESTED_FAKE_PLUGIN", OGMPROBE_FAKE_PLUGIN),
             fromEnvironment("TESTED_OWN_PLUGIN", OGMPROBE_OWN_PLUGIN),
@@ -143,6 +143,10 @@ const TestedBuild& testedBuild() {
             fromEnvironment("TESTED_EMULATOR", OGMPROBE_EMULATOR),
             fromEnvironment("TESTED_SANITIZER", OGMPROBE_SANITIZER),
     };
+}
+
+const TestedBuild& testedBuild() {
+    static const TestedBuild build = buildFromEnvironment();
     return build;
 }
 

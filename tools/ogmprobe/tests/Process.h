@@ -66,7 +66,10 @@ struct TestedBuild {
     bool isSanitized() const { return !sanitizer.empty(); }
 };
 
-/** This program's build, or another one that the environment names. */
+/** This program's build, or another one that the environment names in TESTED_PROGRAM and so on. */
+TestedBuild buildFromEnvironment();
+
+/** The same, as it was at the first call. */
 const TestedBuild& testedBuild();
 
 /** Whether this machine has terminals; a container may have none. */
