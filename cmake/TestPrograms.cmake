@@ -9,7 +9,7 @@ endfunction()
 
 # For test programs of the tool, some of which are never built with sanitizers by scripts/test: an index
 # outside of a container ends them.
-set(OGM_CONTAINER_CHECKS _GLIBCXX_ASSERTIONS)
+set(OGM_TOOL_TEST_DEFINITIONS _GLIBCXX_ASSERTIONS ${OGM_JSON_DEFINITIONS})
 
 # The kinds of test programs that share GoogleTest's headers: as C++ 17, without run-time type information
 # as in the plug-in, and for the tool.
@@ -29,7 +29,7 @@ if(OGM_SHARES_HEADERS)
     target_compile_options(ogm_test_headers_plugin PRIVATE -fno-rtti)
     ogm_add_test_headers(tool <nlohmann/json.hpp>)
     target_compile_features(ogm_test_headers_tool PRIVATE cxx_std_20)
-    target_compile_definitions(ogm_test_headers_tool PRIVATE ${OGM_CONTAINER_CHECKS})
+    target_compile_definitions(ogm_test_headers_tool PRIVATE ${OGM_TOOL_TEST_DEFINITIONS})
 endif()
 
 # OGM_TEST_HEADERS names the kind if it does not follow from the program's own options.
@@ -43,7 +43,7 @@ function(ogm_compile_as_test target)
     endif()
     ogm_do_not_optimise(${target})
     if(kind STREQUAL "tool")
-        target_compile_definitions(${target} PRIVATE ${OGM_CONTAINER_CHECKS})
+        target_compile_definitions(${target} PRIVATE ${OGM_TOOL_TEST_DEFINITIONS})
     endif()
     ogm_share_headers(ogm_test_headers_${kind} ${target})
 endfunction()

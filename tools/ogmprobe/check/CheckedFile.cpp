@@ -41,12 +41,12 @@ ordered_json toJson(const Reason& reason) {
 }
 
 Reason reasonFrom(const ordered_json& json) {
-    return {json.at("id"),
-            verdictOf(json.at("verdict")),
-            json.at("text"),
+    return {json.at("id").get<std::string>(),
+            verdictOf(json.at("verdict").get<std::string>()),
+            json.at("text").get<std::string>(),
             valueOrNothing<double>(json.at("value")),
             valueOrNothing<double>(json.at("limit")),
-            json.at("subject")};
+            json.at("subject").get<std::string>()};
 }
 
 ordered_json toJson(const std::vector<Reason>& reasons) {
@@ -84,13 +84,13 @@ CheckedTrack trackFrom(const ordered_json& json) {
     CheckedTrack track;
     track.index = valueOrNothing<uint64_t>(json.at("track"));
     track.serial = valueOrNothing<uint32_t>(json.at("serial"));
-    track.kind = json.at("kind");
-    track.codec = json.at("codec");
-    track.mime = json.at("mime");
-    track.format = json.at("format");
+    json.at("kind").get_to(track.kind);
+    json.at("codec").get_to(track.codec);
+    json.at("mime").get_to(track.mime);
+    json.at("format").get_to(track.format);
     track.decoder = valueOrNothing<std::string>(json.at("decoder")).value_or("");
     track.inFile = valueOrNothing<uint64_t>(json.at("in_file"));
-    track.returned = json.at("handed_out");
+    json.at("handed_out").get_to(track.returned);
     track.reasons = reasonsFrom(json.at("reasons"));
     return track;
 }
@@ -107,7 +107,7 @@ ordered_json toJson(const std::vector<CheckedFile::Failure>& failures) {
 CheckedFile::Failure failureFrom(const ordered_json& json) {
     const int code =
             std::clamp(json.at("exit_code").get<int>(), 0, static_cast<int>(lastOf(ExitCode{})));
-    return {static_cast<ExitCode>(code), json.at("message")};
+    return {static_cast<ExitCode>(code), json.at("message").get<std::string>()};
 }
 
 }  // namespace
@@ -155,8 +155,8 @@ ordered_json toJson(const CheckedFile& file) {
 
 CheckedFile checkedFileOf(const ordered_json& json) {
     CheckedFile file;
-    file.path = json.at("path");
-    file.sizeBytes = json.at("size");
+    json.at("path").get_to(file.path);
+    json.at("size").get_to(file.sizeBytes);
     file.durationUs = valueOrNothing<int64_t>(json.at("duration_us"));
     file.reasons = reasonsFrom(json.at("reasons"));
     for (const auto& track : json.at("tracks")) {

@@ -81,8 +81,8 @@ ordered_json readConfined(const std::vector<std::string>& paths, const XmlFiles&
 /** The process that reads hostile XML may request any path; only possible includes are read. */
 void addMissing(const ordered_json& missing, XmlFiles& files) {
     for (const auto& file : missing) {
-        const std::string path = file.at("path");
-        const std::string includedBy = file.at("included_by");
+        const auto path = file.at("path").get<std::string>();
+        const auto includedBy = file.at("included_by").get<std::string>();
         if (files.size() >= kMaxXmlFiles) {
             refuse(fmt::format("the lists of codecs include more than {} files", kMaxXmlFiles));
         }
@@ -119,7 +119,7 @@ DecoderList decodersOfFiles(const std::vector<std::string>& paths) {
     try {
         while (true) {
             const ordered_json json = readConfined(paths, files);
-            const std::string error = json.at("error");
+            const auto error = json.at("error").get<std::string>();
             if (!error.empty()) {
                 refuse("cannot read the list of codecs " + error);
             }

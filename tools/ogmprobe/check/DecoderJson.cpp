@@ -51,17 +51,19 @@ ordered_json toJson(const Decoder& decoder) {
 
 Decoder decoderOf(const ordered_json& json) {
     Decoder decoder;
-    decoder.name = json.at("name");
-    decoder.mime = json.at("mime");
-    decoder.unusable = json.at("unusable");
+    json.at("name").get_to(decoder.name);
+    json.at("mime").get_to(decoder.mime);
+    json.at("unusable").get_to(decoder.unusable);
     for (const auto& [name, member] : kExtents) {
         if (const auto found = json.find(name); found != json.end()) {
-            decoder.limits.*member = Extent{found->at(0), found->at(1)};
+            decoder.limits.*member =
+                    Extent{found->at(0).get<int64_t>(), found->at(1).get<int64_t>()};
         }
     }
     for (const auto& [name, member] : kRanges) {
         for (const auto& range : json.at(name)) {
-            (decoder.limits.*member).push_back({range.at(0), range.at(1)});
+            (decoder.limits.*member)
+                    .push_back({range.at(0).get<double>(), range.at(1).get<double>()});
         }
     }
     return decoder;

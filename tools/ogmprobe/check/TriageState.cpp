@@ -145,7 +145,8 @@ void TriageState::requireHeading(const std::string& line, const std::string& cir
 void TriageState::take(const std::string& line) {
     try {
         const auto json = ordered_json::parse(line);
-        FileIdentity identity{pathOfHex(json.at("path")), json.at("size"), json.at("mtime_ns")};
+        FileIdentity identity{pathOfHex(json.at("path").get<std::string>()),
+                              json.at("size").get<uint64_t>(), json.at("mtime_ns").get<int64_t>()};
         CheckedFile file = checkedFileOf(json.at("result"));
         file.path = identity.path;
         mKnown.insert_or_assign(std::move(identity), std::move(file));

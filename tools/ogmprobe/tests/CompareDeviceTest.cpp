@@ -72,7 +72,7 @@ class DeviceFile {
         std::vector<std::string> texts;
         const json document = json::parse(run({"--json"}).out);
         for (const json& difference : document["differences"]) {
-            texts.push_back(difference["text"]);
+            texts.push_back(difference["text"].get<std::string>());
         }
         return texts;
     }

@@ -41,7 +41,7 @@ class Pair {
         const json all = document(5, options);
         EXPECT_EQ(all["same"], false);
         for (const json& difference : all["differences"]) {
-            texts.push_back(difference["text"]);
+            texts.push_back(difference["text"].get<std::string>());
         }
         return texts;
     }

@@ -101,7 +101,7 @@ TEST_F(DamagedFiles, EachHaveTheirFateInOneJsonDocument) {
     for (size_t i = 0; i < kFiles; ++i) {
         const json& file = document["files"][i];
         EXPECT_EQ(file["path"], mPaths[i]);
-        const int code = file["exit_code"];
+        const auto code = file["exit_code"].get<int>();
         EXPECT_EQ(file["errors"].empty(), code == 0) << mPaths[i];
         EXPECT_TRUE(code != 0 || !file["container"].is_null()) << mPaths[i];
         worst = std::max(worst, code);

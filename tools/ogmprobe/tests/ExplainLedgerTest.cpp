@@ -17,7 +17,7 @@ constexpr uint32_t kAudio = 2;
 constexpr uint8_t kUsualAudio = 0x80;
 
 void expectBalance(const nlohmann::json& ledger) {
-    uint64_t counted = ledger["handed_out"];
+    auto counted = ledger["handed_out"].get<uint64_t>();
     for (const auto& loss : ledger["losses"]) {
         counted += loss["count"].get<uint64_t>();
     }
@@ -41,7 +41,7 @@ nlohmann::json ledgerOf(const Bytes& bytes, uint32_t serial) {
 uint64_t lost(const nlohmann::json& ledger, const std::string& reason) {
     for (const auto& loss : ledger["losses"]) {
         if (loss["reason"] == reason) {
-            return loss["count"];
+            return loss["count"].get<uint64_t>();
         }
     }
     return 0;

@@ -177,7 +177,7 @@ std::string refusalOf(const Bytes& bytes, const std::string& line) {
     const auto found = file.findings("not-taken");
     EXPECT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0]["log"]["text"], line);
-    return found[0]["text"];
+    return found[0]["text"].get<std::string>();
 }
 
 TEST(ExplainRefusal, SaysThatTheFileIsTooShort) {

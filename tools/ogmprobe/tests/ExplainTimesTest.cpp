@@ -137,7 +137,7 @@ TEST(ExplainTimes, OfAudioTheyAreThePagesAfterFramesThatAreDropped) {
     for (std::string line; std::getline(lines, line);) {
         const auto record = nlohmann::json::parse(line);
         if (record["type"] == "buffer") {
-            times.push_back(record["time_us"]);
+            times.push_back(record["time_us"].get<int64_t>());
         }
     }
     ASSERT_GT(times.size(), kDropped + 10);

@@ -50,7 +50,7 @@ std::vector<std::string> codecsOf(const std::string& name) {
     std::vector<std::string> codecs;
     const json info = infoOf(name);
     for (const json& track : info["tracks"]) {
-        codecs.push_back(track["codec"]);
+        codecs.push_back(track["codec"].get<std::string>());
     }
     return codecs;
 }
@@ -96,7 +96,7 @@ TEST(Samples, HaveAVideoObjectLayerInTheirEsds) {
 }
 
 TEST(Samples, ShowTheDurationOfALongFileOnly) {
-    const int64_t durationUs = infoOf("long_mpeg4_mp3.ogm")["container"]["duration_us"];
+    const auto durationUs = infoOf("long_mpeg4_mp3.ogm")["container"]["duration_us"].get<int64_t>();
     EXPECT_NEAR(static_cast<double>(durationUs), 90e6, 1e6);
     EXPECT_THAT(runProbe({"info", sample("mpeg4_b_mp3.ogm")}).out, HasSubstr("duration unknown"));
 }

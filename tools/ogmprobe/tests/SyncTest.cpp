@@ -119,7 +119,7 @@ TEST(Sync, AudioThatBeginsLateInTheFileComesTooEarlyOnItsFirstPage) {
 
 TEST(Sync, PagesThatRunFasterThanTheirSamplesAreReported) {
     const SyncedFile file(fileWith(2, 0, 1.01).bytes());
-    const double ppm = file.document()["tracks"][1]["content_drift_ppm"];
+    const auto ppm = file.document()["tracks"][1]["content_drift_ppm"].get<double>();
     EXPECT_NEAR(ppm, 10000, 20);
     EXPECT_THAT(file.run().out, HasSubstr("The pages of track 1 go faster than its samples by "));
     EXPECT_TRUE(SyncedFile(fileWith(2).bytes()).document()["tracks"][1]["content_drift_ppm"] == 0);

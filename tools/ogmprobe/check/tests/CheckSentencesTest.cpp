@@ -32,7 +32,8 @@ std::ostream& operator<<(std::ostream& out, const Said& said) {
 std::vector<Said> saidIn(const json& reasons) {
     std::vector<Said> all;
     for (const json& reason : reasons) {
-        all.push_back({reason["id"], reason["text"], reason["value"], reason["limit"]});
+        all.push_back({reason["id"].get<std::string>(), reason["text"].get<std::string>(),
+                       reason["value"], reason["limit"]});
     }
     return all;
 }
@@ -130,7 +131,7 @@ std::string listWith(const TemporaryFolder& folder, const std::string& mime,
 /** The reasons for video of 64x48 at 30 pictures per second, or audio of 8000 Hz and 1 channel. */
 std::vector<Said> saidAgainst(const json& track, const std::string& limit) {
     const TemporaryFolder folder;
-    const std::string list = listWith(folder, track["format"]["mime"], limit);
+    const std::string list = listWith(folder, track["format"]["mime"].get<std::string>(), limit);
     return saidIn(checked(fakeFile({track}), {"--codecs", list})["tracks"][0]["reasons"]);
 }
 

@@ -26,7 +26,7 @@ std::string sample(const std::string& name) {
 std::set<std::string> idsOf(const json& reasons) {
     std::set<std::string> ids;
     for (const auto& reason : reasons) {
-        ids.insert(reason["id"]);
+        ids.insert(reason["id"].get<std::string>());
     }
     return ids;
 }

@@ -68,7 +68,7 @@ TEST_F(TriageTest, NoMischiefOfOneFileTouchesAnother) {
     const json document = json::parse(result.out);
     EXPECT_EQ(document["files"].size(), mischiefs.size() + 1);
     for (const auto& file : document["files"]) {
-        const std::string name = file["path"];
+        const auto name = file["path"].get<std::string>();
         if (name.ends_with("good.ogm")) {
             EXPECT_EQ(file["verdict"], "plays");
         } else if (!name.ends_with("overrun.ogm")) {

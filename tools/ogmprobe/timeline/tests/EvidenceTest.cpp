@@ -42,7 +42,7 @@ class TimelineEvidence : public testing::Test {
 std::vector<std::string> textsOf(const json& findings) {
     std::vector<std::string> texts;
     for (const json& finding : findings) {
-        texts.push_back(finding["text"]);
+        texts.push_back(finding["text"].get<std::string>());
     }
     return texts;
 }

@@ -53,7 +53,7 @@ class UnpackedPage {
   public:
     UnpackedPage(const std::string& outlineText, const std::string& columns)
         : mOutline(nlohmann::json::parse(outlineText)) {
-        const std::vector<size_t> sizes = mOutline["columns"];
+        const auto sizes = mOutline["columns"].get<std::vector<size_t>>();
         size_t whole = 0;
         for (const size_t size : sizes) {
             whole += size;
@@ -73,7 +73,7 @@ class UnpackedPage {
     std::vector<uint64_t> sizes(size_t lane) const { return numbers(of(lane, 1)); }
     std::vector<uint8_t> kinds(size_t lane) const { return of(lane, 2); }
     std::vector<int64_t> positions(size_t lane) const {
-        const size_t lead = mOutline["lanes"][lane]["lead"];
+        const auto lead = mOutline["lanes"][lane]["lead"].get<size_t>();
         const auto packetSizes = sizes(lane);
         std::vector<int64_t> result = differences(of(lane, 3));
         int64_t last = 0;
