@@ -76,7 +76,7 @@ function(ogm_add_shared_headers name)
 endfunction()
 
 function(ogm_share_headers name)
-    if(OGM_SHARES_HEADERS)
+    if(TARGET ${name})
         foreach(target IN LISTS ARGN)
             target_precompile_headers(${target} REUSE_FROM ${name})
         endforeach()

@@ -11,8 +11,7 @@ endfunction()
 # outside of a container ends them.
 set(OGM_TOOL_TEST_DEFINITIONS _GLIBCXX_ASSERTIONS ${OGM_JSON_DEFINITIONS})
 
-# The kinds of test programs that share GoogleTest's headers: as C++ 17, without run-time type information
-# as in the plug-in, and for the tool.
+# The kinds of test programs that share GoogleTest's headers: for the device's code and for the tool.
 function(ogm_add_test_headers kind)
     set(headers ogm_test_headers_${kind})
     ogm_add_shared_headers(${headers} <gmock/gmock.h> <gtest/gtest.h> ${ARGN})
@@ -24,28 +23,24 @@ function(ogm_add_test_headers kind)
 endfunction()
 
 if(OGM_SHARES_HEADERS)
-    ogm_add_test_headers(plain)
-    ogm_add_test_headers(plugin)
-    target_compile_options(ogm_test_headers_plugin PRIVATE -fno-rtti)
+    ogm_add_test_headers(device)
+    target_compile_options(ogm_test_headers_device PRIVATE -fno-rtti)
     ogm_add_test_headers(tool <nlohmann/json.hpp>)
     target_compile_features(ogm_test_headers_tool PRIVATE cxx_std_20)
     target_compile_definitions(ogm_test_headers_tool PRIVATE ${OGM_TOOL_TEST_DEFINITIONS})
 endif()
 
-# OGM_TEST_HEADERS names the kind if it does not follow from the program's own options.
+# For the tool if its folder says so with OGM_TEST_KIND. Tests of the device's code have no run-time type
+# information, like the device: classes derived from those of its libraries would need theirs.
 function(ogm_compile_as_test target)
-    set(kind plain)
-    get_target_property(options ${target} COMPILE_OPTIONS)
-    if(DEFINED OGM_TEST_HEADERS)
-        set(kind ${OGM_TEST_HEADERS})
-    elseif("-fno-rtti" IN_LIST options)
-        set(kind plugin)
-    endif()
     ogm_do_not_optimise(${target})
-    if(kind STREQUAL "tool")
+    if(OGM_TEST_KIND STREQUAL "tool")
         target_compile_definitions(${target} PRIVATE ${OGM_TOOL_TEST_DEFINITIONS})
+        ogm_share_headers(ogm_test_headers_tool ${target})
+    else()
+        target_compile_options(${target} PRIVATE -fno-rtti)
+        ogm_share_headers(ogm_test_headers_device ${target})
     endif()
-    ogm_share_headers(ogm_test_headers_${kind} ${target})
 endfunction()
 
 # CTest measures how long tests take and starts with the longest ones, so that no long test is left at the
