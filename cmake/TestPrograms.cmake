@@ -7,8 +7,8 @@ function(ogm_compile_quickly target)
     set_source_files_properties(${option_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
-# For test programs of the tool, some of which are never built with sanitizers by scripts/test: an index
-# outside of a container ends them.
+# For test programs of the tool: how JSON is used there, and an index outside of a container ends them.
+# scripts/test never builds some of them with sanitizers, which would notice it too.
 set(OGM_TOOL_TEST_DEFINITIONS _GLIBCXX_ASSERTIONS ${OGM_JSON_DEFINITIONS})
 
 # The kinds of test programs that share GoogleTest's headers: for the device's code and for the tool.
@@ -79,8 +79,9 @@ function(ogm_discover_tests target)
     ogm_add_shards(${target} ${target} "" ${count})
 endfunction()
 
-# The same for a program that only starts ogmprobe, in this number of processes. With OGM_DRIVER_BUILD that build's program does it, on
-# this machine, and the environment tells it what to start and which tests to leave out.
+# The same for a program that only starts ogmprobe, in this number of processes. With OGM_DRIVER_BUILD that
+# build's program does it, on this machine, and the environment tells it what to start and which tests to
+# leave out.
 function(ogm_discover_driver_tests target count)
     if(NOT OGM_DRIVER_BUILD)
         ogm_discover_tests(${target} ${count})
