@@ -28,22 +28,19 @@ readonly arm64_packages=(
     libgtest-dev:arm64 libgmock-dev:arm64 libexpat1-dev:arm64 libfmt-dev:arm64 libseccomp-dev:arm64 zlib1g-dev:arm64 libc6-dev:arm64 libstdc++-12-dev:arm64
 )
 
-# Whether a Debian package, with or without its architecture, is installed.
-is_installed() {
-    local machine=${1#*:}
-    if [ "$machine" = "$1" ]; then
-        machine=$(dpkg --print-architecture)
-    fi
-    dpkg-query --show --showformat='${Architecture} ${db:Status-Status}\n' "${1%:*}" 2>/dev/null |
-        grep --quiet --extended-regexp "^(all|$machine) installed\$"
-}
-
-# Lists those of the packages that are missing.
+# Lists those of the packages, named with or without their architecture, that are missing.
 print_missing() {
-    local package
+    local machine package installed
+    machine=$(dpkg --print-architecture)
+    installed=$(dpkg-query --show --showformat='${Package}:${Architecture} ${db:Status-Status}\n' \
+        "${@%:*}" 2>/dev/null | sed --quiet 's/ installed$//p')
     for package in "$@"; do
-        if ! is_installed "$package"; then
-            echo "$package"
+        if [[ $package != *:* ]]; then
+            package+=":$machine"
+        fi
+        if ! grep --quiet --line-regexp --fixed-strings --regexp="$package" \
+            --regexp="${package%:*}:all" <<<"$installed"; then
+            echo "${package%":$machine"}"
         fi
     done
 }
