@@ -32,8 +32,9 @@ readonly arm64_packages=(
 print_missing() {
     local machine package installed
     machine=$(dpkg --print-architecture)
+    # It fails if it does not know a package.
     installed=$(dpkg-query --show --showformat='${Package}:${Architecture} ${db:Status-Status}\n' \
-        "${@%:*}" 2>/dev/null | sed --quiet 's/ installed$//p')
+        "${@%:*}" 2>/dev/null | sed --quiet 's/ installed$//p' || true)
     for package in "$@"; do
         if [[ $package != *:* ]]; then
             package+=":$machine"
