@@ -117,6 +117,16 @@ TEST(PacketStorageTest, APacketThatIsGivenBackUntouchedLeavesItsPlaceToo) {
     EXPECT_EQ(storage.take(300, 1).data(), place);
 }
 
+TEST(PacketStorageTest, OnlyTheLatestPacketLeavesItsPlace) {
+    PacketStorage storage;
+    ByteBuffer packet = storage.take(200, 0);
+    const ByteBuffer latest = filledPacket(storage, 100, 1, 1);
+    storage.giveBack(std::move(packet));
+    const ByteBuffer next = filledPacket(storage, 100, 2, 1);
+    EXPECT_EQ(bytesOf(latest), pattern(100, 1));
+    EXPECT_EQ(next.view().data(), latest.view().data() + 112);
+}
+
 TEST(PacketStorageTest, PacketsBeginAtMultiplesOf16BytesWithNothingElseBetweenThem) {
     PacketStorage storage;
     std::deque<ByteBuffer> queue;
