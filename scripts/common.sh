@@ -30,20 +30,13 @@ readonly arm64_packages=(
 
 # Lists those of the packages, named with or without their architecture, that are missing.
 print_missing() {
-    local machine package installed
+    local machine
     machine=$(dpkg --print-architecture)
-    # It fails if it does not know a package.
-    installed=$(dpkg-query --show --showformat='${Package}:${Architecture} ${db:Status-Status}\n' \
-        "${@%:*}" 2>/dev/null | sed --quiet 's/ installed$//p' || true)
-    for package in "$@"; do
-        if [[ $package != *:* ]]; then
-            package+=":$machine"
-        fi
-        if ! grep --quiet --line-regexp --fixed-strings --regexp="$package" \
-            --regexp="${package%:*}:all" <<<"$installed"; then
-            echo "${package%":$machine"}"
-        fi
-    done
+    printf '%s\n' "$@" | grep --invert-match --line-regexp --fixed-strings --file=<(
+        dpkg-query --show --showformat='${Package}:${Architecture} ${db:Status-Status}\n' "${@%:*}" \
+            2>/dev/null |
+            sed --quiet --regexp-extended "s/ installed\$//p; s/:(all|$machine)\$//p"
+    ) || true
 }
 
 # Lists and installs those of the packages that are missing.
